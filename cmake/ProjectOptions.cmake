@@ -1,0 +1,21 @@
+# The compiler settings that every target of ours links through hfp_options.
+add_library(hfp_options INTERFACE)
+target_compile_features(hfp_options INTERFACE cxx_std_20)
+target_compile_options(hfp_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+target_include_directories(hfp_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+if(HOLLOWFERNPIKE_SANITIZE)
+  target_compile_options(hfp_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(hfp_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# A static library of ours: hfp_library(name SOURCES ... LINKS ...).
+function(hfp_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC hfp_options ${arg_LINKS})
+endfunction()

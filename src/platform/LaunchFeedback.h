@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Interface.h"
+
+#include <string>
+
+namespace hollowfernpike::platform {
+
+/// An application about to start.
+struct StartingApplication {
+    std::string name;             ///< for people
+    std::string bundleIdentifier; ///< may be empty
+    std::string entryPath;
+    std::string program;     ///< first word of the command line
+    std::string windowClass; ///< the class its windows will carry, if its entry says so
+    bool announces = false;  ///< its entry promises to end the start-up notice itself
+};
+
+/// Tells the desktop that the user asked for an application, so that its first window may take the
+/// focus. Main thread only; never waits for an answer.
+class LaunchFeedback : public Interface {
+public:
+    /// Returns the identifier to hand to the new process (DESKTOP_STARTUP_ID; the desktop's own
+    /// activation token elsewhere), carrying the time of the last key press that a tap delivered.
+    /// Shows a start-up notice if the application announces. Empty when the desktop has no such
+    /// thing.
+    virtual std::string begin(const StartingApplication& application) = 0;
+
+    /// Takes back the notice of a start that came to nothing or takes too long. Unknown
+    /// identifiers are ignored.
+    virtual void end(const std::string& identifier) = 0;
+};
+
+} // namespace hollowfernpike::platform

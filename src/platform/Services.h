@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/FatalError.h"
+
+#include <iosfwd>
+
+namespace hollowfernpike::platform {
+
+class AccessibilityTrust;
+class EventTaps;
+class FileManager;
+class MainQueue;
+class NotificationCenter;
+class ProcessActivation;
+class RunningApplications;
+class TextComparison;
+class WindowList;
+class Workspace;
+
+/// The desktop as the shared instances see it. The entry point chooses the backends and hands them
+/// over once, before the first shared instance is used; they live until the process ends.
+struct Services {
+    AccessibilityTrust& accessibilityTrust;
+    EventTaps& eventTaps;
+    FileManager& fileManager;
+    MainQueue& mainQueue;
+    NotificationCenter& notificationCenter;
+    ProcessActivation& processActivation;
+    RunningApplications& runningApplications;
+    TextComparison& textComparison;
+    WindowList& windowList;
+    Workspace& workspace;
+    std::ostream& standardOutput; ///< diagnostics, one line each
+};
+
+namespace detail {
+inline const Services* handedOver = nullptr;
+}
+
+/// Hands the services over; the caller keeps them alive. Null takes them back.
+inline void setServices(const Services* services) {
+    detail::handedOver = services;
+}
+
+inline const Services& services() {
+    if (detail::handedOver == nullptr) {
+        fatalError("a shared instance was used before the desktop's services were handed over");
+    }
+    return *detail::handedOver;
+}
+
+} // namespace hollowfernpike::platform

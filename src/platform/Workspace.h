@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Interface.h"
+#include "platform/LocalizedError.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace hollowfernpike::platform {
+
+struct OpenConfiguration {
+    bool activates = false; ///< the application comes to the front once it is open
+};
+
+/// What became of a request to open an application.
+struct OpenResult {
+    std::optional<std::int32_t> processIdentifier; ///< absent on failure, or if the bus started it
+    std::optional<LocalizedError> error;           ///< absent on success
+};
+
+/// Opens applications. Main thread only.
+class Workspace : public Interface {
+public:
+    /// May be empty. Runs exactly once, on the main thread, inside or after the call.
+    using OpenCompletion = std::function<void(const OpenResult&)>;
+
+    /// Launches the application bundle at `path`. A request for an application whose launch is
+    /// still under way joins that launch and starts nothing.
+    virtual void openApplication(const std::string& path, const OpenConfiguration& configuration,
+                                 OpenCompletion completion) = 0;
+};
+
+} // namespace hollowfernpike::platform

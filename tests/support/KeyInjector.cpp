@@ -1,0 +1,84 @@
+#include "support/KeyInjector.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+#include <xcb/xtest.h>
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace hollowfernpike::test {
+
+KeyInjector::KeyInjector(const std::string& display)
+    : connection_(xcb_connect(display.c_str(), nullptr)) {
+    if (xcb_connection_has_error(connection_) != 0) {
+        throw std::runtime_error("no display " + display);
+    }
+    std::free(xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0),
+                                          nullptr));
+}
+
+KeyInjector::~KeyInjector() {
+    while (!down_.empty()) {
+        fake(XCB_KEY_RELEASE, down_.back());
+        down_.pop_back();
+    }
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    xcb_disconnect(connection_);
+}
+
+void KeyInjector::press(std::string_view keyName) {
+    const auto key = keycode(keyName);
+    if (key == 0) {
+        throw std::invalid_argument("no key " + std::string{keyName});
+    }
+    down_.push_back(key);
+    fake(XCB_KEY_PRESS, key);
+}
+
+void KeyInjector::release(std::string_view keyName) {
+    const auto key = keycode(keyName);
+    std::erase(down_, key);
+    fake(XCB_KEY_RELEASE, key);
+}
+
+void KeyInjector::strike(const std::vector<std::string>& keyNames) {
+    for (const auto& name : keyNames) {
+        press(name);
+    }
+    for (auto name = keyNames.rbegin(); name != keyNames.rend(); ++name) {
+        release(*name);
+    }
+}
+
+xcb_keycode_t KeyInjector::keycode(std::string_view keyName) {
+    const auto cookie =
+        xcb_xkb_get_names(connection_, XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_NAME_DETAIL_KEY_NAMES);
+    const std::unique_ptr<xcb_xkb_get_names_reply_t, decltype(&std::free)> reply(
+        xcb_xkb_get_names_reply(connection_, cookie, nullptr), &std::free);
+    if (!reply) {
+        return 0;
+    }
+    xcb_xkb_get_names_value_list_t values{};
+    xcb_xkb_get_names_value_list_unpack(xcb_xkb_get_names_value_list(reply.get()), reply->nTypes,
+                                        reply->indicators, reply->virtualMods, reply->groupNames,
+                                        reply->nKeys, reply->nKeyAliases, reply->nRadioGroups,
+                                        reply->which, &values);
+    for (int index = 0; index < reply->nKeys; ++index) {
+        const char* name = values.keyNames[index].name;
+        if (keyName == std::string_view(name, ::strnlen(name, 4))) {
+            return static_cast<xcb_keycode_t>(reply->firstKey + index);
+        }
+    }
+    return 0;
+}
+
+void KeyInjector::fake(std::uint8_t type, xcb_keycode_t keycode) {
+    xcb_test_fake_input(connection_, type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    xcb_flush(connection_);
+}
+
+} // namespace hollowfernpike::test

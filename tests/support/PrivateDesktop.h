@@ -1,0 +1,68 @@
+#pragma once
+
+#include "support/ChildProcess.h"
+#include "support/TemporaryDirectory.h"
+
+#include <memory>
+#include <string>
+
+namespace hollowfernpike::test {
+
+/// An X server of its own without a screen to look at (Xvfb), ready for clients.
+class VirtualDisplay {
+public:
+    VirtualDisplay();
+
+    /// Its address, such as ":7".
+    const std::string& name() const { return name_; }
+    ChildProcess& server() { return *server_; }
+
+private:
+    std::unique_ptr<ChildProcess> server_;
+    std::string name_;
+};
+
+/// A session bus of its own (dbus-daemon), ready for clients.
+class SessionBus {
+public:
+    explicit SessionBus(const Environment& environment = {});
+
+    const std::string& address() const { return address_; }
+    ChildProcess& daemon() { return *daemon_; }
+
+private:
+    std::unique_ptr<ChildProcess> daemon_;
+    std::string address_;
+};
+
+/// A whole private session: home directory, display, window manager and session bus, none of them
+/// shared with the desktop that the tests run on.
+class PrivateDesktop {
+public:
+    /// `windowManager` is a program's name ("openbox", "metacity"), started and ready on return, or
+    /// empty for none.
+    explicit PrivateDesktop(const std::string& windowManager = "openbox");
+
+    const std::string& display() const { return display_.name(); }
+    const std::filesystem::path& home() const { return home_.path(); }
+    std::filesystem::path dataHome() const { return home() / ".local/share"; }
+    std::filesystem::path applications() const { return dataHome() / "applications"; }
+    SessionBus& bus() { return bus_; }
+    VirtualDisplay& virtualDisplay() { return display_; }
+    ChildProcess& windowManager() { return *windowManager_; }
+
+    /// What a program needs in its environment to live in this session.
+    const Environment& environment() const { return environment_; }
+
+    /// Starts a program in this session.
+    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments) const;
+
+private:
+    TemporaryDirectory home_;
+    VirtualDisplay display_;
+    Environment environment_;
+    SessionBus bus_;
+    std::unique_ptr<ChildProcess> windowManager_;
+};
+
+} // namespace hollowfernpike::test
