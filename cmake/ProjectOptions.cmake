@@ -3,6 +3,8 @@ add_library(hfp_options INTERFACE)
 target_compile_features(hfp_options INTERFACE cxx_std_20)
 target_compile_options(hfp_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+# Qt's keyword macros would take the names `signals`, `slots` and `emit` away from everybody.
+target_compile_definitions(hfp_options INTERFACE QT_NO_KEYWORDS)
 target_include_directories(hfp_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/RunLoop.h"
+
+#include <functional>
+#include <memory>
+
+namespace hollowfernpike::qt {
+
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, so that the program leaves the
+/// way it does when the user quits. Make it before any thread starts: the signals are blocked from
+/// then on. Main thread only.
+class TerminationSignals {
+public:
+    TerminationSignals();
+    TerminationSignals(const TerminationSignals&) = delete;
+    TerminationSignals& operator=(const TerminationSignals&) = delete;
+    ~TerminationSignals();
+
+    /// Calls `onSignal` for each such signal, those already waiting included.
+    void watch(platform::RunLoop& runLoop, std::function<void()> onSignal);
+
+private:
+    int descriptor_;
+    std::unique_ptr<platform::Subscription> watch_;
+};
+
+} // namespace hollowfernpike::qt
