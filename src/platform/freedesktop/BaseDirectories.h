@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace hollowfernpike::freedesktop {
+
+/// The user's directories by the XDG Base Directory Specification 0.8. Read from the environment
+/// anew each time; a variable that is empty or holds a relative path counts as unset. None of them
+/// need exist. Safe from any thread as long as none changes the environment.
+
+/// $HOME, else the home that the system's user database names; absent if neither is absolute.
+std::optional<std::filesystem::path> homeDirectory();
+
+/// $XDG_DATA_HOME, else .local/share in the home directory.
+std::optional<std::filesystem::path> dataHome();
+
+/// $XDG_CONFIG_HOME, else .config in the home directory.
+std::optional<std::filesystem::path> configHome();
+
+/// $XDG_RUNTIME_DIR; there is no standard place to fall back on.
+std::optional<std::filesystem::path> runtimeDirectory();
+
+} // namespace hollowfernpike::freedesktop
