@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/SharedInstance.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace hollowfernpike {
+
+/// Brings an application to the front, or launches it. Keeps nothing between calls and reports
+/// nothing: every failure is silent. Main thread only.
+class AppLauncher {
+public:
+    /// Made on first use.
+    static AppLauncher& shared() { return *platform::SharedInstance<AppLauncher>::get(); }
+
+    /// Brings forward the process that owns a visible window named `appName`, whatever the bundle
+    /// identifier says; else the first running application with `bundleIdentifier`, unless that
+    /// one is terminated; else launches the bundle at `appPath`, without waiting for it.
+    void performLaunchOrActivate(const std::string& bundleIdentifier, const std::string& appName,
+                                 const std::string& appPath);
+
+    /// The owner of the frontmost ordinary window whose owner's name is `name` under Unicode
+    /// canonical equivalence.
+    std::optional<std::int32_t> findPIDByWindowOwnerName(std::string_view name);
+
+private:
+    friend class platform::SharedInstance<AppLauncher>;
+    explicit AppLauncher(const platform::Services& services);
+
+    void bringToFront(std::int32_t processIdentifier);
+    bool equal(std::string_view left, std::string_view right);
+
+    platform::ProcessActivation& processActivation_;
+    platform::RunningApplications& runningApplications_;
+    platform::TextComparison& textComparison_;
+    platform::WindowList& windowList_;
+    platform::Workspace& workspace_;
+};
+
+} // namespace hollowfernpike

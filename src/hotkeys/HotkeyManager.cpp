@@ -1,0 +1,139 @@
+#include "hotkeys/HotkeyManager.h"
+
+#include "hotkeys/AppLauncher.h"
+#include "model/ShortcutStore.h"
+#include "platform/AccessibilityTrust.h"
+#include "platform/MainQueue.h"
+
+#include <chrono>
+#include <exception>
+#include <limits>
+#include <vector>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr std::chrono::milliseconds retryInterval{5000};
+
+void enableTapAfterCallback() {
+    platform::services().mainQueue.async([] {
+        if (auto* const tap = HotkeyManager::shared().eventTap()) {
+            tap->enable(true);
+        }
+    });
+}
+
+std::uint16_t checkedKeyCode(std::int64_t keyCode) {
+    if (keyCode < 0 || keyCode > std::numeric_limits<std::uint16_t>::max()) {
+        platform::fatalError("key code " + std::to_string(keyCode) + " is outside 0 to 65535");
+    }
+    return static_cast<std::uint16_t>(keyCode);
+}
+
+/// The key press is consumed whatever becomes of the launch.
+void launch(const AppShortcut& shortcut) {
+    try {
+        const AppShortcut launched = shortcut;
+        AppLauncher::shared().performLaunchOrActivate(launched.appBundleIdentifier,
+                                                      launched.appName, launched.appPath);
+    } catch (const std::exception&) {
+        return;
+    }
+}
+
+} // namespace
+
+HotkeyManager::HotkeyManager(const platform::Services& services)
+    : accessibilityTrust_(services.accessibilityTrust), eventTaps_(services.eventTaps),
+      mainQueue_(services.mainQueue) {}
+
+void HotkeyManager::start() {
+    if (eventTap_) {
+        return;
+    }
+    if (accessibilityTrust_.isProcessTrusted()) {
+        buildShortcutMap();
+        installEventTap();
+        return;
+    }
+    accessibilityTrust_.isProcessTrustedWithPrompt();
+    mainQueue_.asyncAfter(retryInterval, [weakSelf = weak_from_this()] {
+        if (const auto self = weakSelf.lock()) {
+            self->start();
+        }
+    });
+}
+
+void HotkeyManager::buildShortcutMap() {
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    ShortcutMap map;
+    map.reserve(shortcuts.size());
+    for (const auto& shortcut : shortcuts) {
+        const ShortcutMapKey key(shortcut.keyCode, shortcut.modifierFlags);
+        map.insert_or_assign(std::string{key.text()}, shortcut);
+    }
+    shortcutMap_ = std::move(map);
+    if (eventTap_) {
+        tellInterest();
+    }
+}
+
+void HotkeyManager::installEventTap() {
+    using enum platform::EventTapOptions;
+    eventTap_ = eventTaps_.create(active, &hotkeyEventTapCallback, nullptr);
+    if (!eventTap_) {
+        eventTap_ = eventTaps_.create(listenOnly, &hotkeyEventTapCallback, nullptr);
+    }
+    if (!eventTap_) {
+        return;
+    }
+    runLoopSource_ = eventTap_->createRunLoopSource();
+    tellInterest();
+    runLoopSource_->addToMainRunLoop();
+    eventTap_->enable(true);
+}
+
+void HotkeyManager::tellInterest() {
+    std::vector<platform::KeyCombination> interest;
+    interest.reserve(shortcutMap_.size());
+    for (const auto& [key, shortcut] : shortcutMap_) {
+        interest.push_back({shortcut.keyCode, shortcut.modifierFlags & modifierMask});
+    }
+    eventTap_->setInterest(interest);
+}
+
+void HotkeyManager::stop() {
+    if (eventTap_) {
+        eventTap_->enable(false);
+        runLoopSource_->removeFromMainRunLoop();
+        runLoopSource_.reset();
+        eventTap_->invalidate();
+        eventTap_.reset();
+    }
+    shortcutMap_.clear();
+}
+
+const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* /*proxy*/,
+                                                 platform::EventType type,
+                                                 const platform::KeyEvent* event,
+                                                 void* /*userInfo*/) noexcept {
+    if (type == platform::eventTapDisabledByTimeout ||
+        type == platform::eventTapDisabledByUserInput) {
+        enableTapAfterCallback();
+        return event;
+    }
+    if (type != platform::eventKeyDown) {
+        return event;
+    }
+    const ShortcutMapKey key(checkedKeyCode(event->keyCode), event->flags);
+    const auto& shortcuts = HotkeyManager::shared().shortcutMap();
+    const auto match = shortcuts.find(key.text());
+    if (match == shortcuts.end()) {
+        return event;
+    }
+    launch(match->second);
+    return nullptr;
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "hotkeys/ShortcutMapKey.h"
+#include "model/AppShortcut.h"
+#include "platform/EventTap.h"
+#include "platform/SharedInstance.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+namespace hollowfernpike {
+
+/// Every shortcut under the text of its `ShortcutMapKey`.
+using ShortcutMap =
+    std::unordered_map<std::string, AppShortcut, TransparentTextHash, std::equal_to<>>;
+
+/// Watches the key presses of the whole desktop, swallows those that are bound and hands their
+/// shortcuts to the launcher. Silent: what fails here is neither logged nor shown. Main thread
+/// only.
+class HotkeyManager : public std::enable_shared_from_this<HotkeyManager> {
+public:
+    /// Made on first use.
+    static HotkeyManager& shared() { return *platform::SharedInstance<HotkeyManager>::get(); }
+
+    /// Builds the map and installs the tap. While the process is not trusted it asks the user
+    /// instead and tries again every 5 seconds, without end; each call made meanwhile starts a
+    /// chain of retries of its own. Does nothing while a tap is installed.
+    void start();
+
+    /// Makes the map anew from the store's list; of shortcuts with the same combination the last
+    /// one wins. To be called whenever the list has changed, with or without a tap.
+    void buildShortcutMap();
+
+    /// Ends the tap, if there is one, and empties the map.
+    void stop();
+
+    const ShortcutMap& shortcutMap() const { return shortcutMap_; }
+
+    /// The installed tap and what attaches it to the main loop; both null while there is none.
+    platform::EventTap* eventTap() const { return eventTap_.get(); }
+    platform::RunLoopSource* runLoopSource() const { return runLoopSource_.get(); }
+
+private:
+    friend class platform::SharedInstance<HotkeyManager>;
+    explicit HotkeyManager(const platform::Services& services);
+
+    void installEventTap();
+    void tellInterest();
+
+    platform::AccessibilityTrust& accessibilityTrust_;
+    platform::EventTaps& eventTaps_;
+    platform::MainQueue& mainQueue_;
+    ShortcutMap shortcutMap_;
+    std::unique_ptr<platform::EventTap> eventTap_;
+    std::unique_ptr<platform::RunLoopSource> runLoopSource_;
+};
+
+/// The callback of the manager's tap, a `platform::EventTapCallback`. Launches what is bound to the
+/// key press and returns null; passes everything else on by returning `event`. Has a tap that
+/// reports itself disabled enabled again right after it returns. Needs neither `proxy` nor
+/// `userInfo`. Ends the process on a key code outside 0 to 65535. Never throws.
+const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* proxy,
+                                                 platform::EventType type,
+                                                 const platform::KeyEvent* event,
+                                                 void* userInfo) noexcept;
+
+} // namespace hollowfernpike
