@@ -1,6 +1,6 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
-find_package(nlohmann_json 3.11 REQUIRED)
+find_package(RapidJSON 1.1 REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core)
 
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
@@ -10,6 +10,7 @@ pkg_check_modules(STARTUP_NOTIFICATION REQUIRED IMPORTED_TARGET libstartup-notif
 
 if(HOLLOWFERNPIKE_TESTS)
   find_package(GTest REQUIRED)
+  find_package(nlohmann_json 3.11 REQUIRED)
   pkg_check_modules(XCB_TEST REQUIRED IMPORTED_TARGET xcb-xtest)
 endif()
 if(HOLLOWFERNPIKE_BENCH)

@@ -51,8 +51,8 @@ private:
 
     void load();
     void save();
-    void replaceAll(std::vector<AppShortcut> shortcuts);
-    void log(std::string_view prefix, const platform::LocalizedError& error) const;
+    void commit();
+    void log(std::string_view message, std::string_view description = {}) const;
 
     platform::FileManager& fileManager_;
     platform::NotificationCenter& notificationCenter_;

@@ -1,0 +1,72 @@
+#include "model/OneLine.h"
+
+#include "model/Utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace hollowfernpike {
+
+namespace {
+
+std::string escaped(const char* format, unsigned value) {
+    std::array<char, 16> buffer{};
+    std::snprintf(buffer.data(), buffer.size(), format, value);
+    return buffer.data();
+}
+
+std::string oneByte(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    switch (character) {
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        return byte < 0x20 || byte == 0x7F ? escaped("\\u%04x", byte) : std::string{character};
+    }
+}
+
+/// Control characters beyond ASCII: U+0080 to U+009F, and the line and paragraph separators.
+std::string longSequence(std::string_view sequence) {
+    if (sequence >= "\xC2\x80" && sequence <= "\xC2\x9F") {
+        return escaped("\\u%04x", static_cast<unsigned char>(sequence[1]));
+    }
+    if (sequence == "\u2028" || sequence == "\u2029") {
+        return sequence == "\u2028" ? "\\u2028" : "\\u2029";
+    }
+    return std::string{sequence};
+}
+
+/// Takes one character, or one byte that is none, off the front of `rest`.
+std::string_view takeCharacter(std::string_view& rest) {
+    const auto character = rest.substr(0, std::max<std::size_t>(utf8SequenceLength(rest), 1));
+    rest.remove_prefix(character.size());
+    return character;
+}
+
+std::string shown(std::string_view character) {
+    if (utf8SequenceLength(character) == 0) {
+        return escaped("\\x%02x", static_cast<unsigned char>(character.front()));
+    }
+    return character.size() == 1 ? oneByte(character.front()) : longSequence(character);
+}
+
+} // namespace
+
+std::string oneLine(std::string_view text) {
+    return excerpt(text, text.size());
+}
+
+std::string excerpt(std::string_view text, std::size_t characters) {
+    std::string line;
+    for (; !text.empty() && characters > 0; --characters) {
+        line += shown(takeCharacter(text));
+    }
+    return text.empty() ? line : line + "...";
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,127 @@
+#include "model/ShortcutDecoder.h"
+
+#include "model/DecodingError.h"
+#include "model/ShortcutListReader.h"
+#include "model/Utf8.h"
+
+#include <algorithm>
+
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
+
+namespace hollowfernpike {
+
+namespace {
+
+using rapidjson::SizeType;
+
+/// Hands the reader's events on. Every string passes through here once, so this is where its text
+/// is checked; the reader itself lets a lone low surrogate through.
+class EventHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, EventHandler> {
+public:
+    explicit EventHandler(ShortcutListReader& list) : list_(list) {}
+
+    bool Null() { return pass(JsonType::null, "null"); }
+    bool Bool(bool value) { return pass(JsonType::boolean, value ? "true" : "false"); }
+    bool RawNumber(const char* text, SizeType length, bool) {
+        return pass(JsonType::number, {text, length});
+    }
+    bool String(const char* text, SizeType length, bool) {
+        const std::string_view string{text, length};
+        return firstInvalidUtf8(string) == std::string_view::npos && pass(JsonType::string, string);
+    }
+    bool Key(const char* text, SizeType length, bool) {
+        const std::string_view key{text, length};
+        list_.key(key);
+        return firstInvalidUtf8(key) == std::string_view::npos;
+    }
+    bool StartObject() { return open(JsonType::object); }
+    bool EndObject(SizeType) { return close(); }
+    bool StartArray() { return open(JsonType::array); }
+    bool EndArray(SizeType) { return close(); }
+
+private:
+    bool pass(JsonType type, std::string_view text) {
+        list_.value(type, text);
+        return true;
+    }
+    bool open(JsonType type) {
+        list_.open(type);
+        return true;
+    }
+    bool close() {
+        list_.close();
+        return true;
+    }
+
+    ShortcutListReader& list_;
+};
+
+TextPosition positionOf(std::string_view document, std::size_t offset) {
+    const auto before = document.substr(0, offset);
+    const auto lineStart = before.rfind('\n') + 1;
+    const auto isCharacterStart = [](char byte) { return (byte & 0xC0) != 0x80; };
+    return {static_cast<std::size_t>(std::ranges::count(before, '\n')) + 1,
+            static_cast<std::size_t>(
+                std::ranges::count_if(before.substr(lineStart), isCharacterStart)) +
+                1};
+}
+
+Wording reasonFor(rapidjson::ParseErrorCode code, bool atEnd) {
+    switch (code) {
+    case rapidjson::kParseErrorDocumentEmpty:
+        return {"文書が空です", "the document is empty"};
+    case rapidjson::kParseErrorDocumentRootNotSingular:
+        return {"文書の終わりの後に余分な文字があります", "there is text after the document's end"};
+    case rapidjson::kParseErrorNumberTooBig:
+        return {"数値が大きすぎます", "the number is too large"};
+    case rapidjson::kParseErrorTermination:
+    case rapidjson::kParseErrorStringUnicodeSurrogateInvalid:
+        return {"文字列にサロゲートの片割れがあります", "a string holds half of a surrogate pair"};
+    default:
+        return atEnd ? Wording{"文書が途中で終わっています", "the document ends too early"}
+                     : Wording{"予期しない文字です", "unexpected character"};
+    }
+}
+
+DecodingError syntaxError(std::string_view document, rapidjson::ParseErrorCode code,
+                          std::size_t offset) {
+    const auto invalid = firstInvalidUtf8(document);
+    if (invalid <= offset) {
+        return DecodingError::syntax(
+            positionOf(document, invalid),
+            {"UTF-8ではないバイトがあります", "there is a byte that is not UTF-8"});
+    }
+    return DecodingError::syntax(positionOf(document, offset),
+                                 reasonFor(code, offset >= document.size()));
+}
+
+std::string_view withoutByteOrderMark(std::string_view document) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return document.starts_with(mark) ? document.substr(mark.size()) : document;
+}
+
+} // namespace
+
+std::vector<AppShortcut> decodeShortcuts(std::string_view document) {
+    document = withoutByteOrderMark(document);
+    ShortcutListReader list;
+    EventHandler handler{list};
+    rapidjson::MemoryStream stream{document.data(), document.size()};
+    rapidjson::Reader reader;
+    // Iterative, because the nesting of a bad document must not exhaust the stack; numbers as
+    // text, because a detour through double would round flag words.
+    const auto result =
+        reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag>(
+            stream, handler);
+    if (result.IsError()) {
+        throw syntaxError(document, result.Code(), result.Offset());
+    }
+    // The stream shows its end as a zero byte, so a zero byte in the document looks like one.
+    if (stream.Tell() < document.size()) {
+        throw syntaxError(document, rapidjson::kParseErrorDocumentRootNotSingular, stream.Tell());
+    }
+    return list.take();
+}
+
+} // namespace hollowfernpike
