@@ -1,0 +1,78 @@
+"""Who may include whom: the rooms of src/ and the doors between them."""
+
+import re
+
+import tree
+
+INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
+
+# The rooms whose headers a room may include besides its own and platform/*.h.
+DOORS = {
+    "app": {"ui", "hotkeys", "model"},
+    "ui": {"hotkeys", "model"},
+    "hotkeys": {"model"},
+    "model": set(),
+    "platform": set(),
+}
+
+# The one file that chooses the backends.
+CHOOSER = "src/app/main.cpp"
+
+# Libraries that only some rooms know: by the form of the header's name.
+STANDARD = re.compile(r"[a-z_]+")
+LIBRARIES = [
+    ("the JSON library", re.compile(r"nlohmann/.*"), {"model"}),
+    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "ui", "platform/qt"}),
+    ("X11", re.compile(r"(xcb|X11|xkbcommon|libsn)/.*"), {"platform/x11"}),
+    ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
+]
+STANDARD_ONLY = {"model", "hotkeys", "platform"}
+
+
+def room_of(name):
+    """The room of a file below src/: "model", or "platform/x11" for a backend."""
+    folders = name.split("/")[:-1]
+    return "/".join(folders[:2] if folders[:1] == ["platform"] else folders[:1])
+
+
+def fault_of_own(root, name, header):
+    """What is wrong with including a header of ours, if anything."""
+    if ".." in header.split("/"):
+        return "leaves its folder: includes are rooted at src/"
+    roots = ["src"] if name.startswith("src/") else ["src", name.split("/")[0]]
+    if not any((root / base / header).is_file() for base in roots):
+        return f"is not there: includes are rooted at {'/ and '.join(roots)}/"
+    if not name.startswith("src/") or name == CHOOSER:
+        return None
+    room, other = room_of(name.removeprefix("src/")), room_of(header)
+    if other in {room, "platform"} | DOORS.get(room, set()):
+        return None
+    allowed = ", ".join(sorted(DOORS.get(room, set()) | {"platform/*.h"}))
+    return f"goes from {room} to {other}: besides its own headers {room} knows only {allowed}"
+
+
+def fault_of_library(root, name, header):
+    """What is wrong with including a header that is not ours, if anything."""
+    if (root / "src" / header).is_file():
+        return "is ours: include it in quotes"
+    if not name.startswith("src/") or STANDARD.fullmatch(header):
+        return None
+    room = room_of(name.removeprefix("src/"))
+    for library, pattern, rooms in LIBRARIES:
+        if pattern.fullmatch(header):
+            return None if room in rooms else f"is of {library}: only {', '.join(sorted(rooms))} may"
+    return f"is not of the standard library: {room} knows no other" if room in STANDARD_ONLY else None
+
+
+def check(root):
+    for name, lines in tree.texts(root, "src/*.h", "src/*.cpp", "tests/*.h", "tests/*.cpp",
+                                  "bench/*.h", "bench/*.cpp"):
+        for number, line in enumerate(lines, start=1):
+            if include := INCLUDE.match(line):
+                quote, header = include.groups()
+                fault = (fault_of_own if quote == '"' else fault_of_library)(root, name, header)
+                if fault:
+                    yield f"{name}:{number}: {header} {fault}"
+
+
+tree.run(check)

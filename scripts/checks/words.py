@@ -1,0 +1,32 @@
+"""Words that mark what is unfinished, or a test that proves nothing."""
+
+import re
+
+import tree
+
+# Brackets keep this table from finding itself.
+WORDS = [
+    (r"\b(TO[D]O|FI[X]ME|X[X]X|HA[C]K)\b", "finish it now"),
+    (r"\b(GTEST_[S]KIP|Q[S]KIP)\b", "a test that cannot run here must fail"),
+    (r"\bDISA[B]LED_\w", "a test that does not run proves nothing"),
+    (r"\b(EXPECT|ASSERT)_(TRUE\(tru[e]\)|FALSE\(fals[e]\))", "asserts nothing"),
+    (r"\bSUC[C]EED\(", "asserts nothing"),
+    (r"\bNO[L]INT(NEXTLINE|BEGIN|END)?\b(?!\()", "name the check that is silenced"),
+]
+
+# The one place that may let time pass; all else waits for a condition.
+WAITS = re.compile(r"\b(sleep_for|sleep_until|usleep|nanosleep|qWait|qSleep)\b")
+WAITING = "tests/support/WaitUntil.h"
+
+
+def check(root):
+    for name, lines in tree.texts(root, "src", "tests", "bench", "scripts"):
+        for number, line in enumerate(lines, start=1):
+            for pattern, why in WORDS:
+                for found in re.finditer(pattern, line):
+                    yield f"{name}:{number}: {found[0]}: {why}"
+            if name.startswith("tests/") and name != WAITING and WAITS.search(line):
+                yield f"{name}:{number}: sleeps: wait for a condition with {WAITING}"
+
+
+tree.run(check)
