@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+#include <filesystem>
+
+namespace hollowfernpike::freedesktop {
+
+/// What was tried with a file, for the description of its failure.
+enum class FileOperation { read, write, createDirectory };
+
+/// The error of a failed operation: the path, and what the system says of `number` (an errno).
+platform::FileError fileError(FileOperation operation, const std::filesystem::path& path,
+                              int number);
+
+/// The error of asking a pipe, a socket or a device for what only files can do.
+platform::FileError notARegularFile(FileOperation operation, const std::filesystem::path& path);
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,102 @@
+#include "platform/freedesktop/FileManager.h"
+
+#include "platform/freedesktop/AtomicFile.h"
+#include "platform/freedesktop/BaseDirectories.h"
+#include "platform/freedesktop/Descriptor.h"
+#include "platform/freedesktop/FileErrors.h"
+#include "platform/freedesktop/SystemCall.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+constexpr std::size_t largestFile = std::size_t{1} << 30;
+
+bool isDirectory(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored);
+}
+
+void requireWithinLimit(std::size_t size) {
+    if (size > largestFile) {
+        throw std::system_error{EFBIG, std::generic_category()};
+    }
+}
+
+/// The size of what is open, if it is a file that can be read whole.
+std::size_t requireReadable(const std::filesystem::path& file, int descriptor) {
+    struct stat status {};
+    checked(::fstat(descriptor, &status));
+    if (S_ISDIR(status.st_mode)) {
+        throw fileError(FileOperation::read, file, EISDIR);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw notARegularFile(FileOperation::read, file);
+    }
+    const auto size = static_cast<std::size_t>(status.st_size);
+    requireWithinLimit(size);
+    return size;
+}
+
+/// Reads to the end, wherever that is: a file may grow meanwhile, and some tell no size.
+std::string readAll(int descriptor, std::size_t expected) {
+    constexpr std::size_t step = 65536;
+    std::string contents;
+    std::size_t used = 0;
+    ssize_t count = 1;
+    for (std::size_t room = expected + 1; count > 0; room = step) {
+        requireWithinLimit(used);
+        contents.resize(used + room);
+        count = checked(
+            uninterrupted([&] { return ::read(descriptor, contents.data() + used, room); }));
+        used += static_cast<std::size_t>(count);
+    }
+    contents.resize(used);
+    return contents;
+}
+
+} // namespace
+
+std::vector<std::filesystem::path> FileManager::applicationSupportDirectories() {
+    const auto directory = dataHome();
+    return directory ? std::vector{*directory} : std::vector<std::filesystem::path>{};
+}
+
+void FileManager::createDirectory(const std::filesystem::path& directory) {
+    const auto make = [&] { return ::mkdir(directory.c_str(), S_IRWXU) == 0 ? 0 : errno; };
+    int failure = make();
+    if (failure == ENOENT && directory.has_parent_path()) {
+        createDirectory(directory.parent_path());
+        failure = make();
+    }
+    if (failure != 0 && !isDirectory(directory)) {
+        throw fileError(FileOperation::createDirectory, directory,
+                        failure == EEXIST ? ENOTDIR : failure);
+    }
+}
+
+bool FileManager::fileExists(const std::filesystem::path& file) {
+    struct stat status {};
+    return ::stat(file.c_str(), &status) == 0;
+}
+
+std::string FileManager::readFile(const std::filesystem::path& file) {
+    try {
+        const Descriptor descriptor{checked(uninterrupted(
+            [&] { return ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }))};
+        const auto size = requireReadable(file, descriptor.get());
+        return readAll(descriptor.get(), size);
+    } catch (const std::system_error& error) {
+        throw fileError(FileOperation::read, file, error.code().value());
+    }
+}
+
+void FileManager::writeFileAtomically(const std::filesystem::path& file, std::string_view data) {
+    freedesktop::writeFileAtomically(file, data);
+}
+
+} // namespace hollowfernpike::freedesktop

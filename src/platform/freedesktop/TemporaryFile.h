@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/freedesktop/Descriptor.h"
+
+#include <filesystem>
+
+namespace hollowfernpike::freedesktop {
+
+/// A new, empty file for the user alone, removed with the object unless it was given another name.
+/// What fails throws std::system_error.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::filesystem::path& folder);
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile();
+
+    int descriptor() const { return descriptor_.get(); }
+
+    /// Gives the file this name, in place of whatever has it.
+    void rename(const std::filesystem::path& target);
+
+    /// Removes the files of this kind in its folder that were last written an hour or more before
+    /// this one was made, left by processes that were killed. What cannot be removed stays.
+    void removeLeftOvers() const;
+
+private:
+    std::filesystem::path path_;
+    Descriptor descriptor_;
+};
+
+} // namespace hollowfernpike::freedesktop
