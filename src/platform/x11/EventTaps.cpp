@@ -1,0 +1,63 @@
+#include "platform/x11/EventTaps.h"
+
+#include "platform/x11/GrabbedKeys.h"
+#include "platform/x11/KeyTap.h"
+#include "platform/x11/ObservedKeys.h"
+#include "platform/x11/TrustProblem.h"
+#include "platform/x11/Xkb.h"
+
+#include <utility>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+void selectKeyboardChanges(const Connection& connection) {
+    constexpr std::uint16_t events =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t allParts = 0xFF;
+    xcb_xkb_select_events(connection.get(), XCB_XKB_ID_USE_CORE_KBD, events, 0, events, allParts,
+                          allParts, nullptr);
+}
+
+std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
+                                      const Connection& connection) {
+    if (options == platform::EventTapOptions::active) {
+        return std::make_unique<GrabbedKeys>(connection);
+    }
+    return std::make_unique<ObservedKeys>(connection);
+}
+
+std::function<void()> once(std::function<void()> action) {
+    return [action = std::move(action), done = std::make_shared<bool>(false)] {
+        if (action && !std::exchange(*done, true)) {
+            action();
+        }
+    };
+}
+
+} // namespace
+
+EventTaps::EventTaps(platform::MainQueue& queue, UserTime& userTime, std::string displayName,
+                     std::function<void()> onConnectionLost)
+    : queue_(queue), userTime_(userTime), displayName_(std::move(displayName)),
+      connectionLost_(once(std::move(onConnectionLost))) {}
+
+std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions options,
+                                                      platform::EventTapCallback callback,
+                                                      void* userInfo) {
+    auto connection = Connection::open(displayName_);
+    if (findTrustProblem(connection.get())) {
+        return nullptr;
+    }
+    selectKeyboardChanges(*connection);
+    if (!KeyboardDescription::read(*connection)) {
+        return nullptr;
+    }
+    auto source = makeSource(options, *connection);
+    return std::make_unique<KeyTap>(KeyTap::Services{queue_, userTime_, connectionLost_},
+                                    std::move(connection), std::move(source),
+                                    KeyTap::Listener{callback, userInfo});
+}
+
+} // namespace hollowfernpike::x11

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace hollowfernpike::x11 {
+
+/// Added to the kernel's (evdev) code of a key that the virtual key codes have no number for.
+inline constexpr std::uint16_t firstUnnumberedKeyCode = 256;
+
+/// The virtual key code of the position that an XKB key name ("AC01") stands for, or none if that
+/// numbering lacks the key.
+std::optional<std::uint16_t> virtualKeyCode(std::string_view keyName);
+
+/// The kernel's (evdev) code of a key that virtualKeyCode() has none for, as far as the name tells.
+std::optional<std::uint16_t> evdevCode(std::string_view keyName);
+
+/// The bits of the event flag word that come with a key itself: keypad, function and help keys.
+std::uint64_t keyFlags(std::uint16_t virtualKeyCode);
+
+} // namespace hollowfernpike::x11

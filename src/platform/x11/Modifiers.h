@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/EventTap.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace hollowfernpike::x11 {
+
+/// The eight modifier bits of an X event's state.
+using ModifierState = std::uint8_t;
+
+/// The four modifiers of a shortcut, as event flags.
+inline constexpr std::uint64_t shortcutModifiers =
+    platform::event_flags::shift | platform::event_flags::control | platform::event_flags::option |
+    platform::event_flags::command;
+
+/// What the modifier bits mean on one keyboard map. Shift, Lock and Control are fixed by the
+/// protocol; the others are wherever the map puts them, or nowhere (0).
+struct Modifiers {
+    ModifierState option = 0;
+    ModifierState command = 0;
+    ModifierState numLock = 0;
+    ModifierState scrollLock = 0;
+
+    /// The event flags for the modifiers held or locked in `state`.
+    std::uint64_t flags(ModifierState state) const;
+
+    /// Whether nothing beyond the four modifiers of a shortcut and the locks is on: a level shift
+    /// such as AltGr makes another combination.
+    bool isPlain(ModifierState state) const;
+
+    /// Every state in which exactly these modifiers of a shortcut are held, one for each state of
+    /// the locks; none if the map cannot produce them.
+    std::vector<ModifierState> statesFor(std::uint64_t modifierFlags) const;
+};
+
+} // namespace hollowfernpike::x11

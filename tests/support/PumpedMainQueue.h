@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/MainQueue.h"
+#include "support/WaitUntil.h"
+
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace hollowfernpike::test {
+
+/// A main queue in real time that the test's own thread drives: work runs inside runUntil().
+class PumpedMainQueue final : public platform::MainQueue {
+public:
+    void async(Work work) override { schedule(0ms, std::move(work)); }
+    void asyncAfter(std::chrono::milliseconds delay, Work work) override {
+        schedule(delay, std::move(work));
+    }
+
+    /// Runs work as it becomes due until `condition` holds; false if it does not within `bound`.
+    /// The condition is asked after each piece of work and every few milliseconds.
+    template <class Condition>
+    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds bound = 10s) {
+        const auto deadline = Clock::now() + bound;
+        while (!condition()) {
+            if (Clock::now() >= deadline) {
+                return false;
+            }
+            runNext();
+        }
+        return true;
+    }
+
+    /// Runs what is due by now.
+    void runDue() {
+        while (const auto work = takeDue()) {
+            work();
+        }
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void schedule(std::chrono::milliseconds delay, Work work) {
+        const std::scoped_lock lock(mutex_);
+        waiting_.emplace(Clock::now() + delay, std::move(work));
+        arrival_.notify_one();
+    }
+
+    Work takeDue() {
+        const std::scoped_lock lock(mutex_);
+        if (waiting_.empty() || waiting_.begin()->first > Clock::now()) {
+            return {};
+        }
+        return std::move(waiting_.extract(waiting_.begin()).mapped());
+    }
+
+    void runNext() {
+        if (const auto work = takeDue()) {
+            work();
+            return;
+        }
+        std::unique_lock lock(mutex_);
+        arrival_.wait_for(lock, 2ms);
+    }
+
+    std::mutex mutex_;
+    std::condition_variable arrival_;
+    std::multimap<Clock::time_point, Work> waiting_;
+};
+
+} // namespace hollowfernpike::test
