@@ -63,6 +63,11 @@ const std::map<std::string_view, Setting>& settings() {
         {"--gtk-id", [](auto& options, auto value) { options.gtkApplicationId = value; }},
         {"--desktop-file", [](auto& options, auto value) { options.desktopFile = value; }},
         {"--type", [](auto& options, auto value) { options.type = value; }},
+        {"--log", [](auto& options, auto value) { options.log = value; }},
+        {"--delay",
+         [](auto& options, auto value) {
+             options.delay = std::chrono::milliseconds{number<int>(value)};
+         }},
         {"--windows", [](auto& options, auto value) { options.windows = number<int>(value); }},
     };
     return table;

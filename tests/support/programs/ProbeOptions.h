@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -21,10 +22,12 @@ struct ProbeOptions {
     std::string type;                 ///< --type dock|desktop|dialog|...
     std::int16_t x = 100, y = 100;    ///< --geometry X,Y,W,H
     std::uint16_t width = 200, height = 150;
-    int windows = 1;           ///< --windows N; --no-window: 0
-    bool transient = false;    ///< --transient: later windows belong to the first one
-    bool crashesOnKey = false; ///< --exit-on-key: aborts at any key press
-    bool forksChild = false;   ///< --fork-child: keeps a helper process beside it
+    int windows = 1;                   ///< --windows N; --no-window: 0
+    bool transient = false;            ///< --transient: later windows belong to the first one
+    bool crashesOnKey = false;         ///< --exit-on-key: aborts at any key press
+    bool forksChild = false;           ///< --fork-child: keeps a helper process beside it
+    std::string log;                   ///< --log FILE: tells it all there, at its end, instead
+    std::chrono::milliseconds delay{}; ///< --delay MS: works that long before it opens a window
 };
 
 /// Throws std::invalid_argument for what it does not know.

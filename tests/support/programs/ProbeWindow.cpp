@@ -1,7 +1,7 @@
 // A small X client for tests. It behaves towards the window manager and the start-up notification
 // as a toolkit does, and tells on standard output what happens to it, one flushed line per fact:
 //
-//   started PID              before anything else
+//   started PID              before it does anything
 //   child PID                its helper process, with --fork-child
 //   window ID                a window was made
 //   mapped ID                it is on the screen
@@ -18,6 +18,8 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include <sys/prctl.h>
@@ -282,10 +284,13 @@ void startHelper() {
 
 int main(int count, char** arguments) {
     using namespace hollowfernpike::test;
-    tell("started %d", ::getpid());
     try {
         const auto options =
             parseProbeOptions(std::span{arguments + 1, static_cast<std::size_t>(count - 1)});
+        if (!options.log.empty() && std::freopen(options.log.c_str(), "a", stdout) == nullptr) {
+            throw std::runtime_error("cannot write " + options.log);
+        }
+        tell("started %d", ::getpid());
         if (options.forksChild) {
             startHelper();
         }
@@ -295,6 +300,7 @@ int main(int count, char** arguments) {
             }
         }
         ProbeClient client(options);
+        std::this_thread::sleep_for(options.delay);
         client.openWindows();
         client.run();
     } catch (const std::exception& error) {
