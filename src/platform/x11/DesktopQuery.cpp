@@ -1,0 +1,72 @@
+#include "platform/x11/DesktopQuery.h"
+
+#include "platform/x11/Properties.h"
+#include "platform/x11/WindowTree.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+constexpr std::uint32_t mostWindows = 1024;
+constexpr std::uint32_t mostSupported = 1024;
+
+std::vector<xcb_window_t> cleaned(std::span<const xcb_window_t> windows, xcb_window_t root) {
+    std::unordered_set<xcb_window_t> seen{XCB_NONE, root};
+    std::vector<xcb_window_t> result;
+    std::ranges::copy_if(windows, std::back_inserter(result),
+                         [&seen](xcb_window_t window) { return seen.insert(window).second; });
+    return result;
+}
+
+bool isWindowList(const PropertyReply& reply) {
+    return reply && reply->type == XCB_ATOM_WINDOW && reply->format == 32;
+}
+
+} // namespace
+
+DesktopQuery::DesktopQuery(const Connection& connection, const Atoms& atoms)
+    : connection_(connection), atoms_(atoms) {
+    const auto ask = [&](xcb_atom_t property, xcb_atom_t type, std::uint32_t words) {
+        return askProperty(connection, connection.root(), property, type, words);
+    };
+    stacking_ = ask(atoms.clientListStacking, XCB_ATOM_WINDOW, mostWindows);
+    age_ = ask(atoms.clientList, XCB_ATOM_WINDOW, mostWindows);
+    currentDesktop_ = ask(atoms.currentDesktop, XCB_ATOM_CARDINAL, 1);
+    supported_ = ask(atoms.supported, XCB_ATOM_ATOM, mostSupported);
+}
+
+DesktopState DesktopQuery::take(WindowOrder order) {
+    const auto stacking = takeProperty(connection_, stacking_);
+    const auto age = takeProperty(connection_, age_);
+    const auto supported = takeProperty(connection_, supported_);
+
+    DesktopState state;
+    state.currentDesktop = numberOf(takeProperty(connection_, currentDesktop_));
+    const auto abilities = numbersOf(supported);
+    state.canRestack = std::ranges::find(abilities, atoms_.restackWindow) != abilities.end();
+
+    const auto& wanted = order == WindowOrder::stacking ? stacking : age;
+    const auto& other = order == WindowOrder::stacking ? age : stacking;
+    if (isWindowList(wanted) || isWindowList(other)) {
+        state.windows =
+            cleaned(numbersOf(isWindowList(wanted) ? wanted : other), connection_.root());
+    } else {
+        takeFromTree(state);
+    }
+    return state;
+}
+
+void DesktopQuery::takeFromTree(DesktopState& state) const {
+    for (const auto& [window, isIconic] :
+         managedWindowsOfTree(connection_, atoms_.wmState, mostWindows)) {
+        state.windows.push_back(window);
+        if (isIconic) {
+            state.iconic.push_back(window);
+        }
+    }
+}
+
+} // namespace hollowfernpike::x11

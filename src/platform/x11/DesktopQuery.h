@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/x11/Atoms.h"
+#include "platform/x11/Connection.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace hollowfernpike::x11 {
+
+enum class WindowOrder {
+    stacking, ///< from the bottom to the top
+    age,      ///< from the oldest to the newest
+};
+
+/// What the window manager says of the desktop as a whole (EWMH root properties).
+struct DesktopState {
+    std::vector<xcb_window_t> windows; ///< never the root, none twice, of bounded number
+    std::vector<xcb_window_t> iconic;  ///< those minimised, where windows cannot tell themselves
+    std::optional<std::uint32_t> currentDesktop;
+    bool canRestack = false; ///< understands _NET_RESTACK_WINDOW
+};
+
+/// Asks the window manager. The constructor sends, `take` waits. A window manager without window
+/// lists is bypassed: its windows are found in the window tree by their WM_STATE (ICCCM).
+class DesktopQuery {
+public:
+    DesktopQuery(const Connection& connection, const Atoms& atoms);
+
+    DesktopState take(WindowOrder order);
+
+private:
+    void takeFromTree(DesktopState& state) const;
+
+    const Connection& connection_;
+    const Atoms& atoms_;
+    xcb_get_property_cookie_t stacking_;
+    xcb_get_property_cookie_t age_;
+    xcb_get_property_cookie_t currentDesktop_;
+    xcb_get_property_cookie_t supported_;
+};
+
+} // namespace hollowfernpike::x11

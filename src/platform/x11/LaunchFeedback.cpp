@@ -1,0 +1,70 @@
+#include "platform/x11/LaunchFeedback.h"
+
+#include "platform/x11/StartupMessage.h"
+
+#include <array>
+
+#include <unistd.h>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+std::string machineName() {
+    std::array<char, 256> name{};
+    ::gethostname(name.data(), name.size() - 1);
+    return name.data();
+}
+
+} // namespace
+
+LaunchFeedback::LaunchFeedback(Windows& windows, const UserTime& userTime)
+    : windows_(windows), userTime_(userTime),
+      prefix_("hollowfernpike-" + std::to_string(::getpid()) + '-' + machineName() + '-'),
+      sender_(xcb_generate_id(windows.connection().get())) {
+    const auto& connection = windows.connection();
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, sender_, connection.root(), -1, -1, 1,
+                      1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+}
+
+LaunchFeedback::~LaunchFeedback() {
+    xcb_destroy_window(windows_.connection().get(), sender_);
+    xcb_flush(windows_.connection().get());
+}
+
+std::string LaunchFeedback::begin(const platform::StartingApplication& application) {
+    const auto& connection = windows_.connection();
+    if (connection.isLost()) {
+        return {};
+    }
+    auto identifier = newIdentifier();
+    if (application.announces) {
+        broadcastStartupMessage(
+            connection, windows_.atoms(), sender_,
+            startupMessage("new", {{"ID", identifier},
+                                   {"NAME", application.name},
+                                   {"SCREEN", std::to_string(connection.screenNumber())},
+                                   {"BIN", application.program},
+                                   {"WMCLASS", application.windowClass},
+                                   {"APPLICATION_ID", application.entryPath}}));
+    }
+    return identifier;
+}
+
+void LaunchFeedback::end(const std::string& identifier) {
+    if (identifier.starts_with(prefix_)) {
+        broadcastStartupMessage(windows_.connection(), windows_.atoms(), sender_,
+                                startupMessage("remove", {{"ID", identifier}}));
+    }
+}
+
+// Without a key press there is no time to tell, and a made-up one would decide about the focus.
+std::string LaunchFeedback::newIdentifier() {
+    auto identifier = prefix_ + std::to_string(++count_);
+    if (userTime_.time() != XCB_CURRENT_TIME) {
+        identifier += "_TIME" + std::to_string(userTime_.time());
+    }
+    return identifier;
+}
+
+} // namespace hollowfernpike::x11

@@ -1,0 +1,104 @@
+#include "platform/x11/ProcessActivation.h"
+
+#include "platform/x11/WindowTypes.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+constexpr std::uint32_t fromUser = 2; // EWMH source indication of pagers and the like
+
+bool belongsTo(const WindowRecord& record, std::int32_t process) {
+    return record.identity->layer == ordinaryLayer && record.identity->facts.process == process;
+}
+
+/// How far a window is from being seen: what is in sight comes first, then what another desktop
+/// shows, then what is minimised.
+int distance(const Snapshot& snapshot, const WindowRecord& record) {
+    return (record.isHidden ? 2 : 0) + (snapshot.isHere(record) ? 0 : 1);
+}
+
+/// The topmost of the nearest windows; null if the process has none.
+const WindowRecord* nearest(const Snapshot& snapshot, std::int32_t process) {
+    const WindowRecord* best = nullptr;
+    for (const auto& record : std::views::reverse(snapshot.windows)) {
+        if (belongsTo(record, process) &&
+            (best == nullptr || distance(snapshot, record) < distance(snapshot, *best))) {
+            best = &record;
+        }
+    }
+    return best;
+}
+
+/// Whether the window is in sight together with the one that becomes active.
+bool isBeside(const Snapshot& snapshot, const WindowRecord& record, const WindowRecord& top) {
+    const bool sameDesktop =
+        snapshot.isHere(top) ? snapshot.isHere(record) : record.desktop == top.desktop;
+    return &record != &top && !record.isHidden && !top.isHidden && sameDesktop;
+}
+
+} // namespace
+
+bool ProcessActivation::bringToFront(std::int32_t processIdentifier) {
+    const auto* snapshot = windows_.takeOfThisPress();
+    if (snapshot != nullptr && bringToFront(*snapshot, processIdentifier)) {
+        return true;
+    }
+    snapshot = windows_.read(WindowOrder::stacking);
+    return snapshot != nullptr && bringToFront(*snapshot, processIdentifier);
+}
+
+bool ProcessActivation::bringToFront(const Snapshot& snapshot, std::int32_t processIdentifier) {
+    const auto* top = nearest(snapshot, processIdentifier);
+    if (top == nullptr) {
+        return false;
+    }
+    const auto time = requestTime();
+    if (!snapshot.isHere(*top)) {
+        send(windows_.connection().root(), windows_.atoms().currentDesktop, {*top->desktop, time});
+    }
+    for (const auto& record : snapshot.windows) {
+        if (belongsTo(record, processIdentifier) && isBeside(snapshot, record, *top)) {
+            raise(snapshot, record.window);
+        }
+    }
+    send(top->window, windows_.atoms().activeWindow, {fromUser, time, XCB_NONE});
+    xcb_flush(windows_.connection().get());
+    return !windows_.connection().isLost();
+}
+
+// Both window managers of the common kinds and the standard agree on "above, beside nobody"; a
+// sibling is taken as "to the very bottom" by some.
+void ProcessActivation::raise(const Snapshot& snapshot, xcb_window_t window) {
+    if (snapshot.canRestack) {
+        send(window, windows_.atoms().restackWindow, {fromUser, XCB_NONE, XCB_STACK_MODE_ABOVE});
+        return;
+    }
+    auto* server = windows_.connection().get();
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    const auto request =
+        xcb_configure_window_checked(server, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_discard_reply(server, request.sequence); // the window may be gone
+}
+
+void ProcessActivation::send(xcb_window_t window, xcb_atom_t type, const MessageData& data) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    std::ranges::copy(data, message.data.data32);
+    xcb_send_event(windows_.connection().get(), 0, windows_.connection().root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+}
+
+xcb_timestamp_t ProcessActivation::requestTime() {
+    const auto time = userTime_.time();
+    return time != XCB_CURRENT_TIME ? time : windows_.events().serverTime();
+}
+
+} // namespace hollowfernpike::x11

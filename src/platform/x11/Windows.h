@@ -1,0 +1,98 @@
+#pragma once
+
+#include "platform/WindowOwners.h"
+#include "platform/x11/Atoms.h"
+#include "platform/x11/ClientProcesses.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/DesktopQuery.h"
+#include "platform/x11/Events.h"
+#include "platform/x11/UserTime.h"
+#include "platform/x11/WindowQueries.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace hollowfernpike::x11 {
+
+/// Who a window is: what is kept of it from one key press to the next.
+struct WindowIdentity {
+    std::optional<std::int32_t> clientProcess;
+    std::string windowClass;
+    std::int32_t layer = 0;
+    platform::WindowFacts facts;
+    std::optional<platform::WindowOwner> owner; ///< once somebody wanted to know
+};
+
+/// A managed window at the moment of a snapshot.
+struct WindowRecord {
+    xcb_window_t window = XCB_NONE;
+    bool isHidden = false;
+    std::optional<std::uint32_t> desktop;
+    WindowIdentity* identity = nullptr; ///< never null
+};
+
+/// All managed windows, in the order asked for.
+struct Snapshot {
+    std::vector<WindowRecord> windows;
+    std::optional<std::uint32_t> currentDesktop;
+    bool canRestack = false;
+
+    /// Whether the window is on the current desktop, or on all of them.
+    bool isHere(const WindowRecord& record) const;
+};
+
+/// The windows of the display, asked for in one round trip if all of them are known already, in two
+/// if some are new. What a window tells once is kept as long as it belongs to the same process and
+/// has the same class (programs do change that); who owns it, as long as the window owners stand by
+/// their answers. Main thread only.
+class Windows {
+public:
+    /// All three outlive this object.
+    Windows(const Connection& connection, platform::WindowOwners& owners, const UserTime& userTime);
+
+    const Connection& connection() const { return connection_; }
+    const Atoms& atoms() const { return atoms_; }
+    Events& events() { return events_; }
+
+    /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
+    const Snapshot* read(WindowOrder order);
+
+    /// The snapshot in stacking order that was read for the key press that is still the last one,
+    /// a moment ago; null if there is none. Handed out once: who asks twice for the same press
+    /// wants to see what has changed in between.
+    const Snapshot* takeOfThisPress();
+
+    /// The application behind a window of the snapshot that stands.
+    const platform::WindowOwner& ownerOf(const WindowRecord& record);
+
+private:
+    using States = std::unordered_map<xcb_window_t, WindowState>;
+
+    std::vector<xcb_window_t> knownWindows() const;
+    std::vector<xcb_window_t> unknownAmong(const std::vector<xcb_window_t>& windows,
+                                           const States& states) const;
+    void learn(const std::vector<xcb_window_t>& unknown, States& states);
+    void assemble(const DesktopState& desktop, const States& states);
+    void forgetVanished();
+
+    const Connection& connection_;
+    platform::WindowOwners& owners_;
+    const UserTime& userTime_;
+    Atoms atoms_;
+    ClientProcesses processes_;
+    Events events_;
+
+    std::unordered_map<xcb_window_t, WindowIdentity> identities_;
+    std::uint64_t ownersGeneration_;
+    Snapshot snapshot_;
+    std::uint64_t snapshotPress_ = 0; ///< 0: not to be handed out
+    std::chrono::steady_clock::time_point snapshotTime_;
+};
+
+} // namespace hollowfernpike::x11
