@@ -16,6 +16,9 @@ namespace {
 
 constexpr std::chrono::milliseconds retryInterval{5000};
 
+/// Most key presses are bound to nothing; an empty bucket tells without touching any shortcut.
+constexpr float sparse = 0.25F;
+
 void enableTapAfterCallback() {
     platform::services().mainQueue.async([] {
         if (auto* const tap = HotkeyManager::shared().eventTap()) {
@@ -31,12 +34,12 @@ std::uint16_t checkedKeyCode(std::int64_t keyCode) {
     return static_cast<std::uint16_t>(keyCode);
 }
 
-/// The key press is consumed whatever becomes of the launch.
+/// The key press is consumed whatever becomes of the launch. Services do not throw, but memory may
+/// run out.
 void launch(const AppShortcut& shortcut) {
     try {
-        const AppShortcut launched = shortcut;
-        AppLauncher::shared().performLaunchOrActivate(launched.appBundleIdentifier,
-                                                      launched.appName, launched.appPath);
+        AppLauncher::shared().performLaunchOrActivate(shortcut.appBundleIdentifier,
+                                                      shortcut.appName, shortcut.appPath);
     } catch (const std::exception&) {
         return;
     }
@@ -67,11 +70,12 @@ void HotkeyManager::start() {
 
 void HotkeyManager::buildShortcutMap() {
     const auto& shortcuts = ShortcutStore::shared().shortcuts();
-    ShortcutMap map;
-    map.reserve(shortcuts.size());
+    auto map = std::make_shared<ShortcutMap>();
+    map->max_load_factor(sparse);
+    map->reserve(shortcuts.size());
     for (const auto& shortcut : shortcuts) {
         const ShortcutMapKey key(shortcut.keyCode, shortcut.modifierFlags);
-        map.insert_or_assign(std::string{key.text()}, shortcut);
+        map->insert_or_assign(std::string{key.text()}, shortcut);
     }
     shortcutMap_ = std::move(map);
     if (eventTap_) {
@@ -96,8 +100,8 @@ void HotkeyManager::installEventTap() {
 
 void HotkeyManager::tellInterest() {
     std::vector<platform::KeyCombination> interest;
-    interest.reserve(shortcutMap_.size());
-    for (const auto& [key, shortcut] : shortcutMap_) {
+    interest.reserve(shortcutMap_->size());
+    for (const auto& [key, shortcut] : *shortcutMap_) {
         interest.push_back({shortcut.keyCode, shortcut.modifierFlags & modifierMask});
     }
     eventTap_->setInterest(interest);
@@ -111,7 +115,7 @@ void HotkeyManager::stop() {
         eventTap_->invalidate();
         eventTap_.reset();
     }
-    shortcutMap_.clear();
+    shortcutMap_ = std::make_shared<ShortcutMap>();
 }
 
 const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* /*proxy*/,
@@ -127,9 +131,9 @@ const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* /*proxy*/,
         return event;
     }
     const ShortcutMapKey key(checkedKeyCode(event->keyCode), event->flags);
-    const auto& shortcuts = HotkeyManager::shared().shortcutMap();
-    const auto match = shortcuts.find(key.text());
-    if (match == shortcuts.end()) {
+    const auto shortcuts = HotkeyManager::shared().shortcutMap();
+    const auto match = shortcuts->find(key.text());
+    if (match == shortcuts->end()) {
         return event;
     }
     launch(match->second);

@@ -36,7 +36,9 @@ public:
     /// Ends the tap, if there is one, and empties the map.
     void stop();
 
-    const ShortcutMap& shortcutMap() const { return shortcutMap_; }
+    /// The map as it is now, never null. A later change makes a new map and leaves this one as it
+    /// is, so whoever looks a shortcut up may act on it while the list changes.
+    std::shared_ptr<const ShortcutMap> shortcutMap() const { return shortcutMap_; }
 
     /// The installed tap and what attaches it to the main loop; both null while there is none.
     platform::EventTap* eventTap() const { return eventTap_.get(); }
@@ -52,7 +54,7 @@ private:
     platform::AccessibilityTrust& accessibilityTrust_;
     platform::EventTaps& eventTaps_;
     platform::MainQueue& mainQueue_;
-    ShortcutMap shortcutMap_;
+    std::shared_ptr<const ShortcutMap> shortcutMap_ = std::make_shared<ShortcutMap>();
     std::unique_ptr<platform::EventTap> eventTap_;
     std::unique_ptr<platform::RunLoopSource> runLoopSource_;
 };

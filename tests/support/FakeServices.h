@@ -1,0 +1,66 @@
+#pragma once
+
+#include "hotkeys/AppLauncher.h"
+#include "hotkeys/HotkeyManager.h"
+#include "model/ShortcutStore.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Services.h"
+#include "support/CallLog.h"
+#include "support/FakeAccessibilityTrust.h"
+#include "support/FakeEventTaps.h"
+#include "support/FakeFileManager.h"
+#include "support/FakeMainQueue.h"
+#include "support/FakeProcessActivation.h"
+#include "support/FakeRunningApplications.h"
+#include "support/FakeTextComparison.h"
+#include "support/FakeWindowList.h"
+#include "support/FakeWorkspace.h"
+
+#include <sstream>
+
+namespace hollowfernpike::test {
+
+/// A whole desktop of fakes, handed over for as long as it lives. The shared instances go with it,
+/// so that every test begins with new ones.
+class FakeServices {
+public:
+    FakeServices() { platform::setServices(&services_); }
+    FakeServices(const FakeServices&) = delete;
+    FakeServices& operator=(const FakeServices&) = delete;
+    ~FakeServices() {
+        platform::SharedInstance<HotkeyManager>::resetForTesting();
+        platform::SharedInstance<AppLauncher>::resetForTesting();
+        platform::SharedInstance<ShortcutStore>::resetForTesting();
+        platform::setServices(nullptr);
+    }
+
+    CallLog log;
+    FakeAccessibilityTrust accessibilityTrust{log};
+    FakeEventTaps eventTaps{log};
+    FakeFileManager fileManager;
+    FakeMainQueue mainQueue;
+    platform::NotificationCenter notificationCenter;
+    FakeProcessActivation processActivation{log};
+    FakeRunningApplications runningApplications{log};
+    FakeTextComparison textComparison{log};
+    FakeWindowList windowList{log};
+    FakeWorkspace workspace{log};
+    std::ostringstream standardOutput;
+
+private:
+    platform::Services services_{
+        .accessibilityTrust = accessibilityTrust,
+        .eventTaps = eventTaps,
+        .fileManager = fileManager,
+        .mainQueue = mainQueue,
+        .notificationCenter = notificationCenter,
+        .processActivation = processActivation,
+        .runningApplications = runningApplications,
+        .textComparison = textComparison,
+        .windowList = windowList,
+        .workspace = workspace,
+        .standardOutput = standardOutput,
+    };
+};
+
+} // namespace hollowfernpike::test
