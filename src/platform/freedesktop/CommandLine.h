@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::freedesktop {
+
+struct DesktopEntry;
+
+/// The words of an Exec line, unquoted by the rules of the Desktop Entry Specification, field codes
+/// left as they are. Empty if the line is empty or its quoting is broken.
+std::vector<std::string> wordsOf(const std::string& exec);
+
+/// The argument vector that opens the application without any file: codes for files fall away, and
+/// so does an argument that consists of nothing else; %i, %c, %k and %% are filled in. The first
+/// word is the program as the entry names it. Empty if the entry has no usable command line.
+std::vector<std::string> commandLineOf(const DesktopEntry& entry);
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <sys/types.h>
+
+namespace hollowfernpike::freedesktop {
+
+/// Tells whether a file is still the one that was read, as far as one stat can tell.
+struct FileStamp {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    std::int64_t modified = 0; ///< nanoseconds since the epoch
+    std::int64_t changed = 0;  ///< of the inode, likewise
+
+    bool operator==(const FileStamp&) const = default;
+    bool isSameFile(const FileStamp& other) const {
+        return device == other.device && inode == other.inode;
+    }
+};
+
+/// Absent if there is nothing at `path` that we may look at.
+std::optional<FileStamp> stampOf(const std::string& path);
+
+/// An application, as its entry file describes it (Desktop Entry Specification 1.5). Texts are as
+/// the file has them, already unescaped; a key that the file lacks is empty.
+struct DesktopEntry {
+    std::string path;
+    FileStamp stamp;
+    std::string identifier;  ///< desktop-file id without ".desktop"; empty if it is not installed
+    std::string name;        ///< file name without ".desktop"
+    std::string displayName; ///< Name, localized
+    std::string windowClass; ///< StartupWMClass
+    std::string exec;        ///< the command line with its field codes
+    std::string workingDirectory;
+    std::string icon;
+    bool terminal = false;
+    bool dbusActivatable = false;
+    bool startupNotify = false;
+    bool hidden = false;    ///< removed by the user: not an application
+    bool noDisplay = false; ///< not offered in menus, but an application like any other
+};
+
+/// The file name without ".desktop".
+std::string entryName(std::string_view path);
+
+/// Reads the entry at `path`, installed or not, and leaves `identifier` empty. Throws
+/// platform::LocalizedError if there is no file, it cannot be read, it does not describe an
+/// application, or the program that it names (Exec, TryExec) is missing. A hidden entry is read
+/// like any other.
+DesktopEntry readDesktopEntry(const std::string& path);
+
+} // namespace hollowfernpike::freedesktop

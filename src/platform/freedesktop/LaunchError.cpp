@@ -1,0 +1,45 @@
+#include "platform/freedesktop/LaunchError.h"
+
+#include "platform/freedesktop/GlibPointers.h"
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+std::string shown(const std::string& path) {
+    return TextPointer(g_filename_display_name(path.c_str())).get();
+}
+
+} // namespace
+
+platform::LocalizedError noSuchApplication(const std::string& path) {
+    return {"アプリケーションが見つかりません: " + shown(path),
+            "There is no application at “" + shown(path) + "”."};
+}
+
+platform::LocalizedError unreadableEntry(const std::string& path, const std::string& reason) {
+    return {"アプリケーションを読み込めません: " + shown(path) + " (" + reason + ")",
+            "The application at “" + shown(path) + "” cannot be read: " + reason};
+}
+
+platform::LocalizedError notAnApplication(const std::string& path) {
+    return {"アプリケーションではありません: " + shown(path),
+            "The file at “" + shown(path) + "” does not describe an application."};
+}
+
+platform::LocalizedError hiddenApplication(const std::string& path) {
+    return {"アプリケーションは取り除かれています: " + shown(path),
+            "The application at “" + shown(path) + "” has been removed (Hidden=true)."};
+}
+
+platform::LocalizedError missingProgram(const std::string& path, const std::string& program) {
+    return {"プログラムが見つかりません: " + shown(program) + " (" + shown(path) + ")",
+            "The program “" + shown(program) + "” of “" + shown(path) + "” is missing."};
+}
+
+platform::LocalizedError failedStart(const std::string& path, const std::string& reason) {
+    return {"アプリケーションを起動できません: " + shown(path) + " (" + reason + ")",
+            "The application at “" + shown(path) + "” cannot be started: " + reason};
+}
+
+} // namespace hollowfernpike::freedesktop

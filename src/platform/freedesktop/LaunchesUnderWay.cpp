@@ -1,0 +1,127 @@
+#include "platform/freedesktop/LaunchesUnderWay.h"
+
+#include "platform/freedesktop/CommandLine.h"
+#include "platform/freedesktop/LaunchError.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+bool belongsTo(const platform::ClientWindow& window, const DesktopEntry& entry) {
+    return !entry.identifier.empty() && window.owner.bundleIdentifier == entry.identifier;
+}
+
+std::size_t countWindows(const std::vector<platform::ClientWindow>& windows,
+                         const DesktopEntry& entry) {
+    return static_cast<std::size_t>(std::ranges::count_if(
+        windows, [&](const auto& window) { return belongsTo(window, entry); }));
+}
+
+bool hasShownItself(const Launch& launch, const std::vector<platform::ClientWindow>& windows) {
+    const bool ownWindow = launch.process && std::ranges::any_of(windows, [&](const auto& window) {
+                               return window.process == launch.process;
+                           });
+    return ownWindow || countWindows(windows, launch.entry) > launch.windowsBefore;
+}
+
+platform::StartingApplication announcementOf(const DesktopEntry& entry) {
+    const auto words = wordsOf(entry.exec);
+    return {.name = entry.displayName,
+            .bundleIdentifier = entry.identifier,
+            .entryPath = entry.path,
+            .program = words.empty() ? std::string{} : words.front(),
+            .windowClass = entry.windowClass,
+            .announces = entry.startupNotify};
+}
+
+} // namespace
+
+std::shared_ptr<Launch> LaunchesUnderWay::find(const FileStamp& file) const {
+    const auto found = std::ranges::find_if(
+        launches_, [&](const auto& launch) { return launch->entry.stamp.isSameFile(file); });
+    return found == launches_.end() ? nullptr : *found;
+}
+
+std::shared_ptr<Launch> LaunchesUnderWay::begin(const DesktopEntry& entry, bool activates) {
+    auto launch = std::make_shared<Launch>();
+    launch->entry = entry;
+    if (activates) {
+        launch->startupIdentifier = feedback_.begin(announcementOf(entry));
+    }
+    launches_.push_back(launch);
+    return launch;
+}
+
+void LaunchesUnderWay::join(Launch& launch, platform::Workspace::OpenCompletion completion) {
+    if (!completion) {
+        return;
+    }
+    if (launch.result) {
+        completion(*launch.result);
+    } else {
+        launch.waiting.push_back(std::move(completion));
+    }
+}
+
+void LaunchesUnderWay::settle(Launch& launch, const platform::OpenResult& result) {
+    launch.result = result;
+    launch.process = result.processIdentifier;
+    const auto waiting = std::exchange(launch.waiting, {});
+    if (result.error) {
+        finish(launch);
+    }
+    for (const auto& completion : waiting) {
+        completion(result);
+    }
+}
+
+void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
+    if (!find(launch->entry.stamp)) {
+        return;
+    }
+    launch->windowsBefore = countWindows(windows_.clientWindows(), launch->entry);
+    if (!windowWatch_) {
+        windowWatch_ = windows_.watch([this] { lookForWindows(); });
+    }
+    mainQueue_.asyncAfter(limit, [this, weak = std::weak_ptr(launch)] {
+        if (const auto late = weak.lock()) {
+            giveUp(*late);
+        }
+    });
+}
+
+void LaunchesUnderWay::finish(const Launch& launch) {
+    if (!launch.startupIdentifier.empty()) {
+        feedback_.end(launch.startupIdentifier);
+    }
+    forget(launch);
+}
+
+void LaunchesUnderWay::lookForWindows() {
+    const auto windows = windows_.clientWindows();
+    std::erase_if(launches_, [&](const auto& launch) { return hasShownItself(*launch, windows); });
+    if (launches_.empty()) {
+        windowWatch_.reset();
+    }
+}
+
+void LaunchesUnderWay::giveUp(Launch& launch) {
+    if (launch.result) {
+        finish(launch);
+    } else {
+        settle(launch, {.processIdentifier = std::nullopt,
+                        .error = failedStart(launch.entry.path, "no answer")});
+    }
+}
+
+void LaunchesUnderWay::forget(const Launch& launch) {
+    std::erase_if(launches_, [&](const auto& kept) { return kept.get() == &launch; });
+    if (launches_.empty()) {
+        windowWatch_.reset();
+    }
+}
+
+} // namespace hollowfernpike::freedesktop

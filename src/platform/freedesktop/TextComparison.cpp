@@ -1,0 +1,38 @@
+#include "platform/freedesktop/TextComparison.h"
+
+#include "platform/freedesktop/GlibPointers.h"
+
+#include <algorithm>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+// Null if the text is not valid UTF-8. A zero byte would end the text early, so it counts as such.
+TextPointer decomposed(std::string_view text) {
+    const auto size = static_cast<gssize>(text.size());
+    if (g_utf8_validate(text.data(), size, nullptr) == FALSE) {
+        return nullptr;
+    }
+    return TextPointer(g_utf8_normalize(text.data(), size, G_NORMALIZE_NFD));
+}
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+} // namespace
+
+bool TextComparison::canonicallyEquivalent(std::string_view left, std::string_view right) {
+    if (left == right) {
+        return true;
+    }
+    if (left.empty() || right.empty() || (isAscii(left) && isAscii(right))) {
+        return false;
+    }
+    const auto leftForm = decomposed(left);
+    const auto rightForm = decomposed(right);
+    return leftForm && rightForm && std::string_view(leftForm.get()) == rightForm.get();
+}
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/TextComparison.h"
+
+namespace hollowfernpike::freedesktop {
+
+/// Compares by GLib's Unicode tables.
+class TextComparison final : public platform::TextComparison {
+public:
+    bool canonicallyEquivalent(std::string_view left, std::string_view right) override;
+};
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,124 @@
+#include "platform/freedesktop/ApplicationsHome.h"
+
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+void setVariable(const char* name, const std::filesystem::path& value) {
+    ::setenv(name, value.c_str(), 1);
+}
+
+WitnessReport readReport(const std::filesystem::path& file) {
+    WitnessReport report;
+    report.process = std::stoi(file.filename().string());
+    std::ifstream input(file);
+    for (std::string line; std::getline(input, line);) {
+        const auto tab = line.find('\t');
+        report.lines.emplace(line.substr(0, tab), line.substr(tab + 1));
+    }
+    return report;
+}
+
+} // namespace
+
+std::vector<std::string> WitnessReport::all(const std::string& key) const {
+    std::vector<std::string> values;
+    const auto [first, last] = lines.equal_range(key);
+    std::transform(first, last, std::back_inserter(values),
+                   [](const auto& line) { return line.second; });
+    return values;
+}
+
+std::string WitnessReport::first(const std::string& key) const {
+    const auto found = lines.find(key);
+    return found == lines.end() ? std::string{} : found->second;
+}
+
+std::string WitnessReport::variable(const std::string& name) const {
+    for (const auto& variable : all("variable")) {
+        if (variable.starts_with(name + '=')) {
+            return variable.substr(name.size() + 1);
+        }
+    }
+    return "(unset)";
+}
+
+ApplicationsHome::ApplicationsHome() {
+    std::filesystem::create_directories(applications());
+    std::filesystem::create_directories(systemApplications());
+    std::filesystem::create_directories(reports());
+    std::filesystem::create_directories(path() / "run");
+    setVariable("HOME", path());
+    setVariable("XDG_DATA_HOME", path() / "data");
+    setVariable("XDG_DATA_DIRS", path() / "system");
+    setVariable("XDG_RUNTIME_DIR", path() / "run");
+    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+ApplicationsHome::~ApplicationsHome() {
+    for (const auto& witness : witnesses()) {
+        ::kill(witness.process, SIGKILL);
+    }
+}
+
+std::string ApplicationsHome::write(const std::filesystem::path& file,
+                                    const std::string& text) const {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << text;
+    return file.string();
+}
+
+std::string ApplicationsHome::addEntry(const std::string& name, const std::string& exec,
+                                       const std::string& more) const {
+    return write(applications() / (name + ".desktop"), "[Desktop Entry]\nType=Application\nName=" +
+                                                           name + "\nExec=" + exec + '\n' + more);
+}
+
+std::string ApplicationsHome::witness(const std::string& manner, const std::string& more) const {
+    return std::string{HFP_WITNESS} + ' ' + reports().string() + ' ' + manner +
+           (more.empty() ? "" : ' ' + more);
+}
+
+std::string ApplicationsHome::witnessNamed(const std::string& program,
+                                           const std::string& manner) const {
+    const auto copy = path() / "bin" / program;
+    std::filesystem::create_directories(copy.parent_path());
+    std::filesystem::copy_file(HFP_WITNESS, copy, std::filesystem::copy_options::skip_existing);
+    return copy.string() + ' ' + reports().string() + ' ' + manner;
+}
+
+std::vector<WitnessReport> ApplicationsHome::witnesses() const {
+    std::vector<WitnessReport> reports;
+    for (const auto& file : std::filesystem::directory_iterator(this->reports())) {
+        if (!file.path().has_extension()) {
+            reports.push_back(readReport(file.path()));
+        }
+    }
+    std::ranges::sort(reports, {}, &WitnessReport::process);
+    return reports;
+}
+
+std::vector<WitnessReport> ApplicationsHome::awaitWitnesses(std::size_t count) const {
+    if (!waitUntil([&] { return witnesses().size() >= count; })) {
+        throw std::runtime_error("the launched programs did not report");
+    }
+    return witnesses();
+}
+
+std::string processState(pid_t process) {
+    std::ifstream input("/proc/" + std::to_string(process) + "/stat");
+    const std::string text{std::istreambuf_iterator<char>(input), {}};
+    const auto end = text.rfind(") ");
+    return end == std::string::npos ? std::string{} : text.substr(end + 2, 1);
+}
+
+} // namespace hollowfernpike::test

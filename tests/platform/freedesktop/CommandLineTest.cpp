@@ -1,0 +1,73 @@
+#include "platform/freedesktop/CommandLine.h"
+
+#include "platform/freedesktop/DesktopEntry.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::string> expand(const std::string& exec) {
+    DesktopEntry entry;
+    entry.path = "/apps/the editor.desktop";
+    entry.displayName = "The Editor";
+    entry.icon = "editor-icon";
+    entry.exec = exec;
+    return commandLineOf(entry);
+}
+
+TEST(CommandLine, CodesForFilesFallAway) {
+    EXPECT_THAT(expand("edit %f"), ElementsAre("edit"));
+    EXPECT_THAT(expand("edit %F --new %u end %U"), ElementsAre("edit", "--new", "end"));
+}
+
+TEST(CommandLine, ACodeForFilesInsideAWordLeavesTheRestOfIt) {
+    EXPECT_THAT(expand("edit --file=%f"), ElementsAre("edit", "--file="));
+}
+
+TEST(CommandLine, DeprecatedCodesFallAway) {
+    EXPECT_THAT(expand("edit %d %D %n %N %v %m"), ElementsAre("edit"));
+}
+
+TEST(CommandLine, IconNameAndPathAreFilledIn) {
+    EXPECT_THAT(expand("edit %i %c %k"), ElementsAre("edit", "--icon", "editor-icon", "The Editor",
+                                                     "/apps/the editor.desktop"));
+}
+
+TEST(CommandLine, AnEntryWithoutIconGetsNoIconOption) {
+    DesktopEntry entry;
+    entry.exec = "edit %i";
+    EXPECT_THAT(commandLineOf(entry), ElementsAre("edit"));
+}
+
+TEST(CommandLine, TwoPercentSignsAreOneAndNeverACode) {
+    EXPECT_THAT(expand("edit 100%% %%f"), ElementsAre("edit", "100%", "%f"));
+}
+
+TEST(CommandLine, ALonePercentSignAtTheEndFallsAway) {
+    EXPECT_THAT(expand("edit 100%"), ElementsAre("edit", "100"));
+}
+
+TEST(CommandLine, QuotedWordsKeepTheirSpacesAndSpecialCharacters) {
+    EXPECT_THAT(expand(R"("/opt/My Editor/edit" "a \"b\" \$c \`d\` \\e" ;rm *)"),
+                ElementsAre("/opt/My Editor/edit", R"(a "b" $c `d` \e)", ";rm", "*"));
+}
+
+TEST(CommandLine, AnEmptyQuotedWordStays) {
+    EXPECT_THAT(expand(R"(edit "" x)"), ElementsAre("edit", "", "x"));
+}
+
+TEST(CommandLine, BrokenQuotingOrNothingGivesNothing) {
+    EXPECT_THAT(expand(R"(edit "open)"), IsEmpty());
+    EXPECT_THAT(expand(""), IsEmpty());
+    EXPECT_THAT(expand("   "), IsEmpty());
+}
+
+} // namespace
+
+} // namespace hollowfernpike::freedesktop
