@@ -47,10 +47,13 @@ Environment sessionEnvironment(const std::filesystem::path& home, const std::str
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay()
-    : server_(std::make_unique<ChildProcess>(
-          std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24",
-                                   "-nolisten", "tcp", "-noreset"})) {
+VirtualDisplay::VirtualDisplay(const std::string& name) {
+    std::vector<std::string> arguments{"Xvfb",        "-displayfd", "1",   "-screen", "0",
+                                       "1280x800x24", "-nolisten",  "tcp", "-noreset"};
+    if (!name.empty()) {
+        arguments.insert(arguments.begin() + 1, name);
+    }
+    server_ = std::make_unique<ChildProcess>(arguments);
     const auto line = server_->waitForLine("", 20s);
     if (!line) {
         throw std::runtime_error("Xvfb did not start: " + server_->errors());

@@ -11,7 +11,8 @@ namespace hollowfernpike::test {
 /// An X server of its own without a screen to look at (Xvfb), ready for clients.
 class VirtualDisplay {
 public:
-    VirtualDisplay();
+    /// `name` is the address it shall have; the server chooses one if it is empty.
+    explicit VirtualDisplay(const std::string& name = {});
 
     /// Its address, such as ":7".
     const std::string& name() const { return name_; }

@@ -1,0 +1,145 @@
+#include "desktop/Application.h"
+
+#include <algorithm>
+#include <charconv>
+#include <csignal>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string_view>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+/// One argument of an entry's Exec line: quoted, and escaped once more as every text of an entry.
+std::string quoted(std::string_view argument) {
+    std::string result = "\"";
+    for (const char letter : argument) {
+        if (letter == '%') {
+            result += "%%";
+        } else if (letter == '\\') {
+            result += R"(\\\\)";
+        } else if (std::string_view("\"`$").find(letter) != std::string_view::npos) {
+            result += std::string{R"(\\)"} + letter;
+        } else {
+            result += letter;
+        }
+    }
+    return result + '"';
+}
+
+std::optional<unsigned> number(const std::string& text) {
+    unsigned value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional{value}
+                                                                    : std::nullopt;
+}
+
+bool runs(const std::filesystem::directory_entry& process, const std::filesystem::path& program) {
+    std::error_code failure;
+    return std::filesystem::read_symlink(process.path() / "exe", failure) == program;
+}
+
+std::size_t count(const std::vector<SeenKey>& keys, bool down, unsigned key) {
+    return static_cast<std::size_t>(std::ranges::count_if(
+        keys, [&](const SeenKey& seen) { return seen.down == down && seen.key == key; }));
+}
+
+} // namespace
+
+Application::Application(const PrivateDesktop& desktop, std::string name,
+                         const ApplicationTraits& traits)
+    : desktop_(desktop), name_(std::move(name)),
+      entry_(desktop.applications() / (name_ + ".desktop")),
+      program_(desktop.home() / "programs" / name_), log_(desktop.home() / (name_ + ".log")) {
+    const auto windowClass = traits.windowClass.empty() ? name_ : traits.windowClass;
+    std::filesystem::create_directories(program_.parent_path());
+    std::filesystem::copy_file(HFP_PROBE_WINDOW, program_);
+    arguments_ = {program_, "--log", log_, "--title", name_, "--class", name_ + ',' + windowClass};
+    arguments_.insert(arguments_.end(), traits.options.begin(), traits.options.end());
+
+    std::ofstream entry(entry_);
+    entry << "[Desktop Entry]\nType=Application\nStartupNotify=true\nName=" << name_
+          << "\nStartupWMClass=" << windowClass << "\nExec=";
+    for (const auto& argument : arguments_) {
+        entry << quoted(argument) << ' ';
+    }
+    entry << '\n';
+}
+
+Application::~Application() {
+    for (const auto process : copies()) {
+        ::kill(process, SIGKILL);
+    }
+}
+
+ChildProcess& Application::start(const Environment& changes) {
+    auto environment = desktop_.environment();
+    for (const auto& [variable, value] : changes) {
+        environment[variable] = value;
+    }
+    started_.push_back(std::make_unique<ChildProcess>(arguments_, environment));
+    return *started_.back();
+}
+
+std::vector<std::string> Application::log() const {
+    std::ifstream file(log_);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line) && !file.eof();) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::size_t Application::starts() const {
+    return static_cast<std::size_t>(std::ranges::count_if(
+        log(), [](const std::string& line) { return line.starts_with("started "); }));
+}
+
+std::vector<pid_t> Application::copies() const {
+    std::vector<pid_t> result;
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+        if (const auto id = number(process.path().filename()); id && runs(process, program_)) {
+            result.push_back(static_cast<pid_t>(*id));
+        }
+    }
+    return result;
+}
+
+std::vector<xcb_window_t> Application::windows() const {
+    std::vector<xcb_window_t> result;
+    for (const auto& line : log()) {
+        std::istringstream words(line);
+        std::string kind;
+        xcb_window_t window = XCB_NONE;
+        if (words >> kind >> window && kind == "mapped") {
+            result.push_back(window);
+        }
+    }
+    return result;
+}
+
+std::vector<SeenKey> Application::keys() const {
+    std::vector<SeenKey> result;
+    for (const auto& line : log()) {
+        std::istringstream words(line);
+        std::string kind;
+        SeenKey seen;
+        if (words >> kind >> seen.key >> seen.state && (kind == "key-down" || kind == "key-up")) {
+            seen.down = kind == "key-down";
+            result.push_back(seen);
+        }
+    }
+    return result;
+}
+
+std::size_t Application::downs(unsigned key) const {
+    return count(keys(), true, key);
+}
+
+std::size_t Application::ups(unsigned key) const {
+    return count(keys(), false, key);
+}
+
+} // namespace hollowfernpike::test

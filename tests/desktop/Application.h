@@ -1,0 +1,75 @@
+#pragma once
+
+#include "support/PrivateDesktop.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace hollowfernpike::test {
+
+/// A key that an application saw going down or up.
+struct SeenKey {
+    bool down = false;
+    unsigned key = 0;
+    unsigned state = 0;
+
+    bool operator==(const SeenKey&) const = default;
+};
+
+/// How an application of a test behaves.
+struct ApplicationTraits {
+    std::vector<std::string> options = {}; ///< of the probe window program
+    std::string windowClass = {};          ///< empty: one of its own
+};
+
+/// An application that is installed for the people of a private desktop: a desktop entry, a
+/// program file of its own, and what its running copies tell of themselves. Every running copy
+/// ends with the object, whoever started it.
+class Application {
+public:
+    Application(const PrivateDesktop& desktop, std::string name, const ApplicationTraits& traits);
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+    ~Application();
+
+    const std::string& name() const { return name_; }
+    const std::string& identifier() const { return name_; }
+    const std::filesystem::path& entry() const { return entry_; }
+    const std::filesystem::path& program() const { return program_; }
+
+    /// Starts a copy without the utility's doing. It lives until the object ends.
+    ChildProcess& start(const Environment& changes = {});
+
+    /// Everything its copies have told, in order.
+    std::vector<std::string> log() const;
+
+    /// How many copies were ever started.
+    std::size_t starts() const;
+
+    /// The processes that run it now.
+    std::vector<pid_t> copies() const;
+
+    /// Its windows that came to the screen, the oldest first.
+    std::vector<xcb_window_t> windows() const;
+
+    std::vector<SeenKey> keys() const;
+
+    /// How often this key went down, or up, before its eyes.
+    std::size_t downs(unsigned key) const;
+    std::size_t ups(unsigned key) const;
+
+private:
+    const PrivateDesktop& desktop_;
+    std::string name_;
+    std::filesystem::path entry_;
+    std::filesystem::path program_;
+    std::filesystem::path log_;
+    std::vector<std::string> arguments_;
+    std::vector<std::unique_ptr<ChildProcess>> started_;
+};
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hollowfernpike::test {
+
+/// Modifiers as a shortcut's flag word carries them.
+inline constexpr std::uint64_t shift = 0x20000;
+inline constexpr std::uint64_t control = 0x40000;
+inline constexpr std::uint64_t option = 0x80000;
+inline constexpr std::uint64_t command = 0x100000;
+
+/// Where a virtual key code sits on a keyboard.
+struct KeyPosition {
+    std::uint16_t keyCode = 0;
+    std::string_view name; ///< in the keyboard map
+};
+
+/// The keys that people see by a name of their own.
+std::span<const KeyPosition> namedKeys();
+
+/// The other keys that can be bound; not every keyboard map has them all.
+std::span<const KeyPosition> unnamedKeys();
+
+/// A key held together with modifiers.
+struct Combination {
+    std::uint16_t keyCode = 0;
+    std::uint64_t modifierFlags = 0;
+
+    /// The keys to hold, in order, on the left side of the keyboard, the key itself last.
+    std::vector<std::string> keys() const;
+
+    /// The key's name in the keyboard map. Throws std::out_of_range for a code without a place.
+    std::string keyName() const;
+
+    /// The modifier state that goes with it in a map that nobody has rearranged.
+    std::uint16_t modifierState() const;
+};
+
+/// All sets of the four modifiers, the empty one first.
+std::vector<std::uint64_t> modifierSets();
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,102 @@
+#include "desktop/Story.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bound{37, control | option};
+const Combination another{38, control | option};
+
+class EndingTest : public testing::Test {
+protected:
+    Story story;
+    Application& front = story.open("Front");
+    Application& target = story.install("Target");
+
+    void SetUp() override {
+        story.bind(bound, target);
+        story.bind(another, front);
+        story.startUtility();
+    }
+
+    void pressBound() {
+        for (const auto& key : bound.keys()) {
+            story.keyboard.press(key);
+        }
+    }
+
+    void releaseBound() {
+        for (const auto& key : bound.keys()) {
+            story.keyboard.release(key);
+        }
+    }
+};
+
+std::string signalName(const testing::TestParamInfo<int>& info) {
+    return std::string{"SIG"} + ::sigabbrev_np(info.param);
+}
+
+class SignalTest : public EndingTest, public testing::WithParamInterface<int> {};
+
+TEST_P(SignalTest, EndsWithSuccessAndLeavesNothingButWhatItLaunched) {
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(target));
+    story.utility().signal(GetParam());
+    EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
+
+    KeyGrabber successor(story.desktop.display());
+    EXPECT_TRUE(successor.grab(story.grabOf(bound)));
+    EXPECT_TRUE(successor.grab(story.grabOf(another)));
+    EXPECT_EQ(target.copies().size(), 1);
+    EXPECT_TRUE(story.getsKeys(target));
+}
+
+INSTANTIATE_TEST_SUITE_P(By, SignalTest, testing::Values(SIGTERM, SIGINT, SIGHUP), signalName);
+
+TEST_F(EndingTest, KilledWhileACombinationIsHeldItLeavesTheKeyboardUsable) {
+    pressBound();
+    ASSERT_TRUE(story.isInFront(target));
+    story.utility().signal(SIGKILL);
+    ASSERT_EQ(story.utility().wait(), -SIGKILL);
+    releaseBound();
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+}
+
+TEST_F(EndingTest, KilledBeforeItGaveTheKeyboardBackItLeavesTheKeyboardUsable) {
+    story.utility().signal(SIGSTOP);
+    pressBound();
+    releaseBound();
+    story.utility().signal(SIGKILL);
+    ASSERT_EQ(story.utility().wait(), -SIGKILL);
+    EXPECT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    EXPECT_EQ(target.starts(), 0);
+}
+
+TEST_F(EndingTest, AProgramThatCrashesOnAKeyPressDoesNotDisturbIt) {
+    auto& fragile = story.open("Fragile", {.options = {"--exit-on-key"}});
+    story.keyboard.strike({"AD01"});
+    ASSERT_TRUE(waitUntil([&] { return fragile.copies().empty(); }));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_FALSE(story.utility().hasEnded());
+}
+
+TEST_F(EndingTest, WhenTheDisplayGoesAwayItEndsByItself) {
+    story.desktop.virtualDisplay().server().signal(SIGKILL);
+    const auto status = story.utility().wait();
+    ASSERT_TRUE(status.has_value()) << "still running";
+    EXPECT_GE(*status, 0) << "ended by signal " << -*status;
+}
+
+} // namespace
+} // namespace hollowfernpike

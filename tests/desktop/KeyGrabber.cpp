@@ -1,0 +1,78 @@
+#include "desktop/KeyGrabber.h"
+
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace hollowfernpike::test {
+
+KeyGrabber::KeyGrabber(const std::string& display)
+    : connection_(xcb_connect(display.c_str(), nullptr)) {
+    if (xcb_connection_has_error(connection_) != 0) {
+        throw std::runtime_error("no display " + display);
+    }
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+    std::free(xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0),
+                                          nullptr));
+}
+
+KeyGrabber::~KeyGrabber() {
+    xcb_disconnect(connection_);
+}
+
+bool KeyGrabber::areTaken(const std::vector<KeyGrab>& grabs) {
+    xcb_grab_server(connection_);
+    std::vector<xcb_void_cookie_t> attempts;
+    for (const auto& grab : grabs) {
+        attempts.push_back(request(grab));
+        ungrab(grab);
+    }
+    xcb_ungrab_server(connection_);
+    xcb_flush(connection_);
+    const auto got =
+        std::ranges::count_if(attempts, [this](const auto& attempt) { return succeeded(attempt); });
+    return got == 0;
+}
+
+bool KeyGrabber::grab(const KeyGrab& grab) {
+    return succeeded(request(grab));
+}
+
+void KeyGrabber::ungrab(const KeyGrab& grab) {
+    xcb_ungrab_key(connection_, grab.key, root_, grab.state);
+    xcb_flush(connection_);
+}
+
+bool KeyGrabber::waitForPress(const KeyGrab& grab) {
+    return waitUntil([&] {
+        const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event(
+            xcb_poll_for_event(connection_), &std::free);
+        return event && (event->response_type & 0x7F) == XCB_KEY_PRESS &&
+               reinterpret_cast<const xcb_key_press_event_t&>(*event).detail == grab.key;
+    });
+}
+
+void KeyGrabber::lockGroup(std::uint8_t group) {
+    xcb_xkb_latch_lock_state(connection_, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+}
+
+xcb_void_cookie_t KeyGrabber::request(const KeyGrab& grab) {
+    return xcb_grab_key_checked(connection_, 0, root_, grab.state, grab.key, XCB_GRAB_MODE_ASYNC,
+                                XCB_GRAB_MODE_ASYNC);
+}
+
+bool KeyGrabber::succeeded(xcb_void_cookie_t cookie) {
+    const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(
+        xcb_request_check(connection_, cookie), &std::free);
+    return !error;
+}
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,110 @@
+#include "desktop/Story.h"
+#include "desktop/WindowManagers.h"
+#include "support/WaitUntil.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bound{37, control | option};
+const Combination next{38, control | option};
+
+class LaunchTest : public testing::TestWithParam<const char*> {
+protected:
+    Story story{GetParam()};
+    Application& front = story.open("Front");
+};
+
+TEST_P(LaunchTest, AnApplicationThatDoesNotRunStartsOnceAndGetsTheFocus) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    ASSERT_TRUE(story.getsKeys(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_EQ(target.starts(), 1);
+    EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+TEST_P(LaunchTest, ASlowStarterStillGetsTheFocus) {
+    auto& target = story.install("Target", {.options = {"--delay", "700"}});
+    story.bind(bound, target);
+    story.startUtility();
+    ASSERT_TRUE(story.getsKeys(front));
+    story.strike(bound);
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_EQ(target.starts(), 1) << "the second press joins the launch of the first";
+}
+
+TEST_P(LaunchTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(target));
+    story.pager.close(target.windows().at(0));
+    ASSERT_TRUE(waitUntil([&] { return target.copies().empty(); }));
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    ASSERT_TRUE(waitUntil([&] { return target.windows().size() == 2; }));
+    EXPECT_TRUE(story.isActive(target.windows().at(1)));
+    EXPECT_TRUE(story.getsKeys(target));
+}
+
+TEST_P(LaunchTest, AMissingEntrySwallowsThePressAndTheNextShortcutWorks) {
+    auto& target = story.install("Target");
+    auto& gone = story.install("Gone");
+    std::filesystem::remove(gone.entry());
+    story.bind(bound, gone);
+    story.bind(next, target);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.isInFront(front));
+    story.strike(next);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_TRUE(story.nobodySaw(bound));
+    EXPECT_EQ(gone.starts(), 0);
+}
+
+TEST_P(LaunchTest, AMissingProgramSwallowsThePressAndTheNextShortcutWorks) {
+    auto& target = story.install("Target");
+    auto& gone = story.install("Gone");
+    std::filesystem::remove(gone.program());
+    story.bind(bound, gone);
+    story.bind(next, target);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.isInFront(front));
+    story.strike(next);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, LaunchTest, windowManagers(), windowManagerName);
+
+TEST(FocusStealingTest, TheDesktopHoldsBackWindowsThatNobodyAskedFor) {
+    Story story("metacity");
+    auto& front = story.open("Front");
+    const auto longAgo = story.pager.serverTime();
+    ASSERT_TRUE(story.getsKeys(front));
+    auto& intruder = story.install("Intruder");
+    intruder.start({{"DESKTOP_STARTUP_ID", "intruder_TIME" + std::to_string(longAgo)}});
+    ASSERT_TRUE(waitUntil([&] { return intruder.windows().size() == 1; }));
+    EXPECT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.isInFront(front));
+}
+
+} // namespace
+} // namespace hollowfernpike

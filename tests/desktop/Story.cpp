@@ -1,0 +1,247 @@
+#include "desktop/Story.h"
+
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+
+#include <nlohmann/json.hpp>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr auto patience = 20s;
+constexpr const char* unboundKey = "AC11";
+constexpr std::array<std::uint16_t, 4> lockStates{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
+                                                  XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2};
+
+std::string numberedIdentifier(std::size_t number) {
+    std::array<char, 37> text{};
+    std::snprintf(text.data(), text.size(), "00000000-0000-4000-8000-%012zX", number);
+    return text.data();
+}
+
+bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
+    return std::ranges::find(windows, window) != windows.end();
+}
+
+} // namespace
+
+Story::Story(const std::string& windowManager) : desktop(windowManager) {}
+
+Application& Story::install(const std::string& name, const ApplicationTraits& traits) {
+    return *applications_.emplace_back(std::make_unique<Application>(desktop, name, traits));
+}
+
+Application& Story::open(const std::string& name, const ApplicationTraits& traits) {
+    auto& application = install(name, traits);
+    application.start();
+    if (const auto inFront = isInFront(application); !inFront) {
+        throw std::runtime_error(inFront.message());
+    }
+    return application;
+}
+
+void Story::bind(const Combination& combination, const Application& application) {
+    bind(combination, ShortcutTarget{.path = application.entry(),
+                                     .name = application.name(),
+                                     .identifier = application.identifier()});
+}
+
+void Story::bind(const Combination& combination, const ShortcutTarget& target) {
+    shortcuts_.push_back({combination, target});
+}
+
+std::filesystem::path Story::shortcutsFile() const {
+    return desktop.dataHome() / "Hollowfernpike" / "shortcuts.json";
+}
+
+void Story::writeShortcuts() const {
+    auto list = json::array();
+    for (const auto& [combination, target] : shortcuts_) {
+        list.push_back({{"id", numberedIdentifier(list.size())},
+                        {"keyCode", combination.keyCode},
+                        {"modifierFlags", combination.modifierFlags},
+                        {"appPath", target.path},
+                        {"appName", target.name},
+                        {"appBundleIdentifier", target.identifier}});
+    }
+    std::filesystem::create_directories(shortcutsFile().parent_path());
+    std::ofstream(shortcutsFile()) << list.dump();
+}
+
+void Story::startUtility() {
+    writeShortcuts();
+    launchUtility();
+    if (const auto live = areLive(); !live) {
+        throw std::runtime_error(live.message());
+    }
+}
+
+ChildProcess& Story::launchUtility(const Environment& changes) {
+    auto environment = desktop.environment();
+    for (const auto& [variable, value] : changes) {
+        environment[variable] = value;
+    }
+    utility_ = std::make_unique<ChildProcess>(std::vector<std::string>{HFP_PROGRAM}, environment);
+    return *utility_;
+}
+
+testing::AssertionResult Story::areLive() {
+    for (const auto& [combination, target] : shortcuts_) {
+        const auto grab = grabOf(combination);
+        if (grab.key == 0) {
+            continue;
+        }
+        if (const auto live = isLive(grab); !live) {
+            return live;
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+testing::AssertionResult Story::isLive(const KeyGrab& grab) {
+    std::vector<KeyGrab> grabs;
+    for (const auto lock : lockStates) {
+        grabs.push_back({grab.key, static_cast<std::uint16_t>(grab.state | lock)});
+    }
+    if (waitUntil([&] { return prober_.areTaken(grabs); }, patience)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "key " << int{grab.key} << " with state " << grab.state << " is not taken\n"
+           << utility_->output() << utility_->errors();
+}
+
+KeyGrab Story::grabOf(const Combination& combination) {
+    const auto hasPlace = [&](const KeyPosition& key) {
+        return key.keyCode == combination.keyCode;
+    };
+    const bool isKnown =
+        std::ranges::any_of(namedKeys(), hasPlace) || std::ranges::any_of(unnamedKeys(), hasPlace);
+    return isKnown ? KeyGrab{keyboard.keycode(combination.keyName()), combination.modifierState()}
+                   : KeyGrab{};
+}
+
+void Story::strike(const Combination& combination) {
+    keyboard.strike(combination.keys());
+}
+
+testing::AssertionResult Story::isInFront(const Application& application) {
+    if (waitUntil([&] { return hasKeys(application.windows()); }, patience)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << application.name() << " is not in front\n" << diary();
+}
+
+testing::AssertionResult Story::isActive(xcb_window_t window) {
+    if (waitUntil([&] { return hasKeys({window}); }, patience)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "window " << window << " is not active but " << pager.activeWindow() << '\n'
+           << diary();
+}
+
+testing::AssertionResult Story::getsKeys(const Application& application) {
+    const auto key = keyboard.keycode(unboundKey);
+    const auto before = application.downs(key);
+    keyboard.strike({unboundKey});
+    if (waitUntil([&] { return application.downs(key) > before; }, patience)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << application.name() << " does not get the keys\n"
+                                       << diary();
+}
+
+testing::AssertionResult Story::switchTo(const Application& application) {
+    pager.activate(application.windows().at(0));
+    const auto inFront = isInFront(application);
+    return inFront ? getsKeys(application) : inFront;
+}
+
+testing::AssertionResult Story::nobodySaw(const Combination& combination) {
+    const auto key = grabOf(combination).key;
+    for (const auto& application : applications_) {
+        if (application->downs(key) > 0) {
+            return testing::AssertionFailure()
+                   << application->name() << " saw " << combination.keyName() << '\n'
+                   << diary();
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+testing::AssertionResult Story::brings(const Application& target, const Application& from,
+                                       const std::vector<std::string>& keys) {
+    if (const auto ready = switchTo(from); !ready) {
+        return ready;
+    }
+    const auto key = keyboard.keycode(keys.back());
+    const auto before = from.downs(key);
+    keyboard.strike(keys);
+    if (const auto inFront = isInFront(target); !inFront) {
+        return inFront;
+    }
+    if (const auto back = switchTo(from); !back) {
+        return back;
+    }
+    if (from.downs(key) == before) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << from.name() << " saw " << keys.back() << '\n' << diary();
+}
+
+testing::AssertionResult Story::brings(const Application& target, const Application& from,
+                                       const Combination& combination) {
+    return brings(target, from, combination.keys());
+}
+
+testing::AssertionResult Story::passes(const Application& front,
+                                       const std::vector<std::string>& keys) {
+    if (const auto ready = switchTo(front); !ready) {
+        return ready;
+    }
+    const auto key = keyboard.keycode(keys.back());
+    const auto before = front.downs(key);
+    keyboard.strike(keys);
+    if (const auto arrived = getsKeys(front); !arrived || front.downs(key) == before + 1) {
+        return arrived;
+    }
+    return testing::AssertionFailure() << front.name() << " missed " << keys.back() << '\n'
+                                       << diary();
+}
+
+void Story::run(const std::vector<std::string>& arguments) {
+    const auto program = desktop.start(arguments);
+    if (program->wait(patience) != 0) {
+        throw std::runtime_error(arguments.front() + ": " + program->errors());
+    }
+}
+
+bool Story::hasKeys(const std::vector<xcb_window_t>& windows) {
+    return contains(windows, pager.activeWindow()) && contains(windows, pager.focusedWindow());
+}
+
+std::string Story::diary() {
+    std::string text = "active window " + std::to_string(pager.activeWindow()) + ", focus " +
+                       std::to_string(pager.focusedWindow()) + '\n';
+    if (utility_) {
+        text += utility_->output() + utility_->errors();
+    }
+    for (const auto& application : applications_) {
+        text += application->name() + ":\n";
+        for (const auto& line : application->log()) {
+            text += "  " + line + '\n';
+        }
+    }
+    return text;
+}
+
+} // namespace hollowfernpike::test

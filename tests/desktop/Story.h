@@ -1,0 +1,110 @@
+#pragma once
+
+#include "desktop/Application.h"
+#include "desktop/Combination.h"
+#include "desktop/KeyGrabber.h"
+#include "desktop/Pager.h"
+#include "support/KeyInjector.h"
+#include "support/PrivateDesktop.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+/// What a shortcut of the list says beside its keys.
+struct ShortcutTarget {
+    std::string path;
+    std::string name;
+    std::string identifier;
+};
+
+/// A private desktop on which the utility runs and applications come and go, driven by keys alone.
+class Story {
+public:
+    explicit Story(const std::string& windowManager = "openbox");
+
+    PrivateDesktop desktop;
+    Pager pager{desktop.display()};
+    KeyInjector keyboard{desktop.display()};
+
+    /// Installs an application; it lives as long as the story.
+    Application& install(const std::string& name, const ApplicationTraits& traits = {});
+
+    /// Installs an application, starts it and waits until it is in front.
+    Application& open(const std::string& name, const ApplicationTraits& traits = {});
+
+    /// Adds a shortcut to the list that the utility will read.
+    void bind(const Combination& combination, const Application& application);
+    void bind(const Combination& combination, const ShortcutTarget& target);
+
+    std::filesystem::path shortcutsFile() const;
+    void writeShortcuts() const;
+
+    /// Writes the list of shortcuts, starts the utility and waits until the combinations are live.
+    void startUtility();
+
+    /// Starts the utility alone, with the files as they are.
+    ChildProcess& launchUtility(const Environment& changes = {});
+
+    ChildProcess& utility() { return *utility_; }
+
+    /// Whether, after some waiting, other programs are refused all combinations of the list for
+    /// which the map has a key.
+    testing::AssertionResult areLive();
+    testing::AssertionResult isLive(const KeyGrab& grab);
+
+    /// The combination on this keyboard, as long as nobody has moved the modifiers.
+    KeyGrab grabOf(const Combination& combination);
+
+    /// Presses the combination and lets it go.
+    void strike(const Combination& combination);
+
+    /// Whether, after some waiting, the application's window is the active one and has the keys.
+    testing::AssertionResult isInFront(const Application& application);
+
+    /// Whether, after some waiting, this window is the active one and has the keys.
+    testing::AssertionResult isActive(xcb_window_t window);
+
+    /// Strikes a key that nobody binds and waits until the application has seen it. What was
+    /// struck before has then reached it, or never will.
+    testing::AssertionResult getsKeys(const Application& application);
+
+    /// Brings it to the front as a task bar does, then as `getsKeys`.
+    testing::AssertionResult switchTo(const Application& application);
+
+    /// Whether no application has seen the key go down. To be asked behind a key that has arrived.
+    testing::AssertionResult nobodySaw(const Combination& combination);
+
+    /// Whether the last of these keys, struck while `from` is in front, brings `target` forward and
+    /// stays hidden from `from`, which is in front again afterwards.
+    testing::AssertionResult brings(const Application& target, const Application& from,
+                                    const std::vector<std::string>& keys);
+    testing::AssertionResult brings(const Application& target, const Application& from,
+                                    const Combination& combination);
+
+    /// Whether the last of these keys reaches `front`, which is in front before and afterwards.
+    testing::AssertionResult passes(const Application& front, const std::vector<std::string>& keys);
+
+    /// Runs a program of the desktop to its end. Throws std::runtime_error if it fails.
+    void run(const std::vector<std::string>& arguments);
+
+private:
+    bool hasKeys(const std::vector<xcb_window_t>& windows);
+    std::string diary();
+
+    struct Entry {
+        Combination combination;
+        ShortcutTarget target;
+    };
+
+    KeyGrabber prober_{desktop.display()};
+    std::vector<std::unique_ptr<Application>> applications_;
+    std::vector<Entry> shortcuts_;
+    std::unique_ptr<ChildProcess> utility_;
+};
+
+} // namespace hollowfernpike::test

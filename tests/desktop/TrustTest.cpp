@@ -1,0 +1,83 @@
+#include "desktop/Story.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bound{37, control | option};
+
+class TrustTest : public testing::Test {
+protected:
+    Story story;
+
+    /// Starts the utility with a list of one shortcut; it will not go live by itself.
+    void startUtility(const Environment& changes) {
+        story.bind(bound, story.install("Target"));
+        story.writeShortcuts();
+        story.launchUtility(changes);
+        ASSERT_TRUE(waitUntil([&] { return !story.utility().errors().empty(); }));
+    }
+
+    std::filesystem::path authority(const std::string& name, const std::string& trust) {
+        const auto file = story.desktop.home() / name;
+        story.run({"xauth", "-f", file, "generate", story.desktop.display(), ".", trust, "timeout",
+                   "600"});
+        return file;
+    }
+
+    void endsOnRequest() {
+        story.utility().signal(SIGTERM);
+        EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
+    }
+};
+
+TEST_F(TrustTest, AnUntrustedClientAsksAndGoesLiveByItselfOnceItIsTrusted) {
+    auto& front = story.open("Front");
+    const auto file = authority("authority", "untrusted");
+    startUtility({{"XAUTHORITY", file.string()}});
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    EXPECT_FALSE(story.utility().hasEnded());
+
+    std::filesystem::rename(authority("better", "trusted"), file);
+    ASSERT_TRUE(story.areLive());
+    const auto key = story.grabOf(bound).key;
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    EXPECT_TRUE(waitUntil([&] { return story.pager.activeWindow() != front.windows().at(0); }));
+    ASSERT_TRUE(story.switchTo(front));
+    EXPECT_EQ(front.downs(key), 1) << "the press before it was trusted";
+    endsOnRequest();
+}
+
+TEST_F(TrustTest, AnUntrustedClientEndsOnRequest) {
+    startUtility({{"XAUTHORITY", authority("authority", "untrusted").string()}});
+    endsOnRequest();
+}
+
+TEST_F(TrustTest, WithoutADisplayItAsksAndEndsOnRequest) {
+    startUtility({{"DISPLAY", std::nullopt}});
+    endsOnRequest();
+}
+
+TEST_F(TrustTest, ADisplayThatComesLaterIsTakenUp) {
+    const auto display = ':' + std::to_string(1000 + ::getpid() % 50000);
+    startUtility({{"DISPLAY", display}});
+    EXPECT_FALSE(story.utility().hasEnded());
+
+    const VirtualDisplay late(display);
+    KeyGrabber observer(display);
+    EXPECT_TRUE(waitUntil([&] { return observer.areTaken({story.grabOf(bound)}); }, 20s))
+        << story.utility().errors();
+    endsOnRequest();
+}
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,100 @@
+#include "desktop/Story.h"
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+constexpr std::array<const char*, 12> letters{"AD01", "AC02", "AB03", "AE04", "AD05", "AC06",
+                                              "AB07", "AE08", "SPCE", "AD10", "LEFT", "KP5"};
+const Combination toFront{37, control | option};
+const Combination toOther{38, control | option};
+
+class TypingTest : public testing::Test {
+protected:
+    Story story;
+    Application& front = story.open("Front");
+
+    void expectStrike(const std::vector<std::string>& keys, bool swallowed) {
+        for (const auto& key : keys) {
+            if (!(swallowed && key == keys.back())) {
+                expected.push_back({true, story.keyboard.keycode(key)});
+            }
+        }
+        for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
+            expected.push_back({false, story.keyboard.keycode(*key)});
+        }
+    }
+
+    /// What the application has seen since it had seen that much.
+    static std::vector<SeenKey> seen(const Application& application, std::size_t since) {
+        auto keys = application.keys();
+        keys.erase(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(since));
+        for (auto& key : keys) {
+            key.state = 0;
+        }
+        return keys;
+    }
+
+    std::vector<SeenKey> expected;
+};
+
+TEST_F(TypingTest, AroundACombinationKeepsItsOrderAndLosesOnlyTheBoundPress) {
+    story.bind(toFront, front);
+    story.startUtility();
+    const auto before = front.keys().size();
+    for (std::size_t index = 0; index < 200; ++index) {
+        const bool bound = index % 8 == 5;
+        const auto keys =
+            bound ? toFront.keys() : std::vector<std::string>{letters[index % letters.size()]};
+        expectStrike(keys, bound);
+        story.keyboard.strike(keys);
+    }
+    ASSERT_TRUE(story.getsKeys(front));
+    auto got = seen(front, before);
+    got.resize(expected.size());
+    EXPECT_EQ(got, expected);
+}
+
+TEST_F(TypingTest, OfUnboundCombinationsReachesTheFocusWhole) {
+    story.bind(toOther, front);
+    story.startUtility();
+    const auto before = front.keys().size();
+    for (const auto set : modifierSets()) {
+        const Combination unbound{0, set};
+        expectStrike(unbound.keys(), false);
+        story.strike(unbound);
+    }
+    ASSERT_TRUE(story.getsKeys(front));
+    auto got = seen(front, before);
+    got.resize(expected.size());
+    EXPECT_EQ(got, expected);
+}
+
+TEST_F(TypingTest, WhileApplicationsComeAndGoLosesNoKey) {
+    auto& other = story.open("Other");
+    story.bind(toFront, front);
+    story.bind(toOther, other);
+    story.startUtility();
+    ASSERT_TRUE(story.switchTo(front));
+    const auto key = story.keyboard.keycode("AD01");
+    for (int round = 0; round < 100; ++round) {
+        story.keyboard.strike({"AD01"});
+        if (round % 5 == 4) {
+            story.strike(round % 2 == 0 ? toOther : toFront);
+        }
+    }
+    ASSERT_TRUE(story.isInFront(front));
+    ASSERT_TRUE(story.switchTo(other));
+    ASSERT_TRUE(story.switchTo(front));
+    EXPECT_EQ(front.downs(key) + other.downs(key), 100);
+    EXPECT_TRUE(story.nobodySaw(toFront));
+    EXPECT_TRUE(story.nobodySaw(toOther));
+}
+
+} // namespace
+} // namespace hollowfernpike
