@@ -15,6 +15,13 @@ DOORS = {
     "platform": set(),
 }
 
+# What the files of a folder may include of ours, rooted there.
+ROOTS = {
+    "src": ["src"],
+    "tests": ["src", "tests"],
+    "benchmarks": ["src", "tests", "benchmarks"],
+}
+
 # The one file that chooses the backends.
 CHOOSER = "src/app/main.cpp"
 
@@ -39,9 +46,9 @@ def fault_of_own(root, name, header):
     """What is wrong with including a header of ours, if anything."""
     if ".." in header.split("/"):
         return "leaves its folder: includes are rooted at src/"
-    roots = ["src"] if name.startswith("src/") else ["src", name.split("/")[0]]
+    roots = ROOTS[name.split("/")[0]]
     if not any((root / base / header).is_file() for base in roots):
-        return f"is not there: includes are rooted at {'/ and '.join(roots)}/"
+        return f"is not there: includes are rooted at {'/, '.join(roots)}/"
     if not name.startswith("src/") or name == CHOOSER:
         return None
     room, other = room_of(name.removeprefix("src/")), room_of(header)
@@ -66,7 +73,7 @@ def fault_of_library(root, name, header):
 
 def check(root):
     for name, lines in tree.texts(root, "src/*.h", "src/*.cpp", "tests/*.h", "tests/*.cpp",
-                                  "bench/*.h", "bench/*.cpp"):
+                                  "benchmarks/*.h", "benchmarks/*.cpp"):
         for number, line in enumerate(lines, start=1):
             if include := INCLUDE.match(line):
                 quote, header = include.groups()

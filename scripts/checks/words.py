@@ -20,7 +20,7 @@ WAITING = "tests/support/WaitUntil.h"
 
 
 def check(root):
-    for name, lines in tree.texts(root, "src", "tests", "bench", "scripts"):
+    for name, lines in tree.texts(root, "src", "tests", "benchmarks", "scripts"):
         for number, line in enumerate(lines, start=1):
             for pattern, why in WORDS:
                 for found in re.finditer(pattern, line):
