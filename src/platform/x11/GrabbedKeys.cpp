@@ -33,10 +33,10 @@ void GrabbedKeys::stop() {
 
 std::optional<KeyPress> GrabbedKeys::read(const xcb_generic_event_t& event) {
     if (event.response_type == XCB_KEY_PRESS) {
-        return readSwallowed(reinterpret_cast<const xcb_key_press_event_t&>(event));
+        return readSwallowed(event);
     }
     const auto press = rawKeys_.read(event);
-    return press ? readObserved(*press, event.full_sequence) : std::nullopt;
+    return press ? readObserved(*press) : std::nullopt;
 }
 
 void GrabbedKeys::update() {
@@ -48,21 +48,22 @@ void GrabbedKeys::update() {
     }
 }
 
-std::optional<KeyPress> GrabbedKeys::readSwallowed(const xcb_key_press_event_t& event) const {
-    if (lastObserved_ && lastObserved_->state.key == event.detail &&
-        lastObserved_->time == event.time) {
+// While a combination is tried again, a part of it may be held for a moment before another part
+// turns out to be taken: such a press comes both ways.
+std::optional<KeyPress> GrabbedKeys::readSwallowed(const xcb_generic_event_t& event) const {
+    const auto& core = reinterpret_cast<const xcb_key_press_event_t&>(event);
+    const KeyState state{core.detail, static_cast<ModifierState>(core.state & 0xFFU)};
+    if (RawKeys::Press{state, core.time, event.full_sequence} == lastObserved_) {
         return std::nullopt;
     }
-    const auto state = static_cast<ModifierState>(event.state & 0xFFU);
-    const auto keyEvent = map_->event({event.detail, state});
-    return keyEvent ? std::optional{KeyPress{*keyEvent, event.time}} : std::nullopt;
+    const auto keyEvent = map_->event(state);
+    return keyEvent ? std::optional{KeyPress{*keyEvent, core.time}} : std::nullopt;
 }
 
 // A press that is held as a grab comes once more as an event of the grab.
-std::optional<KeyPress> GrabbedKeys::readObserved(const RawKeys::Press& press,
-                                                  std::uint32_t sequence) {
+std::optional<KeyPress> GrabbedKeys::readObserved(const RawKeys::Press& press) {
     const auto combination = map_->combination(press.state);
-    if (!combination || grabs_.held(press.state, sequence) ||
+    if (!combination || grabs_.held(press.state, press.sequence) ||
         std::ranges::find(interest_, *combination) == interest_.end()) {
         return std::nullopt;
     }

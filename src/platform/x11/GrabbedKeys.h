@@ -21,8 +21,8 @@ public:
 
 private:
     void update();
-    std::optional<KeyPress> readSwallowed(const xcb_key_press_event_t& event) const;
-    std::optional<KeyPress> readObserved(const RawKeys::Press& press, std::uint32_t sequence);
+    std::optional<KeyPress> readSwallowed(const xcb_generic_event_t& event) const;
+    std::optional<KeyPress> readObserved(const RawKeys::Press& press);
 
     KeyGrabs grabs_;
     RawKeys rawKeys_;

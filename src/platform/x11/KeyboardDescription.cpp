@@ -12,7 +12,7 @@ namespace {
 constexpr std::array<std::string_view, 6> virtualModifierNames{"Alt",   "Meta",    "Super",
                                                                "Hyper", "NumLock", "ScrollLock"};
 constexpr std::uint16_t mapParts = XCB_XKB_MAP_PART_MODIFIER_MAP | XCB_XKB_MAP_PART_VIRTUAL_MODS |
-                                   XCB_XKB_MAP_PART_VIRTUAL_MOD_MAP;
+                                   XCB_XKB_MAP_PART_VIRTUAL_MOD_MAP | XCB_XKB_MAP_PART_KEY_ACTIONS;
 constexpr std::uint32_t nameParts = XCB_XKB_NAME_DETAIL_KEY_NAMES |
                                     XCB_XKB_NAME_DETAIL_KEY_ALIASES |
                                     XCB_XKB_NAME_DETAIL_VIRTUAL_MOD_NAMES;
@@ -86,6 +86,37 @@ void addModifiers(KeyboardDescription& description, const xcb_xkb_get_map_reply_
     }
 }
 
+void addAction(KeyboardDescription::Key& key, const xcb_xkb_action_t& action) {
+    switch (action.type) {
+    case XCB_XKB_SA_TYPE_SET_MODS:
+    case XCB_XKB_SA_TYPE_LATCH_MODS:
+    case XCB_XKB_SA_TYPE_LOCK_MODS:
+        key.actionModifiers = action.setmods.mask;
+        break;
+    case XCB_XKB_SA_TYPE_SET_GROUP:
+    case XCB_XKB_SA_TYPE_LATCH_GROUP:
+    case XCB_XKB_SA_TYPE_LOCK_GROUP:
+        key.changesGroup = true;
+        break;
+    default:
+        break;
+    }
+}
+
+void addActions(KeyboardDescription& description, const xcb_xkb_get_map_reply_t& reply) {
+    const auto parts = unpack(reply);
+    const std::span actions(parts.acts_rtrn_acts, reply.totalActions);
+    unsigned key = reply.firstKeyAction;
+    std::size_t first = 0;
+    for (const auto count : std::span(parts.acts_rtrn_count, reply.nKeyActions)) {
+        if (count > 0) {
+            addAction(description.keys.at(key), actions[first]);
+        }
+        first += count;
+        ++key;
+    }
+}
+
 void addNames(KeyboardDescription& description, const xcb_xkb_get_names_reply_t& reply) {
     const auto parts = unpack(reply);
     unsigned key = reply.firstKey;
@@ -127,6 +158,7 @@ std::optional<KeyboardDescription> KeyboardDescription::read(const Connection& c
     }
     KeyboardDescription description;
     addModifiers(description, *map);
+    addActions(description, *map);
     addNames(description, *names);
     addVirtualModifiers(description, *map, *names, atoms);
     return description;

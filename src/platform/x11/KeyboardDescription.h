@@ -14,8 +14,10 @@ namespace hollowfernpike::x11 {
 struct KeyboardDescription {
     struct Key {
         std::string name;
-        ModifierState modifiers = 0;        ///< real modifiers that the key turns on
+        ModifierState modifiers = 0;        ///< real modifiers that the key is mapped to
         std::uint16_t virtualModifiers = 0; ///< bits of the virtual modifiers that it belongs to
+        ModifierState actionModifiers = 0;  ///< real modifiers that its first action changes
+        bool changesGroup = false;          ///< whether its first action switches the layout
     };
     struct VirtualModifier {
         std::uint16_t bit = 0;

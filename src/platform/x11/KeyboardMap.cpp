@@ -34,8 +34,9 @@ Modifiers findModifiers(const KeyboardDescription& description) {
 bool isModifier(const KeyboardDescription& description, const KeyboardDescription::Key& key) {
     const auto num = find(description, "NumLock");
     const auto scroll = find(description, "ScrollLock");
-    return (key.modifiers & ~(num.modifiers | scroll.modifiers)) != 0 ||
-           (key.virtualModifiers & ~(num.bit | scroll.bit)) != 0;
+    const auto locks = num.modifiers | scroll.modifiers;
+    return ((key.modifiers | key.actionModifiers) & ~locks) != 0 ||
+           (key.virtualModifiers & ~(num.bit | scroll.bit)) != 0 || key.changesGroup;
 }
 
 template <class Lookup>

@@ -35,7 +35,7 @@ void RawKeys::start() {
 void RawKeys::stop() {
     if (started_) {
         started_ = false;
-        select(false);
+        stoppedAt_ = select(false);
         xcb_flush(connection_.get());
     }
 }
@@ -43,7 +43,7 @@ void RawKeys::stop() {
 // The raw event of a key comes before the change of state that the key causes, and both in the
 // order in which they happened; asking the server on receipt would tell of a later moment.
 std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
-    if (!started_ || isBefore(event.full_sequence, startedAt_)) {
+    if (!covers(event)) {
         return std::nullopt;
     }
     if (isXkbEvent(connection_, event, XCB_XKB_STATE_NOTIFY)) {
@@ -53,18 +53,26 @@ std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
         return std::nullopt;
     }
     const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
-    return Press{{static_cast<xcb_keycode_t>(raw.detail), modifiers_}, raw.time};
+    return Press{
+        {static_cast<xcb_keycode_t>(raw.detail), modifiers_}, raw.time, event.full_sequence};
 }
 
-void RawKeys::select(bool wanted) const {
+bool RawKeys::covers(const xcb_generic_event_t& event) const {
+    return !isBefore(event.full_sequence, startedAt_) &&
+           (started_ || isBefore(event.full_sequence, stoppedAt_));
+}
+
+std::uint32_t RawKeys::select(bool wanted) const {
     const EventMask mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
                          wanted ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
-    xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &mask.head);
+    const auto cookie =
+        xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &mask.head);
     xcb_xkb_select_events_details_t details{};
     details.affectState = XCB_XKB_STATE_PART_MODIFIER_STATE;
     details.stateDetails = wanted ? details.affectState : std::uint16_t{0};
     xcb_xkb_select_events_aux(connection_.get(), XCB_XKB_ID_USE_CORE_KBD,
                               XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
+    return cookie.sequence;
 }
 
 } // namespace hollowfernpike::x11

@@ -14,12 +14,17 @@ public:
     struct Press {
         KeyState state;
         xcb_timestamp_t time = XCB_CURRENT_TIME;
+        std::uint32_t sequence = 0; ///< number of the last request that the server had done
+
+        bool operator==(const Press&) const = default;
     };
 
     explicit RawKeys(const Connection& connection);
 
-    /// Selects the events, or no longer. Waits for the server.
+    /// Selects the events. Waits for the server.
     void start();
+
+    /// Selects them no longer. What the server sent before can still be read.
     void stop();
 
     /// The key press that an event of the connection tells of, if any. Must be shown every event
@@ -27,11 +32,13 @@ public:
     std::optional<Press> read(const xcb_generic_event_t& event);
 
 private:
-    void select(bool wanted) const;
+    std::uint32_t select(bool wanted) const;
+    bool covers(const xcb_generic_event_t& event) const;
 
     const Connection& connection_;
     bool started_ = false;
-    std::uint32_t startedAt_ = 0; ///< sequence number of the request that told the modifiers
+    std::uint32_t startedAt_ = 0; ///< number of the request that told the modifiers
+    std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period
     ModifierState modifiers_ = 0;
 };
 

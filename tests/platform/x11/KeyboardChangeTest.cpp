@@ -1,0 +1,171 @@
+#include "platform/x11/KeyTapTest.h"
+#include "platform/x11/XClient.h"
+
+#include <array>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+constexpr std::uint16_t keyA = 0;
+constexpr std::uint16_t keyX = 7;
+constexpr std::uint16_t homeKey = 115;
+constexpr std::uint16_t calculatorKey = 256 + 140;
+
+class KeyboardChangeTest : public KeyTapTest {
+protected:
+    /// Waits until the tap has reported the changes made so far and was enabled again.
+    bool reported(const ListeningTap& tap, int reports = 1) {
+        return queue_.runUntil([&] { return tap.disabledReports >= reports; });
+    }
+
+    /// Runs on for much longer than a burst takes to settle.
+    void letTimePass() {
+        bool passed = false;
+        queue_.asyncAfter(300ms, [&] { passed = true; });
+        ASSERT_TRUE(queue_.runUntil([&] { return passed; }));
+    }
+
+    void expectDelivered(ListeningTap& tap, const std::vector<std::string>& keys,
+                         std::int64_t keyCode) {
+        tap.presses.clear();
+        keyboard_.strike(keys);
+        ASSERT_TRUE(delivered(tap, 1)) << keys.back();
+        EXPECT_EQ(tap.presses.front().keyCode, keyCode) << keys.back();
+    }
+};
+
+TEST_F(KeyboardChangeTest, keepsEveryPositionInTheOtherLayoutsOfTheKeyboard) {
+    run({"setxkbmap", "us,ru,fr"});
+    auto tap = makeActiveTap();
+    tap->watch({combination(keyA, flags::control), combination(keyX, flags::command)});
+    XClient client(display_.name());
+    for (const auto group : std::array<std::uint8_t, 3>{1, 2, 0}) {
+        client.lockLayoutGroup(group);
+        expectDelivered(*tap, {"LCTL", "AC01"}, keyA);
+        expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
+    }
+    EXPECT_EQ(tap->disabledReports, 0);
+}
+
+TEST_F(KeyboardChangeTest, keepsEveryPositionWhenTheLayoutIsReplaced) {
+    auto tap = makeActiveTap();
+    tap->watch({combination(keyA, flags::control)});
+    int changes = 0;
+    for (const auto* layout : {"fr", "ru", "us(dvorak)"}) {
+        run({"setxkbmap", layout});
+        ASSERT_TRUE(reported(*tap, ++changes)) << layout;
+        expectDelivered(*tap, {"LCTL", "AC01"}, keyA);
+    }
+}
+
+TEST_F(KeyboardChangeTest, reportsItselfDisabledOncePerChange) {
+    auto tap = makeActiveTap();
+    run({"setxkbmap", "fr"});
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    EXPECT_EQ(tap->disabledReports, 1);
+}
+
+TEST_F(KeyboardChangeTest, reportsItselfDisabledOnceForABurst) {
+    auto tap = makeActiveTap();
+    XClient client(display_.name());
+    client.changeKeySymbols(20);
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    EXPECT_EQ(tap->disabledReports, 1);
+    client.changeKeySymbols(20);
+    ASSERT_TRUE(reported(*tap, 2));
+    letTimePass();
+    EXPECT_EQ(tap->disabledReports, 2);
+}
+
+TEST_F(KeyboardChangeTest, aDisabledTapReportsNothing) {
+    auto tap = makeActiveTap();
+    XClient(display_.name()).changeKeySymbols(1);
+    tap->tap().enable(false);
+    letTimePass();
+    EXPECT_EQ(tap->disabledReports, 0);
+}
+
+TEST_F(KeyboardChangeTest, followsAModifierThatMoves) {
+    auto tap = makeActiveTap();
+    tap->watch({combination(keyX, flags::command)});
+    expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
+    run({"xmodmap", "-e", "remove mod4 = Super_L Super_R", "-e", "add mod3 = Super_L Super_R"});
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
+    EXPECT_EQ(tap->presses.front().flags, flags::command | flags::nonCoalesced);
+}
+
+TEST_F(KeyboardChangeTest, followsAKeyWhoseNumberMoves) {
+    auto tap = makeActiveTap();
+    tap->watch({combination(homeKey, flags::control)});
+    const auto before = keyboard_.keycode("HOME");
+    run({"setxkbmap", "-keycodes", "xfree86+aliases(qwerty)"});
+    ASSERT_NE(keyboard_.keycode("HOME"), before);
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    expectDelivered(*tap, {"LCTL", "HOME"}, homeKey);
+    EXPECT_TRUE(XClient(display_.name()).grabKey(before, XCB_MOD_MASK_CONTROL));
+}
+
+TEST_F(KeyboardChangeTest, keepsWhatItHoldsUntilItIsEnabledAgain) {
+    auto tap = makeActiveTap();
+    tap->reenables = false;
+    tap->watch({combination(homeKey, flags::control)});
+    const auto before = keyboard_.keycode("HOME");
+    run({"setxkbmap", "-keycodes", "xfree86+aliases(qwerty)"});
+    ASSERT_TRUE(reported(*tap));
+    XClient client(display_.name());
+    EXPECT_FALSE(client.grabKey(before, XCB_MOD_MASK_CONTROL));
+    tap->tap().enable(true);
+    EXPECT_TRUE(client.grabKey(before, XCB_MOD_MASK_CONTROL));
+    expectDelivered(*tap, {"LCTL", "HOME"}, homeKey);
+}
+
+TEST_F(KeyboardChangeTest, leavesOutAModifierThatTheMapLacksUntilItComes) {
+    run({"setxkbmap", "-symbols", "us"});
+    auto tap = makeActiveTap();
+    tap->watch({combination(keyX, flags::command), combination(keyA, 0)});
+    EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
+    keyboard_.strike({"LWIN", "AB02"});
+    expectDelivered(*tap, {"AC01"}, keyA);
+    ASSERT_EQ(tap->presses.size(), 1U);
+
+    run({"setxkbmap", "us"});
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
+}
+
+TEST_F(KeyboardChangeTest, leavesOutAKeyThatTheMapLacksUntilItComes) {
+    run({"setxkbmap", "-keycodes", "xfree86+aliases(qwerty)"});
+    ASSERT_EQ(keyboard_.keycode("I148"), 0);
+    auto tap = makeActiveTap();
+    tap->watch({combination(calculatorKey, flags::control), combination(keyA, flags::control),
+                combination(60000, flags::control)});
+    EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
+    keyboard_.strike({"LCTL", "AB02"});
+    expectDelivered(*tap, {"LCTL", "AC01"}, keyA);
+    ASSERT_EQ(tap->presses.size(), 1U);
+
+    run({"setxkbmap", "-keycodes", "evdev+aliases(qwerty)"});
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    expectDelivered(*tap, {"LCTL", "I148"}, calculatorKey);
+}
+
+TEST_F(KeyboardChangeTest, aListenOnlyTapFollowsToo) {
+    auto tap = makeListenOnlyTap();
+    run({"xmodmap", "-e", "remove mod4 = Super_L Super_R", "-e", "add mod3 = Super_L Super_R"});
+    ASSERT_TRUE(reported(*tap));
+    letTimePass();
+    expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
+    EXPECT_EQ(tap->presses.front().flags, flags::command | flags::nonCoalesced);
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test
