@@ -1,0 +1,55 @@
+#include "model/AppShortcut.h"
+
+#include "model/Shortcuts.h"
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+std::string shown(std::uint16_t keyCode, std::uint64_t modifierFlags) {
+    return makeShortcut(1, keyCode, modifierFlags).displayString();
+}
+
+TEST(DisplayStringTest, withoutFlagsIsTheBareKey) {
+    EXPECT_EQ(shown(0, 0), "A");
+    EXPECT_EQ(shown(122, 0), "F1");
+}
+
+TEST(DisplayStringTest, ignoresFlagsOutsideTheModifierMask) {
+    EXPECT_EQ(shown(0, capsLock), "A");
+    EXPECT_EQ(shown(0, functionKey), "A");
+    EXPECT_EQ(shown(0, ~modifierMask), "A");
+    EXPECT_EQ(shown(0, ~modifierMask | commandKey), "⌘A");
+}
+
+TEST(DisplayStringTest, showsEachModifier) {
+    EXPECT_EQ(shown(0, controlKey), "\u2303A");
+    EXPECT_EQ(shown(0, optionKey), "\u2325A");
+    EXPECT_EQ(shown(0, shiftKey), "\u21E7A");
+    EXPECT_EQ(shown(0, commandKey), "\u2318A");
+}
+
+TEST(DisplayStringTest, orderIsControlOptionShiftCommand) {
+    EXPECT_EQ(shown(0, commandKey | shiftKey | optionKey | controlKey), "⌃⌥⇧⌘A");
+    EXPECT_EQ(shown(0, modifierMask), "⌃⌥⇧⌘A");
+    EXPECT_EQ(shown(0, 0x120000), "⇧⌘A");
+    EXPECT_EQ(shown(49, 0x1C0000), "⌃⌥⌘Space");
+}
+
+TEST(DisplayStringTest, showsKeysWithoutANameByTheirCode) {
+    EXPECT_EQ(shown(50, commandKey), "⌘Key(50)");
+    EXPECT_EQ(shown(65535, commandKey), "⌘Key(65535)");
+}
+
+TEST(DisplayStringTest, keypadDigitsReadLikeTheTopRow) {
+    EXPECT_EQ(shown(83, commandKey), "⌘1");
+    EXPECT_EQ(shown(18, commandKey), "⌘1");
+}
+
+TEST(AppShortcutTest, modifierMaskHoldsTheFourModifiers) {
+    EXPECT_EQ(modifierMask, shiftKey | controlKey | optionKey | commandKey);
+}
+
+} // namespace
+} // namespace hollowfernpike::test

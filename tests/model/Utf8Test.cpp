@@ -1,0 +1,74 @@
+#include "model/Utf8.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+constexpr auto allValid = std::string_view::npos;
+
+/// UTF-8 by its plain definition, also for values that have no valid form.
+std::string encoded(std::uint32_t value) {
+    const auto byte = [](std::uint32_t bits) { return static_cast<char>(bits); };
+    const auto trail = [&](unsigned shift) { return byte(0x80 | ((value >> shift) & 0x3F)); };
+    if (value < 0x80) {
+        return {byte(value)};
+    }
+    if (value < 0x800) {
+        return {byte(0xC0 | value >> 6), trail(0)};
+    }
+    if (value < 0x10000) {
+        return {byte(0xE0 | value >> 12), trail(6), trail(0)};
+    }
+    return {byte(0xF0 | value >> 18), trail(12), trail(6), trail(0)};
+}
+
+bool isScalar(std::uint32_t value) {
+    return value < 0xD800 || (value > 0xDFFF && value < 0x110000);
+}
+
+TEST(Utf8Test, acceptsEveryCodePointAndNoSurrogate) {
+    for (std::uint32_t value = 0; value < 0x120000; ++value) {
+        const auto text = encoded(value);
+        ASSERT_EQ(utf8SequenceLength(text), isScalar(value) ? text.size() : 0) << value;
+        ASSERT_EQ(firstInvalidUtf8(text), isScalar(value) ? allValid : 0) << value;
+    }
+}
+
+TEST(Utf8Test, refusesOverlongForms) {
+    for (const std::string text :
+         {"\xC0\x80", "\xC0\xAF", "\xC1\xBF", "\xE0\x80\xAF", "\xE0\x9F\xBF", "\xF0\x80\x80\xAF",
+          "\xF0\x8F\xBF\xBF", "\xF8\x88\x80\x80\x80", "\xFC\x84\x80\x80\x80\x80"}) {
+        EXPECT_EQ(firstInvalidUtf8(text), 0U);
+    }
+}
+
+TEST(Utf8Test, refusesStrayAndMissingTrailBytes) {
+    EXPECT_EQ(firstInvalidUtf8("ab\x80"), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xC3"), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xC3 c"), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xE3\x81"), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xE3\x81 "), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xF0\x9F\x98"), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xF0\x9F\x98 "), 2U);
+    EXPECT_EQ(firstInvalidUtf8("ab\xFE\xFF"), 2U);
+}
+
+TEST(Utf8Test, findsABadByteWhereverItStands) {
+    for (std::size_t position = 0; position < 40; ++position) {
+        std::string text(40, 'a');
+        text[position] = '\xFF';
+        EXPECT_EQ(firstInvalidUtf8(text), position);
+    }
+}
+
+TEST(Utf8Test, acceptsTextWithoutAny) {
+    EXPECT_EQ(firstInvalidUtf8(""), allValid);
+    EXPECT_EQ(utf8SequenceLength(""), 0U);
+    EXPECT_EQ(firstInvalidUtf8("plain text and 日本語, then 😀 and plain text again"), allValid);
+}
+
+} // namespace
+} // namespace hollowfernpike::test
