@@ -28,7 +28,7 @@ CHOOSER = "src/app/main.cpp"
 # Libraries that only some rooms know: by the form of the header's name.
 STANDARD = re.compile(r"[a-z_]+")
 LIBRARIES = [
-    ("the JSON library", re.compile(r"nlohmann/.*"), {"model"}),
+    ("the JSON library", re.compile(r"rapidjson/.*"), {"model"}),
     ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "ui", "platform/qt"}),
     ("X11", re.compile(r"(xcb|X11|xkbcommon|libsn)/.*"), {"platform/x11"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),

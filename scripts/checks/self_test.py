@@ -33,7 +33,7 @@ BAD = {
         {"src/model/Bad.h": "#include <gio/gio.h>\n#include <QString>\n#include <unistd.h>\n"
                             '#include "platform/x11/Atoms.h"\n#include "Nowhere.h"\n'
                             '#include "../model/List.h"\n#include <model/List.h>\n',
-         "src/platform/x11/Bad.h": '#include "model/List.h"\n#include <nlohmann/json.hpp>\n'
+         "src/platform/x11/Bad.h": '#include "model/List.h"\n#include <rapidjson/reader.h>\n'
                                    '#include "platform/qt/Bad.h"\n',
          "src/platform/qt/Bad.h": "#include <xcb/xcb.h>\n",
          "src/ui/Bad.h": '#include "app/main.cpp"\n',

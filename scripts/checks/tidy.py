@@ -81,8 +81,8 @@ def check(root, build):
     build = pathlib.Path(build).resolve()
     commands = (build / "compile_commands.json").read_text()
     compiled = {pathlib.Path(entry["file"]) for entry in json.loads(commands)}
-    names = tree.files(root, "src/*.cpp", "src/*.h", "tests/*.cpp", "tests/*.h", "benchmarks/*.cpp",
-                       "benchmarks/*.h")
+    names = tree.files(root, "src/*.cpp", "src/*.h", "tests/*.cpp", "tests/*.h",
+                       "benchmarks/*.cpp", "benchmarks/*.h")
     for name in names:
         if name.endswith(".cpp") and root / name not in compiled:
             yield f"{name}:1: no target compiles this file"

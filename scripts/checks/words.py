@@ -14,8 +14,8 @@ WORDS = [
     (r"\bNO[L]INT(NEXTLINE|BEGIN|END)?\b(?!\()", "name the check that is silenced"),
 ]
 
-# The one place that may let time pass; all else waits for a condition.
-WAITS = re.compile(r"\b(sleep_for|sleep_until|usleep|nanosleep|qWait|qSleep)\b")
+# Sleeping for a fixed time is right only between two looks at a condition.
+SLEEP = re.compile(r"\b(sleep_for|usleep|sleep|qWait|qSleep)\(\s*(std::chrono::)?(\w+[({])?\s*\d")
 WAITING = "tests/support/WaitUntil.h"
 
 
@@ -25,8 +25,8 @@ def check(root):
             for pattern, why in WORDS:
                 for found in re.finditer(pattern, line):
                     yield f"{name}:{number}: {found[0]}: {why}"
-            if name.startswith("tests/") and name != WAITING and WAITS.search(line):
-                yield f"{name}:{number}: sleeps: wait for a condition with {WAITING}"
+            if name.startswith("tests/") and name != WAITING and SLEEP.search(line):
+                yield f"{name}:{number}: sleeps for a fixed time: wait for a condition with {WAITING}"
 
 
 tree.run(check)
