@@ -1,0 +1,77 @@
+#include "app/AppDelegate.h"
+
+#include "hotkeys/Shortcuts.h"
+#include "support/FakeServices.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+
+namespace {
+
+using namespace platform::event_flags;
+using test::addShortcut;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsNull;
+using testing::NotNull;
+using testing::SizeIs;
+
+class AppDelegateTest : public testing::Test {
+protected:
+    test::FakeServices desktop;
+    AppDelegate delegate{platform::services()};
+};
+
+TEST_F(AppDelegateTest, AsksForThePermissionBeforeTheHotkeysStart) {
+    delegate.applicationDidFinishLaunching();
+    EXPECT_THAT(desktop.log.calls(),
+                ElementsAre("accessibilityTrust.isProcessTrustedWithPrompt",
+                            "accessibilityTrust.isProcessTrusted", "eventTaps.create active",
+                            "eventTap.createRunLoopSource", "eventTap.setInterest 0",
+                            "runLoopSource.addToMainRunLoop", "eventTap.enable true"));
+}
+
+TEST_F(AppDelegateTest, AsksTwiceAtOnceWhileThePermissionIsMissing) {
+    desktop.accessibilityTrust.trusted = false;
+    delegate.applicationDidFinishLaunching();
+    EXPECT_THAT(desktop.log.calls(), ElementsAre("accessibilityTrust.isProcessTrustedWithPrompt",
+                                                 "accessibilityTrust.isProcessTrusted",
+                                                 "accessibilityTrust.isProcessTrustedWithPrompt"));
+    EXPECT_EQ(desktop.mainQueue.pending(), 1);
+}
+
+TEST_F(AppDelegateTest, TheMapFollowsTheListAtOnce) {
+    delegate.applicationDidFinishLaunching();
+    addShortcut("Editor", 0, command);
+    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), SizeIs(1));
+    ShortcutStore::shared().remove(ShortcutStore::shared().shortcuts().front().id);
+    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, DoesNotFollowTheListBeforeTheStart) {
+    addShortcut("Editor", 0, command);
+    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, TerminationEndsTheTapAndEmptiesTheMap) {
+    addShortcut("Editor", 0, command);
+    delegate.applicationDidFinishLaunching();
+    ASSERT_THAT(HotkeyManager::shared().eventTap(), NotNull());
+    delegate.applicationWillTerminate();
+    EXPECT_THAT(HotkeyManager::shared().eventTap(), IsNull());
+    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, AChangeAfterTerminationFillsTheMapButSeesNoKeys) {
+    delegate.applicationDidFinishLaunching();
+    delegate.applicationWillTerminate();
+    addShortcut("Editor", 0, command);
+    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), SizeIs(1));
+    EXPECT_THAT(HotkeyManager::shared().eventTap(), IsNull());
+}
+
+} // namespace
+
+} // namespace hollowfernpike
