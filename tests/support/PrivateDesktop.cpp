@@ -11,19 +11,56 @@ namespace hollowfernpike::test {
 
 namespace {
 
-bool hasWindowManager(const std::string& display) {
-    xcb_connection_t* connection = xcb_connect(display.c_str(), nullptr);
-    xcb_ewmh_connection_t ewmh{};
-    bool found = false;
-    if (xcb_ewmh_init_atoms_replies(&ewmh, xcb_ewmh_init_atoms(connection, &ewmh), nullptr) != 0) {
-        xcb_window_t window = XCB_NONE;
-        found = xcb_ewmh_get_supporting_wm_check_reply(
-                    &ewmh, xcb_ewmh_get_supporting_wm_check(&ewmh, ewmh.screens[0]->root), &window,
-                    nullptr) != 0;
-        xcb_ewmh_connection_wipe(&ewmh);
+/// A window that tells whether somebody manages windows. A window manager names itself on the root
+/// some time before it serves anybody.
+class TrialWindow {
+public:
+    explicit TrialWindow(const std::string& display)
+        : connection_(xcb_connect(display.c_str(), nullptr)) {
+        xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(connection_, &ewmh_), nullptr);
+        window_ = xcb_generate_id(connection_);
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, ewmh_.screens[0]->root, 0, 0,
+                          1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     }
-    xcb_disconnect(connection);
-    return found;
+    TrialWindow(const TrialWindow&) = delete;
+    TrialWindow& operator=(const TrialWindow&) = delete;
+    ~TrialWindow() {
+        xcb_ewmh_connection_wipe(&ewmh_);
+        xcb_disconnect(connection_);
+    }
+
+    /// Asks to be shown, again each time: a request made too early may lie unread until the next.
+    bool isManaged() {
+        xcb_map_window(connection_, window_);
+        return managedWindows() > 0;
+    }
+
+    bool isForgotten() {
+        xcb_destroy_window(connection_, window_);
+        return managedWindows() == 0;
+    }
+
+private:
+    std::uint32_t managedWindows() {
+        xcb_ewmh_get_windows_reply_t windows{};
+        const auto question = xcb_ewmh_get_client_list(&ewmh_, 0);
+        if (xcb_ewmh_get_client_list_reply(&ewmh_, question, &windows, nullptr) == 0) {
+            return 0;
+        }
+        const auto count = windows.windows_len;
+        xcb_ewmh_get_windows_reply_wipe(&windows);
+        return count;
+    }
+
+    xcb_connection_t* connection_;
+    xcb_ewmh_connection_t ewmh_{};
+    xcb_window_t window_ = XCB_NONE;
+};
+
+bool waitForWindowManager(const std::string& display) {
+    TrialWindow window(display);
+    return waitUntil([&] { return window.isManaged(); }, 20s) &&
+           waitUntil([&] { return window.isForgotten(); }, 20s);
 }
 
 Environment sessionEnvironment(const std::filesystem::path& home, const std::string& display) {
@@ -84,7 +121,7 @@ PrivateDesktop::PrivateDesktop(const std::string& windowManager)
         return;
     }
     windowManager_ = start({windowManager});
-    if (!waitUntil([this] { return hasWindowManager(display()); }, 20s)) {
+    if (!waitForWindowManager(display())) {
         throw std::runtime_error(windowManager + " did not start: " + windowManager_->errors());
     }
 }
