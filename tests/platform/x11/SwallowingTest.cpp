@@ -1,5 +1,5 @@
+#include "platform/x11/FocusedWindow.h"
 #include "platform/x11/KeyTapTest.h"
-#include "platform/x11/XClient.h"
 
 namespace hollowfernpike::test {
 

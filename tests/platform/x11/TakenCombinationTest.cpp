@@ -1,5 +1,5 @@
+#include "platform/x11/FocusedWindow.h"
 #include "platform/x11/KeyTapTest.h"
-#include "platform/x11/XClient.h"
 
 namespace hollowfernpike::test {
 
@@ -18,7 +18,7 @@ protected:
     void holdAtOther() { ASSERT_TRUE(other_.grabKey(x_, XCB_MOD_MASK_CONTROL)); }
     void letGoAtOther() { other_.ungrabKey(x_, XCB_MOD_MASK_CONTROL); }
     bool othersHold(xcb_keycode_t key, unsigned modifiers) {
-        return !XClient(display_.name()).grabKey(key, static_cast<std::uint16_t>(modifiers));
+        return !XClient(display_.name()).isFree(key, static_cast<std::uint16_t>(modifiers));
     }
     std::vector<platform::KeyCombination> listenOnly() {
         return tap_->tap().listenOnlyCombinations();

@@ -20,9 +20,9 @@ protected:
 
     bool isFree() {
         XClient client(display_.name());
-        return client.grabKey(keyboard_.keycode("AB02"), XCB_MOD_MASK_CONTROL) &&
-               client.grabKey(keyboard_.keycode("AB03"),
-                              XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2);
+        return client.isFree(keyboard_.keycode("AB02"), XCB_MOD_MASK_CONTROL) &&
+               client.isFree(keyboard_.keycode("AB03"),
+                             XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2);
     }
 
     /// Makes a press that the tap has taken and not yet been told of.

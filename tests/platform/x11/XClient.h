@@ -4,11 +4,9 @@
 #include "platform/x11/Reply.h"
 #include "platform/x11/Xkb.h"
 
-#include <algorithm>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include <xcb/xcb_aux.h>
 
@@ -43,6 +41,15 @@ public:
         sync();
     }
 
+    /// Whether nobody holds it.
+    bool isFree(xcb_keycode_t key, std::uint16_t modifiers) {
+        const bool grabbed = grabKey(key, modifiers);
+        if (grabbed) {
+            ungrabKey(key, modifiers);
+        }
+        return grabbed;
+    }
+
     bool grabKeyboard() {
         const x11::Reply<xcb_grab_keyboard_reply_t> reply{xcb_grab_keyboard_reply(
             server(),
@@ -75,44 +82,6 @@ public:
 
 private:
     std::unique_ptr<x11::Connection> connection_;
-};
-
-/// The window that has the focus, and what the keyboard told it.
-class FocusedWindow : public XClient {
-public:
-    explicit FocusedWindow(const std::string& display) : XClient(display) {
-        const auto window = xcb_generate_id(server());
-        const std::uint32_t events =
-            XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_EXPOSURE;
-        xcb_create_window(server(), XCB_COPY_FROM_PARENT, window, connection().root(), 0, 0, 100,
-                          100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                          XCB_CW_EVENT_MASK, &events);
-        xcb_map_window(server(), window);
-        xcb_set_input_focus(server(), XCB_INPUT_FOCUS_NONE, window, XCB_CURRENT_TIME);
-        sync();
-    }
-
-    /// How often it was told of this key so far.
-    std::size_t presses(xcb_keycode_t key) { return count(XCB_KEY_PRESS, key); }
-    std::size_t releases(xcb_keycode_t key) { return count(XCB_KEY_RELEASE, key); }
-
-private:
-    struct KeyEvent {
-        std::uint8_t type;
-        xcb_keycode_t key;
-    };
-
-    std::size_t count(std::uint8_t type, xcb_keycode_t key) {
-        sync();
-        while (const x11::Reply<xcb_generic_event_t> event{xcb_poll_for_event(server())}) {
-            events_.push_back({event->response_type, event->pad0});
-        }
-        return static_cast<std::size_t>(std::ranges::count_if(events_, [&](const KeyEvent& event) {
-            return event.type == type && event.key == key;
-        }));
-    }
-
-    std::vector<KeyEvent> events_;
 };
 
 } // namespace hollowfernpike::test
