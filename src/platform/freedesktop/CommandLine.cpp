@@ -52,7 +52,7 @@ std::vector<std::string> wordsOf(const std::string& exec) {
 
 std::vector<std::string> commandLineOf(const DesktopEntry& entry) {
     std::vector<std::string> arguments;
-    for (const auto& word : wordsOf(entry.exec)) {
+    for (const auto& word : entry.words) {
         if (word == "%i") {
             appendIcon(arguments, entry);
             continue;

@@ -1,8 +1,10 @@
 #include "platform/freedesktop/DesktopEntry.h"
 
+#include "platform/freedesktop/CommandLine.h"
 #include "platform/freedesktop/GlibPointers.h"
 #include "platform/freedesktop/LaunchError.h"
 #include "platform/freedesktop/ProgramFile.h"
+#include "platform/freedesktop/ProgramIdentity.h"
 
 #include <cerrno>
 #include <system_error>
@@ -68,12 +70,9 @@ platform::LocalizedError reasonOfRefusal(GKeyFile* file, const std::string& path
         !tried.empty() && findProgram(tried, directory).empty()) {
         return missingProgram(path, tried);
     }
-    gchar** words = nullptr;
-    if (g_shell_parse_argv(text(file, "Exec").c_str(), nullptr, &words, nullptr) != FALSE) {
-        const TextListPointer held(words);
-        if (findProgram(words[0], directory).empty()) {
-            return missingProgram(path, words[0]);
-        }
+    const auto words = wordsOf(text(file, "Exec"));
+    if (!words.empty() && findProgram(words.front(), directory).empty()) {
+        return missingProgram(path, words.front());
     }
     return notAnApplication(path);
 }
@@ -108,10 +107,12 @@ DesktopEntry readDesktopEntry(const std::string& path) {
     }
     auto* const application = G_APP_INFO(info.get());
     entry.displayName = orEmpty(g_app_info_get_display_name(application));
-    entry.exec = orEmpty(g_app_info_get_commandline(application));
+    entry.words = wordsOf(orEmpty(g_app_info_get_commandline(application)));
     entry.windowClass = orEmpty(g_desktop_app_info_get_startup_wm_class(info.get()));
     entry.workingDirectory = text(file.get(), "Path");
     entry.icon = text(file.get(), "Icon");
+    entry.programFile =
+        resolvedFile(findProgram(identifyingProgram(entry.words), entry.workingDirectory));
     entry.terminal = flag(file.get(), "Terminal");
     entry.dbusActivatable = flag(file.get(), "DBusActivatable");
     entry.startupNotify = flag(file.get(), "StartupNotify");

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -35,7 +36,9 @@ struct DesktopEntry {
     std::string name;        ///< file name without ".desktop"
     std::string displayName; ///< Name, localized
     std::string windowClass; ///< StartupWMClass
-    std::string exec;        ///< the command line with its field codes
+    std::vector<std::string> words; ///< of the command line, field codes as they are
+    std::string programFile; ///< whose process is this application, free of symbolic links; empty
+                             ///< if the command line does not tell
     std::string workingDirectory;
     std::string icon;
     bool terminal = false;

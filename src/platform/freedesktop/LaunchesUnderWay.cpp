@@ -1,9 +1,9 @@
 #include "platform/freedesktop/LaunchesUnderWay.h"
 
-#include "platform/freedesktop/CommandLine.h"
 #include "platform/freedesktop/LaunchError.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
@@ -27,12 +27,17 @@ bool hasShownItself(const Launch& launch, const std::vector<platform::ClientWind
     return ownWindow || countWindows(windows, launch.entry) > launch.windowsBefore;
 }
 
+void answer(Launch& launch, const platform::OpenResult& result) {
+    for (const auto& completion : std::exchange(launch.waiting, {})) {
+        completion(result);
+    }
+}
+
 platform::StartingApplication announcementOf(const DesktopEntry& entry) {
-    const auto words = wordsOf(entry.exec);
     return {.name = entry.displayName,
             .bundleIdentifier = entry.identifier,
             .entryPath = entry.path,
-            .program = words.empty() ? std::string{} : words.front(),
+            .program = entry.words.empty() ? std::string{} : entry.words.front(),
             .windowClass = entry.windowClass,
             .announces = entry.startupNotify};
 }
@@ -69,13 +74,10 @@ void LaunchesUnderWay::join(Launch& launch, platform::Workspace::OpenCompletion 
 void LaunchesUnderWay::settle(Launch& launch, const platform::OpenResult& result) {
     launch.result = result;
     launch.process = result.processIdentifier;
-    const auto waiting = std::exchange(launch.waiting, {});
     if (result.error) {
         finish(launch);
     }
-    for (const auto& completion : waiting) {
-        completion(result);
-    }
+    answer(launch, result);
 }
 
 void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
@@ -102,9 +104,12 @@ void LaunchesUnderWay::finish(const Launch& launch) {
 
 void LaunchesUnderWay::lookForWindows() {
     const auto windows = windows_.clientWindows();
-    std::erase_if(launches_, [&](const auto& launch) { return hasShownItself(*launch, windows); });
-    if (launches_.empty()) {
-        windowWatch_.reset();
+    const auto shown = [&](const auto& launch) { return hasShownItself(*launch, windows); };
+    auto over = launches_;
+    std::erase_if(over, std::not_fn(shown));
+    for (const auto& launch : over) {
+        forget(*launch);
+        answer(*launch, launch->result.value_or(platform::OpenResult{}));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/Workspace.h"
 
+#include "platform/freedesktop/BusCalls.h"
 #include "platform/freedesktop/LaunchError.h"
 #include "platform/freedesktop/ProgramLaunch.h"
 
@@ -9,56 +10,90 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-DesktopEntry applicationAt(const std::string& path) {
-    auto entry = readDesktopEntry(path);
-    if (entry.hidden) {
-        throw hiddenApplication(path);
-    }
-    return entry;
-}
-
 platform::OpenResult failure(const platform::LocalizedError& error) {
     return {.processIdentifier = std::nullopt, .error = error};
 }
 
 } // namespace
 
-Workspace::Workspace(platform::ClientWindows& windows, platform::LaunchFeedback& feedback,
-                     platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
-    : launches_(windows, feedback, mainQueue), children_(runLoop) {}
+Workspace::Workspace(DesktopEntries& entries, platform::ClientWindows& windows,
+                     platform::LaunchFeedback& feedback, platform::RunLoop& runLoop,
+                     platform::MainQueue& mainQueue)
+    : entries_(entries), launches_(windows, feedback, mainQueue), children_(runLoop),
+      bus_(runLoop) {}
 
 void Workspace::openApplication(const std::string& path,
                                 const platform::OpenConfiguration& configuration,
                                 OpenCompletion completion) {
+    std::optional<DesktopEntry> entry;
+    platform::OpenResult refusal;
     try {
-        const auto entry = applicationAt(path);
-        if (const auto launch = launches_.find(entry.stamp)) {
-            LaunchesUnderWay::join(*launch, std::move(completion));
-            return;
-        }
-        const auto launch = launches_.begin(entry, configuration.activates);
-        LaunchesUnderWay::join(*launch, std::move(completion));
-        start(launch);
-        launches_.track(launch);
+        entry = applicationAt(path);
     } catch (const platform::LocalizedError& error) {
-        if (completion) {
-            completion(failure(error));
-        }
+        refusal = failure(error);
+    }
+    if (entry) {
+        open(*entry, configuration.activates, std::move(completion));
+    } else if (completion) {
+        completion(refusal);
     }
 }
 
-void Workspace::start(const std::shared_ptr<Launch>& launch) {
+DesktopEntry Workspace::applicationAt(const std::string& path) {
+    auto entry = entries_.entryAt(path);
+    if (entry.hidden) {
+        throw hiddenApplication(path);
+    }
+    return entry;
+}
+
+void Workspace::open(const DesktopEntry& entry, bool activates, OpenCompletion completion) {
+    if (const auto launch = launches_.find(entry.stamp)) {
+        LaunchesUnderWay::join(*launch, std::move(completion));
+        return;
+    }
+    const auto launch = launches_.begin(entry, activates);
+    LaunchesUnderWay::join(*launch, std::move(completion));
+    if (isOpenedOverBus(entry) && SessionBus::isKnown()) {
+        activateOverBus(launch);
+    } else {
+        startProgram(launch);
+    }
+    launches_.track(launch);
+}
+
+void Workspace::activateOverBus(const std::shared_ptr<Launch>& launch) {
+    bus_.call(activationOf(launch->entry, launch->startupIdentifier),
+              [this, weak = std::weak_ptr(launch)](const auto& reason) {
+                  const auto answered = weak.lock();
+                  if (answered && !reason) {
+                      launches_.settle(*answered, {});
+                  } else if (answered && answered->entry.words.empty()) {
+                      launches_.settle(*answered,
+                                       failure(failedStart(answered->entry.path, *reason)));
+                  } else if (answered) {
+                      startProgram(answered);
+                  }
+              });
+}
+
+void Workspace::startProgram(const std::shared_ptr<Launch>& launch) {
+    StartedProcess process;
     try {
-        auto process = launchProgram(launch->entry, launch->startupIdentifier);
-        const auto number = process.number;
-        children_.adopt(std::move(process), [this, weak = std::weak_ptr(launch)] {
-            if (const auto ended = weak.lock()) {
-                launches_.finish(*ended);
-            }
-        });
-        launches_.settle(*launch, {.processIdentifier = number, .error = std::nullopt});
+        process = launchProgram(launch->entry, launch->startupIdentifier);
     } catch (const platform::LocalizedError& error) {
         launches_.settle(*launch, failure(error));
+        return;
+    }
+    const auto number = process.number;
+    children_.adopt(std::move(process), [this, weak = std::weak_ptr(launch)] {
+        if (const auto ended = weak.lock()) {
+            launches_.finish(*ended);
+        }
+    });
+    launches_.settle(*launch, {.processIdentifier = number, .error = std::nullopt});
+    if (auto scope = scopeFor(launch->entry, number); scope && SessionBus::isKnown()) {
+        bus_.call(std::move(*scope), {});
     }
 }
 

@@ -2,30 +2,39 @@
 
 #include "platform/Workspace.h"
 #include "platform/freedesktop/ChildProcesses.h"
+#include "platform/freedesktop/DesktopEntries.h"
 #include "platform/freedesktop/LaunchesUnderWay.h"
+#include "platform/freedesktop/SessionBus.h"
 
 #include <memory>
 
 namespace hollowfernpike::freedesktop {
 
-/// Opens applications by their desktop entries: over the session bus where the entry asks for it,
-/// else by starting the program of its command line.
+/// Opens applications by their desktop entries: over the session bus where the entry asks for it
+/// and there is one, else by starting the program of its command line.
 ///
-/// A program is a child of ours in a session of its own; it outlives us.
+/// A program is a child of ours in a session of its own, in a scope of its own where the user's
+/// service manager is there, and outlives us.
 class Workspace final : public platform::Workspace {
 public:
     /// The services outlive this.
-    Workspace(platform::ClientWindows& windows, platform::LaunchFeedback& feedback,
-              platform::RunLoop& runLoop, platform::MainQueue& mainQueue);
+    Workspace(DesktopEntries& entries, platform::ClientWindows& windows,
+              platform::LaunchFeedback& feedback, platform::RunLoop& runLoop,
+              platform::MainQueue& mainQueue);
 
     void openApplication(const std::string& path, const platform::OpenConfiguration& configuration,
                          OpenCompletion completion) override;
 
 private:
-    void start(const std::shared_ptr<Launch>& launch);
+    DesktopEntry applicationAt(const std::string& path);
+    void open(const DesktopEntry& entry, bool activates, OpenCompletion completion);
+    void activateOverBus(const std::shared_ptr<Launch>& launch);
+    void startProgram(const std::shared_ptr<Launch>& launch);
 
+    DesktopEntries& entries_;
     LaunchesUnderWay launches_;
     ChildProcesses children_;
+    SessionBus bus_;
 };
 
 } // namespace hollowfernpike::freedesktop

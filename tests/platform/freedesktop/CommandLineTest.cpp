@@ -17,7 +17,7 @@ std::vector<std::string> expand(const std::string& exec) {
     entry.path = "/apps/the editor.desktop";
     entry.displayName = "The Editor";
     entry.icon = "editor-icon";
-    entry.exec = exec;
+    entry.words = wordsOf(exec);
     return commandLineOf(entry);
 }
 
@@ -41,7 +41,7 @@ TEST(CommandLine, IconNameAndPathAreFilledIn) {
 
 TEST(CommandLine, AnEntryWithoutIconGetsNoIconOption) {
     DesktopEntry entry;
-    entry.exec = "edit %i";
+    entry.words = {"edit", "%i"};
     EXPECT_THAT(commandLineOf(entry), ElementsAre("edit"));
 }
 

@@ -40,7 +40,8 @@ TEST_F(DesktopEntryTest, ReadsWhatTheFileSays) {
     EXPECT_EQ(entry.path, path);
     EXPECT_EQ(entry.name, "org.example.Editor");
     EXPECT_EQ(entry.displayName, "org.example.Editor");
-    EXPECT_EQ(entry.exec, "true %U");
+    EXPECT_THAT(entry.words, ::testing::ElementsAre("true", "%U"));
+    EXPECT_TRUE(entry.programFile.ends_with("/true"));
     EXPECT_EQ(entry.windowClass, "Editor");
     EXPECT_EQ(entry.workingDirectory, "/tmp");
     EXPECT_EQ(entry.icon, "edit");

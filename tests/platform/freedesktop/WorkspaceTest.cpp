@@ -57,7 +57,8 @@ protected:
     test::FakeLaunchFeedback feedback_;
     test::PolledRunLoop loop_;
     test::FakeMainQueue queue_;
-    Workspace workspace_{windows_, feedback_, loop_, queue_};
+    DesktopEntries entries_;
+    Workspace workspace_{entries_, windows_, feedback_, loop_, queue_};
 };
 
 TEST_F(WorkspaceTest, StartsTheProgramWithItsArguments) {

@@ -1,0 +1,87 @@
+#include "platform/freedesktop/ApplicationsDirectories.h"
+
+#include "platform/freedesktop/BaseDirectories.h"
+#include "platform/freedesktop/DirectoryWatch.h"
+
+#include <cstdlib>
+#include <sstream>
+#include <system_error>
+#include <unordered_set>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int deepestLevel = 8;
+
+// Collects in one pass over all directories.
+class Collector {
+public:
+    explicit Collector(DirectoryWatch& watch) : watch_(watch) {}
+
+    void addDirectory(const fs::path& directory, const std::string& prefix, int level = 0) {
+        watch_.add(directory);
+        std::vector<fs::directory_entry> subdirectories;
+        std::error_code error;
+        for (fs::directory_iterator file(directory, error), end; !error && file != end;
+             file.increment(error)) {
+            if (file->path().extension() == ".desktop") {
+                addFile(file->path(), prefix);
+            } else if (std::error_code unknown; file->is_directory(unknown)) {
+                subdirectories.push_back(*file);
+            }
+        }
+        for (const auto& below : subdirectories) {
+            if (level < deepestLevel) {
+                addDirectory(below.path(), prefix + below.path().filename().string() + '-',
+                             level + 1);
+            }
+        }
+    }
+
+    std::vector<InstalledFile> take() { return std::move(files_); }
+
+private:
+    void addFile(const fs::path& path, const std::string& prefix) {
+        const auto identifier = prefix + path.stem().string();
+        const auto stamp = stampOf(path);
+        if (stamp && identifiers_.insert(identifier).second) {
+            files_.push_back({path.string(), identifier, *stamp});
+        }
+    }
+
+    DirectoryWatch& watch_;
+    std::vector<InstalledFile> files_;
+    std::unordered_set<std::string> identifiers_;
+};
+
+} // namespace
+
+std::vector<fs::path> applicationsDirectories() {
+    std::vector<fs::path> directories;
+    if (const auto home = dataHome()) {
+        directories.push_back(*home / "applications");
+    }
+    const char* const variable = std::getenv("XDG_DATA_DIRS");
+    const bool isSet = variable != nullptr && *variable != '\0';
+    std::istringstream shared(isSet ? variable : "/usr/local/share:/usr/share");
+    for (std::string directory; std::getline(shared, directory, ':');) {
+        if (directory.starts_with('/')) {
+            directories.push_back(fs::path(directory) / "applications");
+        }
+    }
+    return directories;
+}
+
+std::vector<InstalledFile> installedFiles(const std::vector<fs::path>& directories,
+                                          DirectoryWatch& watch) {
+    Collector collector(watch);
+    for (const auto& directory : directories) {
+        collector.addDirectory(directory, {});
+    }
+    return collector.take();
+}
+
+} // namespace hollowfernpike::freedesktop

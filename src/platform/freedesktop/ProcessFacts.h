@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::freedesktop {
+
+/// What a process reveals of the application that it runs. What it hides from us is empty.
+struct ProcessFacts {
+    std::string flatpakApplication; ///< told by the sandbox that it lives in
+    std::string controlGroup;       ///< path in the hierarchy that the service manager keeps
+    std::string launchedEntry;      ///< path of the entry by which this very process was started
+    std::string display;            ///< DISPLAY
+    std::string executable;         ///< path of the file
+    std::vector<std::string> commandLine;
+};
+
+/// Where a process stands.
+struct ProcessStatus {
+    std::int32_t parent = 0;
+    std::uint64_t startTime = 0; ///< clock ticks since the system started
+    bool hasEnded = false;       ///< a zombie: nobody has waited for it yet
+
+    bool operator==(const ProcessStatus&) const = default;
+};
+
+/// Absent if there is no such process.
+std::optional<ProcessStatus> processStatus(std::int32_t process);
+
+ProcessFacts processFacts(std::int32_t process);
+
+} // namespace hollowfernpike::freedesktop

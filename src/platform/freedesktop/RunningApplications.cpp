@@ -1,0 +1,69 @@
+#include "platform/freedesktop/RunningApplications.h"
+
+#include <algorithm>
+#include <set>
+
+namespace hollowfernpike::freedesktop {
+
+std::vector<LiveProcess> RunningApplications::showingWindows(std::string_view bundleIdentifier) {
+    std::set<std::int32_t> numbers;
+    for (const auto& window : windows_.clientWindows()) {
+        if (window.process && window.owner.bundleIdentifier == bundleIdentifier) {
+            numbers.insert(*window.process);
+        }
+    }
+    std::vector<LiveProcess> processes;
+    for (const auto number : numbers) {
+        if (const auto status = processStatus(number); status && !status->hasEnded) {
+            processes.push_back({number, *status});
+        }
+    }
+    sortByAge(processes);
+    return processes;
+}
+
+std::vector<platform::RunningApplication>
+RunningApplications::withBundleIdentifier(std::string_view bundleIdentifier) {
+    if (bundleIdentifier.empty()) {
+        return {};
+    }
+    auto processes = showingWindows(bundleIdentifier);
+    if (processes.empty()) {
+        processes = processes_.running(bundleIdentifier);
+    }
+    std::vector<platform::RunningApplication> applications;
+    for (const auto& process : processes) {
+        applications.push_back({.processIdentifier = process.number,
+                                .bundleIdentifier = std::string{bundleIdentifier},
+                                .isTerminated = process.status.hasEnded});
+    }
+    return applications;
+}
+
+std::optional<platform::RunningApplication>
+RunningApplications::withProcessIdentifier(std::int32_t processIdentifier) {
+    const auto status = processStatus(processIdentifier);
+    if (!status) {
+        return std::nullopt;
+    }
+    platform::RunningApplication application{.processIdentifier = processIdentifier,
+                                             .bundleIdentifier = {},
+                                             .isTerminated = status->hasEnded};
+    const auto windows = windows_.clientWindows();
+    const auto window = std::ranges::find(windows, std::optional(processIdentifier),
+                                          &platform::ClientWindow::process);
+    if (window != windows.end()) {
+        application.bundleIdentifier = window->owner.bundleIdentifier;
+        return application;
+    }
+    application.bundleIdentifier = processes_.applicationOf(processIdentifier);
+    return application.bundleIdentifier.empty() ? std::nullopt : std::optional(application);
+}
+
+void RunningApplications::activate(const platform::RunningApplication& application) {
+    if (const auto* entry = entries_.index().withIdentifier(application.bundleIdentifier)) {
+        workspace_.openApplication(std::string{entry->path}, {.activates = true}, {});
+    }
+}
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/ClientWindows.h"
+#include "platform/RunningApplications.h"
+#include "platform/Workspace.h"
+#include "platform/freedesktop/DesktopEntries.h"
+#include "platform/freedesktop/ProcessTable.h"
+
+namespace hollowfernpike::freedesktop {
+
+/// Finds running applications by their windows, and where an application shows none, by what its
+/// processes reveal. Beside processes that show windows, those of the same application that show
+/// none are helpers.
+class RunningApplications final : public platform::RunningApplications {
+public:
+    /// The services outlive this.
+    RunningApplications(DesktopEntries& entries, platform::ClientWindows& windows,
+                        platform::Workspace& workspace)
+        : entries_(entries), windows_(windows), workspace_(workspace), processes_(entries) {}
+
+    std::vector<platform::RunningApplication>
+    withBundleIdentifier(std::string_view bundleIdentifier) override;
+
+    std::optional<platform::RunningApplication>
+    withProcessIdentifier(std::int32_t processIdentifier) override;
+
+    /// Opens the application's entry again: over the bus if it listens there, else as a second
+    /// process, by which single-instance programs show the first one.
+    void activate(const platform::RunningApplication& application) override;
+
+private:
+    std::vector<LiveProcess> showingWindows(std::string_view bundleIdentifier);
+
+    DesktopEntries& entries_;
+    platform::ClientWindows& windows_;
+    platform::Workspace& workspace_;
+    ProcessTable processes_;
+};
+
+} // namespace hollowfernpike::freedesktop
