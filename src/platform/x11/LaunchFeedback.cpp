@@ -3,6 +3,7 @@
 #include "platform/x11/StartupMessage.h"
 
 #include <array>
+#include <chrono>
 
 #include <unistd.h>
 
@@ -16,11 +17,17 @@ std::string machineName() {
     return name.data();
 }
 
+/// Tells this process apart from any that had its number before.
+std::string processName() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return std::to_string(::getpid()) + '-' + std::to_string(now.count());
+}
+
 } // namespace
 
 LaunchFeedback::LaunchFeedback(Windows& windows, const UserTime& userTime)
     : windows_(windows), userTime_(userTime),
-      prefix_("hollowfernpike-" + std::to_string(::getpid()) + '-' + machineName() + '-'),
+      prefix_("hollowfernpike-" + processName() + '-' + machineName() + '-'),
       sender_(xcb_generate_id(windows.connection().get())) {
     const auto& connection = windows.connection();
     xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, sender_, connection.root(), -1, -1, 1,

@@ -1,0 +1,311 @@
+#include "platform/x11/WindowsTest.h"
+#include "support/KeyInjector.h"
+
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+using testing::ElementsAre;
+
+/// The number of requests that `action` sends on the connection.
+template <class Action>
+unsigned int requestsDuring(const x11::Connection& connection, Action action) {
+    const auto before = xcb_no_operation(connection.get()).sequence;
+    action();
+    return xcb_no_operation(connection.get()).sequence - before - 1;
+}
+
+class ProcessActivationTest : public WindowsTest, public testing::WithParamInterface<const char*> {
+protected:
+    ProcessActivationTest() : WindowsTest(GetParam()) {}
+
+    /// Whether a window lies above another.
+    bool isAbove(xcb_window_t upper, xcb_window_t lower) {
+        const auto stacking = observer_.stacking();
+        return std::ranges::find(stacking, upper) > std::ranges::find(stacking, lower);
+    }
+
+    bool isSwitchedTo(std::uint32_t desktop) {
+        return waitUntil([&] { return observer_.currentDesktop() == desktop; });
+    }
+
+    void minimise(xcb_window_t window) {
+        observer_.minimise(window);
+        EXPECT_TRUE(waitUntil([&] { return observer_.hasState(window, "_NET_WM_STATE_HIDDEN"); }));
+    }
+
+    void moveAway(xcb_window_t window, std::uint32_t desktop) {
+        observer_.moveToDesktop(window, desktop);
+        EXPECT_TRUE(waitUntil(
+            [&] { return observer_.numbers(window, "_NET_WM_DESKTOP") == std::vector{desktop}; }));
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, ProcessActivationTest,
+                         testing::Values("openbox", "metacity"),
+                         [](const auto& manager) { return std::string{manager.param}; });
+
+TEST_P(ProcessActivationTest, BringsACoveredWindowToTheFront) {
+    const auto covered = openActive("Covered");
+    const auto covering = openActive("Covering");
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(covered.pid()));
+    EXPECT_TRUE(becomesActive(covered.window()));
+    EXPECT_TRUE(namesBecome({"Covered", "Covering"}));
+    EXPECT_TRUE(waitUntil([&] { return observer_.isFocused(covered.window()); }));
+}
+
+TEST_P(ProcessActivationTest, WorksWithoutAnyKeyPress) {
+    const auto covered = openActive("Covered");
+    const auto covering = openActive("Covering");
+    EXPECT_TRUE(activation_.bringToFront(covered.pid()));
+    EXPECT_TRUE(becomesActive(covered.window()));
+    EXPECT_TRUE(namesBecome({"Covered", "Covering"}));
+}
+
+TEST_P(ProcessActivationTest, RestoresAMinimisedWindow) {
+    const auto minimised = openActive("Minimised");
+    const auto other = openActive("Other");
+    minimise(minimised.window());
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(minimised.pid()));
+    EXPECT_TRUE(becomesActive(minimised.window()));
+    EXPECT_TRUE(namesBecome({"Minimised", "Other"}));
+}
+
+TEST_P(ProcessActivationTest, GoesToTheWorkspaceOfTheWindow) {
+    const auto away = openActive("Away");
+    const auto here = openActive("Here");
+    moveAway(away.window(), 2);
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(away.pid()));
+    EXPECT_TRUE(isSwitchedTo(2));
+    EXPECT_TRUE(becomesActive(away.window()));
+    EXPECT_TRUE(namesBecome({"Away"}));
+}
+
+TEST_P(ProcessActivationTest, GoesToTheWorkspaceOfAMinimisedWindow) {
+    const auto away = openActive("Away");
+    const auto here = openActive("Here");
+    minimise(away.window());
+    moveAway(away.window(), 2);
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(away.pid()));
+    EXPECT_TRUE(isSwitchedTo(2));
+    EXPECT_TRUE(becomesActive(away.window()));
+}
+
+TEST_P(ProcessActivationTest, RaisesAllWindowsOfTheProcessInTheirOrder) {
+    const auto several = openActive("Several", {}, 3);
+    const auto other = openActive("Other");
+    const auto& windows = several.windows;
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(several.pid()));
+    EXPECT_TRUE(becomesActive(windows[2]));
+    EXPECT_TRUE(waitUntil([&] {
+        return observer_.stacking() ==
+               std::vector{other.window(), windows[0], windows[1], windows[2]};
+    })) << testing::PrintToString(observer_.stacking());
+}
+
+TEST_P(ProcessActivationTest, ActivatesTheWindowThatWasOnTop) {
+    const auto several = openActive("Several", {}, 3);
+    const auto& windows = several.windows;
+    pressKey();
+    observer_.activate(windows[0], userTime_.time());
+    ASSERT_TRUE(becomesActive(windows[0]));
+    const auto other = openActive("Other");
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(several.pid()));
+    EXPECT_TRUE(becomesActive(windows[0]));
+    EXPECT_TRUE(waitUntil([&] {
+        return observer_.stacking() ==
+               std::vector{other.window(), windows[1], windows[2], windows[0]};
+    })) << testing::PrintToString(observer_.stacking());
+}
+
+TEST_P(ProcessActivationTest, LeavesMinimisedWindowsAloneWhileAnotherIsInSight) {
+    const auto both = openActive("Both", {}, 2);
+    const auto other = openActive("Other");
+    minimise(both.windows[1]);
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(both.pid()));
+    EXPECT_TRUE(becomesActive(both.windows[0]));
+    EXPECT_TRUE(observer_.hasState(both.windows[1], "_NET_WM_STATE_HIDDEN"));
+}
+
+TEST_P(ProcessActivationTest, StaysOnTheWorkspaceWhileAWindowIsInSight) {
+    const auto both = openActive("Both", {}, 2);
+    const auto other = openActive("Other");
+    moveAway(both.windows[1], 1);
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(both.pid()));
+    EXPECT_TRUE(becomesActive(both.windows[0]));
+    EXPECT_EQ(observer_.currentDesktop(), 0U);
+}
+
+TEST_P(ProcessActivationTest, PrefersAWindowOfAnotherWorkspaceToAMinimisedOne) {
+    const auto both = openActive("Both", {}, 2);
+    const auto other = openActive("Other");
+    minimise(both.windows[1]);
+    moveAway(both.windows[0], 1);
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(both.pid()));
+    EXPECT_TRUE(isSwitchedTo(1));
+    EXPECT_TRUE(becomesActive(both.windows[0]));
+    EXPECT_TRUE(observer_.hasState(both.windows[1], "_NET_WM_STATE_HIDDEN"));
+}
+
+TEST_P(ProcessActivationTest, RestoresOneOfSeveralMinimisedWindows) {
+    const auto several = openActive("Several", {}, 2);
+    const auto other = openActive("Other");
+    minimise(several.windows[0]);
+    minimise(several.windows[1]);
+    const auto top = isAbove(several.windows[0], several.windows[1]) ? 0U : 1U;
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(several.pid()));
+    EXPECT_TRUE(becomesActive(several.windows[top]));
+    EXPECT_TRUE(observer_.hasState(several.windows[1 - top], "_NET_WM_STATE_HIDDEN"));
+}
+
+TEST_P(ProcessActivationTest, ActivatesTheDialogAboveItsWindow) {
+    const auto application = openActive("Application", {"--transient"}, 2);
+    const auto other = openActive("Other");
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(application.pid()));
+    EXPECT_TRUE(becomesActive(application.windows[1]));
+    EXPECT_TRUE(namesBecome({"Application", "Application", "Other"}));
+}
+
+TEST_P(ProcessActivationTest, LeavesTheFrontProcessInFront) {
+    const auto other = openActive("Other");
+    const auto front = openActive("Front");
+    for (int press = 0; press < 3; ++press) {
+        pressKey();
+        EXPECT_TRUE(activation_.bringToFront(front.pid()));
+    }
+    // Whatever the presses did to the front window was done before this one becomes active.
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(other.pid()));
+    EXPECT_TRUE(becomesActive(other.window()));
+    EXPECT_TRUE(namesBecome({"Other", "Front"}));
+}
+
+TEST_P(ProcessActivationTest, FailsForAProcessWithoutOrdinaryWindows) {
+    const auto dock = open("Dock", {"--type", "dock"});
+    const auto windowless = desktop_.start({HFP_PROBE_WINDOW, "--no-window"});
+    pressKey();
+    EXPECT_FALSE(activation_.bringToFront(dock.pid()));
+    EXPECT_FALSE(activation_.bringToFront(windowless->pid()));
+    EXPECT_FALSE(activation_.bringToFront(0));
+    EXPECT_FALSE(activation_.bringToFront(-1));
+}
+
+TEST_P(ProcessActivationTest, FindsAWindowThatCameAfterTheListOfTheSamePress) {
+    const auto early = openActive("Early");
+    pressKey();
+    EXPECT_THAT(names(), ElementsAre("Early"));
+    const auto late = openActive("Late");
+    observer_.activate(early.window(), userTime_.time());
+    EXPECT_TRUE(activation_.bringToFront(late.pid()));
+}
+
+TEST_P(ProcessActivationTest, AsksNothingAgainWithinOnePress) {
+    const auto covered = openActive("Covered");
+    const auto covering = openActive("Covering");
+    pressKey();
+    EXPECT_TRUE(namesBecome({"Covering", "Covered"}));
+    constexpr int mostTries = 100; // the list is as good as new for some milliseconds only
+    unsigned int requests = 0;
+    for (int tries = 0; tries < mostTries && requests != 1; ++tries) {
+        names();
+        requests = requestsDuring(*connection_, [&] { activation_.bringToFront(covered.pid()); });
+    }
+    EXPECT_EQ(requests, 1U);
+    EXPECT_TRUE(becomesActive(covered.window()));
+}
+
+TEST_P(ProcessActivationTest, AsksAgainForTheNextPress) {
+    const auto covered = openActive("Covered");
+    pressKey();
+    EXPECT_TRUE(namesBecome({"Covered"}));
+    userTime_.record(userTime_.time() + 1);
+    EXPECT_GT(requestsDuring(*connection_, [&] { activation_.bringToFront(covered.pid()); }), 1U);
+}
+
+/// A window manager that guards the focus of whoever the user is typing to.
+class FocusStealingTest : public WindowsTest {
+protected:
+    FocusStealingTest() : WindowsTest("metacity"), keys_(desktop_.display()) {}
+
+    KeyInjector keys_;
+};
+
+TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
+    const auto target = openActive("Target");
+    const auto front = openActive("Front");
+    pressKey();
+    keys_.strike({"AC01"});
+    ASSERT_TRUE(front.process->waitForLine("key-up"));
+    ASSERT_TRUE(
+        waitUntil([&] { return !observer_.numbers(front.window(), "_NET_WM_USER_TIME").empty(); }));
+    userTime_.record(userTime_.time() - 1000);
+    EXPECT_TRUE(activation_.bringToFront(target.pid()));
+    EXPECT_TRUE(waitUntil(
+        [&] { return observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"); }));
+    EXPECT_EQ(observer_.activeWindow(), front.window());
+
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(target.pid()));
+    EXPECT_TRUE(becomesActive(target.window()));
+}
+
+/// A window manager that cannot restack, played by the test.
+class PlainWindowManagerTest : public WindowsTest {
+protected:
+    PlainWindowManagerTest() : WindowsTest("") {}
+
+    std::vector<xcb_window_t> makeManaged(std::size_t count) {
+        std::vector<xcb_window_t> windows;
+        for (std::size_t index = 0; index < count; ++index) {
+            windows.push_back(observer_.createWindow(observer_.root()));
+        }
+        observer_.setNumbers(observer_.root(), "_NET_CLIENT_LIST_STACKING", XCB_ATOM_WINDOW,
+                             windows);
+        return windows;
+    }
+};
+
+TEST_F(PlainWindowManagerTest, IsAskedToRaiseByConfiguration) {
+    const auto windows = makeManaged(3);
+    const auto cover = observer_.createWindow(observer_.root());
+    pressKey();
+    EXPECT_TRUE(activation_.bringToFront(::getpid()));
+    EXPECT_TRUE(waitUntil([&] {
+        const auto children = observer_.children(observer_.root());
+        return children == std::vector{windows[2], cover, windows[0], windows[1]};
+    }));
+}
+
+TEST_F(PlainWindowManagerTest, LeavesNoErrorsBehindForWindowsThatAreGone) {
+    const auto windows = makeManaged(3);
+    for (int press = 0; press < 3; ++press) {
+        pressKey();
+        ASSERT_EQ(names().size(), press == 0 ? 3U : 1U);
+        for (const auto window : {windows[0], windows[1]}) {
+            observer_.destroyWindow(window);
+        }
+        EXPECT_TRUE(activation_.bringToFront(::getpid()));
+    }
+    const x11::Reply<xcb_get_input_focus_reply_t> fence(xcb_get_input_focus_reply(
+        connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
+    EXPECT_EQ(xcb_poll_for_event(connection_->get()), nullptr);
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test

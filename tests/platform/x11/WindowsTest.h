@@ -1,0 +1,114 @@
+#pragma once
+
+#include "platform/x11/Connection.h"
+#include "platform/x11/DesktopObserver.h"
+#include "platform/x11/Events.h"
+#include "platform/x11/ProcessActivation.h"
+#include "platform/x11/UserTime.h"
+#include "platform/x11/WindowList.h"
+#include "platform/x11/Windows.h"
+#include "support/FakeWindowOwners.h"
+#include "support/PrivateDesktop.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+/// A running application of the private desktop, ended with the object.
+struct Application {
+    std::unique_ptr<ChildProcess> process;
+    std::vector<xcb_window_t> windows; ///< in the order in which they were opened
+
+    std::int32_t pid() const { return process->pid(); }
+    xcb_window_t window() const { return windows.front(); }
+};
+
+/// A display with a window manager (none if its name is empty), and the window services on it.
+class WindowsTest : public testing::Test {
+protected:
+    explicit WindowsTest(const std::string& windowManager = "openbox")
+        : desktop_(windowManager), observer_(desktop_.display()),
+          connection_(x11::Connection::open(desktop_.display())),
+          windows_(*connection_, owners_, userTime_), list_(windows_),
+          activation_(windows_, userTime_) {}
+
+    /// Starts an application of this class and waits until its windows are managed.
+    Application open(const std::string& name, std::vector<std::string> options = {},
+                     std::size_t count = 1) {
+        options.insert(options.begin(), {HFP_PROBE_WINDOW, "--class", "probe," + name});
+        options.insert(options.end(), {"--windows", std::to_string(count)});
+        Application application{desktop_.start(options), {}};
+        const auto isOpen = [&] {
+            application.windows = windowsIn(application.process->output());
+            return application.windows.size() == count && areManaged(application.windows);
+        };
+        if (!waitUntil(isOpen)) {
+            throw std::runtime_error(name + " did not open: " + application.process->output() +
+                                     application.process->errors());
+        }
+        return application;
+    }
+
+    /// The same, and waits until its last window is the active one.
+    Application openActive(const std::string& name, const std::vector<std::string>& options = {},
+                           std::size_t count = 1) {
+        auto application = open(name, options, count);
+        EXPECT_TRUE(becomesActive(application.windows.back()));
+        return application;
+    }
+
+    bool becomesActive(xcb_window_t window) {
+        return waitUntil([&] { return observer_.activeWindow() == window; });
+    }
+
+    /// As if a tap had just delivered a key press.
+    void pressKey() { userTime_.record(x11::Events(*connection_).serverTime()); }
+
+    /// Owner names of the visible windows from front to back.
+    std::vector<std::string> names() {
+        std::vector<std::string> result;
+        const auto infos = list_.copyWindowInfo().value();
+        for (const auto& info : infos) {
+            result.push_back(info.ownerName.value_or("(none)"));
+        }
+        return result;
+    }
+
+    bool namesBecome(const std::vector<std::string>& expected) {
+        return waitUntil([&] { return names() == expected; });
+    }
+
+    PrivateDesktop desktop_;
+    DesktopObserver observer_;
+    std::unique_ptr<x11::Connection> connection_;
+    x11::UserTime userTime_;
+    FakeWindowOwners owners_;
+    x11::Windows windows_;
+    x11::WindowList list_;
+    x11::ProcessActivation activation_;
+
+private:
+    static std::vector<xcb_window_t> windowsIn(const std::string& output) {
+        const std::string word = "mapped ";
+        std::vector<xcb_window_t> windows;
+        for (auto at = output.find(word); at != std::string::npos; at = output.find(word, at + 1)) {
+            windows.push_back(static_cast<xcb_window_t>(std::stoul(output.substr(at + 7))));
+        }
+        return windows;
+    }
+
+    bool areManaged(const std::vector<xcb_window_t>& windows) {
+        const auto managed = observer_.stacking();
+        return std::ranges::all_of(
+            windows, [&](auto window) { return std::ranges::count(managed, window) == 1; });
+    }
+};
+
+} // namespace hollowfernpike::test
