@@ -13,7 +13,7 @@ namespace hollowfernpike::test {
 namespace {
 
 /// One argument of an entry's Exec line: quoted, and escaped once more as every text of an entry.
-std::string quoted(std::string_view argument) {
+std::string asWord(std::string_view argument) {
     std::string result = "\"";
     for (const char letter : argument) {
         if (letter == '%') {
@@ -63,7 +63,7 @@ Application::Application(const PrivateDesktop& desktop, std::string name,
     entry << "[Desktop Entry]\nType=Application\nStartupNotify=true\nName=" << name_
           << "\nStartupWMClass=" << windowClass << "\nExec=";
     for (const auto& argument : arguments_) {
-        entry << quoted(argument) << ' ';
+        entry << asWord(argument) << ' ';
     }
     entry << '\n';
 }
