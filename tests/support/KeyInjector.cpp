@@ -35,12 +35,19 @@ void KeyInjector::press(std::string_view keyName) {
     if (key == 0) {
         throw std::invalid_argument("no key " + std::string{keyName});
     }
+    press(key);
+}
+
+void KeyInjector::release(std::string_view keyName) {
+    release(keycode(keyName));
+}
+
+void KeyInjector::press(xcb_keycode_t key) {
     down_.push_back(key);
     fake(XCB_KEY_PRESS, key);
 }
 
-void KeyInjector::release(std::string_view keyName) {
-    const auto key = keycode(keyName);
+void KeyInjector::release(xcb_keycode_t key) {
     std::erase(down_, key);
     fake(XCB_KEY_RELEASE, key);
 }

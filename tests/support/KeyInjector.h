@@ -20,6 +20,10 @@ public:
     void press(std::string_view keyName);
     void release(std::string_view keyName);
 
+    /// The same by the key's number, without asking the server for it first.
+    void press(xcb_keycode_t key);
+    void release(xcb_keycode_t key);
+
     /// Presses the keys in this order and lets them go in the opposite one.
     void strike(const std::vector<std::string>& keyNames);
 

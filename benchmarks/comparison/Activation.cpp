@@ -1,0 +1,65 @@
+#include "comparison/Activation.h"
+
+namespace hollowfernpike::bench {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 10s;
+constexpr double budgetWithFewWindows = 0.25;
+constexpr double budgetWithManyWindows = 0.4;
+constexpr int furtherPrograms = 10;
+constexpr int windowsOfEach = 5;
+
+class ActivationScene {
+public:
+    std::vector<Series> race(Rounds rounds) {
+        return bench::race(arena_, contestants(), rounds, [this](pid_t process) {
+            arena_.bringToFront(other_);
+            arena_.settle(process);
+            return arena_.timePress([this] { return whenInFront(target_); });
+        });
+    }
+
+    void openFurtherWindows() {
+        for (int program = 0; program < furtherPrograms; ++program) {
+            arena_.open("Further" + std::to_string(program), windowsOfEach);
+        }
+    }
+
+private:
+    std::vector<Contestant> contestants() const {
+        const auto& desktop = arena_.desktop;
+        const std::string windowControl = "wmctrl -x -a Target.Target";
+        return {
+            ours(desktop, {entry_, "Target"}),
+            sxhkd(desktop, "sxhkd + wmctrl", windowControl),
+            xbindkeys(desktop, "xbindkeys + wmctrl", windowControl),
+            sxhkd(desktop, "sxhkd + xdotool", "xdotool search --class Target windowactivate"),
+        };
+    }
+
+    std::optional<Arena::Clock::time_point> whenInFront(xcb_window_t window) {
+        const auto arrival = arena_.front.wait(window, patience);
+        return arrival ? std::optional{arrival->time} : std::nullopt;
+    }
+
+    Arena arena_;
+    std::filesystem::path entry_ = arena_.install("Target", HFP_PROBE_WINDOW);
+    xcb_window_t target_ = arena_.open("Target");
+    xcb_window_t other_ = arena_.open("Other");
+};
+
+} // namespace
+
+void measureActivation(Table& table, Rounds rounds) {
+    ActivationScene scene;
+    table.section("Key press to other window active, 2 windows");
+    report(table, scene.race(rounds), budgetWithFewWindows);
+    scene.openFurtherWindows();
+    table.section("Key press to other window active, 52 windows");
+    report(table, scene.race(rounds), budgetWithManyWindows);
+}
+
+} // namespace hollowfernpike::bench

@@ -1,0 +1,127 @@
+#include "comparison/Arena.h"
+
+#include "comparison/Contestant.h"
+#include "comparison/Processes.h"
+#include "support/WaitUntil.h"
+
+#include <charconv>
+#include <fstream>
+#include <ranges>
+#include <stdexcept>
+
+namespace hollowfernpike::bench {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 20s;
+constexpr int looks = 3; // in a row that find everything asleep
+
+/// The number of the last window in the program's account of "mapped" windows, if there are enough.
+std::vector<xcb_window_t> mappedWindows(const std::string& account) {
+    std::vector<xcb_window_t> windows;
+    for (const auto line : std::views::split(account, '\n')) {
+        const std::string_view text{line.begin(), line.end()};
+        constexpr std::string_view mark = "mapped ";
+        xcb_window_t window = XCB_NONE;
+        if (text.starts_with(mark)) {
+            std::from_chars(text.data() + mark.size(), text.data() + text.size(), window);
+            windows.push_back(window);
+        }
+    }
+    return windows;
+}
+
+/// Keys that are down, and let go again whatever happens.
+class Held {
+public:
+    Held(test::KeyInjector& keyboard, std::vector<std::string> modifiers)
+        : keyboard_(keyboard), modifiers_(std::move(modifiers)) {
+        for (const auto& modifier : modifiers_) {
+            keyboard_.press(modifier);
+        }
+    }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    ~Held() {
+        for (const auto& modifier : std::views::reverse(modifiers_)) {
+            keyboard_.release(modifier);
+        }
+    }
+
+private:
+    test::KeyInjector& keyboard_;
+    std::vector<std::string> modifiers_;
+};
+
+} // namespace
+
+Arena::Arena() {
+    // The peers' manuals recommend a light shell for a quick start of their commands.
+    ::setenv("SHELL", "/bin/sh", 1);
+    ::unsetenv("SXHKD_SHELL");
+}
+
+std::filesystem::path Arena::install(const std::string& name, const std::string& exec) const {
+    const auto file = desktop.applications() / (name + ".desktop");
+    std::ofstream{file} << "[Desktop Entry]\nType=Application\nName=" << name
+                        << "\nStartupWMClass=" << name << "\nExec=" << exec << '\n';
+    return file;
+}
+
+xcb_window_t Arena::open(const std::string& name, int windows) {
+    auto& program = *programs_.emplace_back(
+        desktop.start({HFP_PROBE_WINDOW, "--title", name, "--class", name + ',' + name, "--windows",
+                       std::to_string(windows)}));
+    std::vector<xcb_window_t> seen;
+    const auto allSeen = [&] {
+        seen = mappedWindows(program.output());
+        return std::ssize(seen) >= windows;
+    };
+    if (!test::waitUntil(allSeen, patience)) {
+        throw std::runtime_error(name + " shows no window: " + program.errors());
+    }
+    return seen.front();
+}
+
+void Arena::bringToFront(xcb_window_t window) {
+    pager.activate(window);
+    const auto isThere = [&] {
+        return pager.activeWindow() == window && pager.focusedWindow() == window;
+    };
+    if (!test::waitUntil(isThere, patience)) {
+        throw std::runtime_error("the window manager brings no window to the front");
+    }
+}
+
+void Arena::settle(pid_t process) {
+    int quietLooks = 0;
+    const auto isQuiet = [&] {
+        const bool asleep = isAsleep(process) && isAsleep(desktop.windowManager().pid()) &&
+                            isAsleep(desktop.virtualDisplay().server().pid());
+        quietLooks = asleep ? quietLooks + 1 : 0;
+        return quietLooks >= looks;
+    };
+    if (!test::waitUntil(isQuiet, patience)) {
+        throw std::runtime_error("the desktop does not come to rest");
+    }
+}
+
+double Arena::timePress(const std::function<std::optional<Clock::time_point>()>& arrival) {
+    auto modifiers = combination.keys();
+    modifiers.pop_back();
+    const Held held(keyboard, modifiers);
+    const auto key = keyboard.keycode(combination.keyName());
+    front.forget();
+    const auto start = Clock::now();
+    keyboard.press(key);
+    const auto end = arrival();
+    keyboard.release(key);
+    if (!end) {
+        throw std::runtime_error("a press of the combination had no effect");
+    }
+    return std::chrono::duration<double>(*end - start).count();
+}
+
+} // namespace hollowfernpike::bench

@@ -1,0 +1,86 @@
+#include "comparison/Contestant.h"
+
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <fstream>
+#include <stdexcept>
+
+#include <nlohmann/json.hpp>
+
+namespace hollowfernpike::bench {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 20s;
+
+std::string shortcutList(const InstalledApplication& application) {
+    return nlohmann::json::array({{{"id", "00000000-0000-4000-8000-000000000001"},
+                                   {"keyCode", combination.keyCode},
+                                   {"modifierFlags", combination.modifierFlags},
+                                   {"appPath", application.entry},
+                                   {"appName", application.name},
+                                   {"appBundleIdentifier", application.name}}})
+        .dump();
+}
+
+test::KeyGrab grabOf(const std::string& display) {
+    return {test::KeyInjector{display}.keycode(combination.keyName()), combination.modifierState()};
+}
+
+void write(const std::filesystem::path& file, const std::string& text) {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream{file} << text;
+}
+
+} // namespace
+
+Contestant ours(const test::PrivateDesktop& desktop, const InstalledApplication& application) {
+    return {.name = "hollowfernpike",
+            .file = desktop.dataHome() / "Hollowfernpike" / "shortcuts.json",
+            .configuration = shortcutList(application),
+            .arguments = {HFP_PROGRAM}};
+}
+
+Contestant sxhkd(const test::PrivateDesktop& desktop, const std::string& name,
+                 const std::string& command) {
+    const auto file = desktop.home() / "sxhkdrc";
+    return {.name = name,
+            .file = file,
+            .configuration = "ctrl + alt + x\n    " + command + '\n',
+            .arguments = {"sxhkd", "-c", file}};
+}
+
+Contestant xbindkeys(const test::PrivateDesktop& desktop, const std::string& name,
+                     const std::string& command) {
+    const auto file = desktop.home() / "xbindkeysrc";
+    return {.name = name,
+            .file = file,
+            .configuration = '"' + command + "\"\n    Control + Alt + x\n",
+            .arguments = {"xbindkeys", "--nodaemon", "--file", file}};
+}
+
+RunningContestant::RunningContestant(const test::PrivateDesktop& desktop,
+                                     const Contestant& contestant)
+    : prober_(desktop.display()), grab_(grabOf(desktop.display())) {
+    write(contestant.file, contestant.configuration);
+    process_ = desktop.start(contestant.arguments);
+    if (!test::waitUntil([this] { return holdsCombination(); }, patience)) {
+        throw std::runtime_error(contestant.name +
+                                 " does not get the combination: " + process_->errors());
+    }
+}
+
+RunningContestant::~RunningContestant() {
+    process_->signal(SIGTERM);
+    static_cast<void>(process_->wait(patience));
+    static_cast<void>(test::waitUntil([this] { return !holdsCombination(); }, patience));
+}
+
+bool RunningContestant::holdsCombination() {
+    return prober_.areTaken({grab_});
+}
+
+} // namespace hollowfernpike::bench

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "desktop/Combination.h"
+#include "desktop/KeyGrabber.h"
+#include "support/KeyInjector.h"
+#include "support/PrivateDesktop.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::bench {
+
+/// The combination that every contestant waits for.
+inline const test::Combination combination{7, test::control | test::option};
+
+/// An application as the desktop has it installed.
+struct InstalledApplication {
+    std::filesystem::path entry;
+    std::string name; ///< also its identifier
+};
+
+/// A program that acts on the combination: how to configure and to start it.
+struct Contestant {
+    std::string name;
+    std::filesystem::path file; ///< that it reads at its start
+    std::string configuration;
+    std::vector<std::string> arguments;
+};
+
+Contestant ours(const test::PrivateDesktop& desktop, const InstalledApplication& application);
+
+/// Peers that run `command` through their shell; `name` says which pair it is.
+Contestant sxhkd(const test::PrivateDesktop& desktop, const std::string& name,
+                 const std::string& command);
+Contestant xbindkeys(const test::PrivateDesktop& desktop, const std::string& name,
+                     const std::string& command);
+
+/// A contestant at work, from the moment when it holds the combination to its orderly end.
+class RunningContestant {
+public:
+    /// Throws std::runtime_error if it does not get there. The desktop must outlive it.
+    RunningContestant(const test::PrivateDesktop& desktop, const Contestant& contestant);
+    RunningContestant(const RunningContestant&) = delete;
+    RunningContestant& operator=(const RunningContestant&) = delete;
+
+    /// Ends it and waits until the combination is free.
+    ~RunningContestant();
+
+    pid_t pid() const { return process_->pid(); }
+
+private:
+    bool holdsCombination();
+
+    test::KeyGrabber prober_;
+    test::KeyGrab grab_;
+    std::unique_ptr<test::ChildProcess> process_;
+};
+
+} // namespace hollowfernpike::bench

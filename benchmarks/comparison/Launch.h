@@ -1,0 +1,10 @@
+#pragma once
+
+#include "comparison/Race.h"
+
+namespace hollowfernpike::bench {
+
+/// Key press to the first statement of a small program's main function.
+void measureLaunch(Table& table, Rounds rounds);
+
+} // namespace hollowfernpike::bench

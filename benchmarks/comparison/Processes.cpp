@@ -1,0 +1,67 @@
+#include "comparison/Processes.h"
+
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace hollowfernpike::bench {
+
+namespace {
+
+std::filesystem::path folderOf(pid_t process) {
+    return std::filesystem::path("/proc") / std::to_string(process);
+}
+
+std::string contents(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream{file}.rdbuf();
+    return text.str();
+}
+
+/// The number behind "NAME:" at the beginning of a line.
+std::int64_t valueOf(const std::string& text, const std::string& name) {
+    const auto line = ('\n' + text).find('\n' + name + ':');
+    if (line == std::string::npos) {
+        throw std::runtime_error("the system does not tell " + name);
+    }
+    return std::stoll(text.substr(line + name.size() + 1));
+}
+
+bool isSleepingThread(const std::filesystem::path& thread) {
+    const auto text = contents(thread / "stat");
+    const auto nameEnd = text.rfind(')');
+    return nameEnd != std::string::npos && text.substr(nameEnd + 1, 2) == " S";
+}
+
+} // namespace
+
+bool isAsleep(pid_t process) {
+    for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
+        if (!isSleepingThread(thread)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::int64_t contextSwitches(pid_t process) {
+    std::int64_t sum = 0;
+    for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
+        const auto status = contents(thread.path() / "status");
+        sum += valueOf(status, "voluntary_ctxt_switches") +
+               valueOf(status, "nonvoluntary_ctxt_switches");
+    }
+    return sum;
+}
+
+Memory memoryOf(pid_t process) {
+    constexpr std::int64_t kibibyte = 1024;
+    const auto text = contents(folderOf(process) / "smaps_rollup");
+    return {.resident = valueOf(text, "Rss") * kibibyte,
+            .privateDirty = valueOf(text, "Private_Dirty") * kibibyte};
+}
+
+} // namespace hollowfernpike::bench

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+#include <sys/types.h>
+
+namespace hollowfernpike::bench {
+
+/// Whether all threads of the process sleep.
+bool isAsleep(pid_t process);
+
+/// How often the process's threads have been switched to or from so far, by their own will or not.
+/// A thread that sleeps adds nothing.
+std::int64_t contextSwitches(pid_t process);
+
+struct Memory {
+    std::int64_t resident = 0; ///< bytes
+    std::int64_t privateDirty = 0;
+};
+
+Memory memoryOf(pid_t process);
+
+} // namespace hollowfernpike::bench

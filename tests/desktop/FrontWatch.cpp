@@ -1,0 +1,101 @@
+#include "desktop/FrontWatch.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+#include <string_view>
+
+#include <poll.h>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+template <class T>
+std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
+    return {reply, &std::free};
+}
+
+xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
+    const auto cookie =
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto reply = held(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : XCB_NONE;
+}
+
+int millisecondsUntil(FrontWatch::Clock::time_point deadline) {
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - FrontWatch::Clock::now());
+    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
+}
+
+} // namespace
+
+FrontWatch::FrontWatch(const std::string& display)
+    : connection_(xcb_connect(display.c_str(), nullptr)) {
+    if (xcb_connection_has_error(connection_) != 0) {
+        xcb_disconnect(connection_);
+        throw std::runtime_error("no display " + display);
+    }
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+    activeWindowAtom_ = atom(connection_, "_NET_ACTIVE_WINDOW");
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &events);
+    forget();
+}
+
+FrontWatch::~FrontWatch() {
+    xcb_disconnect(connection_);
+}
+
+void FrontWatch::forget() {
+    held(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    while (held(xcb_poll_for_event(connection_))) {
+    }
+}
+
+std::optional<FrontWatch::Arrival>
+FrontWatch::wait(const std::function<bool(xcb_window_t)>& isWanted,
+                 std::chrono::milliseconds bound) {
+    const auto deadline = Clock::now() + bound;
+    while (waitForNews(deadline)) {
+        Arrival arrival{.time = Clock::now()};
+        arrival.window = activeWindow();
+        if (isWanted(arrival.window)) {
+            return arrival;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<FrontWatch::Arrival> FrontWatch::wait(xcb_window_t window,
+                                                    std::chrono::milliseconds bound) {
+    return wait([window](xcb_window_t active) { return active == window; }, bound);
+}
+
+bool FrontWatch::waitForNews(Clock::time_point deadline) {
+    pollfd descriptor{xcb_get_file_descriptor(connection_), POLLIN, 0};
+    do {
+        while (const auto event = held(xcb_poll_for_event(connection_))) {
+            if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY &&
+                reinterpret_cast<const xcb_property_notify_event_t&>(*event).atom ==
+                    activeWindowAtom_) {
+                return true;
+            }
+        }
+    } while (::poll(&descriptor, 1, millisecondsUntil(deadline)) > 0 &&
+             xcb_connection_has_error(connection_) == 0);
+    return false;
+}
+
+xcb_window_t FrontWatch::activeWindow() {
+    const auto cookie =
+        xcb_get_property(connection_, 0, root_, activeWindowAtom_, XCB_ATOM_WINDOW, 0, 1);
+    const auto reply = held(xcb_get_property_reply(connection_, cookie, nullptr));
+    return reply && xcb_get_property_value_length(reply.get()) == sizeof(xcb_window_t)
+               ? *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()))
+               : XCB_NONE;
+}
+
+} // namespace hollowfernpike::test
