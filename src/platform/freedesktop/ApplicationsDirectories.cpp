@@ -3,6 +3,7 @@
 #include "platform/freedesktop/BaseDirectories.h"
 #include "platform/freedesktop/DirectoryWatch.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <sstream>
 #include <system_error>
@@ -14,36 +15,47 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int deepestLevel = 8;
-
 // Collects in one pass over all directories.
 class Collector {
 public:
     explicit Collector(DirectoryWatch& watch) : watch_(watch) {}
 
-    void addDirectory(const fs::path& directory, const std::string& prefix, int level = 0) {
+    void addDirectory(const fs::path& directory, const std::string& prefix) {
         watch_.add(directory);
-        std::vector<fs::directory_entry> subdirectories;
+        const auto stamp = stampOf(directory);
+        if (!stamp || isBelowItself(*stamp)) {
+            return;
+        }
+        path_.push_back(*stamp);
+        for (const auto& below : addFiles(directory, prefix)) {
+            addDirectory(below, prefix + below.filename().string() + '-');
+        }
+        path_.pop_back();
+    }
+
+    std::vector<InstalledFile> take() { return std::move(files_); }
+
+private:
+    bool isBelowItself(const FileStamp& directory) const {
+        return std::ranges::any_of(path_,
+                                   [&](const auto& above) { return above.isSameFile(directory); });
+    }
+
+    // Files come before subdirectories, which are returned.
+    std::vector<fs::path> addFiles(const fs::path& directory, const std::string& prefix) {
+        std::vector<fs::path> subdirectories;
         std::error_code error;
         for (fs::directory_iterator file(directory, error), end; !error && file != end;
              file.increment(error)) {
             if (file->path().extension() == ".desktop") {
                 addFile(file->path(), prefix);
             } else if (std::error_code unknown; file->is_directory(unknown)) {
-                subdirectories.push_back(*file);
+                subdirectories.push_back(file->path());
             }
         }
-        for (const auto& below : subdirectories) {
-            if (level < deepestLevel) {
-                addDirectory(below.path(), prefix + below.path().filename().string() + '-',
-                             level + 1);
-            }
-        }
+        return subdirectories;
     }
 
-    std::vector<InstalledFile> take() { return std::move(files_); }
-
-private:
     void addFile(const fs::path& path, const std::string& prefix) {
         const auto identifier = prefix + path.stem().string();
         const auto stamp = stampOf(path);
@@ -55,6 +67,7 @@ private:
     DirectoryWatch& watch_;
     std::vector<InstalledFile> files_;
     std::unordered_set<std::string> identifiers_;
+    std::vector<FileStamp> path_; // from the applications directory down to the current one
 };
 
 } // namespace

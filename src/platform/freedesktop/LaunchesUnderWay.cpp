@@ -84,10 +84,10 @@ void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
     if (!find(launch->entry.stamp)) {
         return;
     }
-    launch->windowsBefore = countWindows(windows_.clientWindows(), launch->entry);
     if (!windowWatch_) {
         windowWatch_ = windows_.watch([this] { lookForWindows(); });
     }
+    launch->windowsBefore = countWindows(windows_.clientWindows(), launch->entry);
     mainQueue_.asyncAfter(limit, [this, weak = std::weak_ptr(launch)] {
         if (const auto late = weak.lock()) {
             giveUp(*late);

@@ -98,7 +98,7 @@ void ProcessTable::refresh() {
     }
     for (auto& [number, known] : processes_) {
         if (known.isYoung) {
-            known = look(number);
+            lookAgain(number, known);
         }
     }
     if (!newest || newest != newest_) {
@@ -131,6 +131,16 @@ ProcessTable::Known ProcessTable::look(std::int32_t process) const {
         known.identifier = resolve(process);
     }
     return known;
+}
+
+// What a process was is still known when it has ended and tells nothing any more.
+void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
+    const auto status = processStatus(process);
+    if (status && status->hasEnded && status->startTime == known.status.startTime) {
+        known.isYoung = false;
+    } else {
+        known = look(process);
+    }
 }
 
 std::string ProcessTable::resolve(std::int32_t process) const {

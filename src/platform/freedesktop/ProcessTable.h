@@ -48,6 +48,7 @@ private:
     void refresh();
     void scan();
     Known look(std::int32_t process) const;
+    void lookAgain(std::int32_t process, Known& known) const;
     std::string resolve(std::int32_t process) const;
     bool isHelper(const LiveProcess& process, const std::vector<LiveProcess>& candidates) const;
 
