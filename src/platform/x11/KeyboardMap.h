@@ -16,6 +16,7 @@ struct KeyState {
     xcb_keycode_t key = 0;
     ModifierState modifiers = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check misreads the generated comparison
     auto operator<=>(const KeyState&) const = default;
 };
 
