@@ -46,7 +46,7 @@ private:
     }
 
     Arena arena_;
-    std::filesystem::path entry_ = arena_.install("Target", HFP_PROBE_WINDOW);
+    std::filesystem::path entry_ = arena_.install("Target", arena_.programFile("Target"));
     xcb_window_t target_ = arena_.open("Target");
     xcb_window_t other_ = arena_.open("Other");
 };

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 constexpr auto patience = 20s;
 constexpr int looks = 3; // in a row that find everything asleep
 
-/// The number of the last window in the program's account of "mapped" windows, if there are enough.
+/// The windows that the program tells are on the screen.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     std::vector<xcb_window_t> windows;
     for (const auto line : std::views::split(account, '\n')) {
@@ -70,10 +70,17 @@ std::filesystem::path Arena::install(const std::string& name, const std::string&
     return file;
 }
 
+std::filesystem::path Arena::programFile(const std::string& name) const {
+    return desktop.home() / "programs" / name;
+}
+
 xcb_window_t Arena::open(const std::string& name, int windows) {
-    auto& program = *programs_.emplace_back(
-        desktop.start({HFP_PROBE_WINDOW, "--title", name, "--class", name + ',' + name, "--windows",
-                       std::to_string(windows)}));
+    const auto file = programFile(name);
+    std::filesystem::create_directories(file.parent_path());
+    std::filesystem::copy_file(HFP_PROBE_WINDOW, file);
+    auto& program =
+        *programs_.emplace_back(desktop.start({file, "--title", name, "--class", name + ',' + name,
+                                               "--windows", std::to_string(windows)}));
     std::vector<xcb_window_t> seen;
     const auto allSeen = [&] {
         seen = mappedWindows(program.output());

@@ -28,6 +28,10 @@ public:
     /// windows.
     std::filesystem::path install(const std::string& name, const std::string& exec) const;
 
+    /// Where open() keeps the program of that name. Each has a file of its own, for programs can be
+    /// told apart by their files.
+    std::filesystem::path programFile(const std::string& name) const;
+
     /// Opens that many windows of one program and returns the first when all can be seen.
     xcb_window_t open(const std::string& name, int windows = 1);
 

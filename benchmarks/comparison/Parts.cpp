@@ -1,6 +1,7 @@
 #include "comparison/Parts.h"
 
 #include "support/ChildProcess.h"
+#include "support/WaitUntil.h"
 
 #include <array>
 #include <stdexcept>
@@ -49,7 +50,11 @@ nlohmann::json run(int repetitions, std::chrono::milliseconds atLeast) {
                                 "--benchmark_repetitions=" + std::to_string(repetitions),
                                 "--benchmark_report_aggregates_only=true",
                                 "--benchmark_min_time=" + std::to_string(seconds.count())});
-    if (program.wait(patience) != 0) {
+    const auto isDone = [&] {
+        program.output(); // a full pipe would stop it
+        return program.hasEnded();
+    };
+    if (!test::waitUntil(isDone, patience) || program.wait() != 0) {
         throw std::runtime_error("the micro benchmarks failed: " + program.errors());
     }
     return nlohmann::json::parse(program.output());
@@ -60,7 +65,8 @@ nlohmann::json run(int repetitions, std::chrono::milliseconds atLeast) {
 void measureParts(Table& table, int repetitions, std::chrono::milliseconds atLeast) {
     table.section("Parts by themselves, by the number of shortcuts");
     std::size_t judged = 0;
-    for (const auto& result : run(repetitions, atLeast).at("benchmarks")) {
+    const auto results = run(repetitions, atLeast);
+    for (const auto& result : results.at("benchmarks")) {
         if (result.contains("error_occurred")) {
             throw std::runtime_error(result.at("error_message").get<std::string>());
         }

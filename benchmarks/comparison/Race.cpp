@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <span>
+#include <stdexcept>
 
 namespace hollowfernpike::bench {
 
@@ -18,11 +19,15 @@ Series& seriesOf(std::vector<Series>& results, const std::string& contestant) {
 void runBlock(Arena& arena, const Contestant& contestant, int rounds,
               const std::function<double(pid_t)>& measure, Series& series) {
     const RunningContestant running(arena.desktop, contestant);
-    for (int round = -warmUps; round < rounds; ++round) {
-        const double seconds = measure(running.pid());
-        if (round >= 0) {
-            series.seconds.push_back(seconds);
+    try {
+        for (int round = -warmUps; round < rounds; ++round) {
+            const double seconds = measure(running.pid());
+            if (round >= 0) {
+                series.seconds.push_back(seconds);
+            }
         }
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(contestant.name + ": " + error.what());
     }
 }
 

@@ -46,7 +46,7 @@ private:
     Arena arena_;
     xcb_window_t window_ = arena_.open("Target");
     Contestant contestant_ =
-        ours(arena_.desktop, {arena_.install("Target", HFP_PROBE_WINDOW), "Target"});
+        ours(arena_.desktop, {arena_.install("Target", arena_.programFile("Target")), "Target"});
 };
 
 Figure wakeUps(const std::string& when, std::int64_t count) {

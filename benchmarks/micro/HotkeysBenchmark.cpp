@@ -158,7 +158,7 @@ std::vector<platform::KeyEvent> shuffledKeyPresses(std::int64_t first, std::int6
 
 void press(benchmark::State& state, const std::vector<platform::KeyEvent>& presses) {
     std::size_t next = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(
             hotkeyEventTapCallback(nullptr, platform::eventKeyDown, &presses[next], nullptr));
         next = next + 1 == presses.size() ? 0 : next + 1;
@@ -183,7 +183,7 @@ void callbackHit(benchmark::State& state) {
 
 void mapBuild(benchmark::State& state) {
     const Hotkeys hotkeys(state.range(0));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         HotkeyManager::shared().buildShortcutMap();
     }
 }
