@@ -29,6 +29,12 @@ std::string asWord(std::string_view argument) {
     return result + '"';
 }
 
+/// A percent sign is a field code to whoever looks for the program of an Exec line.
+std::string withoutPercent(std::string name) {
+    std::erase(name, '%');
+    return name;
+}
+
 std::optional<unsigned> number(const std::string& text) {
     unsigned value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -52,7 +58,8 @@ Application::Application(const PrivateDesktop& desktop, std::string name,
                          const ApplicationTraits& traits)
     : desktop_(desktop), name_(std::move(name)),
       entry_(desktop.applications() / (name_ + ".desktop")),
-      program_(desktop.home() / "programs" / name_), log_(desktop.home() / (name_ + ".log")) {
+      program_(desktop.home() / "programs" / withoutPercent(name_)),
+      log_(desktop.home() / (name_ + ".log")) {
     const auto windowClass = traits.windowClass.empty() ? name_ : traits.windowClass;
     std::filesystem::create_directories(program_.parent_path());
     std::filesystem::copy_file(HFP_PROBE_WINDOW, program_);
