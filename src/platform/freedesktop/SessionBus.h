@@ -17,7 +17,7 @@ struct BusCall {
     std::string object;
     std::string interface;
     std::string method;
-    VariantPointer arguments;  ///< a tuple
+    VariantPointer arguments;  ///< a tuple; null for none
     bool startsService = true; ///< the bus may start the destination
 };
 

@@ -40,8 +40,8 @@ TEST(ProcessFacts, TellProgramArgumentsAndDisplay) {
 TEST(ProcessFacts, TheLaunchEnvironmentCountsOnlyForTheProcessThatItNames) {
     ChildProcess process(
         {"/bin/sh", "-c", "GIO_LAUNCHED_DESKTOP_FILE_PID=$$ exec /usr/bin/sleep 300"},
-        {{"GIO_LAUNCHED_DESKTOP_FILE", "/a/b.desktop"}});
-    ASSERT_TRUE(hasStarted(process, "/sleep"));
+        {{"GIO_LAUNCHED_DESKTOP_FILE", "/a/b.desktop"}, {"DISPLAY", ":1"}});
+    ASSERT_TRUE(hasStarted(process, "/sleep", ":1"));
     EXPECT_EQ(processFacts(process.pid()).launchedEntry, "/a/b.desktop");
     ChildProcess other({"/usr/bin/sleep", "300"}, {{"GIO_LAUNCHED_DESKTOP_FILE", "/a/b.desktop"},
                                                    {"GIO_LAUNCHED_DESKTOP_FILE_PID", "1"},
