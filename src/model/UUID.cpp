@@ -10,12 +10,14 @@ constexpr std::string_view form = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
 constexpr std::string_view digits = "0123456789ABCDEF";
 
 std::optional<std::uint8_t> digitValue(char digit) {
-    const char upper = digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
-    const auto value = digits.find(upper);
-    if (value == std::string_view::npos) {
-        return std::nullopt;
+    if (digit >= '0' && digit <= '9') {
+        return static_cast<std::uint8_t>(digit - '0');
     }
-    return static_cast<std::uint8_t>(value);
+    const char lower = static_cast<char>(digit | 0x20);
+    if (lower >= 'a' && lower <= 'f') {
+        return static_cast<std::uint8_t>(lower - 'a' + 10);
+    }
+    return std::nullopt;
 }
 
 } // namespace

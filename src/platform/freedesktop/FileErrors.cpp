@@ -52,7 +52,7 @@ std::string japaneseText(int number) {
 
 platform::FileError describe(FileOperation operation, const std::filesystem::path& path, int number,
                              const std::string& japanese, const std::string& english) {
-    const auto shown = path.native();
+    const auto& shown = path.native();
     std::string japaneseStart;
     std::string englishStart;
     switch (operation) {

@@ -241,17 +241,6 @@ TEST_F(AtomicFileTest, withJustEnoughRoomItSucceeds) {
     EXPECT_EQ(contentsOf(file()), std::string(100000, 'x'));
 }
 
-TEST_F(AtomicFileTest, withoutFreeDescriptorsItFails) {
-    putFile(file(), "old");
-    const auto write = [&] {
-        const rlimit none{0, 0};
-        ::setrlimit(RLIMIT_NOFILE, &none);
-        ::_exit(failure(file()) == std::errc::too_many_files_open ? 0 : 1);
-    };
-    EXPECT_EXIT(write(), testing::ExitedWithCode(0), "");
-    EXPECT_EQ(contentsOf(file()), "old");
-}
-
 TEST_F(AtomicFileTest, inAFolderThatMayNotBeWrittenItFails) {
     putFile(file(), "old");
     ASSERT_EQ(::chmod(folder().c_str(), 0555), 0);
