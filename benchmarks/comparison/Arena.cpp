@@ -61,6 +61,10 @@ Arena::Arena() {
     // The peers' manuals recommend a light shell for a quick start of their commands.
     ::setenv("SHELL", "/bin/sh", 1);
     ::unsetenv("SXHKD_SHELL");
+    // A held key that repeats would ask a slow contestant again and again.
+    if (desktop.start({"xset", "r", "off"})->wait(patience) != 0) {
+        throw std::runtime_error("keys cannot be kept from repeating");
+    }
 }
 
 std::filesystem::path Arena::install(const std::string& name, const std::string& exec) const {
