@@ -60,6 +60,10 @@ public:
 
     const platform::Services& services() const { return services_; }
 
+    /// Reads the installed applications and finds the owners of the open windows, so that the first
+    /// key press does not pay for it.
+    void prepare() { clientWindows_.clientWindows(); }
+
 private:
     qt::MainQueue& mainQueue_;
     x11::AccessibilityTrust& trust_;
@@ -109,6 +113,7 @@ public:
         platform::setServices(&desktop_->services());
         delegate_.emplace(desktop_->services());
         delegate_->applicationDidFinishLaunching();
+        mainQueue_.async([this] { desktop_->prepare(); });
     }
 
     void terminate() {
