@@ -3,6 +3,7 @@
 #include "platform/MainQueue.h"
 #include "support/WaitUntil.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -13,7 +14,10 @@ namespace hollowfernpike::test {
 /// A main queue in real time that the test's own thread drives: work runs inside runUntil().
 class PumpedMainQueue final : public platform::MainQueue {
 public:
-    void async(Work work) override { schedule(0ms, std::move(work)); }
+    void async(Work work) override {
+        ++handedOver_;
+        schedule(0ms, std::move(work));
+    }
     void asyncAfter(std::chrono::milliseconds delay, Work work) override {
         schedule(delay, std::move(work));
     }
@@ -32,12 +36,8 @@ public:
         return true;
     }
 
-    /// Runs what is due by now.
-    void runDue() {
-        while (const auto work = takeDue()) {
-            work();
-        }
-    }
+    /// How often async() was called so far: how often the main thread was woken for something.
+    unsigned handedOver() const { return handedOver_; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -65,6 +65,7 @@ private:
         arrival_.wait_for(lock, 2ms);
     }
 
+    std::atomic<unsigned> handedOver_ = 0;
     std::mutex mutex_;
     std::condition_variable arrival_;
     std::multimap<Clock::time_point, Work> waiting_;

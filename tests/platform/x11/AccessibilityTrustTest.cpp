@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 
 namespace hollowfernpike::test {
 
@@ -70,6 +71,27 @@ TEST_F(AccessibilityTrustTest, theDisplayOfTheEnvironmentIsAskedByDefault) {
     ASSERT_EQ(::unsetenv("DISPLAY"), 0);
     EXPECT_FALSE(trust.isProcessTrustedWithPrompt());
     EXPECT_EQ(prompts_, std::vector{TrustProblem::noDisplay});
+}
+
+TEST_F(AccessibilityTrustTest, aServerThatIsAGuestOfWaylandIsRefused) {
+    const Environment session{{"XDG_RUNTIME_DIR", home_.path().string()},
+                              {"DISPLAY", display_.name()},
+                              {"WAYLAND_DISPLAY", "compositor"}};
+    ChildProcess compositor({"weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so",
+                             "--use-pixman", "--no-config", "--socket=compositor"},
+                            session);
+    ASSERT_TRUE(
+        waitUntil([&] { return std::filesystem::exists(home_.path() / "compositor"); }, 30s))
+        << compositor.errors();
+    ChildProcess guest({"Xwayland", "-displayfd", "1", "-noreset"}, session);
+    const auto number = guest.waitForLine("", 30s);
+    ASSERT_TRUE(number) << guest.errors();
+
+    x11::AccessibilityTrust trust{[this](TrustProblem problem) { prompts_.push_back(problem); },
+                                  ':' + *number};
+    EXPECT_TRUE(waitUntil([&] { return !trust.isProcessTrusted(); }));
+    EXPECT_FALSE(trust.isProcessTrustedWithPrompt());
+    EXPECT_EQ(prompts_, std::vector{TrustProblem::guestOfWayland});
 }
 
 TEST_F(AccessibilityTrustTest, aServerThatWentAwayIsNoDisplay) {

@@ -38,6 +38,19 @@ TEST_F(SwallowingTest, aCombinationThatIsNotBoundReachesTheFocusedWindow) {
     EXPECT_TRUE(tap_->presses.empty());
 }
 
+TEST_F(SwallowingTest, pressesThatAreNotBoundWakeNobody) {
+    keyboard_.strike({"LCTL", "AB02"});
+    ASSERT_TRUE(delivered(*tap_, 1));
+    const auto before = queue_.handedOver();
+    keyboard_.strike({"LCTL", "AB03"});
+    keyboard_.strike({"LFSH", "AB02"});
+    keyboard_.strike({"CAPS"});
+    keyboard_.strike({"AB02"});
+    keyboard_.strike({"LCTL", "AB02"});
+    ASSERT_TRUE(delivered(*tap_, 2));
+    EXPECT_EQ(queue_.handedOver(), before + 1);
+}
+
 TEST_F(SwallowingTest, noPressAndNoReleaseIsLostInALongRun) {
     constexpr std::size_t times = 500;
     keyboard_.press("LCTL");
