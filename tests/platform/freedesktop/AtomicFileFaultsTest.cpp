@@ -1,5 +1,5 @@
-// This program takes the place of the C library's file functions, so that a disk can fail on demand
-// and the order of what reaches it can be seen. Outside of a test they only pass the calls on.
+// This program is linked so that calls of write, fsync, rename and mkostemp reach the functions
+// below (ld's --wrap): a disk can fail on demand, and the order of what reaches it can be seen.
 
 #include "platform/freedesktop/AtomicFile.h"
 #include "platform/freedesktop/Files.h"
@@ -11,13 +11,9 @@
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 namespace hollowfernpike::test {
 namespace {
@@ -43,18 +39,22 @@ int fail(int number) {
     return -1;
 }
 
-/// Records a call that starts, unless a signal interrupts it.
-bool isInterrupted(const std::string& call) {
-    const auto earlier = std::ranges::count(disk.calls, "interrupted " + call);
-    if (disk.active && earlier < disk.interruptions) {
-        disk.calls.push_back("interrupted " + call);
-        errno = EINTR;
-        return true;
-    }
+void record(const std::string& call) {
     if (disk.active) {
         disk.calls.push_back(call);
     }
-    return false;
+}
+
+/// Records the call, and whether a signal interrupts it.
+bool isInterrupted(const std::string& call) {
+    const auto earlier = std::ranges::count(disk.calls, "interrupted " + call);
+    if (!disk.active || earlier >= disk.interruptions) {
+        record(call);
+        return false;
+    }
+    record("interrupted " + call);
+    errno = EINTR;
+    return true;
 }
 
 bool isFolder(int descriptor) {
@@ -63,64 +63,53 @@ bool isFolder(int descriptor) {
 }
 
 } // namespace
-} // namespace hollowfernpike::test
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the linker's
 extern "C" {
 
-ssize_t write(int descriptor, const void* bytes, size_t count) {
-    using hollowfernpike::test::disk;
-    if (disk.active) {
-        if (hollowfernpike::test::isInterrupted("write")) {
-            return -1;
-        }
-        if (disk.room == 0) {
-            return hollowfernpike::test::fail(disk.noRoomError);
-        }
-        count = std::min({count, disk.room, disk.largestWrite == 0 ? count : disk.largestWrite});
-        disk.room -= count;
+ssize_t __real_write(int descriptor, const void* bytes, size_t count);
+int __real_fsync(int descriptor);
+int __real_rename(const char* from, const char* to);
+int __real_mkostemp(char* name, int flags);
+
+ssize_t __wrap_write(int descriptor, const void* bytes, size_t count) {
+    if (!disk.active) {
+        return __real_write(descriptor, bytes, count);
     }
-    return ::syscall(SYS_write, descriptor, bytes, count);
+    if (isInterrupted("write")) {
+        return -1;
+    }
+    if (disk.room == 0) {
+        return fail(disk.noRoomError);
+    }
+    count = std::min({count, disk.room, disk.largestWrite == 0 ? count : disk.largestWrite});
+    disk.room -= count;
+    return __real_write(descriptor, bytes, count);
 }
 
-int fsync(int descriptor) {
-    using hollowfernpike::test::disk;
-    if (disk.active) {
-        const bool folder = hollowfernpike::test::isFolder(descriptor);
-        if (hollowfernpike::test::isInterrupted(folder ? "sync folder" : "sync file")) {
-            return -1;
-        }
-        if (const int error = folder ? disk.folderSyncError : disk.fileSyncError; error != 0) {
-            return hollowfernpike::test::fail(error);
-        }
+int __wrap_fsync(int descriptor) {
+    const bool folder = isFolder(descriptor);
+    if (isInterrupted(folder ? "sync folder" : "sync file")) {
+        return -1;
     }
-    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+    const int error = folder ? disk.folderSyncError : disk.fileSyncError;
+    return disk.active && error != 0 ? fail(error) : __real_fsync(descriptor);
 }
 
-int rename(const char* from, const char* to) noexcept {
-    using hollowfernpike::test::disk;
-    if (disk.active) {
-        disk.calls.emplace_back("rename");
-        if (disk.renameError != 0) {
-            return hollowfernpike::test::fail(disk.renameError);
-        }
-    }
-    return ::renameat(AT_FDCWD, from, AT_FDCWD, to);
+int __wrap_rename(const char* from, const char* to) {
+    record("rename");
+    return disk.active && disk.renameError != 0 ? fail(disk.renameError) : __real_rename(from, to);
 }
 
-int mkostemp(char* name, int flags) {
-    using hollowfernpike::test::disk;
-    if (disk.active) {
-        disk.calls.emplace_back("create");
-        if (disk.createError != 0) {
-            return hollowfernpike::test::fail(disk.createError);
-        }
-    }
-    return ::mkostemps(name, 0, flags);
+int __wrap_mkostemp(char* name, int flags) {
+    record("create");
+    return disk.active && disk.createError != 0 ? fail(disk.createError)
+                                                : __real_mkostemp(name, flags);
 }
 
 } // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
-namespace hollowfernpike::test {
 namespace {
 
 using testing::ElementsAre;

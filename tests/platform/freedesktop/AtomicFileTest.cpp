@@ -328,7 +328,8 @@ TEST_F(AtomicFileTest, leavesFilesOfOtherNamesAndKinds) {
 }
 
 std::string version(char letter) {
-    return std::string(50000, letter);
+    std::string text(50000, letter);
+    return text;
 }
 
 [[noreturn]] void writeForEver(const fs::path& path) {
