@@ -64,7 +64,8 @@ bool isFolder(int descriptor) {
 
 } // namespace
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names are the linker's
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the names are the
+// linker's
 extern "C" {
 
 ssize_t __real_write(int descriptor, const void* bytes, size_t count);
@@ -108,7 +109,7 @@ int __wrap_mkostemp(char* name, int flags) {
 }
 
 } // extern "C"
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace {
 
