@@ -1,5 +1,6 @@
 #include "model/UUID.h"
 
+#include <cstring>
 #include <random>
 
 namespace hollowfernpike {
@@ -9,25 +10,30 @@ namespace {
 constexpr std::string_view form = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
 constexpr std::string_view digits = "0123456789ABCDEF";
 
-std::optional<std::uint8_t> digitValue(char digit) {
-    if (digit >= '0' && digit <= '9') {
-        return static_cast<std::uint8_t>(digit - '0');
+constexpr std::uint8_t noDigit = 0xFF;
+
+/// By character, because the digits of a UUID are random and so would be the branches.
+constexpr auto digitValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(noDigit);
+    std::uint8_t value = 0;
+    for (const char digit : digits) {
+        values.at(static_cast<std::uint8_t>(digit)) = value;
+        values.at(static_cast<std::uint8_t>(digit | 0x20)) = value; // letters in lower case
+        ++value;
     }
-    const char lower = static_cast<char>(digit | 0x20);
-    if (lower >= 'a' && lower <= 'f') {
-        return static_cast<std::uint8_t>(lower - 'a' + 10);
-    }
-    return std::nullopt;
-}
+    return values;
+}();
 
 } // namespace
 
 UUID UUID::random() {
     std::random_device entropy;
-    std::uniform_int_distribution<unsigned> anyByte(0, 0xFF);
+    std::uniform_int_distribution<std::uint32_t> anyWord;
     Bytes bytes{};
-    for (auto& byte : bytes) {
-        byte = static_cast<std::uint8_t>(anyByte(entropy));
+    for (std::size_t start = 0; start < bytes.size(); start += sizeof(std::uint32_t)) {
+        const auto word = anyWord(entropy);
+        std::memcpy(&bytes.at(start), &word, sizeof word);
     }
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40); // version 4
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80); // RFC 4122 variant
@@ -47,12 +53,12 @@ std::optional<UUID> UUID::parse(std::string_view text) {
             }
             continue;
         }
-        const auto value = digitValue(text[index]);
-        if (!value) {
+        const auto value = digitValues.at(static_cast<std::uint8_t>(text[index]));
+        if (value == noDigit) {
             return std::nullopt;
         }
         auto& byte = bytes.at(digitCount / 2);
-        byte = static_cast<std::uint8_t>(byte << 4 | *value);
+        byte = static_cast<std::uint8_t>(byte << 4 | value);
         ++digitCount;
     }
     return UUID{bytes};
