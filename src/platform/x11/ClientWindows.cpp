@@ -43,7 +43,7 @@ ClientWindows::~ClientWindows() {
 
 std::vector<platform::ClientWindow> ClientWindows::clientWindows() {
     std::vector<platform::ClientWindow> result;
-    const auto* snapshot = windows_.read(WindowOrder::age);
+    const auto* snapshot = windows_.read(WindowOrder::oldestFirst);
     if (snapshot == nullptr) {
         return result;
     }

@@ -48,13 +48,17 @@ DesktopState DesktopQuery::take(WindowOrder order) {
     const auto abilities = numbersOf(supported);
     state.canRestack = std::ranges::find(abilities, atoms_.restackWindow) != abilities.end();
 
-    const auto& wanted = order == WindowOrder::stacking ? stacking : age;
-    const auto& other = order == WindowOrder::stacking ? age : stacking;
+    const bool byStacking = order == WindowOrder::frontToBack;
+    const auto& wanted = byStacking ? stacking : age;
+    const auto& other = byStacking ? age : stacking;
     if (isWindowList(wanted) || isWindowList(other)) {
         state.windows =
             cleaned(numbersOf(isWindowList(wanted) ? wanted : other), connection_.root());
     } else {
         takeFromTree(state);
+    }
+    if (byStacking) {
+        std::reverse(state.windows.begin(), state.windows.end());
     }
     return state;
 }

@@ -11,10 +11,7 @@
 
 namespace hollowfernpike::x11 {
 
-enum class WindowOrder {
-    stacking, ///< from the bottom to the top
-    age,      ///< from the oldest to the newest
-};
+enum class WindowOrder { frontToBack, oldestFirst };
 
 /// What the window manager says of the desktop as a whole (EWMH root properties).
 struct DesktopState {

@@ -3,7 +3,7 @@
 #include "platform/x11/WindowTypes.h"
 
 #include <algorithm>
-#include <ranges>
+#include <vector>
 
 namespace hollowfernpike::x11 {
 
@@ -11,8 +11,12 @@ namespace {
 
 constexpr std::uint32_t fromUser = 2; // EWMH source indication of pagers and the like
 
+bool isOrdinary(const WindowRecord& record) {
+    return record.identity->layer == ordinaryLayer;
+}
+
 bool belongsTo(const WindowRecord& record, std::int32_t process) {
-    return record.identity->layer == ordinaryLayer && record.identity->facts.process == process;
+    return record.identity->facts.process == process;
 }
 
 /// How far a window is from being seen: what is in sight comes first, then what another desktop
@@ -24,8 +28,8 @@ int distance(const Snapshot& snapshot, const WindowRecord& record) {
 /// The topmost of the nearest windows; null if the process has none.
 const WindowRecord* nearest(const Snapshot& snapshot, std::int32_t process) {
     const WindowRecord* best = nullptr;
-    for (const auto& record : std::views::reverse(snapshot.windows)) {
-        if (belongsTo(record, process) &&
+    for (const auto& record : snapshot.windows) {
+        if (isOrdinary(record) && belongsTo(record, process) &&
             (best == nullptr || distance(snapshot, record) < distance(snapshot, *best))) {
             best = &record;
         }
@@ -33,11 +37,35 @@ const WindowRecord* nearest(const Snapshot& snapshot, std::int32_t process) {
     return best;
 }
 
-/// Whether the window is in sight together with the one that becomes active.
-bool isBeside(const Snapshot& snapshot, const WindowRecord& record, const WindowRecord& top) {
+/// Whether the two are seen together.
+bool areBesideEachOther(const Snapshot& snapshot, const WindowRecord& record,
+                        const WindowRecord& top) {
     const bool sameDesktop =
         snapshot.isHere(top) ? snapshot.isHere(record) : record.desktop == top.desktop;
-    return &record != &top && !record.isHidden && !top.isHidden && sameDesktop;
+    return !record.isHidden && !top.isHidden && sameDesktop;
+}
+
+/// The other windows of the process that are seen together with `top`, from back to front; none if
+/// nothing of another process lies between or above them.
+std::vector<xcb_window_t> windowsToRaise(const Snapshot& snapshot, const WindowRecord& top,
+                                         std::int32_t process) {
+    std::vector<xcb_window_t> windows;
+    bool sawOthers = false;
+    bool isCovered = false;
+    for (const auto& record : snapshot.windows) {
+        if (!isOrdinary(record) || !areBesideEachOther(snapshot, record, top)) {
+            continue;
+        }
+        if (!belongsTo(record, process)) {
+            sawOthers = true;
+        } else {
+            isCovered = isCovered || sawOthers;
+            if (&record != &top) {
+                windows.insert(windows.begin(), record.window);
+            }
+        }
+    }
+    return isCovered ? windows : std::vector<xcb_window_t>{};
 }
 
 } // namespace
@@ -47,7 +75,7 @@ bool ProcessActivation::bringToFront(std::int32_t processIdentifier) {
     if (snapshot != nullptr && bringToFront(*snapshot, processIdentifier)) {
         return true;
     }
-    snapshot = windows_.read(WindowOrder::stacking);
+    snapshot = windows_.read(WindowOrder::frontToBack);
     return snapshot != nullptr && bringToFront(*snapshot, processIdentifier);
 }
 
@@ -60,18 +88,16 @@ bool ProcessActivation::bringToFront(const Snapshot& snapshot, std::int32_t proc
     if (!snapshot.isHere(*top)) {
         send(windows_.connection().root(), windows_.atoms().currentDesktop, {*top->desktop, time});
     }
-    for (const auto& record : snapshot.windows) {
-        if (belongsTo(record, processIdentifier) && isBeside(snapshot, record, *top)) {
-            raise(snapshot, record.window);
-        }
+    for (const auto window : windowsToRaise(snapshot, *top, processIdentifier)) {
+        raise(snapshot, window);
     }
     send(top->window, windows_.atoms().activeWindow, {fromUser, time, XCB_NONE});
     xcb_flush(windows_.connection().get());
     return !windows_.connection().isLost();
 }
 
-// Both window managers of the common kinds and the standard agree on "above, beside nobody"; a
-// sibling is taken as "to the very bottom" by some.
+// Always to the very top, one after the other: window managers take "just below that one" for "to
+// the very bottom".
 void ProcessActivation::raise(const Snapshot& snapshot, xcb_window_t window) {
     if (snapshot.canRestack) {
         send(window, windows_.atoms().restackWindow, {fromUser, XCB_NONE, XCB_STACK_MODE_ABOVE});

@@ -1,16 +1,14 @@
 #include "platform/x11/WindowList.h"
 
-#include <ranges>
-
 namespace hollowfernpike::x11 {
 
 std::optional<std::vector<platform::WindowInfo>> WindowList::copyWindowInfo() {
-    const auto* snapshot = windows_.read(WindowOrder::stacking);
+    const auto* snapshot = windows_.read(WindowOrder::frontToBack);
     if (snapshot == nullptr) {
         return std::nullopt;
     }
     std::vector<platform::WindowInfo> infos;
-    for (const auto& record : std::views::reverse(snapshot->windows)) {
+    for (const auto& record : snapshot->windows) {
         if (!record.isHidden && snapshot->isHere(record)) {
             infos.push_back(infoOf(record));
         }

@@ -48,7 +48,7 @@ const Snapshot* Windows::read(WindowOrder order) {
     assemble(desktop, states);
     forgetVanished();
     events_.drain();
-    snapshotPress_ = order == WindowOrder::stacking ? userTime_.press() : 0;
+    snapshotPress_ = order == WindowOrder::frontToBack ? userTime_.press() : 0;
     snapshotTime_ = std::chrono::steady_clock::now();
     return connection_.isLost() ? nullptr : &snapshot_;
 }

@@ -63,7 +63,7 @@ public:
     /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
     const Snapshot* read(WindowOrder order);
 
-    /// The snapshot in stacking order that was read for the key press that is still the last one,
+    /// The snapshot from front to back that was read for the key press that is still the last one,
     /// a moment ago; null if there is none. Handed out once: who asks twice for the same press
     /// wants to see what has changed in between.
     const Snapshot* takeOfThisPress();

@@ -11,7 +11,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -2,6 +2,7 @@
 
 #include "platform/x11/StartupMonitor.h"
 #include "platform/x11/WindowsTest.h"
+#include "support/KeyInjector.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +14,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using testing::SizeIs;
 
 class LaunchFeedbackTest : public WindowsTest {
 protected:
@@ -160,6 +160,25 @@ TEST_F(FeedbackAndFocusTest, TheFirstWindowEndsTheNoticeAndTakesTheFocus) {
     ASSERT_TRUE(noticesBecome(2));
     EXPECT_EQ(monitor_.notices().back().event, "remove");
     EXPECT_EQ(monitor_.notices().back().id, id);
+}
+
+TEST_F(FeedbackAndFocusTest, AWindowOfAnOlderPressDoesNotInterruptTheUser) {
+    const auto front = openActive("Front");
+    pressKey();
+    const auto id = feedback_.begin(editor_);
+    KeyInjector keys(desktop_.display());
+    const auto typed = [&] {
+        keys.strike({"AC01"});
+        const auto times = observer_.numbers(front.window(), "_NET_WM_USER_TIME");
+        return !times.empty() && times.front() > userTime_.time();
+    };
+    ASSERT_TRUE(waitUntil(typed));
+    const auto process = launch(id);
+    const auto line = process->waitForLine("window ").value();
+    const auto window = static_cast<xcb_window_t>(std::stoul(line.substr(line.find(' '))));
+    EXPECT_TRUE(
+        waitUntil([&] { return observer_.hasState(window, "_NET_WM_STATE_DEMANDS_ATTENTION"); }));
+    EXPECT_EQ(observer_.activeWindow(), front.window());
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "platform/x11/WindowsTest.h"
 #include "support/KeyInjector.h"
 
+#include <array>
+
 #include <unistd.h>
 
 #include <gmock/gmock.h>
@@ -31,6 +33,17 @@ protected:
 
     bool isSwitchedTo(std::uint32_t desktop) {
         return waitUntil([&] { return observer_.currentDesktop() == desktop; });
+    }
+
+    /// The requests sent to bring a process to the front right after the list was asked for.
+    unsigned int requestsToBringToFront(std::int32_t process) {
+        constexpr int mostTries = 100; // the list is as good as new for some milliseconds only
+        unsigned int requests = 0;
+        for (int tries = 0; tries < mostTries && requests != 1; ++tries) {
+            names();
+            requests = requestsDuring(*connection_, [&] { activation_.bringToFront(process); });
+        }
+        return requests;
     }
 
     void minimise(xcb_window_t window) {
@@ -219,14 +232,16 @@ TEST_P(ProcessActivationTest, AsksNothingAgainWithinOnePress) {
     const auto covering = openActive("Covering");
     pressKey();
     EXPECT_TRUE(namesBecome({"Covering", "Covered"}));
-    constexpr int mostTries = 100; // the list is as good as new for some milliseconds only
-    unsigned int requests = 0;
-    for (int tries = 0; tries < mostTries && requests != 1; ++tries) {
-        names();
-        requests = requestsDuring(*connection_, [&] { activation_.bringToFront(covered.pid()); });
-    }
-    EXPECT_EQ(requests, 1U);
+    EXPECT_EQ(requestsToBringToFront(covered.pid()), 1U);
     EXPECT_TRUE(becomesActive(covered.window()));
+}
+
+TEST_P(ProcessActivationTest, DisturbsNoWindowThatIsInFrontAlready) {
+    const auto other = openActive("Other");
+    const auto front = openActive("Front", {}, 3);
+    pressKey();
+    EXPECT_TRUE(namesBecome({"Front", "Front", "Front", "Other"}));
+    EXPECT_EQ(requestsToBringToFront(front.pid()), 1U);
 }
 
 TEST_P(ProcessActivationTest, AsksAgainForTheNextPress) {
@@ -242,17 +257,22 @@ class FocusStealingTest : public WindowsTest {
 protected:
     FocusStealingTest() : WindowsTest("metacity"), keys_(desktop_.display()) {}
 
+    /// The user types into an application; its window notes when.
+    void typeInto(Application& application) {
+        keys_.strike({"AC01"});
+        ASSERT_TRUE(application.process->waitForLine("key-up"));
+        ASSERT_TRUE(waitUntil(
+            [&] { return !observer_.numbers(application.window(), "_NET_WM_USER_TIME").empty(); }));
+    }
+
     KeyInjector keys_;
 };
 
 TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
     const auto target = openActive("Target");
-    const auto front = openActive("Front");
+    auto front = openActive("Front");
     pressKey();
-    keys_.strike({"AC01"});
-    ASSERT_TRUE(front.process->waitForLine("key-up"));
-    ASSERT_TRUE(
-        waitUntil([&] { return !observer_.numbers(front.window(), "_NET_WM_USER_TIME").empty(); }));
+    typeInto(front);
     userTime_.record(userTime_.time() - 1000);
     EXPECT_TRUE(activation_.bringToFront(target.pid()));
     EXPECT_TRUE(waitUntil(
@@ -264,43 +284,63 @@ TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
     EXPECT_TRUE(becomesActive(target.window()));
 }
 
+TEST_F(FocusStealingTest, AWishWithoutAnyPressIsOfThisMoment) {
+    const auto target = openActive("Target");
+    auto front = openActive("Front");
+    typeInto(front);
+    EXPECT_TRUE(activation_.bringToFront(target.pid()));
+    EXPECT_TRUE(becomesActive(target.window()));
+    EXPECT_FALSE(observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"));
+}
+
 /// A window manager that cannot restack, played by the test.
 class PlainWindowManagerTest : public WindowsTest {
 protected:
-    PlainWindowManagerTest() : WindowsTest("") {}
+    PlainWindowManagerTest()
+        : WindowsTest(""), other_(desktop_.start({HFP_PROBE_WINDOW, "--class", "p,Other"})) {
+        const auto line = other_->waitForLine("mapped ").value();
+        cover_ = static_cast<xcb_window_t>(std::stoul(line.substr(line.find(' '))));
+        makeOwnWindows();
+    }
 
-    std::vector<xcb_window_t> makeManaged(std::size_t count) {
-        std::vector<xcb_window_t> windows;
-        for (std::size_t index = 0; index < count; ++index) {
-            windows.push_back(observer_.createWindow(observer_.root()));
+    void makeOwnWindows() {
+        for (auto& window : own_) {
+            window = observer_.createWindow(observer_.root());
         }
         observer_.setNumbers(observer_.root(), "_NET_CLIENT_LIST_STACKING", XCB_ATOM_WINDOW,
-                             windows);
-        return windows;
+                             {own_[0], own_[1], own_[2], cover_});
     }
+
+    /// Whether it was asked to bring forward what had gone since the list was made, rather than
+    /// having taken so long that it looked again.
+    bool raisesVanishedWindows() {
+        makeOwnWindows();
+        pressKey();
+        EXPECT_EQ(names().size(), 4U);
+        for (const auto window : own_) {
+            xcb_destroy_window(observer_.get(), window);
+        }
+        observer_.sync();
+        return activation_.bringToFront(::getpid());
+    }
+
+    std::array<xcb_window_t, 3> own_{}; ///< of this process, from back to front
+    std::unique_ptr<ChildProcess> other_;
+    xcb_window_t cover_ = XCB_NONE; ///< of another one, above them
 };
 
 TEST_F(PlainWindowManagerTest, IsAskedToRaiseByConfiguration) {
-    const auto windows = makeManaged(3);
-    const auto cover = observer_.createWindow(observer_.root());
     pressKey();
     EXPECT_TRUE(activation_.bringToFront(::getpid()));
     EXPECT_TRUE(waitUntil([&] {
         const auto children = observer_.children(observer_.root());
-        return children == std::vector{windows[2], cover, windows[0], windows[1]};
+        const auto top = children.size() - 2;
+        return children.at(top) == own_[0] && children.at(top + 1) == own_[1];
     }));
 }
 
 TEST_F(PlainWindowManagerTest, LeavesNoErrorsBehindForWindowsThatAreGone) {
-    const auto windows = makeManaged(3);
-    for (int press = 0; press < 3; ++press) {
-        pressKey();
-        ASSERT_EQ(names().size(), press == 0 ? 3U : 1U);
-        for (const auto window : {windows[0], windows[1]}) {
-            observer_.destroyWindow(window);
-        }
-        EXPECT_TRUE(activation_.bringToFront(::getpid()));
-    }
+    EXPECT_TRUE(waitUntil([this] { return raisesVanishedWindows(); }));
     const x11::Reply<xcb_get_input_focus_reply_t> fence(xcb_get_input_focus_reply(
         connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
     EXPECT_EQ(xcb_poll_for_event(connection_->get()), nullptr);

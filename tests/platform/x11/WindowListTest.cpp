@@ -8,9 +8,7 @@ namespace hollowfernpike::test {
 
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::Field;
 using testing::IsEmpty;
 
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;

@@ -13,6 +13,7 @@
 #include "support/programs/ProbeOptions.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -117,13 +118,19 @@ private:
             xcb_icccm_set_wm_transient_for(connection_, window, windows_.front());
         }
         if (launch_ != nullptr) {
-            sn_launchee_context_setup_window(launch_, window);
-            noteUserTime(window,
-                         static_cast<xcb_timestamp_t>(sn_launchee_context_get_timestamp(launch_)));
+            carryLaunch(window);
         }
         windows_.push_back(window);
         tell("window %u", window);
         xcb_map_window(connection_, window);
+    }
+
+    void carryLaunch(xcb_window_t window) {
+        sn_launchee_context_setup_window(launch_, window);
+        if (sn_launchee_context_get_id_has_timestamp(launch_) != 0) {
+            noteUserTime(window,
+                         static_cast<xcb_timestamp_t>(sn_launchee_context_get_timestamp(launch_)));
+        }
     }
 
     void describe(xcb_window_t window) {
@@ -139,8 +146,8 @@ private:
         xcb_icccm_wm_hints_set_input(&hints, 1);
         xcb_icccm_wm_hints_set_normal(&hints);
         xcb_icccm_set_wm_hints(connection_, window, &hints);
-        xcb_atom_t spoken[] = {deleteWindow_, ewmh_._NET_WM_PING};
-        xcb_icccm_set_wm_protocols(connection_, window, protocols_, std::size(spoken), spoken);
+        std::array spoken{deleteWindow_, ewmh_._NET_WM_PING};
+        xcb_icccm_set_wm_protocols(connection_, window, protocols_, spoken.size(), spoken.data());
         if (!options_.type.empty()) {
             xcb_atom_t type = typeAtom();
             xcb_ewmh_set_wm_window_type(&ewmh_, window, 1, &type);
@@ -148,10 +155,10 @@ private:
     }
 
     void identify(xcb_window_t window) {
-        char machine[256] = {};
-        ::gethostname(machine, sizeof machine - 1);
+        std::array<char, 256> machine{};
+        ::gethostname(machine.data(), machine.size() - 1);
         setText(window, XCB_ATOM_WM_CLIENT_MACHINE,
-                options_.machine.empty() ? machine : options_.machine);
+                options_.machine.empty() ? machine.data() : options_.machine);
         if (options_.hasPid) {
             xcb_ewmh_set_wm_pid(&ewmh_, window,
                                 options_.pid.value_or(static_cast<std::uint32_t>(::getpid())));
@@ -220,7 +227,7 @@ private:
         }
     }
 
-    void onFocus(const char* format, const xcb_focus_in_event_t& event) {
+    static void onFocus(const char* format, const xcb_focus_in_event_t& event) {
         const bool byGrab =
             event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB;
         if (!byGrab && event.detail != XCB_NOTIFY_DETAIL_POINTER) {
