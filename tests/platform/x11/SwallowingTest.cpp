@@ -68,6 +68,22 @@ TEST_F(SwallowingTest, noPressAndNoReleaseIsLostInALongRun) {
     EXPECT_EQ(focused_.releases(c_), times);
 }
 
+TEST_F(SwallowingTest, noPressAndNoReleaseIsLostWhenTheyComeAllAtOnce) {
+    constexpr std::size_t times = 200;
+    std::vector<xcb_keycode_t> keys;
+    for (std::size_t count = 0; count < times; ++count) {
+        keys.insert(keys.end(), {x_, c_});
+    }
+    focused_.typeAtOnce(control_, keys);
+    ASSERT_TRUE(delivered(*tap_, times));
+    ASSERT_TRUE(queue_.runUntil([&] { return focused_.releases(control_) == 1; }));
+    EXPECT_EQ(tap_->presses.size(), times);
+    EXPECT_EQ(focused_.presses(x_), 0U);
+    EXPECT_EQ(focused_.releases(x_), times);
+    EXPECT_EQ(focused_.presses(c_), times);
+    EXPECT_EQ(focused_.releases(c_), times);
+}
+
 TEST_F(SwallowingTest, theKeyboardGoesOnWhileTheMainThreadIsBusy) {
     keyboard_.press("LCTL");
     keyboard_.strike({"AB02"});

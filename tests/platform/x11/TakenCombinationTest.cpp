@@ -1,12 +1,15 @@
 #include "platform/x11/FocusedWindow.h"
 #include "platform/x11/KeyTapTest.h"
 
+#include <thread>
+
 namespace hollowfernpike::test {
 
 namespace {
 
 constexpr std::uint16_t keyX = 7;
 constexpr std::uint16_t keyC = 8;
+constexpr std::uint16_t keyV = 9;
 
 class TakenCombinationTest : public KeyTapTest {
 protected:
@@ -28,6 +31,7 @@ protected:
     const platform::KeyCombination controlC_ = combination(keyC, flags::control);
     xcb_keycode_t x_ = keyboard_.keycode("AB02");
     xcb_keycode_t c_ = keyboard_.keycode("AB03");
+    xcb_keycode_t v_ = keyboard_.keycode("AB04");
     FocusedWindow focused_{display_.name()};
     XClient other_{display_.name()};
     std::unique_ptr<ListeningTap> tap_ = makeActiveTap();
@@ -92,6 +96,13 @@ TEST_F(TakenCombinationTest, isSwallowedAfterItsFirstPressSinceTheOtherClientLet
     EXPECT_EQ(tap_->presses.size(), 2U);
 }
 
+TEST_F(TakenCombinationTest, isNotTriedAgainWithEveryOtherPress) {
+    letGoAtOther();
+    keyboard_.strike({"LCTL", "AB03"});
+    ASSERT_TRUE(delivered(*tap_, 1));
+    EXPECT_EQ(listenOnly(), std::vector{controlX_});
+}
+
 TEST_F(TakenCombinationTest, losesAndDoublesNoPressAroundItsRecovery) {
     constexpr std::size_t times = 50;
     letGoAtOther();
@@ -106,6 +117,41 @@ TEST_F(TakenCombinationTest, losesAndDoublesNoPressAroundItsRecovery) {
     ASSERT_TRUE(queue_.runUntil(
         [&] { return !tap_->presses.empty() && tap_->presses.back().keyCode == keyC; }));
     EXPECT_EQ(tap_->presses.size(), 2 * times + 1);
+}
+
+TEST_F(TakenCombinationTest, doublesNoPressOfOtherCombinationsThatFollowAtOnce) {
+    constexpr std::size_t times = 100;
+    tap_->watch({controlX_, controlC_, combination(keyV, flags::control), combination(keyV, 0)});
+    std::vector<xcb_keycode_t> keys;
+    for (std::size_t count = 0; count < times; ++count) {
+        keys.insert(keys.end(), {c_, v_});
+    }
+    other_.typeAtOnce(keyboard_.keycode("LCTL"), keys);
+    keyboard_.strike({"AB04"});
+    ASSERT_TRUE(queue_.runUntil([&] {
+        return !tap_->presses.empty() && tap_->presses.back().flags == flags::nonCoalesced;
+    }));
+    EXPECT_EQ(tap_->presses.size(), 2 * times + 1);
+}
+
+TEST_F(TakenCombinationTest, doublesNoPressWhileItIsTriedAgain) {
+    constexpr std::size_t times = 500;
+    letGoAtOther();
+    ASSERT_TRUE(other_.grabKey(x_, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
+    std::thread typing([&] {
+        keyboard_.press("LCTL");
+        for (std::size_t count = 0; count < times; ++count) {
+            keyboard_.strike({"AB02"});
+        }
+        keyboard_.strike({"AB03"});
+    });
+    EXPECT_TRUE(queue_.runUntil([&] {
+        tap_->watch({controlX_, controlC_});
+        return !tap_->presses.empty() && tap_->presses.back().keyCode == keyC;
+    }));
+    typing.join();
+    EXPECT_EQ(tap_->presses.size(), times + 1);
+    EXPECT_EQ(listenOnly(), std::vector{controlX_});
 }
 
 TEST_F(TakenCombinationTest, isSwallowedAfterAChangeOfInterest) {

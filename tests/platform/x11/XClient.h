@@ -7,8 +7,10 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <xcb/xcb_aux.h>
+#include <xcb/xtest.h>
 
 namespace hollowfernpike::test {
 
@@ -59,6 +61,17 @@ public:
         return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
     }
 
+    /// Presses keys one after the other while one is held, as fast as the server can take them.
+    void typeAtOnce(xcb_keycode_t held, const std::vector<xcb_keycode_t>& keys) {
+        fake(XCB_KEY_PRESS, held);
+        for (const auto key : keys) {
+            fake(XCB_KEY_PRESS, key);
+            fake(XCB_KEY_RELEASE, key);
+        }
+        fake(XCB_KEY_RELEASE, held);
+        sync();
+    }
+
     void lockLayoutGroup(std::uint8_t group) {
         xcb_xkb_latch_lock_state(server(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
         sync();
@@ -81,6 +94,10 @@ public:
     }
 
 private:
+    void fake(std::uint8_t type, xcb_keycode_t key) {
+        xcb_test_fake_input(server(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    }
+
     std::unique_ptr<x11::Connection> connection_;
 };
 
