@@ -28,7 +28,8 @@ def run(check):
     """Runs check(root, *arguments) over the tree named first on the command line, prints what it
     finds, each as "file:line: what is wrong and why", and ends the process: with 1 if there was
     anything."""
-    findings = list(check(pathlib.Path(sys.argv[1]).resolve(), *sys.argv[2:]))
-    for finding in findings:
-        print(finding)
-    sys.exit(1 if findings else 0)
+    status = 0
+    for finding in check(pathlib.Path(sys.argv[1]).resolve(), *sys.argv[2:]):
+        print(finding, flush=True)
+        status = 1
+    sys.exit(status)
