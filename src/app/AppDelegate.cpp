@@ -13,13 +13,17 @@ AppDelegate::AppDelegate(const platform::Services& services) : services_(service
 void AppDelegate::applicationDidFinishLaunching() {
     services_.accessibilityTrust.isProcessTrustedWithPrompt();
     AppLauncher::shared(); // so that the first key press does not pay for it
-    shortcutsObservation_ = services_.notificationCenter.observe(
-        hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
+    shortcutsObservation_ = services_.notificationCenter.observe(hollowfernpike::shortcutsDidChange,
+                                                                 [this] { shortcutsDidChange(); });
     HotkeyManager::shared().start();
 }
 
-void AppDelegate::applicationWillTerminate() { HotkeyManager::shared().stop(); }
+void AppDelegate::applicationWillTerminate() {
+    HotkeyManager::shared().stop();
+}
 
-void AppDelegate::shortcutsDidChange() { HotkeyManager::shared().buildShortcutMap(); }
+void AppDelegate::shortcutsDidChange() {
+    HotkeyManager::shared().buildShortcutMap();
+}
 
 } // namespace hollowfernpike

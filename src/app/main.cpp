@@ -1,4 +1,6 @@
 #include "app/AppDelegate.h"
+#include "app/LateApplications.h"
+#include "hotkeys/HotkeyManager.h"
 #include "platform/NotificationCenter.h"
 #include "platform/freedesktop/FileManager.h"
 #include "platform/freedesktop/RunningApplications.h"
@@ -10,6 +12,7 @@
 #include "platform/qt/TerminationSignals.h"
 #include "platform/x11/AccessibilityTrust.h"
 #include "platform/x11/ClientWindows.h"
+#include "platform/x11/Connection.h"
 #include "platform/x11/EventTaps.h"
 #include "platform/x11/LaunchFeedback.h"
 #include "platform/x11/ProcessActivation.h"
@@ -18,19 +21,14 @@
 
 #include <QCoreApplication>
 
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <optional>
+#include <utility>
 
 namespace hollowfernpike {
 namespace {
-
-using namespace std::chrono_literals;
-
-/// How often an absent display is looked for.
-constexpr auto displayRetryInterval = 5s;
 
 /// Tells a lasting problem once, not with every retry.
 class TrustPrompt {
@@ -46,97 +44,117 @@ private:
     std::optional<x11::TrustProblem> told_;
 };
 
-/// What the utility needs of a desktop that runs on X11, in the order in which it is built up.
-class X11Desktop {
+/// The windows and applications of the display, over one connection.
+class X11Applications {
 public:
-    X11Desktop(std::unique_ptr<x11::Connection> connection, qt::MainQueue& mainQueue,
-               qt::RunLoop& runLoop, x11::AccessibilityTrust& trust,
-               std::function<void()> onConnectionLost)
-        : mainQueue_(mainQueue), trust_(trust), connection_(std::move(connection)),
-          windows_(*connection_, owners_, userTime_), clientWindows_(windows_, runLoop),
-          launchFeedback_(windows_, userTime_),
+    X11Applications(std::unique_ptr<x11::Connection> connection, const x11::UserTime& userTime,
+                    qt::MainQueue& mainQueue, qt::RunLoop& runLoop)
+        : connection_(std::move(connection)), windows_(*connection_, owners_, userTime),
+          clientWindows_(windows_, runLoop), launchFeedback_(windows_, userTime),
           workspace_(entries_, clientWindows_, launchFeedback_, runLoop, mainQueue),
-          eventTaps_(mainQueue, userTime_, {}, std::move(onConnectionLost)) {}
+          processActivation_(windows_, userTime) {}
 
-    const platform::Services& services() const { return services_; }
+    const ApplicationServices& services() const { return services_; }
 
     /// Reads the installed applications and finds the owners of the open windows, so that the first
     /// key press does not pay for it.
     void prepare() { clientWindows_.clientWindows(); }
 
 private:
-    qt::MainQueue& mainQueue_;
-    x11::AccessibilityTrust& trust_;
     std::unique_ptr<x11::Connection> connection_;
-    x11::UserTime userTime_;
     freedesktop::DesktopEntries entries_;
     freedesktop::WindowOwners owners_{entries_};
     x11::Windows windows_;
     x11::ClientWindows clientWindows_;
     x11::LaunchFeedback launchFeedback_;
     freedesktop::Workspace workspace_;
-    x11::EventTaps eventTaps_;
+    x11::ProcessActivation processActivation_;
     x11::WindowList windowList_{windows_};
-    x11::ProcessActivation processActivation_{windows_, userTime_};
     freedesktop::RunningApplications runningApplications_{entries_, clientWindows_, workspace_};
+    ApplicationServices services_{
+        .processActivation = processActivation_,
+        .runningApplications = runningApplications_,
+        .windowList = windowList_,
+        .workspace = workspace_,
+    };
+};
+
+/// The program from its start to its end, on an X11 desktop.
+class Program {
+public:
+    Program() { platform::setServices(&services_); }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program() { platform::setServices(nullptr); }
+
+    void start() {
+        delegate_.applicationDidFinishLaunching();
+        if (HotkeyManager::shared().eventTap() != nullptr) {
+            mainQueue_.async([this] {
+                if (auto* applications = this->applications()) {
+                    applications->prepare();
+                }
+            });
+        }
+    }
+
+    void terminate() { delegate_.applicationWillTerminate(); }
+
+    qt::RunLoop& runLoop() { return runLoop_; }
+
+private:
+    X11Applications* applications() {
+        if (!applications_) {
+            if (auto connection = x11::Connection::open()) {
+                applications_.emplace(std::move(connection), userTime_, mainQueue_, runLoop_);
+            }
+        }
+        return applications_ ? &*applications_ : nullptr;
+    }
+
+    const ApplicationServices* applicationServices() {
+        const auto* found = applications();
+        return found == nullptr ? nullptr : &found->services();
+    }
+
+    qt::MainQueue mainQueue_;
+    qt::RunLoop runLoop_;
+    x11::UserTime userTime_;
+    x11::AccessibilityTrust trust_{TrustPrompt{}};
+    x11::EventTaps eventTaps_{mainQueue_, userTime_, {}, [] { QCoreApplication::quit(); }};
     freedesktop::FileManager fileManager_;
     freedesktop::TextComparison textComparison_;
     platform::NotificationCenter notificationCenter_;
+    std::optional<X11Applications> applications_;
+    LateApplications lateApplications_{[this] { return applicationServices(); }};
     platform::Services services_{
         .accessibilityTrust = trust_,
         .eventTaps = eventTaps_,
         .fileManager = fileManager_,
         .mainQueue = mainQueue_,
         .notificationCenter = notificationCenter_,
-        .processActivation = processActivation_,
-        .runningApplications = runningApplications_,
+        .processActivation = lateApplications_,
+        .runningApplications = lateApplications_,
         .textComparison = textComparison_,
-        .windowList = windowList_,
-        .workspace = workspace_,
+        .windowList = lateApplications_,
+        .workspace = lateApplications_,
         .standardOutput = std::cout,
     };
+    AppDelegate delegate_{services_};
 };
 
-/// The program from its start to its end: waits for a display, then runs the delegate on it.
-class Program {
-public:
-    /// Looks for the display, now and then every few seconds until it is there.
-    void start() {
-        auto connection = x11::Connection::open();
-        if (!connection) {
-            trust_.isProcessTrustedWithPrompt();
-            mainQueue_.asyncAfter(displayRetryInterval, [this] { start(); });
-            return;
-        }
-        desktop_.emplace(std::move(connection), mainQueue_, runLoop_, trust_,
-                         [] { QCoreApplication::quit(); });
-        platform::setServices(&desktop_->services());
-        delegate_.emplace(desktop_->services());
-        delegate_->applicationDidFinishLaunching();
-        mainQueue_.async([this] { desktop_->prepare(); });
+/// A reader of our diagnostics may go away at any time; and a utility that a terminal has stopped
+/// would hold the keyboard at the next bound key press.
+void ignoreSignals() {
+    for (const int number : {SIGPIPE, SIGTSTP, SIGTTIN, SIGTTOU}) {
+        std::signal(number, SIG_IGN);
     }
-
-    void terminate() {
-        if (delegate_) {
-            delegate_->applicationWillTerminate();
-        }
-    }
-
-    qt::RunLoop& runLoop() { return runLoop_; }
-
-private:
-    qt::MainQueue mainQueue_;
-    qt::RunLoop runLoop_;
-    x11::AccessibilityTrust trust_{TrustPrompt{}};
-    std::optional<X11Desktop> desktop_;
-    std::optional<AppDelegate> delegate_;
-};
+}
 
 int run(int argumentCount, char** arguments) {
-    // A reader of our diagnostics may go away at any time.
-    std::signal(SIGPIPE, SIG_IGN);
-    qt::TerminationSignals terminationSignals;
+    ignoreSignals();
     QCoreApplication application(argumentCount, arguments);
+    qt::TerminationSignals terminationSignals;
     Program program;
     terminationSignals.watch(program.runLoop(), [] { QCoreApplication::quit(); });
     program.start();

@@ -11,10 +11,10 @@ namespace hollowfernpike {
 namespace {
 
 constexpr std::array<std::pair<std::uint64_t, std::string_view>, 4> modifierSymbols{{
-    {0x40000, "⌃"},
-    {0x80000, "⌥"},
-    {0x20000, "⇧"},
-    {0x100000, "⌘"},
+    {platform::event_flags::control, "⌃"},
+    {platform::event_flags::option, "⌥"},
+    {platform::event_flags::shift, "⇧"},
+    {platform::event_flags::command, "⌘"},
 }};
 
 } // namespace

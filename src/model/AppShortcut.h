@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/UUID.h"
+#include "platform/EventTap.h"
 
 #include <cstdint>
 #include <string>
@@ -9,7 +10,10 @@ namespace hollowfernpike {
 
 /// The modifier bits of a key event's flag word that take part in a shortcut; all others are
 /// ignored wherever combinations are shown or matched.
-inline constexpr std::uint64_t modifierMask = 0x1E0000;
+inline constexpr std::uint64_t modifierMask =
+    platform::event_flags::shift | platform::event_flags::control | platform::event_flags::option |
+    platform::event_flags::command;
+static_assert(modifierMask == 0x1E0000, "the files on disk say so");
 
 /// A key combination bound to an application. A value, told apart by `id`; it has no equality of
 /// its own, because what counts as equal differs from use to use.

@@ -52,7 +52,8 @@ class EventTap;
 /// again. Returns `event` to let it pass or null to swallow it.
 ///
 /// A tap that holds its combinations as grabs has taken the press before it asks: there, what was
-/// of interest at the moment of the press is swallowed whatever the callback returns.
+/// of interest at the moment of the press is swallowed whatever the callback returns, and presses
+/// that another client keeps to itself for the moment, as an open menu does, are not seen.
 using EventTapCallback = const KeyEvent* (*)(EventTap* proxy, EventType type, const KeyEvent* event,
                                              void* userInfo);
 

@@ -21,6 +21,9 @@ public:
     /// Forgets the instance, so that the next test starts with a new one.
     static void resetForTesting() { slot().reset(); }
 
+    /// Whether it was used already, for tests that must not cause what they ask about.
+    static bool existsForTesting() { return slot() != nullptr; }
+
 private:
     static std::shared_ptr<T>& slot() {
         static auto* const instance = new std::shared_ptr<T>;

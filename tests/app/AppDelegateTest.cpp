@@ -20,6 +20,14 @@ using testing::SizeIs;
 
 class AppDelegateTest : public testing::Test {
 protected:
+    static std::vector<std::string> combinations() {
+        std::vector<std::string> keys;
+        for (const auto& [key, shortcut] : *HotkeyManager::shared().shortcutMap()) {
+            keys.push_back(key);
+        }
+        return keys;
+    }
+
     test::FakeServices desktop;
     AppDelegate delegate{platform::services()};
 };
@@ -42,12 +50,28 @@ TEST_F(AppDelegateTest, AsksTwiceAtOnceWhileThePermissionIsMissing) {
     EXPECT_EQ(desktop.mainQueue.pending(), 1);
 }
 
-TEST_F(AppDelegateTest, TheMapFollowsTheListAtOnce) {
+TEST_F(AppDelegateTest, TheMapFollowsEveryChangeOfTheListAtOnce) {
     delegate.applicationDidFinishLaunching();
+    auto& store = ShortcutStore::shared();
     addShortcut("Editor", 0, command);
-    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), SizeIs(1));
-    ShortcutStore::shared().remove(ShortcutStore::shared().shortcuts().front().id);
-    EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), IsEmpty());
+    EXPECT_THAT(combinations(), ElementsAre("0:1048576"));
+
+    const auto exported = store.exportData();
+    auto edited = store.shortcuts().front();
+    edited.keyCode = 1;
+    store.update(edited);
+    EXPECT_THAT(combinations(), ElementsAre("1:1048576"));
+
+    store.importData(*exported);
+    EXPECT_THAT(combinations(), ElementsAre("0:1048576"));
+    store.remove(edited.id);
+    EXPECT_THAT(combinations(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, TheLauncherExistsBeforeTheFirstKeyPress) {
+    EXPECT_FALSE(platform::SharedInstance<AppLauncher>::existsForTesting());
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(platform::SharedInstance<AppLauncher>::existsForTesting());
 }
 
 TEST_F(AppDelegateTest, DoesNotFollowTheListBeforeTheStart) {

@@ -243,7 +243,11 @@ TEST_F(AppLauncherTest, InstanceThatVanishesWhileItIsBroughtForwardIsNotLaunched
 TEST_F(AppLauncherTest, FailedLaunchIsSilent) {
     desktop.workspace.result = {.processIdentifier = {},
                                 .error = platform::LocalizedError("ありません", "not there")};
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
     perform();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(desktop.log.calls().back(),
               "workspace.openApplication /applications/Editor.desktop activating");
     EXPECT_EQ(desktop.standardOutput.str(), "");

@@ -156,8 +156,11 @@ TEST_F(ShortcutStoreTest, aKeyThatIsUnknownIsLostOnTheNextWrite) {
     EXPECT_EQ(files_.files[file], document({a, b}));
 }
 
-TEST_F(ShortcutStoreTest, isMadeOnceAndKept) {
-    EXPECT_EQ(&store(), &store());
+TEST_F(ShortcutStoreTest, isMadeOnceAndKeepsItsListWhateverBecomesOfTheFile) {
+    files_.files[file] = document({a});
+    EXPECT_EQ(names(), std::vector<std::string>{"A"});
+    files_.files[file] = document({b});
+    EXPECT_EQ(names(), std::vector<std::string>{"A"});
 }
 
 // --- add ---
@@ -385,7 +388,10 @@ TEST_F(ShortcutStoreTest, importReplacesTheListInTheDocumentsOrder) {
 
 TEST_F(ShortcutStoreTest, importOfItsOwnExportChangesNothing) {
     files_.files[file] = document({c, a, b});
-    store().importData(*store().exportData());
+    const auto exported = store().exportData();
+    files_.files[file] = "overwritten";
+    store().importData(*exported);
+    EXPECT_EQ(names(), (std::vector<std::string>{"C", "A", "B"}));
     EXPECT_EQ(files_.files[file], document({c, a, b}));
 }
 
