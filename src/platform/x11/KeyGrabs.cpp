@@ -34,7 +34,8 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
 }
 
 void KeyGrabs::release() {
-    ungrabUnwanted({});
+    held_.clear();
+    xcb_ungrab_key(connection_.get(), XCB_GRAB_ANY, connection_.root(), XCB_MOD_MASK_ANY);
     xcb_aux_sync(connection_.get());
 }
 
@@ -43,15 +44,12 @@ bool KeyGrabs::held(const KeyState& press, std::uint32_t sequence) const {
     return found != held_.end() && !isBefore(sequence, found->second);
 }
 
-void KeyGrabs::ungrab(const KeyState& press) {
-    xcb_ungrab_key(connection_.get(), press.key, connection_.root(), press.modifiers);
-}
-
 void KeyGrabs::ungrabUnwanted(const Wanted& wanted) {
     std::erase_if(held_, [&](const auto& entry) {
-        const bool unwanted = !wanted.contains(entry.first);
+        const auto& press = entry.first;
+        const bool unwanted = !wanted.contains(press);
         if (unwanted) {
-            ungrab(entry.first);
+            xcb_ungrab_key(connection_.get(), press.key, connection_.root(), press.modifiers);
         }
         return unwanted;
     });

@@ -30,7 +30,6 @@ public:
 private:
     using Wanted = std::map<KeyState, std::size_t>;
 
-    void ungrab(const KeyState& press);
     void ungrabUnwanted(const Wanted& wanted);
     std::vector<bool> grabMissing(const Wanted& wanted, std::size_t combinationCount);
 
