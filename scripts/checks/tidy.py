@@ -1,10 +1,12 @@
 """What .clang-tidy asks for, over all sources and headers of ours: tidy.py ROOT BUILD
 
-clangd applies the checks to the file alone, where clang-tidy walks through every system header
-that the file includes and takes ten times as long. Two things only clang-tidy can do, and it does
-them for src/: the path analyzer, and the search for uses after a move. (Tests need neither: they
-run under sanitizers.) A file that was found clean is not looked at again until it, a header of
-ours that it includes, or the configuration changes.
+clang-tidy walks through every system header that a file includes, which takes it ten seconds;
+clangd applies the same checks to the file alone, in one. So clangd has the first look, and
+clang-tidy judges what it suspects (clangd sees faults in the macros of system headers, and does not
+know NOLINTBEGIN). Two things only clang-tidy can do, and does for all of src/: the search along
+paths, and for uses after a move. Tests need neither: they run under sanitizers. A file that was
+found clean is not looked at again until it, a header of ours that it includes, or the
+configuration changes.
 """
 
 import concurrent.futures
@@ -21,8 +23,7 @@ import tree
 SLOW_CHECKS = ("-bugprone-*,bugprone-use-after-move,-cppcoreguidelines-*,-misc-*,-modernize-*,"
                "-performance-*,-readability-*")
 QUOTED = re.compile(rb'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
-CLANGD_FINDING = re.compile(r"^E\[[^\]]*\] \[(?P<check>[^\]]+)\] Line (?P<line>\d+): (?P<text>.*)")
-CLANG_TIDY_FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
+FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
 
 def closure(root, name):
@@ -52,28 +53,28 @@ def output_of(*command):
     return done.returncode, done.stdout + done.stderr
 
 
-def ask_clangd(root, build, name):
+def looks_clean(root, build, name):
     code, output = output_of("clangd", f"--check={root / name}", f"--compile-commands-dir={build}",
                              "--check-lines=1-1", "--log=error", "--enable-config=0")
-    found = [CLANGD_FINDING.match(line) for line in output.splitlines()]
-    found = [f"{name}:{m['line']}: {m['text']} [{m['check']}]" for m in found if m]
-    return found or ([f"{name}:1: clangd failed: {output}"] if code else [])
+    return code == 0 and not output.strip()
 
 
-def ask_clang_tidy(root, build, name):
-    code, output = output_of("clang-tidy", "-p", build, "--quiet", f"--checks={SLOW_CHECKS}",
+def ask_clang_tidy(root, build, name, checks):
+    code, output = output_of("clang-tidy", "-p", build, "--quiet", f"--checks={checks}",
                              root / name)
     output = output.replace(f"{root}/", "")
-    found = [line for line in output.splitlines() if CLANG_TIDY_FINDING.match(line)]
+    found = [line for line in output.splitlines() if FINDING.match(line)]
     return found or ([f"{name}:1: clang-tidy failed: {output}"] if code else [])
 
 
 def look_at(root, build, name, clean):
+    found = []
     if clean.exists():
-        return []
-    found = ask_clangd(root, build, name)
-    if name.startswith("src/") and name.endswith(".cpp"):
-        found += ask_clang_tidy(root, build, name)
+        return found
+    if not looks_clean(root, build, name):
+        found = ask_clang_tidy(root, build, name, "")
+    elif name.startswith("src/") and name.endswith(".cpp"):
+        found = ask_clang_tidy(root, build, name, SLOW_CHECKS)
     if not found:
         clean.touch()
     return found
