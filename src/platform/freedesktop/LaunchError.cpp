@@ -37,6 +37,11 @@ platform::LocalizedError missingProgram(const std::string& path, const std::stri
             "The program “" + shown(program) + "” of “" + shown(path) + "” is missing."};
 }
 
+platform::LocalizedError noAnswer(const std::string& path) {
+    return {"アプリケーションから応答がありません: " + shown(path),
+            "The application at “" + shown(path) + "” does not answer."};
+}
+
 platform::LocalizedError failedStart(const std::string& path, const std::string& reason) {
     return {"アプリケーションを起動できません: " + shown(path) + " (" + reason + ")",
             "The application at “" + shown(path) + "” cannot be started: " + reason};

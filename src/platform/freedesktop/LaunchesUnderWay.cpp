@@ -117,8 +117,7 @@ void LaunchesUnderWay::giveUp(Launch& launch) {
     if (launch.result) {
         finish(launch);
     } else {
-        settle(launch, {.processIdentifier = std::nullopt,
-                        .error = failedStart(launch.entry.path, "no answer")});
+        settle(launch, {.processIdentifier = std::nullopt, .error = noAnswer(launch.entry.path)});
     }
 }
 

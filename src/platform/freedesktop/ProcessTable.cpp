@@ -30,12 +30,18 @@ std::optional<std::int32_t> numberIn(std::string_view text) {
     return error == std::errc{} && end != text.data() ? std::optional(number) : std::nullopt;
 }
 
-std::vector<std::int32_t> allProcesses() {
-    std::vector<std::int32_t> processes;
+// A number comes back for another process one day, the inode of its directory does not.
+struct Listed {
+    std::int32_t number;
+    ino_t inode;
+};
+
+std::vector<Listed> allProcesses() {
+    std::vector<Listed> processes;
     const std::unique_ptr<DIR, DirectoryCloser> directory(::opendir("/proc"));
     while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr) {
         if (const auto number = numberIn(entry->d_name)) {
-            processes.push_back(*number);
+            processes.push_back({*number, entry->d_ino});
         }
     }
     return processes;
@@ -90,8 +96,7 @@ ProcessTable::ProcessTable(DesktopEntries& entries)
 void ProcessTable::refresh() {
     const auto newest = newestNumber(counter_);
     const auto generation = entries_.generation();
-    // Numbers that start over may come back for other processes.
-    if (generation != generation_ || newest < newest_) {
+    if (generation != generation_) {
         processes_.clear();
         newest_.reset();
         generation_ = generation;
@@ -109,12 +114,13 @@ void ProcessTable::refresh() {
 
 void ProcessTable::scan() {
     ++scans_;
-    for (const auto number : allProcesses()) {
-        const auto [place, isNew] = processes_.try_emplace(number);
-        if (isNew) {
-            place->second = look(number);
+    for (const auto [number, inode] : allProcesses()) {
+        auto& known = processes_[number];
+        if (known.inode != inode) {
+            known = look(number);
+            known.inode = inode;
         }
-        place->second.scan = scans_;
+        known.scan = scans_;
     }
     std::erase_if(processes_, [&](const auto& process) { return process.second.scan != scans_; });
 }
@@ -139,7 +145,9 @@ void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
     if (status && status->hasEnded && status->startTime == known.status.startTime) {
         known.isYoung = false;
     } else {
+        const auto inode = known.inode;
         known = look(process);
+        known.inode = inode;
     }
 }
 

@@ -9,6 +9,9 @@
 #include <iterator>
 #include <stdexcept>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace hollowfernpike::test {
 
 namespace {
@@ -64,7 +67,14 @@ ApplicationsHome::ApplicationsHome() {
     ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
+// Programs that have not reported yet would outlive the test, which ends only when they do: they
+// write to where it writes.
 ApplicationsHome::~ApplicationsHome() {
+    std::ifstream children("/proc/self/task/" + std::to_string(::getpid()) + "/children");
+    for (pid_t child = 0; children >> child;) {
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+    }
     for (const auto& witness : witnesses()) {
         ::kill(witness.process, SIGKILL);
     }
