@@ -104,10 +104,14 @@ private:
         return windows;
     }
 
+    /// Window managers write their two lists one after the other.
     bool areManaged(const std::vector<xcb_window_t>& windows) {
-        const auto managed = observer_.stacking();
-        return std::ranges::all_of(
-            windows, [&](auto window) { return std::ranges::count(managed, window) == 1; });
+        const auto stacking = observer_.stacking();
+        const auto ages = observer_.numbers(observer_.root(), "_NET_CLIENT_LIST");
+        return std::ranges::all_of(windows, [&](auto window) {
+            return std::ranges::count(stacking, window) == 1 &&
+                   std::ranges::count(ages, window) == 1;
+        });
     }
 };
 
