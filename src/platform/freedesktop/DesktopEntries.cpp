@@ -8,6 +8,8 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
+constexpr std::chrono::seconds shortestRest{1}; // between two looks without the kernel's help
+
 bool isSameList(const std::vector<DesktopEntry>& left, const std::vector<DesktopEntry>& right) {
     return std::ranges::equal(left, right, [](const auto& one, const auto& other) {
         return one.path == other.path && one.identifier == other.identifier &&
@@ -18,10 +20,18 @@ bool isSameList(const std::vector<DesktopEntry>& left, const std::vector<Desktop
 } // namespace
 
 const EntryIndex& DesktopEntries::index() {
-    if (!watch_ || watch_->hasChanged()) {
+    if (isOutdated()) {
         renew();
     }
     return index_;
+}
+
+bool DesktopEntries::isOutdated() {
+    if (!watch_) {
+        return true;
+    }
+    const bool isRecent = std::chrono::steady_clock::now() - renewed_ < shortestRest;
+    return watch_->hasChanged() && !(watch_->isBlind() && isRecent);
 }
 
 std::uint64_t DesktopEntries::generation() {
@@ -31,6 +41,7 @@ std::uint64_t DesktopEntries::generation() {
 
 void DesktopEntries::renew() {
     watch_.emplace();
+    renewed_ = std::chrono::steady_clock::now();
     std::vector<DesktopEntry> entries;
     for (const auto& file : installedFiles(directories_, *watch_)) {
         if (auto entry = current(file)) {

@@ -4,6 +4,7 @@
 #include "platform/freedesktop/DirectoryWatch.h"
 #include "platform/freedesktop/EntryIndex.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -14,7 +15,8 @@ namespace hollowfernpike::freedesktop {
 
 /// The applications that are installed, as the entry files tell at the moment of asking. Nothing is
 /// read before the first question, only changed files are read again, and nothing wakes us when
-/// files change. Main thread only.
+/// files change. Where the kernel would not watch the directories (it has limits), answers may be a
+/// second old. Main thread only.
 class DesktopEntries {
 public:
     explicit DesktopEntries(
@@ -36,11 +38,13 @@ public:
     std::string identifierOf(const std::string& path);
 
 private:
+    bool isOutdated();
     void renew();
     std::optional<DesktopEntry> current(const InstalledFile& file) const;
 
     std::vector<std::filesystem::path> directories_;
     std::optional<DirectoryWatch> watch_;
+    std::chrono::steady_clock::time_point renewed_;
     EntryIndex index_;
     std::uint64_t generation_ = 0;
 };

@@ -20,7 +20,7 @@ constexpr unsigned events = IN_ATTRIB | IN_CLOSE_WRITE | IN_CREATE | IN_DELETE |
 } // namespace
 
 DirectoryWatch::DirectoryWatch()
-    : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), hasChanged_(!queue_) {}
+    : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), isBlind_(!queue_) {}
 
 void DirectoryWatch::add(const fs::path& directory) {
     std::error_code unknown;
@@ -44,7 +44,8 @@ void DirectoryWatch::add(const fs::path& directory) {
 DirectoryWatch::Interest* DirectoryWatch::watch(const fs::path& directory) {
     const int number = ::inotify_add_watch(queue_.get(), directory.c_str(), events);
     const bool isHidden = number < 0 && errno == EACCES;
-    hasChanged_ = hasChanged_ || (number < 0 && !isHidden);
+    isBlind_ = isBlind_ || (number < 0 && !isHidden);
+    hasChanged_ = hasChanged_ || isBlind_;
     return number < 0 ? nullptr : &interests_[number];
 }
 

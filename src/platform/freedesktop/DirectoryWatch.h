@@ -23,6 +23,9 @@ public:
     /// always true where the kernel would not watch.
     bool hasChanged();
 
+    /// Whether that is only because the kernel would not watch.
+    bool isBlind() const { return isBlind_; }
+
 private:
     struct Interest {
         bool inEntries = false;
@@ -33,7 +36,8 @@ private:
     bool concerns(int number, const char* name, unsigned mask) const;
 
     Descriptor queue_;
-    bool hasChanged_ = false;
+    bool isBlind_;
+    bool hasChanged_ = isBlind_;
     std::map<int, Interest> interests_; ///< by watch
 };
 

@@ -15,8 +15,7 @@ void EntryKeys::add(std::string key, std::size_t entry) {
 
 void EntryKeys::sort() {
     std::ranges::sort(keys_);
-    const auto repeated = std::ranges::unique(keys_);
-    keys_.erase(repeated.begin(), repeated.end());
+    keys_.erase(std::unique(keys_.begin(), keys_.end()), keys_.end());
     keys_.shrink_to_fit();
 }
 

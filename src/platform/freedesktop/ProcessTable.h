@@ -41,7 +41,7 @@ private:
     struct Known {
         std::string identifier; ///< empty for a process that runs no application of ours
         ProcessStatus status;
-        bool isYoung = false; ///< it may yet become another program
+        bool isYoung = false;    ///< it may yet become another program
         std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
         std::uint64_t scan = 0;
     };

@@ -10,6 +10,8 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
+// Lists are read far, because what counts most, the front or the newest, comes last.
+constexpr std::uint32_t longestList = 16384;
 constexpr std::uint32_t mostWindows = 1024;
 constexpr std::uint32_t mostSupported = 1024;
 
@@ -18,6 +20,8 @@ std::vector<xcb_window_t> cleaned(std::span<const xcb_window_t> windows, xcb_win
     std::vector<xcb_window_t> result;
     std::ranges::copy_if(windows, std::back_inserter(result),
                          [&seen](xcb_window_t window) { return seen.insert(window).second; });
+    const auto surplus = result.size() - std::min<std::size_t>(result.size(), mostWindows);
+    result.erase(result.begin(), result.begin() + static_cast<std::ptrdiff_t>(surplus));
     return result;
 }
 
@@ -32,8 +36,8 @@ DesktopQuery::DesktopQuery(const Connection& connection, const Atoms& atoms)
     const auto ask = [&](xcb_atom_t property, xcb_atom_t type, std::uint32_t words) {
         return askProperty(connection, connection.root(), property, type, words);
     };
-    stacking_ = ask(atoms.clientListStacking, XCB_ATOM_WINDOW, mostWindows);
-    age_ = ask(atoms.clientList, XCB_ATOM_WINDOW, mostWindows);
+    stacking_ = ask(atoms.clientListStacking, XCB_ATOM_WINDOW, longestList);
+    age_ = ask(atoms.clientList, XCB_ATOM_WINDOW, longestList);
     currentDesktop_ = ask(atoms.currentDesktop, XCB_ATOM_CARDINAL, 1);
     supported_ = ask(atoms.supported, XCB_ATOM_ATOM, mostSupported);
 }

@@ -34,7 +34,7 @@ bool Snapshot::isHere(const WindowRecord& record) const {
 Windows::Windows(const Connection& connection, platform::WindowOwners& owners,
                  const UserTime& userTime)
     : connection_(connection), owners_(owners), userTime_(userTime), atoms_(connection),
-      processes_(connection), events_(connection), ownersGeneration_(owners.generation()) {}
+      processes_(connection), events_(connection) {}
 
 const Snapshot* Windows::read(WindowOrder order) {
     DesktopQuery desktopQuery(connection_, atoms_);
@@ -47,6 +47,7 @@ const Snapshot* Windows::read(WindowOrder order) {
     }
     assemble(desktop, states);
     forgetVanished();
+    forgetChangedOwners();
     events_.drain();
     snapshotPress_ = order == WindowOrder::frontToBack ? userTime_.press() : 0;
     snapshotTime_ = std::chrono::steady_clock::now();
@@ -60,12 +61,6 @@ const Snapshot* Windows::takeOfThisPress() {
 }
 
 const platform::WindowOwner& Windows::ownerOf(const WindowRecord& record) {
-    if (const auto generation = owners_.generation(); generation != ownersGeneration_) {
-        for (auto& [window, identity] : identities_) {
-            identity.owner.reset();
-        }
-        ownersGeneration_ = generation;
-    }
     auto& identity = *record.identity;
     if (!identity.owner) {
         identity.owner = owners_.ownerOf(identity.facts);
@@ -132,6 +127,17 @@ void Windows::forgetVanished() {
         seen.insert(record.window);
     }
     std::erase_if(identities_, [&seen](const auto& known) { return !seen.contains(known.first); });
+}
+
+void Windows::forgetChangedOwners() {
+    const auto generation = owners_.generation();
+    if (generation == ownersGeneration_) {
+        return;
+    }
+    ownersGeneration_ = generation;
+    for (auto& [window, identity] : identities_) {
+        identity.owner.reset();
+    }
 }
 
 } // namespace hollowfernpike::x11

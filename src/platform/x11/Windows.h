@@ -80,6 +80,7 @@ private:
     void learn(const std::vector<xcb_window_t>& unknown, States& states);
     void assemble(const DesktopState& desktop, const States& states);
     void forgetVanished();
+    void forgetChangedOwners();
 
     const Connection& connection_;
     platform::WindowOwners& owners_;
@@ -89,7 +90,7 @@ private:
     Events events_;
 
     std::unordered_map<xcb_window_t, WindowIdentity> identities_;
-    std::uint64_t ownersGeneration_;
+    std::uint64_t ownersGeneration_ = 0;
     Snapshot snapshot_;
     std::uint64_t snapshotPress_ = 0; ///< 0: not to be handed out
     std::chrono::steady_clock::time_point snapshotTime_;
