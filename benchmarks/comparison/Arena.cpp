@@ -65,6 +65,8 @@ Arena::Arena() {
     if (desktop.start({"xset", "r", "off"})->wait(patience) != 0) {
         throw std::runtime_error("keys cannot be kept from repeating");
     }
+    // The first press from another keyboard than before changes the map, which everybody is told.
+    keyboard.strike({combination.keyName()});
 }
 
 std::filesystem::path Arena::install(const std::string& name, const std::string& exec) const {

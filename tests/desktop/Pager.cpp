@@ -66,6 +66,17 @@ std::vector<xcb_window_t> Pager::stacking() {
     return windows;
 }
 
+std::string Pager::classOf(xcb_window_t window) {
+    xcb_icccm_get_wm_class_reply_t reply{};
+    const auto cookie = xcb_icccm_get_wm_class(connection_, window);
+    if (xcb_icccm_get_wm_class_reply(connection_, cookie, &reply, nullptr) == 0) {
+        return {};
+    }
+    std::string name = reply.class_name;
+    xcb_icccm_get_wm_class_reply_wipe(&reply);
+    return name;
+}
+
 bool Pager::isMinimised(xcb_window_t window) {
     const auto type = atom("WM_STATE");
     const auto reply = held(xcb_get_property_reply(

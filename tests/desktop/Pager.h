@@ -28,6 +28,9 @@ public:
     /// All managed windows, the lowest first.
     std::vector<xcb_window_t> stacking();
 
+    /// The second part of its WM_CLASS; empty if it has none.
+    std::string classOf(xcb_window_t window);
+
     bool isMinimised(xcb_window_t window);
     std::uint32_t workspaceOf(xcb_window_t window);
     std::uint32_t currentWorkspace();

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "show/Narrator.h"
+#include "show/Stage.h"
+
+#include <filesystem>
+#include <map>
+
+namespace hollowfernpike::show {
+
+/// The utility from its start to its end, on a private desktop with two real applications, driven
+/// by a keyboard alone.
+class Show {
+public:
+    /// `pictures` is the folder for screenshots, made if it is missing.
+    explicit Show(std::filesystem::path pictures);
+
+    /// Tells the whole of it; true if everything was as it ought to be. Throws std::runtime_error
+    /// where it cannot go on.
+    bool run();
+
+private:
+    using Time = std::chrono::nanoseconds;
+
+    void start();
+    void launch(const Binding& binding);
+    void bringForward(const Binding& binding);
+    void typeIntoTerminal();
+    void restore(const Binding& binding);
+    void end();
+
+    Time strikeUntilInFront(const Binding& binding);
+    void type(const Binding& into, const std::string& text);
+    void picture(const std::string& name);
+
+    std::filesystem::path pictures_;
+    Narrator narrator_;
+    Binding terminal_;
+    Binding editor_;
+    Stage stage_;
+    std::map<std::string, xcb_window_t> windows_; ///< by window class
+};
+
+} // namespace hollowfernpike::show

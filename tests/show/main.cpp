@@ -1,0 +1,21 @@
+// Shows the utility at work where there is no display to look at: show FOLDER puts up a private
+// desktop, tells what happens on it and saves pictures in the folder. Ends with 0 only if
+// everything was as it ought to be.
+
+#include "show/Show.h"
+
+#include <cstdio>
+#include <exception>
+
+int main(int count, char** arguments) {
+    if (count != 2) {
+        std::fputs("usage: show FOLDER\n", stderr);
+        return 2;
+    }
+    try {
+        return hollowfernpike::show::Show(arguments[1]).run() ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::printf("  NOT TRUE: %s\n", error.what());
+        return 1;
+    }
+}
