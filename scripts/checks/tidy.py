@@ -62,8 +62,8 @@ def looks_clean(root, build, name):
 def ask_clang_tidy(root, build, name, checks):
     code, output = output_of("clang-tidy", "-p", build, "--quiet", f"--checks={checks}",
                              root / name)
-    output = output.replace(f"{root}/", "")
-    found = [line for line in output.splitlines() if FINDING.match(line)]
+    found = [line.removeprefix(f"{root}/") for line in output.splitlines() if FINDING.match(line)]
+    found = [f"{name}:1: {line}" if line.startswith("/") else line for line in found]
     return found or ([f"{name}:1: clang-tidy failed: {output}"] if code else [])
 
 
