@@ -27,7 +27,7 @@ protected:
     }
 
     std::filesystem::path authority(const std::string& name, const std::string& trust) {
-        const auto file = story.desktop.home() / name;
+        auto file = story.desktop.home() / name;
         story.run({"xauth", "-f", file, "generate", story.desktop.display(), ".", trust, "timeout",
                    "600"});
         return file;
