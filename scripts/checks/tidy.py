@@ -39,9 +39,9 @@ def closure(root, name):
     return sorted(known)
 
 
-def fingerprint(root, name, common):
+def fingerprint(root, name, *settings):
     """Changes whenever looking at the file again might find something else."""
-    digest = hashlib.sha256(f"{common}\0{name}\0".encode())
+    digest = hashlib.sha256("\0".join([name, *settings]).encode())
     for file in closure(root, name):
         digest.update(f"{file.relative_to(root)}\0".encode())
         digest.update(hashlib.sha256(file.read_bytes()).digest())
@@ -82,21 +82,20 @@ def look_at(root, build, name, clean):
 
 def check(root, build):
     build = pathlib.Path(build).resolve()
-    commands = (build / "compile_commands.json").read_text()
-    compiled = {pathlib.Path(entry["file"]) for entry in json.loads(commands)}
+    commands = {entry["file"]: json.dumps(entry)
+                for entry in json.loads((build / "compile_commands.json").read_text())}
     names = tree.files(root, "src/*.cpp", "src/*.h", "tests/*.cpp", "tests/*.h",
                        "benchmarks/*.cpp", "benchmarks/*.h")
     for name in names:
-        if name.endswith(".cpp") and root / name not in compiled:
+        if name.endswith(".cpp") and str(root / name) not in commands:
             yield f"{name}:1: no target compiles this file"
 
     cache = build / "tidy-cache"
     cache.mkdir(exist_ok=True)
-    common = "\0".join([output_of("clangd", "--version")[1], SLOW_CHECKS, commands,
-                        *(f"{file}\0{(root / file).read_text()}"
-                          for file in tree.files(root, ".clang-tidy", "*/.clang-tidy"))])
+    settings = (output_of("clangd", "--version")[1], (root / ".clang-tidy").read_text(), SLOW_CHECKS)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
-        looks = [workers.submit(look_at, root, build, name, cache / fingerprint(root, name, common))
+        looks = [workers.submit(look_at, root, build, name, cache / fingerprint(
+                     root, name, *settings, commands.get(str(root / name), "")))
                  for name in names]
         for look in looks:
             yield from look.result()
