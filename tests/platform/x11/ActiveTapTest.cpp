@@ -52,6 +52,10 @@ protected:
 };
 
 TEST_F(ActiveTapTest, reportsACombinationOfInterestWithItsTime) {
+    x11::UserTime timeSeenByAnotherClient;
+    x11::EventTaps others(queue_, timeSeenByAnotherClient, display_.name());
+    ListeningTap other(others, platform::EventTapOptions::listenOnly);
+    other.tap().enable(true);
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::control)});
     std::vector<std::uint64_t> pressNumbers;
@@ -59,9 +63,11 @@ TEST_F(ActiveTapTest, reportsACombinationOfInterestWithItsTime) {
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.strike({"LCTL", "AB02"});
     ASSERT_TRUE(delivered(*tap, 2));
+    ASSERT_TRUE(delivered(other, 2));
     EXPECT_EQ(tap->presses[0].keyCode, keyX);
     EXPECT_EQ(tap->presses[0].flags, flags::control | flags::nonCoalesced);
     EXPECT_NE(userTime_.time(), static_cast<xcb_timestamp_t>(XCB_CURRENT_TIME));
+    EXPECT_EQ(userTime_.time(), timeSeenByAnotherClient.time());
     EXPECT_EQ(pressNumbers, (std::vector<std::uint64_t>{1, 2}));
 }
 
