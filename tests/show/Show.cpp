@@ -107,7 +107,10 @@ void Show::typeIntoTerminal() {
 void Show::restore(const Binding& binding) {
     const auto window = windows_[binding.windowClass];
     stage_.pager.minimise(window);
-    if (!waitUntil([&] { return stage_.pager.isMinimised(window); }, patience)) {
+    const auto isAway = [&] {
+        return stage_.pager.isMinimised(window) && stage_.pager.activeWindow() != window;
+    };
+    if (!waitUntil(isAway, patience)) {
         throw std::runtime_error(binding.application + " cannot be minimised");
     }
     const auto taken = strikeUntilInFront(binding);
@@ -154,9 +157,14 @@ Show::Time Show::strikeUntilInFront(const Binding& binding) {
     return arrival->time - begin;
 }
 
+// The editor gives the focus on to a window inside its own.
 void Show::type(const Binding& into, const std::string& text) {
-    const auto other = windows_[(&into == &terminal_ ? editor_ : terminal_).windowClass];
-    if (!waitUntil([&] { return stage_.pager.focusedWindow() != other; }, patience)) {
+    const auto terminal = windows_[terminal_.windowClass];
+    const bool intoTerminal = into.windowClass == terminal_.windowClass;
+    const auto getsKeys = [&] {
+        return (stage_.pager.focusedWindow() == terminal) == intoTerminal;
+    };
+    if (!waitUntil(getsKeys, patience)) {
         throw std::runtime_error(into.application + " does not get the keys");
     }
     show::type(stage_.keyboard, text);

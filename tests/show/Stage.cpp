@@ -16,7 +16,7 @@ constexpr const char* background = "#35506b";
 
 constexpr const char* terminalLook = R"(XTerm*faceName: DejaVu Sans Mono
 XTerm*faceSize: 12
-XTerm*geometry: 74x22+70+60
+XTerm*geometry: 66x20+70+60
 XTerm*background: #1d2733
 XTerm*foreground: #e6edf3
 XTerm*cursorBlink: false
@@ -26,6 +26,11 @@ constexpr const char* toolkitLook = R"([Settings]
 gtk-font-name=DejaVu Sans 10
 gtk-cursor-blink=0
 gtk-enable-animations=0
+)";
+
+/// Hides the editor's warning to root, who can do no harm here.
+constexpr const char* toolkitStyle = R"(window label { opacity: 0; font-size: 0; }
+menubar label { opacity: 1; font-size: 10pt; }
 )";
 
 void write(const std::filesystem::path& file, const std::string& text) {
@@ -55,6 +60,7 @@ Stage::Stage(std::vector<Binding> bindings) : bindings_(std::move(bindings)) {
 void Stage::furnish() const {
     write(desktop.home() / ".Xdefaults", terminalLook);
     write(desktop.home() / ".config/gtk-3.0/settings.ini", toolkitLook);
+    write(desktop.home() / ".config/gtk-3.0/gtk.css", toolkitStyle);
     if (desktop.start({"xsetroot", "-solid", background})->wait() != 0) {
         throw std::runtime_error("the background cannot be painted");
     }
