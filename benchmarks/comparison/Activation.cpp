@@ -55,10 +55,10 @@ private:
 
 void measureActivation(Table& table, Rounds rounds) {
     ActivationScene scene;
-    table.section("Key press to other window active, 2 windows");
+    table.section("Key press to other window active, 2 windows", fairness(rounds));
     report(table, scene.race(rounds), budgetWithFewWindows);
     scene.openFurtherWindows();
-    table.section("Key press to other window active, 52 windows");
+    table.section("Key press to other window active, 52 windows", fairness(rounds));
     report(table, scene.race(rounds), budgetWithManyWindows);
 }
 

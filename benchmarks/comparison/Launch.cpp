@@ -100,7 +100,7 @@ private:
 
 void measureLaunch(Table& table, Rounds rounds) {
     LaunchScene scene;
-    table.section("Key press to main() of a program");
+    table.section("Key press to main() of a program", fairness(rounds));
     report(table, scene.race(rounds), budget);
 }
 

@@ -49,6 +49,11 @@ std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Roun
     return results;
 }
 
+std::string fairness(Rounds rounds) {
+    return std::to_string(rounds.blocks * rounds.perBlock) + " presses for each, in turns of " +
+           std::to_string(rounds.perBlock) + " with nobody else running; peers use a light shell";
+}
+
 void report(Table& table, const std::vector<Series>& results, double budget) {
     std::vector<double> medians;
     for (const auto& series : results) {

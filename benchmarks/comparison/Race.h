@@ -25,6 +25,9 @@ struct Series {
 std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Rounds rounds,
                          const std::function<double(pid_t)>& measure);
 
+/// What the readers of the figures ought to know about them.
+std::string fairness(Rounds rounds);
+
 /// Adds all series, and our median divided by the best peer's. The first series is ours.
 void report(Table& table, const std::vector<Series>& results, double budget);
 

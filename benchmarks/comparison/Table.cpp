@@ -73,9 +73,12 @@ std::string format(double value, Unit unit) {
     throw std::invalid_argument("no such unit");
 }
 
-void Table::section(const std::string& title) {
+void Table::section(const std::string& title, const std::string& remark) {
     title_ = title;
     print('\n' + left(title) + right("median") + right("95 %") + right("budget"));
+    if (!remark.empty()) {
+        print("  (" + remark + ')');
+    }
 }
 
 void Table::add(const Figure& figure) {

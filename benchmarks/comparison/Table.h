@@ -22,8 +22,8 @@ struct Figure {
 /// Prints figures as they come, one a line, and remembers which were above their budgets.
 class Table {
 public:
-    /// A title above the figures that follow.
-    void section(const std::string& title);
+    /// A title above the figures that follow, and what has to be known about them.
+    void section(const std::string& title, const std::string& remark = {});
 
     /// Throws std::range_error if the figure cannot be true, whatever the machine.
     void add(const Figure& figure);
