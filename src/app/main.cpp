@@ -51,8 +51,9 @@ public:
                     qt::MainQueue& mainQueue, qt::RunLoop& runLoop)
         : connection_(std::move(connection)), windows_(*connection_, owners_, userTime),
           clientWindows_(windows_, runLoop), launchFeedback_(windows_, userTime),
-          workspace_(entries_, clientWindows_, launchFeedback_, runLoop, mainQueue),
-          processActivation_(windows_, userTime) {}
+          processActivation_(windows_, userTime),
+          workspace_(entries_, clientWindows_, launchFeedback_, processActivation_, runLoop,
+                     mainQueue) {}
 
     const ApplicationServices& services() const { return services_; }
 
@@ -67,8 +68,8 @@ private:
     x11::Windows windows_;
     x11::ClientWindows clientWindows_;
     x11::LaunchFeedback launchFeedback_;
-    freedesktop::Workspace workspace_;
     x11::ProcessActivation processActivation_;
+    freedesktop::Workspace workspace_;
     x11::WindowList windowList_{windows_};
     freedesktop::RunningApplications runningApplications_{entries_, clientWindows_, workspace_};
     ApplicationServices services_{

@@ -2,6 +2,7 @@
 
 #include "platform/Interface.h"
 
+#include <cstdint>
 #include <string>
 
 namespace hollowfernpike::platform {
@@ -29,6 +30,10 @@ public:
     /// Takes back the notice of a start that came to nothing or takes too long. Unknown
     /// identifiers are ignored.
     virtual void end(const std::string& identifier) = 0;
+
+    /// How many key presses a tap has delivered so far: tells whether the user has asked for
+    /// something else since.
+    virtual std::uint64_t pressCount() = 0;
 };
 
 } // namespace hollowfernpike::platform

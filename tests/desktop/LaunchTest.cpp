@@ -58,6 +58,17 @@ TEST_P(LaunchTest, APressDuringTheLaunchStartsNoSecondCopy) {
     EXPECT_TRUE(story.nobodySaw(bound));
 }
 
+TEST_P(LaunchTest, AnImpatientSecondPressDoesNotCostTheWindowItsFocus) {
+    auto& target = story.install("Target", {.options = {"--delay", "500"}});
+    story.bind(bound, target);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(waitUntil([&] { return target.starts() == 1; }));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_EQ(target.starts(), 1);
+}
+
 TEST_P(LaunchTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
     auto& target = story.install("Target");
     story.bind(bound, target);

@@ -19,6 +19,9 @@ public:
     }
 
     void end(const std::string& identifier) override { ended.push_back(identifier); }
+
+    std::uint64_t presses = 1;
+    std::uint64_t pressCount() override { return presses; }
 };
 
 } // namespace hollowfernpike::test

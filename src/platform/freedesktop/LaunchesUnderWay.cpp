@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <ranges>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
@@ -109,7 +110,22 @@ void LaunchesUnderWay::lookForWindows() {
     std::erase_if(over, std::not_fn(shown));
     for (const auto& launch : over) {
         forget(*launch);
+        bringForward(*launch, windows);
         answer(*launch, launch->result.value_or(platform::OpenResult{}));
+    }
+}
+
+void LaunchesUnderWay::bringForward(const Launch& launch,
+                                    const std::vector<platform::ClientWindow>& windows) {
+    if (launch.repeatedBy == 0 || launch.repeatedBy != feedback_.pressCount()) {
+        return;
+    }
+    const auto shown = std::ranges::find_if(std::views::reverse(windows), [&](const auto& window) {
+        return window.process &&
+               (window.process == launch.process || belongsTo(window, launch.entry));
+    });
+    if (shown != windows.rend()) {
+        activation_.bringToFront(*shown->process);
     }
 }
 

@@ -17,9 +17,9 @@ platform::OpenResult failure(const platform::LocalizedError& error) {
 } // namespace
 
 Workspace::Workspace(DesktopEntries& entries, platform::ClientWindows& windows,
-                     platform::LaunchFeedback& feedback, platform::RunLoop& runLoop,
-                     platform::MainQueue& mainQueue)
-    : entries_(entries), launches_(windows, feedback, mainQueue), children_(runLoop),
+                     platform::LaunchFeedback& feedback, platform::ProcessActivation& activation,
+                     platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
+    : entries_(entries), launches_(windows, feedback, activation, mainQueue), children_(runLoop),
       bus_(runLoop) {}
 
 void Workspace::openApplication(const std::string& path,
@@ -49,6 +49,9 @@ DesktopEntry Workspace::applicationAt(const std::string& path) {
 
 void Workspace::open(const DesktopEntry& entry, bool activates, OpenCompletion completion) {
     if (const auto launch = launches_.find(entry.stamp)) {
+        if (activates) {
+            launches_.repeat(*launch);
+        }
         LaunchesUnderWay::join(*launch, std::move(completion));
         return;
     }

@@ -19,8 +19,8 @@ class Workspace final : public platform::Workspace {
 public:
     /// The services outlive this.
     Workspace(DesktopEntries& entries, platform::ClientWindows& windows,
-              platform::LaunchFeedback& feedback, platform::RunLoop& runLoop,
-              platform::MainQueue& mainQueue);
+              platform::LaunchFeedback& feedback, platform::ProcessActivation& activation,
+              platform::RunLoop& runLoop, platform::MainQueue& mainQueue);
 
     void openApplication(const std::string& path, const platform::OpenConfiguration& configuration,
                          OpenCompletion completion) override;

@@ -22,6 +22,7 @@ public:
 
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& identifier) override;
+    std::uint64_t pressCount() override { return userTime_.press(); }
 
 private:
     std::string newIdentifier();

@@ -5,6 +5,7 @@
 #include "support/FakeClientWindows.h"
 #include "support/FakeLaunchFeedback.h"
 #include "support/FakeMainQueue.h"
+#include "support/FakeProcessActivation.h"
 #include "support/PolledRunLoop.h"
 #include "support/PrivateDesktop.h"
 
@@ -59,10 +60,12 @@ protected:
     std::optional<test::SessionBus> bus_;
     test::FakeClientWindows windows_;
     test::FakeLaunchFeedback feedback_;
+    test::CallLog log_;
+    test::FakeProcessActivation activation_{log_};
     test::PolledRunLoop loop_;
     test::FakeMainQueue queue_;
     DesktopEntries entries_;
-    Workspace workspace_{entries_, windows_, feedback_, loop_, queue_};
+    Workspace workspace_{entries_, windows_, feedback_, activation_, loop_, queue_};
     std::optional<platform::OpenResult> answer_;
 };
 

@@ -4,6 +4,7 @@
 #include "support/FakeClientWindows.h"
 #include "support/FakeLaunchFeedback.h"
 #include "support/FakeMainQueue.h"
+#include "support/FakeProcessActivation.h"
 #include "support/PolledRunLoop.h"
 
 #include <csignal>
@@ -55,10 +56,12 @@ protected:
     test::ApplicationsHome home_;
     test::FakeClientWindows windows_;
     test::FakeLaunchFeedback feedback_;
+    test::CallLog log_;
+    test::FakeProcessActivation activation_{log_};
     test::PolledRunLoop loop_;
     test::FakeMainQueue queue_;
     DesktopEntries entries_;
-    Workspace workspace_{entries_, windows_, feedback_, loop_, queue_};
+    Workspace workspace_{entries_, windows_, feedback_, activation_, loop_, queue_};
 };
 
 TEST_F(WorkspaceTest, StartsTheProgramWithItsArguments) {
@@ -228,6 +231,33 @@ TEST_F(WorkspaceTest, OnceTheProcessShowsAWindowTheNextRequestStartsAnother) {
     EXPECT_FALSE(windows_.isWatched());
     EXPECT_NE(open(path).processIdentifier, first.processIdentifier);
     EXPECT_THAT(feedback_.ended, IsEmpty());
+}
+
+TEST_F(WorkspaceTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
+    const auto first = open(home_.addEntry("single", home_.witness("stay")));
+    windows_.show({.process = first.processIdentifier, .owner = {}});
+    EXPECT_THAT(log_.calls(), IsEmpty());
+}
+
+TEST_F(WorkspaceTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForward) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = open(path);
+    ++feedback_.presses;
+    open(path);
+    EXPECT_THAT(log_.calls(), IsEmpty());
+    windows_.show({.process = first.processIdentifier, .owner = {}});
+    EXPECT_THAT(log_.calls(), ElementsAre("processActivation.bringToFront " +
+                                          std::to_string(*first.processIdentifier)));
+}
+
+TEST_F(WorkspaceTest, AWindowStaysBehindOnceTheUserHasAskedForSomethingElse) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = open(path);
+    ++feedback_.presses;
+    open(path);
+    ++feedback_.presses;
+    windows_.show({.process = first.processIdentifier, .owner = {}});
+    EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
 TEST_F(WorkspaceTest, AWindowOfAnotherApplicationDoesNotEndTheLaunch) {
