@@ -67,7 +67,7 @@ platform::WindowFacts windowOf(const std::string& className) {
 }
 
 void readAllEntries(benchmark::State& state) {
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         DesktopEntries fresh({installation().directory()});
         benchmark::DoNotOptimize(fresh.generation());
     }
@@ -76,7 +76,7 @@ BENCHMARK(readAllEntries)->Unit(benchmark::kMillisecond);
 
 void readEntriesAfterOneChange(benchmark::State& state) {
     entries().generation();
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         state.PauseTiming();
         installation().write(7);
         state.ResumeTiming();
@@ -86,7 +86,7 @@ void readEntriesAfterOneChange(benchmark::State& state) {
 BENCHMARK(readEntriesAfterOneChange)->Unit(benchmark::kMicrosecond);
 
 void askUnchangedEntries(benchmark::State& state) {
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(entries().generation());
     }
 }
@@ -95,7 +95,7 @@ BENCHMARK(askUnchangedEntries);
 void ownerByClass(benchmark::State& state) {
     const auto window = windowOf("App250");
     const auto& index = entries().index();
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(ownerOf(window, {}, index));
     }
 }
@@ -105,14 +105,14 @@ void ownerOfNobodysWindow(benchmark::State& state) {
     const auto window = windowOf("Nobody");
     const auto process = processFacts(::getpid());
     const auto& index = entries().index();
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(ownerOf(window, process, index));
     }
 }
 BENCHMARK(ownerOfNobodysWindow);
 
 void factsOfAProcess(benchmark::State& state) {
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(processFacts(::getpid()));
     }
 }
@@ -120,7 +120,7 @@ BENCHMARK(factsOfAProcess)->Unit(benchmark::kMicrosecond);
 
 void runningFirstTime(benchmark::State& state) {
     entries().generation();
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         ProcessTable table(entries());
         benchmark::DoNotOptimize(table.running("org.example.App3"));
     }
@@ -129,7 +129,7 @@ BENCHMARK(runningFirstTime)->Unit(benchmark::kMicrosecond);
 
 void runningWithNothingNew(benchmark::State& state) {
     ProcessTable table(entries());
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(table.running("org.example.App3"));
     }
 }
@@ -137,7 +137,7 @@ BENCHMARK(runningWithNothingNew)->Unit(benchmark::kMicrosecond);
 
 void runningAfterAProcessCameAndWent(benchmark::State& state) {
     ProcessTable table(entries());
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         state.PauseTiming();
         const pid_t child = ::fork();
         if (child == 0) {
@@ -152,7 +152,7 @@ BENCHMARK(runningAfterAProcessCameAndWent)->Unit(benchmark::kMicrosecond);
 
 void entryForALaunch(benchmark::State& state) {
     const auto path = installation().path(3);
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(entries().entryAt(path));
     }
 }
@@ -160,14 +160,14 @@ BENCHMARK(entryForALaunch);
 
 void startAProgram(benchmark::State& state) {
     const auto entry = entries().entryAt(installation().path(3));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         const auto process = launchProgram(entry, "id_TIME1");
         state.PauseTiming();
         ::waitpid(process.number, nullptr, 0);
         state.ResumeTiming();
     }
 }
-BENCHMARK(startAProgram)->Unit(benchmark::kMicrosecond);
+BENCHMARK(startAProgram)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 } // namespace
 

@@ -14,7 +14,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::size_t longestFile = 256 * 1024;
+constexpr std::size_t longestFile = std::size_t{256} * 1024;
 constexpr std::size_t mostArguments = 64;
 
 std::string contents(int directory, const char* name) {

@@ -16,7 +16,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::size_t stackSize = 128 * 1024;
+constexpr std::size_t stackSize = std::size_t{128} * 1024;
 constexpr std::size_t numberWidth = 12;
 
 // All that the new process needs, laid out before it exists. It runs on our memory until it has

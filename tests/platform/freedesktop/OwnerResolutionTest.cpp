@@ -21,8 +21,8 @@ struct RecordedWindow {
     const char* owner;
 };
 
-void PrintTo(const RecordedWindow& recorded, std::ostream* output) {
-    *output << recorded.name;
+std::ostream& operator<<(std::ostream& output, const RecordedWindow& recorded) {
+    return output << recorded.name;
 }
 
 ProcessFacts running(const std::string& executable, std::vector<std::string> arguments = {}) {

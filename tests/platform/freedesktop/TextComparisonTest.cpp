@@ -8,10 +8,10 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-bool same(std::string_view left, std::string_view right) {
+bool same(std::string_view one, std::string_view other) {
     TextComparison comparison;
-    const bool answer = comparison.canonicallyEquivalent(left, right);
-    EXPECT_EQ(comparison.canonicallyEquivalent(right, left), answer);
+    const bool answer = comparison.canonicallyEquivalent(one, other);
+    EXPECT_EQ(comparison.canonicallyEquivalent(other, one), answer);
     return answer;
 }
 
