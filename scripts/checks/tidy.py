@@ -3,7 +3,7 @@
 clang-tidy walks through every system header that a file includes, which takes it ten seconds;
 clangd applies the same checks to the file alone, in one. So clangd has the first look, and
 clang-tidy judges what it suspects (clangd sees faults in the macros of system headers, and does not
-know NOLINTBEGIN). Two things only clang-tidy can do, and does for all of src/: the search along
+see where a silenced stretch ends). Two things only clang-tidy can do, and does for all of src/: the search along
 paths, and for uses after a move. Tests need neither: they run under sanitizers. A file that was
 found clean is not looked at again until it, a header of ours that it includes, or the
 configuration changes.
