@@ -127,21 +127,22 @@ std::uint32_t Pager::workspaceCount() {
     return count;
 }
 
-bool Pager::hasClient(pid_t process) {
+std::size_t Pager::clients(pid_t process) {
     const xcb_res_client_id_spec_t everybody{.client = 0,
                                              .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     const auto reply = held(xcb_res_query_client_ids_reply(
         connection_, xcb_res_query_client_ids(connection_, 1, &everybody), nullptr));
     if (!reply) {
-        return false;
+        return 0;
     }
+    std::size_t count = 0;
     for (auto id = xcb_res_query_client_ids_ids_iterator(reply.get()); id.rem > 0;
          xcb_res_client_id_value_next(&id)) {
         if (*xcb_res_client_id_value_value(id.data) == static_cast<std::uint32_t>(process)) {
-            return true;
+            ++count;
         }
     }
-    return false;
+    return count;
 }
 
 xcb_timestamp_t Pager::serverTime() {

@@ -42,8 +42,8 @@ public:
     void setWorkspaceCount(std::uint32_t count);
     std::uint32_t workspaceCount();
 
-    /// Whether this process is a client of the display.
-    bool hasClient(pid_t process);
+    /// How many connections to the display this process has.
+    std::size_t clients(pid_t process);
 
     /// The server's clock now.
     xcb_timestamp_t serverTime();

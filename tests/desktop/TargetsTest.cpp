@@ -1,3 +1,4 @@
+#include "desktop/ActivationRequests.h"
 #include "desktop/Story.h"
 #include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
@@ -133,8 +134,10 @@ TEST_P(TargetsTest, TheApplicationInFrontStaysThere) {
     auto& target = coveredTarget();
     const auto window = target.windows().at(0);
     ASSERT_TRUE(story.switchTo(target));
-    for (int round = 0; round < 3; ++round) {
+    ActivationRequests requests(story.desktop.display());
+    for (std::size_t round = 1; round <= 3; ++round) {
         story.strike(bound);
+        ASSERT_TRUE(waitUntil([&] { return requests.count() == round; }));
         EXPECT_TRUE(story.getsKeys(target));
         EXPECT_TRUE(story.isActive(window));
     }
