@@ -18,7 +18,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::uint64_t youth = 3; // seconds
+constexpr std::uint64_t youth = 2; // seconds, of which the first counts whole
 
 struct DirectoryCloser {
     void operator()(DIR* directory) const noexcept { ::closedir(directory); }
