@@ -7,9 +7,13 @@
 #include "comparison/Parts.h"
 #include "comparison/Residence.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <string_view>
+#include <vector>
 
 namespace hollowfernpike::bench {
 
@@ -32,20 +36,44 @@ constexpr Effort quick{.activation = {.blocks = 1, .perBlock = 3},
                        .repetitions = 2,
                        .atLeast = 1ms};
 
-void attempt(Table& table, const char* what, const std::function<void()>& measure) {
-    try {
-        measure();
-    } catch (const std::exception& error) {
-        table.addFailure(what, error.what());
-    }
+/// Something to measure, by the name that chooses it.
+struct Section {
+    std::string_view name;
+    std::function<void(Table&, const Effort&)> measure;
+};
+
+const std::array<Section, 4>& sections() {
+    static const std::array<Section, 4> all{{
+        {"parts",
+         [](auto& table, const auto& effort) {
+             measureParts(table, effort.repetitions, effort.atLeast);
+         }},
+        {"activation",
+         [](auto& table, const auto& effort) { measureActivation(table, effort.activation); }},
+        {"launch", [](auto& table, const auto& effort) { measureLaunch(table, effort.launch); }},
+        {"residence",
+         [](auto& table, const auto& effort) { measureResidence(table, effort.residence); }},
+    }};
+    return all;
 }
 
-int run(const Effort& effort) {
+bool isKnown(std::string_view name) {
+    return std::ranges::find(sections(), name, &Section::name) != sections().end();
+}
+
+/// Measures the named sections, or all if none is named.
+int run(const Effort& effort, const std::vector<std::string_view>& names) {
     Table table;
-    attempt(table, "parts", [&] { measureParts(table, effort.repetitions, effort.atLeast); });
-    attempt(table, "activation", [&] { measureActivation(table, effort.activation); });
-    attempt(table, "launch", [&] { measureLaunch(table, effort.launch); });
-    attempt(table, "residence", [&] { measureResidence(table, effort.residence); });
+    for (const auto& section : sections()) {
+        if (!names.empty() && std::ranges::find(names, section.name) == names.end()) {
+            continue;
+        }
+        try {
+            section.measure(table, effort);
+        } catch (const std::exception& error) {
+            table.addFailure(std::string{section.name}, error.what());
+        }
+    }
     table.finish();
     return table.isComplete() ? 0 : 1;
 }
@@ -56,10 +84,11 @@ int run(const Effort& effort) {
 
 int main(int count, char** arguments) {
     using namespace hollowfernpike::bench;
-    const bool isQuick = count == 2 && std::string_view(arguments[1]) == "--quick";
-    if (count > 1 && !isQuick) {
-        std::fputs("usage: bench [--quick]\n", stderr);
+    std::vector<std::string_view> names(arguments + 1, arguments + count);
+    const bool isQuick = std::erase(names, "--quick") != 0;
+    if (!std::ranges::all_of(names, isKnown)) {
+        std::fputs("usage: bench [--quick] [parts|activation|launch|residence]...\n", stderr);
         return 2;
     }
-    return run(isQuick ? quick : Effort{});
+    return run(isQuick ? quick : Effort{}, names);
 }
