@@ -4,9 +4,10 @@
 #include "comparison/Processes.h"
 #include "support/WaitUntil.h"
 
-#include <charconv>
+#include <cstdlib>
 #include <fstream>
-#include <ranges>
+#include <limits>
+#include <sstream>
 #include <stdexcept>
 
 namespace hollowfernpike::bench {
@@ -21,14 +22,12 @@ constexpr int looks = 3; // in a row that find everything asleep
 /// The windows that the program tells are on the screen.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     std::vector<xcb_window_t> windows;
-    for (const auto line : std::views::split(account, '\n')) {
-        const std::string_view text{line.begin(), line.end()};
-        constexpr std::string_view mark = "mapped ";
-        xcb_window_t window = XCB_NONE;
-        if (text.starts_with(mark)) {
-            std::from_chars(text.data() + mark.size(), text.data() + text.size(), window);
-            windows.push_back(window);
+    std::istringstream words(account);
+    for (std::string kind, value; words >> kind >> value;) {
+        if (kind == "mapped") {
+            windows.push_back(static_cast<xcb_window_t>(std::stoul(value)));
         }
+        words.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
     }
     return windows;
 }
@@ -45,8 +44,8 @@ public:
     Held(const Held&) = delete;
     Held& operator=(const Held&) = delete;
     ~Held() {
-        for (const auto& modifier : std::views::reverse(modifiers_)) {
-            keyboard_.release(modifier);
+        for (auto modifier = modifiers_.rbegin(); modifier != modifiers_.rend(); ++modifier) {
+            keyboard_.release(*modifier);
         }
     }
 
@@ -70,7 +69,7 @@ Arena::Arena() {
 }
 
 std::filesystem::path Arena::install(const std::string& name, const std::string& exec) const {
-    const auto file = desktop.applications() / (name + ".desktop");
+    auto file = desktop.applications() / (name + ".desktop");
     std::ofstream{file} << "[Desktop Entry]\nType=Application\nName=" << name
                         << "\nStartupWMClass=" << name << "\nExec=" << exec << '\n';
     return file;

@@ -1,6 +1,6 @@
 #include "comparison/Processes.h"
 
-#include <charconv>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -30,8 +30,8 @@ std::int64_t valueOf(const std::string& text, const std::string& name) {
     return std::stoll(text.substr(line + name.size() + 1));
 }
 
-bool isSleepingThread(const std::filesystem::path& thread) {
-    const auto text = contents(thread / "stat");
+bool isSleepingThread(const std::filesystem::directory_entry& thread) {
+    const auto text = contents(thread.path() / "stat");
     const auto nameEnd = text.rfind(')');
     return nameEnd != std::string::npos && text.substr(nameEnd + 1, 2) == " S";
 }
@@ -39,12 +39,8 @@ bool isSleepingThread(const std::filesystem::path& thread) {
 } // namespace
 
 bool isAsleep(pid_t process) {
-    for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
-        if (!isSleepingThread(thread)) {
-            return false;
-        }
-    }
-    return true;
+    const std::filesystem::directory_iterator threads(folderOf(process) / "task");
+    return std::all_of(begin(threads), end(threads), isSleepingThread);
 }
 
 std::int64_t contextSwitches(pid_t process) {

@@ -44,7 +44,7 @@ std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Roun
             runBlock(arena, contestant, rounds.perBlock, measure,
                      seriesOf(results, contestant.name));
         }
-        std::ranges::rotate(contestants, contestants.begin() + 1);
+        std::rotate(contestants.begin(), contestants.begin() + 1, contestants.end());
     }
     return results;
 }
