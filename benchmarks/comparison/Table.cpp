@@ -106,7 +106,11 @@ void Table::finish() const {
     if (!failures_.empty()) {
         print("\nCould not be measured: " + joined(failures_));
     }
-    print(missed_.empty() ? "\nNo budget is missed." : "\nMISSED: " + joined(missed_));
+    if (!missed_.empty()) {
+        print("\nMISSED: " + joined(missed_));
+    } else if (failures_.empty()) {
+        print("\nNo budget is missed.");
+    }
 }
 
 } // namespace hollowfernpike::bench
