@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <ranges>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
@@ -120,7 +119,7 @@ void LaunchesUnderWay::bringForward(const Launch& launch,
     if (launch.repeatedBy == 0 || launch.repeatedBy != feedback_.pressCount()) {
         return;
     }
-    const auto shown = std::ranges::find_if(std::views::reverse(windows), [&](const auto& window) {
+    const auto shown = std::find_if(windows.rbegin(), windows.rend(), [&](const auto& window) {
         return window.process &&
                (window.process == launch.process || belongsTo(window, launch.entry));
     });
