@@ -15,6 +15,8 @@ class FakeEventTap final : public platform::EventTap {
 public:
     FakeEventTap(FakeEventTaps& taps, platform::EventTapOptions options,
                  platform::EventTapCallback callback, void* userInfo);
+    FakeEventTap(const FakeEventTap&) = delete;
+    FakeEventTap& operator=(const FakeEventTap&) = delete;
     ~FakeEventTap() override;
 
     void enable(bool enabled) override;
@@ -84,6 +86,8 @@ private:
 class FakeEventTap::Source final : public platform::RunLoopSource {
 public:
     explicit Source(FakeEventTap& tap) : tap_(tap) {}
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
     ~Source() override { tap_.isAttached_ = false; }
 
     void addToMainRunLoop() override {

@@ -1,6 +1,6 @@
 #include "platform/qt/MainQueue.h"
 
-#include "support/QtEventLoop.h"
+#include "platform/qt/QtEventLoop.h"
 
 #include <gtest/gtest.h>
 

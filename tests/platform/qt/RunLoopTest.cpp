@@ -1,6 +1,6 @@
 #include "platform/qt/RunLoop.h"
 
-#include "support/QtEventLoop.h"
+#include "platform/qt/QtEventLoop.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +13,8 @@ namespace {
 
 struct RunLoopTest : testing::Test {
     RunLoopTest() { EXPECT_EQ(::pipe(ends.data()), 0); }
+    RunLoopTest(const RunLoopTest&) = delete;
+    RunLoopTest& operator=(const RunLoopTest&) = delete;
     ~RunLoopTest() override {
         ::close(ends[0]);
         ::close(ends[1]);

@@ -1,7 +1,7 @@
 #include "platform/qt/TerminationSignals.h"
 
+#include "platform/qt/QtEventLoop.h"
 #include "platform/qt/RunLoop.h"
-#include "support/QtEventLoop.h"
 
 #include <gtest/gtest.h>
 

@@ -15,7 +15,7 @@
 
 namespace hollowfernpike::test {
 
-namespace flags = platform::event_flags;
+namespace flags = platform::event_flags; // NOLINT(misc-unused-alias-decls): for the tests
 
 /// A tap attached to the main loop, and what its callback was told.
 class ListeningTap {
