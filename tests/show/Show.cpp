@@ -116,7 +116,7 @@ void Show::restore(const Binding& binding) {
     const auto taken = strikeUntilInFront(binding);
     narrator_.fact(binding.keys + ": " + binding.application +
                        " was minimised, restored to the front in " + format(taken),
-                   !stage_.pager.isMinimised(window));
+                   waitUntil([&] { return !stage_.pager.isMinimised(window); }, patience));
 }
 
 void Show::end() {
