@@ -8,8 +8,13 @@
 #include "platform/TextComparison.h"
 #include "platform/WindowList.h"
 #include "platform/Workspace.h"
+#include "support/FakeApplication.h"
+#include "support/FakeApplicationBundles.h"
 #include "support/FakeFileManager.h"
+#include "support/FakeLoginItem.h"
 #include "support/FakeMainQueue.h"
+#include "support/FakeStatusBar.h"
+#include "support/FakeUserDefaults.h"
 
 #include <benchmark/benchmark.h>
 
@@ -141,9 +146,30 @@ private:
     NullWindowList windows_;
     NullWorkspace workspace_;
     std::ostringstream output_;
-    platform::Services services_{trust_,         taps_,       files_,        queue_,
-                                 notifications_, activation_, applications_, texts_,
-                                 windows_,       workspace_,  output_};
+    test::CallLog log_;
+    test::FakeApplication application_{log_};
+    test::FakeApplicationBundles bundles_;
+    test::FakeLoginItem loginItem_{log_};
+    test::FakeStatusBar statusBar_{log_};
+    test::FakeUserDefaults defaults_;
+    platform::Services services_{
+        .accessibilityTrust = trust_,
+        .application = application_,
+        .applicationBundles = bundles_,
+        .eventTaps = taps_,
+        .fileManager = files_,
+        .loginItem = loginItem_,
+        .mainQueue = queue_,
+        .notificationCenter = notifications_,
+        .processActivation = activation_,
+        .runningApplications = applications_,
+        .statusBar = statusBar_,
+        .textComparison = texts_,
+        .userDefaults = defaults_,
+        .windowList = windows_,
+        .workspace = workspace_,
+        .standardOutput = output_,
+    };
 };
 
 /// `count` key presses in an order that no cache foresees, from the one numbered `first` on.

@@ -15,6 +15,11 @@ DOORS = {
     "platform": set(),
 }
 
+# Single headers of another room: every text of a window asks for the language.
+WICKETS = {
+    "ui": {"app/L10n.h", "app/Language.h"},
+}
+
 # What the files of a folder may include of ours, rooted there.
 ROOTS = {
     "src": ["src"],
@@ -52,7 +57,7 @@ def fault_of_own(root, name, header):
     if not name.startswith("src/") or name == CHOOSER:
         return None
     room, other = room_of(name.removeprefix("src/")), room_of(header)
-    if other in {room, "platform"} | DOORS.get(room, set()):
+    if other in {room, "platform"} | DOORS.get(room, set()) or header in WICKETS.get(room, set()):
         return None
     allowed = ", ".join(sorted(DOORS.get(room, set()) | {"platform/*.h"}))
     return f"goes from {room} to {other}: besides its own headers {room} knows only {allowed}"

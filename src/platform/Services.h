@@ -7,13 +7,18 @@
 namespace hollowfernpike::platform {
 
 class AccessibilityTrust;
+class Application;
+class ApplicationBundles;
 class EventTaps;
 class FileManager;
+class LoginItem;
 class MainQueue;
 class NotificationCenter;
 class ProcessActivation;
 class RunningApplications;
+class StatusBar;
 class TextComparison;
+class UserDefaults;
 class WindowList;
 class Workspace;
 
@@ -21,13 +26,18 @@ class Workspace;
 /// over once, before the first shared instance is used; they live until the process ends.
 struct Services {
     AccessibilityTrust& accessibilityTrust;
+    Application& application;
+    ApplicationBundles& applicationBundles;
     EventTaps& eventTaps;
     FileManager& fileManager;
+    LoginItem& loginItem;
     MainQueue& mainQueue;
     NotificationCenter& notificationCenter;
     ProcessActivation& processActivation;
     RunningApplications& runningApplications;
+    StatusBar& statusBar;
     TextComparison& textComparison;
+    UserDefaults& userDefaults;
     WindowList& windowList;
     Workspace& workspace;
     std::ostream& standardOutput; ///< diagnostics, one line each

@@ -5,11 +5,16 @@
 #include "platform/Services.h"
 #include "support/CallLog.h"
 #include "support/FakeAccessibilityTrust.h"
+#include "support/FakeApplication.h"
+#include "support/FakeApplicationBundles.h"
 #include "support/FakeEventTaps.h"
+#include "support/FakeLoginItem.h"
 #include "support/FakeMainQueue.h"
 #include "support/FakeProcessActivation.h"
 #include "support/FakeRunningApplications.h"
+#include "support/FakeStatusBar.h"
 #include "support/FakeTextComparison.h"
+#include "support/FakeUserDefaults.h"
 #include "support/FakeWindowList.h"
 #include "support/FakeWorkspace.h"
 
@@ -24,13 +29,18 @@ public:
     explicit ModelServices(platform::FileManager& fileManager)
         : services_{
               .accessibilityTrust = accessibilityTrust_,
+              .application = application_,
+              .applicationBundles = applicationBundles_,
               .eventTaps = eventTaps_,
               .fileManager = fileManager,
+              .loginItem = loginItem_,
               .mainQueue = mainQueue_,
               .notificationCenter = notificationCenter,
               .processActivation = processActivation_,
               .runningApplications = runningApplications_,
+              .statusBar = statusBar_,
               .textComparison = textComparison_,
+              .userDefaults = userDefaults_,
               .windowList = windowList_,
               .workspace = workspace_,
               .standardOutput = standardOutput,
@@ -52,11 +62,16 @@ public:
 private:
     CallLog log_;
     FakeAccessibilityTrust accessibilityTrust_{log_};
+    FakeApplication application_{log_};
+    FakeApplicationBundles applicationBundles_;
     FakeEventTaps eventTaps_{log_};
+    FakeLoginItem loginItem_{log_};
     FakeMainQueue mainQueue_;
     FakeProcessActivation processActivation_{log_};
     FakeRunningApplications runningApplications_{log_};
+    FakeStatusBar statusBar_{log_};
     FakeTextComparison textComparison_{log_};
+    FakeUserDefaults userDefaults_;
     FakeWindowList windowList_{log_};
     FakeWorkspace workspace_{log_};
     platform::Services services_;

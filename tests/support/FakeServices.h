@@ -7,12 +7,17 @@
 #include "platform/Services.h"
 #include "support/CallLog.h"
 #include "support/FakeAccessibilityTrust.h"
+#include "support/FakeApplication.h"
+#include "support/FakeApplicationBundles.h"
 #include "support/FakeEventTaps.h"
 #include "support/FakeFileManager.h"
+#include "support/FakeLoginItem.h"
 #include "support/FakeMainQueue.h"
 #include "support/FakeProcessActivation.h"
 #include "support/FakeRunningApplications.h"
+#include "support/FakeStatusBar.h"
 #include "support/FakeTextComparison.h"
+#include "support/FakeUserDefaults.h"
 #include "support/FakeWindowList.h"
 #include "support/FakeWorkspace.h"
 
@@ -36,13 +41,18 @@ public:
 
     CallLog log;
     FakeAccessibilityTrust accessibilityTrust{log};
+    FakeApplication application{log};
+    FakeApplicationBundles applicationBundles;
     FakeEventTaps eventTaps{log};
     FakeFileManager fileManager;
+    FakeLoginItem loginItem{log};
     FakeMainQueue mainQueue;
     platform::NotificationCenter notificationCenter;
     FakeProcessActivation processActivation{log};
     FakeRunningApplications runningApplications{log};
+    FakeStatusBar statusBar{log};
     FakeTextComparison textComparison{log};
+    FakeUserDefaults userDefaults;
     FakeWindowList windowList{log};
     FakeWorkspace workspace{log};
     std::ostringstream standardOutput;
@@ -50,13 +60,18 @@ public:
 private:
     platform::Services services_{
         .accessibilityTrust = accessibilityTrust,
+        .application = application,
+        .applicationBundles = applicationBundles,
         .eventTaps = eventTaps,
         .fileManager = fileManager,
+        .loginItem = loginItem,
         .mainQueue = mainQueue,
         .notificationCenter = notificationCenter,
         .processActivation = processActivation,
         .runningApplications = runningApplications,
+        .statusBar = statusBar,
         .textComparison = textComparison,
+        .userDefaults = userDefaults,
         .windowList = windowList,
         .workspace = workspace,
         .standardOutput = standardOutput,

@@ -4,8 +4,10 @@
 
 namespace hollowfernpike::x11 {
 
-AccessibilityTrust::AccessibilityTrust(Prompt prompt, std::string displayName)
-    : prompt_(std::move(prompt)), displayName_(std::move(displayName)) {}
+AccessibilityTrust::AccessibilityTrust(Prompt prompt, std::function<void()> onTrusted,
+                                       std::string displayName)
+    : prompt_(std::move(prompt)), onTrusted_(std::move(onTrusted)),
+      displayName_(std::move(displayName)) {}
 
 bool AccessibilityTrust::isProcessTrusted() {
     return !problem();
@@ -20,7 +22,11 @@ bool AccessibilityTrust::isProcessTrustedWithPrompt() {
 }
 
 std::optional<TrustProblem> AccessibilityTrust::problem() const {
-    return findTrustProblem(Connection::open(displayName_).get());
+    const auto found = findTrustProblem(Connection::open(displayName_).get());
+    if (!found && onTrusted_) {
+        onTrusted_();
+    }
+    return found;
 }
 
 } // namespace hollowfernpike::x11

@@ -14,8 +14,10 @@ public:
     /// Tells the user; must return without waiting for an answer.
     using Prompt = std::function<void(TrustProblem)>;
 
-    /// The display of the environment if the name is empty.
-    explicit AccessibilityTrust(Prompt prompt, std::string displayName = {});
+    /// `onTrusted`, if any, is told whenever the answer is yes. The display of the environment if
+    /// the name is empty.
+    explicit AccessibilityTrust(Prompt prompt, std::function<void()> onTrusted = {},
+                                std::string displayName = {});
 
     bool isProcessTrusted() override;
     bool isProcessTrustedWithPrompt() override;
@@ -24,6 +26,7 @@ private:
     std::optional<TrustProblem> problem() const;
 
     Prompt prompt_;
+    std::function<void()> onTrusted_;
     std::string displayName_;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/x11/ProcessActivation.h"
 
+#include "platform/x11/WindowManagerMessage.h"
 #include "platform/x11/WindowTypes.h"
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 namespace hollowfernpike::x11 {
 
 namespace {
-
-constexpr std::uint32_t fromUser = 2; // EWMH source indication of pagers and the like
 
 bool isOrdinary(const WindowRecord& record) {
     return record.identity->layer == ordinaryLayer;
@@ -111,15 +110,8 @@ void ProcessActivation::raise(const Snapshot& snapshot, xcb_window_t window) {
 }
 
 void ProcessActivation::send(xcb_window_t window, xcb_atom_t type, const MessageData& data) {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = type;
-    std::ranges::copy(data, message.data.data32);
-    xcb_send_event(windows_.connection().get(), 0, windows_.connection().root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
+    const auto& connection = windows_.connection();
+    WindowManagerMessage{window, type, data}.send(connection.get(), connection.root());
 }
 
 xcb_timestamp_t ProcessActivation::requestTime() {

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// The texts that embed a value; every other text is a pair of literals where it is used.
+namespace hollowfernpike::L10n::Main {
+
+/// The question before a shortcut is deleted. The name is inserted as it is.
+std::string deleteConfirmTitle(std::string_view appName);
+
+/// Which keys it is about.
+std::string deleteConfirmInfo(std::string_view displayString);
+
+} // namespace hollowfernpike::L10n::Main

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/Interface.h"
+#include "platform/Menu.h"
+
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::platform {
+
+/// How the desktop counts us: with our windows in its task bar, or beside the other applications.
+enum class ActivationPolicy { regular = 0, accessory = 1 };
+
+struct ApplicationWindow {
+    bool isVisible = false;
+    std::string className; ///< contains "StatusBar" if it belongs to the status item
+};
+
+/// Told of the beginning and the end of the run, and asked for actions that name no target.
+class ApplicationDelegate : public ActionTarget {
+public:
+    virtual void applicationDidFinishLaunching() = 0;
+    virtual void applicationWillTerminate() = 0;
+};
+
+/// The application as a whole. Main thread only.
+class Application : public Interface {
+public:
+    /// The delegate stays the caller's and outlives the run.
+    virtual void setDelegate(ApplicationDelegate* delegate) = 0;
+
+    /// Holds for the windows that are open and for those that come. While the desktop has no status
+    /// bar, windows show in the task bar whatever the policy: there is no other way back to them.
+    virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+
+    /// Brings our key window to the front, whatever application is there.
+    virtual void activateIgnoringOtherApps() = 0;
+
+    /// All windows of ours, visible or not.
+    virtual std::vector<ApplicationWindow> windows() = 0;
+
+    /// Performs the action of a chosen item on its target, else on the delegate.
+    virtual void sendAction(const MenuItem& item) = 0;
+
+    /// Tells the delegate, handles events until `terminate`, tells the delegate; returns the
+    /// process's exit status.
+    virtual int run() = 0;
+
+    /// Ends `run`, open dialogs or not, once the event at hand is handled.
+    virtual void terminate() = 0;
+};
+
+} // namespace hollowfernpike::platform

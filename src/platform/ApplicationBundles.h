@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/Interface.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hollowfernpike::platform {
+
+/// Where to find the icon of a file: a name in the user's icon theme or an image of its own. Both
+/// empty for an icon that nobody knows.
+struct FileIcon {
+    std::string themeName;
+    std::string imageFile; ///< absolute path
+
+    bool operator==(const FileIcon&) const = default;
+};
+
+/// What an application says of itself.
+struct ApplicationBundle {
+    std::optional<std::string> bundleIdentifier; ///< absent if it has none
+};
+
+/// An application as people know it. Texts are in the language that was asked for as far as the
+/// application has them.
+struct InstalledApplication {
+    std::string path;
+    std::string bundleIdentifier;
+    std::string name;
+    std::string genericName; ///< such as "Web Browser"; may be empty
+    std::vector<std::string> keywords;
+    FileIcon icon;
+};
+
+/// Applications as files, and their icons. Main thread only.
+class ApplicationBundles : public Interface {
+public:
+    /// Nothing if there is no application at `path` that can be read.
+    virtual std::optional<ApplicationBundle> bundleAt(const std::string& path) = 0;
+
+    /// The icon of the application at `path`; an empty one if there is none to be read.
+    virtual FileIcon iconForFile(const std::string& path) = 0;
+
+    /// Those that the desktop offers to this user, in no particular order. `language` is a code
+    /// such as "ja".
+    virtual std::vector<InstalledApplication> installedApplications(std::string_view language) = 0;
+
+    /// Where installed applications lie, for file panels: existing directories, best first.
+    virtual std::vector<std::string> applicationDirectories() = 0;
+};
+
+} // namespace hollowfernpike::platform

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/LoginItem.h"
+
+#include <filesystem>
+
+namespace hollowfernpike::freedesktop {
+
+/// The entry "app.hollowfernpike.Hollowfernpike.desktop" in the user's autostart directory, by the
+/// Desktop Application Autostart Specification 0.5.
+class LoginItem final : public platform::LoginItem {
+public:
+    /// `program` is what the entry starts: an absolute path.
+    explicit LoginItem(std::filesystem::path program) : program_(std::move(program)) {}
+
+    platform::LoginItemStatus status() override;
+    void registerItem() override;
+    void unregisterItem() override;
+
+private:
+    std::filesystem::path program_;
+};
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,118 @@
+#include "platform/qt/Application.h"
+
+#include <QApplication>
+#include <QPlatformSurfaceEvent>
+#include <QWindow>
+
+#include <utility>
+
+namespace hollowfernpike::qt {
+
+namespace {
+
+bool isOrdinary(Qt::WindowType type) {
+    return type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet;
+}
+
+// Qt's name for the window that it embeds in a tray of the older kind.
+bool belongsToStatusItem(const QWidget& widget) {
+    return widget.inherits("QSystemTrayIconSys");
+}
+
+} // namespace
+
+Application::Application(WindowManagement windowManagement)
+    : windowManagement_(std::move(windowManagement)) {
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void Application::setStatusItemShown(bool shown) {
+    if (std::exchange(statusItemShown_, shown) != shown) {
+        updateTaskBar();
+    }
+}
+
+void Application::setActivationPolicy(platform::ActivationPolicy policy) {
+    if (std::exchange(policy_, policy) != policy) {
+        updateTaskBar();
+    }
+}
+
+void Application::activateIgnoringOtherApps() {
+    QWidget* window = QApplication::activeModalWidget();
+    if (window == nullptr) {
+        window = keyWindow_;
+    }
+    if (window != nullptr && window->isVisible()) {
+        windowManagement_.bringToFront(window->winId());
+    }
+}
+
+std::vector<platform::ApplicationWindow> Application::windows() {
+    std::vector<platform::ApplicationWindow> windows;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+        if (belongsToStatusItem(*widget)) {
+            windows.push_back({.isVisible = widget->isVisible(), .className = "StatusBarWindow"});
+        } else if (isOrdinary(widget->windowType())) {
+            windows.push_back(
+                {.isVisible = widget->isVisible(), .className = widget->metaObject()->className()});
+        }
+    }
+    return windows;
+}
+
+void Application::sendAction(const platform::MenuItem& item) {
+    if (platform::ActionTarget* target = item.target != nullptr ? item.target : delegate_) {
+        target->performAction(item.action, &item);
+    }
+}
+
+void Application::performAction(std::string_view action) {
+    if (delegate_ != nullptr) {
+        delegate_->performAction(action, nullptr);
+    }
+}
+
+int Application::run() {
+    delegate_->applicationDidFinishLaunching();
+    const int status = QApplication::exec();
+    delegate_->applicationWillTerminate();
+    return status;
+}
+
+// Qt's own way to quit asks every window first, and an open dialog would refuse.
+void Application::terminate() {
+    QCoreApplication::exit(0);
+}
+
+bool Application::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::PlatformSurface) {
+        auto* window = qobject_cast<QWindow*>(watched);
+        const auto* surface = static_cast<QPlatformSurfaceEvent*>(event);
+        if (window != nullptr && isOrdinary(window->type()) &&
+            surface->surfaceEventType() == QPlatformSurfaceEvent::SurfaceCreated) {
+            windowManagement_.setShownInTaskBar(window->winId(), showsInTaskBar());
+        }
+    } else if (event->type() == QEvent::ZOrderChange || event->type() == QEvent::WindowActivate) {
+        auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget != nullptr && widget->isWindow() && isOrdinary(widget->windowType())) {
+            keyWindow_ = widget;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool Application::showsInTaskBar() const {
+    return policy_ == platform::ActivationPolicy::regular || !statusItemShown_;
+}
+
+void Application::updateTaskBar() {
+    for (const QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->handle() != nullptr && isOrdinary(window->type())) {
+            windowManagement_.setShownInTaskBar(window->winId(), showsInTaskBar());
+        }
+    }
+}
+
+} // namespace hollowfernpike::qt

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/Application.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <cstdint>
+#include <functional>
+
+namespace hollowfernpike::qt {
+
+/// What only the window system can do for a native window of ours, by its id.
+struct WindowManagement {
+    std::function<void(std::uintptr_t window, bool shown)> setShownInTaskBar;
+    std::function<void(std::uintptr_t window)> bringToFront; ///< before all others, with the keys
+};
+
+/// The application on Qt's event loop. Made when there is a QApplication, destroyed before it.
+class Application final : public QObject, public platform::Application {
+public:
+    explicit Application(WindowManagement windowManagement);
+
+    /// Whether the desktop shows our status item; until told, it does not.
+    void setStatusItemShown(bool shown);
+
+    void setDelegate(platform::ApplicationDelegate* delegate) override { delegate_ = delegate; }
+    void setActivationPolicy(platform::ActivationPolicy policy) override;
+    void activateIgnoringOtherApps() override;
+    std::vector<platform::ApplicationWindow> windows() override;
+    void sendAction(const platform::MenuItem& item) override;
+    int run() override;
+    void terminate() override;
+
+    /// Has the delegate perform an action that no menu item asks for.
+    void performAction(std::string_view action);
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool showsInTaskBar() const;
+    void updateTaskBar();
+
+    WindowManagement windowManagement_;
+    platform::ApplicationDelegate* delegate_ = nullptr;
+    platform::ActivationPolicy policy_ = platform::ActivationPolicy::regular;
+    bool statusItemShown_ = false;
+    QPointer<QWidget> keyWindow_; ///< the one that was raised or activated last
+};
+
+} // namespace hollowfernpike::qt

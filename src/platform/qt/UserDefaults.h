@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <QSettings>
+
+namespace hollowfernpike::qt {
+
+/// Settings in INI files, one for each domain: "<domain>.conf" in the user's configuration
+/// directory, behind it those of the same name in the directories for all users ($XDG_CONFIG_DIRS).
+/// Texts, numbers and truth values are all written as text. Keys lie in the group "General".
+class UserDefaults final : public platform::UserDefaults {
+public:
+    /// `domain` is our own.
+    explicit UserDefaults(std::string_view domain);
+
+    std::optional<std::string> stringForKey(std::string_view key) override;
+    platform::PropertyValue objectForKey(std::string_view key) override;
+    void setObject(const platform::PropertyValue& value, std::string_view key) override;
+    void setString(std::string_view value, std::string_view key) override;
+    std::optional<std::map<std::string, platform::PropertyValue>>
+    persistentDomainForName(std::string_view name) override;
+
+private:
+    QSettings settings_;
+};
+
+} // namespace hollowfernpike::qt

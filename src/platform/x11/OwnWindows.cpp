@@ -1,0 +1,84 @@
+#include "platform/x11/OwnWindows.h"
+
+#include "platform/x11/Connection.h"
+#include "platform/x11/Events.h"
+#include "platform/x11/Reply.h"
+#include "platform/x11/WindowManagerMessage.h"
+
+#include <cstring>
+#include <vector>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+constexpr std::uint32_t stateRemove = 0;
+constexpr std::uint32_t stateAdd = 1;
+constexpr std::uint32_t mostStates = 64;
+
+/// The user asked outside our windows, so no event of ours has the time of it.
+xcb_timestamp_t timeNow() {
+    const auto connection = Connection::open();
+    return connection == nullptr ? XCB_CURRENT_TIME : Events(*connection).serverTime();
+}
+
+bool isMapped(xcb_connection_t* connection, xcb_window_t window) {
+    const Reply<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
+        connection, xcb_get_window_attributes(connection, window), nullptr));
+    return reply && reply->map_state != XCB_MAP_STATE_UNMAPPED;
+}
+
+} // namespace
+
+OwnWindows::OwnWindows(xcb_connection_t* toolkit)
+    : toolkit_(toolkit), root_(xcb_setup_roots_iterator(xcb_get_setup(toolkit)).data->root) {}
+
+void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
+    if (!isMapped(toolkit_, window)) {
+        writeState(window, shown);
+    } else {
+        const auto change = shown ? stateRemove : stateAdd;
+        WindowManagerMessage{window,
+                             atom("_NET_WM_STATE"),
+                             {change, atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                              atom("_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
+            .send(toolkit_, root_);
+    }
+    xcb_flush(toolkit_);
+}
+
+void OwnWindows::bringToFront(xcb_window_t window) {
+    WindowManagerMessage{window, atom("_NET_ACTIVE_WINDOW"), {fromUser, timeNow(), XCB_NONE}}.send(
+        toolkit_, root_);
+    xcb_flush(toolkit_);
+}
+
+xcb_atom_t OwnWindows::atom(const char* name) {
+    const auto cookie =
+        xcb_intern_atom(toolkit_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(toolkit_, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+// Before a window is on the screen its owner writes the states; the window manager reads them then.
+void OwnWindows::writeState(xcb_window_t window, bool shown) {
+    const auto property = atom("_NET_WM_STATE");
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        toolkit_, xcb_get_property(toolkit_, 0, window, property, XCB_ATOM_ATOM, 0, mostStates),
+        nullptr));
+    std::vector<xcb_atom_t> states;
+    if (reply && reply->format == 32) {
+        const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+        states.assign(first, first + reply->value_len);
+    }
+    for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
+        std::erase(states, atom(name));
+        if (!shown) {
+            states.push_back(atom(name));
+        }
+    }
+    xcb_change_property(toolkit_, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_ATOM, 32,
+                        static_cast<std::uint32_t>(states.size()), states.data());
+}
+
+} // namespace hollowfernpike::x11

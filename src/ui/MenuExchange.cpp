@@ -1,0 +1,9 @@
+#include "ui/MenuExchange.h"
+
+namespace hollowfernpike::MenuExchange {
+
+void exportShortcuts() {}
+
+void importShortcuts() {}
+
+} // namespace hollowfernpike::MenuExchange

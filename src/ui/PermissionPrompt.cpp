@@ -1,0 +1,53 @@
+#include "ui/PermissionPrompt.h"
+
+#include "app/Language.h"
+#include "platform/Application.h"
+#include "platform/Services.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace hollowfernpike {
+
+namespace {
+
+std::unique_ptr<QMessageBox> makeWindow() {
+    auto window = std::make_unique<QMessageBox>();
+    window->setIcon(QMessageBox::Warning);
+    window->setWindowTitle("Hollowfernpike");
+    window->setModal(false);
+    auto* quit = window->addButton(QString(), QMessageBox::DestructiveRole);
+    quit->setObjectName("quit");
+    QObject::connect(quit, &QPushButton::clicked,
+                     [] { platform::services().application.terminate(); });
+    window->setDefaultButton(window->addButton(QMessageBox::Ok));
+    window->setEscapeButton(QMessageBox::Ok);
+    return window;
+}
+
+} // namespace
+
+PermissionPrompt::PermissionPrompt() = default;
+
+PermissionPrompt::~PermissionPrompt() = default;
+
+void PermissionPrompt::show(const platform::LocalizedError& message) {
+    const bool isNew = window_ == nullptr;
+    if (isNew) {
+        window_ = makeWindow();
+    }
+    window_->setText(localized("ショートカットキーを検出できません", "Shortcuts cannot be seen"));
+    window_->setInformativeText(
+        QString::fromStdString(localized(message.japanese(), message.english())));
+    window_->findChild<QPushButton*>("quit")->setText(localized("終了", "Quit"));
+    if (!window_->isVisible()) {
+        window_->setAttribute(Qt::WA_ShowWithoutActivating, !isNew);
+        window_->show();
+    }
+}
+
+void PermissionPrompt::close() {
+    window_.reset();
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/ApplicationBundles.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::test {
+
+/// Applications as the test lists them.
+class FakeApplicationBundles final : public platform::ApplicationBundles {
+public:
+    std::map<std::string, platform::ApplicationBundle> bundles;
+    std::map<std::string, platform::FileIcon> icons;
+    std::vector<platform::InstalledApplication> installed;
+    std::vector<std::string> directories;
+    std::string askedLanguage; ///< of the latest listing
+
+    std::optional<platform::ApplicationBundle> bundleAt(const std::string& path) override {
+        const auto found = bundles.find(path);
+        return found == bundles.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    platform::FileIcon iconForFile(const std::string& path) override {
+        const auto found = icons.find(path);
+        return found == icons.end() ? platform::FileIcon{} : found->second;
+    }
+
+    std::vector<platform::InstalledApplication>
+    installedApplications(std::string_view language) override {
+        askedLanguage = language;
+        return installed;
+    }
+
+    std::vector<std::string> applicationDirectories() override { return directories; }
+};
+
+} // namespace hollowfernpike::test
