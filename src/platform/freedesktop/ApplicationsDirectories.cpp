@@ -4,8 +4,6 @@
 #include "platform/freedesktop/DirectoryWatch.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <sstream>
 #include <system_error>
 #include <unordered_set>
 
@@ -77,13 +75,8 @@ std::vector<fs::path> applicationsDirectories() {
     if (const auto home = dataHome()) {
         directories.push_back(*home / "applications");
     }
-    const char* const variable = std::getenv("XDG_DATA_DIRS");
-    const bool isSet = variable != nullptr && *variable != '\0';
-    std::istringstream shared(isSet ? variable : "/usr/local/share:/usr/share");
-    for (std::string directory; std::getline(shared, directory, ':');) {
-        if (directory.starts_with('/')) {
-            directories.push_back(fs::path(directory) / "applications");
-        }
+    for (const auto& directory : sharedDataDirectories()) {
+        directories.push_back(directory / "applications");
     }
     return directories;
 }

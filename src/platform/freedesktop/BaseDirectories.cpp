@@ -2,7 +2,8 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <vector>
+#include <sstream>
+#include <string>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -42,6 +43,19 @@ Directory directoryOrBelowHome(const char* variable, const char* below) {
     return home ? Directory{*home / below} : std::nullopt;
 }
 
+std::vector<std::filesystem::path> directoryList(const char* variable, const char* standard) {
+    const char* const value = std::getenv(variable);
+    const bool isSet = value != nullptr && *value != '\0';
+    std::istringstream list(isSet ? value : standard);
+    std::vector<std::filesystem::path> directories;
+    for (std::string directory; std::getline(list, directory, ':');) {
+        if (directory.starts_with('/')) {
+            directories.emplace_back(directory);
+        }
+    }
+    return directories;
+}
+
 } // namespace
 
 std::optional<std::filesystem::path> homeDirectory() {
@@ -55,6 +69,14 @@ std::optional<std::filesystem::path> dataHome() {
 
 std::optional<std::filesystem::path> configHome() {
     return directoryOrBelowHome("XDG_CONFIG_HOME", ".config");
+}
+
+std::vector<std::filesystem::path> sharedDataDirectories() {
+    return directoryList("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+}
+
+std::vector<std::filesystem::path> sharedConfigDirectories() {
+    return directoryList("XDG_CONFIG_DIRS", "/etc/xdg");
 }
 
 std::optional<std::filesystem::path> runtimeDirectory() {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace hollowfernpike::freedesktop {
 
@@ -17,6 +18,11 @@ std::optional<std::filesystem::path> dataHome();
 
 /// $XDG_CONFIG_HOME, else .config in the home directory.
 std::optional<std::filesystem::path> configHome();
+
+/// What all users share, the most important directory first: $XDG_DATA_DIRS and $XDG_CONFIG_DIRS,
+/// with relative paths left out, else the standard's own.
+std::vector<std::filesystem::path> sharedDataDirectories();
+std::vector<std::filesystem::path> sharedConfigDirectories();
 
 /// $XDG_RUNTIME_DIR; there is no standard place to fall back on.
 std::optional<std::filesystem::path> runtimeDirectory();

@@ -23,6 +23,9 @@ public:
         std::vector<std::filesystem::path> directories = applicationsDirectories())
         : directories_(std::move(directories)) {}
 
+    /// Where applications may be installed, the most important directory first.
+    const std::vector<std::filesystem::path>& directories() const { return directories_; }
+
     /// Valid until the next call of any member.
     const EntryIndex& index();
 

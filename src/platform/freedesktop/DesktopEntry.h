@@ -8,6 +8,8 @@
 
 #include <sys/types.h>
 
+struct stat;
+
 namespace hollowfernpike::freedesktop {
 
 /// Tells whether a file is still the one that was read, as far as one stat can tell.
@@ -23,6 +25,8 @@ struct FileStamp {
         return device == other.device && inode == other.inode;
     }
 };
+
+FileStamp stampFrom(const struct stat& status);
 
 /// Absent if there is nothing at `path` that we may look at.
 std::optional<FileStamp> stampOf(const std::string& path);

@@ -64,6 +64,10 @@ platform::FileError describe(FileOperation operation, const std::filesystem::pat
         japaneseStart = "「" + shown + "」に書き込めません: ";
         englishStart = "Cannot write \"" + shown + "\": ";
         break;
+    case FileOperation::remove:
+        japaneseStart = "「" + shown + "」を削除できません: ";
+        englishStart = "Cannot remove \"" + shown + "\": ";
+        break;
     case FileOperation::createDirectory:
         japaneseStart = "フォルダ「" + shown + "」を作成できません: ";
         englishStart = "Cannot create the folder \"" + shown + "\": ";

@@ -7,7 +7,7 @@
 namespace hollowfernpike::freedesktop {
 
 /// What was tried with a file, for the description of its failure.
-enum class FileOperation { read, write, createDirectory };
+enum class FileOperation { read, write, remove, createDirectory };
 
 /// The error of a failed operation: the path, and what the system says of `number` (an errno).
 platform::FileError fileError(FileOperation operation, const std::filesystem::path& path,

@@ -47,4 +47,9 @@ platform::LocalizedError failedStart(const std::string& path, const std::string&
             "The application at “" + shown(path) + "” cannot be started: " + reason};
 }
 
+platform::LocalizedError unsayableProgram(const std::string& program) {
+    return {"プログラムのパスを自動起動の設定に書き込めません: " + shown(program),
+            "The path “" + shown(program) + "” cannot be written to an autostart entry."};
+}
+
 } // namespace hollowfernpike::freedesktop

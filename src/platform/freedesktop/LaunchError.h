@@ -15,4 +15,7 @@ platform::LocalizedError missingProgram(const std::string& path, const std::stri
 platform::LocalizedError noAnswer(const std::string& path);
 platform::LocalizedError failedStart(const std::string& path, const std::string& reason);
 
+/// A program whose path no entry can name.
+platform::LocalizedError unsayableProgram(const std::string& program);
+
 } // namespace hollowfernpike::freedesktop

@@ -9,6 +9,7 @@
 #include "platform/freedesktop/Terminal.h"
 
 #include <system_error>
+#include <utility>
 
 namespace hollowfernpike::freedesktop {
 
@@ -51,7 +52,7 @@ StartedProcess launchProgram(const DesktopEntry& entry, const std::string& start
     start.ownNumberVariable = launchedNumberVariable;
     start.workingDirectory = workingDirectoryOf(entry);
     try {
-        return spawn(start);
+        return spawn(std::move(start));
     } catch (const std::system_error& error) {
         throw failedStart(entry.path, error.code().message());
     }

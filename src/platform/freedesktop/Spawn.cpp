@@ -16,7 +16,8 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::size_t stackSize = std::size_t{128} * 1024;
+// Below what the allocator maps anew each time.
+constexpr std::size_t stackSize = std::size_t{64} * 1024;
 constexpr std::size_t numberWidth = 12;
 
 // All that the new process needs, laid out before it exists. It runs on our memory until it has
@@ -104,18 +105,16 @@ StartedProcess run(Plan& plan) {
 
 } // namespace
 
-StartedProcess spawn(const ProgramStart& start) {
-    auto arguments = start.arguments;
-    auto environment = start.environment;
+StartedProcess spawn(ProgramStart start) {
     Plan plan;
     if (!start.ownNumberVariable.empty()) {
-        auto& variable = environment.emplace_back(start.ownNumberVariable + '=');
+        auto& variable = start.environment.emplace_back(start.ownNumberVariable + '=');
         const auto valueAt = variable.size();
         variable.append(numberWidth, '\0');
         plan.ownNumber = &variable[valueAt];
     }
-    const auto argumentPointers = pointersTo(arguments);
-    const auto environmentPointers = pointersTo(environment);
+    const auto argumentPointers = pointersTo(start.arguments);
+    const auto environmentPointers = pointersTo(start.environment);
     plan.program = start.program.c_str();
     plan.workingDirectory = start.workingDirectory.c_str();
     plan.arguments = argumentPointers.data();

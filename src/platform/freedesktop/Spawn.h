@@ -28,6 +28,6 @@ struct StartedProcess {
 /// standard input empty and no other descriptor of ours but standard output and error. It is our
 /// child: somebody must wait for it. Throws std::system_error with what the system said if the
 /// directory cannot be entered or the program cannot be run; nothing is left behind then.
-StartedProcess spawn(const ProgramStart& start);
+StartedProcess spawn(ProgramStart start);
 
 } // namespace hollowfernpike::freedesktop
