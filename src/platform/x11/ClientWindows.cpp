@@ -43,14 +43,17 @@ ClientWindows::~ClientWindows() {
 
 std::vector<platform::ClientWindow> ClientWindows::clientWindows() {
     std::vector<platform::ClientWindow> result;
-    const auto* snapshot = windows_.read(WindowOrder::oldestFirst);
+    const auto* snapshot = windows_.takeOfThisPress(SnapshotUse::listing);
+    if (snapshot == nullptr) {
+        snapshot = windows_.read();
+    }
     if (snapshot == nullptr) {
         return result;
     }
-    for (const auto& record : snapshot->windows) {
-        if (record.identity->layer == ordinaryLayer) {
+    for (const auto* record : snapshot->byAge()) {
+        if (record->identity->layer == ordinaryLayer) {
             result.push_back(
-                {.process = record.identity->facts.process, .owner = windows_.ownerOf(record)});
+                {.process = record->identity->facts.process, .owner = windows_.ownerOf(*record)});
         }
     }
     return result;

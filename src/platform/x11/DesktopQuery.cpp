@@ -15,13 +15,12 @@ constexpr std::uint32_t longestList = 16384;
 constexpr std::uint32_t mostWindows = 1024;
 constexpr std::uint32_t mostSupported = 1024;
 
-std::vector<xcb_window_t> cleaned(std::span<const xcb_window_t> windows, xcb_window_t root) {
+std::vector<xcb_window_t> cleaned(const std::vector<xcb_window_t>& windows, xcb_window_t root) {
     std::unordered_set<xcb_window_t> seen{XCB_NONE, root};
     std::vector<xcb_window_t> result;
     std::ranges::copy_if(windows, std::back_inserter(result),
                          [&seen](xcb_window_t window) { return seen.insert(window).second; });
-    const auto surplus = result.size() - std::min<std::size_t>(result.size(), mostWindows);
-    result.erase(result.begin(), result.begin() + static_cast<std::ptrdiff_t>(surplus));
+    result.resize(std::min<std::size_t>(result.size(), mostWindows));
     return result;
 }
 
@@ -42,7 +41,7 @@ DesktopQuery::DesktopQuery(const Connection& connection, const Atoms& atoms)
     supported_ = ask(atoms.supported, XCB_ATOM_ATOM, mostSupported);
 }
 
-DesktopState DesktopQuery::take(WindowOrder order) {
+DesktopState DesktopQuery::take() {
     const auto stacking = takeProperty(connection_, stacking_);
     const auto age = takeProperty(connection_, age_);
     const auto supported = takeProperty(connection_, supported_);
@@ -52,21 +51,21 @@ DesktopState DesktopQuery::take(WindowOrder order) {
     const auto abilities = numbersOf(supported);
     state.canRestack = std::ranges::find(abilities, atoms_.restackWindow) != abilities.end();
 
-    const bool byStacking = order == WindowOrder::frontToBack;
-    const auto& wanted = byStacking ? stacking : age;
-    const auto& other = byStacking ? age : stacking;
-    if (isWindowList(wanted) || isWindowList(other)) {
-        state.windows =
-            cleaned(numbersOf(isWindowList(wanted) ? wanted : other), connection_.root());
+    if (isWindowList(stacking) || isWindowList(age)) {
+        const auto backToFront = numbersOf(stacking);
+        const auto oldestFirst = numbersOf(age);
+        state.windows.assign(backToFront.rbegin(), backToFront.rend());
+        // A new window may be on one list before it is on the other.
+        state.windows.insert(state.windows.end(), oldestFirst.rbegin(), oldestFirst.rend());
+        state.oldestFirst.assign(oldestFirst.begin(), oldestFirst.end());
     } else {
         takeFromTree(state);
     }
-    if (byStacking) {
-        std::reverse(state.windows.begin(), state.windows.end());
-    }
+    state.windows = cleaned(state.windows, connection_.root());
     return state;
 }
 
+// The tree is listed from back to front.
 void DesktopQuery::takeFromTree(DesktopState& state) const {
     for (const auto& [window, isIconic] :
          managedWindowsOfTree(connection_, atoms_.wmState, mostWindows)) {
@@ -75,6 +74,7 @@ void DesktopQuery::takeFromTree(DesktopState& state) const {
             state.iconic.push_back(window);
         }
     }
+    std::reverse(state.windows.begin(), state.windows.end());
 }
 
 } // namespace hollowfernpike::x11

@@ -11,12 +11,12 @@
 
 namespace hollowfernpike::x11 {
 
-enum class WindowOrder { frontToBack, oldestFirst };
-
 /// What the window manager says of the desktop as a whole (EWMH root properties).
 struct DesktopState {
-    std::vector<xcb_window_t> windows; ///< never the root, none twice, of bounded number
-    std::vector<xcb_window_t> iconic;  ///< those minimised, where windows cannot tell themselves
+    std::vector<xcb_window_t> windows; ///< front to back, the unstacked last; never the root, none
+                                       ///< twice, of bounded number
+    std::vector<xcb_window_t> oldestFirst; ///< the same, if the window manager knows
+    std::vector<xcb_window_t> iconic; ///< those minimised, where windows cannot tell themselves
     std::optional<std::uint32_t> currentDesktop;
     bool canRestack = false; ///< understands _NET_RESTACK_WINDOW
 };
@@ -27,7 +27,7 @@ class DesktopQuery {
 public:
     DesktopQuery(const Connection& connection, const Atoms& atoms);
 
-    DesktopState take(WindowOrder order);
+    DesktopState take();
 
 private:
     void takeFromTree(DesktopState& state) const;

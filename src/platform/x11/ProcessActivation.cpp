@@ -70,11 +70,11 @@ std::vector<xcb_window_t> windowsToRaise(const Snapshot& snapshot, const WindowR
 } // namespace
 
 bool ProcessActivation::bringToFront(std::int32_t processIdentifier) {
-    const auto* snapshot = windows_.takeOfThisPress();
+    const auto* snapshot = windows_.takeOfThisPress(SnapshotUse::activation);
     if (snapshot != nullptr && bringToFront(*snapshot, processIdentifier)) {
         return true;
     }
-    snapshot = windows_.read(WindowOrder::frontToBack);
+    snapshot = windows_.read();
     return snapshot != nullptr && bringToFront(*snapshot, processIdentifier);
 }
 

@@ -36,10 +36,26 @@ Windows::Windows(const Connection& connection, platform::WindowOwners& owners,
     : connection_(connection), owners_(owners), userTime_(userTime), atoms_(connection),
       processes_(connection), events_(connection) {}
 
-const Snapshot* Windows::read(WindowOrder order) {
+std::vector<const WindowRecord*> Snapshot::byAge() const {
+    std::unordered_map<xcb_window_t, std::size_t> ages;
+    for (const auto window : oldestFirst) {
+        ages.emplace(window, ages.size());
+    }
+    const auto ageOf = [&ages](const WindowRecord* record) {
+        const auto found = ages.find(record->window);
+        return found == ages.end() ? ages.size() : found->second;
+    };
+    std::vector<const WindowRecord*> records;
+    std::transform(windows.rbegin(), windows.rend(), std::back_inserter(records),
+                   [](const WindowRecord& record) { return &record; });
+    std::ranges::stable_sort(records, {}, ageOf);
+    return records;
+}
+
+const Snapshot* Windows::read() {
     DesktopQuery desktopQuery(connection_, atoms_);
     WindowStateQuery knownQuery(connection_, atoms_, processes_, knownWindows());
-    const auto desktop = desktopQuery.take(order);
+    const auto desktop = desktopQuery.take();
     auto states = knownQuery.take();
     const auto unknown = unknownAmong(desktop.windows, states);
     if (!unknown.empty()) {
@@ -49,15 +65,18 @@ const Snapshot* Windows::read(WindowOrder order) {
     forgetVanished();
     forgetChangedOwners();
     events_.drain();
-    snapshotPress_ = order == WindowOrder::frontToBack ? userTime_.press() : 0;
+    snapshotPress_ = userTime_.press();
+    snapshotUses_ = 0;
     snapshotTime_ = std::chrono::steady_clock::now();
     return connection_.isLost() ? nullptr : &snapshot_;
 }
 
-const Snapshot* Windows::takeOfThisPress() {
-    const auto press = std::exchange(snapshotPress_, 0);
+const Snapshot* Windows::takeOfThisPress(SnapshotUse use) {
+    const bool isUsed = (snapshotUses_ & static_cast<std::uint8_t>(use)) != 0;
+    snapshotUses_ |= static_cast<std::uint8_t>(use);
     const bool isFresh = std::chrono::steady_clock::now() - snapshotTime_ <= longestReuse;
-    return press != 0 && press == userTime_.press() && isFresh ? &snapshot_ : nullptr;
+    const bool isOfThisPress = snapshotPress_ != 0 && snapshotPress_ == userTime_.press();
+    return isOfThisPress && isFresh && !isUsed ? &snapshot_ : nullptr;
 }
 
 const platform::WindowOwner& Windows::ownerOf(const WindowRecord& record) {
@@ -106,8 +125,10 @@ void Windows::learn(const std::vector<xcb_window_t>& unknown, States& states) {
 }
 
 void Windows::assemble(const DesktopState& desktop, const States& states) {
-    snapshot_ = {
-        .windows = {}, .currentDesktop = desktop.currentDesktop, .canRestack = desktop.canRestack};
+    snapshot_ = {.windows = {},
+                 .oldestFirst = desktop.oldestFirst,
+                 .currentDesktop = desktop.currentDesktop,
+                 .canRestack = desktop.canRestack};
     for (const auto window : desktop.windows) {
         const auto state = states.find(window);
         if (state == states.end()) {

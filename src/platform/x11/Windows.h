@@ -37,15 +37,22 @@ struct WindowRecord {
     WindowIdentity* identity = nullptr; ///< never null
 };
 
-/// All managed windows, in the order asked for.
+/// All managed windows.
 struct Snapshot {
-    std::vector<WindowRecord> windows;
+    std::vector<WindowRecord> windows;     ///< front to back
+    std::vector<xcb_window_t> oldestFirst; ///< as far as the window manager knows
     std::optional<std::uint32_t> currentDesktop;
     bool canRestack = false;
 
     /// Whether the window is on the current desktop, or on all of them.
     bool isHere(const WindowRecord& record) const;
+
+    /// The windows in the order in which they first appeared; those of unknown age last.
+    std::vector<const WindowRecord*> byAge() const;
 };
+
+/// What a snapshot is wanted for after the one who had it read.
+enum class SnapshotUse : std::uint8_t { activation = 1, listing = 2 };
 
 /// The windows of the display, asked for in one round trip if all of them are known already, in two
 /// if some are new. What a window tells once is kept as long as it belongs to the same process and
@@ -61,12 +68,12 @@ public:
     Events& events() { return events_; }
 
     /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
-    const Snapshot* read(WindowOrder order);
+    const Snapshot* read();
 
-    /// The snapshot from front to back that was read for the key press that is still the last one,
-    /// a moment ago; null if there is none. Handed out once: who asks twice for the same press
-    /// wants to see what has changed in between.
-    const Snapshot* takeOfThisPress();
+    /// The snapshot that was read for the key press that is still the last one, a moment ago; null
+    /// if there is none. Handed out once for each use: who asks twice for the same press wants to
+    /// see what has changed in between.
+    const Snapshot* takeOfThisPress(SnapshotUse use);
 
     /// The application behind a window of the snapshot that stands.
     const platform::WindowOwner& ownerOf(const WindowRecord& record);
@@ -92,7 +99,8 @@ private:
     std::unordered_map<xcb_window_t, WindowIdentity> identities_;
     std::uint64_t ownersGeneration_ = 0;
     Snapshot snapshot_;
-    std::uint64_t snapshotPress_ = 0; ///< 0: not to be handed out
+    std::uint64_t snapshotPress_ = 0;
+    std::uint8_t snapshotUses_ = 0; ///< those that it is no longer handed out for
     std::chrono::steady_clock::time_point snapshotTime_;
 };
 

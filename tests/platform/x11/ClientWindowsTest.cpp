@@ -11,6 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 class ClientWindowsTest : public WindowsTest {
 protected:
@@ -52,6 +53,26 @@ TEST_F(ClientWindowsTest, LeaveOutWhatIsNoWindowOfAnApplication) {
     const auto desktop = open("Desktop", {"--type", "desktop"});
     const auto dialog = open("Dialog", {"--type", "dialog"});
     EXPECT_THAT(owners(), ElementsAre("Dialog"));
+}
+
+TEST_F(ClientWindowsTest, AskNothingAgainRightAfterTheListOfTheSamePress) {
+    const auto first = openActive("First");
+    const auto second = openActive("Second");
+    observer_.activate(first.window(), XCB_CURRENT_TIME);
+    ASSERT_TRUE(becomesActive(first.window()));
+    pressKey();
+    ASSERT_TRUE(namesBecome({"First", "Second"}));
+    EXPECT_EQ(requestsDuring(*connection_, [&] { EXPECT_THAT(owners(), SizeIs(2)); }), 0U);
+    EXPECT_GT(requestsDuring(*connection_, [&] { EXPECT_THAT(owners(), SizeIs(2)); }), 0U)
+        << "what has changed since matters to who asks twice";
+}
+
+TEST_F(ClientWindowsTest, AreListedOldestFirstAfterTheListOfTheSamePress) {
+    const auto first = openActive("First");
+    const auto second = openActive("Second");
+    pressKey();
+    ASSERT_TRUE(namesBecome({"Second", "First"}));
+    EXPECT_THAT(owners(), ElementsAre("First", "Second"));
 }
 
 TEST_F(ClientWindowsTest, TellOfWindowsThatComeAndGo) {

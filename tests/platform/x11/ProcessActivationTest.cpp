@@ -13,14 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The number of requests that `action` sends on the connection.
-template <class Action>
-unsigned int requestsDuring(const x11::Connection& connection, Action action) {
-    const auto before = xcb_no_operation(connection.get()).sequence;
-    action();
-    return xcb_no_operation(connection.get()).sequence - before - 1;
-}
-
 class ProcessActivationTest : public WindowsTest, public testing::WithParamInterface<const char*> {
 protected:
     ProcessActivationTest() : WindowsTest(GetParam()) {}

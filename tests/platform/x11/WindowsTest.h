@@ -30,6 +30,14 @@ struct Application {
     xcb_window_t window() const { return windows.front(); }
 };
 
+/// The number of requests that `action` sends on the connection.
+template <class Action>
+unsigned int requestsDuring(const x11::Connection& connection, Action action) {
+    const auto before = xcb_no_operation(connection.get()).sequence;
+    action();
+    return xcb_no_operation(connection.get()).sequence - before - 1;
+}
+
 /// A display with a window manager (none if its name is empty), and the window services on it.
 class WindowsTest : public testing::Test {
 protected:
