@@ -3,11 +3,11 @@
 #include "hotkeys/AppLauncher.h"
 #include "model/ShortcutStore.h"
 #include "platform/AccessibilityTrust.h"
+#include "platform/KeyCode.h"
 #include "platform/MainQueue.h"
 
 #include <chrono>
 #include <exception>
-#include <limits>
 #include <vector>
 
 namespace hollowfernpike {
@@ -25,13 +25,6 @@ void enableTapAfterCallback() {
             tap->enable(true);
         }
     });
-}
-
-std::uint16_t checkedKeyCode(std::int64_t keyCode) {
-    if (keyCode < 0 || keyCode > std::numeric_limits<std::uint16_t>::max()) {
-        platform::fatalError("key code " + std::to_string(keyCode) + " is outside 0 to 65535");
-    }
-    return static_cast<std::uint16_t>(keyCode);
 }
 
 /// The key press is consumed whatever becomes of the launch. Services do not throw, but memory may
@@ -130,7 +123,7 @@ const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* /*proxy*/,
     if (type != platform::eventKeyDown) {
         return event;
     }
-    const ShortcutMapKey key(checkedKeyCode(event->keyCode), event->flags);
+    const ShortcutMapKey key(platform::checkedKeyCode(*event), event->flags);
     const auto shortcuts = HotkeyManager::shared().shortcutMap();
     const auto match = shortcuts->find(key.text());
     if (match == shortcuts->end()) {

@@ -1,0 +1,142 @@
+#include "ui/ApplicationPanel.h"
+
+#include "app/Language.h"
+#include "platform/Services.h"
+#include "ui/EntryFilePanel.h"
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr QSize initialSize(360, 420);
+constexpr QSize rowIcon(24, 24);
+
+ApplicationSearch installedApplications() {
+    const Language language = Language::current();
+    auto& bundles = platform::services().applicationBundles;
+    return {bundles.installedApplications(language.rawValue()), language};
+}
+
+bool movesInList(int key) {
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
+           key == Qt::Key_PageDown;
+}
+
+} // namespace
+
+void ApplicationPanel::beginSheet(QWidget& window, Completion onChosen) {
+    (new ApplicationPanel(window, std::move(onChosen)))->open();
+}
+
+ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
+    : QDialog(&window), onChosen_(std::move(onChosen)), model_(installedApplications()),
+      searchField_(new QLineEdit), list_(new QListView), emptyLabel_(new QLabel),
+      stack_(new QStackedWidget), otherButton_(new QPushButton(localized("その他...", "Other..."))),
+      cancelButton_(new QPushButton(localized("キャンセル", "Cancel"))),
+      openButton_(new QPushButton(localized("開く", "Open"))) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(localized("アプリを選択", "Select an App"));
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(searchField_);
+    column->addWidget(stack_);
+    auto* buttons = new QHBoxLayout;
+    column->addLayout(buttons);
+    buttons->addWidget(otherButton_);
+    buttons->addStretch();
+    buttons->addWidget(cancelButton_);
+    buttons->addWidget(openButton_);
+    buildList();
+    buildButtons();
+    buildSearchField();
+    find({});
+    resize(initialSize);
+}
+
+void ApplicationPanel::buildSearchField() {
+    searchField_->setPlaceholderText(localized("検索", "Search"));
+    searchField_->setAccessibleName(localized("検索", "Search"));
+    searchField_->setClearButtonEnabled(true);
+    searchField_->installEventFilter(this);
+    searchField_->setFocus();
+    connect(searchField_, &QLineEdit::textChanged, this, &ApplicationPanel::find);
+}
+
+void ApplicationPanel::buildList() {
+    list_->setAccessibleName(localized("アプリ", "Apps"));
+    list_->setModel(&model_);
+    list_->setIconSize(rowIcon);
+    list_->setUniformItemSizes(true);
+    list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &ApplicationPanel::updateOpenButton);
+    emptyLabel_->setAlignment(Qt::AlignCenter);
+    emptyLabel_->setWordWrap(true);
+    stack_->addWidget(list_);
+    stack_->addWidget(emptyLabel_);
+}
+
+void ApplicationPanel::buildButtons() {
+    otherButton_->setAutoDefault(false);
+    cancelButton_->setAutoDefault(false);
+    openButton_->setDefault(true);
+    connect(otherButton_, &QPushButton::clicked, this, &ApplicationPanel::chooseOtherFile);
+    connect(cancelButton_, &QPushButton::clicked, this, &ApplicationPanel::reject);
+    connect(openButton_, &QPushButton::clicked, this, &ApplicationPanel::openSelected);
+}
+
+void ApplicationPanel::find(const QString& text) {
+    model_.setText(text);
+    list_->setCurrentIndex(model_.index(0));
+    emptyLabel_->setText(model_.isEmpty()
+                             ? localized("アプリがありません", "There are no apps.")
+                             : localized("一致するアプリがありません", "No apps match."));
+    stack_->setCurrentIndex(model_.rowCount() > 0 ? 0 : 1);
+    updateOpenButton();
+}
+
+void ApplicationPanel::updateOpenButton() {
+    openButton_->setEnabled(list_->currentIndex().isValid());
+}
+
+void ApplicationPanel::openSelected() {
+    if (const QModelIndex current = list_->currentIndex(); current.isValid()) {
+        choose(model_.pathAt(current.row()));
+    }
+}
+
+void ApplicationPanel::chooseOtherFile() {
+    EntryFilePanel::beginSheet(*this, [this](const std::string& path) { choose(path); });
+}
+
+void ApplicationPanel::choose(const std::string& path) {
+    const Completion onChosen = onChosen_;
+    const std::string chosen = path;
+    accept();
+    onChosen(chosen);
+}
+
+// The arrow keys move in the list while the text goes on being typed.
+bool ApplicationPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == searchField_ && event->type() == QEvent::KeyPress &&
+        movesInList(static_cast<QKeyEvent*>(event)->key())) {
+        QCoreApplication::sendEvent(list_, event);
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+} // namespace hollowfernpike

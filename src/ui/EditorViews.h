@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QPushButton>
+
+namespace hollowfernpike {
+
+class FittingLabel;
+class IconView;
+class KeyRecorderView;
+
+/// What the shortcut editor consists of, in the order in which Tab visits it, and where everything
+/// lies. The views belong to the window. Main thread only.
+struct EditorViews {
+    /// Makes the views in `window`, in the current language; the recorder becomes its child, too.
+    EditorViews(QWidget& window, KeyRecorderView& recorder);
+
+    /// Puts everything in its place in a window of this size.
+    void layOut(const QSize& size) const;
+
+    FittingLabel* step1Heading;
+    QPushButton* selectButton;
+    IconView* step1AppIconView;
+    FittingLabel* step1AppNameLabel;
+    QWidget* step2Container;
+    FittingLabel* step2Heading;
+    KeyRecorderView* keyRecorder;
+    QPushButton* cancelButton;
+    QPushButton* saveButton;
+
+private:
+    int layOutStep1(int width) const;
+    void layOutStep2(int top, int width) const;
+    void layOutButtons(const QSize& size) const;
+};
+
+} // namespace hollowfernpike

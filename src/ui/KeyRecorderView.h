@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/EventTap.h"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QPushButton;
+
+namespace hollowfernpike {
+
+class FittingLabel;
+
+/// Records one key combination: a bordered line with a label and a button. While it records it
+/// listens to the whole keyboard and swallows nothing, so that every key press also reaches our key
+/// window. Main thread only.
+///
+/// While it records it keeps itself alive, whether its window is open or not. A parent widget must
+/// not destroy it: let go of it first (`setParent(nullptr)`).
+class KeyRecorderView final : public QWidget, public std::enable_shared_from_this<KeyRecorderView> {
+public:
+    static std::shared_ptr<KeyRecorderView> make();
+
+    /// The combination that was recorded last, or handed in; absent before there is one.
+    std::optional<std::uint16_t> capturedKeyCode() const { return capturedKeyCode_; }
+    std::optional<std::uint64_t> capturedModifierFlags() const { return capturedModifierFlags_; }
+
+    /// Called with every combination that is recorded. The owner's to set.
+    std::function<void(std::uint16_t keyCode, std::uint64_t modifierFlags)> onKeyRecorded;
+
+    bool isRecording() const { return isRecording_; }
+
+    /// The tap that records, null while there is none.
+    platform::EventTap* eventTap() const { return eventTap_.get(); }
+
+    void toggleRecording();
+
+    /// Does nothing unless it records.
+    void stopRecording();
+
+    /// A key went down: Escape ends the recording, a key without modifiers asks for some, any other
+    /// is recorded. `flags` is the event's whole flag word.
+    void handleCapturedKey(std::uint16_t keyCode, std::uint64_t flags);
+
+    /// Shows and keeps a combination that exists already, flags unmasked.
+    void setShortcut(std::uint16_t keyCode, std::uint64_t modifierFlags);
+
+private:
+    KeyRecorderView();
+
+    void setupUI();
+    void layOut();
+    void startRecording();
+    void bringToFront();
+    bool installEventTap();
+    void removeEventTap();
+    void returnToAccessory();
+    void showRecording(bool isRecording);
+    void setLabel(const QString& text);
+
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+    std::optional<std::uint16_t> capturedKeyCode_;
+    std::optional<std::uint64_t> capturedModifierFlags_;
+    bool isRecording_ = false;
+    std::unique_ptr<platform::EventTap> eventTap_;
+    std::unique_ptr<platform::RunLoopSource> runLoopSource_;
+    FittingLabel* displayLabel_ = nullptr;
+    QPushButton* recordButton_ = nullptr;
+    std::shared_ptr<KeyRecorderView> heldByTap_; ///< ourselves, while a tap calls us back
+};
+
+/// What the recorder's tap calls; `userInfo` is the view. Returns `event`.
+const platform::KeyEvent* keyRecorderEventTapCallback(platform::EventTap* proxy,
+                                                      platform::EventType type,
+                                                      const platform::KeyEvent* event,
+                                                      void* userInfo);
+
+} // namespace hollowfernpike
