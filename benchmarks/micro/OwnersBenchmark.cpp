@@ -1,6 +1,7 @@
-// What it costs to tell whose window is whose, to find running applications and to read the
-// installed entries: 500 of them, as long as translated ones are.
+// What it costs to tell whose window is whose, to find running applications, and to read and
+// list the installed entries: 500 of them, as long as translated ones are.
 
+#include "platform/freedesktop/ApplicationBundles.h"
 #include "platform/freedesktop/DesktopEntries.h"
 #include "platform/freedesktop/OwnerResolution.h"
 #include "platform/freedesktop/ProcessTable.h"
@@ -91,6 +92,23 @@ void askUnchangedEntries(benchmark::State& state) {
     }
 }
 BENCHMARK(askUnchangedEntries);
+
+void listApplicationsFirstTime(benchmark::State& state) {
+    for ([[maybe_unused]] const auto iteration : state) {
+        DesktopEntries fresh({installation().directory()});
+        benchmark::DoNotOptimize(ApplicationBundles(fresh).installedApplications("ja"));
+    }
+}
+BENCHMARK(listApplicationsFirstTime)->Unit(benchmark::kMillisecond);
+
+void listApplicationsAgain(benchmark::State& state) {
+    entries().generation();
+    ApplicationBundles bundles(entries());
+    for ([[maybe_unused]] const auto iteration : state) {
+        benchmark::DoNotOptimize(bundles.installedApplications("ja"));
+    }
+}
+BENCHMARK(listApplicationsAgain)->Unit(benchmark::kMillisecond);
 
 void ownerByClass(benchmark::State& state) {
     const auto window = windowOf("App250");

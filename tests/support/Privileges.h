@@ -1,6 +1,10 @@
 #pragma once
 
+#include <fstream>
+#include <string>
+
 #include <grp.h>
+#include <sched.h>
 #include <unistd.h>
 
 namespace hollowfernpike::test {
@@ -12,6 +16,21 @@ namespace hollowfernpike::test {
     return ::getuid() != 0 ||
            (::setgroups(0, nullptr) == 0 && ::setresgid(nobody, nobody, nobody) == 0 &&
             ::setresuid(nobody, nobody, nobody) == 0);
+}
+
+/// Makes this process one of a user that the system's database does not know, for good; for the
+/// forked child of a test. False if that fails.
+[[nodiscard]] inline bool becomeUnknownUser() {
+    constexpr uid_t unknown = 4242424;
+    if (::getuid() == 0) {
+        return ::setresuid(unknown, unknown, unknown) == 0;
+    }
+    const auto map = std::to_string(unknown) + ' ' + std::to_string(::getuid()) + " 1";
+    if (::unshare(CLONE_NEWUSER) != 0) {
+        return false;
+    }
+    std::ofstream{"/proc/self/uid_map"} << map;
+    return ::getuid() == unknown;
 }
 
 } // namespace hollowfernpike::test

@@ -1,14 +1,13 @@
 #include "platform/freedesktop/BaseDirectories.h"
 
 #include "platform/freedesktop/FileManager.h"
+#include "support/Privileges.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <sched.h>
 #include <unistd.h>
 
 namespace hollowfernpike::test {
@@ -18,13 +17,15 @@ using freedesktop::configHome;
 using freedesktop::dataHome;
 using freedesktop::homeDirectory;
 using freedesktop::runtimeDirectory;
+using freedesktop::sharedConfigDirectories;
+using freedesktop::sharedDataDirectories;
 using Directory = std::optional<std::filesystem::path>;
 
 class BaseDirectoriesTest : public testing::Test {
 protected:
     BaseDirectoriesTest() {
-        for (const auto* variable :
-             {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
+        for (const auto* variable : {"HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME",
+                                     "XDG_CONFIG_DIRS", "XDG_RUNTIME_DIR"}) {
             ::unsetenv(variable);
         }
     }
@@ -85,18 +86,16 @@ TEST_F(BaseDirectoriesTest, applicationSupportIsTheDataHome) {
               std::vector<std::filesystem::path>{"/data"});
 }
 
-/// Makes this process one of a user that the system's database does not know.
-bool becomeUnknownUser() {
-    constexpr uid_t unknown = 4242424;
-    if (::getuid() == 0) {
-        return ::setresuid(unknown, unknown, unknown) == 0;
-    }
-    const auto map = std::to_string(unknown) + ' ' + std::to_string(::getuid()) + " 1";
-    if (::unshare(CLONE_NEWUSER) != 0) {
-        return false;
-    }
-    std::ofstream{"/proc/self/uid_map"} << map;
-    return ::getuid() == unknown;
+TEST_F(BaseDirectoriesTest, sharedDirectoriesAreListedTheMostImportantFirst) {
+    using Directories = std::vector<std::filesystem::path>;
+    EXPECT_EQ(sharedDataDirectories(), (Directories{"/usr/local/share", "/usr/share"}));
+    EXPECT_EQ(sharedConfigDirectories(), Directories{"/etc/xdg"});
+    set("XDG_DATA_DIRS", "/b:relative::/a/");
+    set("XDG_CONFIG_DIRS", "/d:/c d");
+    EXPECT_EQ(sharedDataDirectories(), (Directories{"/b", "/a/"}));
+    EXPECT_EQ(sharedConfigDirectories(), (Directories{"/d", "/c d"}));
+    set("XDG_CONFIG_DIRS", "");
+    EXPECT_EQ(sharedConfigDirectories(), Directories{"/etc/xdg"});
 }
 
 TEST_F(BaseDirectoriesTest, aUserWithoutAnyHomeHasNoDirectories) {

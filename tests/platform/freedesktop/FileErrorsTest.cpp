@@ -24,6 +24,10 @@ TEST(FileErrorsTest, nameTheOperationThePathAndTheReason) {
     EXPECT_EQ(write.japanese(), "「/a」に書き込めません: ディスクに空き容量がありません");
     EXPECT_EQ(write.english(), "Cannot write \"/a\": No space left on device");
 
+    const auto remove = fileError(FileOperation::remove, "/a", EROFS);
+    EXPECT_EQ(remove.japanese(), "「/a」を削除できません: 読み取り専用のファイルシステムです");
+    EXPECT_EQ(remove.english(), "Cannot remove \"/a\": Read-only file system");
+
     const auto make = fileError(FileOperation::createDirectory, "/a", EROFS);
     EXPECT_EQ(make.japanese(),
               "フォルダ「/a」を作成できません: 読み取り専用のファイルシステムです");

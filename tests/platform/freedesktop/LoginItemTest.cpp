@@ -320,8 +320,7 @@ TEST_F(LoginItemTest, withoutAHomeDirectoryThereIsNoRegistration) {
         ::unsetenv("XDG_CONFIG_HOME");
         ::setenv("XDG_CONFIG_DIRS", "/nonexistent", 1);
         ::setenv("HOME", "relative", 1);
-        // A user whom the database does not know.
-        if (::getuid() == 0 && ::setresuid(54321, 54321, 54321) != 0) {
+        if (!becomeUnknownUser()) {
             ::_exit(2);
         }
         const bool unknown = item_.status() == LoginItemStatus::notRegistered;
