@@ -32,21 +32,26 @@ protected:
     AppDelegate delegate{platform::services()};
 };
 
-TEST_F(AppDelegateTest, AsksForThePermissionBeforeTheHotkeysStart) {
+TEST_F(AppDelegateTest, AsksForThePermissionThenStartsTheHotkeysThenShowsTheItem) {
     delegate.applicationDidFinishLaunching();
     EXPECT_THAT(desktop.log.calls(),
                 ElementsAre("accessibilityTrust.isProcessTrustedWithPrompt",
                             "accessibilityTrust.isProcessTrusted", "eventTaps.create active",
                             "eventTap.createRunLoopSource", "eventTap.setInterest 0",
-                            "runLoopSource.addToMainRunLoop", "eventTap.enable true"));
+                            "runLoopSource.addToMainRunLoop", "eventTap.enable true",
+                            "statusBar.createStatusItem",
+                            "statusItem.setImage keyboard Hollowfernpike", "statusItem.setMenu"));
 }
 
 TEST_F(AppDelegateTest, AsksTwiceAtOnceWhileThePermissionIsMissing) {
     desktop.accessibilityTrust.trusted = false;
     delegate.applicationDidFinishLaunching();
-    EXPECT_THAT(desktop.log.calls(), ElementsAre("accessibilityTrust.isProcessTrustedWithPrompt",
-                                                 "accessibilityTrust.isProcessTrusted",
-                                                 "accessibilityTrust.isProcessTrustedWithPrompt"));
+    EXPECT_THAT(desktop.log.calls(),
+                ElementsAre("accessibilityTrust.isProcessTrustedWithPrompt",
+                            "accessibilityTrust.isProcessTrusted",
+                            "accessibilityTrust.isProcessTrustedWithPrompt",
+                            "statusBar.createStatusItem",
+                            "statusItem.setImage keyboard Hollowfernpike", "statusItem.setMenu"));
     EXPECT_EQ(desktop.mainQueue.pending(), 1);
 }
 
