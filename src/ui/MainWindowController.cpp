@@ -1,13 +1,238 @@
 #include "ui/MainWindowController.h"
 
+#include "app/L10n.h"
+#include "app/Language.h"
+#include "model/ShortcutStore.h"
+#include "platform/Application.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Services.h"
+#include "ui/AddEditShortcutSheet.h"
+#include "ui/Alert.h"
+#include "ui/CardStackView.h"
+#include "ui/HintLabel.h"
+#include "ui/ManagementWindow.h"
+#include "ui/ShortcutCardView.h"
+#include "ui/ShortcutExchange.h"
+#include "ui/SymbolButton.h"
+#include "ui/Windows.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <utility>
+
 namespace hollowfernpike {
 
-MainWindowController::MainWindowController() : window_(std::make_unique<QWidget>()) {}
+namespace {
+
+const char* windowTitle() {
+    return localized("Hollowfernpike - ショートカット管理", "Hollowfernpike - Manage Shortcuts");
+}
+
+const char* addTitle() {
+    return localized("+ ショートカット追加", "+ Add Shortcut");
+}
+
+const char* exportTitle() {
+    return localized("エクスポート", "Export");
+}
+
+const char* importTitle() {
+    return localized("インポート", "Import");
+}
+
+const char* emptyListText() {
+    return localized(
+        "ショートカットが登録されていません\n「+ ショートカット追加」で追加してください",
+        "No shortcuts registered.\nClick \"+ Add Shortcut\" to add one.");
+}
+
+SymbolButton* makeHeaderButton(std::string_view symbol, const QString& title) {
+    auto* button = new SymbolButton(symbol, SymbolTint::text, title);
+    button->setToolTip(title);
+    return button;
+}
+
+/// Shows an editor in a window of its own, which keeps itself alive.
+void openEditor(const std::optional<AppShortcut>& editing,
+                std::function<void(const AppShortcut&)> onSave) {
+    const auto editor = AddEditShortcutSheet::make(editing);
+    editor->onSave = std::move(onSave);
+    center(*editor);
+    makeKeyAndOrderFront(*editor);
+    platform::services().application.activateIgnoringOtherApps();
+}
+
+} // namespace
+
+MainWindowController::MainWindowController() : window_(new ManagementWindow) {
+    window_->resize(480, 400);
+    window_->setWindowTitle(windowTitle());
+    center(*window_);
+    window_->setMinimumSize(400, 300);
+    setupUI();
+    reloadCards();
+    auto& notifications = platform::services().notificationCenter;
+    shortcutsObservation_ =
+        notifications.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
+    languageObservation_ =
+        notifications.observe(hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+}
+
+MainWindowController::~MainWindowController() {
+    delete window_;
+}
 
 void MainWindowController::showWindow() {
-    window_->show();
-    window_->raise();
-    window_->activateWindow();
+    if (window_ != nullptr) {
+        window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+        makeKeyAndOrderFront(*window_);
+    }
+}
+
+QWidget* MainWindowController::window() const {
+    return window_;
+}
+
+CardStackView* MainWindowController::stackView() const {
+    return stackView_;
+}
+
+SymbolButton* MainWindowController::exportButton() const {
+    return exportButton_;
+}
+
+SymbolButton* MainWindowController::importButton() const {
+    return importButton_;
+}
+
+void MainWindowController::setupUI() {
+    auto* layout = new QVBoxLayout(window_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHeaderBar());
+    layout->addWidget(makeScrollView(), 1);
+    window_->setScrollView(scrollView_);
+    addButton_->setFocus();
+}
+
+QWidget* MainWindowController::makeHeaderBar() {
+    constexpr int height = 52;
+    exportButton_ = makeHeaderButton("square.and.arrow.up", exportTitle());
+    importButton_ = makeHeaderButton("square.and.arrow.down", importTitle());
+    addButton_ = new QPushButton(addTitle());
+    connect(exportButton_, &QAbstractButton::clicked, this, &MainWindowController::exportShortcuts);
+    connect(importButton_, &QAbstractButton::clicked, this, &MainWindowController::importShortcuts);
+    connect(addButton_, &QAbstractButton::clicked, this, &MainWindowController::addShortcut);
+
+    auto* headerBar = new QWidget;
+    headerBar->setFixedHeight(height);
+    auto* layout = new QHBoxLayout(headerBar);
+    layout->setContentsMargins(16, 0, 16, 0);
+    layout->setSpacing(4);
+    layout->addWidget(exportButton_);
+    layout->addWidget(importButton_);
+    layout->addStretch();
+    layout->addWidget(addButton_);
+    return headerBar;
+}
+
+QScrollArea* MainWindowController::makeScrollView() {
+    stackView_ = new CardStackView;
+    scrollView_ = new QScrollArea;
+    scrollView_->setFrameShape(QFrame::NoFrame);
+    scrollView_->setFocusPolicy(Qt::NoFocus);
+    scrollView_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrollView_->setWidgetResizable(true);
+    scrollView_->setWidget(stackView_);
+    scrollView_->viewport()->setAutoFillBackground(false);
+    stackView_->setAutoFillBackground(false);
+    return scrollView_;
+}
+
+void MainWindowController::reloadCards() {
+    if (stackView_ == nullptr) {
+        return;
+    }
+    const auto focused = stackView_->focusedPlace();
+    stackView_->removeArrangedSubviews();
+    fillList();
+    if (focused && !stackView_->cards().empty()) {
+        stackView_->focusOn(*focused);
+    } else if (focused) {
+        addButton_->setFocus();
+    }
+}
+
+void MainWindowController::fillList() {
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    if (shortcuts.empty()) {
+        stackView_->addArrangedSubview(new HintLabel(emptyListText()));
+    }
+    for (const AppShortcut& shortcut : shortcuts) {
+        stackView_->addArrangedSubview(makeCard(shortcut));
+    }
+}
+
+ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
+    auto* card = new ShortcutCardView(shortcut);
+    const QPointer<MainWindowController> controller = this;
+    card->onEdit = [controller, shortcut] {
+        if (controller != nullptr) {
+            controller->editShortcut(shortcut);
+        }
+    };
+    card->onDelete = [controller, shortcut] {
+        if (controller != nullptr) {
+            controller->deleteShortcut(shortcut);
+        }
+    };
+    return card;
+}
+
+void MainWindowController::addShortcut() {
+    openEditor(std::nullopt, [](const AppShortcut& added) { ShortcutStore::shared().add(added); });
+}
+
+void MainWindowController::editShortcut(const AppShortcut& shortcut) {
+    openEditor(shortcut, [](const AppShortcut& edited) { ShortcutStore::shared().update(edited); });
+}
+
+void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
+    if (window_ == nullptr) {
+        return;
+    }
+    const Alert question{
+        .message = L10n::Main::deleteConfirmTitle(shortcut.appName),
+        .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
+        .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")}};
+    question.beginSheet(*window_, [id = shortcut.id](int button) {
+        if (button == 0) {
+            ShortcutStore::shared().remove(id);
+        }
+    });
+}
+
+void MainWindowController::exportShortcuts() {
+    ShortcutExchange::exportShortcuts(ExchangePresentation::sheetsOn(window_));
+}
+
+void MainWindowController::importShortcuts() {
+    ShortcutExchange::importShortcuts(ExchangePresentation::sheetsOn(window_));
+}
+
+void MainWindowController::shortcutsDidChange() {
+    reloadCards();
+}
+
+void MainWindowController::languageDidChange() {
+    if (window_ != nullptr) {
+        window_->setWindowTitle(windowTitle());
+        addButton_->setText(addTitle());
+        exportButton_->setToolTip(exportTitle());
+        importButton_->setToolTip(importTitle());
+    }
+    reloadCards();
 }
 
 } // namespace hollowfernpike

@@ -1,21 +1,76 @@
 #pragma once
 
-#include <QWidget>
+#include "model/AppShortcut.h"
+#include "platform/RunLoop.h"
 
+#include <QObject>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace hollowfernpike {
 
-/// Owns the management window. Main thread only.
-class MainWindowController {
+class CardStackView;
+class ManagementWindow;
+class ShortcutCardView;
+class SymbolButton;
+
+/// Owns the management window, which shows every shortcut of the store as a card and lets the user
+/// add, edit, delete, export and import them. It follows the store and the language for as long as
+/// it lives, its window shown or hidden; closing the window hides it. Main thread only.
+///
+/// Should the window be destroyed, there is none from then on, and what would need it does nothing.
+class MainWindowController final : public QObject {
 public:
     MainWindowController();
+    MainWindowController(const MainWindowController&) = delete;
+    MainWindowController& operator=(const MainWindowController&) = delete;
+    ~MainWindowController() override;
 
     /// Shows the window, makes it the key window and brings it before our others.
     void showWindow();
 
+    /// Builds the list anew from the store.
+    void reloadCards();
+
+    /// Opens one more editor, for a new shortcut.
+    void addShortcut();
+
+    /// In sheets on the window.
+    void exportShortcuts();
+    void importShortcuts();
+
+    /// The window and what it consists of; each null once it is destroyed.
+    QWidget* window() const;
+    QScrollArea* scrollView() const { return scrollView_; }
+    CardStackView* stackView() const;
+    QPushButton* addButton() const { return addButton_; }
+    SymbolButton* exportButton() const;
+    SymbolButton* importButton() const;
+
 private:
-    std::unique_ptr<QWidget> window_;
+    void setupUI();
+    QWidget* makeHeaderBar();
+    QScrollArea* makeScrollView();
+    ShortcutCardView* makeCard(const AppShortcut& shortcut);
+    void fillList();
+    void editShortcut(const AppShortcut& shortcut);
+    void deleteShortcut(const AppShortcut& shortcut);
+    void shortcutsDidChange();
+    void languageDidChange();
+
+    QPointer<ManagementWindow> window_;
+    QPointer<QScrollArea> scrollView_;
+    QPointer<CardStackView> stackView_;
+    QPointer<QPushButton> addButton_;
+    QPointer<SymbolButton> exportButton_;
+    QPointer<SymbolButton> importButton_;
+    std::unique_ptr<platform::Subscription> shortcutsObservation_;
+    std::unique_ptr<platform::Subscription> languageObservation_;
 };
 
 } // namespace hollowfernpike

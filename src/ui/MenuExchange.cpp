@@ -1,9 +1,15 @@
 #include "ui/MenuExchange.h"
 
+#include "ui/ShortcutExchange.h"
+
 namespace hollowfernpike::MenuExchange {
 
-void exportShortcuts() {}
+void exportShortcuts() {
+    ShortcutExchange::exportShortcuts(ExchangePresentation::modal());
+}
 
-void importShortcuts() {}
+void importShortcuts() {
+    ShortcutExchange::importShortcuts(ExchangePresentation::modal());
+}
 
 } // namespace hollowfernpike::MenuExchange

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QFileDialog>
+
+#include <memory>
+
+/// File panels for documents with shortcuts, all of whose texts are in the interface's language.
+/// They show folders and JSON files. Main thread only.
+namespace hollowfernpike {
+
+/// Proposes "Hollowfernpike.json", asks before a file is replaced and lets folders be made.
+std::unique_ptr<QFileDialog> makeSavePanel();
+
+/// Takes one file that exists.
+std::unique_ptr<QFileDialog> makeOpenPanel();
+
+} // namespace hollowfernpike

@@ -1,0 +1,114 @@
+#include "ui/ShortcutCardView.h"
+
+#include "app/Language.h"
+#include "ui/FileIcons.h"
+#include "ui/FittingLabel.h"
+#include "ui/Fonts.h"
+#include "ui/HotkeyBadge.h"
+#include "ui/IconView.h"
+#include "ui/SymbolButton.h"
+#include "ui/SystemColors.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr int margin = 12; // from the card's sides, and between what it shows
+constexpr int iconSide = 32;
+constexpr int gapBetweenButtons = 4;
+constexpr int leastNameWidth = 100;
+
+/// Calls a copy: the callback may destroy the card, and itself with it.
+void call(const ShortcutCardView::Callback& callback) {
+    if (const auto copy = callback) {
+        copy();
+    }
+}
+
+} // namespace
+
+ShortcutCardView::ShortcutCardView(QWidget* parent)
+    : QWidget(parent), iconView_(new IconView(this)), appNameLabel_(new FittingLabel(this)),
+      hotkeyBadge_(new HotkeyBadge(this)),
+      editButton_(new SymbolButton("pencil", SymbolTint::text, localized("編集", "Edit"), this)),
+      deleteButton_(new SymbolButton("trash", SymbolTint::red, localized("削除", "Delete"), this)) {
+    setupUI();
+}
+
+ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
+    : ShortcutCardView(parent) {
+    configure(shortcut);
+}
+
+void ShortcutCardView::setupUI() {
+    setFixedHeight(height);
+    appNameLabel_->setFont(systemFont(14, QFont::Medium));
+    connect(editButton_, &QAbstractButton::clicked, this, &ShortcutCardView::editTapped);
+    connect(deleteButton_, &QAbstractButton::clicked, this, &ShortcutCardView::deleteTapped);
+}
+
+void ShortcutCardView::configure(const AppShortcut& shortcut) {
+    const QString combination = QString::fromStdString(shortcut.displayString());
+    appNameLabel_->setText(QString::fromStdString(shortcut.appName));
+    hotkeyBadge_->setText(" " + combination + " ");
+    iconView_->setIcon(iconForFile(shortcut.appPath));
+    setAccessibleName(appNameLabel_->text() + " " + combination);
+    placeViews();
+}
+
+void ShortcutCardView::editTapped() {
+    call(onEdit);
+}
+
+void ShortcutCardView::deleteTapped() {
+    call(onDelete);
+}
+
+QSize ShortcutCardView::sizeHint() const {
+    return {0, height};
+}
+
+void ShortcutCardView::resizeEvent(QResizeEvent*) {
+    placeViews();
+}
+
+void ShortcutCardView::placeViews() {
+    const auto place = [](QWidget& view, int left, QSize size) {
+        view.setGeometry(left, (height - size.height()) / 2, size.width(), size.height());
+    };
+    const int deleteLeft = width() - margin - SymbolButton::side;
+    const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
+    const int nameLeft = margin + iconSide + margin;
+    const int forTexts = editLeft - margin - nameLeft - margin;
+    const QSize name = appNameLabel_->sizeHint();
+    const QSize badge = hotkeyBadge_->sizeHint();
+    const int nameWidth =
+        std::max(leastNameWidth, std::min(name.width(), forTexts - badge.width()));
+    const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
+
+    place(*iconView_, margin, {iconSide, iconSide});
+    place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
+    place(*hotkeyBadge_, nameLeft + nameWidth + margin, {badgeWidth, badge.height()});
+    place(*editButton_, editLeft, editButton_->sizeHint());
+    place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
+}
+
+void ShortcutCardView::paintEvent(QPaintEvent*) {
+    constexpr qreal cornerRadius = 8;
+    const qreal scale = devicePixelRatioF();
+    const qreal border = std::max<qreal>(1, std::floor(scale)) / scale; // whole device pixels
+    const qreal inset = border / 2;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(separatorColor(palette()), border));
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
+                            cornerRadius - inset, cornerRadius - inset);
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,93 @@
+#include "ui/Symbols.h"
+
+#include "ui/SystemColors.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QSvgRenderer>
+
+#include <utility>
+
+namespace hollowfernpike {
+
+namespace {
+
+QColor colorOf(SymbolTint tint, QIcon::Mode mode) {
+    const QPalette palette = QGuiApplication::palette();
+    if (mode == QIcon::Disabled) {
+        return palette.color(QPalette::Disabled, QPalette::ButtonText);
+    }
+    if (mode == QIcon::Selected) {
+        return palette.color(QPalette::HighlightedText);
+    }
+    switch (tint) {
+    case SymbolTint::accent:
+        return accentTextColor(palette);
+    case SymbolTint::red:
+        return systemRedColor(palette);
+    case SymbolTint::text:
+        break;
+    }
+    return palette.color(QPalette::ButtonText);
+}
+
+/// The drawing's own colour counts for nothing: only where it covers.
+QPixmap drawn(const QString& file, const QSize& size, const QColor& color) {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QSvgRenderer drawing(file);
+    drawing.setAspectRatioMode(Qt::KeepAspectRatio);
+    QPainter painter(&pixmap);
+    drawing.render(&painter);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), color);
+    return pixmap;
+}
+
+class Engine final : public QIconEngine {
+public:
+    Engine(QString file, SymbolTint tint) : file_(std::move(file)), tint_(tint) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
+               QIcon::State state) override {
+        const qreal scale = painter->device()->devicePixelRatioF();
+        QPixmap picture = pixmap((QSizeF(rect.size()) * scale).toSize(), mode, state);
+        picture.setDevicePixelRatio(scale);
+        painter->drawPixmap(rect, picture);
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        const QColor color = colorOf(tint_, mode);
+        const QString key = QStringLiteral("%1 %2x%3 %4")
+                                .arg(file_)
+                                .arg(size.width())
+                                .arg(size.height())
+                                .arg(color.name(QColor::HexArgb));
+        QPixmap picture;
+        if (!QPixmapCache::find(key, &picture)) {
+            picture = drawn(file_, size, color);
+            QPixmapCache::insert(key, picture);
+        }
+        return picture;
+    }
+
+    QIconEngine* clone() const override { return new Engine(*this); }
+
+private:
+    QString file_;
+    SymbolTint tint_;
+};
+
+} // namespace
+
+QIcon symbolImage(std::string_view name, SymbolTint tint) {
+    const QString file =
+        ":/symbols/" + QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) + ".svg";
+    return QFile::exists(file) ? QIcon(new Engine(file, tint)) : QIcon();
+}
+
+} // namespace hollowfernpike
