@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVirtualObject>
+#include <QString>
+
+#include <functional>
+#include <string>
+
+namespace hollowfernpike::qt {
+
+/// What somebody asks of the running program from outside.
+struct ApplicationRequest {
+    std::string action;            ///< empty to just show itself
+    std::string startupIdentifier; ///< that the desktop waits to see ended; empty for none
+};
+
+/// The program on the session bus: the interface org.freedesktop.Application (Desktop Entry
+/// Specification 1.5, D-Bus Activation), under its own name. Main thread only; needs the
+/// application object.
+class ApplicationService final : public QDBusVirtualObject {
+public:
+    using Handler = std::function<void(const ApplicationRequest&)>;
+
+    /// `name` is also the path of the object, with "/" for ".". `handler` is never called from
+    /// within a call of ours.
+    ApplicationService(std::string_view name, Handler handler);
+
+    enum class Outcome {
+        owned,      ///< requests arrive from now on
+        taken,      ///< another process is the program
+        unavailable ///< there is no session bus
+    };
+
+    /// Takes the name. A request that comes at the same moment is not lost.
+    Outcome publish();
+
+    /// Asks the process that has the name. False if it does not answer within some seconds.
+    bool handOver(const ApplicationRequest& request) const;
+
+private:
+    QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+    QString path() const;
+
+    QString name_;
+    Handler handler_;
+    QDBusConnection bus_;
+};
+
+} // namespace hollowfernpike::qt

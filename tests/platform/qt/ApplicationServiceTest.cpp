@@ -1,0 +1,114 @@
+#include "platform/qt/ApplicationService.h"
+
+#include "platform/qt/QtEventLoop.h"
+#include "support/ChildProcess.h"
+#include "support/PrivateDesktop.h"
+#include <QDBusConnection>
+
+#include <csignal>
+#include <cstdlib>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+
+namespace {
+
+using qt::ApplicationRequest;
+using qt::ApplicationService;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+constexpr auto name = "app.hollowfernpike.Hollowfernpike";
+
+class ApplicationServiceTest : public testing::Test {
+protected:
+    /// Calls a method of the service from another process, and waits for its end.
+    std::unique_ptr<test::ChildProcess> call(const std::string& method,
+                                             std::vector<std::string> arguments = {}) {
+        arguments.insert(arguments.begin(),
+                         {"gdbus", "call", "--session", "--timeout", "5", "--dest", name,
+                          "--object-path", "/app/hollowfernpike/Hollowfernpike", "--method",
+                          method});
+        auto caller = std::make_unique<test::ChildProcess>(
+            arguments, test::Environment{{"DBUS_SESSION_BUS_ADDRESS", bus_.address()}});
+        EXPECT_TRUE(loop_.runUntil([&] { return caller->hasEnded(); }));
+        return caller;
+    }
+
+    std::vector<ApplicationRequest> requests_;
+    test::SessionBus bus_;
+    const int environment_ = ::setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str(), 1);
+    test::EventLoop loop_;
+    ApplicationService service_{
+        name, [this](const ApplicationRequest& request) { requests_.push_back(request); }};
+};
+
+TEST_F(ApplicationServiceTest, ActivateArrivesWithItsStartupIdentifier) {
+    ASSERT_EQ(service_.publish(), ApplicationService::Outcome::owned);
+    call("org.freedesktop.Application.Activate", {"{'desktop-startup-id': <'abc_TIME42'>}"});
+    ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
+    EXPECT_EQ(requests_.front().action, "");
+    EXPECT_EQ(requests_.front().startupIdentifier, "abc_TIME42");
+}
+
+TEST_F(ApplicationServiceTest, AnActivationTokenWillDo) {
+    service_.publish();
+    call("org.freedesktop.Application.Activate", {"{'activation-token': <'token'>}"});
+    ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
+    EXPECT_EQ(requests_.front().startupIdentifier, "token");
+}
+
+TEST_F(ApplicationServiceTest, AnActionArrivesByItsName) {
+    service_.publish();
+    call("org.freedesktop.Application.ActivateAction", {"export-shortcuts", "[]", "{}"});
+    ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
+    EXPECT_EQ(requests_.front().action, "export-shortcuts");
+    EXPECT_EQ(requests_.front().startupIdentifier, "");
+}
+
+TEST_F(ApplicationServiceTest, OpeningFilesIsAnActivation) {
+    service_.publish();
+    call("org.freedesktop.Application.Open", {"['file:///tmp/x']", "{}"});
+    ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
+    EXPECT_EQ(requests_.front().action, "");
+}
+
+TEST_F(ApplicationServiceTest, WhatIsNoRequestIsRefused) {
+    service_.publish();
+    const auto unknown = call("org.freedesktop.Application.Format");
+    EXPECT_NE(unknown->wait(), 0);
+    EXPECT_THAT(unknown->errors(), HasSubstr("DBus.Error.Unknown"));
+    EXPECT_NE(call("org.freedesktop.Application.Activate", {"'text'"})->wait(), 0);
+    call("org.freedesktop.Application.Activate", {"{}"});
+    ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
+    EXPECT_THAT(requests_, SizeIs(1));
+}
+
+TEST_F(ApplicationServiceTest, TheInterfaceIsDescribed) {
+    service_.publish();
+    const auto description = call("org.freedesktop.DBus.Introspectable.Introspect");
+    EXPECT_THAT(description->output(), HasSubstr("org.freedesktop.Application"));
+    EXPECT_THAT(description->output(), HasSubstr("ActivateAction"));
+}
+
+TEST_F(ApplicationServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
+    auto owner = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), "owner");
+    ASSERT_TRUE(owner.registerService(name));
+    EXPECT_EQ(service_.publish(), ApplicationService::Outcome::taken);
+    EXPECT_FALSE(service_.handOver({})) << "this owner is another program";
+}
+
+TEST_F(ApplicationServiceTest, WithoutABusThereIsNoService) {
+    bus_.daemon().signal(SIGKILL);
+    ASSERT_TRUE(bus_.daemon().wait());
+    ApplicationService late(name, [](const ApplicationRequest&) {});
+    EXPECT_EQ(late.publish(), ApplicationService::Outcome::unavailable);
+    EXPECT_FALSE(late.handOver({}));
+}
+
+} // namespace
+
+} // namespace hollowfernpike
