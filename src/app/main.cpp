@@ -8,6 +8,7 @@
 #include "platform/freedesktop/FileManager.h"
 #include "platform/freedesktop/LoginItem.h"
 #include "platform/freedesktop/RunningApplications.h"
+#include "platform/freedesktop/SessionBus.h"
 #include "platform/freedesktop/TextComparison.h"
 #include "platform/freedesktop/WindowOwners.h"
 #include "platform/freedesktop/Workspace.h"
@@ -24,6 +25,7 @@
 #include "platform/x11/LaunchFeedback.h"
 #include "platform/x11/OwnWindows.h"
 #include "platform/x11/ProcessActivation.h"
+#include "platform/x11/SystemTray.h"
 #include "platform/x11/TrustMessage.h"
 #include "platform/x11/WindowList.h"
 #include "ui/PermissionPrompt.h"
@@ -162,7 +164,8 @@ private:
                 ownWindows_.bringToFront(static_cast<xcb_window_t>(window));
             },
     }};
-    qt::StatusBar statusBar_{application_};
+    x11::SystemTray systemTray_{toolkitConnection(), runLoop_};
+    qt::StatusBar statusBar_{application_, systemTray_, freedesktop::SessionBus::isKnown()};
     x11::UserTime userTime_;
     TrustPrompt trustPrompt_;
     x11::AccessibilityTrust trust_{
@@ -225,6 +228,8 @@ int run(int argumentCount, char** arguments) {
     PreferencesMigration::run(userDefaults, previousDomains);
     qputenv("QT_QPA_PLATFORM", "xcb"); // in a Wayland session, too: our windows are X windows
     qt::TerminationSignals terminationSignals;
+    QCoreApplication::setApplicationName("Hollowfernpike");
+    QGuiApplication::setDesktopFileName(domain.data());
     QApplication application(argumentCount, arguments);
     Program program(userDefaults, terminationSignals);
     return program.run();

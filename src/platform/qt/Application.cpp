@@ -1,5 +1,7 @@
 #include "platform/qt/Application.h"
 
+#include "platform/qt/TrayWindow.h"
+
 #include <QApplication>
 #include <QPlatformSurfaceEvent>
 #include <QWindow>
@@ -14,9 +16,8 @@ bool isOrdinary(Qt::WindowType type) {
     return type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet;
 }
 
-// Qt's name for the window that it embeds in a tray of the older kind.
 bool belongsToStatusItem(const QWidget& widget) {
-    return widget.inherits("QSystemTrayIconSys");
+    return dynamic_cast<const TrayWindow*>(&widget) != nullptr;
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "platform/x11/Atoms.h"
 
 #include <array>
-#include <string_view>
 
 namespace hollowfernpike::x11 {
 
@@ -47,6 +46,13 @@ constexpr auto names = std::to_array<Name>({
 });
 
 } // namespace
+
+xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
+    const auto cookie =
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
 
 Atoms::Atoms(const Connection& connection) {
     std::array<xcb_intern_atom_cookie_t, names.size()> cookies{};

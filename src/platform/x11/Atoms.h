@@ -2,9 +2,14 @@
 
 #include "platform/x11/Connection.h"
 
+#include <string_view>
+
 #include <xcb/xcb.h>
 
 namespace hollowfernpike::x11 {
+
+/// One name alone, for those who can wait for the server; XCB_ATOM_NONE after a failure.
+xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
 
 /// The names that the window services speak of, as the server numbers them. All are asked for in
 /// one batch; after a failure they are XCB_ATOM_NONE, which no property has.

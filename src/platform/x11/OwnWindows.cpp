@@ -1,11 +1,11 @@
 #include "platform/x11/OwnWindows.h"
 
+#include "platform/x11/Atoms.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Events.h"
 #include "platform/x11/Reply.h"
 #include "platform/x11/WindowManagerMessage.h"
 
-#include <cstring>
 #include <vector>
 
 namespace hollowfernpike::x11 {
@@ -39,30 +39,24 @@ void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
     } else {
         const auto change = shown ? stateRemove : stateAdd;
         WindowManagerMessage{window,
-                             atom("_NET_WM_STATE"),
-                             {change, atom("_NET_WM_STATE_SKIP_TASKBAR"),
-                              atom("_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
+                             internAtom(toolkit_, "_NET_WM_STATE"),
+                             {change, internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
+                              internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
             .send(toolkit_, root_);
     }
     xcb_flush(toolkit_);
 }
 
 void OwnWindows::bringToFront(xcb_window_t window) {
-    WindowManagerMessage{window, atom("_NET_ACTIVE_WINDOW"), {fromUser, timeNow(), XCB_NONE}}.send(
-        toolkit_, root_);
+    WindowManagerMessage{
+        window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"), {fromUser, timeNow(), XCB_NONE}}
+        .send(toolkit_, root_);
     xcb_flush(toolkit_);
-}
-
-xcb_atom_t OwnWindows::atom(const char* name) {
-    const auto cookie =
-        xcb_intern_atom(toolkit_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(toolkit_, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 // Before a window is on the screen its owner writes the states; the window manager reads them then.
 void OwnWindows::writeState(xcb_window_t window, bool shown) {
-    const auto property = atom("_NET_WM_STATE");
+    const auto property = internAtom(toolkit_, "_NET_WM_STATE");
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         toolkit_, xcb_get_property(toolkit_, 0, window, property, XCB_ATOM_ATOM, 0, mostStates),
         nullptr));
@@ -72,9 +66,9 @@ void OwnWindows::writeState(xcb_window_t window, bool shown) {
         states.assign(first, first + reply->value_len);
     }
     for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
-        std::erase(states, atom(name));
+        std::erase(states, internAtom(toolkit_, name));
         if (!shown) {
-            states.push_back(atom(name));
+            states.push_back(internAtom(toolkit_, name));
         }
     }
     xcb_change_property(toolkit_, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_ATOM, 32,

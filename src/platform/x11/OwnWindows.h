@@ -21,7 +21,6 @@ public:
     void bringToFront(xcb_window_t window);
 
 private:
-    xcb_atom_t atom(const char* name);
     void writeState(xcb_window_t window, bool shown);
 
     xcb_connection_t* toolkit_;

@@ -1,0 +1,110 @@
+#include "platform/qt/StatusItem.h"
+
+#include "platform/qt/StatusSymbol.h"
+
+#include <QCursor>
+
+#include <chrono>
+
+namespace hollowfernpike::qt {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A panel of today may need so long from its first sign of life to its host, and may run a tray of
+// the older kind besides.
+constexpr auto grace = 1500ms;
+
+QString text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+} // namespace
+
+StatusItem::StatusItem(Application& application, platform::SystemTray& tray, bool hasSessionBus)
+    : application_(application), tray_(tray),
+      menu_([this](const platform::MenuItem& item) { application_.sendAction(item); }) {
+    grace_.setSingleShot(true);
+    grace_.setInterval(grace);
+    QObject::connect(&grace_, &QTimer::timeout, this, &StatusItem::showInTray);
+    if (hasSessionBus) {
+        hosts_.emplace([this] { onHostNews(); });
+    }
+    trayWatch_ = tray_.watch([this] { onTrayNews(); });
+    grace_.start();
+}
+
+StatusItem::~StatusItem() {
+    application_.setStatusItemShown(false);
+}
+
+void StatusItem::setImage(std::string_view symbolName, std::string_view accessibilityDescription) {
+    symbolName_ = text(symbolName);
+    description_ = text(accessibilityDescription);
+    applyImage();
+}
+
+void StatusItem::onHostNews() {
+    if (isHostThere()) {
+        grace_.stop();
+        window_.reset();
+        showWithHost();
+    } else if (!window_) {
+        grace_.start();
+    }
+    tellApplication();
+}
+
+void StatusItem::onTrayNews() {
+    window_.reset();
+    if (!isHostThere()) {
+        grace_.start();
+    }
+    tellApplication();
+}
+
+// The toolkit decides at its first use whether it speaks to hosts at all, so not before there is
+// one. From then on it follows them by itself.
+void StatusItem::showWithHost() {
+    if (icon_) {
+        return;
+    }
+    icon_ = std::make_unique<QSystemTrayIcon>();
+    icon_->setContextMenu(&menu_.widget());
+    QObject::connect(icon_.get(), &QSystemTrayIcon::activated, this,
+                     [this](QSystemTrayIcon::ActivationReason reason) {
+                         if (reason == QSystemTrayIcon::Trigger) {
+                             menu_.popUp(QCursor::pos());
+                         }
+                     });
+    applyImage();
+    icon_->show();
+}
+
+void StatusItem::showInTray() {
+    if (!tray_.isThere()) {
+        return;
+    }
+    window_ = std::make_unique<TrayWindow>(tray_, [this](QPoint where) { menu_.popUp(where); });
+    applyImage();
+    tellApplication();
+}
+
+void StatusItem::applyImage() {
+    const QIcon drawing = statusSymbol(symbolName_);
+    if (window_) {
+        window_->setImage(drawing, description_);
+    }
+    if (icon_) {
+        const QIcon theme = themeStatusSymbol();
+        icon_->setIcon(theme.isNull() ? drawing : theme);
+        icon_->setToolTip(description_);
+    }
+}
+
+void StatusItem::tellApplication() {
+    application_.setStatusItemShown(isHostThere() || window_ != nullptr);
+}
+
+} // namespace hollowfernpike::qt

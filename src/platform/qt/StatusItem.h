@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/StatusBar.h"
+#include "platform/SystemTray.h"
+#include "platform/qt/Application.h"
+#include "platform/qt/StatusMenu.h"
+#include "platform/qt/StatusNotifierHosts.h"
+#include "platform/qt/TrayWindow.h"
+
+#include <QObject>
+#include <QString>
+#include <QSystemTrayIcon>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+
+namespace hollowfernpike::qt {
+
+/// Our status item on whichever panel there is: with a host of status notifier items if possible,
+/// else, once no such host has come for a moment, as a window in a tray.
+class StatusItem final : public QObject, public platform::StatusItem {
+public:
+    /// All outlive this. Without a session bus none is connected to.
+    StatusItem(Application& application, platform::SystemTray& tray, bool hasSessionBus);
+    StatusItem(const StatusItem&) = delete;
+    StatusItem& operator=(const StatusItem&) = delete;
+    ~StatusItem() override;
+
+    void setImage(std::string_view symbolName, std::string_view accessibilityDescription) override;
+    void setMenu(const platform::Menu& menu) override { menu_.setItems(menu); }
+    void menuItemDidChange(const platform::MenuItem& item) override { menu_.updateCheckMark(item); }
+
+private:
+    bool isHostThere() const { return hosts_ && hosts_->isHostRegistered(); }
+    void onHostNews();
+    void onTrayNews();
+    void showWithHost();
+    void showInTray();
+    void applyImage();
+    void tellApplication();
+
+    Application& application_;
+    platform::SystemTray& tray_;
+    StatusMenu menu_;
+    QString symbolName_;
+    QString description_;
+    QTimer grace_;
+    std::unique_ptr<QSystemTrayIcon> icon_; ///< made with the first host, and kept for all later
+    std::unique_ptr<TrayWindow> window_;
+    std::optional<StatusNotifierHosts> hosts_;
+    std::unique_ptr<platform::Subscription> trayWatch_;
+};
+
+} // namespace hollowfernpike::qt

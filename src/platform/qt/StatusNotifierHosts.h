@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace hollowfernpike::qt {
+
+/// Whether some panel on the session bus shows status notifier items, as their watcher
+/// (org.kde.StatusNotifierWatcher) tells. Starts nothing and never waits for the watcher. Connects
+/// to the bus when made.
+class StatusNotifierHosts final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `onNews` is called, never inside the constructor, whenever something has changed there.
+    explicit StatusNotifierHosts(std::function<void()> onNews);
+
+    /// As far as we were told. A watcher alone shows nothing.
+    bool isHostRegistered() const { return isHostRegistered_; }
+
+private:
+    Q_SLOT void ask();
+    Q_SLOT void forget();
+    void note(bool isHostRegistered);
+
+    QDBusConnection bus_;
+    std::function<void()> onNews_;
+    std::unique_ptr<QDBusPendingCallWatcher> question_;
+    bool isHostRegistered_ = false;
+};
+
+} // namespace hollowfernpike::qt

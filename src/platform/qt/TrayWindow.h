@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/SystemTray.h"
+
+#include <QIcon>
+#include <QPixmap>
+#include <QWidget>
+
+#include <functional>
+
+namespace hollowfernpike::qt {
+
+/// Our status item as a window that a tray takes in. Lives as long as the tray it was made for.
+class TrayWindow final : public QWidget {
+public:
+    /// Hands itself over to the tray. `onClick` is told of every press of the left or right button,
+    /// and where it was on the screen.
+    TrayWindow(platform::SystemTray& tray, std::function<void(QPoint)> onClick);
+
+    /// The description is the tooltip and what screen readers say.
+    void setImage(const QIcon& image, const QString& description);
+
+private:
+    void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+    std::function<void(QPoint)> onClick_;
+    QIcon image_;
+    QPixmap ground_; ///< what the tray shows behind us where it does not blend windows
+};
+
+} // namespace hollowfernpike::qt

@@ -1,0 +1,88 @@
+#include "platform/x11/TrayWatch.h"
+
+#include "platform/x11/Atoms.h"
+#include "platform/x11/Reply.h"
+
+#include <string>
+#include <utility>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+constexpr std::uint8_t eventTypeMask = 0x7F; // without the mark of events that clients sent
+constexpr std::uint32_t structureEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+
+void selectStructureEvents(xcb_connection_t* server, xcb_window_t window) {
+    xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &structureEvents);
+}
+
+xcb_window_t ownerOf(xcb_connection_t* server, xcb_atom_t selection) {
+    const Reply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, selection), nullptr));
+    return reply ? reply->owner : xcb_window_t{XCB_NONE};
+}
+
+} // namespace
+
+xcb_atom_t traySelection(xcb_connection_t* connection, int screenNumber) {
+    return internAtom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber));
+}
+
+TrayWatch::TrayWatch(std::unique_ptr<Connection> connection, platform::RunLoop& runLoop,
+                     std::function<void()> onChange)
+    : connection_(std::move(connection)), onChange_(std::move(onChange)),
+      selection_(traySelection(connection_->get(), connection_->screenNumber())),
+      manager_(internAtom(connection_->get(), "MANAGER")),
+      readable_(runLoop.watchReadable(connection_->descriptor(), [this] { onReadable(); })) {
+    selectStructureEvents(connection_->get(), connection_->root());
+    follow();
+    readNews();
+}
+
+void TrayWatch::onReadable() {
+    if (connection_->isLost()) {
+        readable_.reset(); // it would be readable for ever
+    } else if (readNews()) {
+        onChange_();
+    }
+}
+
+// Waiting for a reply reads events, too, after which the connection is not readable any more. So
+// whoever has waited calls this.
+bool TrayWatch::readNews() {
+    bool changed = false;
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
+        if (isNews(*event)) {
+            changed = true;
+            follow();
+        }
+    }
+    return changed;
+}
+
+bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
+    const auto type = event.response_type & eventTypeMask;
+    if (type == XCB_CLIENT_MESSAGE) {
+        const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+        return message.type == manager_ && message.format == 32 &&
+               message.data.data32[1] == selection_;
+    }
+    return type == XCB_DESTROY_NOTIFY &&
+           reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == tray_;
+}
+
+// Its end can only be seen by who has asked for it in time, so the owner is asked for once more
+// behind that request.
+void TrayWatch::follow() {
+    auto* const server = connection_->get();
+    tray_ = XCB_NONE;
+    for (auto owner = ownerOf(server, selection_); owner != tray_;
+         owner = ownerOf(server, selection_)) {
+        tray_ = owner;
+        selectStructureEvents(server, owner);
+    }
+    xcb_flush(server);
+}
+
+} // namespace hollowfernpike::x11
