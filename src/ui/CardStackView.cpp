@@ -9,29 +9,58 @@
 
 namespace hollowfernpike {
 
+namespace {
+
+/// A view that comes or goes while it can be seen has the whole list laid out again, each for
+/// itself.
+class WhileHidden {
+public:
+    explicit WhileHidden(QWidget& list) : list_(list) {
+        if (QWidget* focused = list_.focusWidget()) {
+            focused->clearFocus();
+        }
+        list_.hide();
+    }
+    WhileHidden(const WhileHidden&) = delete;
+    WhileHidden& operator=(const WhileHidden&) = delete;
+    ~WhileHidden() {
+        list_.layout()->activate();
+        list_.resize(list_.width(), list_.sizeHint().height());
+        list_.show();
+    }
+
+private:
+    QWidget& list_;
+};
+
+} // namespace
+
 CardStackView::CardStackView(QWidget* parent) : QWidget(parent), layout_(new QVBoxLayout(this)) {
     layout_->setContentsMargins(16, 8, 16, 8);
     layout_->setSpacing(8);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-void CardStackView::removeArrangedSubviews() {
-    if (QWidget* focused = focusWidget()) {
-        focused->clearFocus(); // or each view that goes would hand it on to the next
+void CardStackView::setCards(const std::vector<ShortcutCardView*>& cards) {
+    const WhileHidden hidden(*this);
+    removeViews();
+    for (ShortcutCardView* card : cards) {
+        layout_->addWidget(card);
     }
+}
+
+void CardStackView::setHint(QWidget* hint) {
+    const WhileHidden hidden(*this);
+    removeViews();
+    layout_->addWidget(hint, 0, Qt::AlignHCenter);
+}
+
+void CardStackView::removeViews() {
     while (QLayoutItem* item = layout_->takeAt(0)) {
         item->widget()->hide();
         item->widget()->deleteLater();
         delete item;
     }
-}
-
-void CardStackView::addArrangedSubview(ShortcutCardView* card) {
-    layout_->addWidget(card);
-}
-
-void CardStackView::addArrangedSubview(QWidget* view) {
-    layout_->addWidget(view, 0, Qt::AlignHCenter);
 }
 
 std::vector<ShortcutCardView*> CardStackView::cards() const {

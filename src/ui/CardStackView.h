@@ -18,13 +18,11 @@ class CardStackView final : public QWidget {
 public:
     explicit CardStackView(QWidget* parent = nullptr);
 
-    /// Takes all views away. They live on until the event at hand is handled, which may be theirs.
-    void removeArrangedSubviews();
-
-    /// Each takes a view and puts it below the others: a card over the whole width, any other in
-    /// the middle and as large as it wants to be.
-    void addArrangedSubview(ShortcutCardView* card);
-    void addArrangedSubview(QWidget* view);
+    /// Takes the views in place of those that were there, which live on until the event at hand is
+    /// handled: it may be theirs. Cards are as wide as there is room, the hint as large as it wants
+    /// to be and in the middle.
+    void setCards(const std::vector<ShortcutCardView*>& cards);
+    void setHint(QWidget* hint);
 
     /// From top to bottom.
     std::vector<ShortcutCardView*> cards() const;
@@ -42,6 +40,8 @@ public:
     void focusOn(const Place& place);
 
 private:
+    void removeViews();
+
     QVBoxLayout* layout_;
 };
 

@@ -10,6 +10,7 @@
 #include "ui/Alert.h"
 #include "ui/CardStackView.h"
 #include "ui/HintLabel.h"
+#include "ui/LargeButton.h"
 #include "ui/ManagementWindow.h"
 #include "ui/ShortcutCardView.h"
 #include "ui/ShortcutExchange.h"
@@ -19,6 +20,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <functional>
+#include <optional>
 #include <utility>
 
 namespace hollowfernpike {
@@ -120,7 +123,7 @@ QWidget* MainWindowController::makeHeaderBar() {
     constexpr int height = 52;
     exportButton_ = makeHeaderButton("square.and.arrow.up", exportTitle());
     importButton_ = makeHeaderButton("square.and.arrow.down", importTitle());
-    addButton_ = new QPushButton(addTitle());
+    addButton_ = new LargeButton(addTitle());
     connect(exportButton_, &QAbstractButton::clicked, this, &MainWindowController::exportShortcuts);
     connect(importButton_, &QAbstractButton::clicked, this, &MainWindowController::importShortcuts);
     connect(addButton_, &QAbstractButton::clicked, this, &MainWindowController::addShortcut);
@@ -155,23 +158,23 @@ void MainWindowController::reloadCards() {
         return;
     }
     const auto focused = stackView_->focusedPlace();
-    stackView_->removeArrangedSubviews();
-    fillList();
-    if (focused && !stackView_->cards().empty()) {
-        stackView_->focusOn(*focused);
-    } else if (focused) {
-        addButton_->setFocus();
+    const auto cards = makeCards();
+    if (cards.empty()) {
+        stackView_->setHint(new HintLabel(emptyListText()));
+    } else {
+        stackView_->setCards(cards);
+    }
+    if (focused) {
+        cards.empty() ? addButton_->setFocus() : stackView_->focusOn(*focused);
     }
 }
 
-void MainWindowController::fillList() {
-    const auto& shortcuts = ShortcutStore::shared().shortcuts();
-    if (shortcuts.empty()) {
-        stackView_->addArrangedSubview(new HintLabel(emptyListText()));
+std::vector<ShortcutCardView*> MainWindowController::makeCards() {
+    std::vector<ShortcutCardView*> cards;
+    for (const AppShortcut& shortcut : ShortcutStore::shared().shortcuts()) {
+        cards.push_back(makeCard(shortcut));
     }
-    for (const AppShortcut& shortcut : shortcuts) {
-        stackView_->addArrangedSubview(makeCard(shortcut));
-    }
+    return cards;
 }
 
 ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {

@@ -8,9 +8,8 @@
 #include <QPushButton>
 #include <QScrollArea>
 
-#include <functional>
 #include <memory>
-#include <optional>
+#include <vector>
 
 namespace hollowfernpike {
 
@@ -56,8 +55,8 @@ private:
     void setupUI();
     QWidget* makeHeaderBar();
     QScrollArea* makeScrollView();
+    std::vector<ShortcutCardView*> makeCards();
     ShortcutCardView* makeCard(const AppShortcut& shortcut);
-    void fillList();
     void editShortcut(const AppShortcut& shortcut);
     void deleteShortcut(const AppShortcut& shortcut);
     void shortcutsDidChange();

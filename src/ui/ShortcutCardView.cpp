@@ -1,11 +1,11 @@
 #include "ui/ShortcutCardView.h"
 
 #include "app/Language.h"
-#include "ui/FileIcons.h"
 #include "ui/FittingLabel.h"
 #include "ui/Fonts.h"
 #include "ui/HotkeyBadge.h"
 #include "ui/IconView.h"
+#include "ui/LazyFileIcon.h"
 #include "ui/SymbolButton.h"
 #include "ui/SystemColors.h"
 
@@ -56,7 +56,7 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
     const QString combination = QString::fromStdString(shortcut.displayString());
     appNameLabel_->setText(QString::fromStdString(shortcut.appName));
     hotkeyBadge_->setText(" " + combination + " ");
-    iconView_->setIcon(iconForFile(shortcut.appPath));
+    iconView_->setIcon(lazyIconForFile(shortcut.appPath));
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }

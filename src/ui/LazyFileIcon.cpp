@@ -1,0 +1,51 @@
+#include "ui/LazyFileIcon.h"
+
+#include "ui/FileIcons.h"
+
+#include <QIconEngine>
+
+#include <utility>
+
+namespace hollowfernpike {
+
+namespace {
+
+class Engine final : public QIconEngine {
+public:
+    explicit Engine(std::string path) : path_(std::move(path)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
+               QIcon::State state) override {
+        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        return icon().pixmap(size, 1.0, mode, state);
+    }
+
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
+                         qreal scale) override {
+        return icon().pixmap((QSizeF(size) / scale).toSize(), scale, mode, state);
+    }
+
+    QIconEngine* clone() const override { return new Engine(*this); }
+
+private:
+    const QIcon& icon() {
+        if (icon_.isNull()) {
+            icon_ = iconForFile(path_);
+        }
+        return icon_;
+    }
+
+    std::string path_;
+    QIcon icon_;
+};
+
+} // namespace
+
+QIcon lazyIconForFile(std::string path) {
+    return QIcon(new Engine(std::move(path)));
+}
+
+} // namespace hollowfernpike
