@@ -83,4 +83,8 @@ std::optional<std::filesystem::path> runtimeDirectory() {
     return environmentDirectory("XDG_RUNTIME_DIR");
 }
 
+std::filesystem::path temporaryDirectory() {
+    return environmentDirectory("TMPDIR").value_or("/tmp");
+}
+
 } // namespace hollowfernpike::freedesktop

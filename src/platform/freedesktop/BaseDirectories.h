@@ -27,4 +27,7 @@ std::vector<std::filesystem::path> sharedConfigDirectories();
 /// $XDG_RUNTIME_DIR; there is no standard place to fall back on.
 std::optional<std::filesystem::path> runtimeDirectory();
 
+/// $TMPDIR, else /tmp: everybody's, and nothing stays there.
+std::filesystem::path temporaryDirectory();
+
 } // namespace hollowfernpike::freedesktop

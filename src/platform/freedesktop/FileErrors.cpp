@@ -88,4 +88,10 @@ platform::FileError notARegularFile(FileOperation operation, const std::filesyst
     return describe(operation, path, EINVAL, "通常のファイルではありません", "Not a regular file");
 }
 
+platform::FileError notPrivate(const std::filesystem::path& directory) {
+    return describe(FileOperation::createDirectory, directory, EEXIST,
+                    "既に存在し、ユーザー専用ではありません",
+                    "It exists and is not private to the user");
+}
+
 } // namespace hollowfernpike::freedesktop

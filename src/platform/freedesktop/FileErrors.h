@@ -16,4 +16,7 @@ platform::FileError fileError(FileOperation operation, const std::filesystem::pa
 /// The error of asking a pipe, a socket or a device for what only files can do.
 platform::FileError notARegularFile(FileOperation operation, const std::filesystem::path& path);
 
+/// The error of a directory that is in the place of one of the user's own.
+platform::FileError notPrivate(const std::filesystem::path& directory);
+
 } // namespace hollowfernpike::freedesktop
