@@ -1,7 +1,6 @@
 #include "ui/DocumentPanels.h"
 
 #include "app/Language.h"
-#include "ui/ToolkitLanguage.h"
 
 namespace hollowfernpike {
 
@@ -9,7 +8,6 @@ namespace {
 
 // The desktop's own panel would speak the desktop's language.
 std::unique_ptr<QFileDialog> makePanel() {
-    speakInterfaceLanguage();
     auto panel = std::make_unique<QFileDialog>();
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setNameFilter("JSON (*.json)");
