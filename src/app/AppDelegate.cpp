@@ -70,6 +70,10 @@ void AppDelegate::performAction(std::string_view action, const MenuItem* sender)
         {"toggleLaunchAtLogin", &AppDelegate::toggleLaunchAtLogin},
         {"quitApp", &AppDelegate::quitApp},
     };
+    if (services_.application.hasModalWindow() && action != "quitApp") {
+        services_.application.activateIgnoringOtherApps();
+        return;
+    }
     for (const auto& [name, function] : actions) {
         if (name == action) {
             (this->*function)();

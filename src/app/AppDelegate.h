@@ -27,7 +27,8 @@ public:
     /// Gives back everything held of the desktop.
     void applicationWillTerminate() override;
 
-    /// The actions of the menu, by the names of the functions below.
+    /// The actions of the menu, by the names of the functions below. While a dialog waits for its
+    /// answer it comes to the front instead; only quitting does not wait.
     void performAction(std::string_view action, const platform::MenuItem* sender) override;
 
     /// Shows the one management window, made on first use and kept from then on.

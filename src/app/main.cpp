@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/CommandLine.h"
 #include "app/Language.h"
 #include "app/LateApplications.h"
 #include "hotkeys/HotkeyManager.h"
@@ -6,6 +7,7 @@
 #include "platform/NotificationCenter.h"
 #include "platform/freedesktop/ApplicationBundles.h"
 #include "platform/freedesktop/FileManager.h"
+#include "platform/freedesktop/InstanceLock.h"
 #include "platform/freedesktop/LoginItem.h"
 #include "platform/freedesktop/RunningApplications.h"
 #include "platform/freedesktop/SessionBus.h"
@@ -13,10 +15,12 @@
 #include "platform/freedesktop/WindowOwners.h"
 #include "platform/freedesktop/Workspace.h"
 #include "platform/qt/Application.h"
+#include "platform/qt/ApplicationService.h"
 #include "platform/qt/MainQueue.h"
 #include "platform/qt/RunLoop.h"
 #include "platform/qt/StatusBar.h"
 #include "platform/qt/TerminationSignals.h"
+#include "platform/qt/ToolkitTexts.h"
 #include "platform/qt/UserDefaults.h"
 #include "platform/x11/AccessibilityTrust.h"
 #include "platform/x11/ClientWindows.h"
@@ -37,6 +41,8 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -44,7 +50,13 @@ namespace hollowfernpike {
 namespace {
 
 constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
+constexpr auto lockName = "hollowfernpike";
+constexpr auto defaultAction = "openMainWindow";
 constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
+
+void tell(const platform::LocalizedError& message) {
+    std::cerr << message.japanese() << '\n' << message.english() << std::endl;
+}
 
 /// Tells what keeps us from the keys: in a window as often as asked, and once on standard error.
 class TrustPrompt {
@@ -52,7 +64,7 @@ public:
     void show(x11::TrustProblem problem) {
         const auto message = x11::trustMessage(problem);
         if (std::exchange(told_, problem) != problem) {
-            std::cerr << message.japanese() << '\n' << message.english() << std::endl;
+            tell(message);
         }
         window_.show(message);
     }
@@ -88,6 +100,8 @@ public:
     /// key press does not pay for it.
     void prepare() { clientWindows_.clientWindows(); }
 
+    void endStartup(const std::string& identifier) { launchFeedback_.end(identifier); }
+
 private:
     std::unique_ptr<x11::Connection> connection_;
     freedesktop::WindowOwners owners_;
@@ -112,6 +126,7 @@ public:
     Program(platform::UserDefaults& userDefaults, qt::TerminationSignals& terminationSignals)
         : userDefaults_(userDefaults) {
         platform::setServices(&services_);
+        toolkitTexts_.setLanguage(Language::current().rawValue());
         application_.setDelegate(&delegate_);
         application_.setActivationPolicy(platform::ActivationPolicy::accessory);
         terminationSignals.watch(runLoop_, [this] { application_.terminate(); });
@@ -120,8 +135,21 @@ public:
     Program& operator=(const Program&) = delete;
     ~Program() { platform::setServices(nullptr); }
 
-    int run() {
+    platform::RunLoop& runLoop() { return runLoop_; }
+
+    /// What was asked for from outside, by a launcher or another start of the program.
+    void perform(const std::string& action, const std::string& startupIdentifier) {
+        if (auto* applications = this->applications(); applications && !startupIdentifier.empty()) {
+            applications->endStartup(startupIdentifier);
+        }
+        application_.performAction(action.empty() ? defaultAction : action);
+    }
+
+    int run(const std::string& action) {
         mainQueue_.async([this] { prepare(); });
+        if (!action.empty()) {
+            mainQueue_.async([this, action] { perform(action, {}); });
+        }
         return application_.run();
     }
 
@@ -178,6 +206,9 @@ private:
     freedesktop::ApplicationBundles applicationBundles_{entries_};
     freedesktop::TextComparison textComparison_;
     platform::NotificationCenter notificationCenter_;
+    qt::ToolkitTexts toolkitTexts_;
+    std::unique_ptr<platform::Subscription> languageObservation_ = notificationCenter_.observe(
+        languageDidChange, [this] { toolkitTexts_.setLanguage(Language::current().rawValue()); });
     std::optional<X11Applications> applications_;
     LateApplications lateApplications_{[this] { return applicationServices(); }};
     platform::Services services_{
@@ -209,35 +240,91 @@ void ignoreSignals() {
     }
 }
 
-/// The toolkit would abort without a display.
-bool displayIsThere() {
-    if (x11::Connection::open() != nullptr) {
-        return true;
-    }
-    const auto message = x11::trustMessage(x11::TrustProblem::noDisplay);
-    std::cerr << message.japanese() << '\n' << message.english() << std::endl;
-    return false;
+std::string variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string{} : value;
 }
 
-int run(int argumentCount, char** arguments) {
-    ignoreSignals();
-    if (!displayIsThere()) {
-        return EXIT_FAILURE;
+freedesktop::InstanceRequest requestFor(const std::string& action) {
+    return {.action = action.empty() ? defaultAction : action,
+            .activationToken = variable("XDG_ACTIVATION_TOKEN"),
+            .startupId = variable("DESKTOP_STARTUP_ID")};
+}
+
+/// The lock, once no other instance has it; absent if another one has taken over what we were
+/// started for.
+std::optional<freedesktop::InstanceLock> becomeTheInstance(const std::string& action) {
+    if (auto lock = freedesktop::InstanceLock::acquire(lockName)) {
+        return lock;
     }
+    auto handedOver = freedesktop::handOver(lockName, requestFor(action));
+    if (!handedOver.lock && !handedOver.isTaken) {
+        throw platform::LocalizedError("起動中の Hollowfernpike が応答しません",
+                                       "Hollowfernpike is running but does not answer");
+    }
+    return std::move(handedOver.lock);
+}
+
+int runInstance(freedesktop::InstanceLock lock, const std::string& action, int argumentCount,
+                char** arguments) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
-    qputenv("QT_QPA_PLATFORM", "xcb"); // in a Wayland session, too: our windows are X windows
+    const auto request = requestFor(action); // the toolkit takes the identifiers away
+    qputenv("QT_QPA_PLATFORM", "xcb");       // in a Wayland session, too: our windows are X windows
     qt::TerminationSignals terminationSignals;
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(domain.data());
     QApplication application(argumentCount, arguments);
     Program program(userDefaults, terminationSignals);
-    return program.run();
+    qt::ApplicationService service(domain, [&program](const qt::ApplicationRequest& asked) {
+        program.perform(asked.action, asked.startupIdentifier);
+    });
+    if (service.publish() == qt::ApplicationService::Outcome::taken &&
+        service.handOver({.action = action, .startupIdentifier = request.startupId})) {
+        return EXIT_SUCCESS;
+    }
+    lock.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
+        program.perform(asked.action, asked.startupId);
+    });
+    return program.run(action);
+}
+
+int run(const std::string& action, int argumentCount, char** arguments) {
+    ignoreSignals();
+    if (x11::Connection::open() == nullptr) { // the toolkit would abort
+        tell(x11::trustMessage(x11::TrustProblem::noDisplay));
+        return EXIT_FAILURE;
+    }
+    try {
+        auto lock = becomeTheInstance(action);
+        if (!lock || action == "quitApp") {
+            return EXIT_SUCCESS;
+        }
+        return runInstance(std::move(*lock), action, argumentCount, arguments);
+    } catch (const platform::LocalizedError& error) {
+        tell(error);
+        return EXIT_FAILURE;
+    }
 }
 
 } // namespace
 } // namespace hollowfernpike
 
 int main(int argc, char** argv) {
-    return hollowfernpike::run(argc, argv);
+    using hollowfernpike::CommandLine;
+    const auto line = hollowfernpike::parseCommandLine(
+        std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));
+    switch (line.purpose) {
+    case CommandLine::Purpose::run:
+        return hollowfernpike::run(line.action, argc, argv);
+    case CommandLine::Purpose::help:
+        std::cout << hollowfernpike::usage();
+        return EXIT_SUCCESS;
+    case CommandLine::Purpose::version:
+        std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION "\n";
+        return EXIT_SUCCESS;
+    case CommandLine::Purpose::misuse:
+        std::cerr << hollowfernpike::usage();
+        return 2;
+    }
 }

@@ -39,6 +39,9 @@ public:
     /// All windows of ours, visible or not.
     virtual std::vector<ApplicationWindow> windows() = 0;
 
+    /// Whether a dialog is open that holds everything else up until it is answered.
+    virtual bool hasModalWindow() = 0;
+
     /// Performs the action of a chosen item on its target, else on the delegate.
     virtual void sendAction(const MenuItem& item) = 0;
 

@@ -199,6 +199,26 @@ TEST_F(StatusMenuTest, QuitTerminatesTheApplication) {
     EXPECT_THAT(desktop.log.calls(), ElementsAre("application.terminate"));
 }
 
+TEST_F(StatusMenuTest, ADialogThatWaitsForItsAnswerComesForwardInstead) {
+    start();
+    desktop.application.modal = true;
+    for (const std::size_t index : {0U, 1U, 2U, 5U}) {
+        choose(*menu().at(index));
+    }
+    choose(*languages().at(1));
+    EXPECT_THAT(desktop.log.calls(),
+                testing::AllOf(SizeIs(5), testing::Each("application.activateIgnoringOtherApps")));
+    EXPECT_THAT(visibleWindows(), IsEmpty());
+    EXPECT_EQ(Language::current(), Language::japanese);
+}
+
+TEST_F(StatusMenuTest, QuitDoesNotWaitForADialog) {
+    start();
+    desktop.application.modal = true;
+    choose(*menu().at(7));
+    EXPECT_THAT(desktop.log.calls(), ElementsAre("application.terminate"));
+}
+
 TEST_F(StatusMenuTest, ManageShortcutsTwiceShowsTheSameWindow) {
     start();
     ASSERT_THAT(visibleWindows(), IsEmpty());

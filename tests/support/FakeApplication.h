@@ -14,6 +14,7 @@ public:
 
     platform::ApplicationDelegate* delegate = nullptr;
     std::vector<platform::ApplicationWindow> openWindows;
+    bool modal = false;
 
     void setDelegate(platform::ApplicationDelegate* newDelegate) override {
         delegate = newDelegate;
@@ -30,6 +31,8 @@ public:
     }
 
     std::vector<platform::ApplicationWindow> windows() override { return openWindows; }
+
+    bool hasModalWindow() override { return modal; }
 
     void sendAction(const platform::MenuItem& item) override {
         if (platform::ActionTarget* target = item.target != nullptr ? item.target : delegate) {

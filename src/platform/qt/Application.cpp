@@ -63,6 +63,11 @@ std::vector<platform::ApplicationWindow> Application::windows() {
     return windows;
 }
 
+bool Application::hasModalWindow() {
+    const QWidget* window = QApplication::activeModalWidget();
+    return window != nullptr && window->windowModality() == Qt::ApplicationModal;
+}
+
 void Application::sendAction(const platform::MenuItem& item) {
     if (platform::ActionTarget* target = item.target != nullptr ? item.target : delegate_) {
         target->performAction(item.action, &item);

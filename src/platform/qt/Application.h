@@ -29,6 +29,7 @@ public:
     void setActivationPolicy(platform::ActivationPolicy policy) override;
     void activateIgnoringOtherApps() override;
     std::vector<platform::ApplicationWindow> windows() override;
+    bool hasModalWindow() override;
     void sendAction(const platform::MenuItem& item) override;
     int run() override;
     void terminate() override;

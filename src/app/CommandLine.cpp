@@ -1,0 +1,46 @@
+#include "app/CommandLine.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace hollowfernpike {
+
+namespace {
+
+using Purpose = CommandLine::Purpose;
+
+// Those that make sense without a menu item that asks for them.
+constexpr std::array<std::string_view, 4> actions{"openMainWindow", "exportShortcuts",
+                                                  "importShortcuts", "quitApp"};
+
+} // namespace
+
+CommandLine parseCommandLine(std::span<const char* const> arguments) {
+    if (arguments.empty()) {
+        return {};
+    }
+    const std::string_view first = arguments[0];
+    if (arguments.size() == 1 && first == "--help") {
+        return {.purpose = Purpose::help, .action = {}};
+    }
+    if (arguments.size() == 1 && first == "--version") {
+        return {.purpose = Purpose::version, .action = {}};
+    }
+    if (arguments.size() == 2 && first == "--action" &&
+        std::ranges::find(actions, arguments[1]) != actions.end()) {
+        return {.purpose = Purpose::run, .action = arguments[1]};
+    }
+    return {.purpose = Purpose::misuse, .action = {}};
+}
+
+std::string usage() {
+    std::string text = "hollowfernpike [--action ACTION | --help | --version]\n"
+                       "ACTION:";
+    for (const auto action : actions) {
+        text.append(" ").append(action);
+    }
+    return text + "\n";
+}
+
+} // namespace hollowfernpike
