@@ -46,6 +46,7 @@ ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
       stack_(new QStackedWidget), otherButton_(new QPushButton(localized("その他...", "Other..."))),
       cancelButton_(new QPushButton(localized("キャンセル", "Cancel"))),
       openButton_(new QPushButton(localized("開く", "Open"))) {
+    setObjectName("applicationPanel");
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(localized("アプリを選択", "Select an App"));
     auto* column = new QVBoxLayout(this);
@@ -65,6 +66,7 @@ ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
 }
 
 void ApplicationPanel::buildSearchField() {
+    searchField_->setObjectName("searchField");
     searchField_->setPlaceholderText(localized("検索", "Search"));
     searchField_->setAccessibleName(localized("検索", "Search"));
     searchField_->setClearButtonEnabled(true);
@@ -74,6 +76,7 @@ void ApplicationPanel::buildSearchField() {
 }
 
 void ApplicationPanel::buildList() {
+    list_->setObjectName("list");
     list_->setAccessibleName(localized("アプリ", "Apps"));
     list_->setModel(&model_);
     list_->setIconSize(rowIcon);
@@ -83,6 +86,7 @@ void ApplicationPanel::buildList() {
     connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &ApplicationPanel::updateOpenButton);
+    emptyLabel_->setObjectName("emptyLabel");
     emptyLabel_->setAlignment(Qt::AlignCenter);
     emptyLabel_->setWordWrap(true);
     stack_->addWidget(list_);
@@ -90,8 +94,11 @@ void ApplicationPanel::buildList() {
 }
 
 void ApplicationPanel::buildButtons() {
+    otherButton_->setObjectName("otherButton");
     otherButton_->setAutoDefault(false);
+    cancelButton_->setObjectName("cancelButton");
     cancelButton_->setAutoDefault(false);
+    openButton_->setObjectName("openButton");
     openButton_->setDefault(true);
     connect(otherButton_, &QPushButton::clicked, this, &ApplicationPanel::chooseOtherFile);
     connect(cancelButton_, &QPushButton::clicked, this, &ApplicationPanel::reject);

@@ -17,18 +17,10 @@ QString startingDirectory() {
     return directories.empty() ? QDir::homePath() : QString::fromStdString(directories.front());
 }
 
-void setLabels(QFileDialog& dialog) {
-    dialog.setWindowTitle(localized("アプリを選択", "Select an App"));
-    dialog.setLabelText(QFileDialog::LookIn, localized("場所:", "Look in:"));
-    dialog.setLabelText(QFileDialog::FileName, localized("ファイル名:", "File name:"));
-    dialog.setLabelText(QFileDialog::FileType, localized("種類:", "Files of type:"));
-    dialog.setLabelText(QFileDialog::Accept, localized("開く", "Open"));
-    dialog.setLabelText(QFileDialog::Reject, localized("キャンセル", "Cancel"));
-}
-
 } // namespace
 
-// The toolkit's own dialog: a desktop's may show entry files under other names, or start them.
+// The toolkit's own panel: a desktop's speaks the desktop's language, and may show entry files
+// under the names of their applications.
 void beginSheet(QWidget& window, std::function<void(const std::string& path)> onChosen) {
     auto* dialog = new QFileDialog(&window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -36,7 +28,7 @@ void beginSheet(QWidget& window, std::function<void(const std::string& path)> on
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setDirectory(startingDirectory());
     dialog->setNameFilter(QString(localized("アプリ", "Apps")) + " (*.desktop)");
-    setLabels(*dialog);
+    dialog->setWindowTitle(localized("アプリを選択", "Select an App"));
     QObject::connect(
         dialog, &QFileDialog::fileSelected, &window,
         [onChosen = std::move(onChosen)](const QString& file) { onChosen(file.toStdString()); });

@@ -9,6 +9,7 @@
 #include "platform/Services.h"
 #include "ui/FittingLabel.h"
 #include "ui/Fonts.h"
+#include "ui/SystemColors.h"
 #include "ui/Windows.h"
 
 #include <QCoreApplication>
@@ -43,12 +44,6 @@ QString displayString(std::uint16_t keyCode, std::uint64_t modifierFlags) {
 
 bool keepsApplicationRegular(const platform::ApplicationWindow& window) {
     return window.isVisible && window.className.find("StatusBar") == std::string::npos;
-}
-
-QColor separatorColor(const QPalette& palette) {
-    QColor color = palette.color(QPalette::WindowText);
-    color.setAlphaF(0.25F);
-    return color;
 }
 
 } // namespace
