@@ -91,6 +91,7 @@ void ApplicationPanel::buildList() {
     emptyLabel_->setWordWrap(true);
     stack_->addWidget(list_);
     stack_->addWidget(emptyLabel_);
+    setTabOrder(searchField_, list_);
 }
 
 void ApplicationPanel::buildButtons() {

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/Language.h"
+#include "support/FakeServices.h"
+#include "support/WaitUntil.h"
+
+#include <QApplication>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike {
+
+/// How parameters of tests are called.
+inline void PrintTo(Language::Case language, std::ostream* out) { // NOLINT: the framework's name
+    *out << (language == Language::english ? "english" : "japanese");
+}
+
+namespace test {
+
+/// For tests of the editor's windows among the fakes of a whole desktop. Japanese unless told
+/// otherwise.
+class EditorTest : public testing::Test {
+protected:
+    using Calls = std::vector<std::string>;
+
+    void speak(Language language) {
+        services_.userDefaults.own["AppLanguage"] = std::string(language.rawValue());
+    }
+
+    /// One turn of the main loop, with everything that is due in it.
+    void turn() {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        services_.mainQueue.runDue();
+    }
+
+    template <class Condition>
+    [[nodiscard]] bool eventually(Condition condition) {
+        return waitUntil([&] {
+            turn();
+            return condition();
+        });
+    }
+
+    const Calls& calls() const { return services_.log.calls(); }
+
+    FakeServices services_;
+};
+
+/// The same in each of the languages.
+class EditorInEachLanguage : public EditorTest, public testing::WithParamInterface<Language::Case> {
+protected:
+    EditorInEachLanguage() { speak(GetParam()); }
+};
+
+inline std::string nameOfLanguage(const testing::TestParamInfo<Language::Case>& info) {
+    return testing::PrintToString(info.param);
+}
+
+template <class View>
+View& find(const QWidget& parent, const char* name) {
+    auto* view = parent.findChild<View*>(name);
+    EXPECT_NE(view, nullptr) << name;
+    return *view;
+}
+
+} // namespace test
+} // namespace hollowfernpike
