@@ -30,11 +30,11 @@ platform::FileIcon iconOf(const DesktopEntry& entry) {
 
 platform::InstalledApplication described(const DesktopEntry& entry, const EntryFile& file,
                                          const std::string& language) {
-    auto name = file.textIn(language, G_KEY_FILE_DESKTOP_KEY_NAME);
+    const auto name = file.textIn(language, G_KEY_FILE_DESKTOP_KEY_NAME);
     return {
         .path = entry.path,
         .bundleIdentifier = entry.identifier,
-        .name = name.empty() ? entry.name : std::move(name),
+        .name = name.empty() ? entry.name : name,
         .genericName = file.textIn(language, G_KEY_FILE_DESKTOP_KEY_GENERIC_NAME),
         .keywords = file.listIn(language, "Keywords"),
         .icon = iconOf(entry),

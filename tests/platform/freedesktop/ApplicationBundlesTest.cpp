@@ -11,7 +11,6 @@
 namespace hollowfernpike::test {
 namespace {
 
-using platform::ApplicationBundle;
 using platform::FileIcon;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -56,7 +55,7 @@ TEST_F(ApplicationBundlesTest, aBundlesIdentifierIsThatOfItsEntry) {
 
 TEST_F(ApplicationBundlesTest, anEntryElsewhereHasNoIdentifier) {
     home_.addEntry("app", "true");
-    const auto text = "[Desktop Entry]\nType=Application\nName=Other\nExec=true\n";
+    const auto* const text = "[Desktop Entry]\nType=Application\nName=Other\nExec=true\n";
     const auto bundle = bundles_.bundleAt(home_.write(home_.path() / "Desktop/app.desktop", text));
     ASSERT_TRUE(bundle);
     EXPECT_EQ(bundle->bundleIdentifier, std::nullopt);

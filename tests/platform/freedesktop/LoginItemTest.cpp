@@ -141,7 +141,7 @@ TEST_F(LoginItemTest, theProgramRunsWhateverItsPathIs) {
     registerAndStart("\"double\" 'single'/it's");
     registerAndStart("$HOME ${PATH} `id` $(id)/a");
     registerAndStart("100% %f %U %%/a");
-    registerAndStart("back\\slash \\\\ \\n \\\"/a");
+    registerAndStart(R"(back\slash \\ \n \"/a)");
     registerAndStart("アプリケーション/ピン é");
     registerAndStart("reserved ~<>|&;*?#()[]{}!^/a");
     registerAndStart("a=b/c=d");
