@@ -4,8 +4,7 @@
 
 #include <memory>
 
-/// File panels for documents with shortcuts, all of whose texts are in the interface's language,
-/// the toolkit's among them as long as it was told. They show folders and JSON files. Main thread only.
+/// File panels for documents with shortcuts. They show folders and JSON files. Main thread only.
 namespace hollowfernpike {
 
 /// Proposes "Hollowfernpike.json", asks before a file is replaced and lets folders be made.

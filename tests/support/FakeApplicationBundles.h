@@ -3,6 +3,7 @@
 #include "platform/ApplicationBundles.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,8 @@ public:
     std::map<std::string, platform::FileIcon> icons;
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;
-    std::string askedLanguage; ///< of the latest listing
+    std::string askedLanguage;             ///< of the latest listing
+    std::multiset<std::string> iconsAsked; ///< the paths, each time they were asked for
 
     std::optional<platform::ApplicationBundle> bundleAt(const std::string& path) override {
         const auto found = bundles.find(path);
@@ -23,6 +25,7 @@ public:
     }
 
     platform::FileIcon iconForFile(const std::string& path) override {
+        iconsAsked.insert(path);
         const auto found = icons.find(path);
         return found == icons.end() ? platform::FileIcon{} : found->second;
     }

@@ -1,0 +1,116 @@
+#include "ui/ModalAnswers.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+constexpr const char* seen = "seen";
+
+std::string describeAlert(const QMessageBox& alert) {
+    std::string text = alert.icon() == QMessageBox::Warning       ? "warning"
+                       : alert.icon() == QMessageBox::Information ? "information"
+                                                                  : "symbol";
+    text += " | " + alert.text().toStdString();
+    if (!alert.informativeText().isEmpty()) {
+        text += " | " + alert.informativeText().toStdString();
+    }
+    for (const QAbstractButton* button : alert.buttons()) {
+        text += " | " + button->text().toStdString();
+    }
+    return text;
+}
+
+std::string describePanel(const QFileDialog& panel) {
+    const auto* name = panel.findChild<QLineEdit*>("fileNameEdit");
+    const std::string kind =
+        panel.acceptMode() == QFileDialog::AcceptSave ? "save panel" : "open panel";
+    return name->text().isEmpty() ? kind : kind + " | " + name->text().toStdString();
+}
+
+std::string describe(const QWidget& dialog) {
+    const std::string kind = dialog.windowModality() == Qt::WindowModal ? "sheet " : "modal ";
+    if (const auto* alert = qobject_cast<const QMessageBox*>(&dialog)) {
+        return kind + describeAlert(*alert);
+    }
+    if (const auto* panel = qobject_cast<const QFileDialog*>(&dialog)) {
+        return kind + describePanel(*panel);
+    }
+    return kind + dialog.metaObject()->className();
+}
+
+} // namespace
+
+ModalAnswers::ModalAnswers(std::deque<Answer> answers) : answers_(std::move(answers)) {
+    connect(&timer_, &QTimer::timeout, this, &ModalAnswers::look);
+    timer_.start(1);
+}
+
+bool ModalAnswers::allGiven() const {
+    return answers_.empty() && (current_ == nullptr || !current_->isVisible());
+}
+
+// The answer may open the next dialog in a loop of its own, during which this timer must tick.
+void ModalAnswers::look() {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr || !dialog->isVisible() || dialog->property(seen).isValid()) {
+        return;
+    }
+    dialog->setProperty(seen, QVariant::fromValue(1));
+    current_ = dialog;
+    QMetaObject::invokeMethod(
+        dialog, [this, dialog] { answer(*dialog); }, Qt::QueuedConnection);
+}
+
+void ModalAnswers::answer(QWidget& dialog) {
+    shown_.push_back(describe(dialog));
+    if (answers_.empty()) {
+        dialog.close();
+        return;
+    }
+    const Answer next = answers_.front();
+    answers_.pop_front();
+    next(dialog);
+}
+
+ModalAnswers::Answer press(const std::string& title) {
+    return [title](QWidget& dialog) {
+        for (auto* button : dialog.findChildren<QPushButton*>()) {
+            if (button->text().toStdString() == title) {
+                button->click();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no button is called " << title;
+        dialog.close();
+    };
+}
+
+ModalAnswers::Answer choose(const std::string& file) {
+    return [file](QWidget& dialog) {
+        const auto* panel = qobject_cast<QFileDialog*>(&dialog);
+        ASSERT_NE(panel, nullptr);
+        panel->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(file));
+        const auto button = panel->acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save
+                                                                           : QDialogButtonBox::Open;
+        panel->findChild<QDialogButtonBox*>("buttonBox")->button(button)->click();
+    };
+}
+
+ModalAnswers::Answer dismiss() {
+    return [](QWidget& dialog) {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(&dialog, &escape);
+    };
+}
+
+} // namespace hollowfernpike::test

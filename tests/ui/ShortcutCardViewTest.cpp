@@ -1,0 +1,287 @@
+#include "ui/ShortcutCardView.h"
+
+#include "ui/Colors.h"
+#include "ui/IconView.h"
+#include "ui/SystemColors.h"
+#include "ui/WindowTest.h"
+
+#include <QAccessible>
+#include <QLabel>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+constexpr int buttonSide = 28;
+
+/// A card as wide as its owner makes it.
+class ShortcutCardViewTest : public WindowTest {
+protected:
+    static AppShortcut named(const std::string& name, std::uint16_t keyCode = 0,
+                             std::uint64_t flags = commandKey) {
+        return shortcutFor(name, keyCode, flags);
+    }
+
+    static std::unique_ptr<ShortcutCardView> cardFor(const AppShortcut& shortcut, int width = 448) {
+        auto card = std::make_unique<ShortcutCardView>(shortcut);
+        card->resize(width, ShortcutCardView::height);
+        card->show();
+        settle();
+        return card;
+    }
+
+    static int center(const QWidget& view) { return 2 * view.y() + view.height(); }
+    static int end(const QWidget& view) { return view.x() + view.width(); }
+
+    static void expectConstraints(const ShortcutCardView& card) {
+        const int middle = card.QWidget::height();
+        EXPECT_EQ(card.QWidget::height(), 52);
+        EXPECT_EQ(card.iconView().geometry(), QRect(12, 10, 32, 32));
+        EXPECT_EQ(card.appNameLabel().x(), end(card.iconView()) + 12);
+        EXPECT_NEAR(center(card.appNameLabel()), middle, 1);
+        EXPECT_GE(card.appNameLabel().width(), 100);
+        EXPECT_EQ(card.hotkeyBadge().x(), end(card.appNameLabel()) + 12);
+        EXPECT_NEAR(center(card.hotkeyBadge()), middle, 1);
+        EXPECT_GE(card.editButton().x(), end(card.hotkeyBadge()) + 12);
+        EXPECT_EQ(card.editButton().size(), QSize(buttonSide, buttonSide));
+        EXPECT_EQ(center(card.editButton()), middle);
+        EXPECT_EQ(card.deleteButton().x(), end(card.editButton()) + 4);
+        EXPECT_EQ(end(card.deleteButton()), card.width() - 12);
+        EXPECT_EQ(card.deleteButton().size(), QSize(buttonSide, buttonSide));
+        EXPECT_EQ(center(card.deleteButton()), middle);
+    }
+
+    const std::string endless = std::string(300, 'W');
+};
+
+TEST_F(ShortcutCardViewTest, KeepsItsConstraintsWithNamesAndKeysOfEveryLength) {
+    for (const int width : {368, 448, 900}) {
+        for (const auto& name : {std::string(), std::string("X"), std::string("Text Editor"),
+                                 endless, std::string("日本語入力メソッド設定ユーティリティ")}) {
+            for (const std::uint64_t flags : {std::uint64_t{0}, commandKey, modifierMask}) {
+                SCOPED_TRACE(name + " " + std::to_string(width));
+                expectConstraints(*cardFor(named(name, 65535, flags), width));
+            }
+        }
+    }
+}
+
+TEST_F(ShortcutCardViewTest, ANameIsAsWideAsItsTextAndAtLeastAHundred) {
+    const auto shortName = cardFor(named("X"));
+    EXPECT_EQ(shortName->appNameLabel().width(), 100);
+    const auto longName = cardFor(named("A Name of Some Length"));
+    EXPECT_EQ(longName->appNameLabel().width(), longName->appNameLabel().sizeHint().width());
+    EXPECT_GT(longName->appNameLabel().width(), 100);
+}
+
+TEST_F(ShortcutCardViewTest, ALongNameEndsInAnEllipsisAndLeavesTheRestVisible) {
+    const auto card = cardFor(named(endless, 49, modifierMask), 368);
+    EXPECT_TRUE(card->appNameLabel().shownLines().front().endsWith(u'…'));
+    EXPECT_EQ(card->appNameLabel().text().toStdString(), endless);
+    EXPECT_EQ(card->hotkeyBadge().size(), card->hotkeyBadge().sizeHint());
+    EXPECT_EQ(card->editButton().x(), end(card->hotkeyBadge()) + 12);
+}
+
+TEST_F(ShortcutCardViewTest, ABadgeIsAsLargeAsItsText) {
+    const auto card = cardFor(named("Editor", 49, modifierMask));
+    EXPECT_EQ(card->hotkeyBadge().size(), card->hotkeyBadge().sizeHint());
+    const QFontMetrics metrics(card->hotkeyBadge().font());
+    EXPECT_EQ(card->hotkeyBadge().width(), metrics.horizontalAdvance(card->hotkeyBadge().text()));
+}
+
+TEST_F(ShortcutCardViewTest, TheBadgesTextIsTheCombinationBetweenTwoSpaces) {
+    EXPECT_EQ(cardFor(named("Editor", 49, 0x1C0000))->hotkeyBadge().text(), " ⌃⌥⌘Space ");
+    EXPECT_EQ(cardFor(named("Editor", 122, 0))->hotkeyBadge().text(), " F1 ");
+}
+
+TEST_F(ShortcutCardViewTest, FollowsTheWidthThatItsOwnerGivesIt) {
+    const auto card = cardFor(named(endless), 448);
+    const int before = card->appNameLabel().width();
+    card->resize(600, ShortcutCardView::height);
+    EXPECT_EQ(card->appNameLabel().width(), before + 152);
+    expectConstraints(*card);
+}
+
+TEST_F(ShortcutCardViewTest, CanBeToldToShowAnotherShortcut) {
+    const auto card = cardFor(named("Editor"));
+    card->configure(named("Browser with a Long Name", 11, modifierMask));
+    EXPECT_EQ(card->appNameLabel().text(), "Browser with a Long Name");
+    EXPECT_EQ(card->hotkeyBadge().text(), " ⌃⌥⇧⌘B ");
+    expectConstraints(*card);
+}
+
+TEST_F(ShortcutCardViewTest, CanBeMadeWithoutAShortcut) {
+    ShortcutCardView card;
+    card.resize(448, ShortcutCardView::height);
+    card.show();
+    settle();
+    EXPECT_EQ(card.appNameLabel().text(), "");
+    EXPECT_EQ(card.hotkeyBadge().text(), "");
+    EXPECT_TRUE(card.iconView().icon().isNull());
+    expectConstraints(card);
+}
+
+TEST_F(ShortcutCardViewTest, ButtonsCallTheirOwnersClosures) {
+    const auto card = cardFor(named("Editor"));
+    std::vector<std::string> calls;
+    card->onEdit = [&] { calls.emplace_back("edit"); };
+    card->onDelete = [&] { calls.emplace_back("delete"); };
+    card->deleteButton().click();
+    card->editButton().click();
+    EXPECT_THAT(calls, testing::ElementsAre("delete", "edit"));
+}
+
+TEST_F(ShortcutCardViewTest, ButtonsWithoutClosuresDoNothing) {
+    const auto card = cardFor(named("Editor"));
+    card->editButton().click();
+    card->deleteButton().click();
+    card->editTapped();
+    card->deleteTapped();
+    EXPECT_THAT(desktop.log.calls(), testing::IsEmpty());
+}
+
+TEST_F(ShortcutCardViewTest, AClosureMayDestroyTheCard) {
+    auto card = cardFor(named("Editor"));
+    int calls = 0;
+    card->onDelete = [&] {
+        card.reset();
+        ++calls;
+    };
+    card->deleteTapped();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneHasTheGenericIcon) {
+    const auto card = cardFor(named("Gone"));
+    EXPECT_FALSE(card->iconView().icon().pixmap(QSize(32, 32), 1.0).isNull());
+    EXPECT_EQ(card->appNameLabel().text(), "Gone");
+}
+
+TEST_F(ShortcutCardViewTest, ShowsTheIconOfTheApplicationAtItsPath) {
+    TemporaryDirectory folder;
+    QImage red(32, 32, QImage::Format_ARGB32);
+    red.fill(Qt::red);
+    const std::string image = folder.path() / "icon.png";
+    ASSERT_TRUE(red.save(QString::fromStdString(image)));
+    desktop.applicationBundles.icons["/applications/Editor.desktop"].imageFile = image;
+    const auto card = cardFor(named("Editor"));
+    EXPECT_EQ(card->grab().toImage().pixelColor(28, 26), QColor(Qt::red));
+}
+
+TEST_F(ShortcutCardViewTest, FontsAreOfTheSizesAndWeightsOfTheDesign) {
+    const auto card = cardFor(named("Editor"));
+    EXPECT_EQ(card->appNameLabel().font().pixelSize(), 14);
+    EXPECT_EQ(card->appNameLabel().font().weight(), QFont::Medium);
+    EXPECT_EQ(card->hotkeyBadge().font().pixelSize(), 13);
+    EXPECT_EQ(card->hotkeyBadge().font().weight(), QFont::DemiBold);
+    EXPECT_TRUE(QFontInfo(card->hotkeyBadge().font()).fixedPitch());
+}
+
+TEST_F(ShortcutCardViewTest, ButtonsHaveNoToolTips) {
+    const auto card = cardFor(named("Editor"));
+    EXPECT_EQ(card->editButton().toolTip(), "");
+    EXPECT_EQ(card->deleteButton().toolTip(), "");
+}
+
+TEST_F(ShortcutCardViewTest, TextsAreShownAsTheyAreAndNeverAsMarkup) {
+    const auto card = cardFor(named("<b>A</b> & B"));
+    EXPECT_EQ(card->appNameLabel().textFormat(), Qt::PlainText);
+    EXPECT_EQ(card->appNameLabel().shownLines(), QStringList("<b>A</b> & B"));
+}
+
+using CardInEachLanguage = WindowInEachLanguage;
+
+INSTANTIATE_TEST_SUITE_P(Languages, CardInEachLanguage,
+                         testing::Values(Language::japanese, Language::english), languageName);
+
+TEST_P(CardInEachLanguage, ScreenReadersAreToldOfEverything) {
+    const ShortcutCardView card(shortcutFor("Editor", 49, commandKey));
+    const auto said = [](QWidget& view) {
+        return QAccessible::queryAccessibleInterface(&view)->text(QAccessible::Name).toStdString();
+    };
+    EXPECT_EQ(said(card.editButton()), inLanguage("編集", "Edit"));
+    EXPECT_EQ(said(card.deleteButton()), inLanguage("削除", "Delete"));
+    EXPECT_EQ(said(card.appNameLabel()), "Editor");
+    EXPECT_EQ(said(card.hotkeyBadge()), " ⌘Space ");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&card.editButton())->role(),
+              QAccessible::PushButton);
+}
+
+/// Colours as they arrive on the screen.
+class CardColors : public ShortcutCardViewTest, public testing::WithParamInterface<bool> {
+protected:
+    QPalette palette = GetParam() ? darkPalette() : lightPalette();
+    ApplicationPalette current{palette};
+};
+
+INSTANTIATE_TEST_SUITE_P(Palettes, CardColors, testing::Bool(),
+                         [](const auto& test) { return test.param ? "dark" : "light"; });
+
+void expectNear(const QColor& seen, const QColor& wanted) {
+    EXPECT_NEAR(seen.red(), wanted.red(), 2);
+    EXPECT_NEAR(seen.green(), wanted.green(), 2);
+    EXPECT_NEAR(seen.blue(), wanted.blue(), 2);
+}
+
+TEST_P(CardColors, TheCardIsTheListsBackgroundInsideAHairline) {
+    const QImage image = cardFor(named("X"))->grab().toImage();
+    const QColor base = palette.color(QPalette::Base);
+    EXPECT_EQ(image.pixelColor(1, 26), base);
+    EXPECT_EQ(image.pixelColor(224, 1), base);
+    EXPECT_GT(contrastRatio(image.pixelColor(0, 26), base), 1.15);
+    EXPECT_EQ(image.pixelColor(0, 26), image.pixelColor(447, 26));
+    EXPECT_EQ(image.pixelColor(224, 0), image.pixelColor(224, 51));
+}
+
+TEST_P(CardColors, TheCornersAreRound) {
+    const QImage image = cardFor(named("X"))->grab().toImage();
+    const QColor window = palette.color(QPalette::Window);
+    for (const QPoint corner : {QPoint(0, 0), QPoint(447, 0), QPoint(0, 51), QPoint(447, 51)}) {
+        EXPECT_EQ(image.pixelColor(corner), window);
+    }
+    EXPECT_EQ(image.pixelColor(1, 1), window);
+    EXPECT_NE(image.pixelColor(8, 0), window);
+}
+
+TEST_P(CardColors, TheBadgeIsATenthOfTheAccent) {
+    const auto card = cardFor(named("X"));
+    const QRect badge = card->hotkeyBadge().geometry();
+    const QImage image = card->grab().toImage();
+    QColor tint = palette.color(QPalette::Highlight);
+    tint.setAlphaF(0.1F);
+    expectNear(image.pixelColor(badge.left() + 2, badge.center().y()),
+               laidOver(tint, palette.color(QPalette::Base)));
+    expectNear(image.pixelColor(badge.topLeft()), palette.color(QPalette::Base));
+}
+
+TEST_P(CardColors, AreLegibleWhateverTheAccent) {
+    for (const int hue : {0, 60, 120, 180, 240, 300}) {
+        const QColor accent = QColor::fromHsv(hue, 255, 255);
+        const QPalette colors = GetParam() ? darkPalette(accent) : lightPalette(accent);
+        const QColor base = colors.color(QPalette::Base);
+        const QColor badge = laidOver(accentTintColor(colors), base);
+        EXPECT_GE(contrastRatio(accentTextColor(colors), badge), 4.5) << hue;
+        EXPECT_GE(contrastRatio(systemRedColor(colors), base), 3) << hue;
+        const QColor window = colors.color(QPalette::Window);
+        EXPECT_GE(contrastRatio(laidOver(secondaryLabelColor(colors), window), window), 4.5);
+    }
+}
+
+TEST_P(CardColors, AnAccentThatIsLegibleStaysAsItIs) {
+    const QColor accent = GetParam() ? QColor(120, 190, 255) : QColor(0, 70, 160);
+    const QPalette colors = GetParam() ? darkPalette(accent) : lightPalette(accent);
+    EXPECT_EQ(accentTextColor(colors), accent);
+}
+
+TEST_F(ShortcutCardViewTest, FollowsAPaletteThatComesLater) {
+    const ApplicationPalette light(lightPalette());
+    const auto card = cardFor(named("X"));
+    ASSERT_EQ(card->grab().toImage().pixelColor(224, 5), lightPalette().color(QPalette::Base));
+    const ApplicationPalette dark(darkPalette());
+    settle();
+    EXPECT_EQ(card->grab().toImage().pixelColor(224, 5), darkPalette().color(QPalette::Base));
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test

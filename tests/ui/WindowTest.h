@@ -1,0 +1,102 @@
+#pragma once
+
+#include "app/Language.h"
+#include "hotkeys/Shortcuts.h"
+#include "support/FakeServices.h"
+#include "support/TemporaryDirectory.h"
+#include "support/WaitUntil.h"
+#include "ui/CardStackView.h"
+#include "ui/FittingLabel.h"
+#include "ui/HotkeyBadge.h"
+#include "ui/MainWindowController.h"
+#include "ui/ShortcutCardView.h"
+#include "ui/SymbolButton.h"
+
+#include <QApplication>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike {
+
+/// For the names of tests.
+// NOLINTNEXTLINE(readability-identifier-naming): called so by the test library
+inline void PrintTo(Language::Case language, std::ostream* out) {
+    *out << Language(language).rawValue();
+}
+
+} // namespace hollowfernpike
+
+namespace hollowfernpike::test {
+
+inline constexpr std::uint64_t commandKey = 0x100000;
+
+/// The management window among the fakes of a whole desktop. Japanese unless told otherwise.
+class WindowTest : public testing::Test {
+protected:
+    void speak(Language language) {
+        desktop.userDefaults.own["AppLanguage"] = std::string(language.rawValue());
+    }
+
+    /// Handles what is due, and lets go of what is to be deleted.
+    static void settle() {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    template <class Condition>
+    [[nodiscard]] static bool eventually(Condition condition) {
+        return waitUntil([&] {
+            settle();
+            return condition();
+        });
+    }
+
+    MainWindowController& open() {
+        controller = std::make_unique<MainWindowController>();
+        controller->showWindow();
+        settle();
+        return *controller;
+    }
+
+    std::vector<std::string> shownNames() const {
+        std::vector<std::string> names;
+        for (const ShortcutCardView* card : controller->stackView()->cards()) {
+            names.push_back(card->appNameLabel().text().toStdString());
+        }
+        return names;
+    }
+
+    ShortcutCardView& card(std::size_t index) const {
+        return *controller->stackView()->cards().at(index);
+    }
+
+    FakeServices desktop;
+    std::unique_ptr<MainWindowController> controller;
+};
+
+/// The same in each of the languages.
+class WindowInEachLanguage : public WindowTest, public testing::WithParamInterface<Language::Case> {
+protected:
+    WindowInEachLanguage() { speak(GetParam()); }
+
+    std::string inLanguage(const char* japanese, const char* english) const {
+        return GetParam() == Language::english ? english : japanese;
+    }
+};
+
+inline std::string languageName(const testing::TestParamInfo<Language::Case>& info) {
+    return info.param == Language::english ? "english" : "japanese";
+}
+
+/// A view's place in a window of which it is a part.
+inline QRect placeIn(const QWidget& window, const QWidget& view) {
+    return {view.mapTo(&window, QPoint()), view.size()};
+}
+
+} // namespace hollowfernpike::test
