@@ -105,8 +105,11 @@ void ShortcutCardView::paintEvent(QPaintEvent*) {
     const qreal inset = border / 2;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(separatorColor(palette()), border));
+    painter.setPen(Qt::NoPen);
     painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.setPen(QPen(separatorColor(palette()), border));
+    painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
                             cornerRadius - inset, cornerRadius - inset);
 }
