@@ -5,6 +5,7 @@
 #include "ui/Fonts.h"
 #include "ui/IconView.h"
 #include "ui/KeyRecorderView.h"
+#include "ui/LargeButton.h"
 
 #include <algorithm>
 
@@ -15,7 +16,6 @@ namespace {
 constexpr int margin = 20;
 constexpr int bottomMargin = 16;
 constexpr int iconSide = 32;
-constexpr int largeControlHeight = 30;
 
 FittingLabel* makeLabel(QWidget* parent, const char* name, int fontSize, QFont::Weight weight) {
     auto* label = new FittingLabel(parent);
@@ -30,8 +30,9 @@ FittingLabel* makeHeading(QWidget* parent, const char* name, const QString& text
     return heading;
 }
 
+template <class Button = QPushButton>
 QPushButton* makeButton(QWidget* parent, const char* name, const QString& title) {
-    auto* button = new QPushButton(title, parent);
+    auto* button = new Button(title, parent);
     button->setObjectName(name);
     button->setAutoDefault(false);
     return button;
@@ -75,7 +76,6 @@ EditorViews::EditorViews(QWidget& window, KeyRecorderView& recorder)
       keyRecorder(adopted(recorder, step2Container)),
       cancelButton(makeButton(&window, "cancelButton", localized("キャンセル", "Cancel"))),
       saveButton(makeButton(&window, "saveButton", localized("保存", "Save"))) {
-    selectButton->setMinimumHeight(largeControlHeight);
     step1AppIconView->setObjectName("step1AppIconView");
     step2Container->setObjectName("step2Container");
     saveButton->setDefault(true);
@@ -91,8 +91,8 @@ int EditorViews::layOutStep1(int width) const {
     const QPoint corner(margin, margin);
     step1Heading->setGeometry(QRect(corner, fitting(*step1Heading, width - 2 * margin)));
 
-    const QSize large = selectButton->sizeHint().expandedTo(QSize(0, largeControlHeight));
-    const QRect button(QPoint(margin, bottomOf(step1Heading->geometry()) + 16), large);
+    const QRect button(QPoint(margin, bottomOf(step1Heading->geometry()) + 16),
+                       selectButton->sizeHint());
     selectButton->setGeometry(button);
 
     const QRect icon = centeredBeside(button, endOf(button) + 12, QSize(iconSide, iconSide));

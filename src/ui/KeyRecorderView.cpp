@@ -58,6 +58,7 @@ KeyRecorderView::KeyRecorderView()
 }
 
 void KeyRecorderView::setupUI() {
+    setObjectName("keyRecorder");
     setFixedHeight(fixedHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(localized("ショートカットキー", "Shortcut key"));
