@@ -6,6 +6,8 @@
 #include "ui/EditorSheetTest.h"
 #include "ui/Windows.h"
 
+#include <QPointer>
+
 #include <gmock/gmock.h>
 
 #include <optional>
@@ -151,9 +153,9 @@ TEST_F(EditorOnDesktopTest, TabVisitsEveryControlInOrder) {
 TEST_F(EditorOnDesktopTest, AnAlertTakesReturnForItself) {
     auto& sheet = open();
     sheet.saveSheet();
-    auto& alert = dialogOn<QMessageBox>(sheet);
+    const QPointer<QMessageBox> alert(&dialogOn<QMessageBox>(sheet));
     keyboard_.strike({"RTRN"});
-    EXPECT_TRUE(eventually([&] { return !alert.isVisible(); }));
+    EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
     waitForKeys(sheet);
     keyboard_.strike({"ESC"});
     EXPECT_TRUE(eventually([&] { return sheet_.expired(); }));
@@ -162,9 +164,9 @@ TEST_F(EditorOnDesktopTest, AnAlertTakesReturnForItself) {
 TEST_F(EditorOnDesktopTest, AnAlertTakesEscapeForItself) {
     auto& sheet = open();
     sheet.saveSheet();
-    auto& alert = dialogOn<QMessageBox>(sheet);
+    const QPointer<QMessageBox> alert(&dialogOn<QMessageBox>(sheet));
     keyboard_.strike({"ESC"});
-    EXPECT_TRUE(eventually([&] { return !alert.isVisible(); }));
+    EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
     waitForKeys(sheet);
     EXPECT_TRUE(isOpen());
 }
@@ -181,11 +183,11 @@ TEST_F(EditorOnDesktopTest, AnApplicationIsChosenWithTheKeyboardAlone) {
     auto& sheet = open();
     keyboard_.strike({"SPCE"});
     EXPECT_TRUE(eventually([&] { return sheet.findChild<QDialog*>() != nullptr; }));
-    auto& panel = dialogOn<QDialog>(sheet);
+    const QPointer<QDialog> panel(&dialogOn<QDialog>(sheet));
     for (const char* key : {"AD05", "AD03", "DOWN", "RTRN"}) { // te, then the second one
         keyboard_.strike({key});
     }
-    EXPECT_TRUE(eventually([&] { return !panel.isVisible() && sheet.height() == 280; }));
+    EXPECT_TRUE(eventually([&] { return panel == nullptr && sheet.height() == 280; }));
     EXPECT_EQ(find<FittingLabel>(sheet, "step1AppNameLabel").text(), "Text");
     EXPECT_TRUE(isOpen());
 }
