@@ -19,9 +19,10 @@ public:
     /// wants such windows then, and others where not.
     virtual bool blendsWindows() = 0;
 
-    /// Asks it to take our native window with this id in: it gives the window its place and size
-    /// and puts it on the screen. What it does not paint itself shows the tray's ground. Nothing
-    /// tells whether it will; the window is let go, or is gone, when the tray goes away.
+    /// Takes our native window with this id off the screen and asks the tray to take it in and put
+    /// it back there, in the place and size that it gives. What the window does not paint itself
+    /// shows the tray's ground. Nothing tells whether the tray will; when it goes away, the window
+    /// is let go or goes, too.
     virtual void embed(std::uintptr_t window) = 0;
 
     /// Calls `onChange` on the main thread whenever a tray appeared, went away or was replaced,

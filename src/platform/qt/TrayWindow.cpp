@@ -25,9 +25,9 @@ TrayWindow::TrayWindow(platform::SystemTray& tray, std::function<void(QPoint)> o
     setAttribute(Qt::WA_QuitOnClose, false);
     setGeometry(offScreen, offScreen, usualSize, usualSize);
     create();
-    windowHandle()->setMinimumSize({usualSize, usualSize}); // what some trays then give
-    tray.embed(winId());
+    windowHandle()->setMinimumSize({usualSize, usualSize}); // some trays give just that
     show();
+    tray.embed(winId());
 }
 
 void TrayWindow::setImage(const QIcon& image, const QString& description) {
@@ -58,6 +58,7 @@ void TrayWindow::paintEvent(QPaintEvent* /*event*/) {
 
 void TrayWindow::resizeEvent(QResizeEvent* event) {
     ground_ = {};
+    update();
     QWidget::resizeEvent(event);
 }
 

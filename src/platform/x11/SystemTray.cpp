@@ -64,8 +64,15 @@ bool SystemTray::blendsWindows() {
     return depthOfVisual(toolkit_, *visual) == depthWithAlpha;
 }
 
+// A window that is on the screen when the tray takes it in has its size taken for settled by some
+// trays, whatever it was.
 void SystemTray::embed(std::uintptr_t window) {
     const auto embedded = static_cast<xcb_window_t>(window);
+    xcb_unmap_window(toolkit_, embedded);
+    if (!blendsWindows()) {
+        const std::uint32_t ground = XCB_BACK_PIXMAP_PARENT_RELATIVE;
+        xcb_change_window_attributes(toolkit_, embedded, XCB_CW_BACK_PIXMAP, &ground);
+    }
     const auto receiver = tray();
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
@@ -75,10 +82,6 @@ void SystemTray::embed(std::uintptr_t window) {
     message.data.data32[0] = XCB_CURRENT_TIME;
     message.data.data32[1] = requestDock;
     message.data.data32[2] = embedded;
-    if (!blendsWindows()) {
-        const std::uint32_t ground = XCB_BACK_PIXMAP_PARENT_RELATIVE;
-        xcb_change_window_attributes(toolkit_, embedded, XCB_CW_BACK_PIXMAP, &ground);
-    }
     ignoreError(toolkit_, xcb_send_event_checked(toolkit_, 0, receiver, XCB_EVENT_MASK_NO_EVENT,
                                                  reinterpret_cast<const char*>(&message)));
     xcb_flush(toolkit_);

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/qt/Application.h"
+#include "platform/qt/GuiSession.h"
+#include "platform/qt/RecordingDelegate.h"
+#include "platform/qt/RunLoop.h"
+#include "platform/qt/StatusBar.h"
+#include "platform/x11/SystemTray.h"
+#include "support/ChildProcess.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+/// The status item of this process, made as the utility makes it, on a private desktop to which
+/// panels come and go.
+class StatusItemTest : public testing::Test {
+protected:
+    explicit StatusItemTest(const std::string& windowManager = {});
+
+    void createItem();
+
+    /// Starts a panel on the bus that is host itself, or one that waits for others to show items.
+    std::unique_ptr<ChildProcess> startHost();
+    std::unique_ptr<ChildProcess> startWatcher();
+
+    /// The bus name of the item that registers with this panel, after some waiting.
+    std::string registeredItem(ChildProcess& panel);
+
+    /// Whether the application has been told that its item shows: its windows leave the task bar.
+    bool isShown() const { return windowInTaskBar_ == false; }
+
+    /// Lets so much time pass that an item which has not appeared until now waits for news.
+    void waitPastGrace();
+
+    /// How many timers fire in some seconds in which nothing happens.
+    int timersWhileNothingHappens();
+
+    /// The window that an item in a tray is; null if there is none.
+    static QWidget* trayWindow();
+
+    GuiSession session;
+    qt::RunLoop runLoop;
+    RecordingDelegate delegate;
+    platform::MenuItemPointer manage;
+    platform::MenuItemPointer language;
+    platform::MenuItemPointer japanese;
+    platform::MenuItemPointer english;
+    platform::MenuItemPointer login;
+    platform::MenuItemPointer quit;
+
+private:
+    std::optional<bool> windowInTaskBar_;
+
+protected:
+    x11::SystemTray tray;
+    qt::Application application;
+    QWidget window;
+    qt::StatusBar bar;
+    std::unique_ptr<platform::StatusItem> item;
+};
+
+/// A menu item like those of the utility.
+platform::MenuItemPointer menuItem(const std::string& title, const std::string& action);
+platform::MenuItemPointer separatorItem();
+
+} // namespace hollowfernpike::test
