@@ -9,15 +9,15 @@
 #include "ui/AddEditShortcutSheet.h"
 #include "ui/Alert.h"
 #include "ui/CardStackView.h"
+#include "ui/HeaderBar.h"
 #include "ui/HintLabel.h"
-#include "ui/LargeButton.h"
 #include "ui/ManagementWindow.h"
 #include "ui/ShortcutCardView.h"
 #include "ui/ShortcutExchange.h"
 #include "ui/SymbolButton.h"
 #include "ui/Windows.h"
 
-#include <QHBoxLayout>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <functional>
@@ -32,28 +32,10 @@ const char* windowTitle() {
     return localized("Hollowfernpike - ショートカット管理", "Hollowfernpike - Manage Shortcuts");
 }
 
-const char* addTitle() {
-    return localized("+ ショートカット追加", "+ Add Shortcut");
-}
-
-const char* exportTitle() {
-    return localized("エクスポート", "Export");
-}
-
-const char* importTitle() {
-    return localized("インポート", "Import");
-}
-
 const char* emptyListText() {
     return localized(
         "ショートカットが登録されていません\n「+ ショートカット追加」で追加してください",
         "No shortcuts registered.\nClick \"+ Add Shortcut\" to add one.");
-}
-
-SymbolButton* makeHeaderButton(std::string_view symbol, const QString& title) {
-    auto* button = new SymbolButton(symbol, SymbolTint::text, title);
-    button->setToolTip(title);
-    return button;
 }
 
 /// Shows an editor in a window of its own, which keeps itself alive.
@@ -101,12 +83,16 @@ CardStackView* MainWindowController::stackView() const {
     return stackView_;
 }
 
+QPushButton* MainWindowController::addButton() const {
+    return headerBar_ == nullptr ? nullptr : headerBar_->addButton();
+}
+
 SymbolButton* MainWindowController::exportButton() const {
-    return exportButton_;
+    return headerBar_ == nullptr ? nullptr : headerBar_->exportButton();
 }
 
 SymbolButton* MainWindowController::importButton() const {
-    return importButton_;
+    return headerBar_ == nullptr ? nullptr : headerBar_->importButton();
 }
 
 void MainWindowController::setupUI() {
@@ -116,28 +102,18 @@ void MainWindowController::setupUI() {
     layout->addWidget(makeHeaderBar());
     layout->addWidget(makeScrollView(), 1);
     window_->setScrollView(scrollView_);
-    addButton_->setFocus();
+    addButton()->setFocus();
 }
 
 QWidget* MainWindowController::makeHeaderBar() {
-    constexpr int height = 52;
-    exportButton_ = makeHeaderButton("square.and.arrow.up", exportTitle());
-    importButton_ = makeHeaderButton("square.and.arrow.down", importTitle());
-    addButton_ = new LargeButton(addTitle());
-    connect(exportButton_, &QAbstractButton::clicked, this, &MainWindowController::exportShortcuts);
-    connect(importButton_, &QAbstractButton::clicked, this, &MainWindowController::importShortcuts);
-    connect(addButton_, &QAbstractButton::clicked, this, &MainWindowController::addShortcut);
-
-    auto* headerBar = new QWidget;
-    headerBar->setFixedHeight(height);
-    auto* layout = new QHBoxLayout(headerBar);
-    layout->setContentsMargins(16, 0, 16, 0);
-    layout->setSpacing(4);
-    layout->addWidget(exportButton_);
-    layout->addWidget(importButton_);
-    layout->addStretch();
-    layout->addWidget(addButton_);
-    return headerBar;
+    headerBar_ = new HeaderBar;
+    const auto perform = [this](QAbstractButton* button, void (MainWindowController::*action)()) {
+        connect(button, &QAbstractButton::clicked, this, action);
+    };
+    perform(exportButton(), &MainWindowController::exportShortcuts);
+    perform(importButton(), &MainWindowController::importShortcuts);
+    perform(addButton(), &MainWindowController::addShortcut);
+    return headerBar_;
 }
 
 QScrollArea* MainWindowController::makeScrollView() {
@@ -165,7 +141,7 @@ void MainWindowController::reloadCards() {
         stackView_->setCards(cards);
     }
     if (focused) {
-        cards.empty() ? addButton_->setFocus() : stackView_->focusOn(*focused);
+        cards.empty() ? addButton()->setFocus() : stackView_->focusOn(*focused);
     }
 }
 
@@ -231,9 +207,7 @@ void MainWindowController::shortcutsDidChange() {
 void MainWindowController::languageDidChange() {
     if (window_ != nullptr) {
         window_->setWindowTitle(windowTitle());
-        addButton_->setText(addTitle());
-        exportButton_->setToolTip(exportTitle());
-        importButton_->setToolTip(importTitle());
+        headerBar_->relabel();
     }
     reloadCards();
 }

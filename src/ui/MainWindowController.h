@@ -5,15 +5,17 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QPushButton>
 #include <QScrollArea>
 
 #include <memory>
 #include <vector>
 
+class QPushButton;
+
 namespace hollowfernpike {
 
 class CardStackView;
+class HeaderBar;
 class ManagementWindow;
 class ShortcutCardView;
 class SymbolButton;
@@ -47,7 +49,7 @@ public:
     QWidget* window() const;
     QScrollArea* scrollView() const { return scrollView_; }
     CardStackView* stackView() const;
-    QPushButton* addButton() const { return addButton_; }
+    QPushButton* addButton() const;
     SymbolButton* exportButton() const;
     SymbolButton* importButton() const;
 
@@ -65,9 +67,7 @@ private:
     QPointer<ManagementWindow> window_;
     QPointer<QScrollArea> scrollView_;
     QPointer<CardStackView> stackView_;
-    QPointer<QPushButton> addButton_;
-    QPointer<SymbolButton> exportButton_;
-    QPointer<SymbolButton> importButton_;
+    QPointer<HeaderBar> headerBar_;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;
 };

@@ -16,12 +16,12 @@ QColor withAlpha(QColor color, float alpha) {
     return color;
 }
 
-/// `share` of one colour, the rest of the other.
-QColor mixed(const QColor& color, const QColor& other, float share) {
+/// `share` of the first colour, the rest of the second.
+QColor mixed(const QColor& first, const QColor& second, float share) {
     const auto channel = [share](float one, float two) { return share * one + (1 - share) * two; };
-    return QColor::fromRgbF(channel(color.redF(), other.redF()),
-                            channel(color.greenF(), other.greenF()),
-                            channel(color.blueF(), other.blueF()));
+    return QColor::fromRgbF(channel(first.redF(), second.redF()),
+                            channel(first.greenF(), second.greenF()),
+                            channel(first.blueF(), second.blueF()));
 }
 
 float linear(float channel) {

@@ -21,9 +21,7 @@ protected:
         open();
         desktop.log.clear();
     }
-    MainWindowActionsTest(const MainWindowActionsTest&) = delete;
-    MainWindowActionsTest& operator=(const MainWindowActionsTest&) = delete;
-    ~MainWindowActionsTest() override {
+    void TearDown() override {
         for (AddEditShortcutSheet* editor : editors()) {
             editor->cancelSheet();
         }

@@ -13,6 +13,7 @@
 #include "ui/SymbolButton.h"
 
 #include <QApplication>
+#include <QPushButton>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+class QPushButton;
+
+namespace hollowfernpike {
+
+class SymbolButton;
+
+/// The bar above the list: export and import at its beginning, adding at its end. It is 52 high.
+/// Main thread only.
+class HeaderBar final : public QWidget {
+public:
+    explicit HeaderBar(QWidget* parent = nullptr);
+
+    /// Gives the texts that are seen the language of now. What is said of the symbols keeps the
+    /// language in which they were made.
+    void relabel();
+
+    SymbolButton* exportButton() const { return exportButton_; }
+    SymbolButton* importButton() const { return importButton_; }
+    QPushButton* addButton() const { return addButton_; }
+
+private:
+    SymbolButton* exportButton_;
+    SymbolButton* importButton_;
+    QPushButton* addButton_;
+};
+
+} // namespace hollowfernpike
