@@ -49,12 +49,12 @@ void addShortcut(QWidget& window, Qt::Key key, QAbstractButton* button) {
 } // namespace
 
 std::shared_ptr<AddEditShortcutSheet>
-AddEditShortcutSheet::make(const std::optional<AppShortcut>& editing) {
-    return std::shared_ptr<AddEditShortcutSheet>(new AddEditShortcutSheet(editing));
+AddEditShortcutSheet::make(std::optional<AppShortcut> editing) {
+    return std::shared_ptr<AddEditShortcutSheet>(new AddEditShortcutSheet(std::move(editing)));
 }
 
-AddEditShortcutSheet::AddEditShortcutSheet(const std::optional<AppShortcut>& editing)
-    : QWidget(nullptr, titledAndClosable), editingShortcut_(editing),
+AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
+    : QWidget(nullptr, titledAndClosable), editingShortcut_(std::move(editing)),
       keyRecorder_(KeyRecorderView::make()), views_(*this, *keyRecorder_) {
     setFixedSize(windowWidth, heightOfStep1);
     takeEditedShortcut();

@@ -23,7 +23,7 @@ class AddEditShortcutSheet final : public QWidget,
 public:
     /// For a new shortcut, or for changing an existing one. Not shown yet.
     static std::shared_ptr<AddEditShortcutSheet>
-    make(const std::optional<AppShortcut>& editing = std::nullopt);
+    make(std::optional<AppShortcut> editing = std::nullopt);
     AddEditShortcutSheet(const AddEditShortcutSheet&) = delete;
     AddEditShortcutSheet& operator=(const AddEditShortcutSheet&) = delete;
     ~AddEditShortcutSheet() override;
@@ -43,7 +43,7 @@ public:
     KeyRecorderView& keyRecorder() { return *keyRecorder_; }
 
 private:
-    explicit AddEditShortcutSheet(const std::optional<AppShortcut>& editing);
+    explicit AddEditShortcutSheet(std::optional<AppShortcut> editing);
 
     void takeEditedShortcut();
     void buildUI();

@@ -26,7 +26,7 @@ public:
     void setText(const QString& text);
 
     /// The row must exist.
-    const std::string& pathAt(int row) const { return applicationAt(row).path; }
+    std::string pathAt(int row) const { return applicationAt(row).path; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -127,14 +127,14 @@ void ApplicationPanel::openSelected() {
 }
 
 void ApplicationPanel::chooseOtherFile() {
-    EntryFilePanel::beginSheet(*this, [this](const std::string& path) { choose(path); });
+    beginEntryFilePanel(*this, [this](const std::string& path) { choose(path); });
 }
 
+// Whoever is told may destroy the window and the panel with it.
 void ApplicationPanel::choose(const std::string& path) {
     const Completion onChosen = onChosen_;
-    const std::string chosen = path;
     accept();
-    onChosen(chosen);
+    onChosen(path);
 }
 
 // The arrow keys move in the list while the text goes on being typed.

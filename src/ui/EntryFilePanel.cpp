@@ -8,7 +8,7 @@
 
 #include <utility>
 
-namespace hollowfernpike::EntryFilePanel {
+namespace hollowfernpike {
 
 namespace {
 
@@ -21,7 +21,7 @@ QString startingDirectory() {
 
 // The toolkit's own panel: a desktop's speaks the desktop's language, and may show entry files
 // under the names of their applications.
-void beginSheet(QWidget& window, std::function<void(const std::string& path)> onChosen) {
+void beginEntryFilePanel(QWidget& window, std::function<void(const std::string& path)> onChosen) {
     auto* dialog = new QFileDialog(&window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOption(QFileDialog::DontUseNativeDialog);
@@ -35,4 +35,4 @@ void beginSheet(QWidget& window, std::function<void(const std::string& path)> on
     dialog->open();
 }
 
-} // namespace hollowfernpike::EntryFilePanel
+} // namespace hollowfernpike

@@ -5,12 +5,12 @@
 
 class QWidget;
 
-/// Lets the user choose the entry file of an application that is not installed. Main thread only.
-namespace hollowfernpike::EntryFilePanel {
+namespace hollowfernpike {
 
-/// Shows the panel on `window`, which takes no input until it is answered, and returns at once. It
-/// begins where installed applications lie. `onChosen` is told of the file's path, unless the panel
-/// is cancelled or `window` is destroyed first.
-void beginSheet(QWidget& window, std::function<void(const std::string& path)> onChosen);
+/// Lets the user choose the entry file of an application, installed or not, in a panel on `window`,
+/// which takes no input until it is answered; returns at once. The panel begins where installed
+/// applications lie. `onChosen` is told of the file's path, unless the panel is cancelled or
+/// `window` is destroyed first. Main thread only.
+void beginEntryFilePanel(QWidget& window, std::function<void(const std::string& path)> onChosen);
 
-} // namespace hollowfernpike::EntryFilePanel
+} // namespace hollowfernpike

@@ -23,14 +23,13 @@ QIcon fromImage(const std::string& file) {
 } // namespace
 
 QIcon iconFor(const platform::FileIcon& icon) {
-    if (const QIcon themed = fromTheme(icon.themeName); showsSomething(themed)) {
+    if (QIcon themed = fromTheme(icon.themeName); showsSomething(themed)) {
         return themed;
     }
-    if (const QIcon image = fromImage(icon.imageFile); showsSomething(image)) {
+    if (QIcon image = fromImage(icon.imageFile); showsSomething(image)) {
         return image;
     }
-    if (const QIcon executable = fromTheme("application-x-executable");
-        showsSomething(executable)) {
+    if (QIcon executable = fromTheme("application-x-executable"); showsSomething(executable)) {
         return executable;
     }
     return genericApplicationIcon();

@@ -34,7 +34,7 @@ protected:
     QString messageOnSave(AddEditShortcutSheet& sheet) {
         sheet.saveSheet();
         QMessageBox* alert = alertOn(sheet);
-        const QString message = alert == nullptr ? QString() : alert->text();
+        QString message = alert == nullptr ? QString() : alert->text();
         if (alert != nullptr) {
             alert->buttons().front()->click();
             turn();

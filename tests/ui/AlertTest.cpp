@@ -17,7 +17,6 @@ namespace hollowfernpike {
 
 namespace {
 
-using testing::ElementsAre;
 using testing::SizeIs;
 using namespace test;
 

@@ -167,13 +167,13 @@ TEST_F(ApplicationPanelTest, OpenChooses) {
 
 TEST_F(ApplicationPanelTest, ADoubleClickChooses) {
     const QDialog& panel = open();
-    QListView& list = this->list(panel);
-    const QPointF point = list.visualRect(list.model()->index(2, 0)).center();
+    QListView& view = list(panel);
+    const QPointF point = view.visualRect(view.model()->index(2, 0)).center();
     for (const auto kind : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
                             QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
-        QMouseEvent event(kind, point, list.viewport()->mapToGlobal(point), Qt::LeftButton,
+        QMouseEvent event(kind, point, view.viewport()->mapToGlobal(point), Qt::LeftButton,
                           Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(list.viewport(), &event);
+        QCoreApplication::sendEvent(view.viewport(), &event);
     }
     EXPECT_THAT(chosen_, ElementsAre("/apps/Maps.desktop"));
 }
@@ -257,8 +257,8 @@ TEST_F(ApplicationPanelTest, ReadsIconsOnceTheyAreLookedAt) {
 TEST_F(ApplicationPanelTest, LongNamesDoNotWidenTheList) {
     install(std::string(500, 'W'));
     const QDialog& panel = open();
-    QListView& list = this->list(panel);
-    EXPECT_LE(list.visualRect(list.model()->index(4, 0)).width(), list.viewport()->width());
+    QListView& view = list(panel);
+    EXPECT_LE(view.visualRect(view.model()->index(4, 0)).width(), view.viewport()->width());
 }
 
 TEST_F(ApplicationPanelTest, ManyApplicationsOpenAtOnce) {

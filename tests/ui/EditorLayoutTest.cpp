@@ -24,14 +24,11 @@ void expectSameCentre(const QRect& one, const QRect& other) {
 
 class EditorLayoutTest : public WithEditorSheet<EditorInEachLanguage> {
 protected:
-    ~EditorLayoutTest() override {
+    void TearDown() override {
         if (const auto sheet = sheet_.lock()) {
             sheet->close();
         }
     }
-    EditorLayoutTest() = default;
-    EditorLayoutTest(const EditorLayoutTest&) = delete;
-    EditorLayoutTest& operator=(const EditorLayoutTest&) = delete;
 
     /// In the window's coordinates.
     QRect frame(const char* name) {

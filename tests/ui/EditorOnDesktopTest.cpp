@@ -211,10 +211,11 @@ TEST_F(EditorOnDesktopTest, GrowsWithItsTopEdgeInPlace) {
 /// The same with the keyboard as the display's taps see it.
 class RecordingOnDesktopTest : public EditorOnDesktopTest {
 protected:
-    ~RecordingOnDesktopTest() override { platform::setServices(&before_); }
-    RecordingOnDesktopTest() { platform::setServices(&withTaps_); }
-    RecordingOnDesktopTest(const RecordingOnDesktopTest&) = delete;
-    RecordingOnDesktopTest& operator=(const RecordingOnDesktopTest&) = delete;
+    void SetUp() override { platform::setServices(&withTaps_); }
+    void TearDown() override {
+        EditorOnDesktopTest::TearDown();
+        platform::setServices(&before_);
+    }
 
     KeyRecorderView& record(AddEditShortcutSheet& sheet) {
         find<QPushButton>(sheet, "recordButton").click();

@@ -31,13 +31,12 @@ protected:
             recorded_.emplace_back(keyCode, modifierFlags);
         };
     }
-    ~WithKeyRecorder() override {
+
+    void TearDown() override {
         if (view_) {
             view_->stopRecording();
         }
     }
-    WithKeyRecorder(const WithKeyRecorder&) = delete;
-    WithKeyRecorder& operator=(const WithKeyRecorder&) = delete;
 
     FakeEventTap& tap() { return *this->services_.eventTaps.tap(); }
 
