@@ -3,6 +3,7 @@
 #include "platform/qt/TrayWindow.h"
 
 #include <QApplication>
+#include <QMetaObject>
 #include <QPlatformSurfaceEvent>
 #include <QWindow>
 
@@ -87,9 +88,11 @@ int Application::run() {
     return status;
 }
 
-// Qt's own way to quit asks every window first, and an open dialog would refuse.
+// The toolkit's own way to quit asks every window first, and an open dialog would refuse. Outside
+// its event loop the toolkit forgets that it was to end.
 void Application::terminate() {
-    QCoreApplication::exit(0);
+    QMetaObject::invokeMethod(
+        this, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 bool Application::eventFilter(QObject* watched, QEvent* event) {
