@@ -1,5 +1,7 @@
 #include "ui/Alert.h"
 
+#include "ui/Symbols.h"
+
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -65,11 +67,28 @@ public:
 private:
     void setUpPicture(const Alert& alert) {
         if (!alert.icon.isNull()) {
-            const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
-            setIconPixmap(alert.icon.pixmap(QSize(side, side), devicePixelRatioF()));
-        } else {
-            setIcon(alert.style == Alert::Style::warning ? Warning : Information);
+            setIconPixmap(pictureOf(alert.icon));
+            return;
         }
+        const bool warns = alert.style == Alert::Style::warning;
+        setIcon(warns ? Warning : Information);
+        if (!QIcon::hasThemeIcon(warns ? "dialog-warning" : "dialog-information")) {
+            replacePicture(symbolImage(warns ? "exclamationmark.triangle" : "info.circle"));
+        }
+    }
+
+    /// The toolkit's own is coarse.
+    void replacePicture(const QIcon& icon) {
+        for (QLabel* label : findChildren<QLabel*>()) {
+            if (!label->pixmap(Qt::ReturnByValue).isNull()) {
+                label->setPixmap(pictureOf(icon));
+            }
+        }
+    }
+
+    QPixmap pictureOf(const QIcon& icon) const {
+        const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+        return icon.pixmap(QSize(side, side), devicePixelRatioF());
     }
 
     void setUpTexts(const Alert& alert) {

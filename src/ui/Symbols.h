@@ -13,8 +13,8 @@ enum class SymbolTint : unsigned char { text, accent, red };
 /// A symbol of ours, sharp at any size and scale; disabled, it is drawn in the colour of disabled
 /// text. A null icon for a name that none of them has. Main thread only.
 ///
-/// Names: "checkmark.circle", "keyboard", "pencil", "square.and.arrow.down", "square.and.arrow.up",
-/// "trash".
+/// Names: "checkmark.circle", "exclamationmark.triangle", "info.circle", "keyboard", "pencil",
+/// "square.and.arrow.down", "square.and.arrow.up", "trash".
 QIcon symbolImage(std::string_view name, SymbolTint tint = SymbolTint::text);
 
 } // namespace hollowfernpike

@@ -1,5 +1,6 @@
 #include "ui/Alert.h"
 #include "ui/EditorTest.h"
+#include "ui/Symbols.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -48,6 +49,15 @@ protected:
             QKeyEvent event(type, key, Qt::NoModifier);
             QCoreApplication::sendEvent(&widget, &event);
         }
+    }
+
+    static QImage pictureIn(const QMessageBox& box) {
+        for (const QLabel* label : box.findChildren<QLabel*>()) {
+            if (const QPixmap pixmap = label->pixmap(Qt::ReturnByValue); !pixmap.isNull()) {
+                return pixmap.toImage();
+            }
+        }
+        return {};
     }
 
     std::unique_ptr<QWidget> window_ = std::make_unique<QWidget>();
@@ -175,9 +185,20 @@ TEST_F(AlertTest, AnIconOfItsOwnReplacesThePicture) {
     QPixmap pixmap(64, 64);
     pixmap.fill(Qt::magenta);
     const QMessageBox& box = present({.message = "?", .icon = QIcon(pixmap)});
-    const QImage shown = box.iconPixmap().toImage();
+    const QImage shown = pictureIn(box);
     ASSERT_FALSE(shown.isNull());
     EXPECT_EQ(shown.pixelColor(shown.rect().center()), QColor(Qt::magenta));
+}
+
+TEST_F(AlertTest, ThePictureIsOursWhereTheThemeHasNone) {
+    QIcon::setThemeName("no such theme");
+    QIcon::setFallbackThemeName("");
+    const QImage warning = pictureIn(present({.message = "?"}));
+    delete window_->findChild<QMessageBox*>();
+    const QImage information =
+        pictureIn(present({.style = Alert::Style::informational, .message = "."}));
+    EXPECT_EQ(warning, symbolImage("exclamationmark.triangle").pixmap(warning.size()).toImage());
+    EXPECT_EQ(information, symbolImage("info.circle").pixmap(information.size()).toImage());
 }
 
 TEST_F(AlertTest, ALongPathDoesNotWidenTheWindow) {

@@ -254,6 +254,29 @@ TEST_F(ApplicationPanelTest, ReadsIconsOnceTheyAreLookedAt) {
     EXPECT_TRUE(eventually([&] { return shown() == QColor(Qt::red); }));
 }
 
+TEST_F(ApplicationPanelTest, IconsOfRowsOutOfSightAreNotReadYet) {
+    TemporaryDirectory directory;
+    const auto file = directory.path() / "icon.png";
+    for (int number = 100; number < 600; ++number) {
+        install(std::string("Z").append(std::to_string(number)));
+        services_.applicationBundles.installed.back().icon.imageFile = file.string();
+    }
+    const QDialog& panel = open();
+    for (int turns = 0; turns < 10; ++turns) {
+        turn();
+    }
+    QPixmap red(48, 48);
+    red.fill(Qt::red);
+    red.save(QString::fromStdString(file.string())); // only now can it be read
+    const QAbstractItemModel& model = *list(panel).model();
+    const auto shown = [&](int row) {
+        const auto icon = model.index(row, 0).data(Qt::DecorationRole).value<QIcon>();
+        return icon.pixmap(QSize(24, 24), 1.0).toImage().pixelColor(12, 12);
+    };
+    EXPECT_TRUE(eventually([&] { return shown(model.rowCount() - 1) == QColor(Qt::red); }));
+    EXPECT_NE(shown(4), QColor(Qt::red)); // in sight from the first
+}
+
 TEST_F(ApplicationPanelTest, LongNamesDoNotWidenTheList) {
     install(std::string(500, 'W'));
     const QDialog& panel = open();

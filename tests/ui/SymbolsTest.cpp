@@ -13,8 +13,8 @@ namespace hollowfernpike {
 namespace {
 
 constexpr std::string_view names[] = {
-    "checkmark.circle",    "keyboard", "pencil", "square.and.arrow.down",
-    "square.and.arrow.up", "trash",
+    "checkmark.circle", "exclamationmark.triangle", "info.circle",         "keyboard",
+    "pencil",           "square.and.arrow.down",    "square.and.arrow.up", "trash",
 };
 
 QImage picture(const QIcon& icon, int side = 20, QIcon::Mode mode = QIcon::Normal) {
