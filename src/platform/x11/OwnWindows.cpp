@@ -3,6 +3,7 @@
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Events.h"
+#include "platform/x11/Properties.h"
 #include "platform/x11/Reply.h"
 #include "platform/x11/WindowManagerMessage.h"
 
@@ -15,6 +16,7 @@ namespace {
 constexpr std::uint32_t stateRemove = 0;
 constexpr std::uint32_t stateAdd = 1;
 constexpr std::uint32_t mostStates = 64;
+constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
 
 /// The user asked outside our windows, so no event of ours has the time of it.
 xcb_timestamp_t timeNow() {
@@ -47,11 +49,27 @@ void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
     xcb_flush(toolkit_);
 }
 
+// Window managers only mark a window that lies on another workspace.
 void OwnWindows::bringToFront(xcb_window_t window) {
+    const auto time = timeNow();
+    const auto current = number(root_, "_NET_CURRENT_DESKTOP");
+    const auto workspace = number(window, "_NET_WM_DESKTOP").value_or(everyWorkspace);
+    if (current && workspace != everyWorkspace && workspace != *current) {
+        WindowManagerMessage{root_, internAtom(toolkit_, "_NET_CURRENT_DESKTOP"), {workspace, time}}
+            .send(toolkit_, root_);
+    }
     WindowManagerMessage{
-        window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"), {fromUser, timeNow(), XCB_NONE}}
+        window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"), {fromUser, time, XCB_NONE}}
         .send(toolkit_, root_);
     xcb_flush(toolkit_);
+}
+
+std::optional<std::uint32_t> OwnWindows::number(xcb_window_t window, std::string_view property) {
+    return numberOf(PropertyReply(
+        xcb_get_property_reply(toolkit_,
+                               xcb_get_property(toolkit_, 0, window, internAtom(toolkit_, property),
+                                                XCB_ATOM_CARDINAL, 0, 1),
+                               nullptr)));
 }
 
 // Before a window is on the screen its owner writes the states; the window manager reads them then.

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
 #include <xcb/xcb.h>
 
 namespace hollowfernpike::x11 {
@@ -16,11 +20,13 @@ public:
     /// or has yet to come.
     void setShownInTaskBar(xcb_window_t window, bool shown);
 
-    /// Has the window manager put the window before all others, with the keys. To be called when
-    /// the user asks for the window, in whatever way.
+    /// Has the window manager put the window before all others, with the keys, and go to the
+    /// workspace on which it lies. To be called when the user asks for the window, in whatever
+    /// way.
     void bringToFront(xcb_window_t window);
 
 private:
+    std::optional<std::uint32_t> number(xcb_window_t window, std::string_view property);
     void writeState(xcb_window_t window, bool shown);
 
     xcb_connection_t* toolkit_;
