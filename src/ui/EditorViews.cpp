@@ -65,8 +65,8 @@ int bottomOf(const QRect& rect) {
 EditorViews::EditorViews(QWidget& window, KeyRecorderView& recorder)
     : step1Heading(makeHeading(&window, "step1Heading",
                                localized("ステップ 1: アプリを選択", "Step 1: Select an App"))),
-      selectButton(
-          makeButton(&window, "selectButton", localized("アプリを選択...", "Select App..."))),
+      selectButton(makeButton<LargeButton>(&window, "selectButton",
+                                           localized("アプリを選択...", "Select App..."))),
       step1AppIconView(new IconView(&window)),
       step1AppNameLabel(makeLabel(&window, "step1AppNameLabel", 14, QFont::Medium)),
       step2Container(new QWidget(&window)),

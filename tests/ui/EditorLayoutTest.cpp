@@ -52,6 +52,7 @@ protected:
         EXPECT_EQ(frame("step1Heading").topLeft(), QPoint(20, 20));
         EXPECT_EQ(frame("selectButton").topLeft(),
                   QPoint(20, bottomOf(frame("step1Heading")) + 16));
+        EXPECT_GE(frame("selectButton").height(), 30);
         EXPECT_EQ(frame("step1AppIconView").size(), QSize(32, 32));
         EXPECT_EQ(frame("step1AppIconView").x(), endOf(frame("selectButton")) + 12);
         expectSameCentre(frame("step1AppIconView"), frame("selectButton"));
