@@ -8,15 +8,9 @@
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
 #include "ui/FittingLabel.h"
-#include "ui/Fonts.h"
-#include "ui/SystemColors.h"
 #include "ui/Windows.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QPainter>
 #include <QPushButton>
-#include <QStyleOptionFocusRect>
 
 #include <algorithm>
 
@@ -25,12 +19,6 @@ namespace hollowfernpike {
 namespace {
 
 constexpr std::uint16_t escapeKeyCode = 53;
-constexpr int fixedHeight = 36;
-constexpr int cornerRadius = 6;
-constexpr int labelInset = 12;
-constexpr int buttonInset = 8;
-constexpr int gap = 8;
-constexpr int recordingBorderWidth = 2;
 
 QString displayString(std::uint16_t keyCode, std::uint64_t modifierFlags) {
     const AppShortcut shortcut{.id = UUID::random(),
@@ -55,22 +43,6 @@ std::shared_ptr<KeyRecorderView> KeyRecorderView::make() {
 KeyRecorderView::KeyRecorderView()
     : displayLabel_(new FittingLabel(this)), recordButton_(new QPushButton(this)) {
     setupUI();
-}
-
-void KeyRecorderView::setupUI() {
-    setObjectName("keyRecorder");
-    setFixedHeight(fixedHeight);
-    setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(localized("ショートカットキー", "Shortcut key"));
-    displayLabel_->setObjectName("displayLabel");
-    displayLabel_->setAlignment(Qt::AlignCenter);
-    displayLabel_->setFont(systemFont(14, QFont::Medium));
-    displayLabel_->setMaximumLineCount(2);
-    setLabel(localized("クリックして記録", "Click to record"));
-    recordButton_->setObjectName("recordButton");
-    recordButton_->setText(localized("記録", "Record"));
-    connect(recordButton_, &QPushButton::clicked, this, &KeyRecorderView::toggleRecording);
-    connect(qApp, &QCoreApplication::aboutToQuit, this, &KeyRecorderView::stopRecording);
 }
 
 void KeyRecorderView::toggleRecording() {
@@ -189,47 +161,6 @@ void KeyRecorderView::setLabel(const QString& text) {
     displayLabel_->setText(text);
     setAccessibleDescription(text);
     layOut();
-}
-
-void KeyRecorderView::layOut() {
-    const QSize button =
-        recordButton_->sizeHint().boundedTo(QSize(width(), height() - 2 * recordingBorderWidth));
-    QRect frame(QPoint(width() - buttonInset - button.width(), 0), button);
-    frame.moveTop((height() - button.height()) / 2);
-    recordButton_->setGeometry(frame);
-
-    const int room = frame.left() - gap - labelInset;
-    const QSize label(std::min(displayLabel_->sizeHint().width(), room),
-                      height() - 2 * recordingBorderWidth);
-    displayLabel_->setGeometry(QRect(QPoint(labelInset, (height() - label.height()) / 2), label));
-}
-
-void KeyRecorderView::resizeEvent(QResizeEvent*) {
-    layOut();
-}
-
-void KeyRecorderView::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::StyleChange) {
-        layOut();
-    }
-    QWidget::changeEvent(event);
-}
-
-void KeyRecorderView::paintEvent(QPaintEvent*) {
-    const qreal border = isRecording_ ? recordingBorderWidth : 1;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(
-        isRecording_ ? palette().color(QPalette::Highlight) : separatorColor(palette()), border));
-    const qreal inset = border / 2;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), cornerRadius,
-                            cornerRadius);
-    if (hasFocus()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        option.rect.adjust(3, 3, -3, -3);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-    }
 }
 
 const platform::KeyEvent* keyRecorderEventTapCallback(platform::EventTap* /*proxy*/,
