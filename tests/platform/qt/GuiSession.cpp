@@ -4,7 +4,9 @@
 #include <QEvent>
 
 // The leak sanitizer asks for it. The toolkit loses some bytes of its own, once, when it first
-// sends a tooltip over the bus. NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name
+// sends a tooltip over the bus.
+//
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the sanitizer's name
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libQt6DBus";
 }

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
+#include <ostream>
 
 #include <gmock/gmock.h>
 
@@ -27,8 +28,8 @@ struct TrayProgram {
     const char* configuration; ///< of the file that the last argument is to name; null for none
 };
 
-void PrintTo(const TrayProgram& program, std::ostream* stream) {
-    *stream << program.name;
+std::ostream& operator<<(std::ostream& stream, const TrayProgram& program) {
+    return stream << program.name;
 }
 
 const TrayProgram programs[] = {

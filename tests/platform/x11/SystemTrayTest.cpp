@@ -53,7 +53,7 @@ public:
     }
 
     /// Says which visual it wants windows to have.
-    void setVisualOfDepth(std::uint8_t depth) {
+    void setVisualOfDepth(std::int8_t depth) {
         auto* const screen = xcb_aux_get_screen(observer_.get(), 0);
         const auto* const visual = xcb_aux_find_visual_by_attrs(screen, -1, depth);
         ASSERT_NE(visual, nullptr);
