@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstring>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace hollowfernpike {
@@ -95,7 +96,7 @@ TEST_F(EndingTest, WhenTheDisplayGoesAwayItEndsByItself) {
     story.desktop.virtualDisplay().server().signal(SIGKILL);
     const auto status = story.utility().wait();
     ASSERT_TRUE(status.has_value()) << "still running";
-    EXPECT_EQ(*status, 0);
+    EXPECT_THAT(*status, testing::AnyOf(0, 1)) << "whoever notices first: we, or the toolkit";
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 // sanitizers would not take it.
 
 // Copies a text of known length out of a reply, which strict_string_checks takes for an overrun.
-extern "C" const char* __asan_default_suppressions() { // NOLINT: the sanitizer's name
+// The sanitizer chose the name.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" const char* __asan_default_suppressions() {
     return "interceptor_via_lib:libxkbcommon-x11\n";
 }

@@ -15,8 +15,9 @@
 
 namespace hollowfernpike {
 
-/// How parameters of tests are called.
-inline void PrintTo(Language::Case language, std::ostream* out) { // NOLINT: the framework's name
+/// How parameters of tests are called; the framework chose the name.
+// NOLINTNEXTLINE(readability-identifier-naming)
+inline void PrintTo(Language::Case language, std::ostream* out) {
     *out << (language == Language::english ? "english" : "japanese");
 }
 
