@@ -198,6 +198,7 @@ private:
     TrustPrompt trustPrompt_;
     x11::AccessibilityTrust trust_{
         [this](x11::TrustProblem problem) { trustPrompt_.show(problem); },
+        {},
         [this] { trustPrompt_.close(); }};
     x11::EventTaps eventTaps_{mainQueue_, userTime_, {}, [this] { application_.terminate(); }};
     freedesktop::FileManager fileManager_;

@@ -77,6 +77,30 @@ std::string Pager::classOf(xcb_window_t window) {
     return name;
 }
 
+std::string Pager::titleOf(xcb_window_t window) {
+    xcb_ewmh_get_utf8_strings_reply_t reply{};
+    if (xcb_ewmh_get_wm_name_reply(&ewmh_, xcb_ewmh_get_wm_name(&ewmh_, window), &reply, nullptr) ==
+        0) {
+        return {};
+    }
+    std::string title(reply.strings, reply.strings_len);
+    xcb_ewmh_get_utf8_strings_reply_wipe(&reply);
+    return title;
+}
+
+bool Pager::isInTaskBar(xcb_window_t window) {
+    xcb_ewmh_get_atoms_reply_t reply{};
+    if (xcb_ewmh_get_wm_state_reply(&ewmh_, xcb_ewmh_get_wm_state(&ewmh_, window), &reply,
+                                    nullptr) == 0) {
+        return true;
+    }
+    const bool isSkipped =
+        std::find(reply.atoms, reply.atoms + reply.atoms_len, ewmh_._NET_WM_STATE_SKIP_TASKBAR) !=
+        reply.atoms + reply.atoms_len;
+    xcb_ewmh_get_atoms_reply_wipe(&reply);
+    return !isSkipped;
+}
+
 bool Pager::isMinimised(xcb_window_t window) {
     const auto type = atom("WM_STATE");
     const auto reply = held(xcb_get_property_reply(

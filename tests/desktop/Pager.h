@@ -31,6 +31,12 @@ public:
     /// The second part of its WM_CLASS; empty if it has none.
     std::string classOf(xcb_window_t window);
 
+    /// Its title (_NET_WM_NAME); empty if it has none.
+    std::string titleOf(xcb_window_t window);
+
+    /// Whether task bars list it.
+    bool isInTaskBar(xcb_window_t window);
+
     bool isMinimised(xcb_window_t window);
     std::uint32_t workspaceOf(xcb_window_t window);
     std::uint32_t currentWorkspace();

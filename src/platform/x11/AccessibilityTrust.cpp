@@ -4,10 +4,10 @@
 
 namespace hollowfernpike::x11 {
 
-AccessibilityTrust::AccessibilityTrust(Prompt prompt, std::function<void()> onTrusted,
-                                       std::string displayName)
-    : prompt_(std::move(prompt)), onTrusted_(std::move(onTrusted)),
-      displayName_(std::move(displayName)) {}
+AccessibilityTrust::AccessibilityTrust(Prompt prompt, std::string displayName,
+                                       std::function<void()> onTrusted)
+    : prompt_(std::move(prompt)), displayName_(std::move(displayName)),
+      onTrusted_(std::move(onTrusted)) {}
 
 bool AccessibilityTrust::isProcessTrusted() {
     return !problem();

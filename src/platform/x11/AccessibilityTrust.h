@@ -14,10 +14,10 @@ public:
     /// Tells the user; must return without waiting for an answer.
     using Prompt = std::function<void(TrustProblem)>;
 
-    /// `onTrusted`, if any, is told whenever the answer is yes. The display of the environment if
-    /// the name is empty.
-    explicit AccessibilityTrust(Prompt prompt, std::function<void()> onTrusted = {},
-                                std::string displayName = {});
+    /// The display of the environment if the name is empty. `onTrusted`, if any, is told whenever
+    /// the answer is yes.
+    explicit AccessibilityTrust(Prompt prompt, std::string displayName = {},
+                                std::function<void()> onTrusted = {});
 
     bool isProcessTrusted() override;
     bool isProcessTrustedWithPrompt() override;
@@ -26,8 +26,8 @@ private:
     std::optional<TrustProblem> problem() const;
 
     Prompt prompt_;
-    std::function<void()> onTrusted_;
     std::string displayName_;
+    std::function<void()> onTrusted_;
 };
 
 } // namespace hollowfernpike::x11

@@ -57,6 +57,18 @@ TEST_F(AccessibilityTrustTest, theAnswerFollowsTheServer) {
     EXPECT_TRUE(ListeningTap(taps_, platform::EventTapOptions::active).exists());
 }
 
+TEST_F(AccessibilityTrustTest, everyGoodAnswerIsTold) {
+    int told = 0;
+    x11::AccessibilityTrust trust([](TrustProblem) {}, display_.name(), [&told] { ++told; });
+    loseTrust();
+    trust.isProcessTrustedWithPrompt();
+    EXPECT_EQ(told, 0);
+    regainTrust();
+    trust.isProcessTrusted();
+    trust.isProcessTrustedWithPrompt();
+    EXPECT_EQ(told, 2);
+}
+
 TEST_F(AccessibilityTrustTest, withoutAServerThereIsNoTrust) {
     x11::AccessibilityTrust nowhere{[this](TrustProblem problem) { prompts_.push_back(problem); },
                                     "no display at all"};

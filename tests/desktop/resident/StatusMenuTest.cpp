@@ -1,0 +1,183 @@
+#include "desktop/resident/Resident.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const Combination bound{37, control | option};
+constexpr auto japaneseTitle = "Hollowfernpike - ショートカット管理";
+constexpr auto englishTitle = "Hollowfernpike - Manage Shortcuts";
+
+class StatusMenuTest : public testing::Test {
+protected:
+    Resident resident;
+    Story& story = resident.story;
+
+    void start() {
+        story.bind(bound, story.install("Target"));
+        story.startUtility();
+    }
+
+    void startOnHost() {
+        resident.startHost();
+        start();
+        ASSERT_TRUE(resident.showsItem()) << story.utility().errors();
+    }
+};
+
+TEST_F(StatusMenuTest, IsJapaneseAtFirst) {
+    startOnHost();
+    EXPECT_THAT(resident.labels(),
+                ElementsAre("ショートカット管理", "ショートカットをエクスポート...",
+                            "ショートカットをインポート...", "", "言語 / Language", "日本語",
+                            "English", "ログイン時に起動", "", "終了"));
+    EXPECT_TRUE(resident.entry("日本語").isOn);
+    EXPECT_FALSE(resident.entry("English").isOn);
+    EXPECT_FALSE(resident.entry("ログイン時に起動").isOn);
+}
+
+TEST_F(StatusMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
+    startOnHost();
+    resident.choose("English");
+    ASSERT_TRUE(resident.becomes("English", true));
+    EXPECT_THAT(resident.labels(),
+                ElementsAre("Manage Shortcuts", "Export Shortcuts...", "Import Shortcuts...", "",
+                            "言語 / Language", "日本語", "English", "Launch at Login", "", "Quit"));
+    EXPECT_FALSE(resident.entry("日本語").isOn);
+    EXPECT_THAT(
+        Resident::contents(resident.configuration("app.hollowfernpike.Hollowfernpike.conf")),
+        HasSubstr("AppLanguage=en"));
+
+    resident.choose("日本語");
+    ASSERT_TRUE(resident.becomes("日本語", true));
+    EXPECT_EQ(resident.labels().front(), "ショートカット管理");
+}
+
+TEST_F(StatusMenuTest, ManageShortcutsShowsOneWindowBesideTheTaskBar) {
+    startOnHost();
+    resident.choose("ショートカット管理");
+    ASSERT_TRUE(resident.shows(japaneseTitle));
+    const auto window = resident.window();
+    EXPECT_TRUE(story.isActive(window));
+    EXPECT_FALSE(story.pager.isInTaskBar(window));
+
+    auto& front = story.open("Front");
+    ASSERT_TRUE(story.getsKeys(front));
+    resident.choose("ショートカット管理");
+    EXPECT_TRUE(story.isActive(window));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
+}
+
+TEST_F(StatusMenuTest, ClosingTheWindowLeavesTheUtilityRunning) {
+    startOnHost();
+    resident.choose("ショートカット管理");
+    ASSERT_TRUE(resident.shows(japaneseTitle));
+    story.pager.close(resident.window());
+    ASSERT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
+    EXPECT_TRUE(story.areLive());
+    resident.choose("ショートカット管理");
+    EXPECT_TRUE(resident.shows(japaneseTitle));
+}
+
+TEST_F(StatusMenuTest, TheOpenWindowFollowsTheLanguage) {
+    startOnHost();
+    resident.choose("ショートカット管理");
+    ASSERT_TRUE(resident.shows(japaneseTitle));
+    resident.choose("English");
+    EXPECT_TRUE(resident.shows(englishTitle));
+}
+
+TEST_F(StatusMenuTest, LaunchAtLoginComesAndGoes) {
+    startOnHost();
+    const auto file = resident.configuration("autostart/app.hollowfernpike.Hollowfernpike.desktop");
+    resident.choose("ログイン時に起動");
+    ASSERT_TRUE(resident.becomes("ログイン時に起動", true));
+    EXPECT_THAT(Resident::contents(file), HasSubstr(HFP_PROGRAM));
+    resident.choose("ログイン時に起動");
+    ASSERT_TRUE(resident.becomes("ログイン時に起動", false));
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(StatusMenuTest, AFailedChangeOfTheLoginItemIsLoggedAndLeavesTheMark) {
+    std::filesystem::create_directories(resident.configuration(""));
+    std::filesystem::create_symlink("/nowhere/at/all", resident.configuration("autostart"));
+    startOnHost();
+    resident.choose("ログイン時に起動");
+    EXPECT_TRUE(story.utility().waitForLine("ログイン時起動の設定変更エラー: "));
+    EXPECT_FALSE(resident.entry("ログイン時に起動").isOn);
+}
+
+TEST_F(StatusMenuTest, ExportAndImportOpenTheirPanels) {
+    startOnHost();
+    resident.choose("ショートカットをエクスポート...");
+    ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
+    const auto window = resident.window();
+    EXPECT_TRUE(story.isActive(window));
+    resident.choose("ショートカットをインポート...");
+    story.keyboard.strike({"Escape"});
+    ASSERT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
+    resident.choose("ショートカットをインポート...");
+    ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
+    story.keyboard.strike({"Escape"});
+    EXPECT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
+}
+
+TEST_F(StatusMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
+    startOnHost();
+    resident.choose("終了");
+    EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
+    KeyGrabber successor(story.desktop.display());
+    EXPECT_TRUE(successor.grab(story.grabOf(bound)));
+}
+
+TEST_F(StatusMenuTest, QuitDoesNotWaitForAnOpenPanel) {
+    startOnHost();
+    resident.choose("ショートカットをエクスポート...");
+    ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
+    resident.choose("終了");
+    EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
+}
+
+TEST_F(StatusMenuTest, AppearsOnAPanelThatComesFiveSecondsLater) {
+    start();
+    const auto later = std::chrono::steady_clock::now() + 5s;
+    ASSERT_TRUE(waitUntil([&] { return std::chrono::steady_clock::now() >= later; }));
+    resident.startHost();
+    ASSERT_TRUE(resident.showsItem());
+    EXPECT_EQ(resident.labels().front(), "ショートカット管理");
+}
+
+TEST_F(StatusMenuTest, AppearsAgainWhenThePanelRestarts) {
+    startOnHost();
+    resident.endPanel();
+    resident.startHost();
+    ASSERT_TRUE(resident.showsItem());
+    EXPECT_EQ(resident.labels().front(), "ショートカット管理");
+}
+
+TEST_F(StatusMenuTest, AppearsInATrayOfTheOlderKind) {
+    start();
+    const auto second = resident.startAgain();
+    EXPECT_EQ(second->wait(), 0);
+    ASSERT_TRUE(resident.shows(japaneseTitle));
+    EXPECT_TRUE(story.pager.isInTaskBar(resident.window())) << "nothing else leads back to it";
+    resident.startTray();
+    EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }, 20s));
+    resident.endPanel();
+    EXPECT_TRUE(waitUntil([&] { return story.pager.isInTaskBar(resident.window()); }, 20s));
+    resident.startTray();
+    EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }, 20s));
+}
+
+} // namespace
+} // namespace hollowfernpike

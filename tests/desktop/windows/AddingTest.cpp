@@ -1,0 +1,104 @@
+#include "desktop/windows/WindowStory.h"
+
+#include "support/WaitUntil.h"
+
+#include <set>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+
+const Combination first{37, control | option};
+const Combination second{38, command};
+const Combination third{40, shift | command};
+
+class AddingTest : public testing::Test {
+protected:
+    WindowStory story;
+};
+
+TEST_F(AddingTest, ThreeApplicationsInARowAreWrittenAndLiveAtOnce) {
+    auto& quartz = story.open("Quartz");
+    auto& feldspar = story.open("Feldspar");
+    auto& obsidian = story.install("Obsidian");
+    story.start();
+    story.openManagement();
+    story.add(quartz, first);
+    EXPECT_EQ(story.list(), json::array({story.record(0, first, quartz)}));
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+    story.openManagement();
+    story.add(feldspar, second);
+    EXPECT_EQ(story.list(),
+              json::array({story.record(0, first, quartz), story.record(1, second, feldspar)}));
+    EXPECT_TRUE(story.brings(feldspar, story.front, second));
+    story.openManagement();
+    story.add(obsidian, third);
+    EXPECT_EQ(story.list(),
+              json::array({story.record(0, first, quartz), story.record(1, second, feldspar),
+                           story.record(2, third, obsidian)}));
+    EXPECT_TRUE(story.brings(obsidian, story.front, third)) << "launched";
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+    EXPECT_TRUE(story.brings(feldspar, story.front, second));
+}
+
+TEST_F(AddingTest, EveryShortcutHasAnIdentifierOfItsOwn) {
+    auto& quartz = story.install("Quartz");
+    story.start();
+    story.openManagement();
+    story.add(quartz, first);
+    story.add(quartz, second);
+    std::set<std::string> identifiers;
+    for (const auto& shortcut : story.list()) {
+        identifiers.insert(shortcut.at("id").get<std::string>());
+    }
+    EXPECT_EQ(identifiers.size(), 2);
+}
+
+TEST_F(AddingTest, ATakenCombinationIsNotAddedAndKeepsItsApplication) {
+    auto& quartz = story.open("Quartz");
+    auto& feldspar = story.open("Feldspar");
+    story.start();
+    story.openManagement();
+    story.add(quartz, first);
+    const auto before = story.list();
+    story.openManagement();
+    const auto editor = story.clickAdd();
+    story.choose(editor, feldspar);
+    story.startRecording(editor);
+    story.strike(first);
+    ASSERT_TRUE(story.isInFront(quartz)) << "it stays bound while somebody records";
+    story.pager.activate(editor);
+    ASSERT_TRUE(story.isActive(editor));
+    story.finishRecording(editor);
+    story.clickSave(editor);
+    EXPECT_TRUE(waitUntil([&] {
+        return story.utility().output().find("警告: 同じショートカットキー") != std::string::npos;
+    }));
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+}
+
+TEST_F(AddingTest, ClosingTheWindowLeavesTheCombinationsLiveAndItComesBackTheSame) {
+    auto& quartz = story.open("Quartz");
+    auto& feldspar = story.open("Feldspar");
+    story.start();
+    const auto window = story.openManagement();
+    story.add(quartz, first);
+    story.openManagement();
+    story.pager.close(window);
+    story.goes(window);
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+    EXPECT_FALSE(story.utility().hasEnded());
+    EXPECT_EQ(story.openManagement(), window);
+    story.add(feldspar, second);
+    EXPECT_EQ(story.list(),
+              json::array({story.record(0, first, quartz), story.record(1, second, feldspar)}));
+    EXPECT_TRUE(story.brings(feldspar, story.front, second));
+}
+
+} // namespace
+} // namespace hollowfernpike

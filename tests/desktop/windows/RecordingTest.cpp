@@ -1,0 +1,69 @@
+#include "desktop/windows/WindowStory.h"
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+
+const Combination bound{37, control | option};
+const Combination bareLetter{0, 0};
+const Combination commandLetter{0, command};
+
+class RecordingTest : public testing::Test {
+protected:
+    WindowStory story;
+    Application& quartz = story.open("Quartz");
+
+    void SetUp() override {
+        story.start();
+        story.openManagement();
+    }
+};
+
+TEST_F(RecordingTest, ABareLetterIsRefusedAndTheSameWithCommandIsRecorded) {
+    const auto editor = story.clickAdd();
+    story.choose(editor, quartz);
+    story.startRecording(editor);
+    story.strike(bareLetter);
+    story.strike(commandLetter);
+    story.finishRecording(editor);
+    story.clickSave(editor);
+    EXPECT_TRUE(story.listBecomes(json::array({story.record(0, commandLetter, quartz)})));
+    EXPECT_TRUE(story.brings(quartz, story.front, commandLetter));
+    EXPECT_TRUE(story.passes(story.front, {"AC01"}));
+}
+
+TEST_F(RecordingTest, EscapeWithNothingRecordedLeavesEverythingAsItWas) {
+    const auto editor = story.clickAdd();
+    story.choose(editor, quartz);
+    story.startRecording(editor);
+    story.strikeAndLeave(editor, "ESC");
+    EXPECT_TRUE(story.passes(story.front, bound.keys()));
+    EXPECT_EQ(story.list(), json::array());
+    story.openManagement();
+    story.add(quartz, bound);
+    EXPECT_EQ(story.list(), json::array({story.record(0, bound, quartz)}));
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+}
+
+TEST_F(RecordingTest, TheOwnCombinationIsRecordedAgainAndStillBringsTheApplication) {
+    story.add(quartz, bound);
+    const auto before = story.list();
+    story.openManagement();
+    const auto editor = story.clickEdit(0);
+    story.startRecording(editor);
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(quartz));
+    story.pager.activate(editor);
+    ASSERT_TRUE(story.isActive(editor));
+    story.finishRecording(editor);
+    story.strikeAndLeave(editor, "RTRN");
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+}
+
+} // namespace
+} // namespace hollowfernpike

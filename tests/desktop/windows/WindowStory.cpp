@@ -1,0 +1,211 @@
+#include "desktop/windows/WindowStory.h"
+
+#include "show/Typing.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <fstream>
+#include <stdexcept>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr auto patience = 20s;
+
+constexpr int headerMiddle = 26;
+constexpr int heightOfBothSteps = 280;
+constexpr int recorderLeft = 20;
+constexpr int straightBorder = 16; ///< of the recorder's side, between its round corners
+
+int middleOfCard(int card) {
+    constexpr int firstMiddle = 52 + 8 + 26;
+    constexpr int step = 52 + 8;
+    return firstMiddle + card * step;
+}
+
+} // namespace
+
+WindowStory::WindowStory() : front(open("Front")) {}
+
+void WindowStory::start() {
+    launchUtility();
+    require([this] { return pager.clients(utility().pid()) > 0; }, "the utility does not come");
+}
+
+xcb_window_t WindowStory::openManagement() {
+    run({HFP_PROGRAM});
+    management_ = comes(title::management);
+    return management_;
+}
+
+xcb_window_t WindowStory::comes(std::string_view title, xcb_window_t before) {
+    xcb_window_t window = XCB_NONE;
+    require(
+        [&] {
+            window = pager.activeWindow();
+            return window != before && screen.titleOf(window) == title &&
+                   pager.focusedWindow() == window;
+        },
+        std::string(title) + " does not come");
+    return window;
+}
+
+void WindowStory::goes(xcb_window_t window) {
+    require(
+        [&] {
+            const auto shown = pager.stacking();
+            return std::ranges::find(shown, window) == shown.end();
+        },
+        screen.titleOf(window) + " does not go");
+}
+
+xcb_window_t WindowStory::clickAdd() {
+    click(management_, screen.placeOf(management_).width - 40, headerMiddle);
+    return comes(title::adding);
+}
+
+xcb_window_t WindowStory::clickEdit(int card) {
+    click(management_, screen.placeOf(management_).width - 74, middleOfCard(card));
+    return comes(title::editing);
+}
+
+xcb_window_t WindowStory::clickDelete(int card) {
+    click(management_, screen.placeOf(management_).width - 42, middleOfCard(card));
+    return comes(title::alert);
+}
+
+xcb_window_t WindowStory::clickExport() {
+    click(management_, 30, headerMiddle);
+    return comes(title::exporting);
+}
+
+xcb_window_t WindowStory::clickImport() {
+    click(management_, 66, headerMiddle);
+    return comes(title::importing);
+}
+
+void WindowStory::choose(xcb_window_t editor, const Application& application) {
+    keyboard.strike({"SPCE"});
+    const auto panel = comes(title::applications);
+    show::type(keyboard, application.name());
+    strikeAndLeave(panel, "RTRN");
+    require([&] { return screen.placeOf(editor).height == heightOfBothSteps; },
+            "the second step does not show");
+}
+
+void WindowStory::startRecording(xcb_window_t editor) {
+    require([&] { return borderWidth(editor) == 1; }, "the recorder does not show");
+    const auto edge = screen.column(editor, recorderLeft);
+    const auto inside = screen.column(editor, recorderLeft - 2);
+    int middle = heightOfBothSteps / 2;
+    while (edge.at(static_cast<std::size_t>(middle)) ==
+           inside.at(static_cast<std::size_t>(middle))) {
+        ++middle;
+    }
+    click(editor, screen.placeOf(editor).width - 48, middle + straightBorder / 2);
+    require([&] { return isRecording(editor); }, "the recorder does not record");
+}
+
+bool WindowStory::isRecording(xcb_window_t editor) {
+    return borderWidth(editor) == 2;
+}
+
+void WindowStory::finishRecording(xcb_window_t editor) {
+    require([&] { return borderWidth(editor) == 1; }, "the recorder goes on recording");
+}
+
+void WindowStory::record(xcb_window_t editor, const Combination& combination) {
+    startRecording(editor);
+    strike(combination);
+    finishRecording(editor);
+}
+
+void WindowStory::clickSave(xcb_window_t editor) {
+    const auto place = screen.placeOf(editor);
+    click(editor, place.width - 40, place.height - 28);
+    goes(editor);
+}
+
+void WindowStory::strikeAndLeave(xcb_window_t window, const std::string& key) {
+    if (const auto active = isActive(window); !active) {
+        throw std::runtime_error(active.message());
+    }
+    keyboard.strike({key});
+    goes(window);
+}
+
+void WindowStory::add(const Application& application, const Combination& combination) {
+    const auto editor = clickAdd();
+    choose(editor, application);
+    record(editor, combination);
+    clickSave(editor);
+    if (const auto live = isLive(grabOf(combination)); !live) {
+        throw std::runtime_error(live.message());
+    }
+}
+
+void WindowStory::enterPath(xcb_window_t panel, const std::filesystem::path& file) {
+    keyboard.strike({"LCTL", "AC01"});
+    show::type(keyboard, file.string());
+    strikeAndLeave(panel, "RTRN");
+}
+
+json WindowStory::list() const {
+    return contents(shortcutsFile());
+}
+
+testing::AssertionResult WindowStory::listBecomes(const json& expected) {
+    if (waitUntil([&] { return list() == expected; }, patience)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << list().dump(2) << "\nis not\n" << expected.dump(2);
+}
+
+json WindowStory::record(std::size_t index, const Combination& combination,
+                         const Application& application) const {
+    const auto written = list();
+    return {{"id", index < written.size() ? written[index]["id"] : json{}},
+            {"keyCode", combination.keyCode},
+            {"modifierFlags", combination.modifierFlags},
+            {"appPath", application.entry().string()},
+            {"appName", application.name()},
+            {"appBundleIdentifier", application.identifier()}};
+}
+
+void WindowStory::click(xcb_window_t window, int x, int y) {
+    const auto place = screen.placeOf(window);
+    mouse.click(place.x + x, place.y + y);
+}
+
+/// Of the recorder's border, 0 if it cannot be seen. One point while idle, two while recording.
+int WindowStory::borderWidth(xcb_window_t editor) {
+    const auto outside = screen.column(editor, recorderLeft - 2);
+    const auto outer = screen.column(editor, recorderLeft);
+    const auto inner = screen.column(editor, recorderLeft + 1);
+    int thin = 0;
+    int thick = 0;
+    const auto rows = std::min({outside.size(), outer.size(), inner.size()});
+    for (std::size_t row = heightOfBothSteps / 2; row < rows; ++row) {
+        if (outer[row] != outside[row]) {
+            (inner[row] == outer[row] ? thick : thin) += 1;
+        }
+    }
+    return thick >= straightBorder ? 2 : thin >= straightBorder ? 1 : 0;
+}
+
+void WindowStory::require(const std::function<bool()>& condition, const std::string& what) {
+    if (!waitUntil(condition, patience)) {
+        throw std::runtime_error(what + "; in front: " + screen.titleOf(pager.activeWindow()) +
+                                 '\n' + utility().output() + utility().errors());
+    }
+}
+
+json contents(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    return stream ? json::parse(stream) : json::array();
+}
+
+} // namespace hollowfernpike::test
