@@ -138,29 +138,34 @@ public:
     platform::RunLoop& runLoop() { return runLoop_; }
 
     /// What was asked for from outside, by a launcher or another start of the program.
+    /// Returns before it is done: dialogs may last.
     void perform(const std::string& action, const std::string& startupIdentifier) {
-        if (auto* applications = this->applications(); applications && !startupIdentifier.empty()) {
-            applications->endStartup(startupIdentifier);
-        }
-        application_.performAction(action.empty() ? defaultAction : action);
+        mainQueue_.async([this, action, startupIdentifier] {
+            if (!startupIdentifier.empty() && isLive()) {
+                applications()->endStartup(startupIdentifier);
+            }
+            application_.performAction(action.empty() ? defaultAction : action);
+        });
     }
 
     int run(const std::string& action) {
         mainQueue_.async([this] { prepare(); });
         if (!action.empty()) {
-            mainQueue_.async([this, action] { perform(action, {}); });
+            perform(action, {});
         }
         return application_.run();
     }
 
 private:
     void prepare() {
-        if (HotkeyManager::shared().eventTap() == nullptr) {
-            return;
+        if (isLive()) {
+            applications()->prepare();
         }
-        if (auto* applications = this->applications()) {
-            applications->prepare();
-        }
+    }
+
+    /// Whether the desktop trusts us, and can be reached.
+    bool isLive() {
+        return HotkeyManager::shared().eventTap() != nullptr && applications() != nullptr;
     }
 
     X11Applications* applications() {

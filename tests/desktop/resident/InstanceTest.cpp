@@ -148,6 +148,7 @@ TEST_F(InstanceTest, OldPreferencesAreCarriedOverOnce) {
     resident.choose("日本語");
     ASSERT_TRUE(resident.becomes("日本語", true));
     endOfFirst();
+    resident.startHost();
     story.launchUtility();
     ASSERT_TRUE(resident.showsItem());
     EXPECT_EQ(resident.labels().front(), "ショートカット管理") << "carried over once";

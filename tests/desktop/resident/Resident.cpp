@@ -37,6 +37,7 @@ std::vector<MenuEntry> entriesIn(const std::string& layout) {
 } // namespace
 
 ChildProcess& Resident::startHost() {
+    panel_.reset(); // the name is free again
     panel_ = story.desktop.start({HFP_STATUS_HOST, "--with-host"});
     if (!panel_->waitForLine("ready", patience)) {
         throw std::runtime_error("the panel did not start: " + panel_->errors());
@@ -45,6 +46,7 @@ ChildProcess& Resident::startHost() {
 }
 
 ChildProcess& Resident::startTray() {
+    panel_.reset();
     panel_ = story.desktop.start({"tint2"});
     return *panel_;
 }
@@ -155,7 +157,7 @@ std::string Resident::contents(const std::filesystem::path& file) {
 std::string Resident::bus(const std::vector<std::string>& arguments) {
     std::vector<std::string> line{"gdbus",      "call",     "--session",  "--timeout",
                                   "20",         "--dest",   arguments[0], "--object-path",
-                                  arguments[1], "--method", arguments[2]};
+                                  arguments[1], "--method", arguments[2], "--"};
     line.insert(line.end(), arguments.begin() + 3, arguments.end());
     const auto caller = story.desktop.start(line);
     if (caller->wait(patience) != 0) {

@@ -18,7 +18,7 @@ const Combination bound{37, control | option};
 constexpr auto japaneseTitle = "Hollowfernpike - ショートカット管理";
 constexpr auto englishTitle = "Hollowfernpike - Manage Shortcuts";
 
-class StatusMenuTest : public testing::Test {
+class ResidentMenuTest : public testing::Test {
 protected:
     Resident resident;
     Story& story = resident.story;
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(StatusMenuTest, IsJapaneseAtFirst) {
+TEST_F(ResidentMenuTest, IsJapaneseAtFirst) {
     startOnHost();
     EXPECT_THAT(resident.labels(),
                 ElementsAre("ショートカット管理", "ショートカットをエクスポート...",
@@ -46,7 +46,7 @@ TEST_F(StatusMenuTest, IsJapaneseAtFirst) {
     EXPECT_FALSE(resident.entry("ログイン時に起動").isOn);
 }
 
-TEST_F(StatusMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
+TEST_F(ResidentMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
     startOnHost();
     resident.choose("English");
     ASSERT_TRUE(resident.becomes("English", true));
@@ -63,7 +63,7 @@ TEST_F(StatusMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
     EXPECT_EQ(resident.labels().front(), "ショートカット管理");
 }
 
-TEST_F(StatusMenuTest, ManageShortcutsShowsOneWindowBesideTheTaskBar) {
+TEST_F(ResidentMenuTest, ManageShortcutsShowsOneWindowBesideTheTaskBar) {
     startOnHost();
     resident.choose("ショートカット管理");
     ASSERT_TRUE(resident.shows(japaneseTitle));
@@ -78,7 +78,7 @@ TEST_F(StatusMenuTest, ManageShortcutsShowsOneWindowBesideTheTaskBar) {
     EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
-TEST_F(StatusMenuTest, ClosingTheWindowLeavesTheUtilityRunning) {
+TEST_F(ResidentMenuTest, ClosingTheWindowLeavesTheUtilityRunning) {
     startOnHost();
     resident.choose("ショートカット管理");
     ASSERT_TRUE(resident.shows(japaneseTitle));
@@ -89,7 +89,7 @@ TEST_F(StatusMenuTest, ClosingTheWindowLeavesTheUtilityRunning) {
     EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
-TEST_F(StatusMenuTest, TheOpenWindowFollowsTheLanguage) {
+TEST_F(ResidentMenuTest, TheOpenWindowFollowsTheLanguage) {
     startOnHost();
     resident.choose("ショートカット管理");
     ASSERT_TRUE(resident.shows(japaneseTitle));
@@ -97,7 +97,7 @@ TEST_F(StatusMenuTest, TheOpenWindowFollowsTheLanguage) {
     EXPECT_TRUE(resident.shows(englishTitle));
 }
 
-TEST_F(StatusMenuTest, LaunchAtLoginComesAndGoes) {
+TEST_F(ResidentMenuTest, LaunchAtLoginComesAndGoes) {
     startOnHost();
     const auto file = resident.configuration("autostart/app.hollowfernpike.Hollowfernpike.desktop");
     resident.choose("ログイン時に起動");
@@ -108,7 +108,7 @@ TEST_F(StatusMenuTest, LaunchAtLoginComesAndGoes) {
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
-TEST_F(StatusMenuTest, AFailedChangeOfTheLoginItemIsLoggedAndLeavesTheMark) {
+TEST_F(ResidentMenuTest, AFailedChangeOfTheLoginItemIsLoggedAndLeavesTheMark) {
     std::filesystem::create_directories(resident.configuration(""));
     std::filesystem::create_symlink("/nowhere/at/all", resident.configuration("autostart"));
     startOnHost();
@@ -117,22 +117,22 @@ TEST_F(StatusMenuTest, AFailedChangeOfTheLoginItemIsLoggedAndLeavesTheMark) {
     EXPECT_FALSE(resident.entry("ログイン時に起動").isOn);
 }
 
-TEST_F(StatusMenuTest, ExportAndImportOpenTheirPanels) {
+TEST_F(ResidentMenuTest, ExportAndImportOpenTheirPanels) {
     startOnHost();
     resident.choose("ショートカットをエクスポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
     const auto window = resident.window();
     EXPECT_TRUE(story.isActive(window));
     resident.choose("ショートカットをインポート...");
-    story.keyboard.strike({"Escape"});
+    story.keyboard.strike({"ESC"});
     ASSERT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
     resident.choose("ショートカットをインポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
-    story.keyboard.strike({"Escape"});
+    story.keyboard.strike({"ESC"});
     EXPECT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
 }
 
-TEST_F(StatusMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
+TEST_F(ResidentMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
     startOnHost();
     resident.choose("終了");
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
@@ -140,7 +140,7 @@ TEST_F(StatusMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
     EXPECT_TRUE(successor.grab(story.grabOf(bound)));
 }
 
-TEST_F(StatusMenuTest, QuitDoesNotWaitForAnOpenPanel) {
+TEST_F(ResidentMenuTest, QuitDoesNotWaitForAnOpenPanel) {
     startOnHost();
     resident.choose("ショートカットをエクスポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
@@ -148,7 +148,7 @@ TEST_F(StatusMenuTest, QuitDoesNotWaitForAnOpenPanel) {
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
 }
 
-TEST_F(StatusMenuTest, AppearsOnAPanelThatComesFiveSecondsLater) {
+TEST_F(ResidentMenuTest, AppearsOnAPanelThatComesFiveSecondsLater) {
     start();
     const auto later = std::chrono::steady_clock::now() + 5s;
     ASSERT_TRUE(waitUntil([&] { return std::chrono::steady_clock::now() >= later; }));
@@ -157,7 +157,7 @@ TEST_F(StatusMenuTest, AppearsOnAPanelThatComesFiveSecondsLater) {
     EXPECT_EQ(resident.labels().front(), "ショートカット管理");
 }
 
-TEST_F(StatusMenuTest, AppearsAgainWhenThePanelRestarts) {
+TEST_F(ResidentMenuTest, AppearsAgainWhenThePanelRestarts) {
     startOnHost();
     resident.endPanel();
     resident.startHost();
@@ -165,7 +165,7 @@ TEST_F(StatusMenuTest, AppearsAgainWhenThePanelRestarts) {
     EXPECT_EQ(resident.labels().front(), "ショートカット管理");
 }
 
-TEST_F(StatusMenuTest, AppearsInATrayOfTheOlderKind) {
+TEST_F(ResidentMenuTest, AppearsInATrayOfTheOlderKind) {
     start();
     const auto second = resident.startAgain();
     EXPECT_EQ(second->wait(), 0);
