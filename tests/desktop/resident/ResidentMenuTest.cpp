@@ -121,13 +121,12 @@ TEST_F(ResidentMenuTest, ExportAndImportOpenTheirPanels) {
     startOnHost();
     resident.choose("ショートカットをエクスポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
-    const auto window = resident.window();
-    EXPECT_TRUE(story.isActive(window));
-    resident.choose("ショートカットをインポート...");
+    EXPECT_TRUE(story.isActive(resident.window()));
     story.keyboard.strike({"ESC"});
     ASSERT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
     resident.choose("ショートカットをインポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
+    EXPECT_TRUE(story.isActive(resident.window()));
     story.keyboard.strike({"ESC"});
     EXPECT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
 }
