@@ -89,11 +89,16 @@ TEST_F(AddingTest, ClosingTheWindowLeavesTheCombinationsLiveAndItComesBackTheSam
     const auto window = story.openManagement();
     story.add(quartz, first);
     story.openManagement();
+    story.screen.resize(window, 620, 340);
+    ASSERT_TRUE(waitUntil([&] { return story.screen.placeOf(window).width == 620; }));
+    const auto place = story.screen.placeOf(window);
     story.pager.close(window);
     story.goes(window);
     EXPECT_TRUE(story.brings(quartz, story.front, first));
     EXPECT_FALSE(story.utility().hasEnded());
-    EXPECT_EQ(story.openManagement(), window);
+    story.openManagement();
+    EXPECT_TRUE(
+        waitUntil([&] { return story.screen.placeOf(story.comes(title::management)) == place; }));
     story.add(feldspar, second);
     EXPECT_EQ(story.list(),
               json::array({story.record(0, first, quartz), story.record(1, second, feldspar)}));

@@ -1,5 +1,7 @@
 #include "desktop/windows/WindowStory.h"
 
+#include "support/WaitUntil.h"
+
 #include <gtest/gtest.h>
 
 namespace hollowfernpike {
@@ -37,10 +39,15 @@ TEST_F(RecordingTest, ABareLetterIsRefusedAndTheSameWithCommandIsRecorded) {
 }
 
 TEST_F(RecordingTest, EscapeWithNothingRecordedLeavesEverythingAsItWas) {
+    const auto connections = story.pager.clients(story.utility().pid());
     const auto editor = story.clickAdd();
     story.choose(editor, quartz);
     story.startRecording(editor);
+    ASSERT_GT(story.pager.clients(story.utility().pid()), connections);
     story.strikeAndLeave(editor, "ESC");
+    EXPECT_TRUE(waitUntil([&] {
+        return story.pager.clients(story.utility().pid()) == connections;
+    })) << "nobody listens any more";
     EXPECT_TRUE(story.passes(story.front, bound.keys()));
     EXPECT_EQ(story.list(), json::array());
     story.openManagement();

@@ -1,9 +1,9 @@
 #include "desktop/windows/Screen.h"
 
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <stdexcept>
 
 namespace hollowfernpike::test {
 
@@ -16,27 +16,10 @@ std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
 
 } // namespace
 
-Screen::Screen(const std::string& display) : connection_(xcb_connect(display.c_str(), nullptr)) {
-    if (xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(connection_, &ewmh_), nullptr) ==
-        0) {
-        throw std::runtime_error("no display " + display);
-    }
-}
+Screen::Screen(const std::string& display) : connection_(xcb_connect(display.c_str(), nullptr)) {}
 
 Screen::~Screen() {
-    xcb_ewmh_connection_wipe(&ewmh_);
     xcb_disconnect(connection_);
-}
-
-std::string Screen::titleOf(xcb_window_t window) {
-    xcb_ewmh_get_utf8_strings_reply_t title{};
-    const auto question = xcb_ewmh_get_wm_name(&ewmh_, window);
-    if (xcb_ewmh_get_wm_name_reply(&ewmh_, question, &title, nullptr) == 0) {
-        return {};
-    }
-    std::string text(title.strings, title.strings_len);
-    xcb_ewmh_get_utf8_strings_reply_wipe(&title);
-    return text;
 }
 
 Place Screen::placeOf(xcb_window_t window) {
@@ -48,6 +31,13 @@ Place Screen::placeOf(xcb_window_t window) {
     const auto corner = held(xcb_translate_coordinates_reply(
         connection_, xcb_translate_coordinates(connection_, window, size->root, 0, 0), nullptr));
     return corner ? Place{corner->dst_x, corner->dst_y, size->width, size->height} : Place{};
+}
+
+void Screen::resize(xcb_window_t window, int width, int height) {
+    const std::array size{static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height)};
+    xcb_configure_window(connection_, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size.data());
+    xcb_flush(connection_);
 }
 
 std::vector<std::uint32_t> Screen::column(xcb_window_t window, int x) {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include <xcb/xcb.h>
-#include <xcb/xcb_ewmh.h>
 
 namespace hollowfernpike::test {
 
@@ -15,9 +14,11 @@ struct Place {
     int y = 0;
     int width = 0;
     int height = 0;
+
+    bool operator==(const Place&) const = default;
 };
 
-/// What somebody in front of the screen sees of the windows on it.
+/// What somebody in front of the screen sees of the windows on it and pulls at their frames.
 class Screen {
 public:
     explicit Screen(const std::string& display);
@@ -25,18 +26,17 @@ public:
     Screen& operator=(const Screen&) = delete;
     ~Screen();
 
-    /// Empty if the window has none or is gone.
-    std::string titleOf(xcb_window_t window);
-
     /// All zero if the window is gone.
     Place placeOf(xcb_window_t window);
+
+    /// Asks the window manager to give the window this size.
+    void resize(xcb_window_t window, int width, int height);
 
     /// The colours of one column of a window, from top to bottom; empty if it cannot be seen.
     std::vector<std::uint32_t> column(xcb_window_t window, int x);
 
 private:
     xcb_connection_t* connection_;
-    xcb_ewmh_connection_t ewmh_{};
 };
 
 } // namespace hollowfernpike::test

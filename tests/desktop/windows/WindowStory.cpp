@@ -17,8 +17,6 @@ constexpr auto patience = 20s;
 
 constexpr int headerMiddle = 26;
 constexpr int heightOfBothSteps = 280;
-constexpr int recorderLeft = 20;
-constexpr int straightBorder = 16; ///< of the recorder's side, between its round corners
 
 int middleOfCard(int card) {
     constexpr int firstMiddle = 52 + 8 + 26;
@@ -46,7 +44,7 @@ xcb_window_t WindowStory::comes(std::string_view title, xcb_window_t before) {
     require(
         [&] {
             window = pager.activeWindow();
-            return window != before && screen.titleOf(window) == title &&
+            return window != before && pager.titleOf(window) == title &&
                    pager.focusedWindow() == window;
         },
         std::string(title) + " does not come");
@@ -59,7 +57,7 @@ void WindowStory::goes(xcb_window_t window) {
             const auto shown = pager.stacking();
             return std::ranges::find(shown, window) == shown.end();
         },
-        screen.titleOf(window) + " does not go");
+        pager.titleOf(window) + " does not go");
 }
 
 xcb_window_t WindowStory::clickAdd() {
@@ -97,24 +95,15 @@ void WindowStory::choose(xcb_window_t editor, const Application& application) {
 }
 
 void WindowStory::startRecording(xcb_window_t editor) {
-    require([&] { return borderWidth(editor) == 1; }, "the recorder does not show");
-    const auto edge = screen.column(editor, recorderLeft);
-    const auto inside = screen.column(editor, recorderLeft - 2);
-    int middle = heightOfBothSteps / 2;
-    while (edge.at(static_cast<std::size_t>(middle)) ==
-           inside.at(static_cast<std::size_t>(middle))) {
-        ++middle;
-    }
-    click(editor, screen.placeOf(editor).width - 48, middle + straightBorder / 2);
-    require([&] { return isRecording(editor); }, "the recorder does not record");
-}
-
-bool WindowStory::isRecording(xcb_window_t editor) {
-    return borderWidth(editor) == 2;
+    Border border;
+    require([&] { return (border = recorderBorder(editor)).width == 1; },
+            "the recorder does not show");
+    click(editor, screen.placeOf(editor).width - 48, border.top + border.height / 2);
+    require([&] { return recorderBorder(editor).width == 2; }, "the recorder does not record");
 }
 
 void WindowStory::finishRecording(xcb_window_t editor) {
-    require([&] { return borderWidth(editor) == 1; }, "the recorder goes on recording");
+    require([&] { return recorderBorder(editor).width == 1; }, "the recorder goes on recording");
 }
 
 void WindowStory::record(xcb_window_t editor, const Combination& combination) {
@@ -176,29 +165,35 @@ json WindowStory::record(std::size_t index, const Combination& combination,
 }
 
 void WindowStory::click(xcb_window_t window, int x, int y) {
+    require([&] { return pager.activeWindow() == window && pager.focusedWindow() == window; },
+            pager.titleOf(window) + " is not in front");
     const auto place = screen.placeOf(window);
     mouse.click(place.x + x, place.y + y);
 }
 
-/// Of the recorder's border, 0 if it cannot be seen. One point while idle, two while recording.
-int WindowStory::borderWidth(xcb_window_t editor) {
-    const auto outside = screen.column(editor, recorderLeft - 2);
-    const auto outer = screen.column(editor, recorderLeft);
-    const auto inner = screen.column(editor, recorderLeft + 1);
-    int thin = 0;
-    int thick = 0;
+WindowStory::Border WindowStory::recorderBorder(xcb_window_t editor) {
+    constexpr int left = 20;
+    constexpr int straightPart = 20; // between the round corners
+    const auto outside = screen.column(editor, left - 2);
+    const auto outer = screen.column(editor, left);
+    const auto inner = screen.column(editor, left + 1);
     const auto rows = std::min({outside.size(), outer.size(), inner.size()});
-    for (std::size_t row = heightOfBothSteps / 2; row < rows; ++row) {
-        if (outer[row] != outside[row]) {
-            (inner[row] == outer[row] ? thick : thin) += 1;
+    Border border;
+    for (std::size_t row = rows / 2; row < rows; ++row) {
+        const int width = outer[row] == outside[row] ? 0 : inner[row] == outer[row] ? 2 : 1;
+        if (width == 0 || width != border.width) {
+            border = {.top = static_cast<int>(row), .height = 0, .width = width};
+        }
+        if (++border.height >= straightPart && width > 0) {
+            return border;
         }
     }
-    return thick >= straightBorder ? 2 : thin >= straightBorder ? 1 : 0;
+    return {};
 }
 
 void WindowStory::require(const std::function<bool()>& condition, const std::string& what) {
     if (!waitUntil(condition, patience)) {
-        throw std::runtime_error(what + "; in front: " + screen.titleOf(pager.activeWindow()) +
+        throw std::runtime_error(what + "; in front: " + pager.titleOf(pager.activeWindow()) +
                                  '\n' + utility().output() + utility().errors());
     }
 }

@@ -60,7 +60,6 @@ public:
 
     /// In an editor with both steps: starts recording and waits until the recorder says so.
     void startRecording(xcb_window_t editor);
-    bool isRecording(xcb_window_t editor);
 
     /// Waits until the recorder no longer says that it records.
     void finishRecording(xcb_window_t editor);
@@ -90,8 +89,17 @@ public:
                           const Application& application) const;
 
 private:
+    /// The straight part of the recorder's left side: one point wide while idle, two while it
+    /// records, none if it cannot be seen.
+    struct Border {
+        int top = 0;
+        int height = 0;
+        int width = 0;
+    };
+
+    /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
     void click(xcb_window_t window, int x, int y);
-    int borderWidth(xcb_window_t editor);
+    Border recorderBorder(xcb_window_t editor);
     void require(const std::function<bool()>& condition, const std::string& what);
 
     xcb_window_t management_ = XCB_NONE;
