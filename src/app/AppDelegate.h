@@ -18,6 +18,8 @@ class MainWindowController;
 class AppDelegate final : public platform::ApplicationDelegate {
 public:
     explicit AppDelegate(const platform::Services& services);
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
     ~AppDelegate() override;
 
     /// Asks for the permission to see key presses, brings the combinations to life, then shows the

@@ -24,7 +24,8 @@ bool isExcluded(std::string_view key) {
 
 Settings settingsOf(platform::UserDefaults& defaults, std::string_view domain) {
     auto settings = defaults.persistentDomainForName(domain).value_or(Settings{});
-    std::erase_if(settings, [](const auto& entry) { return isExcluded(entry.first); });
+    std::erase_if(settings,
+                  [](const Settings::value_type& entry) { return isExcluded(entry.first); });
     return settings;
 }
 

@@ -37,6 +37,7 @@ TEST_F(EditingTest, TheNewCombinationWorksAndTheOldOnePasses) {
     EXPECT_TRUE(story.listBecomes(json::array({before[0], story.record(1, third, feldspar)})));
     EXPECT_EQ(story.list()[1]["id"], before[1]["id"]);
     EXPECT_TRUE(story.brings(feldspar, story.front, third));
+    EXPECT_TRUE(story.isFree(second));
     EXPECT_TRUE(story.passes(story.front, second.keys()));
     EXPECT_TRUE(story.brings(quartz, story.front, first));
 }
@@ -77,11 +78,13 @@ TEST_F(EditingTest, AShortcutIsDeletedOnlyOnceTheQuestionIsAnsweredSo) {
     story.openManagement();
     story.strikeAndLeave(story.clickDelete(0), "RTRN");
     EXPECT_TRUE(story.listBecomes(json::array({before[1]})));
+    EXPECT_TRUE(story.isFree(first));
     EXPECT_TRUE(story.passes(story.front, first.keys()));
     EXPECT_TRUE(story.brings(feldspar, story.front, second));
     story.openManagement();
     story.strikeAndLeave(story.clickDelete(0), "RTRN");
     EXPECT_TRUE(story.listBecomes(json::array()));
+    EXPECT_TRUE(story.isFree(second));
     EXPECT_TRUE(story.passes(story.front, second.keys()));
 }
 

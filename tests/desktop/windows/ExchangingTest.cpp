@@ -45,6 +45,7 @@ TEST_F(ExchangingTest, WhatWasExportedComesBackAfterADeletion) {
     story.openManagement();
     story.strikeAndLeave(story.clickDelete(1), "RTRN");
     ASSERT_TRUE(story.listBecomes(json::array({before[0]})));
+    EXPECT_TRUE(story.isFree(second));
     EXPECT_TRUE(story.passes(story.front, second.keys()));
     story.openManagement();
     story.enterPath(story.clickImport(), file);

@@ -30,7 +30,8 @@ WindowStory::WindowStory() : front(open("Front")) {}
 
 void WindowStory::start() {
     launchUtility();
-    require([this] { return pager.clients(utility().pid()) > 0; }, "the utility does not come");
+    // The toolkit's connection and the one for the keys: by then it is the one that runs.
+    require([this] { return pager.clients(utility().pid()) > 1; }, "the utility does not come");
 }
 
 xcb_window_t WindowStory::openManagement() {
@@ -140,6 +141,13 @@ void WindowStory::enterPath(xcb_window_t panel, const std::filesystem::path& fil
     keyboard.strike({"LCTL", "AC01"});
     show::type(keyboard, file.string());
     strikeAndLeave(panel, "RTRN");
+}
+
+testing::AssertionResult WindowStory::isFree(const Combination& combination) {
+    if (waitUntil([&] { return !prober_.areTaken({grabOf(combination)}); }, patience)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << combination.keyName() << " is still taken";
 }
 
 json WindowStory::list() const {

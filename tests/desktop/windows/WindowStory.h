@@ -78,6 +78,9 @@ public:
     /// Answers a file panel by typing the path.
     void enterPath(xcb_window_t panel, const std::filesystem::path& file);
 
+    /// Whether, after some waiting, nobody holds the combination any more.
+    testing::AssertionResult isFree(const Combination& combination);
+
     /// The shortcuts of the file, in order; an empty list if there is no file.
     nlohmann::json list() const;
 
@@ -102,6 +105,7 @@ private:
     Border recorderBorder(xcb_window_t editor);
     void require(const std::function<bool()>& condition, const std::string& what);
 
+    KeyGrabber prober_{desktop.display()};
     xcb_window_t management_ = XCB_NONE;
 };
 
