@@ -16,6 +16,7 @@ using nlohmann::json;
 constexpr auto patience = 20s;
 
 constexpr int headerMiddle = 26;
+constexpr int heightOfStep1 = 200;
 constexpr int heightOfBothSteps = 280;
 
 int middleOfCard(int card) {
@@ -96,15 +97,16 @@ void WindowStory::choose(xcb_window_t editor, const Application& application) {
 }
 
 void WindowStory::startRecording(xcb_window_t editor) {
-    Border border;
-    require([&] { return (border = recorderBorder(editor)).width == 1; },
+    require([&] { return isInFrontOfAll(editor) && recorderBorder(editor) == 1; },
             "the recorder does not show");
-    click(editor, screen.placeOf(editor).width - 48, border.top + border.height / 2);
-    require([&] { return recorderBorder(editor).width == 2; }, "the recorder does not record");
+    for (const char* key : {"TAB", "TAB", "SPCE"}) { // past the recorder to its button
+        keyboard.strike({key});
+    }
+    require([&] { return recorderBorder(editor) == 2; }, "the recorder does not record");
 }
 
 void WindowStory::finishRecording(xcb_window_t editor) {
-    require([&] { return recorderBorder(editor).width == 1; }, "the recorder goes on recording");
+    require([&] { return recorderBorder(editor) == 1; }, "the recorder goes on recording");
 }
 
 void WindowStory::record(xcb_window_t editor, const Combination& combination) {
@@ -173,30 +175,38 @@ json WindowStory::record(std::size_t index, const Combination& combination,
 }
 
 void WindowStory::click(xcb_window_t window, int x, int y) {
-    require([&] { return pager.activeWindow() == window && pager.focusedWindow() == window; },
-            pager.titleOf(window) + " is not in front");
+    require([&] { return isInFrontOfAll(window); }, pager.titleOf(window) + " is not in front");
     const auto place = screen.placeOf(window);
     mouse.click(place.x + x, place.y + y);
 }
 
-WindowStory::Border WindowStory::recorderBorder(xcb_window_t editor) {
+// What lies longer in these columns is left of a window that has just gone.
+int WindowStory::recorderBorder(xcb_window_t editor) {
     constexpr int left = 20;
-    constexpr int straightPart = 20; // between the round corners
+    constexpr int leastHeight = 20; // the straight part, between the round corners
+    constexpr int mostHeight = 36;
     const auto outside = screen.column(editor, left - 2);
     const auto outer = screen.column(editor, left);
     const auto inner = screen.column(editor, left + 1);
     const auto rows = std::min({outside.size(), outer.size(), inner.size()});
-    Border border;
-    for (std::size_t row = rows / 2; row < rows; ++row) {
+    int last = 0;
+    int height = 0;
+    for (std::size_t row = heightOfStep1 / 2; row < rows; ++row, ++height) {
         const int width = outer[row] == outside[row] ? 0 : inner[row] == outer[row] ? 2 : 1;
-        if (width == 0 || width != border.width) {
-            border = {.top = static_cast<int>(row), .height = 0, .width = width};
+        if (width == last) {
+            continue;
         }
-        if (++border.height >= straightPart && width > 0) {
-            return border;
+        if (last > 0 && height >= leastHeight && height <= mostHeight) {
+            return last;
         }
+        last = width;
+        height = 0;
     }
-    return {};
+    return 0;
+}
+
+bool WindowStory::isInFrontOfAll(xcb_window_t window) {
+    return pager.activeWindow() == window && pager.focusedWindow() == window;
 }
 
 void WindowStory::require(const std::function<bool()>& condition, const std::string& what) {

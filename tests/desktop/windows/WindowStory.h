@@ -92,17 +92,13 @@ public:
                           const Application& application) const;
 
 private:
-    /// The straight part of the recorder's left side: one point wide while idle, two while it
-    /// records, none if it cannot be seen.
-    struct Border {
-        int top = 0;
-        int height = 0;
-        int width = 0;
-    };
-
     /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
     void click(xcb_window_t window, int x, int y);
-    Border recorderBorder(xcb_window_t editor);
+    bool isInFrontOfAll(xcb_window_t window);
+
+    /// How thick the recorder's border is: 1 while idle, 2 while it records, 0 if it cannot be
+    /// seen.
+    int recorderBorder(xcb_window_t editor);
     void require(const std::function<bool()>& condition, const std::string& what);
 
     KeyGrabber prober_{desktop.display()};
