@@ -167,13 +167,13 @@ TEST_F(RunningApplicationsTest, AnInstanceNobodyHasWaitedForIsTerminated) {
 }
 
 TEST_F(RunningApplicationsTest, ALiveInstanceComesBeforeATerminatedOne) {
-    install("org.example.zombie");
-    const auto dead = start("org.example.zombie", "stay");
-    const auto alive = start("org.example.zombie", "stay");
-    EXPECT_THAT(running("org.example.zombie"), ElementsAre(dead->pid(), alive->pid()));
+    install("org.example.survivor");
+    const auto dead = start("org.example.survivor", "stay");
+    const auto alive = start("org.example.survivor", "stay");
+    EXPECT_THAT(running("org.example.survivor"), ElementsAre(dead->pid(), alive->pid()));
     dead->signal(SIGKILL);
     ASSERT_TRUE(test::waitUntil([&] { return test::processState(dead->pid()) == "Z"; }));
-    EXPECT_THAT(running("org.example.zombie"), ElementsAre(alive->pid(), dead->pid()));
+    EXPECT_THAT(running("org.example.survivor"), ElementsAre(alive->pid(), dead->pid()));
 }
 
 TEST_F(RunningApplicationsTest, AProcessThatBecomesTheProgramLaterIsFoundThen) {
