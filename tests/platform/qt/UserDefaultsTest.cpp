@@ -103,7 +103,7 @@ TEST_F(UserDefaultsTest, ReadsWhatAPersonWrote) {
 
 TEST_F(UserDefaultsTest, KeepsTextsOfEveryKind) {
     // A domain for each: files of one size and one moment look unchanged to the toolkit.
-    std::string other = domain;
+    std::string other{domain};
     for (const char* text :
          {"", "日本語", "a, b", "\"quoted\"", "@Invalid()", "@ ; = \\", "two\nlines"}) {
         other += 'x';
