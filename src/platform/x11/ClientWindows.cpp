@@ -45,7 +45,7 @@ std::vector<platform::ClientWindow> ClientWindows::clientWindows() {
     std::vector<platform::ClientWindow> result;
     const auto* snapshot = windows_.takeOfThisPress(SnapshotUse::listing);
     if (snapshot == nullptr) {
-        snapshot = windows_.read();
+        snapshot = windows_.read(SnapshotUse::listing);
     }
     if (snapshot == nullptr) {
         return result;

@@ -74,7 +74,7 @@ bool ProcessActivation::bringToFront(std::int32_t processIdentifier) {
     if (snapshot != nullptr && bringToFront(*snapshot, processIdentifier)) {
         return true;
     }
-    snapshot = windows_.read();
+    snapshot = windows_.read(SnapshotUse::activation);
     return snapshot != nullptr && bringToFront(*snapshot, processIdentifier);
 }
 

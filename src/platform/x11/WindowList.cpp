@@ -3,7 +3,7 @@
 namespace hollowfernpike::x11 {
 
 std::optional<std::vector<platform::WindowInfo>> WindowList::copyWindowInfo() {
-    const auto* snapshot = windows_.read();
+    const auto* snapshot = windows_.read(SnapshotUse::matching);
     if (snapshot == nullptr) {
         return std::nullopt;
     }

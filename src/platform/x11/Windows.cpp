@@ -52,7 +52,7 @@ std::vector<const WindowRecord*> Snapshot::byAge() const {
     return records;
 }
 
-const Snapshot* Windows::read() {
+const Snapshot* Windows::read(SnapshotUse use) {
     DesktopQuery desktopQuery(connection_, atoms_);
     WindowStateQuery knownQuery(connection_, atoms_, processes_, knownWindows());
     const auto desktop = desktopQuery.take();
@@ -66,7 +66,7 @@ const Snapshot* Windows::read() {
     forgetChangedOwners();
     events_.drain();
     snapshotPress_ = userTime_.press();
-    snapshotUses_ = 0;
+    snapshotUses_ = static_cast<std::uint8_t>(use);
     snapshotTime_ = std::chrono::steady_clock::now();
     return connection_.isLost() ? nullptr : &snapshot_;
 }

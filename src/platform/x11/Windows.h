@@ -51,8 +51,8 @@ struct Snapshot {
     std::vector<const WindowRecord*> byAge() const;
 };
 
-/// What a snapshot is wanted for after the one who had it read.
-enum class SnapshotUse : std::uint8_t { activation = 1, listing = 2 };
+/// What a snapshot is wanted for.
+enum class SnapshotUse : std::uint8_t { matching = 1, activation = 2, listing = 4 };
 
 /// The windows of the display, asked for in one round trip if all of them are known already, in two
 /// if some are new. What a window tells once is kept as long as it belongs to the same process and
@@ -68,11 +68,11 @@ public:
     Events& events() { return events_; }
 
     /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
-    const Snapshot* read();
+    const Snapshot* read(SnapshotUse use);
 
     /// The snapshot that was read for the key press that is still the last one, a moment ago; null
-    /// if there is none. Handed out once for each use: who asks twice for the same press wants to
-    /// see what has changed in between.
+    /// if there is none. Good once for each use, reading it included: who asks twice for the same
+    /// press wants to see what has changed in between.
     const Snapshot* takeOfThisPress(SnapshotUse use);
 
     /// The application behind a window of the snapshot that stands.

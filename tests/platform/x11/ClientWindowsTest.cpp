@@ -63,8 +63,10 @@ TEST_F(ClientWindowsTest, AskNothingAgainRightAfterTheListOfTheSamePress) {
     pressKey();
     ASSERT_TRUE(namesBecome({"First", "Second"}));
     EXPECT_EQ(requestsDuring(*connection_, [&] { EXPECT_THAT(owners(), SizeIs(2)); }), 0U);
-    EXPECT_GT(requestsDuring(*connection_, [&] { EXPECT_THAT(owners(), SizeIs(2)); }), 0U)
-        << "what has changed since matters to who asks twice";
+    for (int time = 0; time < 3; ++time) {
+        EXPECT_GT(requestsDuring(*connection_, [&] { EXPECT_THAT(owners(), SizeIs(2)); }), 0U)
+            << "what has changed since matters to who asks again";
+    }
 }
 
 TEST_F(ClientWindowsTest, AreListedOldestFirstAfterTheListOfTheSamePress) {
