@@ -15,9 +15,25 @@ if(HOLLOWFERNPIKE_SANITIZE)
   target_link_options(hfp_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# What is installed guards itself against corrupted memory. Debug builds have the sanitizers for that.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+add_library(hfp_hardening INTERFACE)
+set(is_optimized $<NOT:$<CONFIG:Debug>>)
+target_compile_options(hfp_hardening INTERFACE
+  "$<${is_optimized}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>"
+  "$<${is_optimized}:-fstack-protector-strong;-fstack-clash-protection;-fcf-protection>")
+target_link_options(hfp_hardening INTERFACE "$<${is_optimized}:LINKER:-z,relro,-z,now>")
+
+if(HOLLOWFERNPIKE_COVERAGE)
+  # Counters are shared by threads, and their files by all processes of a test.
+  target_compile_options(hfp_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(hfp_options INTERFACE --coverage)
+endif()
+
 # A static library of ours: hfp_library(name SOURCES ... LINKS ...).
 function(hfp_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
   add_library(${name} STATIC ${arg_SOURCES})
-  target_link_libraries(${name} PUBLIC hfp_options ${arg_LINKS})
+  target_link_libraries(${name} PUBLIC hfp_options ${arg_LINKS} PRIVATE hfp_hardening)
 endfunction()
