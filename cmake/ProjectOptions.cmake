@@ -25,6 +25,13 @@ target_compile_options(hfp_hardening INTERFACE
   "$<${is_optimized}:-fstack-protector-strong;-fstack-clash-protection;-fcf-protection>")
 target_link_options(hfp_hardening INTERFACE "$<${is_optimized}:LINKER:-z,relro,-z,now>")
 
+if(HOLLOWFERNPIKE_FUZZ)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(hfp_options INTERFACE -O1 -fsanitize=fuzzer-no-link ${sanitizers}
+    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/tests/fuzz/ignored.txt)
+  target_link_options(hfp_options INTERFACE ${sanitizers})
+endif()
+
 if(HOLLOWFERNPIKE_COVERAGE)
   # Counters are shared by threads, and their files by all processes of a test.
   target_compile_options(hfp_options INTERFACE --coverage -fprofile-update=atomic)

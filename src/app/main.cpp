@@ -6,6 +6,7 @@
 #include "model/PreferencesMigration.h"
 #include "platform/NotificationCenter.h"
 #include "platform/freedesktop/ApplicationBundles.h"
+#include "platform/freedesktop/CoreLimit.h"
 #include "platform/freedesktop/FileManager.h"
 #include "platform/freedesktop/InstanceLock.h"
 #include "platform/freedesktop/LoginItem.h"
@@ -35,6 +36,7 @@
 #include "ui/PermissionPrompt.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <csignal>
 #include <cstdlib>
@@ -281,6 +283,8 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action, int a
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(domain.data());
     QApplication application(argumentCount, arguments);
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(domain.data(), QIcon(":/icons/app.hollowfernpike.Hollowfernpike.svg")));
     Program program(userDefaults, terminationSignals);
     qt::ApplicationService service(domain, [&program](const qt::ApplicationRequest& asked) {
         program.perform(asked.action, asked.startupIdentifier);
@@ -297,6 +301,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action, int a
 
 int run(const std::string& action, int argumentCount, char** arguments) {
     ignoreSignals();
+    freedesktop::turnOffCoreFiles();
     if (x11::Connection::open() == nullptr) { // the toolkit would abort
         tell(x11::trustMessage(x11::TrustProblem::noDisplay));
         return EXIT_FAILURE;

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/Spawn.h"
 
+#include "platform/freedesktop/CoreLimit.h"
+
 #include <cerrno>
 #include <charconv>
 #include <csignal>
@@ -47,6 +49,7 @@ bool emptyStandardInput() {
 int becomeProgram(void* argument) {
     auto& plan = *static_cast<Plan*>(argument);
     resetSignals();
+    giveBackCoreFiles();
     ::setsid();
     if (plan.ownNumber != nullptr) {
         *std::to_chars(plan.ownNumber, plan.ownNumber + numberWidth - 1, ::getpid()).ptr = '\0';

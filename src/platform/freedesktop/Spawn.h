@@ -25,9 +25,10 @@ struct StartedProcess {
 };
 
 /// Starts a program in a session of its own, with default signal dispositions, no signal blocked,
-/// standard input empty and no other descriptor of ours but standard output and error. It is our
-/// child: somebody must wait for it. Throws std::system_error with what the system said if the
-/// directory cannot be entered or the program cannot be run; nothing is left behind then.
+/// the limit of core files that we were started with, standard input empty and no other descriptor
+/// of ours but standard output and error. It is our child: somebody must wait for it. Throws
+/// std::system_error with what the system said if the directory cannot be entered or the program
+/// cannot be run; nothing is left behind then.
 StartedProcess spawn(ProgramStart start);
 
 } // namespace hollowfernpike::freedesktop

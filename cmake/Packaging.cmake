@@ -1,0 +1,31 @@
+# The Debian package: `cpack --preset release` packs what is built.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_CONTACT "Hollowfernpike developers <developers@hollowfernpike.app>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "bring applications to the front with key combinations")
+set(CPACK_PACKAGE_DESCRIPTION "\
+Press a key combination, anywhere, and the application that you bound to it is\n\
+in front of you: brought forward if it runs, launched if it does not. Bound\n\
+presses are swallowed, every other key press reaches your programs untouched.\n\
+\n\
+The program stays in the status bar, speaks Japanese and English, and needs an\n\
+X11 session.")
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://hollowfernpike.app/)
+set(CPACK_DEBIAN_PACKAGE_SECTION x11)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+
+# Beside the libraries that it is linked to: the toolkit's own texts in the language that the program
+# starts with, and letters for it.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-translations-l10n)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\
+fonts-ipafont-gothic | fonts-japanese-gothic | fonts-noto-cjk, \
+default-dbus-session-bus | dbus-session-bus")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS x-terminal-emulator)
+
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)
