@@ -7,9 +7,11 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-xkb xcb-xinput xcb-res xcb-ewmh xcb-icccm xcb-aux)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-unix-2.0)
 
+if(HOLLOWFERNPIKE_TESTS OR HOLLOWFERNPIKE_FUZZ)
+  find_package(nlohmann_json 3.11 REQUIRED)
+endif()
 if(HOLLOWFERNPIKE_TESTS)
   find_package(GTest REQUIRED)
-  find_package(nlohmann_json 3.11 REQUIRED)
   pkg_check_modules(XCB_TEST REQUIRED IMPORTED_TARGET xcb-xtest)
   pkg_check_modules(STARTUP_NOTIFICATION REQUIRED IMPORTED_TARGET libstartup-notification-1.0)
 endif()
