@@ -8,9 +8,9 @@
 #include "platform/Services.h"
 #include "ui/AddEditShortcutSheet.h"
 #include "ui/Alert.h"
+#include "ui/CardScrollView.h"
 #include "ui/CardStackView.h"
 #include "ui/HeaderBar.h"
-#include "ui/HintLabel.h"
 #include "ui/ManagementWindow.h"
 #include "ui/ShortcutCardView.h"
 #include "ui/ShortcutExchange.h"
@@ -30,12 +30,6 @@ namespace {
 
 const char* windowTitle() {
     return localized("Hollowfernpike - ショートカット管理", "Hollowfernpike - Manage Shortcuts");
-}
-
-const char* emptyListText() {
-    return localized(
-        "ショートカットが登録されていません\n「+ ショートカット追加」で追加してください",
-        "No shortcuts registered.\nClick \"+ Add Shortcut\" to add one.");
 }
 
 /// Shows an editor in a window of its own, which keeps itself alive.
@@ -79,8 +73,12 @@ QWidget* MainWindowController::window() const {
     return window_;
 }
 
+QScrollArea* MainWindowController::scrollView() const {
+    return scrollView_;
+}
+
 CardStackView* MainWindowController::stackView() const {
-    return stackView_;
+    return scrollView_ == nullptr ? nullptr : scrollView_->stackView();
 }
 
 QPushButton* MainWindowController::addButton() const {
@@ -100,7 +98,8 @@ void MainWindowController::setupUI() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(makeHeaderBar());
-    layout->addWidget(makeScrollView(), 1);
+    scrollView_ = new CardScrollView;
+    layout->addWidget(scrollView_, 1);
     window_->setScrollView(scrollView_);
     addButton()->setFocus();
 }
@@ -116,32 +115,15 @@ QWidget* MainWindowController::makeHeaderBar() {
     return headerBar_;
 }
 
-QScrollArea* MainWindowController::makeScrollView() {
-    stackView_ = new CardStackView;
-    scrollView_ = new QScrollArea;
-    scrollView_->setFrameShape(QFrame::NoFrame);
-    scrollView_->setFocusPolicy(Qt::NoFocus);
-    scrollView_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scrollView_->setWidgetResizable(true);
-    scrollView_->setWidget(stackView_);
-    scrollView_->viewport()->setAutoFillBackground(false);
-    stackView_->setAutoFillBackground(false);
-    return scrollView_;
-}
-
 void MainWindowController::reloadCards() {
-    if (stackView_ == nullptr) {
+    if (scrollView_ == nullptr) {
         return;
     }
-    const auto focused = stackView_->focusedPlace();
+    const auto focused = stackView()->focusedPlace();
     const auto cards = makeCards();
-    if (cards.empty()) {
-        stackView_->setHint(new HintLabel(emptyListText()));
-    } else {
-        stackView_->setCards(cards);
-    }
+    scrollView_->setCards(cards);
     if (focused) {
-        cards.empty() ? addButton()->setFocus() : stackView_->focusOn(*focused);
+        cards.empty() ? addButton()->setFocus() : stackView()->focusOn(*focused);
     }
 }
 

@@ -5,15 +5,16 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QScrollArea>
 
 #include <memory>
 #include <vector>
 
 class QPushButton;
+class QScrollArea;
 
 namespace hollowfernpike {
 
+class CardScrollView;
 class CardStackView;
 class HeaderBar;
 class ManagementWindow;
@@ -47,7 +48,7 @@ public:
 
     /// The window and what it consists of; each null once it is destroyed.
     QWidget* window() const;
-    QScrollArea* scrollView() const { return scrollView_; }
+    QScrollArea* scrollView() const;
     CardStackView* stackView() const;
     QPushButton* addButton() const;
     SymbolButton* exportButton() const;
@@ -56,7 +57,6 @@ public:
 private:
     void setupUI();
     QWidget* makeHeaderBar();
-    QScrollArea* makeScrollView();
     std::vector<ShortcutCardView*> makeCards();
     ShortcutCardView* makeCard(const AppShortcut& shortcut);
     void editShortcut(const AppShortcut& shortcut);
@@ -65,8 +65,7 @@ private:
     void languageDidChange();
 
     QPointer<ManagementWindow> window_;
-    QPointer<QScrollArea> scrollView_;
-    QPointer<CardStackView> stackView_;
+    QPointer<CardScrollView> scrollView_;
     QPointer<HeaderBar> headerBar_;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;

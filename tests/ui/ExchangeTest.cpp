@@ -235,12 +235,18 @@ TEST_P(ExchangeFromEach, AFileThatCannotBeReadIsToldBeforeAnyQuestion) {
 }
 
 TEST_P(ExchangeFromEach, AFileOfAnotherShapeIsToldWithTheReasonAndKeepsTheList) {
-    const auto shown =
-        importAnswering({choose(file("in.json", R"({"id":1})")), press("OK"), press("OK")});
-    EXPECT_THAT(shown, ElementsAre(kind("open panel"), question(),
-                                   MatchesRegex("modal warning [|] Invalid file format[.] [|] "
-                                                ".+ [|] OK")));
-    EXPECT_THAT(names(), ElementsAre("Editor"));
+    const auto good = documentWith("Good");
+    for (const auto& contents :
+         {std::string("no list at all"), std::string(), std::string(R"({"id":1})"),
+          std::string("[1]"), good.substr(0, good.size() - 1) + R"(,{"id":"E621E1F8"}])"}) {
+        SCOPED_TRACE(contents);
+        const auto shown =
+            importAnswering({choose(file("in.json", contents)), press("OK"), press("OK")});
+        EXPECT_THAT(shown, ElementsAre(kind("open panel"), question(),
+                                       MatchesRegex("modal warning [|] Invalid file format[.] [|] "
+                                                    ".+ [|] OK")));
+        EXPECT_THAT(names(), ElementsAre("Editor"));
+    }
 }
 
 TEST_P(ExchangeFromEach, ImportTakesTheFileAsItWasBeforeTheQuestion) {

@@ -148,6 +148,15 @@ TEST_F(MainWindowActionsTest, AShortcutThatIsGoneBeforeTheAnswerIsNoLoss) {
     EXPECT_THAT(shownNames(), ElementsAre("Browser"));
 }
 
+TEST_F(MainWindowActionsTest, OfAListThatCannotBeSavedTheWindowTellsNothingAndShowsWhatIsInForce) {
+    desktop.fileManager.writeError =
+        FakeFileManager::error(std::errc::no_space_on_device, "空き容量がありません");
+    remove(0, press("Delete"));
+    EXPECT_THAT(shown, SizeIs(1)) << "the question alone";
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_THAT(shownNames(), ElementsAre("Browser"));
+}
+
 TEST_F(MainWindowActionsTest, ClosuresOfACardOutliveTheControllerAndDoNothing) {
     const auto edit = card(0).onEdit;
     const auto remove = card(0).onDelete;

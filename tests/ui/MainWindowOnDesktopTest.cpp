@@ -6,6 +6,7 @@
 #include "ui/Colors.h"
 #include "ui/WindowTest.h"
 
+#include <QScrollArea>
 #include <QScrollBar>
 
 namespace hollowfernpike::test {
