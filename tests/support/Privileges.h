@@ -4,7 +4,9 @@
 #include <string>
 
 #include <grp.h>
+#include <linux/capability.h>
 #include <sched.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace hollowfernpike::test {
@@ -31,6 +33,13 @@ namespace hollowfernpike::test {
     }
     std::ofstream{"/proc/self/uid_map"} << map;
     return ::getuid() == unknown;
+}
+
+/// Takes from the programs that this process starts from now on what lets root's pass over file
+/// modes. False if that fails.
+[[nodiscard]] inline bool bindChildrenToFileModes() {
+    return ::getuid() != 0 || (::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE) == 0 &&
+                               ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH) == 0);
 }
 
 } // namespace hollowfernpike::test

@@ -15,30 +15,13 @@ using namespace test;
 using testing::HasSubstr;
 using testing::Not;
 
-const Combination bound{37, control | option};
-constexpr auto title = "Hollowfernpike - ショートカット管理";
-
-class InstanceTest : public testing::Test {
-protected:
-    Resident resident;
-    Story& story = resident.story;
-
-    void start() {
-        story.bind(bound, story.install("Target"));
-        story.startUtility();
-    }
-
-    void endOfFirst() {
-        story.utility().signal(SIGTERM);
-        EXPECT_EQ(story.utility().wait(), 0);
-    }
-};
+using InstanceTest = ResidentTest;
 
 TEST_F(InstanceTest, ASecondStartShowsTheWindowOfTheFirst) {
     start();
     const auto second = resident.startAgain();
     EXPECT_EQ(second->wait(), 0) << second->errors();
-    EXPECT_TRUE(resident.shows(title));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
     EXPECT_TRUE(story.isActive(resident.window()));
     EXPECT_FALSE(story.utility().hasEnded());
 }
@@ -48,7 +31,7 @@ TEST_F(InstanceTest, ASecondStartWithoutTheBusDoesAsWell) {
     const auto second =
         resident.startAgain({}, {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
     EXPECT_EQ(second->wait(), 0) << second->errors();
-    EXPECT_TRUE(resident.shows(title));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
 TEST_F(InstanceTest, WithoutAnyBusThereIsStillOneInstance) {
@@ -59,7 +42,7 @@ TEST_F(InstanceTest, WithoutAnyBusThereIsStillOneInstance) {
     ASSERT_TRUE(story.areLive());
     const auto second = resident.startAgain({}, withoutBus);
     EXPECT_EQ(second->wait(), 0) << second->errors();
-    EXPECT_TRUE(resident.shows(title));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
 TEST_F(InstanceTest, AStartWithAnotherRuntimeDirectoryFindsTheFirstOnTheBus) {
@@ -69,13 +52,13 @@ TEST_F(InstanceTest, AStartWithAnotherRuntimeDirectoryFindsTheFirstOnTheBus) {
     std::filesystem::permissions(elsewhere, std::filesystem::perms::owner_all);
     const auto second = resident.startAgain({}, {{"XDG_RUNTIME_DIR", elsewhere.string()}});
     EXPECT_EQ(second->wait(), 0) << second->errors();
-    EXPECT_TRUE(resident.shows(title));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
 TEST_F(InstanceTest, LaunchersActivateIt) {
     start();
     resident.call("Activate", {"{'desktop-startup-id': <'launcher_TIME1'>}"});
-    EXPECT_TRUE(resident.shows(title));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
 TEST_F(InstanceTest, LaunchersQuitIt) {
@@ -98,7 +81,7 @@ TEST_F(InstanceTest, QuitWithoutAnInstanceStartsNone) {
 
 TEST_F(InstanceTest, AFirstStartFromTheMenuShowsTheWindow) {
     const auto first = resident.startAgain({"--action", "openMainWindow"});
-    EXPECT_TRUE(resident.shows(title));
+    EXPECT_TRUE(resident.shows(japaneseTitle));
     EXPECT_FALSE(first->hasEnded());
 }
 
@@ -126,7 +109,7 @@ TEST_P(SimultaneousStartsTest, LeaveOneInstance) {
     ASSERT_TRUE(story.areLive());
     ASSERT_TRUE(waitUntil([&] { return one->hasEnded() != other->hasEnded(); }));
     EXPECT_EQ((one->hasEnded() ? *one : *other).wait(), 0);
-    EXPECT_TRUE(resident.shows(title)) << "handed over by the one that came second";
+    EXPECT_TRUE(resident.shows(japaneseTitle)) << "handed over by the one that came second";
     EXPECT_NE(one->hasEnded(), other->hasEnded());
 }
 
@@ -136,22 +119,23 @@ TEST_F(InstanceTest, OldPreferencesAreCarriedOverOnce) {
     std::filesystem::create_directories(resident.configuration(""));
     std::ofstream(resident.configuration("com.local.Hollowfernpike.conf"))
         << "[General]\nAppLanguage=en\nNSWindow%20Frame%20main=0 0 480 400\n";
-    resident.startHost();
+    menu.startHost();
     start();
-    ASSERT_TRUE(resident.showsItem());
-    EXPECT_EQ(resident.labels().front(), "Manage Shortcuts");
+    ASSERT_TRUE(menu.showsItem());
+    EXPECT_EQ(menu.labels().front(), "Manage Shortcuts");
     const auto file = resident.configuration("app.hollowfernpike.Hollowfernpike.conf");
     EXPECT_THAT(Resident::contents(file),
                 HasSubstr("preferencesMigratedFrom=com.local.Hollowfernpike"));
     EXPECT_THAT(Resident::contents(file), Not(HasSubstr("NSWindow")));
 
-    resident.choose("日本語");
-    ASSERT_TRUE(resident.becomes("日本語", true));
-    endOfFirst();
-    resident.startHost();
+    menu.choose("日本語");
+    ASSERT_TRUE(menu.becomes("日本語", true));
+    story.utility().signal(SIGTERM);
+    EXPECT_EQ(story.utility().wait(), 0);
+    menu.startHost();
     story.launchUtility();
-    ASSERT_TRUE(resident.showsItem());
-    EXPECT_EQ(resident.labels().front(), "ショートカット管理") << "carried over once";
+    ASSERT_TRUE(menu.showsItem());
+    EXPECT_EQ(menu.labels().front(), "ショートカット管理") << "carried over once";
 }
 
 } // namespace

@@ -1,45 +1,22 @@
 #pragma once
 
 #include "desktop/Story.h"
+#include "desktop/resident/StatusMenu.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 namespace hollowfernpike::test {
 
-/// An entry of the utility's menu as its panel sees it.
-struct MenuEntry {
-    int id = 0;
-    std::string label;
-    bool isOn = false; ///< carries a check mark
-};
-
-/// A private desktop on which the utility lives in a status bar: panels come and go, and somebody
-/// uses its menu.
+/// A private desktop on which the utility lives in a status bar, is started once more and called
+/// by launchers.
 class Resident {
 public:
     Story story;
-
-    /// Starts a panel and waits until it is there: a host of status notifier items, or a tray of
-    /// the older kind.
-    ChildProcess& startHost();
-    ChildProcess& startTray();
-    void endPanel() { panel_.reset(); }
-
-    /// Whether the host shows the utility's item, after some waiting.
-    testing::AssertionResult showsItem();
-
-    /// The whole menu, entries of submenus behind the one that opens them; separators are empty.
-    std::vector<MenuEntry> menu();
-    std::vector<std::string> labels();
-    MenuEntry entry(const std::string& label);
-
-    /// Whether the menu has this entry, with this mark, after some waiting.
-    testing::AssertionResult becomes(const std::string& label, bool isOn);
-
-    /// Chooses the entry with this label. Throws if there is none.
-    void choose(const std::string& label);
+    StatusMenu menu{story.desktop};
 
     /// Calls the utility as launchers do. The method's name and arguments in GVariant's text form.
     std::string call(const std::string& method, const std::vector<std::string>& arguments);
@@ -61,11 +38,25 @@ public:
     static std::string contents(const std::filesystem::path& file);
 
 private:
-    std::string bus(const std::vector<std::string>& arguments);
     std::vector<xcb_window_t> windows();
+};
 
-    std::unique_ptr<ChildProcess> panel_;
-    std::string item_;
+/// The utility with one shortcut, whose application is not running.
+class ResidentTest : public testing::Test {
+protected:
+    static constexpr auto japaneseTitle = "Hollowfernpike - ショートカット管理";
+    static constexpr auto englishTitle = "Hollowfernpike - Manage Shortcuts";
+
+    Resident resident;
+    Story& story = resident.story;
+    StatusMenu& menu = resident.menu;
+    const Combination bound{37, control | option};
+
+    /// Starts the utility and waits until the combination is live.
+    void start();
+
+    /// Starts a panel first, and waits for the item on it.
+    void startOnHost();
 };
 
 } // namespace hollowfernpike::test

@@ -14,58 +14,38 @@ using namespace test;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-const Combination bound{37, control | option};
-constexpr auto japaneseTitle = "Hollowfernpike - ショートカット管理";
-constexpr auto englishTitle = "Hollowfernpike - Manage Shortcuts";
-
-class ResidentMenuTest : public testing::Test {
-protected:
-    Resident resident;
-    Story& story = resident.story;
-
-    void start() {
-        story.bind(bound, story.install("Target"));
-        story.startUtility();
-    }
-
-    void startOnHost() {
-        resident.startHost();
-        start();
-        ASSERT_TRUE(resident.showsItem()) << story.utility().errors();
-    }
-};
+using ResidentMenuTest = ResidentTest;
 
 TEST_F(ResidentMenuTest, IsJapaneseAtFirst) {
     startOnHost();
-    EXPECT_THAT(resident.labels(),
-                ElementsAre("ショートカット管理", "ショートカットをエクスポート...",
-                            "ショートカットをインポート...", "", "言語 / Language", "日本語",
-                            "English", "ログイン時に起動", "", "終了"));
-    EXPECT_TRUE(resident.entry("日本語").isOn);
-    EXPECT_FALSE(resident.entry("English").isOn);
-    EXPECT_FALSE(resident.entry("ログイン時に起動").isOn);
+    EXPECT_THAT(menu.labels(), ElementsAre("ショートカット管理", "ショートカットをエクスポート...",
+                                           "ショートカットをインポート...", "", "言語 / Language",
+                                           "日本語", "English", "ログイン時に起動", "", "終了"));
+    EXPECT_TRUE(menu.entry("日本語").isOn);
+    EXPECT_FALSE(menu.entry("English").isOn);
+    EXPECT_FALSE(menu.entry("ログイン時に起動").isOn);
 }
 
 TEST_F(ResidentMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
     startOnHost();
-    resident.choose("English");
-    ASSERT_TRUE(resident.becomes("English", true));
-    EXPECT_THAT(resident.labels(),
+    menu.choose("English");
+    ASSERT_TRUE(menu.becomes("English", true));
+    EXPECT_THAT(menu.labels(),
                 ElementsAre("Manage Shortcuts", "Export Shortcuts...", "Import Shortcuts...", "",
                             "言語 / Language", "日本語", "English", "Launch at Login", "", "Quit"));
-    EXPECT_FALSE(resident.entry("日本語").isOn);
+    EXPECT_FALSE(menu.entry("日本語").isOn);
     EXPECT_THAT(
         Resident::contents(resident.configuration("app.hollowfernpike.Hollowfernpike.conf")),
         HasSubstr("AppLanguage=en"));
 
-    resident.choose("日本語");
-    ASSERT_TRUE(resident.becomes("日本語", true));
-    EXPECT_EQ(resident.labels().front(), "ショートカット管理");
+    menu.choose("日本語");
+    ASSERT_TRUE(menu.becomes("日本語", true));
+    EXPECT_EQ(menu.labels().front(), "ショートカット管理");
 }
 
 TEST_F(ResidentMenuTest, ManageShortcutsShowsOneWindowBesideTheTaskBar) {
     startOnHost();
-    resident.choose("ショートカット管理");
+    menu.choose("ショートカット管理");
     ASSERT_TRUE(resident.shows(japaneseTitle));
     const auto window = resident.window();
     EXPECT_TRUE(story.isActive(window));
@@ -73,38 +53,38 @@ TEST_F(ResidentMenuTest, ManageShortcutsShowsOneWindowBesideTheTaskBar) {
 
     auto& front = story.open("Front");
     ASSERT_TRUE(story.getsKeys(front));
-    resident.choose("ショートカット管理");
+    menu.choose("ショートカット管理");
     EXPECT_TRUE(story.isActive(window));
     EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
 TEST_F(ResidentMenuTest, ClosingTheWindowLeavesTheUtilityRunning) {
     startOnHost();
-    resident.choose("ショートカット管理");
+    menu.choose("ショートカット管理");
     ASSERT_TRUE(resident.shows(japaneseTitle));
     story.pager.close(resident.window());
     ASSERT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
     EXPECT_TRUE(story.areLive());
-    resident.choose("ショートカット管理");
+    menu.choose("ショートカット管理");
     EXPECT_TRUE(resident.shows(japaneseTitle));
 }
 
 TEST_F(ResidentMenuTest, TheOpenWindowFollowsTheLanguage) {
     startOnHost();
-    resident.choose("ショートカット管理");
+    menu.choose("ショートカット管理");
     ASSERT_TRUE(resident.shows(japaneseTitle));
-    resident.choose("English");
+    menu.choose("English");
     EXPECT_TRUE(resident.shows(englishTitle));
 }
 
 TEST_F(ResidentMenuTest, LaunchAtLoginComesAndGoes) {
     startOnHost();
     const auto file = resident.configuration("autostart/app.hollowfernpike.Hollowfernpike.desktop");
-    resident.choose("ログイン時に起動");
-    ASSERT_TRUE(resident.becomes("ログイン時に起動", true));
+    menu.choose("ログイン時に起動");
+    ASSERT_TRUE(menu.becomes("ログイン時に起動", true));
     EXPECT_THAT(Resident::contents(file), HasSubstr(HFP_PROGRAM));
-    resident.choose("ログイン時に起動");
-    ASSERT_TRUE(resident.becomes("ログイン時に起動", false));
+    menu.choose("ログイン時に起動");
+    ASSERT_TRUE(menu.becomes("ログイン時に起動", false));
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
@@ -112,19 +92,19 @@ TEST_F(ResidentMenuTest, AFailedChangeOfTheLoginItemIsLoggedAndLeavesTheMark) {
     std::filesystem::create_directories(resident.configuration(""));
     std::filesystem::create_symlink("/nowhere/at/all", resident.configuration("autostart"));
     startOnHost();
-    resident.choose("ログイン時に起動");
+    menu.choose("ログイン時に起動");
     EXPECT_TRUE(story.utility().waitForLine("ログイン時起動の設定変更エラー: "));
-    EXPECT_FALSE(resident.entry("ログイン時に起動").isOn);
+    EXPECT_FALSE(menu.entry("ログイン時に起動").isOn);
 }
 
 TEST_F(ResidentMenuTest, ExportAndImportOpenTheirPanels) {
     startOnHost();
-    resident.choose("ショートカットをエクスポート...");
+    menu.choose("ショートカットをエクスポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
     EXPECT_TRUE(story.isActive(resident.window()));
     story.keyboard.strike({"ESC"});
     ASSERT_TRUE(waitUntil([&] { return resident.titles().empty(); }));
-    resident.choose("ショートカットをインポート...");
+    menu.choose("ショートカットをインポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
     EXPECT_TRUE(story.isActive(resident.window()));
     story.keyboard.strike({"ESC"});
@@ -133,7 +113,7 @@ TEST_F(ResidentMenuTest, ExportAndImportOpenTheirPanels) {
 
 TEST_F(ResidentMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
     startOnHost();
-    resident.choose("終了");
+    menu.choose("終了");
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
     KeyGrabber successor(story.desktop.display());
     EXPECT_TRUE(successor.grab(story.grabOf(bound)));
@@ -141,9 +121,9 @@ TEST_F(ResidentMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
 
 TEST_F(ResidentMenuTest, QuitDoesNotWaitForAnOpenPanel) {
     startOnHost();
-    resident.choose("ショートカットをエクスポート...");
+    menu.choose("ショートカットをエクスポート...");
     ASSERT_TRUE(waitUntil([&] { return resident.titles().size() == 1; }));
-    resident.choose("終了");
+    menu.choose("終了");
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
 }
 
@@ -151,17 +131,17 @@ TEST_F(ResidentMenuTest, AppearsOnAPanelThatComesFiveSecondsLater) {
     start();
     const auto later = std::chrono::steady_clock::now() + 5s;
     ASSERT_TRUE(waitUntil([&] { return std::chrono::steady_clock::now() >= later; }));
-    resident.startHost();
-    ASSERT_TRUE(resident.showsItem());
-    EXPECT_EQ(resident.labels().front(), "ショートカット管理");
+    menu.startHost();
+    ASSERT_TRUE(menu.showsItem());
+    EXPECT_EQ(menu.labels().front(), "ショートカット管理");
 }
 
 TEST_F(ResidentMenuTest, AppearsAgainWhenThePanelRestarts) {
     startOnHost();
-    resident.endPanel();
-    resident.startHost();
-    ASSERT_TRUE(resident.showsItem());
-    EXPECT_EQ(resident.labels().front(), "ショートカット管理");
+    menu.endPanel();
+    menu.startHost();
+    ASSERT_TRUE(menu.showsItem());
+    EXPECT_EQ(menu.labels().front(), "ショートカット管理");
 }
 
 TEST_F(ResidentMenuTest, AppearsInATrayOfTheOlderKind) {
@@ -170,11 +150,11 @@ TEST_F(ResidentMenuTest, AppearsInATrayOfTheOlderKind) {
     EXPECT_EQ(second->wait(), 0);
     ASSERT_TRUE(resident.shows(japaneseTitle));
     EXPECT_TRUE(story.pager.isInTaskBar(resident.window())) << "nothing else leads back to it";
-    resident.startTray();
+    menu.startTray();
     EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }, 20s));
-    resident.endPanel();
+    menu.endPanel();
     EXPECT_TRUE(waitUntil([&] { return story.pager.isInTaskBar(resident.window()); }, 20s));
-    resident.startTray();
+    menu.startTray();
     EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }, 20s));
 }
 

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "support/PrivateDesktop.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+/// An entry of the utility's menu as its panel sees it.
+struct MenuEntry {
+    int id = 0;
+    std::string label;
+    bool isOn = false; ///< carries a check mark
+};
+
+/// A panel of a private desktop that shows the utility's status item, and somebody who uses the
+/// menu there.
+class StatusMenu {
+public:
+    /// The desktop must outlive it.
+    explicit StatusMenu(const PrivateDesktop& desktop) : desktop_(desktop) {}
+
+    /// Starts a panel and waits until it is there: a host of status notifier items, or a tray of
+    /// the older kind.
+    ChildProcess& startHost();
+    ChildProcess& startTray();
+    void endPanel() { panel_.reset(); }
+
+    /// Whether the host shows the utility's item, after some waiting.
+    testing::AssertionResult showsItem();
+
+    /// The whole menu, entries of submenus behind the one that opens them; separators are empty.
+    std::vector<MenuEntry> entries();
+    std::vector<std::string> labels();
+    MenuEntry entry(const std::string& label);
+
+    /// Whether the menu has this entry, with this mark, after some waiting.
+    testing::AssertionResult becomes(const std::string& label, bool isOn);
+
+    /// Chooses the entry with this label. Throws if there is none.
+    void choose(const std::string& label);
+
+private:
+    const PrivateDesktop& desktop_;
+    std::unique_ptr<ChildProcess> panel_;
+    std::string item_;
+};
+
+/// Calls a method on the desktop's session bus and returns the answer: the name on the bus, the
+/// object, the method with its interface, and arguments in GVariant's text form. Throws
+/// std::runtime_error if it fails.
+std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::string>& arguments);
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <system_error>
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+namespace hollowfernpike::test {
+
+/// A disk of its own at a new folder, with room for that many bytes and not one more. This process
+/// and the programs that it starts from then on see it, nobody else.
+class SmallDisk {
+public:
+    /// Throws std::system_error if the system does not let us mount anything.
+    SmallDisk(std::filesystem::path folder, std::size_t bytes) : folder_(std::move(folder)) {
+        leaveTheMountsOfOthers();
+        std::filesystem::create_directory(folder_);
+        const auto options = "mode=0777,size=" + std::to_string(bytes);
+        require(::mount("tmpfs", folder_.c_str(), "tmpfs", 0, options.c_str()) == 0);
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    ~SmallDisk() { ::umount2(folder_.c_str(), MNT_DETACH); }
+
+    const std::filesystem::path& folder() const { return folder_; }
+
+private:
+    static void require(bool isDone) {
+        if (!isDone) {
+            throw std::system_error(errno, std::generic_category(), "a disk for this test");
+        }
+    }
+
+    static void leaveTheMountsOfOthers() {
+        const auto user = ::geteuid();
+        require(::unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) == 0);
+        if (user != 0) {
+            std::ofstream{"/proc/self/uid_map"} << user << ' ' << user << " 1";
+        }
+        require(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
+    }
+
+    std::filesystem::path folder_;
+};
+
+} // namespace hollowfernpike::test
