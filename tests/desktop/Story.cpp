@@ -33,7 +33,7 @@ bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
 
 } // namespace
 
-Story::Story(const std::string& windowManager) : desktop(windowManager) {}
+Story::Story(const std::string& windowManager, ScreenSize size) : desktop(windowManager, size) {}
 
 Application& Story::install(const std::string& name, const ApplicationTraits& traits) {
     return *applications_.emplace_back(std::make_unique<Application>(desktop, name, traits));

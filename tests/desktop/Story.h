@@ -25,7 +25,7 @@ struct ShortcutTarget {
 /// A private desktop on which the utility runs and applications come and go, driven by keys alone.
 class Story {
 public:
-    explicit Story(const std::string& windowManager = "openbox");
+    explicit Story(const std::string& windowManager = "openbox", ScreenSize size = {});
 
     PrivateDesktop desktop;
     Pager pager{desktop.display()};

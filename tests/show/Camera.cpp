@@ -2,11 +2,11 @@
 
 #include "support/WaitUntil.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
 
-#include <QImage>
 #include <xcb/xcb.h>
 
 namespace hollowfernpike::show {
@@ -33,11 +33,31 @@ QImage look(xcb_connection_t* connection) {
         .copy();
 }
 
-QImage lookWhenStill(xcb_connection_t* connection) {
+/// The first and the last place that the condition holds for; the first is behind the last if there
+/// is none.
+template <class Condition>
+std::pair<int, int> ends(int first, int last, Condition condition) {
+    while (first <= last && !condition(first)) {
+        ++first;
+    }
+    while (first <= last && !condition(last)) {
+        --last;
+    }
+    return {first, last};
+}
+
+} // namespace
+
+QImage picture(const std::string& display) {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(display.c_str(), nullptr), &xcb_disconnect);
+    if (xcb_connection_has_error(connection.get()) != 0) {
+        throw std::runtime_error("the display cannot be reached");
+    }
     QImage picture;
     auto since = Clock::now();
     const auto isStill = [&] {
-        auto next = look(connection);
+        auto next = look(connection.get());
         if (next != picture) {
             picture = std::move(next);
             since = Clock::now();
@@ -50,15 +70,29 @@ QImage lookWhenStill(xcb_connection_t* connection) {
     return picture;
 }
 
-} // namespace
-
-void takePicture(const std::string& display, const std::filesystem::path& file) {
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(display.c_str(), nullptr), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()) != 0 ||
-        !lookWhenStill(connection.get()).save(QString::fromStdString(file.string()), "PNG")) {
+void save(const QImage& picture, const std::filesystem::path& file) {
+    std::filesystem::create_directories(file.parent_path());
+    if (!picture.save(QString::fromStdString(file.string()), "PNG", 0)) {
         throw std::runtime_error("no picture can be saved as " + file.string());
     }
+}
+
+QImage cropped(const QImage& picture, const QRect& within, QRgb background, int margin) {
+    const auto isShown = [&](int x, int y) { return picture.pixel(x, y) != background; };
+    const auto [top, bottom] = ends(within.top(), within.bottom(), [&](int y) {
+        const auto row = ends(within.left(), within.right(), [&](int x) { return isShown(x, y); });
+        return row.first <= row.second;
+    });
+    if (top > bottom) {
+        return {};
+    }
+    const auto [left, right] =
+        ends(within.left(), within.right(), [&, top = top, bottom = bottom](int x) {
+            const auto column = ends(top, bottom, [&](int y) { return isShown(x, y); });
+            return column.first <= column.second;
+        });
+    const QRect shown(QPoint(left, top), QPoint(right, bottom));
+    return picture.copy(shown.adjusted(-margin, -margin, margin, margin) & picture.rect());
 }
 
 } // namespace hollowfernpike::show

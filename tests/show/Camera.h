@@ -3,10 +3,19 @@
 #include <filesystem>
 #include <string>
 
+#include <QImage>
+
 namespace hollowfernpike::show {
 
-/// Waits until nothing moves on the screen of a display and saves a picture of it (PNG). Throws
-/// std::runtime_error if that fails.
-void takePicture(const std::string& display, const std::filesystem::path& file);
+/// The screen of a display once nothing moves on it. Throws std::runtime_error if it does not come
+/// to rest.
+QImage picture(const std::string& display);
+
+/// Saves a picture (PNG). Throws std::runtime_error if that fails.
+void save(const QImage& picture, const std::filesystem::path& file);
+
+/// The smallest part of the picture that holds all pixels of `within` of another colour than
+/// `background`, with a margin around it; nothing if there is none.
+QImage cropped(const QImage& picture, const QRect& within, QRgb background, int margin);
 
 } // namespace hollowfernpike::show

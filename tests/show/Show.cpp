@@ -171,7 +171,7 @@ void Show::type(const Binding& into, const std::string& text) {
 }
 
 void Show::picture(const std::string& name) {
-    takePicture(stage_.desktop.display(), pictures_ / (name + ".png"));
+    save(show::picture(stage_.desktop.display()), pictures_ / (name + ".png"));
 }
 
 } // namespace hollowfernpike::show

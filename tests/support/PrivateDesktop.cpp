@@ -84,9 +84,10 @@ Environment sessionEnvironment(const std::filesystem::path& home, const std::str
 
 } // namespace
 
-VirtualDisplay::VirtualDisplay(const std::string& name) {
-    std::vector<std::string> arguments{"Xvfb",        "-displayfd", "1",   "-screen", "0",
-                                       "1280x800x24", "-nolisten",  "tcp", "-noreset"};
+VirtualDisplay::VirtualDisplay(const std::string& name, ScreenSize size) {
+    const auto screen = std::to_string(size.width) + 'x' + std::to_string(size.height) + "x24";
+    std::vector<std::string> arguments{"Xvfb", "-displayfd", "1",   "-screen", "0",
+                                       screen, "-nolisten",  "tcp", "-noreset"};
     if (!name.empty()) {
         arguments.insert(arguments.begin() + 1, name);
     }
@@ -109,8 +110,9 @@ SessionBus::SessionBus(const Environment& environment)
     address_ = *line;
 }
 
-PrivateDesktop::PrivateDesktop(const std::string& windowManager)
-    : environment_(sessionEnvironment(home_.path(), display_.name())), bus_([this] {
+PrivateDesktop::PrivateDesktop(const std::string& windowManager, ScreenSize size)
+    : display_({}, size), environment_(sessionEnvironment(home_.path(), display_.name())),
+      bus_([this] {
           std::filesystem::create_directories(home_.path() / "run");
           std::filesystem::create_directories(applications());
           std::filesystem::permissions(home_.path() / "run", std::filesystem::perms::owner_all);

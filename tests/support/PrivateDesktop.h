@@ -8,11 +8,17 @@
 
 namespace hollowfernpike::test {
 
+/// In pixels.
+struct ScreenSize {
+    int width = 1280;
+    int height = 800;
+};
+
 /// An X server of its own without a screen to look at (Xvfb), ready for clients.
 class VirtualDisplay {
 public:
     /// `name` is the address it shall have; the server chooses one if it is empty.
-    explicit VirtualDisplay(const std::string& name = {});
+    explicit VirtualDisplay(const std::string& name = {}, ScreenSize size = {});
 
     /// Its address, such as ":7".
     const std::string& name() const { return name_; }
@@ -42,7 +48,7 @@ class PrivateDesktop {
 public:
     /// `windowManager` is a program's name ("openbox", "metacity"), started and ready on return, or
     /// empty for none.
-    explicit PrivateDesktop(const std::string& windowManager = "openbox");
+    explicit PrivateDesktop(const std::string& windowManager = "openbox", ScreenSize size = {});
 
     const std::string& display() const { return display_.name(); }
     const std::filesystem::path& home() const { return home_.path(); }

@@ -67,7 +67,7 @@ TEST_F(AddingTest, ATakenCombinationIsNotAddedAndKeepsItsApplication) {
     const auto before = story.list();
     story.openManagement();
     const auto editor = story.clickAdd();
-    story.choose(editor, feldspar);
+    story.choose(editor, feldspar.name());
     story.startRecording(editor);
     story.strike(first);
     ASSERT_TRUE(story.isInFront(quartz)) << "it stays bound while somebody records";
@@ -97,8 +97,8 @@ TEST_F(AddingTest, ClosingTheWindowLeavesTheCombinationsLiveAndItComesBackTheSam
     EXPECT_TRUE(story.brings(quartz, story.front, first));
     EXPECT_FALSE(story.utility().hasEnded());
     story.openManagement();
-    EXPECT_TRUE(
-        waitUntil([&] { return story.screen.placeOf(story.comes(title::management)) == place; }));
+    EXPECT_TRUE(waitUntil(
+        [&] { return story.screen.placeOf(story.comes(story.titles.management)) == place; }));
     story.add(feldspar, second);
     EXPECT_EQ(story.list(),
               json::array({story.record(0, first, quartz), story.record(1, second, feldspar)}));

@@ -46,7 +46,7 @@ TEST_F(EditingTest, AnotherApplicationIsBroughtByTheSameCombination) {
     auto& obsidian = story.open("Obsidian");
     story.openManagement();
     const auto editor = story.clickEdit(0);
-    story.choose(editor, obsidian);
+    story.choose(editor, obsidian.name());
     story.strikeAndLeave(editor, "RTRN");
     EXPECT_TRUE(story.listBecomes(json::array({story.record(0, first, obsidian), before[1]})));
     EXPECT_EQ(story.list()[0]["id"], before[0]["id"]);

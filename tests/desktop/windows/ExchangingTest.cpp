@@ -49,7 +49,7 @@ TEST_F(ExchangingTest, WhatWasExportedComesBackAfterADeletion) {
     EXPECT_TRUE(story.passes(story.front, second.keys()));
     story.openManagement();
     story.enterPath(story.clickImport(), file);
-    story.strikeAndLeave(story.comes(title::alert), "RTRN");
+    story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
     EXPECT_TRUE(story.listBecomes(before));
     bothAreLive();
 }
@@ -58,7 +58,7 @@ TEST_F(ExchangingTest, AnImportThatIsCalledOffChangesNothing) {
     const auto file = story.desktop.home() / "empty.json";
     std::ofstream(file) << "[]";
     story.enterPath(story.clickImport(), file);
-    story.strikeAndLeave(story.comes(title::alert), "ESC");
+    story.strikeAndLeave(story.comes(story.titles.alert), "ESC");
     bothAreLive();
     EXPECT_EQ(story.list(), before);
 }
@@ -67,9 +67,9 @@ TEST_F(ExchangingTest, AFileThatIsNotJsonIsReportedAndKeepsTheList) {
     const auto file = story.desktop.home() / "broken.json";
     std::ofstream(file) << "no list at all";
     story.enterPath(story.clickImport(), file);
-    const auto question = story.comes(title::alert);
+    const auto question = story.comes(story.titles.alert);
     story.keyboard.strike({"RTRN"});
-    story.strikeAndLeave(story.comes(title::alert, question), "RTRN");
+    story.strikeAndLeave(story.comes(story.titles.alert, question), "RTRN");
     EXPECT_EQ(story.list(), before);
     bothAreLive();
     story.openManagement();

@@ -27,7 +27,7 @@ protected:
 
 TEST_F(RecordingTest, ABareLetterIsRefusedAndTheSameWithCommandIsRecorded) {
     const auto editor = story.clickAdd();
-    story.choose(editor, quartz);
+    story.choose(editor, quartz.name());
     story.startRecording(editor);
     story.strike(bareLetter);
     story.strike(commandLetter);
@@ -40,7 +40,7 @@ TEST_F(RecordingTest, ABareLetterIsRefusedAndTheSameWithCommandIsRecorded) {
 
 TEST_F(RecordingTest, EscapeWithNothingRecordedLeavesEverythingAsItWas) {
     const auto editor = story.clickAdd();
-    story.choose(editor, quartz);
+    story.choose(editor, quartz.name());
     story.startRecording(editor);
     const auto connections = [this] { return story.pager.clients(story.utility().pid()); };
     const auto whileRecording = connections();

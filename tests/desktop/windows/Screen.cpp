@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 namespace hollowfernpike::test {
 
@@ -14,9 +15,25 @@ std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
     return {reply, &std::free};
 }
 
+bool isOfUtility(xcb_connection_t* connection, xcb_window_t window) {
+    const auto reply = held(xcb_get_property_reply(
+        connection,
+        xcb_get_property(connection, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 64),
+        nullptr));
+    if (!reply) {
+        return false;
+    }
+    const std::string_view name(
+        static_cast<const char*>(xcb_get_property_value(reply.get())),
+        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+    return name.starts_with("hollowfernpike");
+}
+
 } // namespace
 
-Screen::Screen(const std::string& display) : connection_(xcb_connect(display.c_str(), nullptr)) {}
+Screen::Screen(const std::string& display)
+    : connection_(xcb_connect(display.c_str(), nullptr)),
+      root_(xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root) {}
 
 Screen::~Screen() {
     xcb_disconnect(connection_);
@@ -55,6 +72,57 @@ std::vector<std::uint32_t> Screen::column(xcb_window_t window, int x) {
     std::memcpy(colors.data(), xcb_get_image_data(image.get()),
                 colors.size() * sizeof(std::uint32_t));
     return colors;
+}
+
+std::vector<Place> Screen::popups() {
+    std::vector<Place> places;
+    for (const auto& seen : utilityWindows()) {
+        if (seen.isInRoot && seen.isUnmanaged) {
+            places.push_back(placeOf(seen.window));
+        }
+    }
+    return places;
+}
+
+Place Screen::statusSymbol() {
+    constexpr int most = 100; // larger ones are windows in frames
+    for (const auto& seen : utilityWindows()) {
+        const auto place = placeOf(seen.window);
+        if (!seen.isInRoot && place.width <= most && place.height <= most) {
+            return place;
+        }
+    }
+    return {};
+}
+
+std::vector<Screen::Seen> Screen::utilityWindows() {
+    std::vector<Seen> windows;
+    collect(root_, windows);
+    return windows;
+}
+
+void Screen::collect(xcb_window_t parent, std::vector<Seen>& into) {
+    const auto tree =
+        held(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, parent), nullptr));
+    if (!tree) {
+        return;
+    }
+    const auto* children = xcb_query_tree_children(tree.get());
+    for (int index = 0; index < xcb_query_tree_children_length(tree.get()); ++index) {
+        const auto window = children[index];
+        const auto attributes = held(xcb_get_window_attributes_reply(
+            connection_, xcb_get_window_attributes(connection_, window), nullptr));
+        if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) {
+            continue;
+        }
+        if (isOfUtility(connection_, window)) {
+            into.push_back({.window = window,
+                            .isInRoot = parent == root_,
+                            .isUnmanaged = attributes->override_redirect != 0});
+        } else {
+            collect(window, into);
+        }
+    }
 }
 
 } // namespace hollowfernpike::test

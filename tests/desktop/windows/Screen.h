@@ -35,8 +35,25 @@ public:
     /// The colours of one column of a window, from top to bottom; empty if it cannot be seen.
     std::vector<std::uint32_t> column(xcb_window_t window, int x);
 
+    /// Menus and tool tips of the utility that are open.
+    std::vector<Place> popups();
+
+    /// Where a tray shows the utility's symbol; all zero if none does.
+    Place statusSymbol();
+
 private:
+    struct Seen {
+        xcb_window_t window = XCB_NONE;
+        bool isInRoot = false; ///< directly
+        bool isUnmanaged = false;
+    };
+
+    /// The utility's windows that can be seen, wherever they lie.
+    std::vector<Seen> utilityWindows();
+    void collect(xcb_window_t parent, std::vector<Seen>& into);
+
     xcb_connection_t* connection_;
+    xcb_window_t root_;
 };
 
 } // namespace hollowfernpike::test

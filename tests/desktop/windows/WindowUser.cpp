@@ -1,0 +1,209 @@
+#include "desktop/windows/WindowUser.h"
+
+#include "show/Typing.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+constexpr auto patience = 20s;
+
+// In pixels of the utility.
+constexpr int headerMiddle = 26;
+constexpr int exportMiddle = 30;
+constexpr int importMiddle = 66;
+constexpr int addMiddle = -40;
+constexpr int editMiddle = -74;
+constexpr int deleteMiddle = -42;
+constexpr int heightOfStep1 = 200;
+constexpr int heightOfBothSteps = 280;
+
+int middleOfCard(int card) {
+    constexpr int firstMiddle = 52 + 8 + 26;
+    constexpr int step = 52 + 8;
+    return firstMiddle + card * step;
+}
+
+} // namespace
+
+WindowUser::WindowUser(Story& story, const WindowTitles& windowTitles, int scale)
+    : screen(story.desktop.display()), mouse(story.desktop.display()), titles(windowTitles),
+      story_(story), scale_(scale) {}
+
+xcb_window_t WindowUser::openManagement() {
+    story_.run({HFP_PROGRAM});
+    return managementComes();
+}
+
+xcb_window_t WindowUser::managementComes() {
+    management_ = comes(titles.management);
+    return management_;
+}
+
+xcb_window_t WindowUser::comes(std::string_view title, xcb_window_t before) {
+    xcb_window_t window = XCB_NONE;
+    require(
+        [&] {
+            window = story_.pager.activeWindow();
+            return window != before && story_.pager.titleOf(window) == title &&
+                   story_.pager.focusedWindow() == window;
+        },
+        std::string(title) + " does not come");
+    return window;
+}
+
+void WindowUser::goes(xcb_window_t window) {
+    require(
+        [&] {
+            const auto shown = story_.pager.stacking();
+            return std::ranges::find(shown, window) == shown.end();
+        },
+        story_.pager.titleOf(window) + " does not go");
+}
+
+WindowUser::Point WindowUser::addButton() {
+    return pointOf(management_, addMiddle, headerMiddle);
+}
+
+WindowUser::Point WindowUser::editButton(int card) {
+    return pointOf(management_, editMiddle, middleOfCard(card));
+}
+
+WindowUser::Point WindowUser::exportButton() {
+    return pointOf(management_, exportMiddle, headerMiddle);
+}
+
+xcb_window_t WindowUser::clickAdd() {
+    click(management_, addButton());
+    return comes(titles.adding);
+}
+
+xcb_window_t WindowUser::clickEdit(int card) {
+    click(management_, editButton(card));
+    return comes(titles.editing);
+}
+
+xcb_window_t WindowUser::clickDelete(int card) {
+    click(management_, pointOf(management_, deleteMiddle, middleOfCard(card)));
+    return comes(titles.alert);
+}
+
+xcb_window_t WindowUser::clickExport() {
+    click(management_, exportButton());
+    return comes(titles.exporting);
+}
+
+xcb_window_t WindowUser::clickImport() {
+    click(management_, pointOf(management_, importMiddle, headerMiddle));
+    return comes(titles.importing);
+}
+
+xcb_window_t WindowUser::openApplications() {
+    story_.keyboard.strike({"SPCE"});
+    return comes(titles.applications);
+}
+
+void WindowUser::choose(xcb_window_t editor, std::string_view application) {
+    const auto panel = openApplications();
+    show::type(story_.keyboard, application);
+    strikeAndLeave(panel, "RTRN");
+    require([&] { return heightOf(editor) == heightOfBothSteps; }, "the second step does not show");
+}
+
+void WindowUser::startRecording(xcb_window_t editor) {
+    require([&] { return isInFrontOfAll(editor) && recorderBorder(editor) == 1; },
+            "the recorder does not show");
+    for (const char* key : {"TAB", "TAB", "SPCE"}) { // past the recorder to its button
+        story_.keyboard.strike({key});
+    }
+    require([&] { return recorderBorder(editor) == 2; }, "the recorder does not record");
+}
+
+void WindowUser::finishRecording(xcb_window_t editor) {
+    require([&] { return recorderBorder(editor) == 1; }, "the recorder goes on recording");
+}
+
+void WindowUser::record(xcb_window_t editor, const Combination& combination) {
+    startRecording(editor);
+    story_.strike(combination);
+    finishRecording(editor);
+}
+
+void WindowUser::clickSave(xcb_window_t editor) {
+    click(editor, pointOf(editor, -40, -28));
+    goes(editor);
+}
+
+void WindowUser::strikeAndLeave(xcb_window_t window, const std::string& key) {
+    if (const auto active = story_.isActive(window); !active) {
+        throw std::runtime_error(active.message());
+    }
+    story_.keyboard.strike({key});
+    goes(window);
+}
+
+void WindowUser::enterPath(xcb_window_t panel, const std::filesystem::path& file) {
+    story_.keyboard.strike({"LCTL", "AC01"});
+    show::type(story_.keyboard, file.string());
+    strikeAndLeave(panel, "RTRN");
+}
+
+WindowUser::Point WindowUser::pointOf(xcb_window_t window, int x, int y) {
+    const auto place = screen.placeOf(window);
+    return {.x = place.x + scale_ * x + (x < 0 ? place.width : 0),
+            .y = place.y + scale_ * y + (y < 0 ? place.height : 0)};
+}
+
+void WindowUser::click(xcb_window_t window, Point point) {
+    require([&] { return isInFrontOfAll(window); },
+            story_.pager.titleOf(window) + " is not in front");
+    mouse.click(point.x, point.y);
+}
+
+int WindowUser::heightOf(xcb_window_t window) {
+    return screen.placeOf(window).height / scale_;
+}
+
+// What lies longer in these columns is left of a window that has just gone.
+int WindowUser::recorderBorder(xcb_window_t editor) {
+    constexpr int left = 20;
+    const int leastHeight = 20 * scale_; // the straight part, between the round corners
+    const int mostHeight = 36 * scale_;
+    const auto outside = screen.column(editor, (left - 2) * scale_);
+    const auto outer = screen.column(editor, left * scale_);
+    const auto inner = screen.column(editor, (left + 1) * scale_);
+    const auto rows = std::min({outside.size(), outer.size(), inner.size()});
+    int last = 0;
+    int height = 0;
+    for (auto row = static_cast<std::size_t>(heightOfStep1 / 2 * scale_); row < rows;
+         ++row, ++height) {
+        const int width = outer[row] == outside[row] ? 0 : inner[row] == outer[row] ? 2 : 1;
+        if (width == last) {
+            continue;
+        }
+        if (last > 0 && height >= leastHeight && height <= mostHeight) {
+            return last;
+        }
+        last = width;
+        height = 0;
+    }
+    return 0;
+}
+
+bool WindowUser::isInFrontOfAll(xcb_window_t window) {
+    return story_.pager.activeWindow() == window && story_.pager.focusedWindow() == window;
+}
+
+void WindowUser::require(const std::function<bool()>& condition, const std::string& what) {
+    if (!waitUntil(condition, patience)) {
+        throw std::runtime_error(
+            what + "; in front: " + story_.pager.titleOf(story_.pager.activeWindow()) + '\n' +
+            story_.utility().output() + story_.utility().errors());
+    }
+}
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,125 @@
+#pragma once
+
+#include "desktop/Story.h"
+#include "desktop/windows/Screen.h"
+#include "platform/qt/Pointer.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace hollowfernpike::test {
+
+/// What the utility calls its windows in one of its languages.
+struct WindowTitles {
+    std::string_view management;
+    std::string_view adding;
+    std::string_view editing;
+    std::string_view applications;
+    std::string_view alert;
+    std::string_view exporting;
+    std::string_view importing;
+};
+
+inline constexpr WindowTitles japaneseTitles{.management = "Hollowfernpike - ショートカット管理",
+                                             .adding = "ショートカット追加",
+                                             .editing = "ショートカット編集",
+                                             .applications = "アプリを選択",
+                                             .alert = "Hollowfernpike",
+                                             .exporting = "ショートカットをエクスポート",
+                                             .importing = "ショートカットをインポート"};
+
+inline constexpr WindowTitles englishTitles{.management = "Hollowfernpike - Manage Shortcuts",
+                                            .adding = "Add Shortcut",
+                                            .editing = "Edit Shortcut",
+                                            .applications = "Select an App",
+                                            .alert = "Hollowfernpike",
+                                            .exporting = "Export Shortcuts",
+                                            .importing = "Import Shortcuts"};
+
+/// Somebody with keyboard and mouse at the windows of the utility of a story. Everything that was
+/// to be seen and does not come throws std::runtime_error.
+class WindowUser {
+public:
+    /// `scale` is how many pixels of the screen the utility takes for one of its own.
+    explicit WindowUser(Story& story, const WindowTitles& windowTitles = japaneseTitles,
+                        int scale = 1);
+
+    Screen screen;
+    Pointer mouse;
+    WindowTitles titles;
+
+    /// Opens the management window as a second start of the program does, and waits until it has
+    /// the keys.
+    xcb_window_t openManagement();
+
+    /// The management window that was opened otherwise, once it has the keys.
+    xcb_window_t managementComes();
+
+    /// The window of this title, other than `before`, once it has the keys.
+    xcb_window_t comes(std::string_view title, xcb_window_t before = XCB_NONE);
+
+    /// Waits until the window has left the screen.
+    void goes(xcb_window_t window);
+
+    /// The controls of the management window, clicked; what they open, once it has the keys.
+    xcb_window_t clickAdd();
+    xcb_window_t clickEdit(int card);
+    xcb_window_t clickDelete(int card);
+    xcb_window_t clickExport();
+    xcb_window_t clickImport();
+
+    /// Where the mouse has to be for these controls; pixels of the screen.
+    struct Point {
+        int x = 0;
+        int y = 0;
+    };
+    Point addButton();
+    Point editButton(int card);
+    Point exportButton();
+
+    /// In an editor that has the keys: opens the panel of applications.
+    xcb_window_t openApplications();
+
+    /// In an editor that has the keys: chooses the application by typing its name.
+    void choose(xcb_window_t editor, std::string_view application);
+
+    /// In an editor with both steps: starts recording and waits until the recorder says so.
+    void startRecording(xcb_window_t editor);
+
+    /// Waits until the recorder no longer says that it records.
+    void finishRecording(xcb_window_t editor);
+
+    /// Records the combination.
+    void record(xcb_window_t editor, const Combination& combination);
+
+    void clickSave(xcb_window_t editor);
+
+    /// Presses a key that closes the window, and waits until it has.
+    void strikeAndLeave(xcb_window_t window, const std::string& key);
+
+    /// Answers a file panel by typing the path.
+    void enterPath(xcb_window_t panel, const std::filesystem::path& file);
+
+    /// Waits for the condition; `what` tells what is wrong if it does not come true.
+    void require(const std::function<bool()>& condition, const std::string& what);
+
+private:
+    /// A point of a window, in pixels of the utility; from its right or lower edge if negative.
+    Point pointOf(xcb_window_t window, int x, int y);
+
+    /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
+    void click(xcb_window_t window, Point point);
+    bool isInFrontOfAll(xcb_window_t window);
+    int heightOf(xcb_window_t window);
+
+    /// How thick the recorder's border is: 1 while idle, 2 while it records, 0 if it cannot be
+    /// seen.
+    int recorderBorder(xcb_window_t editor);
+
+    Story& story_;
+    int scale_;
+    xcb_window_t management_ = XCB_NONE;
+};
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,162 @@
+#include "show/Furniture.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace hollowfernpike::show {
+
+namespace {
+
+namespace files = std::filesystem;
+
+/// Colours as red, green and blue, as the settings of the desktop write them.
+struct Palette {
+    const char* icons;
+    const char* window;
+    const char* view;
+    const char* button;
+    const char* text;
+    const char* dimText;
+    const char* frames;
+    std::uint32_t ground;
+};
+
+constexpr Palette light{.icons = "breeze",
+                        .window = "239,240,241",
+                        .view = "255,255,255",
+                        .button = "252,252,252",
+                        .text = "35,38,41",
+                        .dimText = "112,125,138",
+                        .frames = "Breeze-ob",
+                        .ground = 0x6F8FA8};
+
+constexpr Palette dark{.icons = "breeze-dark",
+                       .window = "42,46,50",
+                       .view = "27,30,32",
+                       .button = "49,54,59",
+                       .text = "252,252,252",
+                       .dimText = "161,169,177",
+                       .frames = "Onyx",
+                       .ground = 0x10202C};
+
+const Palette& paletteOf(const Edition& edition) {
+    return edition.isDark ? dark : light;
+}
+
+void write(const files::path& file, const std::string& text) {
+    files::create_directories(file.parent_path());
+    std::ofstream(file) << text;
+}
+
+std::string colorGroup(const std::string& name, const char* background, const Palette& palette) {
+    return "[Colors:" + name + "]\nBackgroundNormal=" + background +
+           "\nBackgroundAlternate=" + background + "\nForegroundNormal=" + palette.text +
+           "\nForegroundInactive=" + palette.dimText +
+           "\nForegroundLink=61,174,233\nForegroundVisited=155,89,182\n\n";
+}
+
+/// The settings that the toolkit reads for colours, fonts and icons.
+std::string desktopSettings(const Palette& palette) {
+    return "[General]\nfont=DejaVu Sans,10,-1,5,50,0,0,0,0,0\n"
+           "fixed=DejaVu Sans Mono,10,-1,5,50,0,0,0,0,0\n\n"
+           "[Icons]\nTheme=" +
+           std::string(palette.icons) + "\n\n[KDE]\nwidgetStyle=Fusion\nCursorBlinkRate=0\n\n" +
+           colorGroup("Window", palette.window, palette) +
+           colorGroup("View", palette.view, palette) +
+           colorGroup("Button", palette.button, palette) +
+           colorGroup("Tooltip", palette.window, palette) +
+           "[Colors:Selection]\nBackgroundNormal=61,174,233\nForegroundNormal=252,252,252\n";
+}
+
+std::string frameSettings(const Palette& palette, int scale) {
+    const auto font = [scale](const char* place) {
+        return "<font place=\"" + std::string(place) +
+               "\"><name>DejaVu Sans</name><weight>Bold</weight><size>" +
+               std::to_string(9 * scale) + "</size></font>";
+    };
+    return "<?xml version=\"1.0\"?><openbox_config "
+           "xmlns=\"http://openbox.org/3.4/rc\"><theme><name>" +
+           std::string(palette.frames) + "</name><titleLayout>LC</titleLayout>" +
+           font("ActiveWindow") + font("InactiveWindow") + "</theme></openbox_config>\n";
+}
+
+/// Drawn from their outlines at every size, as on every screen of today.
+constexpr const char* fontSettings = R"(<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <include>/etc/fonts/fonts.conf</include>
+  <match target="font"><edit name="embeddedbitmap"><bool>false</bool></edit></match>
+</fontconfig>
+)";
+
+struct KnownApplication {
+    const char* name;
+    const char* japaneseName;
+    const char* icon;
+};
+
+constexpr std::array knownApplications{
+    KnownApplication{"Terminal", "端末", "utilities-terminal"},
+    KnownApplication{"TextEditor", "テキストエディター", "accessories-text-editor"},
+    KnownApplication{"Browser", "ウェブブラウザー", "internet-web-browser"},
+    KnownApplication{"Files", "ファイル", "system-file-manager"},
+    KnownApplication{"Mail", "メール", "internet-mail"},
+    KnownApplication{"Calendar", "カレンダー", "office-calendar"},
+    KnownApplication{"Calculator", "電卓", "accessories-calculator"},
+    KnownApplication{"Quarterly Reports of the Northern Branch Office",
+                     "北支店の四半期報告書をまとめて表示するアプリケーション",
+                     "x-office-spreadsheet"},
+};
+
+void installApplications(const test::PrivateDesktop& desktop) {
+    for (const auto& [name, japaneseName, icon] : knownApplications) {
+        write(desktop.applications() / (std::string(name) + ".desktop"),
+              "[Desktop Entry]\nType=Application\nName=" + std::string(name) +
+                  "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=true\n");
+    }
+}
+
+void paintGround(const test::PrivateDesktop& desktop, std::uint32_t color) {
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "#%06x", color & 0xFFFFFFU);
+    if (desktop.start({"xsetroot", "-solid", text.data()})->wait() != 0) {
+        throw std::runtime_error("the ground cannot be painted");
+    }
+}
+
+} // namespace
+
+std::uint32_t groundColor(const Edition& edition) {
+    return paletteOf(edition).ground;
+}
+
+test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& edition) {
+    const auto& palette = paletteOf(edition);
+    const auto configuration = desktop.home() / ".config";
+    write(configuration / "kdeglobals", desktopSettings(palette));
+    write(configuration / "fonts.conf", fontSettings);
+    write(configuration / "openbox/rc.xml", frameSettings(palette, edition.scale));
+    installApplications(desktop);
+    const auto shared = desktop.home() / "shared";
+    files::create_directories(shared);
+    files::create_directory_symlink("/usr/share/icons", shared / "icons");
+    paintGround(desktop, palette.ground);
+    if (desktop.start({"openbox", "--reconfigure"})->wait() != 0) {
+        throw std::runtime_error("the frames cannot be set");
+    }
+    return {{"XDG_DATA_DIRS", shared.string()},
+            {"XDG_CURRENT_DESKTOP", "KDE"},
+            {"KDE_SESSION_VERSION", "5"},
+            {"FONTCONFIG_FILE", (configuration / "fonts.conf").string()},
+            {"QT_SCALE_FACTOR", std::to_string(edition.scale)}};
+}
+
+void setLanguage(const test::PrivateDesktop& desktop, const Edition& edition) {
+    write(desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
+          std::string("[General]\nAppLanguage=") + (edition.isEnglish ? "en" : "ja") + '\n');
+}
+
+} // namespace hollowfernpike::show

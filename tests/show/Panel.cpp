@@ -1,0 +1,68 @@
+#include "show/Panel.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace hollowfernpike::show {
+
+namespace {
+
+std::string settings(int scale) {
+    const auto pixels = [scale](int count) { return std::to_string(count * scale); };
+    return "rounded = 0\nborder_width = 0\nbackground_color = #2a2e32 100\n"
+           "panel_items = S\npanel_shrink = 1\npanel_position = top right horizontal\n"
+           "panel_size = 200 " +
+           pixels(panelHeight) +
+           "\npanel_background_id = 1\npanel_layer = top\nstrut_policy = none\nwm_menu = 0\n"
+           "systray_padding = " +
+           pixels(8) + ' ' + pixels(4) + ' ' + pixels(8) + "\nsystray_icon_size = " + pixels(22) +
+           '\n';
+}
+
+} // namespace
+
+Panel::Panel(test::Story& story, test::WindowUser& user, int scale) : story_(story), user_(user) {
+    const auto file = story_.desktop.home() / ".config/tint2/tint2rc";
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << settings(scale);
+    panel_ = story_.desktop.start({"tint2", "-c", file});
+}
+
+void Panel::showsSymbol() {
+    user_.require([this] { return user_.screen.statusSymbol().width > 0; },
+                  "the panel does not show the symbol: " + panel_->errors());
+}
+
+void Panel::openMenu() {
+    showsSymbol();
+    const auto symbol = user_.screen.statusSymbol();
+    user_.mouse.click(symbol.x + symbol.width / 2, symbol.y + symbol.height / 2);
+    user_.require([this] { return user_.screen.popups().size() == 1; }, "the menu does not open");
+}
+
+void Panel::openLanguages() {
+    for (const char* key : {"DOWN", "DOWN", "DOWN", "DOWN", "RGHT"}) {
+        story_.keyboard.strike({key});
+    }
+    user_.require([this] { return user_.screen.popups().size() == 2; },
+                  "the languages do not show");
+}
+
+void Panel::closeMenu() {
+    user_.require(
+        [this] {
+            story_.keyboard.strike({"ESC"});
+            return user_.screen.popups().empty();
+        },
+        "the menu does not close");
+}
+
+void Panel::choose(int entry) {
+    openMenu();
+    for (int step = 0; step <= entry; ++step) {
+        story_.keyboard.strike({"DOWN"});
+    }
+    story_.keyboard.strike({"RTRN"});
+}
+
+} // namespace hollowfernpike::show

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "desktop/windows/WindowUser.h"
+
+#include <memory>
+
+namespace hollowfernpike::show {
+
+/// How much of the screen the panel takes from the top, in pixels of the utility.
+inline constexpr int panelHeight = 30;
+
+/// A panel in the upper right corner of a desktop, just large enough for the utility's symbol, and
+/// somebody who uses the menu there. Everything that was to be seen and does not come throws
+/// std::runtime_error.
+class Panel {
+public:
+    /// Starts the panel; the utility may be there already or come later.
+    Panel(test::Story& story, test::WindowUser& user, int scale);
+
+    /// Waits until the symbol is there.
+    void showsSymbol();
+
+    /// Clicks the symbol and waits for the menu.
+    void openMenu();
+
+    /// In the open menu: opens the submenu of languages.
+    void openLanguages();
+
+    /// Closes what is open of the menu.
+    void closeMenu();
+
+    /// In a closed menu: chooses an entry by its place, separators left out.
+    void choose(int entry);
+
+private:
+    test::Story& story_;
+    test::WindowUser& user_;
+    std::unique_ptr<test::ChildProcess> panel_;
+};
+
+} // namespace hollowfernpike::show

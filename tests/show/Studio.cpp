@@ -1,0 +1,74 @@
+#include "show/Studio.h"
+
+#include "show/Camera.h"
+#include "show/Furniture.h"
+#include "support/WaitUntil.h"
+
+#include <stdexcept>
+
+namespace hollowfernpike::show {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 20s;
+
+test::ScreenSize screenSize(int scale) {
+    return {.width = 800 * scale, .height = 600 * scale};
+}
+
+} // namespace
+
+Studio::Studio(const Edition& look, std::filesystem::path folder)
+    : edition(look), story("openbox", screenSize(look.scale)),
+      user(story, look.titles(), look.scale), folder_(std::move(folder)),
+      environment_(furnish(story.desktop, look)) {
+    setLanguage(story.desktop, look);
+}
+
+void Studio::bind(const std::string& application, const test::Combination& combination) {
+    story.bind(combination,
+               {.path = entry(application), .name = application, .identifier = application});
+}
+
+void Studio::start(const test::Environment& changes) {
+    auto environment = environment_;
+    for (const auto& [variable, value] : changes) {
+        environment[variable] = value;
+    }
+    story.writeShortcuts();
+    story.launchUtility(environment);
+    user.require([this] { return story.pager.clients(story.utility().pid()) > 1; },
+                 "the utility does not come");
+}
+
+std::filesystem::path Studio::entry(const std::string& application) const {
+    return story.desktop.applications() / (application + ".desktop");
+}
+
+void Studio::take(const std::string& name) {
+    take(name, panelHeight * edition.scale);
+}
+
+void Studio::takeWithPanel(const std::string& name) {
+    take(name, 0);
+}
+
+void Studio::take(const std::string& name, int top) {
+    const int margin = 16 * edition.scale;
+    QImage next;
+    const auto isNew = [&] {
+        const auto whole = picture(story.desktop.display());
+        next = cropped(whole, whole.rect().adjusted(0, top, 0, 0),
+                       0xFF000000U | groundColor(edition), margin);
+        return !next.isNull() && next != last_;
+    };
+    if (!test::waitUntil(isNew, patience)) {
+        throw std::runtime_error(edition.name() + '/' + name + " shows nothing new");
+    }
+    save(next, folder_ / (name + ".png"));
+    last_ = next;
+}
+
+} // namespace hollowfernpike::show
