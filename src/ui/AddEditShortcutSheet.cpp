@@ -4,6 +4,7 @@
 #include "platform/ApplicationBundles.h"
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
+#include "ui/AccessibleRole.h"
 #include "ui/Alert.h"
 #include "ui/ApplicationPanel.h"
 #include "ui/FileIcons.h"
@@ -56,6 +57,7 @@ AddEditShortcutSheet::make(std::optional<AppShortcut> editing) {
 AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
     : QWidget(nullptr, titledAndClosable), editingShortcut_(std::move(editing)),
       keyRecorder_(KeyRecorderView::make()), views_(*this, *keyRecorder_) {
+    setAccessibleRole(*this, QAccessible::Dialog);
     setFixedSize(windowWidth, heightOfStep1);
     takeEditedShortcut();
     buildUI();

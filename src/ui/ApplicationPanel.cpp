@@ -12,6 +12,7 @@
 #include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -70,6 +71,7 @@ void ApplicationPanel::buildSearchField() {
     searchField_->setPlaceholderText(localized("検索", "Search"));
     searchField_->setAccessibleName(localized("検索", "Search"));
     searchField_->setClearButtonEnabled(true);
+    searchField_->findChild<QToolButton*>()->setAccessibleName(localized("消去", "Clear"));
     searchField_->installEventFilter(this);
     searchField_->setFocus();
     connect(searchField_, &QLineEdit::textChanged, this, &ApplicationPanel::find);
@@ -84,7 +86,7 @@ void ApplicationPanel::buildList() {
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);
-    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ApplicationPanel::updateOpenButton);
     emptyLabel_->setObjectName("emptyLabel");
     emptyLabel_->setAlignment(Qt::AlignCenter);
@@ -117,12 +119,12 @@ void ApplicationPanel::find(const QString& text) {
 }
 
 void ApplicationPanel::updateOpenButton() {
-    openButton_->setEnabled(list_->currentIndex().isValid());
+    openButton_->setEnabled(list_->selectionModel()->hasSelection());
 }
 
 void ApplicationPanel::openSelected() {
-    if (const QModelIndex current = list_->currentIndex(); current.isValid()) {
-        choose(model_.pathAt(current.row()));
+    if (const auto selected = list_->selectionModel()->selectedIndexes(); !selected.isEmpty()) {
+        choose(model_.pathAt(selected.front().row()));
     }
 }
 

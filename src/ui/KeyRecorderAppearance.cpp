@@ -3,6 +3,7 @@
 #include "ui/KeyRecorderView.h"
 
 #include "app/Language.h"
+#include "ui/AccessibleRole.h"
 #include "ui/FittingLabel.h"
 #include "ui/Fonts.h"
 #include "ui/SystemColors.h"
@@ -33,6 +34,7 @@ void KeyRecorderView::setupUI() {
     setFixedHeight(fixedHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(localized("ショートカットキー", "Shortcut key"));
+    setAccessibleRole(*this, QAccessible::Grouping);
     displayLabel_->setObjectName("displayLabel");
     displayLabel_->setAlignment(Qt::AlignCenter);
     displayLabel_->setFont(systemFont(14, QFont::Medium));

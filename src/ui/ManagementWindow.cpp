@@ -1,5 +1,7 @@
 #include "ui/ManagementWindow.h"
 
+#include "ui/AccessibleRole.h"
+
 #include <QKeySequence>
 #include <QScrollArea>
 #include <QShortcut>
@@ -7,6 +9,7 @@
 namespace hollowfernpike {
 
 ManagementWindow::ManagementWindow() {
+    setAccessibleRole(*this, QAccessible::Window);
     auto* close = new QShortcut(QKeySequence::Close, this);
     connect(close, &QShortcut::activated, this, &QWidget::close);
 }

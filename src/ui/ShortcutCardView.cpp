@@ -1,6 +1,7 @@
 #include "ui/ShortcutCardView.h"
 
 #include "app/Language.h"
+#include "ui/AccessibleRole.h"
 #include "ui/FittingLabel.h"
 #include "ui/Fonts.h"
 #include "ui/HotkeyBadge.h"
@@ -46,6 +47,7 @@ ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
 }
 
 void ShortcutCardView::setupUI() {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setFixedHeight(height);
     appNameLabel_->setFont(systemFont(14, QFont::Medium));
     connect(editButton_, &QAbstractButton::clicked, this, &ShortcutCardView::editTapped);
