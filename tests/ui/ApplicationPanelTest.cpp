@@ -4,6 +4,7 @@
 #include "support/TemporaryDirectory.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QLabel>
@@ -11,6 +12,7 @@
 #include <QListView>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QToolButton>
 
 #include <gmock/gmock.h>
 
@@ -299,10 +301,31 @@ TEST_F(ApplicationPanelTest, ManyApplicationsOpenAtOnce) {
     EXPECT_EQ(rows(panel).size(), 500U);
 }
 
+TEST_F(ApplicationPanelTest, WhatAssistiveTechnologySelectsIsOpened) {
+    const QDialog& panel = open();
+    auto* const row = QAccessible::queryAccessibleInterface(&list(panel))->child(2);
+    ASSERT_EQ(row->text(QAccessible::Name), "Maps");
+    row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    button(panel, "openButton").click();
+    EXPECT_THAT(chosen_, ElementsAre("/apps/Maps.desktop"));
+}
+
+TEST_F(ApplicationPanelTest, NothingIsOpenedWhileNothingIsSelected) {
+    const QDialog& panel = open();
+    list(panel).clearSelection();
+    EXPECT_FALSE(button(panel, "openButton").isEnabled());
+    type(searchField(panel), Qt::Key_Return);
+    EXPECT_TRUE(isOpen());
+    EXPECT_THAT(chosen_, IsEmpty());
+    type(searchField(panel), Qt::Key_Down);
+    EXPECT_TRUE(button(panel, "openButton").isEnabled());
+}
+
 TEST_F(ApplicationPanelTest, EveryControlHasAnAccessibleName) {
     const QDialog& panel = open();
     EXPECT_EQ(searchField(panel).accessibleName(), "検索");
     EXPECT_EQ(list(panel).accessibleName(), "アプリ");
+    EXPECT_EQ(searchField(panel).findChild<QToolButton*>()->accessibleName(), "消去");
 }
 
 TEST_F(ApplicationPanelTest, TabVisitsFieldListAndButtonsInOrder) {

@@ -24,12 +24,6 @@ void expectSameCentre(const QRect& one, const QRect& other) {
 
 class EditorLayoutTest : public WithEditorSheet<EditorInEachLanguage> {
 protected:
-    void TearDown() override {
-        if (const auto sheet = sheet_.lock()) {
-            sheet->close();
-        }
-    }
-
     /// In the window's coordinates.
     QRect frame(const char* name) {
         const auto sheet = sheet_.lock();

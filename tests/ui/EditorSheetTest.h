@@ -18,10 +18,26 @@
 
 namespace hollowfernpike::test {
 
-/// For tests of the editor on screen, and of what it hands to its owner.
+inline constexpr auto exampleApp = "/Applications/Example.app";
+inline constexpr auto namelessApp = "/Applications/Nameless.app"; ///< has no identifier
+inline constexpr auto brokenApp = "/tmp/Broken.app";              ///< cannot be opened
+
+/// For tests of the editor on screen, and of what it hands to its owner. Whatever is still open in
+/// the end is closed.
 template <class Base>
 class WithEditorSheet : public Base {
 protected:
+    WithEditorSheet() {
+        this->services_.applicationBundles.bundles[exampleApp] = {"com.example.example"};
+        this->services_.applicationBundles.bundles[namelessApp] = {std::nullopt};
+    }
+
+    void TearDown() override {
+        if (const auto sheet = sheet_.lock()) {
+            sheet->close();
+        }
+    }
+
     static AppShortcut mailShortcut() {
         return {.id = UUID::parse("6F9619FF-8B86-D011-B42D-00C04FC964FF").value(),
                 .keyCode = 46,
@@ -29,6 +45,16 @@ protected:
                 .appPath = "/Applications/Mail.app",
                 .appName = "Post",
                 .appBundleIdentifier = "com.example.mail"};
+    }
+
+    /// The mail shortcut for another application.
+    static AppShortcut mailShortcutFor(const std::string& path, const std::string& name,
+                                       const std::string& identifier) {
+        auto shortcut = mailShortcut();
+        shortcut.appPath = path;
+        shortcut.appName = name;
+        shortcut.appBundleIdentifier = identifier;
+        return shortcut;
     }
 
     /// Shows the editor and keeps no hold on it.
@@ -45,6 +71,20 @@ protected:
         return sheet != nullptr && sheet->isVisible();
     }
 
+    static QPushButton& saveButton(AddEditShortcutSheet& sheet) {
+        return find<QPushButton>(sheet, "saveButton");
+    }
+
+    static QString shownName(AddEditShortcutSheet& sheet) {
+        return find<FittingLabel>(sheet, "step1AppNameLabel").text();
+    }
+
+    /// Opens the panel for applications.
+    QDialog& selectApp(AddEditShortcutSheet& sheet) {
+        find<QPushButton>(sheet, "selectButton").click();
+        return find<QDialog>(sheet, "applicationPanel");
+    }
+
     /// Chooses an application in the panel, as the user does.
     void choose(AddEditShortcutSheet& sheet, const std::string& path) {
         this->services_.applicationBundles.installed = {{.path = path,
@@ -53,15 +93,17 @@ protected:
                                                          .genericName = {},
                                                          .keywords = {},
                                                          .icon = {}}};
-        find<QPushButton>(sheet, "selectButton").click();
-        auto* panel = sheet.template findChild<QDialog*>("applicationPanel");
-        ASSERT_NE(panel, nullptr);
-        find<QPushButton>(*panel, "openButton").click();
+        find<QPushButton>(selectApp(sheet), "openButton").click();
         this->turn();
     }
 
     void record(AddEditShortcutSheet& sheet, std::uint16_t keyCode, std::uint64_t flags) {
         sheet.keyRecorder().toggleRecording();
+        strike(keyCode, flags);
+    }
+
+    /// Presses a key while the editor records.
+    void strike(std::uint16_t keyCode, std::uint64_t flags) {
         this->services_.eventTaps.tap()->press(keyCode, flags);
         this->services_.mainQueue.runDue();
     }
@@ -70,8 +112,21 @@ protected:
         return sheet.template findChild<QMessageBox*>();
     }
 
+    /// Expects exactly one saved shortcut, the same as this one in every field.
+    void expectSaved(const AppShortcut& expected) {
+        ASSERT_EQ(saved_.size(), 1U);
+        EXPECT_EQ(saved_[0].id, expected.id);
+        EXPECT_EQ(saved_[0].keyCode, expected.keyCode);
+        EXPECT_EQ(saved_[0].modifierFlags, expected.modifierFlags);
+        EXPECT_EQ(saved_[0].appPath, expected.appPath);
+        EXPECT_EQ(saved_[0].appName, expected.appName);
+        EXPECT_EQ(saved_[0].appBundleIdentifier, expected.appBundleIdentifier);
+    }
+
     std::weak_ptr<AddEditShortcutSheet> sheet_;
     std::vector<AppShortcut> saved_;
 };
+
+using EditorSheetTest = WithEditorSheet<EditorTest>;
 
 } // namespace hollowfernpike::test

@@ -57,6 +57,10 @@ protected:
 class EditorInEachLanguage : public EditorTest, public testing::WithParamInterface<Language::Case> {
 protected:
     EditorInEachLanguage() { speak(GetParam()); }
+
+    QString inLanguage(const char* japanese, const char* english) const {
+        return GetParam() == Language::english ? english : japanese;
+    }
 };
 
 inline std::string nameOfLanguage(const testing::TestParamInfo<Language::Case>& info) {

@@ -208,12 +208,7 @@ TEST_F(KeyRecorderViewTest, TellsAssistiveTechnologyWhatItShows) {
     EXPECT_EQ(view_->accessibleDescription(), "⌘A");
 }
 
-class KeyRecorderTexts : public KeyRecorderInEachLanguage {
-protected:
-    QString inLanguage(const char* japanese, const char* english) const {
-        return GetParam() == Language::english ? english : japanese;
-    }
-};
+using KeyRecorderTexts = KeyRecorderInEachLanguage;
 
 TEST_P(KeyRecorderTexts, Idle) {
     EXPECT_EQ(label(), inLanguage("クリックして記録", "Click to record"));
