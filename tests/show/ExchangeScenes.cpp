@@ -9,8 +9,6 @@ namespace hollowfernpike::show {
 
 namespace {
 
-/// Opened by everybody, read by nobody.
-constexpr auto unreadable = "/proc/self/mem";
 constexpr auto unwritable = "/nowhere/shortcuts.json";
 
 void takeExport(Studio& studio) {
@@ -38,7 +36,9 @@ void takeImport(Studio& studio, const std::filesystem::path& file) {
 
 void takeUnreadable(Studio& studio) {
     auto& user = studio.user;
-    user.enterPath(user.clickImport(), unreadable);
+    const auto file = studio.file("damaged.json");
+    std::filesystem::create_symlink("/proc/self/mem", file); // fails to be read, even by root
+    user.enterPath(user.clickImport(), file);
     const auto alert = user.comes(user.titles.alert);
     studio.take("import-unreadable");
     user.strikeAndLeave(alert, "RTRN");

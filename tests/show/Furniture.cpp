@@ -12,7 +12,9 @@ namespace {
 
 namespace files = std::filesystem;
 
-/// Colours as red, green and blue, as the settings of the desktop write them.
+constexpr const char* frameThemeName = "Plain";
+
+/// Texts are colours as red, green and blue, as the settings of the desktop write them.
 struct Palette {
     const char* icons;
     const char* window;
@@ -20,7 +22,10 @@ struct Palette {
     const char* button;
     const char* text;
     const char* dimText;
-    const char* frames;
+    std::uint32_t frame;
+    std::uint32_t frameBorder;
+    std::uint32_t frameText;
+    std::uint32_t frameDimText;
     std::uint32_t ground;
 };
 
@@ -30,7 +35,10 @@ constexpr Palette light{.icons = "breeze",
                         .button = "252,252,252",
                         .text = "35,38,41",
                         .dimText = "112,125,138",
-                        .frames = "Breeze-ob",
+                        .frame = 0xDEE0E2,
+                        .frameBorder = 0x9AA3AB,
+                        .frameText = 0x232629,
+                        .frameDimText = 0x8A939B,
                         .ground = 0x6F8FA8};
 
 constexpr Palette dark{.icons = "breeze-dark",
@@ -39,7 +47,10 @@ constexpr Palette dark{.icons = "breeze-dark",
                        .button = "49,54,59",
                        .text = "252,252,252",
                        .dimText = "161,169,177",
-                       .frames = "Onyx",
+                       .frame = 0x31363B,
+                       .frameBorder = 0x5A626A,
+                       .frameText = 0xFCFCFC,
+                       .frameDimText = 0x878E95,
                        .ground = 0x10202C};
 
 const Palette& paletteOf(const Edition& edition) {
@@ -71,7 +82,35 @@ std::string desktopSettings(const Palette& palette) {
            "[Colors:Selection]\nBackgroundNormal=61,174,233\nForegroundNormal=252,252,252\n";
 }
 
-std::string frameSettings(const Palette& palette, int scale) {
+std::string hex(std::uint32_t color) {
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "#%06x", color & 0xFFFFFFU);
+    return text.data();
+}
+
+/// Flat frames in the colours of the palette; those of windows behind in the dimmer ones.
+std::string frameTheme(const Palette& palette, int scale) {
+    std::string theme = "padding.width: " + std::to_string(6 * scale) +
+                        "\npadding.height: " + std::to_string(3 * scale) +
+                        "\nborder.width: " + std::to_string(scale) +
+                        "\nborder.color: " + hex(palette.frameBorder) +
+                        "\nwindow.client.padding.width: 0\nwindow.client.padding.height: 0\n"
+                        "window.handle.width: 0\nwindow.label.text.justify: center\n";
+    for (const std::string state : {"active", "inactive"}) {
+        const auto window = "window." + state + '.';
+        const auto text = hex(state == "active" ? palette.frameText : palette.frameDimText);
+        theme += window + "title.bg: flat solid\n" + window +
+                 "title.bg.color: " + hex(palette.frame) + '\n' + window +
+                 "label.bg: parentrelative\n" + window + "label.text.color: " + text + '\n';
+        for (const std::string button : {"unpressed", "pressed", "hover"}) {
+            theme += window + "button." + button + ".bg: parentrelative\n" + window + "button." +
+                     button + ".image.color: " + text + '\n';
+        }
+    }
+    return theme;
+}
+
+std::string frameSettings(int scale) {
     const auto font = [scale](const char* place) {
         return "<font place=\"" + std::string(place) +
                "\"><name>DejaVu Sans</name><weight>Bold</weight><size>" +
@@ -79,7 +118,7 @@ std::string frameSettings(const Palette& palette, int scale) {
     };
     return "<?xml version=\"1.0\"?><openbox_config "
            "xmlns=\"http://openbox.org/3.4/rc\"><theme><name>" +
-           std::string(palette.frames) + "</name><titleLayout>LC</titleLayout>" +
+           std::string(frameThemeName) + "</name><titleLayout>L</titleLayout>" +
            font("ActiveWindow") + font("InactiveWindow") + "</theme></openbox_config>\n";
 }
 
@@ -100,7 +139,7 @@ struct KnownApplication {
 
 constexpr std::array knownApplications{
     KnownApplication{"Terminal", "端末", "utilities-terminal"},
-    KnownApplication{"TextEditor", "テキストエディター", "accessories-text-editor"},
+    KnownApplication{"Text Editor", "テキストエディター", "accessories-text-editor"},
     KnownApplication{"Browser", "ウェブブラウザー", "internet-web-browser"},
     KnownApplication{"Files", "ファイル", "system-file-manager"},
     KnownApplication{"Mail", "メール", "internet-mail"},
@@ -120,9 +159,7 @@ void installApplications(const test::PrivateDesktop& desktop) {
 }
 
 void paintGround(const test::PrivateDesktop& desktop, std::uint32_t color) {
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), "#%06x", color & 0xFFFFFFU);
-    if (desktop.start({"xsetroot", "-solid", text.data()})->wait() != 0) {
+    if (desktop.start({"xsetroot", "-solid", hex(color)})->wait() != 0) {
         throw std::runtime_error("the ground cannot be painted");
     }
 }
@@ -138,7 +175,9 @@ test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& ed
     const auto configuration = desktop.home() / ".config";
     write(configuration / "kdeglobals", desktopSettings(palette));
     write(configuration / "fonts.conf", fontSettings);
-    write(configuration / "openbox/rc.xml", frameSettings(palette, edition.scale));
+    write(configuration / "openbox/rc.xml", frameSettings(edition.scale));
+    write(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
+          frameTheme(palette, edition.scale));
     installApplications(desktop);
     const auto shared = desktop.home() / "shared";
     files::create_directories(shared);

@@ -9,7 +9,7 @@ inline constexpr auto longName = "Quarterly Reports of the Northern Branch Offic
 /// Three shortcuts as people have them.
 inline void bindKnown(Studio& studio) {
     studio.bind("Terminal", {17, test::control | test::option});
-    studio.bind("TextEditor", {14, test::option | test::command});
+    studio.bind("Text Editor", {14, test::option | test::command});
     studio.bind("Browser", {11, test::command});
 }
 

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 constexpr auto patience = 20s;
 
 test::ScreenSize screenSize(int scale) {
-    return {.width = 800 * scale, .height = 600 * scale};
+    return {.width = 800 * scale, .height = 680 * scale};
 }
 
 } // namespace
@@ -25,6 +25,7 @@ Studio::Studio(const Edition& look, std::filesystem::path folder)
       user(story, look.titles(), look.scale), folder_(std::move(folder)),
       environment_(furnish(story.desktop, look)) {
     setLanguage(story.desktop, look);
+    std::filesystem::current_path(story.desktop.home()); // as in a session of its own
 }
 
 void Studio::bind(const std::string& application, const test::Combination& combination) {

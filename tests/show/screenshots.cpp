@@ -1,5 +1,5 @@
-// Takes pictures of everything that the utility shows: screenshots FOLDER [EDITION]... makes a
-// folder of pictures for each edition, such as en-dark-2x; for all of them if none is named. Ends
+// Takes pictures of everything that the utility shows: screenshots FOLDER EDITION... makes a folder
+// of pictures for each edition, such as en-dark-2x; screenshots --editions names them all. Ends
 // with 0 only if everything could be shown.
 
 #include "show/Scenes.h"
@@ -27,17 +27,20 @@ void takeEdition(const Edition& edition, const std::filesystem::path& parent) {
 
 int main(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
-    if (words.empty()) {
-        std::fputs("usage: screenshots FOLDER [EDITION]...\n", stderr);
+    if (words == std::vector<std::string>{"--editions"}) {
+        for (const auto& edition : allEditions()) {
+            std::puts(edition.name().c_str());
+        }
+        return 0;
+    }
+    if (words.size() < 2) {
+        std::fputs("usage: screenshots FOLDER EDITION... | --editions\n", stderr);
         return 2;
     }
     try {
-        std::vector<Edition> editions;
+        const auto folder = std::filesystem::absolute(words.front());
         for (std::size_t index = 1; index < words.size(); ++index) {
-            editions.push_back(editionNamed(words[index]));
-        }
-        for (const auto& edition : editions.empty() ? allEditions() : editions) {
-            takeEdition(edition, words.front());
+            takeEdition(editionNamed(words[index]), folder);
         }
         return 0;
     } catch (const std::exception& error) {
