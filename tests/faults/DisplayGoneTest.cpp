@@ -1,0 +1,55 @@
+#include "desktop/Story.h"
+#include "platform/freedesktop/Files.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bound{37, control | option};
+
+class DisplayGoneTest : public testing::TestWithParam<int> {
+protected:
+    void SetUp() override {
+        story.bind(bound, story.install("Target"));
+        story.startUtility();
+    }
+
+    Story story;
+};
+
+std::string signalName(const testing::TestParamInfo<int>& info) {
+    return std::string{"SIG"} + ::sigabbrev_np(info.param);
+}
+
+TEST_P(DisplayGoneTest, ItEndsLeavesItsFileAndTheNextOneWorksOnAnotherDisplay) {
+    const auto list = contentsOf(story.shortcutsFile());
+    const auto grab = story.grabOf(bound);
+    story.desktop.virtualDisplay().server().signal(GetParam());
+    const auto status = story.utility().wait();
+    ASSERT_TRUE(status.has_value()) << "still running";
+    EXPECT_THAT(*status, testing::AnyOf(0, 1)) << "whoever notices first: we, or the toolkit";
+    EXPECT_EQ(contentsOf(story.shortcutsFile()), list);
+    EXPECT_THAT(namesIn(story.shortcutsFile().parent_path()),
+                testing::ElementsAre("shortcuts.json"));
+
+    const VirtualDisplay another;
+    KeyGrabber prober(another.name());
+    story.launchUtility({{"DISPLAY", another.name()}});
+    EXPECT_TRUE(waitUntil([&] { return prober.areTaken({grab}); }, 20s))
+        << story.utility().errors();
+    story.utility().signal(SIGTERM);
+    EXPECT_EQ(story.utility().wait(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAServerThatGets, DisplayGoneTest, testing::Values(SIGTERM, SIGKILL),
+                         signalName);
+
+} // namespace
+} // namespace hollowfernpike

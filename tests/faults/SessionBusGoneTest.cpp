@@ -1,0 +1,99 @@
+#include "desktop/Story.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bound{37, control | option};
+constexpr auto title = "Hollowfernpike - ショートカット管理";
+constexpr auto name = "app.hollowfernpike.Hollowfernpike";
+
+/// A session whose bus has an address that outlives it, as the user's bus has.
+class SessionBusGoneTest : public testing::Test {
+protected:
+    void SetUp() override {
+        startBus();
+        story.bind(bound, target);
+        story.writeShortcuts();
+        story.launchUtility({{"DBUS_SESSION_BUS_ADDRESS", address()}});
+        ASSERT_TRUE(story.areLive());
+        ASSERT_TRUE(waitUntil([&] { return isOnTheBus(); }, 20s));
+    }
+
+    std::filesystem::path socket() const { return story.desktop.home() / "run" / "bus"; }
+    std::string address() const { return "unix:path=" + socket().string(); }
+
+    void startBus() {
+        bus = story.desktop.start({"dbus-daemon", "--session", "--nofork", "--address=" + address(),
+                                   "--print-address=1"});
+        ASSERT_TRUE(bus->waitForLine("", 20s)) << bus->errors();
+    }
+
+    void endBus() {
+        bus->signal(SIGKILL);
+        ASSERT_TRUE(bus->wait());
+        std::filesystem::remove(socket());
+    }
+
+    /// Whether somebody answers to the program's name.
+    bool isOnTheBus() {
+        const auto question = story.desktop.start(
+            {"gdbus", "call", "--address", address(), "--dest", "org.freedesktop.DBus",
+             "--object-path", "/", "--method", "org.freedesktop.DBus.NameHasOwner", name});
+        return question->wait() == 0 && question->output() == "(true,)\n";
+    }
+
+    bool isShown() {
+        for (const auto window : story.pager.stacking()) {
+            if (story.pager.titleOf(window) == title) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void expectThatASecondStartShowsTheWindow() {
+        auto environment = story.desktop.environment();
+        environment["DBUS_SESSION_BUS_ADDRESS"] = address();
+        ChildProcess second({HFP_PROGRAM}, environment);
+        EXPECT_EQ(second.wait(20s), 0) << second.errors();
+        EXPECT_TRUE(waitUntil([&] { return isShown(); }, 20s));
+        EXPECT_FALSE(story.utility().hasEnded());
+    }
+
+    Story story;
+    std::unique_ptr<ChildProcess> bus;
+    Application& front = story.open("Front");
+    Application& target = story.install("Target");
+};
+
+TEST_F(SessionBusGoneTest, TheProgramLivesOnAndLaunches) {
+    endBus();
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.brings(target, front, bound));
+    EXPECT_EQ(target.starts(), 1);
+    EXPECT_FALSE(story.utility().hasEnded());
+}
+
+TEST_F(SessionBusGoneTest, ASecondStartStillFindsTheFirst) {
+    endBus();
+    expectThatASecondStartShowsTheWindow();
+}
+
+TEST_F(SessionBusGoneTest, WhenItHasComeBackASecondStartStillFindsTheFirst) {
+    endBus();
+    startBus();
+    expectThatASecondStartShowsTheWindow();
+    EXPECT_TRUE(story.brings(target, front, bound));
+}
+
+} // namespace
+} // namespace hollowfernpike

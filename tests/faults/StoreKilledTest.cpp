@@ -1,0 +1,147 @@
+#include "model/ModelServices.h"
+#include "model/ShortcutEncoder.h"
+#include "model/Shortcuts.h"
+#include "platform/freedesktop/FileManager.h"
+#include "platform/freedesktop/Files.h"
+#include "support/TemporaryDirectory.h"
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int rounds = 500;
+
+/// The list that the store is given as its change of this number: some of them longer, some shorter
+/// than the one before.
+std::string documentNumber(std::uint64_t number) {
+    std::vector<AppShortcut> list;
+    for (std::uint8_t record = 0; record <= number % 50; ++record) {
+        list.push_back(makeShortcut(record, record, number, "Application"));
+    }
+    return encodeShortcuts(list, DocumentLayout::compact);
+}
+
+/// Another process that changes its list over and over, and says when each change is written.
+class Changer {
+public:
+    explicit Changer(std::uint64_t firstChange) {
+        if (::pipe(pipe_.data()) != 0 || (process_ = ::fork()) < 0) {
+            throw std::system_error(errno, std::generic_category(), "no other process");
+        }
+        if (process_ == 0) {
+            changeForEver(firstChange);
+        }
+        ::close(pipe_[1]);
+    }
+    Changer(const Changer&) = delete;
+    Changer& operator=(const Changer&) = delete;
+    ~Changer() { ::close(pipe_[0]); }
+
+    /// Waits for the end of the next change; 0 if there is none.
+    std::uint64_t nextChange() {
+        std::uint64_t number = 0;
+        return ::read(pipe_[0], &number, sizeof number) == sizeof number ? number : 0;
+    }
+
+    void kill() const {
+        ::kill(process_, SIGKILL);
+        ::waitpid(process_, nullptr, 0);
+    }
+
+private:
+    [[noreturn]] void changeForEver(std::uint64_t number) {
+        while (true) {
+            ShortcutStore::shared().importData(documentNumber(number));
+            if (::write(pipe_[1], &number, sizeof number) != sizeof number) {
+                std::_Exit(EXIT_FAILURE);
+            }
+            ++number;
+        }
+    }
+
+    std::array<int, 2> pipe_{};
+    pid_t process_ = -1;
+};
+
+class StoreKilledTest : public testing::Test {
+protected:
+    StoreKilledTest() { ::setenv("XDG_DATA_HOME", home_.path().c_str(), 1); }
+
+    std::filesystem::path folder() const { return home_.path() / "Hollowfernpike"; }
+    std::filesystem::path file() const { return folder() / "shortcuts.json"; }
+
+    /// Has somebody change the list, and kills that process this long after its first change. The
+    /// number of the last change that it spoke of.
+    static std::uint64_t killAfter(std::uint64_t firstChange, std::chrono::microseconds delay) {
+        Changer changer(firstChange);
+        auto last = changer.nextChange();
+        EXPECT_EQ(last, firstChange);
+        const auto moment = Clock::now() + delay;
+        while (Clock::now() < moment) {
+        }
+        changer.kill();
+        while (const auto next = changer.nextChange()) {
+            last = next;
+        }
+        return last;
+    }
+
+    void makeOld() const {
+        for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+            std::filesystem::last_write_time(entry, std::filesystem::file_time_type::clock::now() -
+                                                        std::chrono::hours{2});
+        }
+    }
+
+    TemporaryDirectory home_;
+    freedesktop::FileManager files_;
+    ModelServices services_{files_};
+};
+
+TEST_F(StoreKilledTest, leavesTheOldOrTheNewListFiveHundredTimes) {
+    std::mt19937 random{20261121};
+    std::uniform_int_distribution<int> microseconds{0, 3000};
+    std::uint64_t change = 1;
+    int newLists = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const auto written = killAfter(change, std::chrono::microseconds{microseconds(random)});
+        const auto found = contentsOf(file());
+        const bool isNew = found == documentNumber(written + 1);
+        ASSERT_TRUE(isNew || found == documentNumber(written)) << "round " << round;
+        newLists += isNew ? 1 : 0;
+        change = written + 2;
+    }
+    RecordProperty("killedBetweenTheNewListAndTheWordOfIt", newLists);
+
+    makeOld();
+    ShortcutStore::shared().importData("[]");
+    EXPECT_THAT(namesIn(folder()), testing::ElementsAre("shortcuts.json"))
+        << "what the killed ones left does not pile up";
+    EXPECT_EQ(contentsOf(file()), "[]");
+}
+
+TEST_F(StoreKilledTest, theNextStartReadsTheListThatWasLeft) {
+    const auto written = killAfter(7, std::chrono::microseconds{500});
+    const auto count = ShortcutStore::shared().shortcuts().size();
+    EXPECT_EQ(services_.standardOutput.str(), "");
+    EXPECT_THAT(count, testing::AnyOf(written % 50 + 1, (written + 1) % 50 + 1));
+}
+
+} // namespace
+} // namespace hollowfernpike::test

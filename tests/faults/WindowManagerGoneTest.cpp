@@ -1,0 +1,87 @@
+#include "desktop/Story.h"
+#include "desktop/WindowManagers.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bound{37, control | option};
+const Combination another{38, control | option};
+
+class WindowManagerGoneTest : public testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        story.bind(bound, target);
+        story.bind(another, front);
+        story.startUtility();
+    }
+
+    /// Starts another window manager, waits for the end of the one that there was, and until the
+    /// other has taken a new window in: the lists of the old one may stay behind it.
+    void startSuccessor(const std::vector<std::string>& command) {
+        successor = story.desktop.start(command);
+        ASSERT_TRUE(story.desktop.windowManager().wait(20s));
+        auto& newcomer = story.install("Newcomer");
+        newcomer.start();
+        ASSERT_TRUE(waitUntil([&] { return isManaged(newcomer); }, 20s)) << successor->errors();
+    }
+
+    bool isManaged(const Application& application) {
+        const auto shown = application.windows();
+        const auto managed = story.pager.stacking();
+        return !shown.empty() && std::ranges::find(managed, shown.front()) != managed.end();
+    }
+
+    void expectThatBoundPressesWork() {
+        EXPECT_TRUE(story.brings(target, front, bound));
+        EXPECT_TRUE(story.brings(front, target, another));
+        EXPECT_FALSE(story.utility().hasEnded());
+    }
+
+    Story story{GetParam()};
+    std::unique_ptr<ChildProcess> successor;
+    Application& target = story.open("Target");
+    Application& front = story.open("Front");
+};
+
+TEST_P(WindowManagerGoneTest, BoundPressesWorkAfterItHasCrashedAndStartedAgain) {
+    story.desktop.windowManager().signal(SIGKILL);
+    ASSERT_TRUE(story.desktop.windowManager().wait());
+    story.strike(bound);
+    startSuccessor({GetParam()});
+    expectThatBoundPressesWork();
+}
+
+TEST_P(WindowManagerGoneTest, BoundPressesWorkAfterAnotherOneHasTakenItsPlace) {
+    const std::string other = GetParam() == std::string{"openbox"} ? "metacity" : "openbox";
+    startSuccessor({other, "--replace"});
+    expectThatBoundPressesWork();
+}
+
+TEST_P(WindowManagerGoneTest, WithoutAnyABoundPressIsSwallowedAndLaunches) {
+    auto& sleeper = story.install("Sleeper");
+    const Combination third{40, control | option};
+    story.bind(third, sleeper);
+    story.utility().signal(SIGTERM);
+    ASSERT_TRUE(story.utility().wait());
+    story.startUtility();
+    story.desktop.windowManager().signal(SIGKILL);
+    ASSERT_TRUE(story.desktop.windowManager().wait());
+    story.strike(third);
+    EXPECT_TRUE(waitUntil([&] { return sleeper.starts() == 1; }, 20s));
+    startSuccessor({GetParam()});
+    EXPECT_TRUE(story.brings(sleeper, front, third));
+    EXPECT_EQ(sleeper.starts(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, WindowManagerGoneTest, windowManagers(), windowManagerName);
+
+} // namespace
+} // namespace hollowfernpike
