@@ -62,7 +62,8 @@ Application::Application(const PrivateDesktop& desktop, std::string name,
       log_(desktop.home() / (name_ + ".log")) {
     const auto windowClass = traits.windowClass.empty() ? name_ : traits.windowClass;
     std::filesystem::create_directories(program_.parent_path());
-    std::filesystem::copy_file(HFP_PROBE_WINDOW, program_);
+    std::filesystem::copy_file(HFP_PROBE_WINDOW, program_,
+                               std::filesystem::copy_options::skip_existing);
     arguments_ = {program_, "--log", log_, "--title", name_, "--class", name_ + ',' + windowClass};
     arguments_.insert(arguments_.end(), traits.options.begin(), traits.options.end());
 

@@ -28,7 +28,7 @@ struct ApplicationTraits {
 
 /// An application that is installed for the people of a private desktop: a desktop entry, a
 /// program file of its own, and what its running copies tell of themselves. Every running copy
-/// ends with the object, whoever started it.
+/// ends with the object, whoever started it; the files stay as long as the home.
 class Application {
 public:
     Application(const PrivateDesktop& desktop, std::string name, const ApplicationTraits& traits);

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -33,7 +34,8 @@ bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
 
 } // namespace
 
-Story::Story(const std::string& windowManager, ScreenSize size) : desktop(windowManager, size) {}
+Story::Story(const std::string& windowManager, ScreenSize size, Home home)
+    : desktop(windowManager, size, std::move(home)) {}
 
 Application& Story::install(const std::string& name, const ApplicationTraits& traits) {
     return *applications_.emplace_back(std::make_unique<Application>(desktop, name, traits));
@@ -93,6 +95,10 @@ ChildProcess& Story::launchUtility(const Environment& changes) {
     return *utility_;
 }
 
+std::string Story::utilityTells() {
+    return utility_ ? utility_->output() + utility_->errors() : std::string{};
+}
+
 testing::AssertionResult Story::areLive() {
     for (const auto& [combination, target] : shortcuts_) {
         const auto grab = grabOf(combination);
@@ -116,7 +122,7 @@ testing::AssertionResult Story::isLive(const KeyGrab& grab) {
     }
     return testing::AssertionFailure()
            << "key " << int{grab.key} << " with state " << grab.state << " is not taken\n"
-           << utility_->output() << utility_->errors();
+           << utilityTells();
 }
 
 KeyGrab Story::grabOf(const Combination& combination) {
@@ -232,9 +238,7 @@ bool Story::hasKeys(const std::vector<xcb_window_t>& windows) {
 std::string Story::diary() {
     std::string text = "active window " + std::to_string(pager.activeWindow()) + ", focus " +
                        std::to_string(pager.focusedWindow()) + '\n';
-    if (utility_) {
-        text += utility_->output() + utility_->errors();
-    }
+    text += utilityTells();
     for (const auto& application : applications_) {
         text += application->name() + ":\n";
         for (const auto& line : application->log()) {

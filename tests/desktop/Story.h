@@ -25,7 +25,8 @@ struct ShortcutTarget {
 /// A private desktop on which the utility runs and applications come and go, driven by keys alone.
 class Story {
 public:
-    explicit Story(const std::string& windowManager = "openbox", ScreenSize size = {});
+    explicit Story(const std::string& windowManager = "openbox", ScreenSize size = {},
+                   Home home = std::make_shared<TemporaryDirectory>());
 
     PrivateDesktop desktop;
     Pager pager{desktop.display()};
@@ -51,6 +52,9 @@ public:
     ChildProcess& launchUtility(const Environment& changes = {});
 
     ChildProcess& utility() { return *utility_; }
+
+    /// What the utility has written so far; empty if it was started otherwise.
+    std::string utilityTells();
 
     /// Whether, after some waiting, other programs are refused all combinations of the list for
     /// which the map has a key.

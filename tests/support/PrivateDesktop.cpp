@@ -3,6 +3,7 @@
 #include "support/WaitUntil.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
@@ -110,12 +111,12 @@ SessionBus::SessionBus(const Environment& environment)
     address_ = *line;
 }
 
-PrivateDesktop::PrivateDesktop(const std::string& windowManager, ScreenSize size)
-    : display_({}, size), environment_(sessionEnvironment(home_.path(), display_.name())),
-      bus_([this] {
-          std::filesystem::create_directories(home_.path() / "run");
+PrivateDesktop::PrivateDesktop(const std::string& windowManager, ScreenSize size, Home home)
+    : home_(std::move(home)), display_({}, size),
+      environment_(sessionEnvironment(this->home(), display_.name())), bus_([this] {
+          std::filesystem::create_directories(this->home() / "run");
           std::filesystem::create_directories(applications());
-          std::filesystem::permissions(home_.path() / "run", std::filesystem::perms::owner_all);
+          std::filesystem::permissions(this->home() / "run", std::filesystem::perms::owner_all);
           return environment_;
       }()) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();

@@ -42,16 +42,20 @@ private:
     std::string address_;
 };
 
+/// A home directory, which may last for some sessions.
+using Home = std::shared_ptr<TemporaryDirectory>;
+
 /// A whole private session: home directory, display, window manager and session bus, none of them
 /// shared with the desktop that the tests run on.
 class PrivateDesktop {
 public:
-    /// `windowManager` is a program's name ("openbox", "metacity"), started and ready on return, or
-    /// empty for none.
-    explicit PrivateDesktop(const std::string& windowManager = "openbox", ScreenSize size = {});
+    /// `windowManager` is the name of a program that is one or starts one ("openbox", "metacity"),
+    /// started and ready on return, or empty for none.
+    explicit PrivateDesktop(const std::string& windowManager = "openbox", ScreenSize size = {},
+                            Home home = std::make_shared<TemporaryDirectory>());
 
     const std::string& display() const { return display_.name(); }
-    const std::filesystem::path& home() const { return home_.path(); }
+    const std::filesystem::path& home() const { return home_->path(); }
     std::filesystem::path dataHome() const { return home() / ".local/share"; }
     std::filesystem::path applications() const { return dataHome() / "applications"; }
     SessionBus& bus() { return bus_; }
@@ -65,7 +69,7 @@ public:
     std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments) const;
 
 private:
-    TemporaryDirectory home_;
+    Home home_;
     VirtualDisplay display_;
     Environment environment_;
     SessionBus bus_;

@@ -1,0 +1,133 @@
+#include "package/InstalledProgram.h"
+
+#include "show/Typing.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::SizeIs;
+
+rlimit coreLimitOf(pid_t process) {
+    rlimit limit{};
+    EXPECT_EQ(::prlimit(process, RLIMIT_CORE, nullptr, &limit), 0);
+    return limit;
+}
+
+/// What the utility leaves behind, and whom it speaks to.
+class PrivacyTest : public InstalledProgramTest {
+protected:
+    /// Starts the program under the eyes of somebody who writes down every socket that it or a
+    /// program of its own opens.
+    std::unique_ptr<ChildProcess> startWatched() {
+        return story.desktop.start({"strace", "--follow-forks", "--trace=socket", "--quiet=all",
+                                    "--interruptible=anywhere", "--output=" + sockets.string(),
+                                    installed::program});
+    }
+
+    std::vector<std::string> openedSockets() const {
+        std::ifstream file(sockets);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(file, line);) {
+            if (line.find("socket(") != std::string::npos) {
+                lines.push_back(line);
+            }
+        }
+        return lines;
+    }
+
+    /// Everything below the home directory but what applications write down, and what is in it.
+    std::map<std::filesystem::path, std::string> filesOfTheUtility() const {
+        std::map<std::filesystem::path, std::string> files;
+        for (const auto& file :
+             std::filesystem::recursive_directory_iterator(story.desktop.home())) {
+            if (file.is_regular_file() && file.path().extension() != ".log") {
+                std::ostringstream text;
+                text << std::ifstream(file.path()).rdbuf();
+                files[file.path()] = text.str();
+            }
+        }
+        return files;
+    }
+
+    const std::filesystem::path sockets = story.desktop.home() / "sockets";
+};
+
+TEST_F(PrivacyTest, ItLeavesNoCoreFileButItsApplicationsMay) {
+    constexpr rlim_t ours = 4096;
+    rlimit limit = coreLimitOf(0);
+    limit.rlim_cur = ours;
+    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
+    const auto& target = bindTarget();
+    const auto utility = story.desktop.start({installed::program});
+    ASSERT_TRUE(story.areLive());
+    EXPECT_EQ(coreLimitOf(utility->pid()).rlim_cur, 0U);
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(target));
+    ASSERT_THAT(target.copies(), SizeIs(1));
+    EXPECT_EQ(coreLimitOf(target.copies().front()).rlim_cur, ours);
+}
+
+TEST_F(PrivacyTest, ItNeverOpensANetworkSocket) {
+    const auto& target = bindTarget();
+    const auto& other = story.install("Other");
+    const auto observer = startWatched();
+    ASSERT_TRUE(story.areLive());
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(target));
+
+    story.run({installed::program});
+    user.managementComes();
+    const auto editor = user.clickAdd();
+    user.choose(editor, other.name());
+    const Combination recorded{4, control | option};
+    user.record(editor, recorded);
+    user.clickSave(editor);
+    ASSERT_TRUE(story.isLive(story.grabOf(recorded)));
+    user.strikeAndLeave(user.clickExport(), "ESC");
+    story.strike(recorded);
+    ASSERT_TRUE(story.isInFront(other));
+
+    const auto process = installed::process(story.desktop);
+    story.run({installed::program, "--action", "quitApp"});
+    ASSERT_TRUE(waitUntil([&] { return ::kill(process, 0) != 0; }, 20s));
+    observer->signal(SIGTERM);
+    ASSERT_TRUE(observer->wait(20s));
+    ASSERT_FALSE(openedSockets().empty());
+    for (const auto& line : openedSockets()) {
+        EXPECT_THAT(line, HasSubstr("socket(AF_UNIX, "));
+    }
+}
+
+TEST_F(PrivacyTest, WhatIsTypedLeavesNoTrace) {
+    bindTarget();
+    const auto& front = story.open("Front");
+    const auto utility = story.desktop.start({installed::program});
+    ASSERT_TRUE(story.areLive());
+    const auto before = filesOfTheUtility();
+    show::type(story.keyboard, "my secret words");
+    ASSERT_TRUE(story.getsKeys(front));
+
+    story.run({installed::program});
+    user.managementComes();
+    const auto editor = user.clickAdd();
+    user.choose(editor, front.name());
+    user.startRecording(editor);
+    show::type(story.keyboard, "hidden words");
+    user.strikeAndLeave(editor, "ESC");
+    EXPECT_EQ(filesOfTheUtility(), before);
+    EXPECT_EQ(utility->output() + utility->errors(), "");
+}
+
+} // namespace
+} // namespace hollowfernpike::test
