@@ -15,13 +15,16 @@ void tellFile(const QStringList& files, const ExchangePresentation::FileCompleti
     }
 }
 
-/// Tells in a later turn, so that the panel is gone when an alert follows.
+/// Tells in a later turn, so that the panel is gone when an alert follows. The window keeps the
+/// keys: a window manager that finds a panel gone together with a question on it may give them to
+/// another program.
 void beginSheet(QFileDialog* panel, QWidget* window,
                 ExchangePresentation::FileCompletion completion) {
     panel->setParent(window, panel->windowFlags());
     panel->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(
         panel, &QDialog::accepted, window, [panel, window, completion = std::move(completion)] {
+            window->activateWindow();
             QMetaObject::invokeMethod(
                 window,
                 [files = panel->selectedFiles(), completion] { tellFile(files, completion); },

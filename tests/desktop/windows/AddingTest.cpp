@@ -1,10 +1,8 @@
-#include "desktop/windows/WindowStory.h"
+#include "desktop/windows/WindowStoryTest.h"
 
 #include "support/WaitUntil.h"
 
 #include <set>
-
-#include <gtest/gtest.h>
 
 namespace hollowfernpike {
 namespace {
@@ -12,14 +10,7 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-const Combination first{37, control | option};
-const Combination second{38, command};
-const Combination third{40, shift | command};
-
-class AddingTest : public testing::Test {
-protected:
-    WindowStory story;
-};
+using AddingTest = WindowStoryTest;
 
 TEST_F(AddingTest, ThreeApplicationsInARowAreWrittenAndLiveAtOnce) {
     auto& quartz = story.open("Quartz");

@@ -1,6 +1,4 @@
-#include "desktop/windows/WindowStory.h"
-
-#include <gtest/gtest.h>
+#include "desktop/windows/WindowStoryTest.h"
 
 namespace hollowfernpike {
 namespace {
@@ -8,27 +6,7 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-const Combination first{37, control | option};
-const Combination second{38, command};
-const Combination third{40, shift | command};
-
-/// Two shortcuts are there, and the window with their cards is in front.
-class EditingTest : public testing::Test {
-protected:
-    WindowStory story;
-    Application& quartz = story.open("Quartz");
-    Application& feldspar = story.open("Feldspar");
-    json before;
-
-    void SetUp() override {
-        story.start();
-        story.openManagement();
-        story.add(quartz, first);
-        story.add(feldspar, second);
-        before = story.list();
-        story.openManagement();
-    }
-};
+using EditingTest = TwoShortcutsTest;
 
 TEST_F(EditingTest, TheNewCombinationWorksAndTheOldOnePasses) {
     const auto editor = story.clickEdit(1);

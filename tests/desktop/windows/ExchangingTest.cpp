@@ -1,10 +1,8 @@
-#include "desktop/windows/WindowStory.h"
+#include "desktop/windows/WindowStoryTest.h"
 
 #include "support/WaitUntil.h"
 
 #include <fstream>
-
-#include <gtest/gtest.h>
 
 namespace hollowfernpike {
 namespace {
@@ -12,31 +10,7 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-const Combination first{37, control | option};
-const Combination second{38, command};
-
-/// Two shortcuts are there, and the window with their cards is in front.
-class ExchangingTest : public testing::Test {
-protected:
-    WindowStory story;
-    Application& quartz = story.open("Quartz");
-    Application& feldspar = story.open("Feldspar");
-    json before;
-
-    void SetUp() override {
-        story.start();
-        story.openManagement();
-        story.add(quartz, first);
-        story.add(feldspar, second);
-        before = story.list();
-        story.openManagement();
-    }
-
-    void bothAreLive() {
-        EXPECT_TRUE(story.brings(quartz, story.front, first));
-        EXPECT_TRUE(story.brings(feldspar, story.front, second));
-    }
-};
+using ExchangingTest = TwoShortcutsTest;
 
 TEST_F(ExchangingTest, WhatWasExportedComesBackAfterADeletion) {
     const auto file = story.desktop.home() / "kept.json";
@@ -51,7 +25,7 @@ TEST_F(ExchangingTest, WhatWasExportedComesBackAfterADeletion) {
     story.enterPath(story.clickImport(), file);
     story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
     EXPECT_TRUE(story.listBecomes(before));
-    bothAreLive();
+    expectBothAreLive();
 }
 
 TEST_F(ExchangingTest, AnImportThatIsCalledOffChangesNothing) {
@@ -59,22 +33,8 @@ TEST_F(ExchangingTest, AnImportThatIsCalledOffChangesNothing) {
     std::ofstream(file) << "[]";
     story.enterPath(story.clickImport(), file);
     story.strikeAndLeave(story.comes(story.titles.alert), "ESC");
-    bothAreLive();
+    expectBothAreLive();
     EXPECT_EQ(story.list(), before);
-}
-
-TEST_F(ExchangingTest, AFileThatIsNotJsonIsReportedAndKeepsTheList) {
-    const auto file = story.desktop.home() / "broken.json";
-    std::ofstream(file) << "no list at all";
-    story.enterPath(story.clickImport(), file);
-    const auto question = story.comes(story.titles.alert);
-    story.keyboard.strike({"RTRN"});
-    story.strikeAndLeave(story.comes(story.titles.alert, question), "RTRN");
-    EXPECT_EQ(story.list(), before);
-    bothAreLive();
-    story.openManagement();
-    story.strikeAndLeave(story.clickDelete(0), "RTRN");
-    EXPECT_TRUE(story.listBecomes(json::array({before[1]}))) << "the cards are as before";
 }
 
 } // namespace

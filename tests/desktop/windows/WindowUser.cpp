@@ -146,9 +146,13 @@ void WindowUser::strikeAndLeave(xcb_window_t window, const std::string& key) {
     goes(window);
 }
 
-void WindowUser::enterPath(xcb_window_t panel, const std::filesystem::path& file) {
+void WindowUser::typePath(const std::filesystem::path& file) {
     story_.keyboard.strike({"LCTL", "AC01"});
     show::type(story_.keyboard, file.string());
+}
+
+void WindowUser::enterPath(xcb_window_t panel, const std::filesystem::path& file) {
+    typePath(file);
     strikeAndLeave(panel, "RTRN");
 }
 
@@ -202,7 +206,7 @@ void WindowUser::require(const std::function<bool()>& condition, const std::stri
     if (!waitUntil(condition, patience)) {
         throw std::runtime_error(
             what + "; in front: " + story_.pager.titleOf(story_.pager.activeWindow()) + '\n' +
-            story_.utility().output() + story_.utility().errors());
+            story_.utilityTells());
     }
 }
 

@@ -1,0 +1,105 @@
+#include "desktop/windows/Agreement.h"
+#include "desktop/windows/WindowStoryTest.h"
+#include "support/Privileges.h"
+#include "support/SmallDisk.h"
+#include "support/WaitUntil.h"
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gmock/gmock.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+namespace fs = std::filesystem;
+
+/// Two shortcuts are there, and places where a list cannot be written, or stands in the way.
+class ExportingTest : public TwoShortcutsTest {
+protected:
+    const fs::path folder = story.desktop.home() / "folder";
+    const fs::path file = folder / "list.json";
+    Agreement agreement{story};
+
+    void SetUp() override {
+        ASSERT_TRUE(bindChildrenToFileModes());
+        fs::create_directory(folder);
+        TwoShortcutsTest::SetUp();
+    }
+
+    static std::string textOf(const fs::path& path) {
+        std::ifstream stream(path);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    static std::vector<std::string> namesIn(const fs::path& path) {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(path)) {
+            names.push_back(entry.path().filename());
+        }
+        return names;
+    }
+
+    /// Exports onto a file that exists, and says that it is meant so.
+    void exportOver(const fs::path& path) {
+        const auto panel = story.clickExport();
+        story.typePath(path);
+        story.keyboard.strike({"RTRN"});
+        story.comes(story.titles.exporting, panel);
+        story.keyboard.strike({"LALT", "AD06"}); // yes
+        story.goes(panel);
+    }
+
+    void expectReported() {
+        story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
+        story.managementComes();
+        EXPECT_EQ(story.list(), before);
+        EXPECT_TRUE(agreement.on({{quartz, first}, {feldspar, second}}));
+        expectBothAreLive();
+    }
+};
+
+TEST_F(ExportingTest, ReplacesAFileThatExistsWholeAndLeavesNothingElse) {
+    std::ofstream(file) << std::string(100'000, 'x');
+    exportOver(file);
+    story.managementComes();
+    EXPECT_TRUE(waitUntil([&] { return textOf(file).front() == '['; }));
+    EXPECT_EQ(contents(file), before);
+    EXPECT_THAT(namesIn(folder), ElementsAre("list.json"));
+    EXPECT_TRUE(agreement.on({{quartz, first}, {feldspar, second}}));
+}
+
+TEST_F(ExportingTest, IntoAFolderThatMayNotBeWrittenIsReportedAndWritesNothing) {
+    fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+    story.enterPath(story.clickExport(), file);
+    expectReported();
+    EXPECT_TRUE(fs::is_empty(folder));
+}
+
+/// There is a disk with room for one page, which is taken.
+class FullDiskTest : public ExportingTest {
+protected:
+    const SmallDisk disk{story.desktop.home() / "disk", 4096};
+    const fs::path fileOnDisk = disk.folder() / "list.json";
+};
+
+TEST_F(FullDiskTest, IsReportedAndKeepsTheFileThatWasToBeReplaced) {
+    std::ofstream(fileOnDisk) << "old";
+    exportOver(fileOnDisk);
+    expectReported();
+    EXPECT_EQ(textOf(fileOnDisk), "old");
+    EXPECT_THAT(namesIn(disk.folder()), ElementsAre("list.json"));
+}
+
+TEST_F(FullDiskTest, IsReportedAndGetsNoNewFile) {
+    std::ofstream(disk.folder() / "filling") << "old";
+    story.enterPath(story.clickExport(), fileOnDisk);
+    expectReported();
+    EXPECT_THAT(namesIn(disk.folder()), ElementsAre("filling"));
+}
+
+} // namespace
+} // namespace hollowfernpike

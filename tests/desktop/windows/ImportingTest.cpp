@@ -1,0 +1,99 @@
+#include "desktop/windows/Agreement.h"
+#include "desktop/windows/WindowStoryTest.h"
+#include "support/Privileges.h"
+
+#include <fstream>
+#include <string>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+
+constexpr std::size_t fiftyMegabytes = 50'000'000;
+
+/// Two shortcuts are there, and files that are no lists of shortcuts, or hard to read.
+class ImportingTest : public TwoShortcutsTest {
+protected:
+    const std::filesystem::path file = story.desktop.home() / "document.json";
+    Agreement agreement{story};
+
+    void SetUp() override {
+        ASSERT_TRUE(bindChildrenToFileModes());
+        TwoShortcutsTest::SetUp();
+    }
+
+    void write(const std::string& text) const { std::ofstream(file) << text; }
+
+    /// Chooses the file and confirms that the list is to be replaced.
+    xcb_window_t import() {
+        story.enterPath(story.clickImport(), file);
+        const auto question = story.comes(story.titles.alert);
+        story.keyboard.strike({"RTRN"});
+        return question;
+    }
+
+    /// After a question there is one alert, then the window is as before.
+    void expectRefused() {
+        const auto question = import();
+        story.strikeAndLeave(story.comes(story.titles.alert, question), "RTRN");
+        story.managementComes();
+        expectUnchanged();
+    }
+
+    void expectUnchanged() {
+        EXPECT_EQ(story.list(), before);
+        EXPECT_TRUE(agreement.on({{quartz, first}, {feldspar, second}}));
+        expectBothAreLive();
+    }
+};
+
+struct Document {
+    const char* name;
+    std::string text;
+};
+
+// NOLINTNEXTLINE(readability-identifier-naming): called so by the test library
+void PrintTo(const Document& document, std::ostream* out) {
+    *out << document.name;
+}
+
+class RefusedDocumentTest : public ImportingTest, public testing::WithParamInterface<Document> {};
+
+TEST_P(RefusedDocumentTest, IsReportedAndKeepsTheList) {
+    write(GetParam().text);
+    expectRefused();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents, RefusedDocumentTest,
+    testing::Values(Document{"empty", ""}, Document{"noJson", "no list at all"},
+                    Document{"anObject", R"({"shortcuts": []})"},
+                    Document{"otherRecords", R"([{"name": "Quartz"}])"},
+                    Document{"cutOff", R"([{"id": "E621E1F8-C36C-495A-93FC-0C247A3E6E01", "key)"},
+                    Document{"fiftyMegabytesOfBlanks", std::string(fiftyMegabytes, ' ')},
+                    Document{"fiftyMegabytesOfBrackets", std::string(fiftyMegabytes, '[')},
+                    Document{"fiftyMegabytesOfZeros", std::string(fiftyMegabytes, '\0')}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(ImportingTest, FiftyMegabytesAroundAListAreNoObstacle) {
+    write(std::string(fiftyMegabytes, ' ') + json::array({before[1]}).dump());
+    import();
+    story.managementComes();
+    EXPECT_TRUE(agreement.on({{feldspar, second}}));
+    EXPECT_TRUE(story.brings(feldspar, story.front, second));
+    EXPECT_TRUE(story.passes(story.front, first.keys()));
+}
+
+TEST_F(ImportingTest, AFileThatMayNotBeReadIsReportedBeforeAnyQuestion) {
+    write("[]");
+    std::filesystem::permissions(file, std::filesystem::perms::none);
+    story.enterPath(story.clickImport(), file);
+    story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
+    story.managementComes();
+    expectUnchanged();
+}
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,66 @@
+#include "desktop/resident/StatusMenu.h"
+#include "desktop/windows/Agreement.h"
+#include "desktop/windows/WindowStoryTest.h"
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+/// Two shortcuts are there, and a panel with the menu that switches the language.
+class LanguageTest : public TwoShortcutsTest {
+protected:
+    StatusMenu menu{story.desktop};
+    Agreement agreement{story};
+    xcb_window_t window = XCB_NONE;
+
+    void SetUp() override {
+        menu.startHost();
+        TwoShortcutsTest::SetUp();
+        ASSERT_TRUE(menu.showsItem()) << story.utility().errors();
+        window = story.managementComes();
+        expectBothInPlace();
+    }
+
+    void expectBothInPlace() { EXPECT_TRUE(agreement.on({{quartz, first}, {feldspar, second}})); }
+
+    void speak(const std::string& language, const WindowTitles& titles) {
+        menu.choose(language);
+        ASSERT_TRUE(menu.becomes(language, true));
+        story.titles = titles;
+    }
+
+    /// The cards' buttons and alerts are of the language as well.
+    void expectEditorAndDeletion() {
+        story.strikeAndLeave(story.clickEdit(0), "ESC");
+        story.managementComes();
+        story.strikeAndLeave(story.clickDelete(1), "ESC");
+        EXPECT_EQ(story.list(), before);
+    }
+};
+
+TEST_F(LanguageTest, SwitchesInTheOpenWindowAndBackAgain) {
+    speak("English", englishTitles);
+    EXPECT_EQ(story.managementComes(), window);
+    expectBothInPlace();
+    expectEditorAndDeletion();
+    speak("日本語", japaneseTitles);
+    EXPECT_EQ(story.managementComes(), window);
+    expectBothInPlace();
+    expectEditorAndDeletion();
+    expectBothAreLive();
+}
+
+TEST_F(LanguageTest, SwitchesInAHiddenWindowWhichComesBackWithTheSameCards) {
+    story.pager.close(window);
+    story.goes(window);
+    speak("English", englishTitles);
+    expectBothAreLive();
+    story.openManagement();
+    expectBothInPlace();
+    expectEditorAndDeletion();
+    expectBothAreLive();
+}
+
+} // namespace
+} // namespace hollowfernpike
