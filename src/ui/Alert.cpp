@@ -8,6 +8,7 @@
 #include <QStyle>
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -97,8 +98,19 @@ private:
         for (QLabel* label : findChildren<QLabel*>()) {
             label->setTextFormat(Qt::PlainText);
         }
+        giveRoom(findChild<QLabel*>("qt_msgbox_informativelabel"));
         setAccessibleName(QString::fromStdString(alert.message));
         setAccessibleDescription(QString::fromStdString(alert.informativeText));
+    }
+
+    /// The toolkit gives an explanation no more room than a short message beside it takes.
+    static void giveRoom(QLabel* explanation) {
+        constexpr int widestColumn = 320;
+        if (explanation != nullptr) {
+            const QSize oneLine =
+                explanation->fontMetrics().size(Qt::TextSingleLine, explanation->text());
+            explanation->setMinimumWidth(std::min(oneLine.width(), widestColumn));
+        }
     }
 
     void addButton(const Alert& alert, std::size_t index) {
