@@ -19,19 +19,34 @@ using Clock = std::chrono::steady_clock;
 constexpr auto stillness = 200ms;
 constexpr auto patience = 10s;
 
-QImage look(xcb_connection_t* connection) {
-    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    const auto cookie = xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0,
-                                      screen->width_in_pixels, screen->height_in_pixels, ~0U);
-    const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
-        xcb_get_image_reply(connection, cookie, nullptr), &std::free);
-    if (!reply) {
-        throw std::runtime_error("the screen shows no picture");
+/// A connection to a display that looks at its screen.
+class Eye {
+public:
+    explicit Eye(const std::string& display) : connection_(xcb_connect(display.c_str(), nullptr)) {}
+    Eye(const Eye&) = delete;
+    Eye& operator=(const Eye&) = delete;
+    ~Eye() { xcb_disconnect(connection_); }
+
+    QImage look() {
+        if (xcb_connection_has_error(connection_) != 0) {
+            throw std::runtime_error("the display cannot be reached");
+        }
+        const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+        const auto width = screen->width_in_pixels;
+        const auto height = screen->height_in_pixels;
+        const auto question = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0,
+                                            0, width, height, ~0U);
+        const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
+            xcb_get_image_reply(connection_, question, nullptr), &std::free);
+        if (!reply) {
+            throw std::runtime_error("the screen shows no picture");
+        }
+        return QImage(xcb_get_image_data(reply.get()), width, height, QImage::Format_RGB32).copy();
     }
-    return QImage(xcb_get_image_data(reply.get()), screen->width_in_pixels,
-                  screen->height_in_pixels, QImage::Format_RGB32)
-        .copy();
-}
+
+private:
+    xcb_connection_t* connection_;
+};
 
 /// The first and the last place that the condition holds for; the first is behind the last if there
 /// is none.
@@ -48,16 +63,16 @@ std::pair<int, int> ends(int first, int last, Condition condition) {
 
 } // namespace
 
+QImage glance(const std::string& display) {
+    return Eye(display).look();
+}
+
 QImage picture(const std::string& display) {
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(display.c_str(), nullptr), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()) != 0) {
-        throw std::runtime_error("the display cannot be reached");
-    }
+    Eye eye(display);
     QImage picture;
     auto since = Clock::now();
     const auto isStill = [&] {
-        auto next = look(connection.get());
+        auto next = eye.look();
         if (next != picture) {
             picture = std::move(next);
             since = Clock::now();

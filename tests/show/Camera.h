@@ -7,6 +7,9 @@
 
 namespace hollowfernpike::show {
 
+/// The screen of a display as it is now. Throws std::runtime_error if it cannot be seen.
+QImage glance(const std::string& display);
+
 /// The screen of a display once nothing moves on it. Throws std::runtime_error if it does not come
 /// to rest.
 QImage picture(const std::string& display);

@@ -13,11 +13,11 @@ constexpr int importEntry = 2;
 
 void takeMenus(Studio& studio, Panel& panel) {
     panel.showsSymbol();
-    studio.takeWithPanel("status-item");
+    studio.take("status-item");
     panel.openMenu();
-    studio.takeWithPanel("menu");
+    studio.take("menu");
     panel.openLanguages();
-    studio.takeWithPanel("menu-languages");
+    studio.take("menu-languages");
     panel.closeMenu();
 }
 
@@ -26,7 +26,7 @@ void takeExport(Studio& studio, Panel& panel, const std::filesystem::path& file)
     panel.choose(exportEntry);
     user.enterPath(user.comes(user.titles.exporting), file);
     const auto alert = user.comes(user.titles.alert);
-    studio.take("menu-export-succeeded");
+    studio.takeBelowPanel("menu-export-succeeded");
     user.strikeAndLeave(alert, "RTRN");
 }
 
@@ -37,7 +37,7 @@ void takeImport(Studio& studio, Panel& panel, const std::filesystem::path& file)
     const auto question = user.comes(user.titles.alert);
     user.strikeAndLeave(question, "RTRN");
     const auto alert = user.comes(user.titles.alert, question);
-    studio.take("menu-import-succeeded");
+    studio.takeBelowPanel("menu-import-succeeded");
     user.strikeAndLeave(alert, "RTRN");
 }
 

@@ -1,5 +1,7 @@
 #include "show/Panel.h"
 
+#include "show/Camera.h"
+
 #include <filesystem>
 #include <fstream>
 
@@ -41,7 +43,8 @@ void Panel::openMenu() {
 }
 
 void Panel::openLanguages() {
-    for (const char* key : {"DOWN", "DOWN", "DOWN", "DOWN", "RGHT"}) {
+    goToFirst();
+    for (const char* key : {"DOWN", "DOWN", "DOWN", "RGHT"}) {
         story_.keyboard.strike({key});
     }
     user_.require([this] { return user_.screen.popups().size() == 2; },
@@ -59,10 +62,21 @@ void Panel::closeMenu() {
 
 void Panel::choose(int entry) {
     openMenu();
-    for (int step = 0; step <= entry; ++step) {
+    goToFirst();
+    for (int step = 0; step < entry; ++step) {
         story_.keyboard.strike({"DOWN"});
     }
     story_.keyboard.strike({"RTRN"});
+}
+
+void Panel::goToFirst() {
+    const auto& display = story_.desktop.display();
+    const auto before = picture(display);
+    const auto hasMoved = [&] {
+        story_.keyboard.strike({"HOME"});
+        return glance(display) != before;
+    };
+    user_.require(hasMoved, "the menu does not take keys");
 }
 
 } // namespace hollowfernpike::show

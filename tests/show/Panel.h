@@ -33,6 +33,9 @@ public:
     void choose(int entry);
 
 private:
+    /// Strikes keys until the menu takes them and its first entry is the current one.
+    void goToFirst();
+
     test::Story& story_;
     test::WindowUser& user_;
     std::unique_ptr<test::ChildProcess> panel_;

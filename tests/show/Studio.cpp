@@ -49,11 +49,11 @@ std::filesystem::path Studio::entry(const std::string& application) const {
 }
 
 void Studio::take(const std::string& name) {
-    take(name, panelHeight * edition.scale);
+    take(name, 0);
 }
 
-void Studio::takeWithPanel(const std::string& name) {
-    take(name, 0);
+void Studio::takeBelowPanel(const std::string& name) {
+    take(name, panelHeight * edition.scale);
 }
 
 void Studio::take(const std::string& name, int top) {

@@ -24,11 +24,12 @@ public:
     /// Starts the utility with these shortcuts.
     void start(const test::Environment& changes = {});
 
-    /// Takes a picture of all windows. They have to look differently from the last picture.
+    /// Takes a picture of all that is on the desktop. It has to look differently from the last
+    /// picture.
     void take(const std::string& name);
 
-    /// The same with the panel in the corner.
-    void takeWithPanel(const std::string& name);
+    /// The same without the panel above them.
+    void takeBelowPanel(const std::string& name);
 
     /// A file to be imported or exported.
     std::filesystem::path file(const std::string& name) const {
