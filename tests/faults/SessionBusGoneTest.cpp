@@ -1,6 +1,7 @@
 #include "desktop/Story.h"
 #include "support/WaitUntil.h"
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 
@@ -51,12 +52,9 @@ protected:
     }
 
     bool isShown() {
-        for (const auto window : story.pager.stacking()) {
-            if (story.pager.titleOf(window) == title) {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::any_of(story.pager.stacking(), [this](xcb_window_t window) {
+            return story.pager.titleOf(window) == title;
+        });
     }
 
     void expectThatASecondStartShowsTheWindow() {

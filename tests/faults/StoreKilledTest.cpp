@@ -29,10 +29,11 @@ constexpr int rounds = 500;
 
 /// The list that the store is given as its change of this number: some of them longer, some shorter
 /// than the one before.
-std::string documentNumber(std::uint64_t number) {
+std::string documentOf(std::uint64_t change) {
     std::vector<AppShortcut> list;
-    for (std::uint8_t record = 0; record <= number % 50; ++record) {
-        list.push_back(makeShortcut(record, record, number, "Application"));
+    const auto length = static_cast<std::uint8_t>(change % 50 + 1);
+    for (std::uint8_t index = 0; index < length; ++index) {
+        list.push_back(makeShortcut(index, index, change, "Application"));
     }
     return encodeShortcuts(list, DocumentLayout::compact);
 }
@@ -67,7 +68,7 @@ public:
 private:
     [[noreturn]] void changeForEver(std::uint64_t number) {
         while (true) {
-            ShortcutStore::shared().importData(documentNumber(number));
+            ShortcutStore::shared().importData(documentOf(number));
             if (::write(pipe_[1], &number, sizeof number) != sizeof number) {
                 std::_Exit(EXIT_FAILURE);
             }
@@ -122,8 +123,8 @@ TEST_F(StoreKilledTest, leavesTheOldOrTheNewListFiveHundredTimes) {
     for (int round = 0; round < rounds; ++round) {
         const auto written = killAfter(change, std::chrono::microseconds{microseconds(random)});
         const auto found = contentsOf(file());
-        const bool isNew = found == documentNumber(written + 1);
-        ASSERT_TRUE(isNew || found == documentNumber(written)) << "round " << round;
+        const bool isNew = found == documentOf(written + 1);
+        ASSERT_TRUE(isNew || found == documentOf(written)) << "round " << round;
         newLists += isNew ? 1 : 0;
         change = written + 2;
     }
