@@ -72,11 +72,9 @@ void Panel::choose(int entry) {
 void Panel::goToFirst() {
     const auto& display = story_.desktop.display();
     const auto before = picture(display);
-    const auto hasMoved = [&] {
-        story_.keyboard.strike({"HOME"});
-        return glance(display) != before;
-    };
-    user_.require(hasMoved, "the menu does not take keys");
+    const auto menu = user_.screen.popups().at(0);
+    user_.mouse.moveTo(menu.x + menu.width / 2, menu.y + panelHeight / 2);
+    user_.require([&] { return glance(display) != before; }, "no entry of the menu lights up");
 }
 
 } // namespace hollowfernpike::show

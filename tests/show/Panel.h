@@ -33,7 +33,7 @@ public:
     void choose(int entry);
 
 private:
-    /// Strikes keys until the menu takes them and its first entry is the current one.
+    /// Points at the menu's first entry; once that shows, the menu takes keys, too.
     void goToFirst();
 
     test::Story& story_;
