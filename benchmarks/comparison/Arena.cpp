@@ -17,7 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto patience = 20s;
-constexpr int looks = 3; // in a row that find everything asleep
 
 /// The windows that the program tells are on the screen.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
@@ -108,16 +107,7 @@ void Arena::bringToFront(xcb_window_t window) {
 }
 
 void Arena::settle(pid_t process) {
-    int quietLooks = 0;
-    const auto isQuiet = [&] {
-        const bool asleep = isAsleep(process) && isAsleep(desktop.windowManager().pid()) &&
-                            isAsleep(desktop.virtualDisplay().server().pid());
-        quietLooks = asleep ? quietLooks + 1 : 0;
-        return quietLooks >= looks;
-    };
-    if (!test::waitUntil(isQuiet, patience)) {
-        throw std::runtime_error("the desktop does not come to rest");
-    }
+    bench::settle(desktop, process);
 }
 
 double Arena::timePress(const std::function<std::optional<Clock::time_point>()>& arrival) {

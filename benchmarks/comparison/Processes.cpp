@@ -1,5 +1,7 @@
 #include "comparison/Processes.h"
 
+#include "support/WaitUntil.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +12,11 @@
 namespace hollowfernpike::bench {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 20s;
+constexpr int looks = 3; // in a row that find everything asleep
 
 std::filesystem::path folderOf(pid_t process) {
     return std::filesystem::path("/proc") / std::to_string(process);
@@ -36,11 +43,24 @@ bool isSleepingThread(const std::filesystem::directory_entry& thread) {
     return nameEnd != std::string::npos && text.substr(nameEnd + 1, 2) == " S";
 }
 
-} // namespace
-
 bool isAsleep(pid_t process) {
     const std::filesystem::directory_iterator threads(folderOf(process) / "task");
     return std::all_of(begin(threads), end(threads), isSleepingThread);
+}
+
+} // namespace
+
+void settle(test::PrivateDesktop& desktop, pid_t process) {
+    int quietLooks = 0;
+    const auto isQuiet = [&] {
+        const bool asleep = isAsleep(process) && isAsleep(desktop.windowManager().pid()) &&
+                            isAsleep(desktop.virtualDisplay().server().pid());
+        quietLooks = asleep ? quietLooks + 1 : 0;
+        return quietLooks >= looks;
+    };
+    if (!test::waitUntil(isQuiet, patience)) {
+        throw std::runtime_error("the desktop does not come to rest");
+    }
 }
 
 std::int64_t contextSwitches(pid_t process) {

@@ -1,13 +1,16 @@
 #pragma once
 
+#include "support/PrivateDesktop.h"
+
 #include <cstdint>
 
 #include <sys/types.h>
 
 namespace hollowfernpike::bench {
 
-/// Whether all threads of the process sleep.
-bool isAsleep(pid_t process);
+/// Waits until nothing is at work: the X server, the window manager and this process all sleep.
+/// Throws std::runtime_error if that does not happen.
+void settle(test::PrivateDesktop& desktop, pid_t process);
 
 /// How often the process's threads have been switched to or from so far, by their own will or not.
 /// A thread that sleeps adds nothing.

@@ -6,6 +6,7 @@
 #include "comparison/Launch.h"
 #include "comparison/Parts.h"
 #include "comparison/Residence.h"
+#include "comparison/Windows.h"
 
 #include <algorithm>
 #include <array>
@@ -25,6 +26,7 @@ struct Effort {
     Rounds activation{.blocks = 20, .perBlock = 10};
     Rounds launch{.blocks = 10, .perBlock = 10};
     ResidenceEffort residence{.idle = 60s, .typedKeys = 500, .starts = 20};
+    WindowsEffort windows{.starts = 10, .changes = 10};
     int repetitions = 5;
     std::chrono::milliseconds atLeast = 200ms;
 };
@@ -33,6 +35,7 @@ struct Effort {
 constexpr Effort quick{.activation = {.blocks = 1, .perBlock = 3},
                        .launch = {.blocks = 1, .perBlock = 3},
                        .residence = {.idle = 1s, .typedKeys = 20, .starts = 2},
+                       .windows = {.starts = 1, .changes = 1},
                        .repetitions = 2,
                        .atLeast = 1ms};
 
@@ -42,8 +45,8 @@ struct Section {
     std::function<void(Table&, const Effort&)> measure;
 };
 
-const std::array<Section, 4>& sections() {
-    static const std::array<Section, 4> all{{
+const std::array<Section, 5>& sections() {
+    static const std::array<Section, 5> all{{
         {"parts",
          [](auto& table, const auto& effort) {
              measureParts(table, effort.repetitions, effort.atLeast);
@@ -53,6 +56,7 @@ const std::array<Section, 4>& sections() {
         {"launch", [](auto& table, const auto& effort) { measureLaunch(table, effort.launch); }},
         {"residence",
          [](auto& table, const auto& effort) { measureResidence(table, effort.residence); }},
+        {"windows", [](auto& table, const auto& effort) { measureWindows(table, effort.windows); }},
     }};
     return all;
 }
@@ -87,7 +91,8 @@ int main(int count, char** arguments) {
     std::vector<std::string_view> names(arguments + 1, arguments + count);
     const bool isQuick = std::erase(names, "--quick") != 0;
     if (!std::ranges::all_of(names, isKnown)) {
-        std::fputs("usage: bench [--quick] [parts|activation|launch|residence]...\n", stderr);
+        std::fputs("usage: bench [--quick] [parts|activation|launch|residence|windows]...\n",
+                   stderr);
         return 2;
     }
     return run(isQuick ? quick : Effort{}, names);

@@ -17,8 +17,8 @@ constexpr int headerMiddle = 26;
 constexpr int exportMiddle = 30;
 constexpr int importMiddle = 66;
 constexpr int addMiddle = -40;
-constexpr int editMiddle = -74;
-constexpr int deleteMiddle = -42;
+constexpr int onEdit = -81; // beside a scroller as well as without one
+constexpr int onDelete = -49;
 constexpr int heightOfStep1 = 200;
 constexpr int heightOfBothSteps = 280;
 
@@ -70,7 +70,7 @@ WindowUser::Point WindowUser::addButton() {
 }
 
 WindowUser::Point WindowUser::editButton(int card) {
-    return pointOf(management_, editMiddle, middleOfCard(card));
+    return pointOf(management_, onEdit, middleOfCard(card));
 }
 
 WindowUser::Point WindowUser::exportButton() {
@@ -88,7 +88,7 @@ xcb_window_t WindowUser::clickEdit(int card) {
 }
 
 xcb_window_t WindowUser::clickDelete(int card) {
-    click(management_, pointOf(management_, deleteMiddle, middleOfCard(card)));
+    click(management_, pointOf(management_, onDelete, middleOfCard(card)));
     return comes(titles.alert);
 }
 

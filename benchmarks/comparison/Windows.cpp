@@ -1,0 +1,217 @@
+#include "comparison/Windows.h"
+
+#include "comparison/Processes.h"
+#include "comparison/Statistics.h"
+#include "desktop/Story.h"
+#include "desktop/windows/WindowUser.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <stdexcept>
+
+namespace hollowfernpike::bench {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using Look = std::vector<std::uint32_t>;
+
+constexpr auto patience = 20s;
+constexpr double budget = 0.3;
+constexpr std::size_t shortcuts = 1000;
+constexpr std::size_t applications = 40;
+
+/// None of those with which text is typed and marked.
+std::vector<test::Combination> combinations() {
+    constexpr std::array<std::uint64_t, 3> typing{0, test::shift, test::control};
+    std::vector<test::Combination> all;
+    for (const auto modifiers : test::modifierSets()) {
+        const bool isFree = std::ranges::find(typing, modifiers) == typing.end();
+        for (const auto& key : test::namedKeys()) {
+            if (isFree && all.size() < shortcuts) {
+                all.push_back({key.keyCode, modifiers});
+            }
+        }
+    }
+    return all;
+}
+
+/// The names of neighbours in the list begin with different letters, so that a row that moves looks
+/// different.
+std::string nameOf(std::size_t application) {
+    return static_cast<char>('A' + application % 26) + ("pplication" + std::to_string(application));
+}
+
+/// The program with a long list, on a private desktop.
+class WindowsScene {
+public:
+    WindowsScene() {
+        std::vector<const test::Application*> installed;
+        for (std::size_t number = 0; number < applications; ++number) {
+            installed.push_back(&story_.install(nameOf(number)));
+        }
+        std::size_t number = 0;
+        for (const auto& combination : combinations()) {
+            story_.bind(combination, *installed[number++ % applications]);
+        }
+        learnLooks();
+    }
+
+    /// The first opening after a start, which makes the window.
+    double timeFirstOpening() {
+        end();
+        story_.startUtility();
+        return timeOpening();
+    }
+
+    double timeOpening() {
+        rest();
+        const auto begin = Clock::now();
+        const auto request = story_.desktop.start({HFP_PROGRAM});
+        const double taken = secondsUntil(full_, begin);
+        window_ = user_.managementComes();
+        return taken;
+    }
+
+    void close() {
+        story_.pager.close(window_);
+        user_.goes(window_);
+    }
+
+    double timeDeletion() {
+        user_.clickDelete(0);
+        return timeConfirmation(shorter_);
+    }
+
+    double timeImport() {
+        prepareImport();
+        return timeConfirmation(full_);
+    }
+
+private:
+    /// The display takes some time to give back so many combinations.
+    void end() {
+        story_.utility().signal(SIGTERM);
+        const auto grab = story_.grabOf(combinations().back());
+        if (!story_.utility().wait(patience) ||
+            !test::waitUntil([&] { return !prober_.areTaken({grab}); }, patience)) {
+            throw std::runtime_error("the program does not end");
+        }
+    }
+
+    void rest() { settle(story_.desktop, story_.utility().pid()); }
+
+    /// Sees once how the list looks with all shortcuts and without the first.
+    void learnLooks() {
+        story_.startUtility();
+        user_.openManagement();
+        full_ = restingLook();
+        std::filesystem::copy_file(story_.shortcutsFile(), document_);
+        user_.strikeAndLeave(user_.clickDelete(0), "RTRN");
+        shorter_ = restingLook();
+        prepareImport();
+        story_.keyboard.strike({"RTRN"});
+        if (full_ == shorter_ || full_ != restingLook()) {
+            throw std::runtime_error("the list cannot be told from another");
+        }
+    }
+
+    void prepareImport() {
+        user_.enterPath(user_.clickImport(), document_);
+        user_.comes(user_.titles.alert);
+    }
+
+    Look restingLook() {
+        user_.managementComes();
+        rest();
+        return look();
+    }
+
+    /// A column through the first letters of the names.
+    Look look() {
+        constexpr int names = 80;
+        return user_.screen.column(shownWindow(), names);
+    }
+
+    xcb_window_t shownWindow() {
+        const auto shown = story_.pager.stacking();
+        const auto isManagement = [this](xcb_window_t window) {
+            return story_.pager.titleOf(window) == user_.titles.management;
+        };
+        const auto found = std::ranges::find_if(shown, isManagement);
+        return found == shown.end() ? XCB_NONE : *found;
+    }
+
+    double timeConfirmation(const Look& expected) {
+        rest();
+        const auto begin = Clock::now();
+        story_.keyboard.strike({"RTRN"});
+        const double taken = secondsUntil(expected, begin);
+        user_.managementComes();
+        return taken;
+    }
+
+    double secondsUntil(const Look& expected, Clock::time_point begin) {
+        Clock::time_point end;
+        const auto isThere = [&] {
+            end = Clock::now();
+            return look() == expected;
+        };
+        if (!test::waitUntil(isThere, patience)) {
+            throw std::runtime_error("the window does not show what it should");
+        }
+        return std::chrono::duration<double>(end - begin).count();
+    }
+
+    test::Story story_;
+    test::WindowUser user_{story_};
+    test::KeyGrabber prober_{story_.desktop.display()};
+    std::filesystem::path document_ = story_.desktop.home() / "document.json";
+    Look full_;
+    Look shorter_;
+    xcb_window_t window_ = XCB_NONE;
+};
+
+void add(Table& table, const std::string& what, const std::vector<double>& seconds) {
+    table.add({.what = what,
+               .value = median(seconds),
+               .percentile95 = percentile95(seconds),
+               .budget = budget});
+}
+
+void measureOpening(Table& table, WindowsScene& scene, int starts) {
+    std::vector<double> first;
+    std::vector<double> again;
+    for (int start = 0; start < starts; ++start) {
+        first.push_back(scene.timeFirstOpening());
+        scene.close();
+        again.push_back(scene.timeOpening());
+    }
+    add(table, "asked for to painted, first opening", first);
+    add(table, "asked for to painted, closed before", again);
+}
+
+void measureChanges(Table& table, WindowsScene& scene, int changes) {
+    std::vector<double> deletions;
+    std::vector<double> imports;
+    for (int change = 0; change < changes; ++change) {
+        deletions.push_back(scene.timeDeletion());
+        imports.push_back(scene.timeImport());
+    }
+    add(table, "deletion confirmed to list painted", deletions);
+    add(table, "import confirmed to list painted", imports);
+}
+
+} // namespace
+
+void measureWindows(Table& table, WindowsEffort effort) {
+    WindowsScene scene;
+    table.section("Management window, " + std::to_string(shortcuts) + " shortcuts");
+    measureOpening(table, scene, effort.starts);
+    measureChanges(table, scene, effort.changes);
+}
+
+} // namespace hollowfernpike::bench

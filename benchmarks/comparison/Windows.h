@@ -1,0 +1,16 @@
+#pragma once
+
+#include "comparison/Table.h"
+
+namespace hollowfernpike::bench {
+
+struct WindowsEffort {
+    int starts = 0;  ///< of the program, each with one first opening
+    int changes = 0; ///< of each kind
+};
+
+/// How long people wait for the management window when the list is long: from asking for it until
+/// it is painted, and from confirming a change until the list shows it.
+void measureWindows(Table& table, WindowsEffort effort);
+
+} // namespace hollowfernpike::bench
