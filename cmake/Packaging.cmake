@@ -1,4 +1,4 @@
-# The Debian package: `cpack --preset release` packs what is built.
+# The Debian package, which scripts/package makes: cpack packs what is built.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "Hollowfernpike developers <developers@hollowfernpike.app>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "bring applications to the front with key combinations")
@@ -19,7 +19,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-translations-l10n)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\
 fonts-ipafont-gothic | fonts-japanese-gothic | fonts-noto-cjk, \
-default-dbus-session-bus | dbus-session-bus")
+default-dbus-session-bus | dbus-session-bus, hicolor-icon-theme")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS x-terminal-emulator)
 
 set(CPACK_SET_DESTDIR ON)
