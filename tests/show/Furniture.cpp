@@ -135,10 +135,13 @@ struct KnownApplication {
     const char* name;
     const char* japaneseName;
     const char* icon;
+    const char* program = "true";
 };
 
 constexpr std::array knownApplications{
-    KnownApplication{"Terminal", "端末", "utilities-terminal"},
+    KnownApplication{"Terminal", "端末", "utilities-terminal",
+                     "xterm -fa \"DejaVu Sans Mono\" -fs 11 -geometry 70x16+40+340 -bg \"#1d2733\" "
+                     "-fg \"#e6edf3\"\nStartupWMClass=XTerm"},
     KnownApplication{"Text Editor", "テキストエディター", "accessories-text-editor"},
     KnownApplication{"Browser", "ウェブブラウザー", "internet-web-browser"},
     KnownApplication{"Files", "ファイル", "system-file-manager"},
@@ -151,10 +154,10 @@ constexpr std::array knownApplications{
 };
 
 void installApplications(const test::PrivateDesktop& desktop) {
-    for (const auto& [name, japaneseName, icon] : knownApplications) {
+    for (const auto& [name, japaneseName, icon, program] : knownApplications) {
         write(desktop.applications() / (std::string(name) + ".desktop"),
               "[Desktop Entry]\nType=Application\nName=" + std::string(name) +
-                  "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=true\n");
+                  "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=" + program + '\n');
     }
 }
 

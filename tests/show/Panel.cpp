@@ -44,29 +44,41 @@ void Panel::openMenu() {
 
 void Panel::openLanguages() {
     goToFirst();
-    for (const char* key : {"DOWN", "DOWN", "DOWN", "RGHT"}) {
-        story_.keyboard.strike({key});
-    }
+    strike({"DOWN", "DOWN", "DOWN", "RGHT"});
     user_.require([this] { return user_.screen.popups().size() == 2; },
                   "the languages do not show");
 }
 
+void Panel::chooseEnglish() {
+    strike({"DOWN", "RTRN"});
+    isClosed();
+}
+
 void Panel::closeMenu() {
-    user_.require(
-        [this] {
-            story_.keyboard.strike({"ESC"});
-            return user_.screen.popups().empty();
-        },
-        "the menu does not close");
+    while (!user_.screen.popups().empty()) {
+        const auto open = user_.screen.popups().size();
+        strike({"ESC"});
+        user_.require([&] { return user_.screen.popups().size() < open; },
+                      "the menu does not close");
+    }
 }
 
 void Panel::choose(int entry) {
     openMenu();
     goToFirst();
-    for (int step = 0; step < entry; ++step) {
-        story_.keyboard.strike({"DOWN"});
+    strike(std::vector<std::string>(static_cast<std::size_t>(entry), "DOWN"));
+    strike({"RTRN"});
+    isClosed();
+}
+
+void Panel::strike(const std::vector<std::string>& keys) {
+    for (const auto& key : keys) {
+        story_.keyboard.strike({key});
     }
-    story_.keyboard.strike({"RTRN"});
+}
+
+void Panel::isClosed() {
+    user_.require([this] { return user_.screen.popups().empty(); }, "the menu stays open");
 }
 
 void Panel::goToFirst() {

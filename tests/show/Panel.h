@@ -26,6 +26,9 @@ public:
     /// In the open menu: opens the submenu of languages.
     void openLanguages();
 
+    /// In the open submenu of languages: chooses English.
+    void chooseEnglish();
+
     /// Closes what is open of the menu.
     void closeMenu();
 
@@ -33,6 +36,9 @@ public:
     void choose(int entry);
 
 private:
+    void strike(const std::vector<std::string>& keys);
+    void isClosed();
+
     /// Points at the menu's first entry; once that shows, the menu takes keys, too.
     void goToFirst();
 

@@ -63,7 +63,6 @@ bool Show::run() {
     restore(editor_);
     picture("4-mousepad-restored");
     end();
-    narrator_.heading("Pictures: " + pictures_.string());
     return narrator_.everythingWasTrue();
 }
 

@@ -2,6 +2,7 @@
 // desktop, tells what happens on it and saves pictures in the folder. Ends with 0 only if
 // everything was as it ought to be.
 
+#include "show/Managing.h"
 #include "show/Show.h"
 
 #include <cstdio>
@@ -13,7 +14,11 @@ int main(int count, char** arguments) {
         return 2;
     }
     try {
-        return hollowfernpike::show::Show(arguments[1]).run() ? 0 : 1;
+        const auto pictures = std::filesystem::absolute(arguments[1]);
+        const bool first = hollowfernpike::show::Show(pictures).run();
+        const bool second = hollowfernpike::show::Managing(pictures).run();
+        std::printf("Pictures: %s\n", arguments[1]);
+        return first && second ? 0 : 1;
     } catch (const std::exception& error) {
         std::printf("  NOT TRUE: %s\n", error.what());
         return 1;
