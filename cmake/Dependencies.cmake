@@ -5,14 +5,16 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Svg Widgets)
 
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-xkb xcb-xinput xcb-res xcb-ewmh xcb-icccm xcb-aux)
-pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-unix-2.0)
+pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
+pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 if(HOLLOWFERNPIKE_TESTS OR HOLLOWFERNPIKE_FUZZ)
   find_package(nlohmann_json 3.11 REQUIRED)
 endif()
 if(HOLLOWFERNPIKE_TESTS)
   find_package(GTest REQUIRED)
-  pkg_check_modules(XCB_TEST REQUIRED IMPORTED_TARGET xcb-xtest)
+  pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-unix-2.0)
+  pkg_check_modules(XCB_TEST REQUIRED IMPORTED_TARGET xcb-record xcb-xtest)
   pkg_check_modules(STARTUP_NOTIFICATION REQUIRED IMPORTED_TARGET libstartup-notification-1.0)
 endif()
 if(HOLLOWFERNPIKE_BENCH)

@@ -37,6 +37,7 @@ LIBRARIES = [
     ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "ui", "platform/qt"}),
     ("X11", re.compile(r"(xcb|X11|xkbcommon|libsn)/.*"), {"platform/x11"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
+    ("sd-bus", re.compile(r"systemd/.*"), {"platform/freedesktop"}),
 ]
 STANDARD_ONLY = {"model", "hotkeys", "platform"}
 

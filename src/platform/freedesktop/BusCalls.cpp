@@ -16,31 +16,30 @@ std::string objectPathOf(const std::string& busName) {
     return path;
 }
 
-VariantPointer tuple(GVariant* floating) {
-    return VariantPointer(g_variant_ref_sink(floating));
+int appendPlatformData(sd_bus_message* message, const std::string& startupIdentifier) {
+    if (startupIdentifier.empty()) {
+        return sd_bus_message_append(message, "a{sv}", 0);
+    }
+    const char* const identifier = startupIdentifier.c_str();
+    return sd_bus_message_append(message, "a{sv}", 2, "desktop-startup-id", "s", identifier,
+                                 "activation-token", "s", identifier);
 }
 
 } // namespace
 
 bool isOpenedOverBus(const DesktopEntry& entry) {
-    return entry.dbusActivatable && g_dbus_is_name(entry.name.c_str()) != FALSE &&
-           g_dbus_is_unique_name(entry.name.c_str()) == FALSE;
+    return entry.dbusActivatable && !entry.name.starts_with(':') &&
+           sd_bus_service_name_is_valid(entry.name.c_str()) > 0;
 }
 
 BusCall activationOf(const DesktopEntry& entry, const std::string& startupIdentifier) {
-    GVariantBuilder platformData;
-    g_variant_builder_init(&platformData, G_VARIANT_TYPE_VARDICT);
-    if (!startupIdentifier.empty()) {
-        for (const char* key : {"desktop-startup-id", "activation-token"}) {
-            g_variant_builder_add(&platformData, "{sv}", key,
-                                  g_variant_new_string(startupIdentifier.c_str()));
-        }
-    }
     return {.destination = entry.name,
             .object = objectPathOf(entry.name),
             .interface = "org.freedesktop.Application",
             .method = "Activate",
-            .arguments = tuple(g_variant_new("(a{sv})", &platformData))};
+            .appendArguments = [startupIdentifier](sd_bus_message* message) {
+                return appendPlatformData(message, startupIdentifier);
+            }};
 }
 
 std::optional<BusCall> scopeFor(const DesktopEntry& entry, std::int32_t process) {
@@ -49,23 +48,20 @@ std::optional<BusCall> scopeFor(const DesktopEntry& entry, std::int32_t process)
     if (unit.empty()) {
         return std::nullopt;
     }
-    GVariantBuilder properties;
-    g_variant_builder_init(&properties, G_VARIANT_TYPE("a(sv)"));
-    g_variant_builder_add(&properties, "(sv)", "Description",
-                          g_variant_new_string(entry.displayName.c_str()));
-    g_variant_builder_add(&properties, "(sv)", "Slice", g_variant_new_string("app.slice"));
-    g_variant_builder_add(&properties, "(sv)", "CollectMode",
-                          g_variant_new_string("inactive-or-failed"));
-    const auto number = static_cast<guint32>(process);
-    g_variant_builder_add(
-        &properties, "(sv)", "PIDs",
-        g_variant_new_fixed_array(G_VARIANT_TYPE_UINT32, &number, 1, sizeof number));
     return BusCall{.destination = "org.freedesktop.systemd1",
                    .object = "/org/freedesktop/systemd1",
                    .interface = "org.freedesktop.systemd1.Manager",
                    .method = "StartTransientUnit",
-                   .arguments = tuple(g_variant_new("(ssa(sv)a(sa(sv)))", unit.c_str(), "fail",
-                                                    &properties, nullptr)),
+                   .appendArguments =
+                       [unit, description = entry.displayName, process](sd_bus_message* message) {
+                           return sd_bus_message_append(message, "ssa(sv)a(sa(sv))", unit.c_str(),
+                                                        "fail", 4,                                //
+                                                        "Description", "s", description.c_str(),  //
+                                                        "Slice", "s", "app.slice",                //
+                                                        "CollectMode", "s", "inactive-or-failed", //
+                                                        "PIDs", "au", 1, process,                 //
+                                                        0);
+                       },
                    .startsService = false};
 }
 

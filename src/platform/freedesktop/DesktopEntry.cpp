@@ -2,12 +2,10 @@
 
 #include "platform/freedesktop/CommandLine.h"
 #include "platform/freedesktop/EntryFile.h"
-#include "platform/freedesktop/GlibPointers.h"
 #include "platform/freedesktop/LaunchError.h"
 #include "platform/freedesktop/ProgramFile.h"
 #include "platform/freedesktop/ProgramIdentity.h"
 
-#include <gio/gdesktopappinfo.h>
 #include <sys/stat.h>
 
 namespace hollowfernpike::freedesktop {
@@ -20,18 +18,24 @@ std::int64_t nanoseconds(const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-// GIO judges an entry whole: it has no word for what is wrong with it.
-platform::LocalizedError reasonOfRefusal(const EntryFile& file, const std::string& path) {
-    const auto directory = file.text("Path");
-    if (const auto tried = file.text("TryExec");
-        !tried.empty() && findProgram(tried, directory).empty()) {
-        return missingProgram(path, tried);
+/// Throws unless the program is there. No program is none that is missing.
+void requireProgram(const std::string& program, const EntryFile& file, const std::string& path) {
+    if (!program.empty() && findProgram(program, file.text("Path")).empty()) {
+        throw missingProgram(path, program);
     }
-    const auto words = wordsOf(file.text("Exec"));
-    if (!words.empty() && findProgram(words.front(), directory).empty()) {
-        return missingProgram(path, words.front());
+}
+
+/// The words of the Exec line; none where the bus alone opens the application. Throws for what is
+/// no application, or one that is not whole.
+std::vector<std::string> runnableWords(const EntryFile& file, const std::string& path) {
+    const auto exec = file.text("Exec");
+    auto words = wordsOf(exec);
+    if (file.text("Type") != "Application" || (words.empty() && !exec.empty())) {
+        throw notAnApplication(path);
     }
-    return notAnApplication(path);
+    requireProgram(file.text("TryExec"), file, path);
+    requireProgram(words.empty() ? "" : words.front(), file, path);
+    return words;
 }
 
 } // namespace
@@ -63,14 +67,9 @@ DesktopEntry readDesktopEntry(const std::string& path) {
     entry.name = entryName(path);
     const EntryFile file(path);
     entry.stamp = file.stamp();
-    const ObjectPointer<GDesktopAppInfo> info(g_desktop_app_info_new_from_keyfile(file.keys()));
-    if (!info) {
-        throw reasonOfRefusal(file, path);
-    }
-    auto* const application = G_APP_INFO(info.get());
-    entry.displayName = orEmpty(g_app_info_get_display_name(application));
-    entry.words = wordsOf(orEmpty(g_app_info_get_commandline(application)));
-    entry.windowClass = orEmpty(g_desktop_app_info_get_startup_wm_class(info.get()));
+    entry.words = runnableWords(file, path);
+    entry.displayName = file.translatedText("Name");
+    entry.windowClass = file.text("StartupWMClass");
     entry.workingDirectory = file.text("Path");
     entry.icon = file.text("Icon");
     entry.programFile =
@@ -78,8 +77,8 @@ DesktopEntry readDesktopEntry(const std::string& path) {
     entry.terminal = file.flag("Terminal");
     entry.dbusActivatable = file.flag("DBusActivatable");
     entry.startupNotify = file.flag("StartupNotify");
-    entry.hidden = g_desktop_app_info_get_is_hidden(info.get()) != FALSE;
-    entry.noDisplay = g_desktop_app_info_get_nodisplay(info.get()) != FALSE;
+    entry.hidden = file.flag("Hidden");
+    entry.noDisplay = file.flag("NoDisplay");
     return entry;
 }
 

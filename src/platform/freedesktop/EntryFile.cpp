@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
+#include <string_view>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -39,6 +40,10 @@ KeyFilePointer load(const std::string& path, GKeyFileFlags flags) {
         const ErrorPointer error(failure);
         throw error->domain == G_FILE_ERROR ? unreadableEntry(path, error->message)
                                             : notAnApplication(path);
+    }
+    if (const TextPointer first(g_key_file_get_start_group(file.get()));
+        std::string_view(orEmpty(first.get())) != group) {
+        throw notAnApplication(path);
     }
     return file;
 }
@@ -86,6 +91,10 @@ std::vector<std::string> EntryFile::list(const char* key) const {
     return taken(texts, count);
 }
 
+std::string EntryFile::translatedText(const char* key) const {
+    return taken(g_key_file_get_locale_string(keys(), group, key, nullptr, nullptr));
+}
+
 std::string EntryFile::textIn(const std::string& language, const char* key) const {
     return taken(g_key_file_get_locale_string(keys(), group, key, language.c_str(), nullptr));
 }
@@ -97,7 +106,6 @@ std::vector<std::string> EntryFile::listIn(const std::string& language, const ch
     return taken(texts, count);
 }
 
-// GIO's own answer costs a search for the program and keeps the desktop of its first question.
 bool EntryFile::isForThisDesktop() const {
     const auto onlyIn = list(G_KEY_FILE_DESKTOP_KEY_ONLY_SHOW_IN);
     const auto notIn = list(G_KEY_FILE_DESKTOP_KEY_NOT_SHOW_IN);

@@ -20,7 +20,6 @@ public:
 
     /// Of the file before it was read.
     const FileStamp& stamp() const { return stamp_; }
-    GKeyFile* keys() const { return keys_.get(); }
 
     bool has(const char* key) const;
 
@@ -28,6 +27,9 @@ public:
     std::string text(const char* key) const;
     bool flag(const char* key, bool otherwise = false) const;
     std::vector<std::string> list(const char* key) const;
+
+    /// In the language of the session, else as the file has it for everybody.
+    std::string translatedText(const char* key) const;
 
     /// In a language such as "ja", else as the file has it for everybody. Needs all translations.
     std::string textIn(const std::string& language, const char* key) const;
@@ -37,6 +39,8 @@ public:
     bool isForThisDesktop() const;
 
 private:
+    GKeyFile* keys() const { return keys_.get(); }
+
     FileStamp stamp_;
     KeyFilePointer keys_;
 };

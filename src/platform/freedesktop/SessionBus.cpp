@@ -2,20 +2,41 @@
 
 #include "platform/freedesktop/BaseDirectories.h"
 
+#include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string_view>
 #include <system_error>
 #include <utility>
+
+#include <fcntl.h>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
 
+constexpr std::uint64_t noTimeLimit = UINT64_MAX;
+
+// Other bytes of an address stand as %XX (D-Bus Specification, "Server Addresses").
+std::string escapedForAddress(std::string_view text) {
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                       "0123456789-_/.\\*";
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string result;
+    for (const char letter : text) {
+        if (plain.find(letter) != std::string_view::npos) {
+            result += letter;
+        } else {
+            const auto byte = static_cast<unsigned char>(letter);
+            result += {'%', digits[byte / 16U], digits[byte % 16U]};
+        }
+    }
+    return result;
+}
+
 // Addresses that would start a bus, or say that there is none, do not count.
 std::optional<std::string> busAddress() {
     const char* const variable = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    const std::string_view address(orEmpty(variable));
+    const std::string_view address = variable == nullptr ? "" : variable;
     if (!address.empty()) {
         const bool isUsable = address.find("autolaunch:") == std::string_view::npos &&
                               !address.starts_with("disabled:");
@@ -26,20 +47,23 @@ std::optional<std::string> busAddress() {
     if (!directory || !std::filesystem::is_socket(*directory / "bus", unknown)) {
         return std::nullopt;
     }
-    const TextPointer path(g_dbus_address_escape_value((*directory / "bus").c_str()));
-    return std::string{"unix:path="} + path.get();
+    return "unix:path=" + escapedForAddress((*directory / "bus").native());
 }
 
-std::string messageOf(GError* error) {
-    const ErrorPointer held(error);
-    return held->message;
+int checked(int result, const char* what) {
+    if (result < 0) {
+        throw std::system_error(-result, std::generic_category(), what);
+    }
+    return result;
 }
 
-struct PendingAnswer {
-    int* underWay;
-    const bool* isClosing;
-    SessionBus::Answer answer;
-};
+std::optional<std::string> failureIn(sd_bus_message* reply) {
+    const auto* const error = sd_bus_message_get_error(reply);
+    if (error == nullptr) {
+        return std::nullopt;
+    }
+    return error->message == nullptr ? error->name : error->message;
+}
 
 } // namespace
 
@@ -47,98 +71,97 @@ bool SessionBus::isKnown() {
     return busAddress().has_value();
 }
 
-SessionBus::~SessionBus() {
-    if (!context_) {
-        return;
-    }
-    isClosing_ = true;
-    g_cancellable_cancel(cancellable_.get());
-    context_->drain([this] { return underWay_ == 0; });
-}
-
-bool SessionBus::isConnected() const {
-    return connection_ && g_dbus_connection_is_closed(connection_.get()) == FALSE;
-}
-
-void SessionBus::call(BusCall call, Answer answer) {
-    if (isConnected()) {
-        send({std::move(call), std::move(answer)});
-        return;
-    }
-    waiting_.push_back({std::move(call), std::move(answer)});
-    if (isConnecting_) {
-        return;
-    }
-    if (const auto address = busAddress()) {
-        connect(*address);
-    } else {
-        answerAll("there is no session bus");
-    }
-}
-
-void SessionBus::connect(const std::string& address) {
-    if (!context_) {
-        context_.emplace(runLoop_);
-        cancellable_.reset(g_cancellable_new());
-    }
-    isConnecting_ = true;
-    ++underWay_;
-    constexpr auto flags =
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    context_->perform([&] {
-        g_dbus_connection_new_for_address(address.c_str(), flags, nullptr, cancellable_.get(),
-                                          &SessionBus::onConnected, this);
-    });
-}
-
-void SessionBus::onConnected(GObject*, GAsyncResult* result, gpointer self) {
-    auto& bus = *static_cast<SessionBus*>(self);
-    GError* failure = nullptr;
-    bus.connection_.reset(g_dbus_connection_new_for_address_finish(result, &failure));
-    bus.isConnecting_ = false;
-    --bus.underWay_;
-    if (!bus.connection_) {
-        bus.answerAll(messageOf(failure));
-        return;
-    }
-    for (auto& request : std::exchange(bus.waiting_, {})) {
-        bus.send(std::move(request));
-    }
-}
-
-void SessionBus::send(Request request) {
-    const auto& call = request.call;
-    auto pending = std::make_unique<PendingAnswer>(
-        PendingAnswer{&underWay_, &isClosing_, std::move(request.answer)});
-    ++underWay_;
-    context_->perform([&] {
-        g_dbus_connection_call(
-            connection_.get(), call.destination.c_str(), call.object.c_str(),
-            call.interface.c_str(), call.method.c_str(), call.arguments.get(), nullptr,
-            call.startsService ? G_DBUS_CALL_FLAGS_NONE : G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT,
-            cancellable_.get(), &SessionBus::onAnswered, pending.release());
-    });
-}
-
-void SessionBus::onAnswered(GObject* source, GAsyncResult* result, gpointer request) {
-    const std::unique_ptr<PendingAnswer> pending(static_cast<PendingAnswer*>(request));
-    GError* failure = nullptr;
-    const VariantPointer reply(
-        g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &failure));
-    --*pending->underWay;
-    const auto reason = reply ? std::nullopt : std::optional(messageOf(failure));
-    if (pending->answer && !*pending->isClosing) {
-        pending->answer(reason);
-    }
-}
-
-void SessionBus::answerAll(const std::string& failure) {
-    for (const auto& request : std::exchange(waiting_, {})) {
-        if (request.answer && !isClosing_) {
-            request.answer(failure);
+void SessionBus::call(const BusCall& call, Answer answer) {
+    try {
+        if (!isOpen()) {
+            connect();
+        }
+        send(call, answer);
+    } catch (const std::system_error& error) {
+        if (answer) {
+            answer(error.what());
         }
     }
+}
+
+bool SessionBus::isOpen() const {
+    return connection_ && sd_bus_is_open(connection_.get()) > 0;
+}
+
+void SessionBus::connect() {
+    const auto address = busAddress();
+    checked(address ? 0 : -ENOTCONN, "there is no session bus");
+    sd_bus* made = nullptr;
+    checked(sd_bus_new(&made), "no connection");
+    Connection connection(made);
+    checked(sd_bus_set_address(made, address->c_str()), "address of the session bus");
+    checked(sd_bus_set_bus_client(made, 1), "no connection");
+    checked(sd_bus_start(made), "session bus");
+    disconnect();
+    watched_ = Descriptor(::fcntl(sd_bus_get_fd(made), F_DUPFD_CLOEXEC, 0));
+    readable_ = runLoop_.watchReadable(watched_.get(), [this] { process(); });
+    connection_ = std::move(connection);
+}
+
+SessionBus::Message SessionBus::messageFor(const BusCall& call) const {
+    sd_bus_message* made = nullptr;
+    checked(sd_bus_message_new_method_call(connection_.get(), &made, call.destination.c_str(),
+                                           call.object.c_str(), call.interface.c_str(),
+                                           call.method.c_str()),
+            "call over the session bus");
+    Message message(made);
+    checked(sd_bus_message_set_auto_start(made, call.startsService ? 1 : 0), "starting a service");
+    if (call.appendArguments) {
+        checked(call.appendArguments(made), "arguments for the session bus");
+    }
+    return message;
+}
+
+void SessionBus::send(const BusCall& call, Answer answer) {
+    const auto message = messageFor(call);
+    std::list<Pending> added(1);
+    added.front().bus = this;
+    added.front().answer = std::move(answer);
+    sd_bus_slot* slot = nullptr;
+    checked(sd_bus_call_async(connection_.get(), &slot, message.get(), &SessionBus::onAnswered,
+                              &added.front(), noTimeLimit),
+            "call over the session bus");
+    added.front().slot.reset(slot);
+    pending_.splice(pending_.end(), added);
+}
+
+// An answer may lead to the next call, and that to a new connection.
+void SessionBus::process() {
+    const Connection processed(sd_bus_ref(connection_.get()));
+    int result = 0;
+    do {
+        result = sd_bus_process(processed.get(), nullptr);
+    } while (result > 0);
+    if (result < 0 && processed == connection_) {
+        disconnect();
+        for (const auto& unanswered : std::exchange(pending_, {})) {
+            if (unanswered.answer) {
+                unanswered.answer(std::generic_category().message(-result));
+            }
+        }
+    }
+}
+
+void SessionBus::disconnect() {
+    readable_.reset();
+    watched_ = Descriptor();
+    connection_.reset();
+}
+
+int SessionBus::onAnswered(sd_bus_message* reply, void* pending, sd_bus_error*) {
+    auto* const answered = static_cast<Pending*>(pending);
+    auto& own = answered->bus->pending_;
+    const auto answer = std::move(answered->answer);
+    own.remove_if([answered](const Pending& one) { return &one == answered; });
+    if (answer) {
+        answer(failureIn(reply));
+    }
+    return 0;
 }
 
 } // namespace hollowfernpike::freedesktop

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "platform/RunLoop.h"
-#include "platform/freedesktop/GlibPointers.h"
-#include "platform/freedesktop/MainContext.h"
+#include "platform/freedesktop/Descriptor.h"
+#include "platform/freedesktop/Releaser.h"
 
 #include <functional>
+#include <list>
+#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
+
+#include <systemd/sd-bus.h>
 
 namespace hollowfernpike::freedesktop {
 
@@ -17,8 +20,8 @@ struct BusCall {
     std::string object;
     std::string interface;
     std::string method;
-    VariantPointer arguments;  ///< a tuple; null for none
-    bool startsService = true; ///< the bus may start the destination
+    std::function<int(sd_bus_message*)> appendArguments = {}; ///< negative on failure; may be empty
+    bool startsService = true;                                ///< the bus may start the destination
 };
 
 /// The user's session bus. Connects with the first call, without ever waiting for it, and never
@@ -35,35 +38,38 @@ public:
     SessionBus& operator=(const SessionBus&) = delete;
 
     /// Answers to calls under way are dropped.
-    ~SessionBus();
+    ~SessionBus() = default;
 
     /// Whether this session has a bus, as far as its environment tells.
     static bool isKnown();
 
-    void call(BusCall call, Answer answer);
+    void call(const BusCall& call, Answer answer);
 
 private:
-    struct Request {
-        BusCall call;
-        Answer answer;
+    using Connection = std::unique_ptr<sd_bus, Releaser<&sd_bus_unref>>;
+    using Message = std::unique_ptr<sd_bus_message, Releaser<&sd_bus_message_unref>>;
+    using Slot = std::unique_ptr<sd_bus_slot, Releaser<&sd_bus_slot_unref>>;
+
+    struct Pending {
+        SessionBus* bus = nullptr;
+        Answer answer = {};
+        Slot slot = {};
     };
 
-    bool isConnected() const;
-    void connect(const std::string& address);
-    void send(Request request);
-    void answerAll(const std::string& failure);
+    bool isOpen() const;
+    void connect();
+    Message messageFor(const BusCall& call) const;
+    void send(const BusCall& call, Answer answer);
+    void process();
+    void disconnect();
 
-    static void onConnected(GObject* source, GAsyncResult* result, gpointer self);
-    static void onAnswered(GObject* source, GAsyncResult* result, gpointer request);
+    static int onAnswered(sd_bus_message* reply, void* pending, sd_bus_error* failure);
 
     platform::RunLoop& runLoop_;
-    std::optional<MainContext> context_;
-    ObjectPointer<GCancellable> cancellable_;
-    ObjectPointer<GDBusConnection> connection_;
-    std::vector<Request> waiting_;
-    int underWay_ = 0; ///< answers that GLib owes us
-    bool isConnecting_ = false;
-    bool isClosing_ = false;
+    Connection connection_;
+    std::list<Pending> pending_;
+    Descriptor watched_; ///< a copy of our own, for the connection closes its own when it is lost
+    std::unique_ptr<platform::Subscription> readable_;
 };
 
 } // namespace hollowfernpike::freedesktop

@@ -95,8 +95,8 @@ void Workspace::startProgram(const std::shared_ptr<Launch>& launch) {
         }
     });
     launches_.settle(*launch, {.processIdentifier = number, .error = std::nullopt});
-    if (auto scope = scopeFor(launch->entry, number); scope && SessionBus::isKnown()) {
-        bus_.call(std::move(*scope), {});
+    if (const auto scope = scopeFor(launch->entry, number); scope && SessionBus::isKnown()) {
+        bus_.call(*scope, {});
     }
 }
 

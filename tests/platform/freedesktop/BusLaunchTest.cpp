@@ -164,8 +164,7 @@ TEST_F(BusLaunchTest, ABusThatComesBackIsUsedAgain) {
         bus.call({.destination = "org.freedesktop.DBus",
                   .object = "/",
                   .interface = "org.freedesktop.DBus.Peer",
-                  .method = "Ping",
-                  .arguments = nullptr},
+                  .method = "Ping"},
                  [&](const auto& failure) { success = !failure; });
         EXPECT_TRUE(loop_.runUntil([&] { return success.has_value(); }));
         return success.value_or(false);

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include <gio/gio.h>
+
 namespace hollowfernpike::test {
 
 namespace {
@@ -27,6 +29,9 @@ constexpr auto interfaces = R"xml(
   </interface>
 </node>)xml";
 
+using VariantPointer = std::unique_ptr<GVariant, Releaser<&g_variant_unref>>;
+using MainContextPointer = std::unique_ptr<GMainContext, Releaser<&g_main_context_unref>>;
+using ConnectionPointer = std::unique_ptr<GDBusConnection, Releaser<&g_object_unref>>;
 using NodePointer = std::unique_ptr<GDBusNodeInfo, Releaser<&g_dbus_node_info_unref>>;
 
 } // namespace
@@ -115,7 +120,7 @@ private:
     MainContextPointer context_;
     std::unique_ptr<GMainLoop, Releaser<&g_main_loop_unref>> loop_;
     NodePointer node_;
-    ObjectPointer<GDBusConnection> connection_;
+    ConnectionPointer connection_;
     mutable std::mutex mutex_;
     std::vector<std::string> calls_;
     std::thread thread_;

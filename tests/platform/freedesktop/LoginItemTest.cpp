@@ -29,6 +29,8 @@ using ::testing::Not;
 constexpr auto entryName = "app.hollowfernpike.Hollowfernpike.desktop";
 constexpr auto minimal = "[Desktop Entry]\nType=Application\nName=H\nExec=true\n";
 
+using EntryAsRead = std::unique_ptr<GDesktopAppInfo, freedesktop::Releaser<&g_object_unref>>;
+
 class LoginItemTest : public testing::Test {
 protected:
     LoginItemTest() {
@@ -49,9 +51,8 @@ protected:
         return item_.status();
     }
 
-    freedesktop::ObjectPointer<GDesktopAppInfo> readBack() const {
-        return freedesktop::ObjectPointer<GDesktopAppInfo>{
-            g_desktop_app_info_new_from_filename(file().c_str())};
+    EntryAsRead readBack() const {
+        return EntryAsRead{g_desktop_app_info_new_from_filename(file().c_str())};
     }
 
     std::string textOf(const char* key) const {
