@@ -38,6 +38,7 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -273,16 +274,26 @@ std::optional<freedesktop::InstanceLock> becomeTheInstance(const std::string& ac
     return std::move(handedOver.lock);
 }
 
-int runInstance(freedesktop::InstanceLock lock, const std::string& action, int argumentCount,
-                char** arguments) {
+/// What the toolkit is told as if on its command line: in a Wayland session, too, our windows are X
+/// windows. In the environment, those whom we launch would be told as well.
+struct ToolkitArguments {
+    std::string program;
+    std::string option = "-platform";
+    std::string platform = "xcb";
+    std::array<char*, 4> words{program.data(), option.data(), platform.data(), nullptr};
+    int count = 3;
+};
+
+int runInstance(freedesktop::InstanceLock lock, const std::string& action,
+                const std::string& command) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
-    const auto request = requestFor(action); // the toolkit takes the identifiers away
-    qputenv("QT_QPA_PLATFORM", "xcb");       // in a Wayland session, too: our windows are X windows
+    const auto startupIdentifier = variable("DESKTOP_STARTUP_ID"); // the toolkit takes it away
     qt::TerminationSignals terminationSignals;
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(domain.data());
-    QApplication application(argumentCount, arguments);
+    ToolkitArguments arguments{.program = command};
+    QApplication application(arguments.count, arguments.words.data());
     QApplication::setWindowIcon(
         QIcon::fromTheme(domain.data(), QIcon(":/icons/app.hollowfernpike.Hollowfernpike.svg")));
     Program program(userDefaults, terminationSignals);
@@ -290,7 +301,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action, int a
         program.perform(asked.action, asked.startupIdentifier);
     });
     if (service.publish() == qt::ApplicationService::Outcome::taken &&
-        service.handOver({.action = action, .startupIdentifier = request.startupId})) {
+        service.handOver({.action = action, .startupIdentifier = startupIdentifier})) {
         return EXIT_SUCCESS;
     }
     lock.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
@@ -299,7 +310,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action, int a
     return program.run(action);
 }
 
-int run(const std::string& action, int argumentCount, char** arguments) {
+int run(const std::string& action, const std::string& command) {
     ignoreSignals();
     freedesktop::turnOffCoreFiles();
     if (x11::Connection::open() == nullptr) { // the toolkit would abort
@@ -311,7 +322,7 @@ int run(const std::string& action, int argumentCount, char** arguments) {
         if (!lock || action == "quitApp") {
             return EXIT_SUCCESS;
         }
-        return runInstance(std::move(*lock), action, argumentCount, arguments);
+        return runInstance(std::move(*lock), action, command);
     } catch (const platform::LocalizedError& error) {
         tell(error);
         return EXIT_FAILURE;
@@ -327,7 +338,7 @@ int main(int argc, char** argv) {
         std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));
     switch (line.purpose) {
     case CommandLine::Purpose::run:
-        return hollowfernpike::run(line.action, argc, argv);
+        return hollowfernpike::run(line.action, argv[0]);
     case CommandLine::Purpose::help:
         std::cout << hollowfernpike::usage();
         return EXIT_SUCCESS;
