@@ -85,8 +85,7 @@ private:
 } // namespace
 
 QIcon symbolImage(std::string_view name, SymbolTint tint) {
-    const QString file =
-        ":/symbols/" + QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) + ".svg";
+    const QString file = ":/symbols/" + QString::fromUtf8(name) + ".svg";
     return QFile::exists(file) ? QIcon(new Engine(file, tint)) : QIcon();
 }
 

@@ -24,8 +24,8 @@ std::string startupIdentifierIn(const QVariant& platformData) {
 } // namespace
 
 ApplicationService::ApplicationService(std::string_view name, Handler handler)
-    : name_(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))),
-      handler_(std::move(handler)), bus_(QDBusConnection::sessionBus()) {}
+    : name_(QString::fromUtf8(name)), handler_(std::move(handler)),
+      bus_(QDBusConnection::sessionBus()) {}
 
 ApplicationService::Outcome ApplicationService::publish() {
     if (!bus_.isConnected()) {

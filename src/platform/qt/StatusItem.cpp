@@ -16,10 +16,6 @@ using namespace std::chrono_literals;
 // the older kind besides.
 constexpr auto grace = 1500ms;
 
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 } // namespace
 
 StatusItem::StatusItem(Application& application, platform::SystemTray& tray, bool hasSessionBus)
@@ -40,8 +36,8 @@ StatusItem::~StatusItem() {
 }
 
 void StatusItem::setImage(std::string_view symbolName, std::string_view accessibilityDescription) {
-    symbolName_ = text(symbolName);
-    description_ = text(accessibilityDescription);
+    symbolName_ = QString::fromUtf8(symbolName);
+    description_ = QString::fromUtf8(accessibilityDescription);
     applyImage();
 }
 

@@ -7,7 +7,7 @@
 namespace hollowfernpike::qt {
 
 void ToolkitTexts::setLanguage(std::string_view code) {
-    const auto language = QString::fromUtf8(code.data(), static_cast<qsizetype>(code.size()));
+    const auto language = QString::fromUtf8(code);
     QLocale::setDefault(QLocale(language));
     QCoreApplication::removeTranslator(&translator_);
     const auto folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);

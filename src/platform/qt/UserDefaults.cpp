@@ -5,41 +5,33 @@
 
 namespace hollowfernpike::qt {
 
-namespace {
-
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
-} // namespace
-
 // The native format of the platform is INI, and an organization alone names the file.
 UserDefaults::UserDefaults(std::string_view domain)
-    : settings_(QSettings::NativeFormat, QSettings::UserScope, text(domain)) {}
+    : settings_(QSettings::NativeFormat, QSettings::UserScope, QString::fromUtf8(domain)) {}
 
 std::optional<std::string> UserDefaults::stringForKey(std::string_view key) {
-    const QVariant value = settings_.value(text(key));
+    const QVariant value = settings_.value(QString::fromUtf8(key));
     return value.typeId() == QMetaType::QString ? std::optional(value.toString().toStdString())
                                                 : std::nullopt;
 }
 
 platform::PropertyValue UserDefaults::objectForKey(std::string_view key) {
-    QVariant value = settings_.value(text(key));
+    QVariant value = settings_.value(QString::fromUtf8(key));
     return value.isValid() ? platform::PropertyValue(std::move(value)) : platform::PropertyValue();
 }
 
 void UserDefaults::setObject(const platform::PropertyValue& value, std::string_view key) {
-    settings_.setValue(text(key), std::any_cast<const QVariant&>(value));
+    settings_.setValue(QString::fromUtf8(key), std::any_cast<const QVariant&>(value));
     settings_.sync(); // nothing is saved at exit
 }
 
 void UserDefaults::setString(std::string_view value, std::string_view key) {
-    setObject(QVariant(text(value)), key);
+    setObject(QVariant(QString::fromUtf8(value)), key);
 }
 
 std::optional<std::map<std::string, platform::PropertyValue>>
 UserDefaults::persistentDomainForName(std::string_view name) {
-    QSettings domain(QSettings::NativeFormat, QSettings::UserScope, text(name));
+    QSettings domain(QSettings::NativeFormat, QSettings::UserScope, QString::fromUtf8(name));
     domain.setFallbacksEnabled(false);
     const auto keys = domain.allKeys();
     if (keys.isEmpty()) {
