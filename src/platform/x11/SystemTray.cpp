@@ -3,6 +3,7 @@
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Reply.h"
+#include "platform/x11/TraySelection.h"
 #include "platform/x11/TrayWatch.h"
 
 #include <utility>
@@ -95,9 +96,7 @@ std::unique_ptr<platform::Subscription> SystemTray::watch(std::function<void()> 
 }
 
 xcb_window_t SystemTray::tray() {
-    const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        toolkit_, xcb_get_selection_owner(toolkit_, selection_), nullptr));
-    return reply ? reply->owner : xcb_window_t{XCB_NONE};
+    return trayOf(toolkit_, selection_);
 }
 
 } // namespace hollowfernpike::x11

@@ -2,8 +2,8 @@
 
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Reply.h"
+#include "platform/x11/TraySelection.h"
 
-#include <string>
 #include <utility>
 
 namespace hollowfernpike::x11 {
@@ -17,17 +17,7 @@ void selectStructureEvents(xcb_connection_t* server, xcb_window_t window) {
     xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &structureEvents);
 }
 
-xcb_window_t ownerOf(xcb_connection_t* server, xcb_atom_t selection) {
-    const Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, selection), nullptr));
-    return reply ? reply->owner : xcb_window_t{XCB_NONE};
-}
-
 } // namespace
-
-xcb_atom_t traySelection(xcb_connection_t* connection, int screenNumber) {
-    return internAtom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber));
-}
 
 TrayWatch::TrayWatch(std::unique_ptr<Connection> connection, platform::RunLoop& runLoop,
                      std::function<void()> onChange)
@@ -77,8 +67,8 @@ bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
 void TrayWatch::follow() {
     auto* const server = connection_->get();
     tray_ = XCB_NONE;
-    for (auto owner = ownerOf(server, selection_); owner != tray_;
-         owner = ownerOf(server, selection_)) {
+    for (auto owner = trayOf(server, selection_); owner != tray_;
+         owner = trayOf(server, selection_)) {
         tray_ = owner;
         selectStructureEvents(server, owner);
     }

@@ -10,9 +10,6 @@
 
 namespace hollowfernpike::x11 {
 
-/// The selection that the tray of a screen owns.
-xcb_atom_t traySelection(xcb_connection_t* connection, int screenNumber);
-
 /// Learns of trays that come and go, from the message in which a new one names itself (Inter-Client
 /// Communication Conventions Manual 2.0, 2.8) and from the end of its window.
 class TrayWatch final : public platform::Subscription {
