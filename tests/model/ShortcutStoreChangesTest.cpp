@@ -1,0 +1,139 @@
+#include "model/StoreScene.h"
+
+namespace hollowfernpike::test {
+namespace {
+
+TEST_F(ShortcutStoreTest, addAppendsWritesAndAnnounces) {
+    store().add(b);
+    store().add(a);
+    EXPECT_EQ(names(), (std::vector<std::string>{"B", "A"}));
+    EXPECT_EQ(files_.files[file], document({b, a}));
+    EXPECT_EQ(posts_, 2);
+    EXPECT_EQ(output(), "");
+}
+
+TEST_F(ShortcutStoreTest, observersFindTheFileWrittenAndTheListChanged) {
+    std::string seen;
+    std::size_t count = 0;
+    const auto observer = services_.notificationCenter.observe(shortcutsDidChange, [&] {
+        seen = files_.files[file];
+        count = store().shortcuts().size();
+    });
+    store().add(a);
+    EXPECT_EQ(seen, document({a}));
+    EXPECT_EQ(count, 1U);
+}
+
+TEST_F(ShortcutStoreTest, addingATakenCombinationWarnsAndChangesNothing) {
+    store().add(a);
+    auto same = makeShortcut(9, 0, commandKey, "Other");
+    store().add(same);
+    EXPECT_EQ(names(), std::vector<std::string>{"A"});
+    EXPECT_EQ(output(), warning);
+    EXPECT_EQ(files_.writes, 1);
+    EXPECT_EQ(posts_, 1);
+}
+
+TEST_F(ShortcutStoreTest, addComparesTheWholeFlagWord) {
+    store().add(makeShortcut(1, 0, commandKey | capsLock, "Locked"));
+    store().add(a);
+    EXPECT_EQ(names(), (std::vector<std::string>{"Locked", "A"}));
+    EXPECT_EQ(output(), "");
+}
+
+TEST_F(ShortcutStoreTest, addKeepsOneKeyWithDifferentModifiers) {
+    store().add(a);
+    store().add(makeShortcut(2, 0, optionKey, "OptionA"));
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "OptionA"}));
+}
+
+TEST_F(ShortcutStoreTest, addDoesNotCompareIds) {
+    store().add(a);
+    store().add(makeShortcut(1, 11, commandKey, "SameId"));
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "SameId"}));
+}
+
+TEST_F(ShortcutStoreTest, updateReplacesAllFieldsInPlace) {
+    store().add(a);
+    store().add(b);
+    const auto changed = makeShortcut(1, 36, optionKey, "Changed");
+    store().update(changed);
+    ASSERT_EQ(names(), (std::vector<std::string>{"Changed", "B"}));
+    EXPECT_EQ(fields(store().shortcuts()[0]), fields(changed));
+    EXPECT_EQ(files_.files[file], document({changed, b}));
+    EXPECT_EQ(posts_, 3);
+}
+
+TEST_F(ShortcutStoreTest, updateWithItsOwnCombinationIsAccepted) {
+    store().add(a);
+    store().update(makeShortcut(1, 0, commandKey, "OtherApplication"));
+    EXPECT_EQ(names(), std::vector<std::string>{"OtherApplication"});
+    EXPECT_EQ(output(), "");
+}
+
+TEST_F(ShortcutStoreTest, updateToATakenCombinationWarnsAndChangesNothing) {
+    store().add(a);
+    store().add(b);
+    store().update(makeShortcut(2, 0, commandKey, "Changed"));
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "B"}));
+    EXPECT_EQ(output(), warning);
+    EXPECT_EQ(files_.writes, 2);
+    EXPECT_EQ(posts_, 2);
+}
+
+TEST_F(ShortcutStoreTest, updateComparesTheWholeFlagWord) {
+    store().add(a);
+    store().add(b);
+    store().update(makeShortcut(2, 0, commandKey | capsLock, "Changed"));
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "Changed"}));
+}
+
+TEST_F(ShortcutStoreTest, updateOfAnUnknownIdDoesNothing) {
+    store().add(a);
+    store().update(makeShortcut(9, 0, commandKey, "Unknown"));
+    EXPECT_EQ(names(), std::vector<std::string>{"A"});
+    EXPECT_EQ(output(), "");
+    EXPECT_EQ(files_.writes, 1);
+    EXPECT_EQ(posts_, 1);
+}
+
+TEST_F(ShortcutStoreTest, updateReplacesOnlyTheFirstOfOneId) {
+    files_.files[file] = document(
+        {makeShortcut(7, 1, commandKey, "First"), makeShortcut(7, 2, commandKey, "Second")});
+    store().update(makeShortcut(7, 2, commandKey, "Changed"));
+    EXPECT_EQ(names(), (std::vector<std::string>{"Changed", "Second"}));
+    EXPECT_EQ(output(), "");
+}
+
+TEST_F(ShortcutStoreTest, removeClosesTheGap) {
+    files_.files[file] = document({a, b, c});
+    store().remove(b.id);
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "C"}));
+    EXPECT_EQ(files_.files[file], document({a, c}));
+    EXPECT_EQ(posts_, 1);
+}
+
+TEST_F(ShortcutStoreTest, removeTakesEveryRecordOfOneId) {
+    files_.files[file] = document(
+        {makeShortcut(7, 1, commandKey, "First"), b, makeShortcut(7, 2, commandKey, "Second")});
+    store().remove(idNumber(7));
+    EXPECT_EQ(names(), std::vector<std::string>{"B"});
+}
+
+TEST_F(ShortcutStoreTest, removeOfAnUnknownIdWritesAndAnnouncesAnyway) {
+    store().add(a);
+    files_.files.clear();
+    store().remove(idNumber(9));
+    EXPECT_EQ(names(), std::vector<std::string>{"A"});
+    EXPECT_EQ(files_.files[file], document({a}));
+    EXPECT_EQ(posts_, 2);
+}
+
+TEST_F(ShortcutStoreTest, removeTakesAnIdOutOfTheListItself) {
+    files_.files[file] = document({a, b, c});
+    store().remove(store().shortcuts()[0].id);
+    EXPECT_EQ(names(), (std::vector<std::string>{"B", "C"}));
+}
+
+} // namespace
+} // namespace hollowfernpike::test
