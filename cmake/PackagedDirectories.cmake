@@ -1,0 +1,8 @@
+# The directories of a package are open to everybody, whatever the umask of whoever packs.
+file(GLOB_RECURSE entries LIST_DIRECTORIES true ${CPACK_TEMPORARY_DIRECTORY}/*)
+foreach(entry IN LISTS entries)
+  if(IS_DIRECTORY ${entry})
+    file(CHMOD ${entry} DIRECTORY_PERMISSIONS
+      OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+  endif()
+endforeach()
