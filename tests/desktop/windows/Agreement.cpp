@@ -71,12 +71,12 @@ testing::AssertionResult Agreement::ofTheKeys(const std::vector<KnownShortcut>& 
     for (const auto& shortcut : shortcuts) {
         combinations_.insert_or_assign(nameOf(shortcut.combination), shortcut.combination);
     }
-    for (const auto& [name, combination] : combinations_) {
+    for (const auto& known : combinations_) {
         const bool isBound = std::ranges::any_of(shortcuts, [&](const KnownShortcut& shortcut) {
-            return nameOf(shortcut.combination) == name;
+            return nameOf(shortcut.combination) == known.first;
         });
         auto result =
-            isBound ? story_.isLive(story_.grabOf(combination)) : story_.isFree(combination);
+            isBound ? story_.isLive(story_.grabOf(known.second)) : story_.isFree(known.second);
         if (!result) {
             return result;
         }
