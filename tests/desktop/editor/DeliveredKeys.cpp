@@ -1,0 +1,88 @@
+#include "desktop/editor/DeliveredKeys.h"
+
+#include <cstdlib>
+#include <memory>
+
+#include <xcb/res.h>
+#include <xcb/xcb_aux.h>
+#include <xcb/xcbext.h>
+#include <xcb/xinput.h>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+template <class T>
+std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
+    return {reply, &std::free};
+}
+
+bool isOfKey(const xcb_generic_event_t& event) {
+    if (event.response_type != XCB_GE_GENERIC) {
+        return event.response_type == XCB_KEY_PRESS || event.response_type == XCB_KEY_RELEASE;
+    }
+    const auto kind = reinterpret_cast<const xcb_ge_generic_event_t&>(event).event_type;
+    return kind == XCB_INPUT_KEY_PRESS || kind == XCB_INPUT_KEY_RELEASE ||
+           kind == XCB_INPUT_RAW_KEY_PRESS || kind == XCB_INPUT_RAW_KEY_RELEASE;
+}
+
+} // namespace
+
+DeliveredKeys::DeliveredKeys(const std::string& display)
+    : control_(xcb_connect(display.c_str(), nullptr)), data_(xcb_connect(display.c_str(), nullptr)),
+      context_(xcb_generate_id(control_)) {
+    const xcb_record_client_spec_t everybody = XCB_RECORD_CS_ALL_CLIENTS;
+    xcb_record_range_t range{};
+    range.delivered_events = {XCB_KEY_PRESS, XCB_GE_GENERIC};
+    xcb_record_create_context(control_, context_, 0, 1, 1, &everybody, &range);
+    xcb_aux_sync(control_);
+    const auto reports = xcb_record_enable_context(data_, context_);
+    reports_ = reports.sequence;
+    held(xcb_record_enable_context_reply(data_, reports, nullptr)); // says that it has begun
+}
+
+DeliveredKeys::~DeliveredKeys() {
+    xcb_disconnect(data_);
+    xcb_disconnect(control_);
+}
+
+std::size_t DeliveredKeys::to(pid_t process) {
+    readOn();
+    return counts_[process];
+}
+
+void DeliveredKeys::readOn() {
+    void* report = nullptr;
+    while (xcb_poll_for_reply(data_, reports_, &report, nullptr) == 1 && report != nullptr) {
+        count(*held(static_cast<xcb_record_enable_context_reply_t*>(report)));
+    }
+}
+
+void DeliveredKeys::count(const xcb_record_enable_context_reply_t& report) {
+    constexpr std::uint8_t fromServer = 0;
+    constexpr std::size_t eventSize = 32;
+    if (report.category != fromServer) {
+        return;
+    }
+    const auto size = static_cast<std::size_t>(xcb_record_enable_context_data_length(&report));
+    const auto* const events = xcb_record_enable_context_data(&report);
+    for (std::size_t offset = 0; offset + eventSize <= size; offset += eventSize) {
+        if (isOfKey(reinterpret_cast<const xcb_generic_event_t&>(events[offset]))) {
+            ++counts_[processOf(report.xid_base)];
+        }
+    }
+}
+
+pid_t DeliveredKeys::processOf(std::uint32_t client) {
+    const xcb_res_client_id_spec_t wanted{.client = client,
+                                          .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const auto reply = held(xcb_res_query_client_ids_reply(
+        control_, xcb_res_query_client_ids(control_, 1, &wanted), nullptr));
+    if (!reply || reply->num_ids == 0) {
+        return 0;
+    }
+    const auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
+    return static_cast<pid_t>(*xcb_res_client_id_value_value(id.data));
+}
+
+} // namespace hollowfernpike::test

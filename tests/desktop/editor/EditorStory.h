@@ -1,0 +1,80 @@
+#pragma once
+
+#include "desktop/editor/ScreenReader.h"
+#include "desktop/windows/Agreement.h"
+#include "desktop/windows/WindowStory.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hollowfernpike::test {
+
+/// What the editor says, in the language that the utility speaks in a new home.
+namespace text {
+
+inline constexpr std::string_view clickToRecord = "クリックして記録";
+inline constexpr std::string_view pressAKey = "キーを入力してください...";
+inline constexpr std::string_view includeAModifier = "修飾キー(⌃⌥⇧⌘)を含めてください";
+inline constexpr std::string_view grantPermission =
+    "アクセシビリティ権限を許可後、再度「記録」を押してください";
+inline constexpr std::string_view recordACombination = "ショートカットキーを記録してください";
+inline constexpr std::string_view selectAnApplication = "起動するアプリを選択してください";
+
+} // namespace text
+
+/// Somebody with keyboard and mouse at the editor, who also knows what it says: texts and places
+/// come from the accessibility bus.
+class EditorStory : public WindowStory {
+public:
+    ScreenReader reader{desktop.bus().address()};
+
+    /// The part of the editor with this title, or of the latest if there are several.
+    Accessible part(std::string_view title, std::string_view role, std::string_view name);
+
+    void clickOn(const Accessible& part);
+
+    /// In an editor with both steps: clicks the recorder's button while it has this name.
+    void clickRecord(std::string_view title);
+    void clickStop(std::string_view title);
+
+    /// Whether, after some waiting, the recorder shows this.
+    testing::AssertionResult recorderShows(std::string_view title, std::string_view text);
+
+    /// Strikes the combination while the editor of this title records, and waits until it shows
+    /// it.
+    testing::AssertionResult records(std::string_view title, const Combination& combination);
+
+    /// Whether, after some waiting, the file holds these shortcuts, in this order.
+    testing::AssertionResult saves(const std::vector<KnownShortcut>& shortcuts);
+
+    /// Whether, after some waiting, the utility has as few connections to the display as before
+    /// anybody recorded.
+    testing::AssertionResult listensNoMore();
+
+    /// To be called while nobody records.
+    void rememberConnections();
+
+    /// Takes all key bindings from the window manager.
+    void unbindWindowManager();
+
+private:
+    std::size_t connections_ = 0;
+};
+
+/// The form in which people read the combination.
+std::string shown(const Combination& combination);
+
+/// Two shortcuts are there, one editor is to come.
+class EditorStoryTest : public testing::Test {
+protected:
+    EditorStory story;
+    Application& quartz = story.open("Quartz");
+    const Combination bound{37, control | option};
+    nlohmann::json before;
+
+    /// Adds the one shortcut that everything begins with, and opens the window again.
+    void SetUp() override;
+};
+
+} // namespace hollowfernpike::test

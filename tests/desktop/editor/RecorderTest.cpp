@@ -1,0 +1,189 @@
+#include "desktop/editor/EditorStory.h"
+
+#include "support/WaitUntil.h"
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination bareLetter{0, 0};
+const Combination commandLetter{0, command};
+const Combination third{40, shift | command};
+
+// A, 1, keypad 5, F5, →: each is another one to a lock, or may be taken for that.
+constexpr std::array<std::uint16_t, 5> keysThatLocksChange{0, 18, 87, 96, 124};
+
+class RecorderTest : public EditorStoryTest {
+protected:
+    const std::string_view adding = story.titles.adding;
+    const std::string_view editing = story.titles.editing;
+
+    /// An editor for a second shortcut, with the keys still to come.
+    xcb_window_t openForKeys(const Application& application) {
+        const auto editor = story.clickAdd();
+        story.choose(editor, application.name());
+        return editor;
+    }
+
+    bool canSave(std::string_view title) {
+        return story.reader.isEnabled(story.part(title, "push button", "保存"));
+    }
+};
+
+TEST_F(RecorderTest, ABareLetterAsksForAModifierUntilOneComes) {
+    openForKeys(quartz);
+    EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
+    story.clickRecord(adding);
+    EXPECT_TRUE(story.recorderShows(adding, text::pressAKey));
+    story.strike(bareLetter);
+    EXPECT_TRUE(story.recorderShows(adding, text::includeAModifier));
+    EXPECT_FALSE(canSave(adding));
+    EXPECT_TRUE(story.records(adding, commandLetter));
+    story.part(adding, "push button", "記録");
+    EXPECT_TRUE(canSave(adding));
+    EXPECT_TRUE(story.listensNoMore());
+}
+
+TEST_F(RecorderTest, EscapeWithAModifierEndsTheRecordingAlone) {
+    const auto editor = openForKeys(quartz);
+    story.clickRecord(adding);
+    story.keyboard.strike({"LCTL", "ESC"});
+    EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
+    EXPECT_TRUE(story.listensNoMore());
+    EXPECT_FALSE(canSave(adding));
+    EXPECT_TRUE(story.isActive(editor));
+}
+
+TEST_F(RecorderTest, EscapeAloneEndsTheRecordingAndCancels) {
+    const auto editor = story.clickEdit(0);
+    story.clickRecord(editing);
+    story.strikeAndLeave(editor, "ESC");
+    EXPECT_TRUE(story.listensNoMore());
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+}
+
+TEST_F(RecorderTest, StopEndsTheRecordingAndWhatFollowsIsNotRecorded) {
+    openForKeys(quartz);
+    story.clickRecord(adding);
+    story.clickStop(adding);
+    EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
+    EXPECT_TRUE(story.listensNoMore());
+    story.strike(third);
+    EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
+    story.clickRecord(adding); // comes behind it
+    story.clickStop(adding);
+    EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
+    EXPECT_FALSE(canSave(adding));
+}
+
+TEST_F(RecorderTest, StopKeepsTheCombinationOfAnEditedShortcut) {
+    const auto editor = story.clickEdit(0);
+    story.clickRecord(editing);
+    story.clickStop(editing);
+    EXPECT_TRUE(story.recorderShows(editing, text::pressAKey));
+    story.clickSave(editor);
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+}
+
+TEST_F(RecorderTest, TheLastOfSeveralRecordingsCounts) {
+    const auto editor = story.clickEdit(0);
+    for (const auto& combination : {commandLetter, third}) {
+        story.clickRecord(editing);
+        EXPECT_TRUE(story.records(editing, combination));
+    }
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, third}}));
+    EXPECT_TRUE(story.brings(quartz, story.front, third));
+    EXPECT_TRUE(story.passes(story.front, commandLetter.keys()));
+}
+
+TEST_F(RecorderTest, ABoundCombinationIsRecordedWhileItBringsItsApplication) {
+    openForKeys(story.front);
+    story.clickRecord(adding);
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(quartz));
+    EXPECT_TRUE(story.recorderShows(adding, shown(bound)));
+    EXPECT_EQ(quartz.downs(story.grabOf(bound).key), 0) << "it is swallowed as ever";
+}
+
+TEST_F(RecorderTest, LocksDoNotCount) {
+    for (const char* lock : {"CAPS", "NMLK"}) {
+        story.keyboard.strike({lock});
+    }
+    const auto editor = story.clickEdit(0);
+    for (const auto modifier : {control, option, shift, command}) {
+        for (const auto keyCode : keysThatLocksChange) {
+            story.clickRecord(editing);
+            EXPECT_TRUE(story.records(editing, {keyCode, modifier}));
+        }
+    }
+    story.clickRecord(editing);
+    EXPECT_TRUE(story.records(editing, third));
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, third}}));
+    EXPECT_TRUE(story.brings(quartz, story.front, third));
+    for (const char* lock : {"CAPS", "NMLK"}) {
+        story.keyboard.strike({lock});
+    }
+    EXPECT_TRUE(story.brings(quartz, story.front, third));
+}
+
+TEST_F(RecorderTest, ALockIsNoModifier) {
+    openForKeys(quartz);
+    story.clickRecord(adding);
+    story.keyboard.strike({"CAPS"});
+    story.strike(bareLetter);
+    EXPECT_TRUE(story.recorderShows(adding, text::includeAModifier));
+    EXPECT_FALSE(canSave(adding));
+}
+
+TEST_F(RecorderTest, TheWindowManagersOwnCombinationIsRecordedThoughItActs) {
+    const Combination toSecondWorkspace{120, command};
+    const auto editor = story.clickEdit(0);
+    const auto view = story.part(editing, "panel", "ショートカットキー");
+    story.clickRecord(editing);
+    story.strike(toSecondWorkspace);
+    EXPECT_TRUE(waitUntil([&] { return story.pager.currentWorkspace() == 1; }));
+    EXPECT_TRUE(
+        waitUntil([&] { return story.reader.description(view) == shown(toSecondWorkspace); }));
+    story.keyboard.strike({"LWIN", "FK01"});
+    ASSERT_TRUE(story.isActive(editor));
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, toSecondWorkspace}}));
+}
+
+TEST_F(RecorderTest, AWindowClosedInMidRecordingListensForOneMoreCombinationInVain) {
+    const auto editor = openForKeys(quartz);
+    story.clickRecord(adding);
+    story.pager.close(editor);
+    story.goes(editor);
+    EXPECT_FALSE(story.utility().hasEnded());
+    EXPECT_TRUE(story.passes(story.front, commandLetter.keys()));
+    EXPECT_TRUE(story.listensNoMore());
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+    story.openManagement();
+    story.add(story.front, third);
+    EXPECT_TRUE(story.brings(story.front, quartz, third));
+}
+
+TEST_F(RecorderTest, TheWindowManagersKeyForClosingIsRecordedByAWindowThatGoes) {
+    const Combination closing{118, option};
+    const auto editor = story.clickEdit(0);
+    story.clickRecord(editing);
+    story.strike(closing);
+    story.goes(editor);
+    EXPECT_TRUE(story.listensNoMore());
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+}
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gio/gio.h>
+
+namespace hollowfernpike::test {
+
+/// A part of a window as programs hand it to assistive technology.
+struct Accessible {
+    std::string program; ///< the program's name on the accessibility bus
+    std::string path;
+    std::string role; ///< as AT-SPI calls it in English ("push button")
+    std::string name;
+
+    bool operator==(const Accessible&) const = default;
+};
+
+/// Somebody who neither sees the screen nor uses keys and mouse, but finds the parts of windows by
+/// role and name and acts on them, all over the accessibility bus (AT-SPI 2).
+class ScreenReader {
+    struct Unref {
+        void operator()(GVariant* value) const { g_variant_unref(value); }
+        void operator()(GDBusConnection* bus) const { g_object_unref(bus); }
+    };
+
+public:
+    using Answer = std::unique_ptr<GVariant, Unref>;
+    using Bus = std::unique_ptr<GDBusConnection, Unref>;
+
+    /// Starts the accessibility bus of the session and says that somebody listens, as a screen
+    /// reader does at its start. Throws std::runtime_error if there is no such bus.
+    explicit ScreenReader(const std::string& sessionBus);
+
+    /// The first part with this role and name among the windows of all programs that is on the
+    /// screen; it is waited for, and std::runtime_error thrown with all that there is instead.
+    Accessible find(std::string_view role, std::string_view name);
+
+    /// The same within a part, such as a window.
+    Accessible find(const Accessible& whole, std::string_view role, std::string_view name);
+
+    /// What is in it, to any depth, and on the screen, in its order.
+    std::vector<Accessible> partsOf(const Accessible& whole);
+
+    /// Whether it is on the screen now.
+    bool isShown(const Accessible& part);
+    bool isEnabled(const Accessible& part);
+    bool isFocused(const Accessible& part);
+    bool isSelected(const Accessible& part);
+
+    std::string description(const Accessible& part);
+
+    /// The middle of it on the screen.
+    struct Point {
+        int x = 0;
+        int y = 0;
+    };
+    Point middleOf(const Accessible& part);
+
+    /// The names of what can be done with it.
+    std::vector<std::string> actions(const Accessible& part);
+
+    /// Does what it calls by this name. Throws std::runtime_error if it cannot be done.
+    void act(const Accessible& part, std::string_view action);
+    void press(const Accessible& button) { act(button, "Press"); }
+
+    /// Replaces its text. Throws std::runtime_error if it takes none.
+    void write(const Accessible& field, const std::string& text);
+    std::string text(const Accessible& field);
+
+private:
+    Answer call(const Accessible& part, const char* interface, const char* method,
+                GVariant* arguments = nullptr);
+    Answer property(const Accessible& part, const char* interface, const char* name);
+    bool hasState(const Accessible& part, std::uint32_t state);
+    std::vector<Accessible> childrenOf(const Accessible& whole);
+    void collect(const Accessible& whole, std::vector<Accessible>& parts);
+
+    Bus bus_;
+};
+
+} // namespace hollowfernpike::test

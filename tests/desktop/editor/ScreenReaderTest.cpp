@@ -1,0 +1,143 @@
+#include "desktop/editor/EditorStory.h"
+
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+
+const Combination first{37, control | option};
+const Combination second{38, command};
+
+/// Somebody who uses the windows over the accessibility bus alone. Only combinations are pressed.
+class ScreenReaderTest : public testing::Test {
+protected:
+    EditorStory story;
+    ScreenReader& reader = story.reader;
+    Application& quartz = story.open("Quartz");
+    Application& feldspar = story.open("Feldspar");
+
+    void SetUp() override {
+        story.start();
+        story.openManagement();
+    }
+
+    Accessible window() { return reader.find("frame", story.titles.management); }
+    Accessible dialog(std::string_view title) { return reader.find("dialog", title); }
+
+    void press(const Accessible& whole, std::string_view button) {
+        const auto found = reader.find(whole, "push button", button);
+        ASSERT_TRUE(waitUntil([&] { return reader.isEnabled(found); })) << button;
+        reader.press(found);
+    }
+
+    /// Begins a new shortcut; its editor.
+    Accessible add() {
+        press(window(), "+ ショートカット追加");
+        return dialog(story.titles.adding);
+    }
+
+    /// Begins to choose an application; the panel.
+    Accessible select(const Accessible& editor) {
+        press(editor, "アプリを選択...");
+        return dialog(story.titles.applications);
+    }
+
+    void record(const Accessible& editor, const Combination& combination) {
+        press(editor, "記録");
+        reader.find(editor, "push button", "停止");
+        story.strike(combination);
+        reader.find(editor, "label", shown(combination));
+        const auto recorder = reader.find(editor, "panel", "ショートカットキー");
+        EXPECT_EQ(reader.description(recorder), shown(combination));
+        EXPECT_TRUE(reader.isFocused(recorder));
+    }
+
+    /// The card of a shortcut, which says both.
+    Accessible card(const Application& application, const Combination& combination) {
+        return reader.find(window(), "panel", application.name() + " " + shown(combination));
+    }
+};
+
+TEST_F(ScreenReaderTest, AddsAShortcutByTypingIntoTheSearch) {
+    const auto editor = add();
+    const auto panel = select(editor);
+    const auto search = reader.find(panel, "text", "検索");
+    EXPECT_TRUE(reader.isFocused(search));
+    reader.write(search, "quar");
+    EXPECT_EQ(reader.text(search), "quar");
+    const auto row = reader.find(panel, "list item", quartz.name());
+    EXPECT_TRUE(waitUntil([&] { return reader.isSelected(row); }));
+    press(panel, "開く");
+    reader.find(editor, "label", quartz.name());
+    record(editor, first);
+    press(editor, "保存");
+    EXPECT_TRUE(story.saves({{quartz, first}}));
+    card(quartz, first);
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+}
+
+TEST_F(ScreenReaderTest, AddsAShortcutByChoosingARow) {
+    const auto editor = add();
+    const auto panel = select(editor);
+    const auto row = reader.find(reader.find(panel, "list", "アプリ"), "list item", quartz.name());
+    ASSERT_FALSE(reader.isSelected(row));
+    reader.act(row, "Toggle");
+    EXPECT_TRUE(waitUntil([&] { return reader.isSelected(row); }));
+    press(panel, "開く");
+    reader.find(editor, "label", quartz.name());
+    record(editor, first);
+    press(editor, "保存");
+    EXPECT_TRUE(story.saves({{quartz, first}}));
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+}
+
+TEST_F(ScreenReaderTest, EditsAndDeletesAShortcutByItsCard) {
+    story.add(quartz, first);
+    story.add(feldspar, second);
+    press(card(quartz, first), "編集");
+    const auto editor = dialog(story.titles.editing);
+    const Combination third{40, shift | command};
+    record(editor, third);
+    press(editor, "保存");
+    EXPECT_TRUE(story.saves({{quartz, third}, {feldspar, second}}));
+    press(card(feldspar, second), "削除");
+    press(reader.find("alert message", "「Feldspar」のショートカットを削除しますか？"), "削除");
+    EXPECT_TRUE(story.saves({{quartz, third}}));
+}
+
+TEST_F(ScreenReaderTest, HearsWhatIsMissing) {
+    const auto editor = add();
+    EXPECT_FALSE(reader.isEnabled(reader.find(editor, "push button", "保存")));
+    const auto panel = select(editor);
+    reader.write(reader.find(panel, "text", "検索"), "nothing of this name");
+    reader.find(panel, "label", "一致するアプリがありません");
+    EXPECT_FALSE(reader.isEnabled(reader.find(panel, "push button", "開く")));
+    press(panel, "キャンセル");
+    EXPECT_TRUE(waitUntil([&] { return !reader.isShown(panel); }));
+    press(editor, "キャンセル");
+    EXPECT_TRUE(waitUntil([&] { return !reader.isShown(editor); }));
+    EXPECT_EQ(story.list(), json::array());
+}
+
+TEST_F(ScreenReaderTest, FindsNoControlWithoutAName) {
+    story.add(quartz, first);
+    press(card(quartz, first), "編集");
+    const auto editor = dialog(story.titles.editing);
+    const auto panel = select(editor);
+    reader.write(reader.find(panel, "text", "検索"), "quar");
+    reader.find(panel, "push button", "消去");
+    for (const auto& whole : {window(), editor, panel}) {
+        for (const auto& part : reader.partsOf(whole)) {
+            EXPECT_FALSE(part.name.empty() && !reader.actions(part).empty())
+                << part.role << " in " << whole.name;
+        }
+    }
+}
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,79 @@
+#include "desktop/editor/EditorStory.h"
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination third{40, shift | command};
+const Combination fourth{41, shift | command};
+
+/// An editor for the one shortcut and one for a second shortcut, of which the latter is in front.
+class TwoEditorsTest : public EditorStoryTest {
+protected:
+    const std::string_view adding = story.titles.adding;
+    const std::string_view editing = story.titles.editing;
+    xcb_window_t editor = XCB_NONE;
+    xcb_window_t adder = XCB_NONE;
+
+    void SetUp() override {
+        EditorStoryTest::SetUp();
+        editor = story.clickEdit(0);
+        story.openManagement();
+        adder = story.clickAdd();
+        story.choose(adder, story.front.name());
+    }
+
+    /// Brings it in front of the other.
+    void raise(xcb_window_t window) {
+        story.pager.activate(window);
+        ASSERT_TRUE(story.isActive(window));
+    }
+};
+
+TEST_F(TwoEditorsTest, EachSavesWhatItRecorded) {
+    story.clickRecord(adding);
+    EXPECT_TRUE(story.records(adding, third));
+    EXPECT_TRUE(story.recorderShows(editing, shown(bound)));
+    story.clickSave(adder);
+    EXPECT_TRUE(story.saves({{quartz, bound}, {story.front, third}}));
+    raise(editor);
+    story.clickRecord(editing);
+    EXPECT_TRUE(story.records(editing, fourth));
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, fourth}, {story.front, third}}));
+    EXPECT_TRUE(story.brings(story.front, quartz, third));
+    EXPECT_TRUE(story.brings(quartz, story.front, fourth));
+}
+
+TEST_F(TwoEditorsTest, BothRecordOnePressAndTheSecondToSaveIsRefused) {
+    story.clickRecord(adding);
+    raise(editor);
+    story.clickRecord(editing);
+    EXPECT_TRUE(story.records(editing, third));
+    EXPECT_TRUE(story.recorderShows(adding, shown(third)));
+    EXPECT_TRUE(story.listensNoMore());
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, third}}));
+    const auto saved = story.list();
+    raise(adder);
+    story.clickSave(adder);
+    EXPECT_EQ(story.list(), saved);
+    EXPECT_TRUE(story.brings(quartz, story.front, third));
+}
+
+TEST_F(TwoEditorsTest, OneThatIsCancelledLeavesTheOtherRecording) {
+    story.clickRecord(adding);
+    raise(editor);
+    story.clickOn(story.part(editing, "push button", "キャンセル"));
+    story.goes(editor);
+    raise(adder);
+    EXPECT_TRUE(story.records(adding, third));
+    story.clickSave(adder);
+    EXPECT_TRUE(story.saves({{quartz, bound}, {story.front, third}}));
+}
+
+} // namespace
+} // namespace hollowfernpike

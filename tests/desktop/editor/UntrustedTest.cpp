@@ -1,0 +1,62 @@
+#include "desktop/editor/EditorStory.h"
+
+#include "support/WaitUntil.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+const Combination first{37, control | option};
+
+/// The utility runs as a client that the display does not trust, until it does.
+class UntrustedTest : public testing::Test {
+protected:
+    EditorStory story;
+    Application& quartz = story.open("Quartz");
+    const std::string_view adding = story.titles.adding;
+    const std::filesystem::path authority = makeAuthority("authority", "untrusted");
+
+    std::filesystem::path makeAuthority(const std::string& name, const std::string& trust) {
+        auto file = story.desktop.home() / name;
+        story.run({"xauth", "-f", file, "generate", story.desktop.display(), ".", trust, "timeout",
+                   "600"});
+        return file;
+    }
+
+    void SetUp() override {
+        auto& utility = story.launchUtility({{"XAUTHORITY", authority.string()}});
+        ASSERT_TRUE(waitUntil([&] { return !utility.errors().empty(); }));
+        story.openManagement();
+        const auto editor = story.clickAdd();
+        story.choose(editor, quartz.name());
+        story.clickOn(story.part(adding, "push button", "記録"));
+    }
+};
+
+TEST_F(UntrustedTest, ItSaysWhatIsMissingAndRecordsNothing) {
+    EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
+    EXPECT_EQ(story.part(adding, "push button", "記録").name, "記録");
+    story.strike(first);
+    story.clickOn(story.part(adding, "push button", "記録")); // comes behind it
+    EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
+    EXPECT_FALSE(story.reader.isEnabled(story.part(adding, "push button", "保存")));
+}
+
+TEST_F(UntrustedTest, OnceItIsTrustedTheSameButtonRecords) {
+    EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
+    std::filesystem::rename(makeAuthority("better", "trusted"), authority);
+    story.clickRecord(adding);
+    EXPECT_TRUE(story.records(adding, first));
+    story.clickOn(story.part(adding, "push button", "保存"));
+    EXPECT_TRUE(story.saves({{quartz, first}}));
+    ASSERT_TRUE(story.isLive(story.grabOf(first)));
+    EXPECT_TRUE(story.brings(quartz, story.front, first));
+}
+
+} // namespace
+} // namespace hollowfernpike
