@@ -12,7 +12,6 @@
 #include <QEvent>
 #include <QPainter>
 #include <QPushButton>
-#include <QStyleOptionFocusRect>
 
 #include <algorithm>
 
@@ -30,11 +29,11 @@ constexpr int recordingBorderWidth = 2;
 } // namespace
 
 void KeyRecorderView::setupUI() {
+    setAccessibleRole(*this, QAccessible::Pane);
     setObjectName("keyRecorder");
     setFixedHeight(fixedHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(localized("ショートカットキー", "Shortcut key"));
-    setAccessibleRole(*this, QAccessible::Grouping);
     displayLabel_->setObjectName("displayLabel");
     displayLabel_->setAlignment(Qt::AlignCenter);
     displayLabel_->setFont(systemFont(14, QFont::Medium));
@@ -79,11 +78,13 @@ void KeyRecorderView::paintEvent(QPaintEvent*) {
     const qreal inset = border / 2;
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), cornerRadius,
                             cornerRadius);
-    if (hasFocus()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        option.rect.adjust(3, 3, -3, -3);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    if (hasFocus() && !isRecording_) { // while it records, its border says so
+        constexpr qreal ringInset = 3.5;
+        constexpr qreal ringRadius = cornerRadius - ringInset;
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRoundedRect(
+            QRectF(rect()).adjusted(ringInset, ringInset, -ringInset, -ringInset), ringRadius,
+            ringRadius);
     }
 }
 

@@ -47,7 +47,7 @@ ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
 }
 
 void ShortcutCardView::setupUI() {
-    setAccessibleRole(*this, QAccessible::Grouping);
+    setAccessibleRole(*this, QAccessible::Pane);
     setFixedHeight(height);
     appNameLabel_->setFont(systemFont(14, QFont::Medium));
     connect(editButton_, &QAbstractButton::clicked, this, &ShortcutCardView::editTapped);

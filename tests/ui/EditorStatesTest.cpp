@@ -131,7 +131,7 @@ TEST_F(EditorStatesTest, TellsAssistiveTechnologyThatItIsADialogWithARecorder) {
     EXPECT_EQ(dialog->role(), QAccessible::Dialog);
     EXPECT_EQ(dialog->text(QAccessible::Name), "ショートカット追加");
     const auto* const recorder = QAccessible::queryAccessibleInterface(&sheet.keyRecorder());
-    EXPECT_EQ(recorder->role(), QAccessible::Grouping);
+    EXPECT_EQ(recorder->role(), QAccessible::Pane);
     EXPECT_EQ(recorder->text(QAccessible::Name), "ショートカットキー");
 }
 
