@@ -21,11 +21,17 @@ GOOD = {
     "src/model/List.cpp": '#include "model/List.h"\n\n#include <vector>\n\n'
                           "int four() {\n    return twice(2);\n}\n",
     "src/model/User.cpp": '#include "model/List.h"\n\nint eight() {\n    return twice(4);\n}\n',
+    "docs/list.md": "Here is the [list](../src/model/List.h#one).\n",
     "scripts/greet": '#!/bin/sh\necho "$1"\n',
 }
 
 # For every check: the files that spoil the tree, and where it must find something.
 BAD = {
+    "documents": (
+        {"README.md": "[here](docs/list.md) and [there](docs/nowhere.md)\n`NoSuchTest`\n"
+                      "`ListTest.IsShort`, unlike `ListTest` and `ListTest.IsLong`\n",
+         "tests/model/ListTest.cpp": "TEST(ListTest, IsLong) {\n}\n"},
+        ["README.md:1", "README.md:2", "README.md:3"]),
     "format": (
         {"src/model/Bad.h": "#pragma once\n\nint  wide;\n"},
         ["src/model/Bad.h:3"]),
