@@ -96,7 +96,6 @@ protected:
     /// Goes to and fro between both applications, and waits for each arrival. How often it arrived.
     std::size_t pressBound(std::size_t count) {
         const std::vector<std::vector<xcb_keycode_t>> keys{keysOf(toOther), keysOf(toOne)};
-        const std::vector windows{other.windows().at(0), one.windows().at(0)};
         for (std::size_t press = 0; press < count; ++press) {
             strike(keys[press % 2]);
             if (!front.wait(windows[press % 2], 20s)) {
@@ -113,6 +112,11 @@ protected:
         }
     }
 
+    /// A window manager may answer a request before we have heard of it ourselves.
+    bool sawRequests(std::size_t count) {
+        return waitUntil([&] { return requests.count() >= count; });
+    }
+
     std::size_t unboundSeen() {
         const auto key = keysOf(toNobody).back();
         return one.downs(key) + other.downs(key);
@@ -124,6 +128,7 @@ protected:
     Story story;
     Application& other = story.open("Other");
     Application& one = story.open("One");
+    const std::vector<xcb_window_t> windows{other.windows().at(0), one.windows().at(0)};
     ActivationRequests requests{story.desktop.display()};
     FrontWatch front{story.desktop.display()};
 };
@@ -131,12 +136,14 @@ protected:
 TEST_F(SoakTest, NoPressIsLostOrDoneTwiceAndNothingGrows) {
     ASSERT_TRUE(story.areLive());
     ASSERT_EQ(pressBound(warmUp), warmUp);
+    ASSERT_TRUE(sawRequests(warmUp));
     const auto requested = requests.count();
     const auto before = footprintOf(story.utility().pid(), story.pager);
     const auto start = std::chrono::steady_clock::now();
     const auto presses = wantedPresses();
     for (std::size_t done = 0; done < presses; done += batch) {
         ASSERT_EQ(pressBound(batch), batch) << "after " << done << " presses";
+        ASSERT_TRUE(sawRequests(requested + done + batch)) << requests.count() - requested;
         pressUnbound(batch);
     }
     ASSERT_TRUE(waitUntil([&] { return unboundSeen() >= presses; }, 60s)) << unboundSeen();
