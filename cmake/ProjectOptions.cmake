@@ -19,10 +19,15 @@ endif()
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 add_library(hfp_hardening INTERFACE)
-set(is_optimized $<NOT:$<CONFIG:Debug>>)
+set(is_optimized $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|i.86)$")
+  set(jump_protection -fcf-protection)
+elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL aarch64)
+  set(jump_protection -mbranch-protection=standard)
+endif()
 target_compile_options(hfp_hardening INTERFACE
   "$<${is_optimized}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>"
-  "$<${is_optimized}:-fstack-protector-strong;-fstack-clash-protection;-fcf-protection>")
+  "$<${is_optimized}:-fstack-protector-strong;-fstack-clash-protection;${jump_protection}>")
 target_link_options(hfp_hardening INTERFACE "$<${is_optimized}:LINKER:-z,relro,-z,now>")
 
 if(HOLLOWFERNPIKE_FUZZ)

@@ -6,6 +6,7 @@ that every lack is found.
 
 import json
 import pathlib
+import platform
 import re
 import subprocess
 import sys
@@ -48,8 +49,9 @@ def lacks(program):
         "libraries from nowhere but the system": not re.search(r"\((RPATH|RUNPATH)\)", dynamic),
         "guarded stack": "__stack_chk_fail" in symbols,
         "library functions that know sizes": re.search(r" __\w+_chk\b", symbols),
-        "marked targets of jumps": starts_with_a_mark(program, header),
     }
+    if "X86-64" in header:
+        needs["marked targets of jumps"] = starts_with_a_mark(program, header)
     return [need for need, met in needs.items() if not met]
 
 
@@ -72,8 +74,9 @@ GUARDS = [
     ("", "-Wl,-rpath,/nowhere", "libraries from nowhere but the system"),
     ("-fstack-protector-strong", "-fno-stack-protector", "guarded stack"),
     ("-D_FORTIFY_SOURCE=3", "", "library functions that know sizes"),
-    ("-fcf-protection", "-fcf-protection=none", "marked targets of jumps"),
 ]
+if platform.machine() == "x86_64":
+    GUARDS.append(("-fcf-protection", "-fcf-protection=none", "marked targets of jumps"))
 
 
 def prove(compiler, folder):
