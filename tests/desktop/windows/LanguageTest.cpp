@@ -30,7 +30,7 @@ protected:
         story.titles = titles;
     }
 
-    /// The cards' buttons and alerts are of the language as well.
+    /// What the cards' buttons open is of the language as well.
     void expectEditorAndDeletion() {
         story.strikeAndLeave(story.clickEdit(0), "ESC");
         story.managementComes();
