@@ -38,12 +38,12 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return ::kill(utility, 0) != 0; }, 20s));
     }
 
-    /// Starts the utility from the desktop's menu of applications, which may still be reading the
-    /// entries when somebody already searches it.
+    /// Starts the utility from the desktop's menu of applications, which may still be taking the
+    /// keys and reading the entries when somebody already searches it.
     void findInMenu() {
         auto& keyboard = session->story.keyboard;
         session->menuOfApplications = session->story.desktop.start({"xfce4-appfinder"});
-        session->user.comes("Application Finder");
+        ASSERT_TRUE(waitUntil([&] { return titleInFront() == "Application Finder"; }, 20s));
         const bool isFound = waitUntil(
             [&] {
                 keyboard.strike({"LCTL", "AC01"});
