@@ -3,6 +3,7 @@
 #include "app/Language.h"
 #include "platform/Services.h"
 #include "ui/EntryFilePanel.h"
+#include "ui/SystemColors.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
@@ -73,6 +74,9 @@ void ApplicationPanel::buildSearchField() {
     searchField_->setClearButtonEnabled(true);
     searchField_->findChild<QToolButton*>()->setAccessibleName(localized("消去", "Clear"));
     searchField_->installEventFilter(this);
+    QPalette palette = searchField_->palette(); // some desktops leave this one dark on dark
+    palette.setColor(QPalette::PlaceholderText, secondaryLabelColor(palette));
+    searchField_->setPalette(palette);
     searchField_->setFocus();
     connect(searchField_, &QLineEdit::textChanged, this, &ApplicationPanel::find);
 }

@@ -20,8 +20,9 @@ std::unique_ptr<QMessageBox> makeWindow() {
     quit->setObjectName("quit");
     QObject::connect(quit, &QPushButton::clicked,
                      [] { platform::services().application.terminate(); });
-    window->setDefaultButton(window->addButton(QMessageBox::Ok));
-    window->setEscapeButton(QMessageBox::Ok);
+    auto* ok = window->addButton("OK", QMessageBox::AcceptRole); // as in all alerts
+    window->setDefaultButton(ok);
+    window->setEscapeButton(ok);
     return window;
 }
 
