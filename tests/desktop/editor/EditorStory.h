@@ -29,7 +29,7 @@ class EditorStory : public WindowStory {
 public:
     ScreenReader reader{desktop.bus().address()};
 
-    /// The part of the editor with this title, or of the latest if there are several.
+    /// The part of the dialog with this title.
     Accessible part(std::string_view title, std::string_view role, std::string_view name);
 
     void clickOn(const Accessible& part);
@@ -65,7 +65,7 @@ private:
 /// The form in which people read the combination.
 std::string shown(const Combination& combination);
 
-/// Two shortcuts are there, one editor is to come.
+/// One shortcut is there, and the window with its card is in front.
 class EditorStoryTest : public testing::Test {
 protected:
     EditorStory story;
@@ -73,7 +73,6 @@ protected:
     const Combination bound{37, control | option};
     nlohmann::json before;
 
-    /// Adds the one shortcut that everything begins with, and opens the window again.
     void SetUp() override;
 };
 

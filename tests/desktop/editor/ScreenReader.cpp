@@ -10,14 +10,12 @@ namespace hollowfernpike::test {
 namespace {
 
 constexpr auto patience = 20s;
-constexpr int answerTimeout = 20'000; // ms
 
 constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr auto actionInterface = "org.a11y.atspi.Action";
 constexpr auto componentInterface = "org.a11y.atspi.Component";
 constexpr auto editableTextInterface = "org.a11y.atspi.EditableText";
 constexpr auto textInterface = "org.a11y.atspi.Text";
-constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 
 // As AtspiStateType numbers them.
 constexpr std::uint32_t enabled = 8;
@@ -27,57 +25,13 @@ constexpr std::uint32_t showing = 25;
 
 const Accessible desktop{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", {}, {}};
 
-using Answer = ScreenReader::Answer;
-using Bus = ScreenReader::Bus;
-
-Bus connectTo(const std::string& address) {
-    constexpr auto flags =
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    Bus connection(
-        g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, nullptr));
-    if (!connection) {
-        throw std::runtime_error("no bus at " + address);
-    }
-    return connection;
-}
-
-/// The answer, or null if there is none: parts of windows come and go.
-Answer ask(GDBusConnection* bus, const std::string& program, const std::string& object,
-           const char* interface, const char* method, GVariant* arguments) {
-    return Answer(g_dbus_connection_call_sync(bus, program.c_str(), object.c_str(), interface,
-                                              method, arguments, nullptr, G_DBUS_CALL_FLAGS_NONE,
-                                              answerTimeout, nullptr, nullptr));
-}
-
-std::string textIn(GVariant* value) {
-    return g_variant_get_string(value, nullptr);
-}
-
-std::string addressOfAccessibility(GDBusConnection* session) {
-    const auto answer =
-        ask(session, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", nullptr);
-    if (!answer) {
-        throw std::runtime_error("no accessibility bus");
-    }
-    const Answer address(g_variant_get_child_value(answer.get(), 0));
-    return textIn(address.get());
-}
-
-void announceListener(GDBusConnection* session) {
-    for (const char* name : {"IsEnabled", "ScreenReaderEnabled"}) {
-        ask(session, "org.a11y.Bus", "/org/a11y/bus", propertiesInterface, "Set",
-            g_variant_new("(ssv)", "org.a11y.Status", name, g_variant_new_boolean(TRUE)));
-    }
+std::string described(const Accessible& part) {
+    return part.role + " \"" + part.name + '"';
 }
 
 } // namespace
 
-ScreenReader::ScreenReader(const std::string& sessionBus) {
-    const auto session = connectTo(sessionBus);
-    bus_ = connectTo(addressOfAccessibility(session.get()));
-    announceListener(session.get());
-}
+ScreenReader::ScreenReader(const std::string& sessionBus) : bus_(sessionBus) {}
 
 Accessible ScreenReader::find(std::string_view role, std::string_view name) {
     return find(desktop, role, name);
@@ -85,12 +39,12 @@ Accessible ScreenReader::find(std::string_view role, std::string_view name) {
 
 Accessible ScreenReader::find(const Accessible& whole, std::string_view role,
                               std::string_view name) {
+    const Accessible wanted{{}, {}, std::string(role), std::string(name)};
     std::vector<Accessible> parts;
     std::vector<Accessible>::const_iterator found;
     const auto isThere = [&] {
         parts = partsOf(whole);
-        found = std::ranges::find_if(
-            parts, [&](const Accessible& part) { return part.role == role && part.name == name; });
+        found = std::ranges::find(parts, described(wanted), described);
         return found != parts.end();
     };
     if (waitUntil(isThere, patience)) {
@@ -98,10 +52,9 @@ Accessible ScreenReader::find(const Accessible& whole, std::string_view role,
     }
     std::string all;
     for (const auto& part : parts) {
-        all += "\n  " + part.role + " \"" + part.name + '"';
+        all += "\n  " + described(part);
     }
-    throw std::runtime_error("no " + std::string(role) + " \"" + std::string(name) +
-                             "\" in:" + all);
+    throw std::runtime_error("no " + described(wanted) + " in:" + all);
 }
 
 std::vector<Accessible> ScreenReader::partsOf(const Accessible& whole) {
@@ -137,8 +90,8 @@ bool ScreenReader::isSelected(const Accessible& part) {
 }
 
 std::string ScreenReader::description(const Accessible& part) {
-    const auto value = property(part, accessibleInterface, "Description");
-    return value ? textIn(value.get()) : std::string{};
+    const auto value = bus_.property(part.program, part.path, accessibleInterface, "Description");
+    return value ? g_variant_get_string(value.get(), nullptr) : std::string{};
 }
 
 ScreenReader::Point ScreenReader::middleOf(const Accessible& part) {
@@ -161,11 +114,11 @@ std::vector<std::string> ScreenReader::actions(const Accessible& part) {
     if (!answer) {
         return names;
     }
-    const Answer list(g_variant_get_child_value(answer.get(), 0));
+    const auto list = AccessibilityBus::first(answer);
     for (gsize index = 0; index < g_variant_n_children(list.get()); ++index) {
-        const Answer action(g_variant_get_child_value(list.get(), index));
-        const Answer name(g_variant_get_child_value(action.get(), 0));
-        names.push_back(textIn(name.get()));
+        const char* name = nullptr;
+        g_variant_get_child(list.get(), index, "(&sss)", &name, nullptr, nullptr);
+        names.emplace_back(name);
     }
     return names;
 }
@@ -176,40 +129,25 @@ void ScreenReader::act(const Accessible& part, std::string_view action) {
     const auto index = static_cast<gint32>(found - names.begin());
     if (found == names.end() ||
         !call(part, actionInterface, "DoAction", g_variant_new("(i)", index))) {
-        throw std::runtime_error(part.role + " \"" + part.name + "\" cannot " +
-                                 std::string(action));
+        throw std::runtime_error(described(part) + " cannot " + std::string(action));
     }
 }
 
 void ScreenReader::write(const Accessible& field, const std::string& text) {
     if (!call(field, editableTextInterface, "SetTextContents",
               g_variant_new("(s)", text.c_str()))) {
-        throw std::runtime_error(field.role + " \"" + field.name + "\" takes no text");
+        throw std::runtime_error(described(field) + " takes no text");
     }
 }
 
 std::string ScreenReader::text(const Accessible& field) {
     const auto answer = call(field, textInterface, "GetText", g_variant_new("(ii)", 0, -1));
-    if (!answer) {
-        return {};
-    }
-    const Answer text(g_variant_get_child_value(answer.get(), 0));
-    return textIn(text.get());
+    return answer ? AccessibilityBus::firstText(answer) : std::string{};
 }
 
-Answer ScreenReader::call(const Accessible& part, const char* interface, const char* method,
-                          GVariant* arguments) {
-    return ask(bus_.get(), part.program, part.path, interface, method, arguments);
-}
-
-Answer ScreenReader::property(const Accessible& part, const char* interface, const char* name) {
-    const auto answer =
-        call(part, propertiesInterface, "Get", g_variant_new("(ss)", interface, name));
-    if (!answer) {
-        return nullptr;
-    }
-    const Answer boxed(g_variant_get_child_value(answer.get(), 0));
-    return Answer(g_variant_get_variant(boxed.get()));
+AccessibilityBus::Value ScreenReader::call(const Accessible& part, const char* interface,
+                                           const char* method, GVariant* arguments) {
+    return bus_.call(part.program, part.path, interface, method, arguments);
 }
 
 bool ScreenReader::hasState(const Accessible& part, std::uint32_t state) {
@@ -218,8 +156,7 @@ bool ScreenReader::hasState(const Accessible& part, std::uint32_t state) {
         return false;
     }
     guint32 word = 0;
-    const Answer words(g_variant_get_child_value(answer.get(), 0));
-    g_variant_get_child(words.get(), state / 32, "u", &word);
+    g_variant_get_child(AccessibilityBus::first(answer).get(), state / 32, "u", &word);
     return (word >> state % 32 & 1U) != 0;
 }
 
@@ -229,19 +166,16 @@ std::vector<Accessible> ScreenReader::childrenOf(const Accessible& whole) {
     if (!answer) {
         return children;
     }
-    const Answer list(g_variant_get_child_value(answer.get(), 0));
+    const auto list = AccessibilityBus::first(answer);
     for (gsize index = 0; index < g_variant_n_children(list.get()); ++index) {
         const char* program = nullptr;
         const char* path = nullptr;
         g_variant_get_child(list.get(), index, "(&s&o)", &program, &path);
-        Accessible child{program, path, {}, {}};
-        const auto role = call(child, accessibleInterface, "GetRoleName");
-        const auto name = property(child, accessibleInterface, "Name");
-        if (role && name) {
-            const Answer text(g_variant_get_child_value(role.get(), 0));
-            child.role = textIn(text.get());
-            child.name = textIn(name.get());
-            children.push_back(child);
+        const auto name = bus_.property(program, path, accessibleInterface, "Name");
+        const auto role = bus_.call(program, path, accessibleInterface, "GetRoleName");
+        if (name && role) {
+            children.push_back({program, path, AccessibilityBus::firstText(role),
+                                g_variant_get_string(name.get(), nullptr)});
         }
     }
     return children;

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "desktop/editor/AccessibilityBus.h"
+
 #include <cstdint>
-#include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gio/gio.h>
 
 namespace hollowfernpike::test {
 
@@ -24,17 +22,8 @@ struct Accessible {
 /// Somebody who neither sees the screen nor uses keys and mouse, but finds the parts of windows by
 /// role and name and acts on them, all over the accessibility bus (AT-SPI 2).
 class ScreenReader {
-    struct Unref {
-        void operator()(GVariant* value) const { g_variant_unref(value); }
-        void operator()(GDBusConnection* bus) const { g_object_unref(bus); }
-    };
-
 public:
-    using Answer = std::unique_ptr<GVariant, Unref>;
-    using Bus = std::unique_ptr<GDBusConnection, Unref>;
-
-    /// Starts the accessibility bus of the session and says that somebody listens, as a screen
-    /// reader does at its start. Throws std::runtime_error if there is no such bus.
+    /// As for the bus.
     explicit ScreenReader(const std::string& sessionBus);
 
     /// The first part with this role and name among the windows of all programs that is on the
@@ -74,14 +63,13 @@ public:
     std::string text(const Accessible& field);
 
 private:
-    Answer call(const Accessible& part, const char* interface, const char* method,
-                GVariant* arguments = nullptr);
-    Answer property(const Accessible& part, const char* interface, const char* name);
+    AccessibilityBus::Value call(const Accessible& part, const char* interface, const char* method,
+                                 GVariant* arguments = nullptr);
     bool hasState(const Accessible& part, std::uint32_t state);
     std::vector<Accessible> childrenOf(const Accessible& whole);
     void collect(const Accessible& whole, std::vector<Accessible>& parts);
 
-    Bus bus_;
+    AccessibilityBus bus_;
 };
 
 } // namespace hollowfernpike::test
