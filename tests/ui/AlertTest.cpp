@@ -32,7 +32,7 @@ protected:
 
     QMessageBox& present(const Alert& alert) {
         alert.beginSheet(*window_, [this](int button) { pressed_ = button; });
-        return *window_->findChild<QMessageBox*>();
+        return *window_->findChildren<QMessageBox*>().back();
     }
 
     static QPushButton& buttonCalled(const QMessageBox& box, const QString& title) {
@@ -71,6 +71,16 @@ TEST_F(AlertTest, ShowsItsTexts) {
     EXPECT_EQ(box.informativeText(), "For good.");
     EXPECT_EQ(box.accessibleName(), "Delete?");
     EXPECT_EQ(box.accessibleDescription(), "For good.");
+}
+
+TEST_F(AlertTest, ExplainsInAColumnThatIsWideEnoughForTheWords) {
+    const auto width = [this](const char* explanation) {
+        return present({.message = "No.", .informativeText = explanation}).width();
+    };
+    const int narrow = width("So.");
+    EXPECT_GE(width("It has been so since the beginning, and there is nothing to be done."),
+              narrow + 150);
+    EXPECT_EQ(width("So."), narrow);
 }
 
 TEST_F(AlertTest, ShowsMarkupAsItIs) {

@@ -1,4 +1,5 @@
 #include "ui/ApplicationPanel.h"
+#include "ui/Colors.h"
 #include "ui/EditorTest.h"
 
 #include "support/TemporaryDirectory.h"
@@ -116,6 +117,15 @@ TEST_F(ApplicationPanelTest, BeginsInTheSearchFieldWithTheFirstApplicationSelect
     const QDialog& panel = open();
     EXPECT_TRUE(searchField(panel).hasFocus() || panel.focusWidget() == &searchField(panel));
     EXPECT_EQ(current(panel), "Calculator");
+}
+
+TEST_F(ApplicationPanelTest, TheHintOfTheSearchCanBeReadWhereTheDesktopForgetsIt) {
+    QPalette forgetful = darkPalette();
+    forgetful.setColor(QPalette::PlaceholderText, forgetful.color(QPalette::Base));
+    const ApplicationPalette application(forgetful);
+    const QPalette shown = searchField(open()).palette();
+    const QColor ground = shown.color(QPalette::Base);
+    EXPECT_GE(contrastRatio(laidOver(shown.color(QPalette::PlaceholderText), ground), ground), 4.5);
 }
 
 TEST_F(ApplicationPanelTest, FindsWhileTyping) {

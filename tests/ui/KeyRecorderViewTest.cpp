@@ -1,6 +1,8 @@
 #include "ui/KeyRecorderTest.h"
 #include "ui/SystemColors.h"
 
+#include <QApplication>
+
 #include <gmock/gmock.h>
 
 namespace hollowfernpike {
@@ -199,6 +201,22 @@ TEST_F(KeyRecorderViewTest, TheBorderIsTwiceAsWideInTheAccentColourWhileRecordin
     EXPECT_EQ(innerEdgeColor(), view_->palette().color(QPalette::Highlight));
     button().click();
     EXPECT_EQ(innerEdgeColor(), plainColor());
+}
+
+TEST_F(KeyRecorderViewTest, ARingShowsTheFocusInsideOfTheBorder) {
+    const auto ringColor = [this] {
+        const QImage image = view_->grab().toImage();
+        return image.pixelColor(3, image.height() / 2);
+    };
+    const QColor accent = view_->palette().color(QPalette::Highlight);
+    const QColor border = edgeColor();
+    EXPECT_NE(ringColor(), accent);
+    view_->show();
+    QApplication::setActiveWindow(view_.get());
+    view_->setFocus();
+    ASSERT_TRUE(view_->hasFocus());
+    EXPECT_EQ(ringColor(), accent);
+    EXPECT_EQ(edgeColor(), border);
 }
 
 TEST_F(KeyRecorderViewTest, TellsAssistiveTechnologyWhatItShows) {
