@@ -13,10 +13,10 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://hollowfernpike.app/)
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
-# Beside the libraries that it is linked to: the toolkit's own texts in the language that the program
-# starts with, and letters for it.
+# Beside the libraries that it is linked to: what the toolkit loads by itself for drawings and pointers,
+# its own texts in the language that the program starts with, and letters for it.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-translations-l10n)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, libxcursor1, qt6-translations-l10n")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\
 fonts-ipafont-gothic | fonts-japanese-gothic | fonts-noto-cjk, \
 default-dbus-session-bus | dbus-session-bus, hicolor-icon-theme")

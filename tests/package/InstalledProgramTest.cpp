@@ -4,7 +4,9 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <regex>
+#include <set>
 #include <utility>
 
 #include <gmock/gmock.h>
@@ -18,6 +20,19 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
+
+/// The libraries and plug-ins that a process has in memory.
+std::set<std::string> librariesOf(pid_t process) {
+    std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
+    std::set<std::string> libraries;
+    for (std::string line; std::getline(maps, line);) {
+        const auto path = line.find('/');
+        if (path != std::string::npos && line.find(".so", path) != std::string::npos) {
+            libraries.insert(line.substr(path));
+        }
+    }
+    return libraries;
+}
 
 class InstalledLookTest : public InstalledProgramTest {
 protected:
@@ -107,6 +122,26 @@ TEST_F(InstalledLookTest, ItsWindowsNameTheEntryAndShowItsIcon) {
     EXPECT_EQ(entry.value("StartupWMClass"), story.pager.classOf(story.pager.activeWindow()));
     EXPECT_THAT(iconSizes(story.pager.activeWindow()),
                 IsSupersetOf({"32 x 32", "48 x 48", "64 x 64"}));
+}
+
+TEST_F(InstalledProgramTest, AllThatItLoadsComesWithWhatThePackageDependsOn) {
+    StatusMenu menu(story.desktop);
+    menu.startHost();
+    const auto& target = bindTarget();
+    activate();
+    ASSERT_TRUE(menu.showsItem());
+    const auto editor = user.clickAdd();
+    user.choose(editor, target.name());
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(target));
+
+    const auto libraries = librariesOf(installed::process(story.desktop));
+    EXPECT_THAT(libraries, Contains(testing::HasSubstr("/libqsvg.so")));
+    std::vector<std::string> line{HFP_PYTHON, "-B", HFP_DEPENDENCIES, HFP_PACKAGE};
+    line.insert(line.end(), libraries.begin(), libraries.end());
+    ChildProcess comparison(line);
+    EXPECT_EQ(comparison.wait(30s), 0) << comparison.errors();
+    EXPECT_EQ(comparison.output(), "");
 }
 
 TEST_F(InstalledProgramTest, NothingIsLeftOfAPackageThatIsPurged) {
