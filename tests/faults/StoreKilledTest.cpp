@@ -25,7 +25,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// A process under a sanitizer takes ten times as long to be copied.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int rounds = 100;
+#else
 constexpr int rounds = 500;
+#endif
 
 /// The list that the store is given as its change of this number: some of them longer, some shorter
 /// than the one before.
@@ -115,7 +120,7 @@ protected:
     ModelServices services_{files_};
 };
 
-TEST_F(StoreKilledTest, leavesTheOldOrTheNewListFiveHundredTimes) {
+TEST_F(StoreKilledTest, leavesTheOldOrTheNewListWheneverItIs) {
     std::mt19937 random{20261121};
     std::uniform_int_distribution<int> microseconds{0, 3000};
     std::uint64_t change = 1;
