@@ -35,7 +35,11 @@ WindowUser::WindowUser(Story& story, const WindowTitles& windowTitles, int scale
       story_(story), scale_(scale) {}
 
 xcb_window_t WindowUser::openManagement() {
-    story_.run({HFP_PROGRAM});
+    if (isShown(management_)) {
+        story_.pager.activate(management_); // nothing tells when a further start has been served
+    } else {
+        story_.run({HFP_PROGRAM});
+    }
     return managementComes();
 }
 
@@ -57,12 +61,7 @@ xcb_window_t WindowUser::comes(std::string_view title, xcb_window_t before) {
 }
 
 void WindowUser::goes(xcb_window_t window) {
-    require(
-        [&] {
-            const auto shown = story_.pager.stacking();
-            return std::ranges::find(shown, window) == shown.end();
-        },
-        story_.pager.titleOf(window) + " does not go");
+    require([&] { return !isShown(window); }, story_.pager.titleOf(window) + " does not go");
 }
 
 WindowUser::Point WindowUser::addButton() {
@@ -196,6 +195,11 @@ int WindowUser::recorderBorder(xcb_window_t editor) {
         height = 0;
     }
     return 0;
+}
+
+bool WindowUser::isShown(xcb_window_t window) {
+    const auto shown = story_.pager.stacking();
+    return std::ranges::find(shown, window) != shown.end();
 }
 
 bool WindowUser::isInFrontOfAll(xcb_window_t window) {

@@ -49,8 +49,8 @@ public:
     Pointer mouse;
     WindowTitles titles;
 
-    /// Opens the management window as a second start of the program does, and waits until it has
-    /// the keys.
+    /// Opens the management window as a second start of the program does, or brings it to the front
+    /// as a task bar does if it is open, and waits until it has the keys.
     xcb_window_t openManagement();
 
     /// The management window that was opened otherwise, once it has the keys.
@@ -113,6 +113,7 @@ private:
 
     /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
     void click(xcb_window_t window, Point point);
+    bool isShown(xcb_window_t window);
     bool isInFrontOfAll(xcb_window_t window);
     int heightOf(xcb_window_t window);
 
