@@ -48,10 +48,7 @@ TEST_F(EditorSavingTest, ARecordedCombinationReplacesTheEditedOne) {
     auto& sheet = open(mailShortcut());
     record(sheet, 11, 0x80000);
     sheet.saveSheet();
-    auto expected = mailShortcut();
-    expected.keyCode = 11;
-    expected.modifierFlags = 0x80000;
-    expectSaved(expected);
+    expectSaved(mailShortcutOn(11, 0x80000));
 }
 
 TEST_F(EditorSavingTest, TheLastOfSeveralRecordedCombinationsIsSaved) {
@@ -59,10 +56,7 @@ TEST_F(EditorSavingTest, TheLastOfSeveralRecordedCombinationsIsSaved) {
     record(sheet, 0, 0x100000);
     record(sheet, 11, 0x20000);
     sheet.saveSheet();
-    auto expected = mailShortcut();
-    expected.keyCode = 11;
-    expected.modifierFlags = 0x20000;
-    expectSaved(expected);
+    expectSaved(mailShortcutOn(11, 0x20000));
 }
 
 TEST_F(EditorSavingTest, ARecordingThatIsCalledOffKeepsTheEditedCombination) {

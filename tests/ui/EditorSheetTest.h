@@ -57,6 +57,14 @@ protected:
         return shortcut;
     }
 
+    /// The mail shortcut on another combination.
+    static AppShortcut mailShortcutOn(std::uint16_t keyCode, std::uint64_t modifierFlags) {
+        auto shortcut = mailShortcut();
+        shortcut.keyCode = keyCode;
+        shortcut.modifierFlags = modifierFlags;
+        return shortcut;
+    }
+
     /// Shows the editor and keeps no hold on it.
     AddEditShortcutSheet& open(const std::optional<AppShortcut>& editing = std::nullopt) {
         const auto sheet = AddEditShortcutSheet::make(editing);

@@ -139,6 +139,18 @@ TEST_F(KeyRecorderTapTest, WithoutTrustItAsksForItMakesNoTapAndLeavesTheApplicat
                                      "accessibilityTrust.isProcessTrustedWithPrompt"));
 }
 
+TEST_F(KeyRecorderTapTest, AKnownCombinationOutlivesARecordingThatCannotStart) {
+    view_->setShortcut(keyB, command);
+    services_.accessibilityTrust.trusted = false;
+    view_->toggleRecording();
+    services_.accessibilityTrust.trusted = true;
+    services_.eventTaps.refusesListenOnly = true;
+    view_->toggleRecording();
+    EXPECT_EQ(view_->capturedKeyCode(), keyB);
+    EXPECT_EQ(view_->capturedModifierFlags(), command);
+    EXPECT_THAT(recorded_, IsEmpty());
+}
+
 TEST_F(KeyRecorderTapTest, KeyPressesReachTheFrontApplication) {
     view_->toggleRecording();
     EXPECT_TRUE(tap().press(keyA, command));

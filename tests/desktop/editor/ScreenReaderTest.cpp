@@ -57,6 +57,34 @@ protected:
         EXPECT_TRUE(reader.isFocused(recorder));
     }
 
+    /// Types its name into the search, which must select it.
+    void search(const Accessible& panel, const Application& application) {
+        const auto field = reader.find(panel, "text", "検索");
+        EXPECT_TRUE(reader.isFocused(field));
+        reader.write(field, application.name());
+        EXPECT_EQ(reader.text(field), application.name());
+        const auto row = reader.find(panel, "list item", application.name());
+        EXPECT_TRUE(waitUntil([&] { return reader.isSelected(row); }));
+    }
+
+    /// Opens the selected application, which must be this one, records and saves.
+    void finish(const Accessible& editor, const Accessible& panel, const Application& application,
+                const Combination& combination) {
+        press(panel, "開く");
+        reader.find(editor, "label", application.name());
+        record(editor, combination);
+        press(editor, "保存");
+        card(application, combination);
+    }
+
+    /// Makes a whole shortcut.
+    void make(const Application& application, const Combination& combination) {
+        const auto editor = add();
+        const auto panel = select(editor);
+        search(panel, application);
+        finish(editor, panel, application, combination);
+    }
+
     /// The card of a shortcut, which says both.
     Accessible card(const Application& application, const Combination& combination) {
         return reader.find(window(), "panel", application.name() + " " + shown(combination));
@@ -64,20 +92,8 @@ protected:
 };
 
 TEST_F(ScreenReaderTest, AddsAShortcutByTypingIntoTheSearch) {
-    const auto editor = add();
-    const auto panel = select(editor);
-    const auto search = reader.find(panel, "text", "検索");
-    EXPECT_TRUE(reader.isFocused(search));
-    reader.write(search, "quar");
-    EXPECT_EQ(reader.text(search), "quar");
-    const auto row = reader.find(panel, "list item", quartz.name());
-    EXPECT_TRUE(waitUntil([&] { return reader.isSelected(row); }));
-    press(panel, "開く");
-    reader.find(editor, "label", quartz.name());
-    record(editor, first);
-    press(editor, "保存");
+    make(quartz, first);
     EXPECT_TRUE(story.saves({{quartz, first}}));
-    card(quartz, first);
     EXPECT_TRUE(story.brings(quartz, story.front, first));
 }
 
@@ -88,17 +104,14 @@ TEST_F(ScreenReaderTest, AddsAShortcutByChoosingARow) {
     ASSERT_FALSE(reader.isSelected(row));
     reader.act(row, "Toggle");
     EXPECT_TRUE(waitUntil([&] { return reader.isSelected(row); }));
-    press(panel, "開く");
-    reader.find(editor, "label", quartz.name());
-    record(editor, first);
-    press(editor, "保存");
+    finish(editor, panel, quartz, first);
     EXPECT_TRUE(story.saves({{quartz, first}}));
     EXPECT_TRUE(story.brings(quartz, story.front, first));
 }
 
 TEST_F(ScreenReaderTest, EditsAndDeletesAShortcutByItsCard) {
-    story.add(quartz, first);
-    story.add(feldspar, second);
+    make(quartz, first);
+    make(feldspar, second);
     press(card(quartz, first), "編集");
     const auto editor = dialog(story.titles.editing);
     const Combination third{40, shift | command};
@@ -125,7 +138,7 @@ TEST_F(ScreenReaderTest, HearsWhatIsMissing) {
 }
 
 TEST_F(ScreenReaderTest, FindsNoControlWithoutAName) {
-    story.add(quartz, first);
+    make(quartz, first);
     press(card(quartz, first), "編集");
     const auto editor = dialog(story.titles.editing);
     const auto panel = select(editor);
