@@ -1,7 +1,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(RapidJSON 1.1 REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Svg Widgets)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-xkb xcb-xinput xcb-res xcb-ewmh xcb-icccm xcb-aux)

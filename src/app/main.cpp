@@ -36,7 +36,6 @@
 #include "ui/PermissionPrompt.h"
 
 #include <QApplication>
-#include <QIcon>
 
 #include <array>
 #include <csignal>
@@ -294,8 +293,6 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action,
     QGuiApplication::setDesktopFileName(domain.data());
     ToolkitArguments arguments{.program = command};
     QApplication application(arguments.count, arguments.words.data());
-    QApplication::setWindowIcon(
-        QIcon::fromTheme(domain.data(), QIcon(":/icons/app.hollowfernpike.Hollowfernpike.svg")));
     Program program(userDefaults, terminationSignals);
     qt::ApplicationService service(domain, [&program](const qt::ApplicationRequest& asked) {
         program.perform(asked.action, asked.startupIdentifier);

@@ -5,10 +5,10 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
+#include <QImageReader>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
 
 #include <utility>
 
@@ -35,14 +35,17 @@ QColor colorOf(SymbolTint tint, QIcon::Mode mode) {
     return palette.color(QPalette::ButtonText);
 }
 
-/// The drawing's own colour counts for nothing: only where it covers.
+/// The drawing's own colour counts for nothing: only where it covers. Read through the toolkit's
+/// plug-in, whose library is in memory only once a window shows symbols.
 QPixmap drawn(const QString& file, const QSize& size, const QColor& color) {
     QPixmap pixmap(size);
     pixmap.fill(Qt::transparent);
-    QSvgRenderer drawing(file);
-    drawing.setAspectRatioMode(Qt::KeepAspectRatio);
+    QImageReader drawing(file, "svg");
+    const QSize fitting = drawing.size().scaled(size, Qt::KeepAspectRatio);
+    drawing.setScaledSize(fitting);
     QPainter painter(&pixmap);
-    drawing.render(&painter);
+    painter.drawImage((size.width() - fitting.width()) / 2, (size.height() - fitting.height()) / 2,
+                      drawing.read());
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(pixmap.rect(), color);
     return pixmap;

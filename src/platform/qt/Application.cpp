@@ -3,6 +3,7 @@
 #include "platform/qt/TrayWindow.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QMetaObject>
 #include <QPlatformSurfaceEvent>
 #include <QWindow>
@@ -19,6 +20,15 @@ bool isOrdinary(Qt::WindowType type) {
 
 bool belongsToStatusItem(const QWidget& widget) {
     return dynamic_cast<const TrayWindow*>(&widget) != nullptr;
+}
+
+// With the first window and not at the start: on most days none is opened, and what draws an icon
+// would stay in memory.
+void useApplicationIcon() {
+    if (QApplication::windowIcon().isNull()) {
+        const QString name = QGuiApplication::desktopFileName();
+        QApplication::setWindowIcon(QIcon::fromTheme(name, QIcon(":/icons/" + name + ".svg")));
+    }
 }
 
 } // namespace
@@ -102,6 +112,7 @@ bool Application::eventFilter(QObject* watched, QEvent* event) {
         if (window != nullptr && isOrdinary(window->type()) &&
             surface->surfaceEventType() == QPlatformSurfaceEvent::SurfaceCreated) {
             windowManagement_.setShownInTaskBar(window->winId(), showsInTaskBar());
+            useApplicationIcon();
         }
     } else if (event->type() == QEvent::ZOrderChange || event->type() == QEvent::WindowActivate) {
         auto* widget = qobject_cast<QWidget*>(watched);
