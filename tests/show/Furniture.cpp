@@ -97,15 +97,15 @@ std::string frameTheme(const Palette& palette, int scale) {
                         "\nwindow.client.padding.width: 0\nwindow.client.padding.height: 0\n"
                         "window.handle.width: 0\nwindow.label.text.justify: center\n";
     for (const std::string state : {"active", "inactive"}) {
-        const auto window = "window." + state + '.';
-        const auto text = hex(state == "active" ? palette.frameText : palette.frameDimText);
-        theme += window + "title.bg: flat solid\n" + window +
-                 "title.bg.color: " + hex(palette.frame) + '\n' + window +
-                 "label.bg: parentrelative\n" + window + "label.text.color: " + text + '\n';
-        for (const std::string button : {"unpressed", "pressed", "hover"}) {
-            theme += window + "button." + button + ".bg: parentrelative\n" + window + "button." +
-                     button + ".image.color: " + text + '\n';
-        }
+        const std::string text =
+            hex(state == "active" ? palette.frameText : palette.frameDimText) + '\n';
+        const auto add = [&](const char* what, const std::string& value) {
+            theme.append("window.").append(state).append(what).append(value);
+        };
+        add(".title.bg: ", "flat solid\n");
+        add(".title.bg.color: ", hex(palette.frame) + '\n');
+        add(".label.bg: ", "parentrelative\n");
+        add(".label.text.color: ", text);
     }
     return theme;
 }

@@ -20,11 +20,11 @@ test::ScreenSize screenSize(int scale) {
 
 } // namespace
 
-Studio::Studio(const Edition& look, std::filesystem::path folder)
-    : edition(look), story("openbox", screenSize(look.scale)),
-      user(story, look.titles(), look.scale), folder_(std::move(folder)),
-      environment_(furnish(story.desktop, look)) {
-    setLanguage(story.desktop, look);
+Studio::Studio(const Edition& chosenEdition, std::filesystem::path folder)
+    : edition(chosenEdition), story("openbox", screenSize(chosenEdition.scale)),
+      user(story, chosenEdition.titles(), chosenEdition.scale), folder_(std::move(folder)),
+      environment_(furnish(story.desktop, chosenEdition)) {
+    setLanguage(story.desktop, chosenEdition);
     std::filesystem::current_path(story.desktop.home()); // as in a session of its own
 }
 

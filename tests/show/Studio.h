@@ -12,7 +12,7 @@ namespace hollowfernpike::show {
 class Studio {
 public:
     /// Pictures go to `folder`.
-    Studio(const Edition& edition, std::filesystem::path folder);
+    Studio(const Edition& chosenEdition, std::filesystem::path folder);
 
     const Edition edition;
     test::Story story;

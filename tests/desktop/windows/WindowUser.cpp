@@ -182,8 +182,8 @@ int WindowUser::recorderBorder(xcb_window_t editor) {
     const auto rows = std::min({outside.size(), outer.size(), inner.size()});
     int last = 0;
     int height = 0;
-    for (auto row = static_cast<std::size_t>(heightOfStep1 / 2 * scale_); row < rows;
-         ++row, ++height) {
+    constexpr std::size_t middleOfStep1 = heightOfStep1 / 2;
+    for (auto row = middleOfStep1 * static_cast<std::size_t>(scale_); row < rows; ++row, ++height) {
         const int width = outer[row] == outside[row] ? 0 : inner[row] == outer[row] ? 2 : 1;
         if (width == last) {
             continue;
