@@ -4,7 +4,9 @@
 #include "comparison/Contestant.h"
 #include "comparison/Processes.h"
 #include "comparison/Statistics.h"
+#include "desktop/resident/StatusMenu.h"
 
+#include <stdexcept>
 #include <thread>
 
 namespace hollowfernpike::bench {
@@ -12,8 +14,9 @@ namespace hollowfernpike::bench {
 namespace {
 
 constexpr double startBudget = 0.1;
-constexpr double residentBudget = 26e6;
-constexpr double privateDirtyBudget = 4e6;
+constexpr double mebibyte = 1024 * 1024; // what process lists mean by M
+constexpr double residentBudget = 26 * mebibyte;
+constexpr double privateDirtyBudget = 4 * mebibyte;
 constexpr double noWakeUps = 0;
 
 class ResidenceScene {
@@ -27,7 +30,11 @@ public:
     }
 
     void settleAndRun(const std::function<void(pid_t)>& look) {
+        panel_.startHost();
         const RunningContestant running(arena_.desktop, contestant_);
+        if (const auto shown = panel_.showsItem(); !shown) {
+            throw std::runtime_error(shown.message());
+        }
         arena_.bringToFront(window_);
         arena_.settle(running.pid());
         look(running.pid());
@@ -44,6 +51,7 @@ public:
 
 private:
     Arena arena_;
+    test::StatusMenu panel_{arena_.desktop};
     xcb_window_t window_ = arena_.open("Target");
     Contestant contestant_ =
         ours(arena_.desktop, {arena_.install("Target", arena_.programFile("Target")), "Target"});
@@ -93,7 +101,7 @@ void addWakeUps(Table& table, ResidenceScene& scene, ResidenceEffort effort, pid
 
 void measureResidence(Table& table, ResidenceEffort effort) {
     ResidenceScene scene;
-    table.section("Residence");
+    table.section("Residence, item shown in a panel");
     addStart(table, scene, effort.starts);
     scene.settleAndRun([&](pid_t process) {
         addWakeUps(table, scene, effort, process);

@@ -64,7 +64,7 @@ std::string format(double value, Unit unit) {
     case Unit::seconds:
         return formatTime(value);
     case Unit::bytes:
-        return number(value / 1e6, 1, " MB");
+        return number(value / (1024 * 1024), 1, " MiB");
     case Unit::count:
         return number(value, 0, "");
     case Unit::ratio:
