@@ -27,14 +27,14 @@ ROOTS = {
     "benchmarks": ["src", "tests", "benchmarks"],
 }
 
-# The one file that chooses the backends.
-CHOOSER = "src/app/main.cpp"
+# The one room that chooses the backends.
+CHOOSER = "src/main/"
 
 # Libraries that only some rooms know: by the form of the header's name.
 STANDARD = re.compile(r"[a-z_]+")
 LIBRARIES = [
     ("the JSON library", re.compile(r"rapidjson/.*"), {"model"}),
-    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "ui", "platform/qt"}),
+    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "main", "platform/qt", "ui"}),
     ("X11", re.compile(r"(xcb|X11|xkbcommon|libsn)/.*"), {"platform/x11"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
     ("sd-bus", re.compile(r"systemd/.*"), {"platform/freedesktop"}),
@@ -55,7 +55,7 @@ def fault_of_own(root, name, header):
     roots = ROOTS[name.split("/")[0]]
     if not any((root / base / header).is_file() for base in roots):
         return f"is not there: includes are rooted at {'/, '.join(roots)}/"
-    if not name.startswith("src/") or name == CHOOSER:
+    if not name.startswith("src/") or name.startswith(CHOOSER):
         return None
     room, other = room_of(name.removeprefix("src/")), room_of(header)
     if other in {room, "platform"} | DOORS.get(room, set()) or header in WICKETS.get(room, set()):

@@ -42,8 +42,8 @@ BAD = {
          "src/platform/x11/Bad.h": '#include "model/List.h"\n#include <rapidjson/reader.h>\n'
                                    '#include "platform/qt/Bad.h"\n',
          "src/platform/qt/Bad.h": "#include <xcb/xcb.h>\n",
-         "src/ui/Bad.h": '#include "app/main.cpp"\n',
-         "src/app/main.cpp": '#include "platform/x11/Atoms.h"\n',
+         "src/ui/Bad.h": '#include "main/main.cpp"\n',
+         "src/main/main.cpp": '#include "platform/x11/Atoms.h"\n',
          "src/app/Bad.cpp": '#include "platform/x11/Atoms.h"\n',
          "tests/model/BadTest.cpp": '#include "support/Nothing.h"\n'},
         [*(f"src/model/Bad.h:{line}" for line in range(1, 8)),

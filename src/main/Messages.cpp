@@ -1,0 +1,11 @@
+#include "main/Messages.h"
+
+#include <iostream>
+
+namespace hollowfernpike {
+
+void tell(const platform::LocalizedError& message) {
+    std::cerr << message.japanese() << '\n' << message.english() << std::endl;
+}
+
+} // namespace hollowfernpike

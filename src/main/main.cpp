@@ -1,0 +1,138 @@
+#include "app/CommandLine.h"
+#include "main/Messages.h"
+#include "main/Program.h"
+#include "model/PreferencesMigration.h"
+#include "platform/freedesktop/CoreLimit.h"
+#include "platform/freedesktop/InstanceLock.h"
+#include "platform/qt/ApplicationService.h"
+#include "platform/qt/TerminationSignals.h"
+#include "platform/qt/UserDefaults.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/TrustMessage.h"
+
+#include <QApplication>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace hollowfernpike {
+namespace {
+
+constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
+constexpr auto lockName = "hollowfernpike";
+constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
+
+/// A reader of our diagnostics may go away at any time; and a utility that a terminal has stopped
+/// would hold the keyboard at the next bound key press.
+void ignoreSignals() {
+    for (const int number : {SIGPIPE, SIGTSTP, SIGTTIN, SIGTTOU}) {
+        std::signal(number, SIG_IGN);
+    }
+}
+
+std::string variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string{} : value;
+}
+
+freedesktop::InstanceRequest requestFor(const std::string& action) {
+    return {.action = action.empty() ? defaultAction : action,
+            .activationToken = variable("XDG_ACTIVATION_TOKEN"),
+            .startupId = variable("DESKTOP_STARTUP_ID")};
+}
+
+/// The lock, once no other instance has it; absent if another one has taken over what we were
+/// started for.
+std::optional<freedesktop::InstanceLock> becomeTheInstance(const std::string& action) {
+    if (auto lock = freedesktop::InstanceLock::acquire(lockName)) {
+        return lock;
+    }
+    auto handedOver = freedesktop::handOver(lockName, requestFor(action));
+    if (!handedOver.lock && !handedOver.isTaken) {
+        throw platform::LocalizedError("起動中の Hollowfernpike が応答しません",
+                                       "Hollowfernpike is running but does not answer");
+    }
+    return std::move(handedOver.lock);
+}
+
+/// What the toolkit is told as if on its command line: in a Wayland session, too, our windows are X
+/// windows. In the environment, those whom we launch would be told as well.
+struct ToolkitArguments {
+    std::string program;
+    std::string option = "-platform";
+    std::string platform = "xcb";
+    std::array<char*, 4> words{program.data(), option.data(), platform.data(), nullptr};
+    int count = 3;
+};
+
+int runInstance(freedesktop::InstanceLock lock, const std::string& action,
+                const std::string& command) {
+    qt::UserDefaults userDefaults(domain);
+    PreferencesMigration::run(userDefaults, previousDomains);
+    const auto startupIdentifier = variable("DESKTOP_STARTUP_ID"); // the toolkit takes it away
+    qt::TerminationSignals terminationSignals;
+    QCoreApplication::setApplicationName("Hollowfernpike");
+    QGuiApplication::setDesktopFileName(domain.data());
+    ToolkitArguments arguments{.program = command};
+    QApplication application(arguments.count, arguments.words.data());
+    Program program(userDefaults, terminationSignals);
+    qt::ApplicationService service(domain, [&program](const qt::ApplicationRequest& asked) {
+        program.perform(asked.action, asked.startupIdentifier);
+    });
+    if (service.publish() == qt::ApplicationService::Outcome::taken &&
+        service.handOver({.action = action, .startupIdentifier = startupIdentifier})) {
+        return EXIT_SUCCESS;
+    }
+    lock.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
+        program.perform(asked.action, asked.startupId);
+    });
+    return program.run(action);
+}
+
+int run(const std::string& action, const std::string& command) {
+    ignoreSignals();
+    freedesktop::turnOffCoreFiles();
+    if (x11::Connection::open() == nullptr) { // the toolkit would abort
+        tell(x11::trustMessage(x11::TrustProblem::noDisplay));
+        return EXIT_FAILURE;
+    }
+    try {
+        auto lock = becomeTheInstance(action);
+        if (!lock || action == "quitApp") {
+            return EXIT_SUCCESS;
+        }
+        return runInstance(std::move(*lock), action, command);
+    } catch (const platform::LocalizedError& error) {
+        tell(error);
+        return EXIT_FAILURE;
+    }
+}
+
+} // namespace
+} // namespace hollowfernpike
+
+int main(int argc, char** argv) {
+    using hollowfernpike::CommandLine;
+    const auto line = hollowfernpike::parseCommandLine(
+        std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));
+    switch (line.purpose) {
+    case CommandLine::Purpose::run:
+        return hollowfernpike::run(line.action, argv[0]);
+    case CommandLine::Purpose::help:
+        std::cout << hollowfernpike::usage();
+        return EXIT_SUCCESS;
+    case CommandLine::Purpose::version:
+        std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION "\n";
+        return EXIT_SUCCESS;
+    case CommandLine::Purpose::misuse:
+        std::cerr << hollowfernpike::usage();
+        return 2;
+    }
+}
