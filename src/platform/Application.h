@@ -33,7 +33,8 @@ public:
     /// bar, windows show in the task bar whatever the policy: there is no other way back to them.
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
 
-    /// Brings our key window to the front, whatever application is there.
+    /// Brings our key window to the front, whatever application is there: with the sheet on it if
+    /// it has one, but not those on others. A dialog that holds everything up comes instead.
     virtual void activateIgnoringOtherApps() = 0;
 
     /// All windows of ours, visible or not.

@@ -22,6 +22,27 @@ bool belongsToStatusItem(const QWidget& widget) {
     return dynamic_cast<const TrayWindow*>(&widget) != nullptr;
 }
 
+/// A modal dialog that is open and not bound to one window; null if there is none.
+QWidget* dialogBeforeAll() {
+    QWidget* dialog = QApplication::activeModalWidget();
+    return dialog != nullptr && dialog->windowModality() == Qt::ApplicationModal ? dialog : nullptr;
+}
+
+bool isSheetOn(const QWidget& window, const QWidget& other) {
+    return other.isVisible() && other.windowModality() == Qt::WindowModal &&
+           other.parentWidget() != nullptr && other.parentWidget()->window() == &window;
+}
+
+/// The window, or the sheet on it that has to be answered first.
+QWidget* sheetOrSelf(QWidget* window) {
+    for (QWidget* other : QApplication::topLevelWidgets()) {
+        if (isSheetOn(*window, *other)) {
+            return sheetOrSelf(other);
+        }
+    }
+    return window;
+}
+
 // With the first window and not at the start: on most days none is opened, and what draws an icon
 // would stay in memory.
 void useApplicationIcon() {
@@ -52,12 +73,10 @@ void Application::setActivationPolicy(platform::ActivationPolicy policy) {
 }
 
 void Application::activateIgnoringOtherApps() {
-    QWidget* window = QApplication::activeModalWidget();
-    if (window == nullptr) {
-        window = keyWindow_;
-    }
-    if (window != nullptr && window->isVisible()) {
-        windowManagement_.bringToFront(window->winId());
+    if (const QWidget* dialog = dialogBeforeAll()) {
+        windowManagement_.bringToFront(dialog->winId());
+    } else if (keyWindow_ != nullptr && keyWindow_->isVisible()) {
+        windowManagement_.bringToFront(sheetOrSelf(keyWindow_)->winId());
     }
 }
 
@@ -75,8 +94,7 @@ std::vector<platform::ApplicationWindow> Application::windows() {
 }
 
 bool Application::hasModalWindow() {
-    const QWidget* window = QApplication::activeModalWidget();
-    return window != nullptr && window->windowModality() == Qt::ApplicationModal;
+    return dialogBeforeAll() != nullptr;
 }
 
 void Application::sendAction(const platform::MenuItem& item) {

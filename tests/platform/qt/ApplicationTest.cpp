@@ -240,6 +240,68 @@ TEST_F(ApplicationTest, BringsAModalDialogToTheFrontBeforeAnyWindow) {
     EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
 }
 
+TEST_F(ApplicationTest, BringsAModalDialogToTheFrontAlthoughItBelongsToAnotherWindow) {
+    QMainWindow owner;
+    QMainWindow window;
+    QDialog dialog(&owner);
+    dialog.setWindowModality(Qt::ApplicationModal);
+    owner.show();
+    dialog.show();
+    window.show();
+    window.raise();
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+}
+
+/// Two windows, the first of which has a sheet.
+class SheetTest : public ApplicationTest {
+protected:
+    SheetTest() {
+        first.show();
+        second.show();
+        sheet.open();
+    }
+
+    QMainWindow first;
+    QMainWindow second;
+    QDialog sheet{&first};
+};
+
+TEST_F(SheetTest, ComesToTheFrontWithItsWindow) {
+    first.raise();
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(sheet.winId()));
+}
+
+TEST_F(SheetTest, StaysWhereItIsWhenAnotherWindowIsRaised) {
+    second.raise();
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(second.winId()));
+}
+
+TEST_F(SheetTest, ComesToTheFrontWithItsWindowThoughAnotherOpenedLater) {
+    QDialog later(&second);
+    later.open();
+    first.raise();
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(sheet.winId()));
+}
+
+TEST_F(SheetTest, LetsItsOwnSheetComeToTheFront) {
+    QDialog inner(&sheet);
+    inner.open();
+    first.raise();
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(inner.winId()));
+}
+
+TEST_F(SheetTest, ThatIsAnsweredGivesWayToItsWindow) {
+    sheet.accept();
+    first.raise();
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(first.winId()));
+}
+
 TEST_F(ApplicationTest, BringsNothingToTheFrontThatIsHiddenOrGone) {
     application.activateIgnoringOtherApps();
     auto window = std::make_unique<QMainWindow>();
