@@ -1,5 +1,7 @@
 #include "ui/ModalAnswers.h"
 
+#include "ui/Symbols.h"
+
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -16,10 +18,23 @@ namespace {
 
 constexpr const char* seen = "seen";
 
+std::string describePicture(const QMessageBox& alert) {
+    switch (alert.icon()) {
+    case QMessageBox::Warning:
+        return "warning";
+    case QMessageBox::Information:
+        return "information";
+    default:
+        break;
+    }
+    const QPixmap picture = alert.iconPixmap();
+    const QIcon checkmark = symbolImage("checkmark.circle", SymbolTint::accent);
+    const bool isCheckmark = picture.toImage() == checkmark.pixmap(picture.size()).toImage();
+    return isCheckmark ? "checkmark.circle" : "another picture";
+}
+
 std::string describeAlert(const QMessageBox& alert) {
-    std::string text = alert.icon() == QMessageBox::Warning       ? "warning"
-                       : alert.icon() == QMessageBox::Information ? "information"
-                                                                  : "symbol";
+    std::string text = describePicture(alert);
     text += " | " + alert.text().toStdString();
     if (!alert.informativeText().isEmpty()) {
         text += " | " + alert.informativeText().toStdString();

@@ -20,7 +20,8 @@ public:
 
     explicit ModalAnswers(std::deque<Answer> answers);
 
-    /// One line for each: "modal" or "sheet", what it is, its texts and its buttons.
+    /// One line for each: "modal" or "sheet", what it is, its texts and its buttons. Alerts are
+    /// called by their pictures.
     const std::vector<std::string>& shown() const { return shown_; }
 
     /// Whether all answers are given and the last dialog is gone.
