@@ -1,3 +1,4 @@
+#include "model/ShortcutEncoder.h"
 #include "ui/AddEditShortcutSheet.h"
 #include "ui/ModalAnswers.h"
 #include "ui/WindowTest.h"
@@ -101,6 +102,16 @@ TEST_F(MainWindowActionsTest, WhatAnEditingEditorSavesReplacesTheShortcut) {
     EXPECT_THAT(shownNames(), ElementsAre("Better Editor", "Browser"));
 }
 
+TEST_F(MainWindowActionsTest, WhatAnEditingEditorSavesAfterTheControllerIsGoneReplacesTheShortcut) {
+    card(1).editButton().click();
+    controller.reset();
+    auto edited = shortcuts().back();
+    edited.appName = "Better Browser";
+    editors().front()->onSave(edited);
+    ASSERT_THAT(shortcuts(), SizeIs(2));
+    EXPECT_EQ(shortcuts().back().appName, "Better Browser");
+}
+
 TEST_F(MainWindowActionsTest, EveryRequestOpensAFurtherEditor) {
     controller->addButton()->click();
     controller->addButton()->click();
@@ -120,6 +131,28 @@ TEST_F(MainWindowActionsTest, DeletingAsksInASheetOnTheWindow) {
 
 TEST_F(MainWindowActionsTest, ConfirmingRemovesExactlyThatCard) {
     remove(0, press("Delete"));
+    EXPECT_THAT(shownNames(), ElementsAre("Browser"));
+}
+
+TEST_F(MainWindowActionsTest, ConfirmingRemovesThatCardAloneOfTwoThatDifferInTheirIdsOnly) {
+    auto list = shortcuts();
+    const auto kept = list.front().id;
+    list[1] = list.front();
+    list[1].id = UUID::random();
+    ShortcutStore::shared().importData(encodeShortcuts(list, DocumentLayout::compact));
+    remove(1, press("Delete"));
+    ASSERT_THAT(shortcuts(), SizeIs(1));
+    EXPECT_EQ(shortcuts().front().id, kept);
+}
+
+TEST_F(MainWindowActionsTest, ConfirmingRemovesAShortcutThatWasChangedBeforeTheAnswer) {
+    remove(0, [&](QWidget& alert) {
+        auto changed = shortcuts().front();
+        changed.appName = "Changed";
+        changed.keyCode = 40;
+        ShortcutStore::shared().update(changed);
+        press("Delete")(alert);
+    });
     EXPECT_THAT(shownNames(), ElementsAre("Browser"));
 }
 

@@ -90,6 +90,18 @@ TEST_P(WindowGeometry, OfTheCardsBesideAScroller) {
     expectCardsInPlace();
 }
 
+TEST_P(WindowGeometry, OfABadgeBesideALongNameAndAScroller) {
+    addShortcut(std::string(300, 'W'), 49, modifierMask);
+    fill(20);
+    settle();
+    ASSERT_TRUE(controller->scrollView()->verticalScrollBar()->isVisible());
+    const ShortcutCardView& crowded = card(3);
+    ASSERT_EQ(crowded.hotkeyBadge().text(), " ⌃⌥⇧⌘Space ");
+    EXPECT_EQ(crowded.hotkeyBadge().size(), crowded.hotkeyBadge().sizeHint());
+    EXPECT_EQ(end(crowded.hotkeyBadge().geometry()) + 12, crowded.editButton().x());
+    expectCardConstraints(crowded);
+}
+
 TEST_F(MainWindowTest, IsFourHundredAndEightyByFourHundredAndNotSmallerThanFourByThreeHundred) {
     EXPECT_EQ(open().window()->size(), QSize(480, 400));
     EXPECT_EQ(controller->window()->minimumSize(), QSize(400, 300));

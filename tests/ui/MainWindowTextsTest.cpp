@@ -49,6 +49,13 @@ TEST_P(WindowTexts, AnEmptyListShowsOnlyTheHint) {
     EXPECT_EQ(labels.front()->font().weight(), QFont::Normal);
 }
 
+TEST_F(MainWindowTest, SymbolsLeadOutOfABoxAndIntoIt) {
+    const ApplicationPalette colors(lightPalette());
+    open();
+    EXPECT_TRUE(shows(*controller->exportButton(), "square.and.arrow.up", SymbolTint::text));
+    EXPECT_TRUE(shows(*controller->importButton(), "square.and.arrow.down", SymbolTint::text));
+}
+
 TEST_F(MainWindowTest, TheHintStandsBack) {
     const ApplicationPalette colors(lightPalette());
     open();

@@ -2,6 +2,7 @@
 
 #include "ui/CardConstraints.h"
 #include "ui/Colors.h"
+#include "ui/GenericApplicationIcon.h"
 #include "ui/SystemColors.h"
 #include "ui/WindowTest.h"
 
@@ -28,9 +29,23 @@ protected:
         return card;
     }
 
+    /// Gives the application an icon of one colour.
+    void paint(const std::string& name, Qt::GlobalColor color) {
+        QImage image(32, 32, QImage::Format_ARGB32);
+        image.fill(color);
+        const std::string file = folder.path() / (name + ".png");
+        ASSERT_TRUE(image.save(QString::fromStdString(file)));
+        desktop.applicationBundles.icons["/applications/" + name + ".desktop"].imageFile = file;
+    }
+
+    static QColor iconColor(ShortcutCardView& card) {
+        return card.grab().toImage().pixelColor(28, 26);
+    }
+
     static int end(const QWidget& view) { return view.x() + view.width(); }
 
     const std::string endless = std::string(300, 'W');
+    TemporaryDirectory folder;
 };
 
 TEST_F(ShortcutCardViewTest, KeepsItsConstraintsWithNamesAndKeysOfEveryLength) {
@@ -82,10 +97,14 @@ TEST_F(ShortcutCardViewTest, FollowsTheWidthThatItsOwnerGivesIt) {
 }
 
 TEST_F(ShortcutCardViewTest, CanBeToldToShowAnotherShortcut) {
+    paint("Editor", Qt::red);
+    paint("Browser with a Long Name", Qt::blue);
     const auto card = cardFor(named("Editor"));
+    ASSERT_EQ(iconColor(*card), QColor(Qt::red));
     card->configure(named("Browser with a Long Name", 11, modifierMask));
     EXPECT_EQ(card->appNameLabel().text(), "Browser with a Long Name");
     EXPECT_EQ(card->hotkeyBadge().text(), " ⌃⌥⇧⌘B ");
+    EXPECT_EQ(iconColor(*card), QColor(Qt::blue));
     expectCardConstraints(*card);
 }
 
@@ -130,21 +149,32 @@ TEST_F(ShortcutCardViewTest, AClosureMayDestroyTheCard) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(ShortcutCardViewTest, DestroyingItReleasesBothClosures) {
+    auto card = cardFor(named("Editor"));
+    const auto forEditing = std::make_shared<int>();
+    const auto forDeleting = std::make_shared<int>();
+    card->onEdit = [forEditing] {};
+    card->onDelete = [forDeleting] {};
+    ASSERT_EQ(forEditing.use_count(), 2);
+    ASSERT_EQ(forDeleting.use_count(), 2);
+    card.reset();
+    EXPECT_EQ(forEditing.use_count(), 1);
+    EXPECT_EQ(forDeleting.use_count(), 1);
+}
+
 TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneHasTheGenericIcon) {
+    QIcon::setThemeName("no such theme");
+    QIcon::setFallbackThemeName("");
+    const QSize size(32, 32);
     const auto card = cardFor(named("Gone"));
-    EXPECT_FALSE(card->iconView().icon().pixmap(QSize(32, 32), 1.0).isNull());
+    EXPECT_EQ(card->iconView().icon().pixmap(size, 1.0).toImage(),
+              genericApplicationIcon().pixmap(size, 1.0).toImage());
     EXPECT_EQ(card->appNameLabel().text(), "Gone");
 }
 
 TEST_F(ShortcutCardViewTest, ShowsTheIconOfTheApplicationAtItsPath) {
-    TemporaryDirectory folder;
-    QImage red(32, 32, QImage::Format_ARGB32);
-    red.fill(Qt::red);
-    const std::string image = folder.path() / "icon.png";
-    ASSERT_TRUE(red.save(QString::fromStdString(image)));
-    desktop.applicationBundles.icons["/applications/Editor.desktop"].imageFile = image;
-    const auto card = cardFor(named("Editor"));
-    EXPECT_EQ(card->grab().toImage().pixelColor(28, 26), QColor(Qt::red));
+    paint("Editor", Qt::red);
+    EXPECT_EQ(iconColor(*cardFor(named("Editor"))), QColor(Qt::red));
 }
 
 TEST_F(ShortcutCardViewTest, FontsAreOfTheSizesAndWeightsOfTheDesign) {
@@ -154,6 +184,13 @@ TEST_F(ShortcutCardViewTest, FontsAreOfTheSizesAndWeightsOfTheDesign) {
     EXPECT_EQ(card->hotkeyBadge().font().pixelSize(), 13);
     EXPECT_EQ(card->hotkeyBadge().font().weight(), QFont::DemiBold);
     EXPECT_TRUE(QFontInfo(card->hotkeyBadge().font()).fixedPitch());
+}
+
+TEST_F(ShortcutCardViewTest, ButtonsAreAPencilAndARedTrashCan) {
+    const ApplicationPalette colors(lightPalette());
+    const auto card = cardFor(named("Editor"));
+    EXPECT_TRUE(shows(card->editButton(), "pencil", SymbolTint::text));
+    EXPECT_TRUE(shows(card->deleteButton(), "trash", SymbolTint::red));
 }
 
 TEST_F(ShortcutCardViewTest, ButtonsHaveNoToolTips) {

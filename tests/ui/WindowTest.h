@@ -95,6 +95,12 @@ inline std::string languageName(const testing::TestParamInfo<Language::Case>& in
     return info.param == Language::english ? "english" : "japanese";
 }
 
+/// Whether that is what the button shows.
+inline bool shows(const SymbolButton& button, std::string_view symbol, SymbolTint tint) {
+    const QSize size = button.iconSize();
+    return button.icon().pixmap(size).toImage() == symbolImage(symbol, tint).pixmap(size).toImage();
+}
+
 /// A view's place in a window of which it is a part.
 inline QRect placeIn(const QWidget& window, const QWidget& view) {
     return {view.mapTo(&window, QPoint()), view.size()};
