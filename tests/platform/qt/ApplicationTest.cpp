@@ -295,11 +295,12 @@ TEST_F(SheetTest, LetsItsOwnSheetComeToTheFront) {
     EXPECT_THAT(broughtToFront, ElementsAre(inner.winId()));
 }
 
-TEST_F(SheetTest, ThatIsAnsweredGivesWayToItsWindow) {
-    sheet.accept();
-    first.raise();
+TEST_F(SheetTest, ThatIsHiddenGivesWayToItsWindow) {
+    QDialog hidden(&second);
+    hidden.setWindowModality(Qt::WindowModal);
+    second.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(first.winId()));
+    EXPECT_THAT(broughtToFront, ElementsAre(second.winId()));
 }
 
 TEST_F(ApplicationTest, BringsNothingToTheFrontThatIsHiddenOrGone) {
