@@ -39,7 +39,7 @@ bool StatusMenu::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         const QKeySequence pressed(static_cast<QKeyEvent*>(event)->keyCombination());
         for (const auto& [item, action] : actions_) {
-            if (action->shortcut() == pressed) {
+            if (!action->shortcut().isEmpty() && action->shortcut() == pressed) {
                 menu_.hide();
                 action->trigger();
                 return true;

@@ -196,6 +196,19 @@ TEST_F(StatusItemMenuTest, HearsItsKeyEquivalentWhileItIsOpen) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
+TEST_F(StatusItemMenuTest, AKeyThatTheToolkitHasNoNameForChoosesNothing) {
+    const auto layouts =
+        session.desktop().start({"setxkbmap", "-layout", "us,gb", "-option", "grp:menu_toggle"});
+    ASSERT_EQ(layouts->wait(), 0) << layouts->errors();
+    host.activate();
+    EXPECT_TRUE(session.runUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+    test::KeyInjector keyboard(session.desktop().display());
+    keyboard.strike({"COMP"}); // switches the layout
+    keyboard.strike({"LCTL", "AD01"});
+    EXPECT_TRUE(runUntilActions(1));
+    EXPECT_THAT(delegate.actions, ElementsAre("quitApp"));
+}
+
 TEST_F(StatusItemMenuTest, HearsItsKeyEquivalentWhileASubmenuIsOpen) {
     host.activate();
     EXPECT_TRUE(session.runUntil([] { return QApplication::activePopupWidget() != nullptr; }));
