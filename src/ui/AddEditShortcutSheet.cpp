@@ -11,6 +11,7 @@
 #include "ui/FittingLabel.h"
 #include "ui/IconView.h"
 #include "ui/KeyRecorderView.h"
+#include "ui/Sheets.h"
 
 #include <QCoreApplication>
 #include <QHideEvent>
@@ -86,9 +87,9 @@ void AddEditShortcutSheet::buildUI() {
     showSelectedApp();
     views_.step2Container->setHidden(!selectedAppPath_);
     views_.saveButton->setEnabled(keyRecorder_->capturedKeyCode().has_value());
-    connect(views_.selectButton, &QPushButton::clicked, this, &AddEditShortcutSheet::selectApp);
-    connect(views_.cancelButton, &QPushButton::clicked, this, &AddEditShortcutSheet::cancelSheet);
-    connect(views_.saveButton, &QPushButton::clicked, this, &AddEditShortcutSheet::saveSheet);
+    onClick(*views_.selectButton, [this] { selectApp(); });
+    onClick(*views_.cancelButton, [this] { cancelSheet(); });
+    onClick(*views_.saveButton, [this] { saveSheet(); });
     keyRecorder_->onKeyRecorded = [self = QPointer(this)](std::uint16_t, std::uint64_t) {
         if (self) {
             self->views_.saveButton->setEnabled(true);

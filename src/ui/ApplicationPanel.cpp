@@ -3,6 +3,7 @@
 #include "app/Language.h"
 #include "platform/Services.h"
 #include "ui/EntryFilePanel.h"
+#include "ui/Sheets.h"
 #include "ui/SystemColors.h"
 
 #include <QCoreApplication>
@@ -107,9 +108,9 @@ void ApplicationPanel::buildButtons() {
     cancelButton_->setAutoDefault(false);
     openButton_->setObjectName("openButton");
     openButton_->setDefault(true);
-    connect(otherButton_, &QPushButton::clicked, this, &ApplicationPanel::chooseOtherFile);
-    connect(cancelButton_, &QPushButton::clicked, this, &ApplicationPanel::reject);
-    connect(openButton_, &QPushButton::clicked, this, &ApplicationPanel::openSelected);
+    onClick(*otherButton_, [this] { chooseOtherFile(); });
+    onClick(*cancelButton_, [this] { reject(); });
+    onClick(*openButton_, [this] { openSelected(); });
 }
 
 void ApplicationPanel::find(const QString& text) {

@@ -6,6 +6,7 @@
 #include "ui/AccessibleRole.h"
 #include "ui/FittingLabel.h"
 #include "ui/Fonts.h"
+#include "ui/Sheets.h"
 #include "ui/SystemColors.h"
 
 #include <QCoreApplication>
@@ -41,7 +42,7 @@ void KeyRecorderView::setupUI() {
     setLabel(localized("クリックして記録", "Click to record"));
     recordButton_->setObjectName("recordButton");
     recordButton_->setText(localized("記録", "Record"));
-    connect(recordButton_, &QPushButton::clicked, this, &KeyRecorderView::toggleRecording);
+    onClick(*recordButton_, [this] { toggleRecording(); });
     connect(qApp, &QCoreApplication::aboutToQuit, this, &KeyRecorderView::stopRecording);
 }
 
@@ -73,15 +74,14 @@ void KeyRecorderView::paintEvent(QPaintEvent*) {
     const qreal border = isRecording_ ? recordingBorderWidth : 1;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(
-        isRecording_ ? palette().color(QPalette::Highlight) : separatorColor(palette()), border));
+    painter.setPen(QPen(isRecording_ ? accentColor(palette()) : separatorColor(palette()), border));
     const qreal inset = border / 2;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), cornerRadius,
-                            cornerRadius);
+    const qreal radius = cornerRadius - inset; // of the line's middle
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
     if (hasFocus() && !isRecording_) { // while it records, its border says so
         constexpr qreal ringInset = 3.5;
         constexpr qreal ringRadius = cornerRadius - ringInset;
-        painter.setPen(palette().color(QPalette::Highlight));
+        painter.setPen(accentColor(palette()));
         painter.drawRoundedRect(
             QRectF(rect()).adjusted(ringInset, ringInset, -ringInset, -ringInset), ringRadius,
             ringRadius);

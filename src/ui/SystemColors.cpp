@@ -57,12 +57,16 @@ QColor secondaryLabelColor(const QPalette& palette) {
     return withAlpha(palette.color(QPalette::WindowText), 0.7F);
 }
 
+QColor accentColor(const QPalette& palette) {
+    return palette.color(QPalette::Active, QPalette::Highlight);
+}
+
 QColor accentTintColor(const QPalette& palette) {
-    return withAlpha(palette.color(QPalette::Highlight), accentTintAlpha);
+    return withAlpha(accentColor(palette), accentTintAlpha);
 }
 
 QColor accentTextColor(const QPalette& palette) {
-    const QColor accent = palette.color(QPalette::Highlight);
+    const QColor accent = accentColor(palette);
     const QColor background = mixed(accent, palette.color(QPalette::Base), accentTintAlpha);
     return legible(accent, background, palette.color(QPalette::Text), 4.5F);
 }

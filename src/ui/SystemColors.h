@@ -14,6 +14,9 @@ QColor separatorColor(const QPalette& palette);
 /// Of text that stands back.
 QColor secondaryLabelColor(const QPalette& palette);
 
+/// Of what is chosen or going on, whether our window is in front or not.
+QColor accentColor(const QPalette& palette);
+
 /// Behind what is set off by the accent, on the background of lists.
 QColor accentTintColor(const QPalette& palette);
 
