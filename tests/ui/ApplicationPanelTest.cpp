@@ -17,7 +17,6 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -296,19 +295,12 @@ TEST_F(ApplicationPanelTest, LongNamesDoNotWidenTheList) {
     EXPECT_LE(view.visualRect(view.model()->index(4, 0)).width(), view.viewport()->width());
 }
 
-TEST_F(ApplicationPanelTest, ManyApplicationsOpenAtOnce) {
+TEST_F(ApplicationPanelTest, ListsEveryOneOfManyApplications) {
     services_.applicationBundles.installed.clear();
     for (int number = 0; number < 500; ++number) {
         install("Application " + std::to_string(number));
     }
-    window_->show();
-    const auto begin = std::chrono::steady_clock::now();
-    const QDialog& panel = open();
-    QCoreApplication::processEvents();
-    const auto spent = std::chrono::steady_clock::now() - begin;
-    RecordProperty("milliseconds",
-                   std::to_string(std::chrono::duration<double, std::milli>(spent).count()));
-    EXPECT_EQ(rows(panel).size(), 500U);
+    EXPECT_EQ(rows(open()).size(), 500U);
 }
 
 TEST_F(ApplicationPanelTest, WhatAssistiveTechnologySelectsIsOpened) {
@@ -365,6 +357,15 @@ protected:
         return *panel.findChild<QFileDialog*>();
     }
 
+    /// Types a path and accepts it.
+    static void answer(QFileDialog& files, const std::string& path) {
+        QApplication::setActiveWindow(&files);
+        auto& field = find<QLineEdit>(files, "fileNameEdit");
+        field.setFocus();
+        field.setText(QString::fromStdString(path));
+        QMetaObject::invokeMethod(&files, "accept");
+    }
+
     TemporaryDirectory directory_;
 };
 
@@ -383,11 +384,50 @@ TEST_F(OtherApplicationTest, BeginsAtHomeIfThatIsUnknown) {
 }
 
 TEST_F(OtherApplicationTest, AChosenFileIsTheAnswer) {
-    QFileDialog& files = openFiles();
-    find<QLineEdit>(files, "fileNameEdit").setText(QString::fromStdString(entry().string()));
-    QMetaObject::invokeMethod(&files, "accept");
+    answer(openFiles(), entry().string());
     EXPECT_THAT(chosen_, ElementsAre(entry().string()));
     EXPECT_FALSE(isOpen());
+}
+
+TEST_F(OtherApplicationTest, AFileOfAnotherKindIsNotTaken) {
+    QFileDialog& files = openFiles();
+    for (const char* name : {"notes.txt", "desktop", "Own.desktop.bak"}) {
+        const auto file = directory_.path() / name;
+        std::ofstream(file) << "[Desktop Entry]\n";
+        answer(files, file.string());
+        EXPECT_TRUE(files.isVisible()) << name;
+    }
+    answer(files, "/dev/null");
+    EXPECT_TRUE(files.isVisible());
+    EXPECT_THAT(chosen_, IsEmpty());
+    answer(files, entry().string());
+    EXPECT_THAT(chosen_, ElementsAre(entry().string())) << "it can still be answered";
+}
+
+TEST_F(OtherApplicationTest, AFolderIsEnteredWhateverItsName) {
+    const auto folder = directory_.path() / "folder";
+    std::filesystem::create_directory(folder);
+    QFileDialog& files = openFiles();
+    answer(files, folder.string());
+    EXPECT_EQ(files.directory().absolutePath().toStdString(), folder.string());
+    EXPECT_TRUE(files.isVisible());
+    EXPECT_THAT(chosen_, IsEmpty());
+}
+
+TEST_F(OtherApplicationTest, AFileWhoseNameIsNotUnicodeIsNotOfferedUnderAnotherName) {
+    std::ofstream(directory_.path() / "caf\xE9.desktop") << "[Desktop Entry]\n";
+    const QFileDialog& files = openFiles();
+    const auto* const view = files.findChild<QAbstractItemView*>("listView");
+    QStringList names;
+    EXPECT_TRUE(eventually([&] {
+        names.clear();
+        const QModelIndex folder = view->rootIndex();
+        for (int row = 0; row < view->model()->rowCount(folder); ++row) {
+            names += view->model()->index(row, 0, folder).data().toString();
+        }
+        return !names.isEmpty();
+    }));
+    EXPECT_EQ(names, QStringList{"Own.desktop"});
 }
 
 TEST_F(OtherApplicationTest, CancellingReturnsToThePanel) {
