@@ -110,6 +110,35 @@ TEST_P(EditorLayoutTest, TextsOfOursAreWhole) {
     }
 }
 
+TEST_P(EditorLayoutTest, LabelsHaveTheirSizesAndWeights) {
+    const auto& sheet = open(mailShortcut());
+    struct Face {
+        const char* label;
+        int size;
+        QFont::Weight weight;
+    };
+    for (const auto& [name, size, weight] :
+         {Face{"step1Heading", 15, QFont::DemiBold}, Face{"step1AppNameLabel", 14, QFont::Medium},
+          Face{"step2Heading", 15, QFont::DemiBold}, Face{"displayLabel", 14, QFont::Medium}}) {
+        const QFont font = find<FittingLabel>(sheet, name).font();
+        EXPECT_EQ(font.pixelSize(), size) << name;
+        EXPECT_EQ(font.weight(), weight) << name;
+        EXPECT_EQ(font.family(), QApplication::font().family()) << name;
+    }
+}
+
+TEST_P(EditorLayoutTest, LabelsAreInTheColourOfTextAndOnlyTheRecordersIsCentred) {
+    const auto& sheet = open(mailShortcut());
+    for (const auto* label : sheet.findChildren<FittingLabel*>()) {
+        const bool isRecorders = label->objectName() == "displayLabel";
+        EXPECT_EQ(label->palette().color(label->foregroundRole()),
+                  QApplication::palette().color(QPalette::WindowText));
+        EXPECT_EQ(label->alignment() & Qt::AlignHorizontal_Mask,
+                  isRecorders ? Qt::AlignHCenter : Qt::AlignLeft)
+            << label->objectName().toStdString();
+    }
+}
+
 TEST_P(EditorLayoutTest, AShortNameTakesNoMoreThanItNeeds) {
     openWithName("Post");
     const auto sheet = sheet_.lock();

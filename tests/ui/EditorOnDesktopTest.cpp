@@ -98,6 +98,22 @@ protected:
         return *dialog;
     }
 
+    /// Chooses the only application that there is, which is this one.
+    void choose(AddEditShortcutSheet& sheet, const platform::ApplicationBundle& application) {
+        constexpr auto path = "/apps/Only.desktop";
+        services_.applicationBundles.bundles[path] = application;
+        services_.applicationBundles.installed = {{.path = path,
+                                                   .bundleIdentifier = {},
+                                                   .name = "Only",
+                                                   .genericName = {},
+                                                   .keywords = {},
+                                                   .icon = {}}};
+        sheet.selectApp();
+        const QPointer<QDialog> panel(&dialogOn<QDialog>(sheet));
+        find<QPushButton>(*panel, "openButton").click();
+        EXPECT_TRUE(eventually([&] { return panel == nullptr; }));
+    }
+
     GuiSession session_{"openbox"};
     FakeServices services_;
     KeyInjector keyboard_{session_.desktop().display()};
@@ -151,7 +167,8 @@ TEST_F(EditorOnDesktopTest, TabVisitsEveryControlInOrder) {
 }
 
 TEST_F(EditorOnDesktopTest, AnAlertTakesReturnForItself) {
-    auto& sheet = open();
+    auto& sheet = open(mailShortcut());
+    choose(sheet, {.bundleIdentifier = std::nullopt}); // so that Save is refused again and again
     sheet.saveSheet();
     const QPointer<QMessageBox> alert(&dialogOn<QMessageBox>(sheet));
     keyboard_.strike({"RTRN"});
@@ -196,14 +213,7 @@ TEST_F(EditorOnDesktopTest, GrowsWithItsTopEdgeInPlace) {
     auto& sheet = open();
     ASSERT_EQ(sheet.size(), QSize(400, 200));
     const QRect grown(onScreen(sheet).topLeft(), QSize(400, 280));
-    services_.applicationBundles.installed = {{.path = "/apps/Mail.desktop",
-                                               .bundleIdentifier = {},
-                                               .name = "Mail",
-                                               .genericName = {},
-                                               .keywords = {},
-                                               .icon = {}}};
-    sheet.selectApp();
-    find<QPushButton>(dialogOn<QDialog>(sheet), "openButton").click();
+    choose(sheet, {.bundleIdentifier = "org.example.Mail"});
     EXPECT_TRUE(eventually([&] { return onScreen(sheet).height() == 280; }));
     EXPECT_EQ(onScreen(sheet), grown);
 }

@@ -17,6 +17,7 @@ class EditorRefusalsTest : public EditorSheetTest {
 protected:
     /// Tries to save, which must fail with this message alone, and answers it.
     void expectRefusal(AddEditShortcutSheet& sheet, const QString& message) {
+        const auto entered = textsAndStates(sheet);
         sheet.saveSheet();
         ASSERT_THAT(sheet.findChildren<QMessageBox*>(), SizeIs(1));
         EXPECT_EQ(alertOn(sheet)->text(), message);
@@ -25,6 +26,19 @@ protected:
         EXPECT_THAT(sheet.findChildren<QMessageBox*>(), IsEmpty());
         EXPECT_THAT(saved_, IsEmpty());
         EXPECT_TRUE(isOpen());
+        EXPECT_EQ(textsAndStates(sheet), entered) << "what was entered stays";
+    }
+
+    /// What the window holds and lets do.
+    static QStringList textsAndStates(AddEditShortcutSheet& sheet) {
+        QStringList all{shownName(sheet), find<FittingLabel>(sheet, "displayLabel").text()};
+        for (const char* name : {"selectButton", "recordButton", "saveButton", "cancelButton"}) {
+            all += find<QPushButton>(sheet, name).isEnabled() ? "enabled" : "disabled";
+        }
+        const auto& recorder = sheet.keyRecorder();
+        all += QString::number(recorder.capturedKeyCode().value_or(0xFFFF));
+        all += QString::number(recorder.capturedModifierFlags().value_or(0xFFFF));
+        return all;
     }
 };
 
@@ -32,14 +46,25 @@ TEST_F(EditorRefusalsTest, WithoutACombinationAsksForOne) {
     auto& sheet = open();
     choose(sheet, exampleApp);
     expectRefusal(sheet, combinationMissing);
-    EXPECT_EQ(shownName(sheet), "Example") << "what was entered stays";
+    record(sheet, 0, 0x100000);
+    sheet.saveSheet();
+    ASSERT_THAT(saved_, SizeIs(1));
+    expectSaved({.id = saved_[0].id,
+                 .keyCode = 0,
+                 .modifierFlags = 0x100000,
+                 .appPath = exampleApp,
+                 .appName = "Example",
+                 .appBundleIdentifier = "com.example.example"});
 }
 
 TEST_F(EditorRefusalsTest, WithoutAnApplicationAsksForOne) {
     auto& sheet = open();
     record(sheet, 0, 0x100000);
     expectRefusal(sheet, applicationMissing);
-    EXPECT_EQ(sheet.keyRecorder().capturedKeyCode(), 0) << "what was entered stays";
+    EXPECT_EQ(sheet.keyRecorder().capturedKeyCode(), 0);
+    EXPECT_EQ(sheet.keyRecorder().capturedModifierFlags(), 0x100000U);
+    EXPECT_EQ(find<FittingLabel>(sheet, "displayLabel").text(), "⌘A");
+    EXPECT_EQ(shownName(sheet), "");
 }
 
 TEST_F(EditorRefusalsTest, WithNeitherAsksForTheCombinationOnly) {
@@ -74,8 +99,12 @@ TEST_F(EditorRefusalsTest, WhatIsMissingCanBeMadeGoodAfterTheAlert) {
     choose(sheet, exampleApp);
     sheet.saveSheet();
     ASSERT_THAT(saved_, SizeIs(1));
-    EXPECT_EQ(saved_[0].appBundleIdentifier, "com.example.example");
-    EXPECT_EQ(saved_[0].keyCode, 46);
+    expectSaved({.id = saved_[0].id,
+                 .keyCode = 46,
+                 .modifierFlags = 0x100000,
+                 .appPath = exampleApp,
+                 .appName = "Example",
+                 .appBundleIdentifier = "com.example.example"});
 }
 
 TEST_F(EditorRefusalsTest, TheAlertWarnsWithOneButtonAndWithoutDetails) {

@@ -36,6 +36,7 @@ protected:
         if (const auto sheet = sheet_.lock()) {
             sheet->close();
         }
+        Base::TearDown();
     }
 
     static AppShortcut mailShortcut() {

@@ -81,6 +81,44 @@ TEST_F(EditorStatesTest, GrowsOnceAndKeepsItsTopEdge) {
     }
 }
 
+TEST_F(EditorStatesTest, LeavesAWindowAloneThatIsTallEnough) {
+    for (const int height : {280, 281, 400}) {
+        auto& sheet = open();
+        sheet.setFixedHeight(height);
+        choose(sheet, exampleApp);
+        EXPECT_EQ(sheet.size(), QSize(400, height));
+    }
+}
+
+TEST_F(EditorStatesTest, GrowsWhenASinglePointIsMissing) {
+    auto& sheet = open();
+    sheet.setFixedHeight(279);
+    choose(sheet, exampleApp);
+    EXPECT_EQ(sheet.size(), QSize(400, 280));
+}
+
+TEST_F(EditorStatesTest, ItsButtonsStayEnabledWhateverFails) {
+    auto& sheet = open(mailShortcut());
+    const auto expectEnabled = [&](const char* after) {
+        for (const char* name : {"selectButton", "recordButton", "cancelButton", "saveButton"}) {
+            EXPECT_TRUE(find<QPushButton>(sheet, name).isEnabled()) << name << " after " << after;
+        }
+    };
+    choose(sheet, exampleApp);
+    choose(sheet, namelessApp);
+    expectEnabled("choosing twice");
+    sheet.saveSheet();
+    alertOn(sheet)->buttons().front()->click();
+    turn();
+    expectEnabled("a refusal");
+    services_.eventTaps.refusesListenOnly = true;
+    sheet.keyRecorder().toggleRecording();
+    expectEnabled("a refused tap");
+    services_.accessibilityTrust.trusted = false;
+    sheet.keyRecorder().toggleRecording();
+    expectEnabled("missing trust");
+}
+
 TEST_F(EditorStatesTest, DoesNotGrowWhenTheEditedShortcutGetsAnotherApplication) {
     auto& sheet = open(mailShortcut());
     const QRect before = sheet.geometry();

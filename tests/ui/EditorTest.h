@@ -24,10 +24,12 @@ inline void PrintTo(Language::Case language, std::ostream* out) {
 namespace test {
 
 /// For tests of the editor's windows among the fakes of a whole desktop. Japanese unless told
-/// otherwise.
+/// otherwise. Whatever happens there, nothing is logged.
 class EditorTest : public testing::Test {
 protected:
     using Calls = std::vector<std::string>;
+
+    void TearDown() override { EXPECT_EQ(services_.standardOutput.str(), ""); }
 
     void speak(Language language) {
         services_.userDefaults.own["AppLanguage"] = std::string(language.rawValue());

@@ -60,11 +60,32 @@ INSTANTIATE_TEST_SUITE_P(, EditorTextsTest, testing::Values(Language::japanese, 
 
 using EditorLanguageTest = EditorSheetTest;
 
-TEST_F(EditorLanguageTest, AnOpenWindowKeepsItsTextsAndLaterOnesAreInTheNewLanguage) {
+/// Everything that can be read in a window.
+QStringList textsIn(const QWidget& window) {
+    QStringList texts{window.windowTitle()};
+    for (const auto* label : window.findChildren<QLabel*>()) {
+        texts += label->text();
+    }
+    for (const auto* button : window.findChildren<QAbstractButton*>()) {
+        texts += button->text();
+    }
+    return texts;
+}
+
+TEST_F(EditorLanguageTest, AnOpenWindowKeepsAllItsTexts) {
+    auto& sheet = open(mailShortcut());
+    const QStringList before = textsIn(sheet);
+    ASSERT_EQ(before.size(), 9) << "the title, four labels and four buttons";
+    speak(Language::english);
+    services_.notificationCenter.post("languageDidChange");
+    turn();
+    EXPECT_EQ(textsIn(sheet), before);
+}
+
+TEST_F(EditorLanguageTest, LaterTextsAreInTheNewLanguage) {
     auto& sheet = open();
     speak(Language::english);
-    EXPECT_EQ(sheet.windowTitle(), "ショートカット追加");
-    EXPECT_EQ(saveButton(sheet).text(), "保存");
+    services_.notificationCenter.post("languageDidChange");
     sheet.saveSheet();
     EXPECT_EQ(alertOn(sheet)->text(), "Please record a shortcut key.");
 }

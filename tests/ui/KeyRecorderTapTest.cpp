@@ -151,14 +151,9 @@ TEST_F(KeyRecorderTapTest, AKnownCombinationOutlivesARecordingThatCannotStart) {
     EXPECT_THAT(recorded_, IsEmpty());
 }
 
-TEST_F(KeyRecorderTapTest, KeyPressesReachTheFrontApplication) {
-    view_->toggleRecording();
-    EXPECT_TRUE(tap().press(keyA, command));
-    EXPECT_EQ(tap().options(), EventTapOptions::listenOnly);
-}
-
 TEST_F(KeyRecorderTapTest, HandsEveryEventBackAsItIs) {
     view_->toggleRecording();
+    EXPECT_EQ(tap().options(), EventTapOptions::listenOnly);
     const KeyEvent event{.keyCode = keyA, .flags = command};
     constexpr platform::EventType keyUp = 11;
     for (const auto type : {platform::eventKeyDown, keyUp, eventTapDisabledByTimeout}) {
@@ -183,6 +178,31 @@ TEST_F(KeyRecorderTapTest, AKeyThatWasAlreadyOnItsWayIsRecordedToo) {
     EXPECT_THAT(recorded_, ElementsAre(Pair(keyA, command), Pair(keyB, command)));
     EXPECT_EQ(view_->capturedKeyCode(), keyB);
     EXPECT_EQ(find<FittingLabel>(*view_, "displayLabel").text(), "⌘B");
+}
+
+TEST_F(KeyRecorderTapTest, AKeyAloneThatWasAlreadyOnItsWayAsksForAModifierThoughItIsIdle) {
+    view_->toggleRecording();
+    tap().press(keyA, command);
+    tap().press(keyB, 0);
+    services_.mainQueue.runDue();
+    EXPECT_EQ(label(), "修飾キー(⌃⌥⇧⌘)を含めてください");
+    EXPECT_FALSE(view_->isRecording());
+    EXPECT_EQ(view_->capturedKeyCode(), keyA);
+    EXPECT_EQ(view_->capturedModifierFlags(), command);
+    EXPECT_THAT(recorded_, ElementsAre(Pair(keyA, command)));
+}
+
+TEST_F(KeyRecorderTapTest, EscapeThatWasAlreadyOnItsWayChangesNothing) {
+    view_->toggleRecording();
+    tap().press(keyA, command);
+    services_.mainQueue.async([this] { services_.log.clear(); });
+    tap().press(keyEscape, 0);
+    services_.mainQueue.runDue();
+    EXPECT_EQ(label(), "⌘A");
+    EXPECT_EQ(button().text(), "記録");
+    EXPECT_EQ(view_->capturedKeyCode(), keyA);
+    EXPECT_THAT(recorded_, ElementsAre(Pair(keyA, command)));
+    EXPECT_THAT(calls(), IsEmpty());
 }
 
 TEST_F(KeyRecorderTapTest, IgnoresOtherEvents) {

@@ -36,6 +36,7 @@ protected:
         if (view_) {
             view_->stopRecording();
         }
+        Base::TearDown();
     }
 
     FakeEventTap& tap() { return *this->services_.eventTaps.tap(); }

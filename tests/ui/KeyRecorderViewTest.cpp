@@ -1,9 +1,14 @@
+#include "ui/Colors.h"
 #include "ui/KeyRecorderTest.h"
 #include "ui/SystemColors.h"
 
 #include <QApplication>
+#include <QDialog>
+#include <QTimer>
 
 #include <gmock/gmock.h>
+
+#include <chrono>
 
 namespace hollowfernpike {
 
@@ -28,6 +33,50 @@ protected:
     }
 
     QColor plainColor() { return view_->palette().color(QPalette::Window); }
+
+    QColor separator() { return laidOver(separatorColor(view_->palette()), plainColor()); }
+
+    /// How wide the border is, seen from the left in the middle of the view.
+    int borderWidth() {
+        const QImage image = view_->grab().toImage();
+        int width = 0;
+        while (image.pixelColor(width, image.height() / 2) != plainColor()) {
+            ++width;
+        }
+        return width;
+    }
+
+    /// Where the straight part of the left edge begins, in a picture of many points to the unit.
+    double straightFrom() {
+        constexpr int scale = 8;
+        QImage image(view_->size() * scale, QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        image.fill(plainColor());
+        view_->render(&image);
+        const QColor straight = image.pixelColor(0, image.height() / 2);
+        int row = 0;
+        while (image.pixelColor(0, row) != straight) {
+            ++row;
+        }
+        return static_cast<double>(row) / scale;
+    }
+
+    void expectIdleBorder() {
+        expectSameColor(edgeColor(), separator());
+        EXPECT_EQ(borderWidth(), 1);
+    }
+
+    static void expectSameColor(const QColor& one, const QColor& other) {
+        EXPECT_NEAR(one.red(), other.red(), 1);
+        EXPECT_NEAR(one.green(), other.green(), 1);
+        EXPECT_NEAR(one.blue(), other.blue(), 1);
+    }
+
+    static void expectNoDialog() {
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            EXPECT_EQ(qobject_cast<const QDialog*>(window), nullptr);
+        }
+    }
 };
 
 TEST_F(KeyRecorderViewTest, AtFirstKnowsNoCombinationAndAsksForAClick) {
@@ -190,17 +239,93 @@ TEST_F(KeyRecorderViewTest, KeepsTheLanguageInWhichATextWasBuilt) {
 }
 
 TEST_F(KeyRecorderViewTest, TheBorderIsASeparatorWhileIdle) {
-    EXPECT_NE(edgeColor(), plainColor());
-    EXPECT_NE(edgeColor(), view_->palette().color(QPalette::Highlight));
-    EXPECT_EQ(innerEdgeColor(), plainColor());
+    expectIdleBorder();
 }
 
 TEST_F(KeyRecorderViewTest, TheBorderIsTwiceAsWideInTheAccentColourWhileRecording) {
     button().click();
     EXPECT_EQ(edgeColor(), view_->palette().color(QPalette::Highlight));
     EXPECT_EQ(innerEdgeColor(), view_->palette().color(QPalette::Highlight));
+    EXPECT_EQ(borderWidth(), 2);
     button().click();
-    EXPECT_EQ(innerEdgeColor(), plainColor());
+    expectIdleBorder();
+}
+
+TEST_F(KeyRecorderViewTest, TheAccentColourStaysWhileAnotherWindowIsInFront) {
+    QPalette palette = view_->palette();
+    palette.setColor(QPalette::Active, QPalette::Highlight, QColor(48, 140, 198));
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(160, 160, 160));
+    view_->setPalette(palette);
+    QWidget other;
+    view_->show();
+    other.show();
+    QApplication::setActiveWindow(&other);
+    view_->toggleRecording();
+    QApplication::setActiveWindow(&other);
+    ASSERT_FALSE(view_->isActiveWindow());
+    EXPECT_EQ(edgeColor(), QColor(48, 140, 198));
+}
+
+TEST_F(KeyRecorderViewTest, TheBordersOuterEdgeIsRoundWithARadiusOfSixWhateverItsWidth) {
+    constexpr double antialiasing = 0.5;
+    EXPECT_NEAR(straightFrom(), 6 - antialiasing, antialiasing);
+    button().click();
+    EXPECT_NEAR(straightFrom(), 6 - antialiasing, antialiasing);
+}
+
+TEST_F(KeyRecorderViewTest, ARefusedTapLeavesAnIdleBorderAndNoDialog) {
+    services_.eventTaps.refusesListenOnly = true;
+    button().click();
+    turn();
+    expectIdleBorder();
+    expectNoDialog();
+    EXPECT_TRUE(button().isEnabled());
+}
+
+TEST_F(KeyRecorderViewTest, MissingTrustLeavesAnIdleBorderAndNoDialog) {
+    services_.accessibilityTrust.trusted = false;
+    button().click();
+    turn();
+    expectIdleBorder();
+    expectNoDialog();
+    EXPECT_TRUE(button().isEnabled());
+}
+
+TEST_F(KeyRecorderViewTest, MessagesStayHoweverLongNobodyDoesAnything) {
+    const auto expectToStay = [this] {
+        const QString message = label();
+        EXPECT_EQ(services_.mainQueue.pending(), 0U);
+        EXPECT_THAT(view_->findChildren<QTimer*>(), IsEmpty());
+        services_.mainQueue.advance(std::chrono::hours(24));
+        EXPECT_EQ(label(), message);
+    };
+    button().click();
+    strike(keyA, 0);
+    expectToStay();
+    EXPECT_TRUE(view_->isRecording());
+    view_->stopRecording();
+    services_.eventTaps.refusesListenOnly = true;
+    button().click();
+    expectToStay();
+    services_.accessibilityTrust.trusted = false;
+    button().click();
+    expectToStay();
+}
+
+TEST_F(KeyRecorderViewTest, KeepsAllItsTextsWhenTheLanguageChanges) {
+    for (const bool records : {false, true}) {
+        speak(Language::japanese);
+        view_ = KeyRecorderView::make();
+        if (records) {
+            button().click();
+        }
+        const QStringList before{label(), button().text(), view_->accessibleDescription()};
+        speak(Language::english);
+        services_.notificationCenter.post("languageDidChange");
+        turn();
+        EXPECT_EQ((QStringList{label(), button().text(), view_->accessibleDescription()}), before);
+        view_->stopRecording();
+    }
 }
 
 TEST_F(KeyRecorderViewTest, ARingShowsTheFocusInsideOfTheBorder) {
