@@ -12,8 +12,8 @@ namespace hollowfernpike::platform {
 enum class ActivationPolicy { regular = 0, accessory = 1 };
 
 struct ApplicationWindow {
-    bool isVisible = false;
-    std::string className; ///< contains "StatusBar" if it belongs to the status item
+    bool isVisible = false; ///< a minimised window is not
+    std::string className;  ///< contains "StatusBar" if it belongs to the status item
 };
 
 /// Told of the beginning and the end of the run, and asked for actions that name no target.

@@ -86,8 +86,8 @@ std::vector<platform::ApplicationWindow> Application::windows() {
         if (belongsToStatusItem(*widget)) {
             windows.push_back({.isVisible = widget->isVisible(), .className = "StatusBarWindow"});
         } else if (isOrdinary(widget->windowType())) {
-            windows.push_back(
-                {.isVisible = widget->isVisible(), .className = widget->metaObject()->className()});
+            windows.push_back({.isVisible = widget->isVisible() && !widget->isMinimized(),
+                               .className = widget->metaObject()->className()});
         }
     }
     return windows;

@@ -160,6 +160,14 @@ TEST_F(ApplicationTest, ListsItsWindowsVisibleOrNot) {
                 UnorderedElementsAre(isWindow("QMainWindow", true), isWindow("QDialog", false)));
 }
 
+TEST_F(ApplicationTest, ListsAMinimisedWindowAsOneThatIsNotVisible) {
+    QMainWindow window;
+    window.showMinimized();
+    EXPECT_THAT(application.windows(), ElementsAre(isWindow("QMainWindow", false)));
+    window.showNormal();
+    EXPECT_THAT(application.windows(), ElementsAre(isWindow("QMainWindow", true)));
+}
+
 TEST_F(ApplicationTest, KeepsWindowsOutOfTheTaskBarWhileItsStatusItemShows) {
     application.setActivationPolicy(ActivationPolicy::accessory);
     application.setStatusItemShown(true);
