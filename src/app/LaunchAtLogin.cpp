@@ -1,5 +1,6 @@
 #include "app/LaunchAtLogin.h"
 
+#include "model/OneLine.h"
 #include "platform/LoginItem.h"
 #include "platform/Services.h"
 
@@ -20,7 +21,7 @@ void toggle() {
             services.loginItem.registerItem();
         }
     } catch (const platform::LocalizedError& error) {
-        services.standardOutput << "ログイン時起動の設定変更エラー: " << error.japanese()
+        services.standardOutput << "ログイン時起動の設定変更エラー: " << oneLine(error.japanese())
                                 << std::endl;
     }
 }

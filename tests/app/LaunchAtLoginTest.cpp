@@ -61,6 +61,14 @@ TEST_F(LaunchAtLoginTest, AFailedUnregistrationIsLoggedAndNotRetried) {
     EXPECT_TRUE(LaunchAtLogin::isEnabled());
 }
 
+TEST_F(LaunchAtLoginTest, AFailureIsOneLineWhateverItsDescriptionSays) {
+    item.failure.emplace("「/home/a\nb」に書き込めません\r\n",
+                         "\"/home/a\nb\" cannot be written\r\n");
+    LaunchAtLogin::toggle();
+    EXPECT_EQ(desktop.standardOutput.str(),
+              "ログイン時起動の設定変更エラー: 「/home/a\\nb」に書き込めません\\r\\n\n");
+}
+
 TEST_F(LaunchAtLoginTest, TheStatusIsAskedAnewEachTime) {
     EXPECT_FALSE(LaunchAtLogin::isEnabled());
     item.present = LoginItemStatus::enabled;
