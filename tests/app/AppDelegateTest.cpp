@@ -1,7 +1,10 @@
 #include "app/AppDelegate.h"
 
+#include "app/Language.h"
 #include "hotkeys/Shortcuts.h"
 #include "support/FakeServices.h"
+
+#include <functional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,6 +23,22 @@ using testing::SizeIs;
 
 class AppDelegateTest : public testing::Test {
 protected:
+    /// What shall happen while the desktop is asked this for the first time.
+    void during(const std::string& call, std::function<void()> event) {
+        desktop.log.onCall = [this, call, event](const std::string& present) {
+            if (present == call) {
+                desktop.log.onCall = nullptr;
+                event();
+            }
+        };
+    }
+
+    /// Whether the map follows a change of the list at once.
+    static bool isListFollowed() {
+        addShortcut("Editor", 0, command);
+        return !HotkeyManager::shared().shortcutMap()->empty();
+    }
+
     static std::vector<std::string> combinations() {
         std::vector<std::string> keys;
         for (const auto& [key, shortcut] : *HotkeyManager::shared().shortcutMap()) {
@@ -53,6 +72,37 @@ TEST_F(AppDelegateTest, AsksTwiceAtOnceWhileThePermissionIsMissing) {
                             "statusBar.createStatusItem",
                             "statusItem.setImage keyboard Hollowfernpike", "statusItem.setMenu"));
     EXPECT_EQ(desktop.mainQueue.pending(), 1);
+}
+
+TEST_F(AppDelegateTest, NothingComesBeforeTheQuestionForThePermission) {
+    bool isAsked = false;
+    during("accessibilityTrust.isProcessTrustedWithPrompt", [&] {
+        isAsked = true;
+        EXPECT_FALSE(platform::SharedInstance<AppLauncher>::existsForTesting());
+        EXPECT_FALSE(platform::SharedInstance<ShortcutStore>::existsForTesting());
+        EXPECT_FALSE(isListFollowed());
+        desktop.notificationCenter.post(languageDidChange);
+        EXPECT_THAT(desktop.statusBar.menus, IsEmpty());
+    });
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(isAsked);
+}
+
+TEST_F(AppDelegateTest, TheLauncherAndTheObserverOfTheListComeBeforeTheHotkeysStart) {
+    bool isStarted = false;
+    during("accessibilityTrust.isProcessTrusted", [&] {
+        isStarted = true;
+        EXPECT_TRUE(platform::SharedInstance<AppLauncher>::existsForTesting());
+        EXPECT_TRUE(isListFollowed());
+    });
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(isStarted);
+}
+
+// To build a menu there has to be the item that shows it.
+TEST_F(AppDelegateTest, TheObserverOfTheLanguageComesBeforeTheHotkeysStart) {
+    during("accessibilityTrust.isProcessTrusted", [] { Language::setCurrent(Language::english); });
+    EXPECT_DEATH(delegate.applicationDidFinishLaunching(), "before the status item");
 }
 
 TEST_F(AppDelegateTest, TheMapFollowsEveryChangeOfTheListAtOnce) {
@@ -91,6 +141,14 @@ TEST_F(AppDelegateTest, TerminationEndsTheTapAndEmptiesTheMap) {
     delegate.applicationWillTerminate();
     EXPECT_THAT(HotkeyManager::shared().eventTap(), IsNull());
     EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, ALanguageChosenAfterTerminationStillRebuildsTheMenu) {
+    delegate.applicationDidFinishLaunching();
+    delegate.applicationWillTerminate();
+    Language::setCurrent(Language::english);
+    ASSERT_THAT(desktop.statusBar.menus, SizeIs(2));
+    EXPECT_EQ(desktop.statusBar.menus.back().front()->title, "Manage Shortcuts");
 }
 
 TEST_F(AppDelegateTest, AChangeAfterTerminationFillsTheMapButSeesNoKeys) {

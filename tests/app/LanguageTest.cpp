@@ -96,11 +96,24 @@ TEST_F(LanguageTest, DeleteConfirmationInEnglish) {
     EXPECT_EQ(L10n::Main::deleteConfirmInfo("⌃⌥A"), "Shortcut key: ⌃⌥A");
 }
 
-TEST_F(LanguageTest, NamesAreInsertedAsTheyAre) {
+class OddNameTest : public LanguageTest, public testing::WithParamInterface<std::string> {};
+
+TEST_P(OddNameTest, IsInsertedAsItIs) {
+    const auto& name = GetParam();
+    EXPECT_EQ(L10n::Main::deleteConfirmTitle(name),
+              "「" + name + "」のショートカットを削除しますか？");
+    EXPECT_EQ(L10n::Main::deleteConfirmInfo(name), "ショートカットキー: " + name);
     Language::setCurrent(Language::english);
-    EXPECT_EQ(L10n::Main::deleteConfirmTitle("The \"Best\" %1 "),
-              "Delete shortcut for \"The \"Best\" %1 \"?");
+    EXPECT_EQ(L10n::Main::deleteConfirmTitle(name), "Delete shortcut for \"" + name + "\"?");
+    EXPECT_EQ(L10n::Main::deleteConfirmInfo(name), "Shortcut key: " + name);
 }
+
+INSTANTIATE_TEST_SUITE_P(Names, OddNameTest,
+                         testing::Values("", " ", " padded ", "The \"Best\"", "「括弧」",
+                                         "%1 %s %%", "<b>bold</b>", "&File &amp;", "{0}",
+                                         "back\\slash", "line\nbreak\ttab", "e\u0301 👩‍💻",
+                                         "\u202Eright", std::string("nul\0nul", 7),
+                                         "no UTF-8 \xff"));
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/Language.h"
+#include "hotkeys/Shortcuts.h"
 #include "support/FakeServices.h"
 
 #include <QApplication>
@@ -129,6 +130,14 @@ TEST_F(StatusMenuTest, SwitchingTheLanguageRebuildsTheWholeMenuOnce) {
     EXPECT_EQ(Language::current(), Language::english);
 }
 
+TEST_F(StatusMenuTest, ALanguageChosenElsewhereRebuildsTheMenuOnceToo) {
+    start();
+    Language::setCurrent(Language::english);
+    EXPECT_THAT(desktop.statusBar.menus, SizeIs(2));
+    EXPECT_EQ(titles().front(), "Manage Shortcuts");
+    EXPECT_THAT(languageMarks(), ElementsAre(false, true));
+}
+
 TEST_F(StatusMenuTest, ChoosingTheActiveLanguageRebuildsTheMenuAsWell) {
     start();
     choose(*languages().at(0));
@@ -185,6 +194,37 @@ TEST_F(StatusMenuTest, AFailedToggleLeavesTheMarkAsItWas) {
     EXPECT_FALSE(marksLogin());
 }
 
+TEST_F(StatusMenuTest, AFailedUnregistrationLeavesTheMarkOn) {
+    desktop.loginItem.present = LoginItemStatus::enabled;
+    start();
+    desktop.loginItem.failure.emplace("削除できません", "cannot be removed");
+    choose(*menu().at(5));
+    EXPECT_THAT(desktop.log.calls(), ElementsAre("loginItem.unregisterItem"));
+    EXPECT_TRUE(marksLogin());
+}
+
+TEST_F(StatusMenuTest, ARegistrationThatTheUserHasYetToApproveLeavesTheMarkOff) {
+    start();
+    desktop.loginItem.registered = LoginItemStatus::requiresApproval;
+    choose(*menu().at(5));
+    EXPECT_THAT(desktop.log.calls(), ElementsAre("loginItem.registerItem"));
+    EXPECT_FALSE(marksLogin());
+}
+
+TEST_F(StatusMenuTest, WhatRequiresApprovalIsRegisteredAgain) {
+    desktop.loginItem.present = LoginItemStatus::requiresApproval;
+    desktop.loginItem.registered = LoginItemStatus::requiresApproval;
+    start();
+    choose(*menu().at(5));
+    choose(*menu().at(5));
+    EXPECT_THAT(desktop.log.calls(),
+                ElementsAre("loginItem.registerItem", "loginItem.registerItem"));
+    EXPECT_FALSE(marksLogin());
+    desktop.loginItem.registered = LoginItemStatus::enabled;
+    choose(*menu().at(5));
+    EXPECT_TRUE(marksLogin());
+}
+
 TEST_F(StatusMenuTest, TheMarkFollowsTheMenuBuiltLast) {
     start();
     choose(*languages().at(1));
@@ -217,6 +257,19 @@ TEST_F(StatusMenuTest, QuitDoesNotWaitForADialog) {
     desktop.application.modal = true;
     choose(*menu().at(7));
     EXPECT_THAT(desktop.log.calls(), ElementsAre("application.terminate"));
+}
+
+TEST_F(StatusMenuTest, TheWindowIsMadeWhenItIsOpenedForTheFirstTimeAndKept) {
+    start();
+    Language::setCurrent(Language::english);
+    test::addShortcut("Editor", 0, platform::event_flags::command);
+    EXPECT_THAT(QApplication::topLevelWidgets(), IsEmpty()) << "hidden ones counted";
+    choose(*menu().at(0));
+    const auto made = QApplication::topLevelWidgets();
+    EXPECT_THAT(made, SizeIs(1));
+    made.front()->close();
+    choose(*menu().at(0));
+    EXPECT_EQ(QApplication::topLevelWidgets(), made);
 }
 
 TEST_F(StatusMenuTest, ManageShortcutsTwiceShowsTheSameWindow) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace hollowfernpike::test {
@@ -10,7 +10,15 @@ namespace hollowfernpike::test {
 /// arguments, separated by blanks.
 class CallLog {
 public:
-    void record(std::string call) { calls_.push_back(std::move(call)); }
+    /// What else happens in every call; may be empty, and may replace itself.
+    std::function<void(const std::string& call)> onCall;
+
+    void record(const std::string& call) {
+        calls_.push_back(call);
+        if (const auto event = onCall) {
+            event(call);
+        }
+    }
     void clear() { calls_.clear(); }
 
     const std::vector<std::string>& calls() const { return calls_; }

@@ -13,13 +13,14 @@ public:
     explicit FakeLoginItem(CallLog& log) : log_(log) {}
 
     platform::LoginItemStatus present = platform::LoginItemStatus::notRegistered;
+    platform::LoginItemStatus registered = platform::LoginItemStatus::enabled; ///< by registration
     std::optional<platform::LocalizedError> failure; ///< of the next changes
 
     platform::LoginItemStatus status() override { return present; }
 
     void registerItem() override {
         log_.record("loginItem.registerItem");
-        change(platform::LoginItemStatus::enabled);
+        change(registered);
     }
 
     void unregisterItem() override {

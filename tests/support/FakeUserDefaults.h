@@ -16,6 +16,7 @@ public:
     Domain fallback;
     std::map<std::string, Domain> others;
     int writes = 0;
+    int domainReads = 0;
 
     std::optional<std::string> stringForKey(std::string_view key) override {
         const auto value = objectForKey(key);
@@ -42,6 +43,7 @@ public:
     }
 
     std::optional<Domain> persistentDomainForName(std::string_view name) override {
+        ++domainReads;
         const auto found = others.find(std::string{name});
         return found == others.end() ? std::nullopt : std::optional(found->second);
     }
