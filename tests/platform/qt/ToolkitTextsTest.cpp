@@ -5,11 +5,23 @@
 #include <QLocale>
 #include <QPushButton>
 
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
 namespace hollowfernpike {
 
 namespace {
+
+/// The toolkit reads the environment once, before the application object is made.
+bool speakFrench() {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG", "LANGUAGE"}) {
+        ::setenv(variable, "fr_FR.UTF-8", 1);
+    }
+    return true;
+}
+
+const bool speaksFrench = speakFrench();
 
 class ToolkitTextsTest : public testing::Test {
 protected:
@@ -47,9 +59,14 @@ TEST_F(ToolkitTextsTest, StayEnglishInALanguageThatTheToolkitDoesNotSpeak) {
 }
 
 TEST_F(ToolkitTextsTest, TheSystemsLanguageHasNoSay) {
-    ::setenv("LANG", "fr_FR.UTF-8", 1);
+    ASSERT_EQ(QLocale::system().language(), QLocale::French);
+    EXPECT_EQ(cancelText(QDialogButtonBox(QDialogButtonBox::Cancel)), "Cancel");
     texts_.setLanguage("en");
     EXPECT_EQ(cancelText(QDialogButtonBox(QDialogButtonBox::Cancel)), "Cancel");
+    EXPECT_EQ(QLocale().language(), QLocale::English);
+    texts_.setLanguage("ja");
+    EXPECT_EQ(cancelText(QDialogButtonBox(QDialogButtonBox::Cancel)), "キャンセル");
+    EXPECT_EQ(QLocale().language(), QLocale::Japanese);
 }
 
 } // namespace
