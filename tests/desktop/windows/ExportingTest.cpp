@@ -1,3 +1,4 @@
+#include "desktop/editor/ScreenReader.h"
 #include "desktop/windows/Agreement.h"
 #include "desktop/windows/WindowStoryTest.h"
 #include "support/Privileges.h"
@@ -23,6 +24,7 @@ protected:
     const fs::path folder = story.desktop.home() / "folder";
     const fs::path file = folder / "list.json";
     Agreement agreement{story};
+    ScreenReader reader{story.desktop.bus().address()};
 
     void SetUp() override {
         ASSERT_TRUE(bindChildrenToFileModes());
@@ -54,7 +56,9 @@ protected:
     }
 
     void expectReported() {
-        story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
+        const auto alert = story.comes(story.titles.alert);
+        reader.find("alert message", "エクスポートに失敗しました。");
+        story.strikeAndLeave(alert, "RTRN");
         story.managementComes();
         EXPECT_EQ(story.list(), before);
         EXPECT_TRUE(agreement.on({{quartz, first}, {feldspar, second}}));

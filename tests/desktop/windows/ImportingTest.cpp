@@ -1,3 +1,4 @@
+#include "desktop/editor/ScreenReader.h"
 #include "desktop/windows/Agreement.h"
 #include "desktop/windows/WindowStoryTest.h"
 #include "support/Privileges.h"
@@ -18,6 +19,7 @@ class ImportingTest : public TwoShortcutsTest {
 protected:
     const std::filesystem::path file = story.desktop.home() / "document.json";
     Agreement agreement{story};
+    ScreenReader reader{story.desktop.bus().address()};
 
     void SetUp() override {
         ASSERT_TRUE(bindChildrenToFileModes());
@@ -30,6 +32,7 @@ protected:
     xcb_window_t import() {
         story.enterPath(story.clickImport(), file);
         const auto question = story.comes(story.titles.alert);
+        reader.find("alert message", "ショートカットをインポートしますか？");
         story.keyboard.strike({"RTRN"});
         return question;
     }
@@ -37,9 +40,15 @@ protected:
     /// After a question there is one alert, then the window is as before.
     void expectRefused() {
         const auto question = import();
-        story.strikeAndLeave(story.comes(story.titles.alert, question), "RTRN");
+        expectAlert(story.comes(story.titles.alert, question), "ファイル形式が正しくありません。");
         story.managementComes();
         expectUnchanged();
+    }
+
+    /// An alert that says this and why.
+    void expectAlert(xcb_window_t alert, std::string_view message) {
+        EXPECT_NE(reader.description(reader.find("alert message", message)), "");
+        story.strikeAndLeave(alert, "RTRN");
     }
 
     void expectUnchanged() {
@@ -90,7 +99,7 @@ TEST_F(ImportingTest, AFileThatMayNotBeReadIsReportedBeforeAnyQuestion) {
     write("[]");
     std::filesystem::permissions(file, std::filesystem::perms::none);
     story.enterPath(story.clickImport(), file);
-    story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
+    expectAlert(story.comes(story.titles.alert), "インポートに失敗しました。");
     story.managementComes();
     expectUnchanged();
 }

@@ -1,3 +1,4 @@
+#include "desktop/editor/ScreenReader.h"
 #include "desktop/resident/StatusMenu.h"
 #include "desktop/windows/Agreement.h"
 #include "desktop/windows/WindowStoryTest.h"
@@ -7,11 +8,15 @@ namespace {
 
 using namespace test;
 
+constexpr std::string_view inEnglish = "Delete shortcut for \"Feldspar\"?";
+constexpr std::string_view inJapanese = "「Feldspar」のショートカットを削除しますか？";
+
 /// Two shortcuts are there, and a panel with the menu that switches the language.
 class LanguageTest : public TwoShortcutsTest {
 protected:
     StatusMenu menu{story.desktop};
     Agreement agreement{story};
+    ScreenReader reader{story.desktop.bus().address()};
     xcb_window_t window = XCB_NONE;
 
     void SetUp() override {
@@ -30,11 +35,13 @@ protected:
         story.titles = titles;
     }
 
-    /// What the cards' buttons open is of the language as well.
-    void expectEditorAndDeletion() {
+    /// What the cards' buttons open is of the language as well; the question says this.
+    void expectEditorAndDeletion(std::string_view message) {
         story.strikeAndLeave(story.clickEdit(0), "ESC");
         story.managementComes();
-        story.strikeAndLeave(story.clickDelete(1), "ESC");
+        const auto question = story.clickDelete(1);
+        reader.find("alert message", message);
+        story.strikeAndLeave(question, "ESC");
         EXPECT_EQ(story.list(), before);
     }
 };
@@ -43,11 +50,11 @@ TEST_F(LanguageTest, SwitchesInTheOpenWindowAndBackAgain) {
     speak("English", englishTitles);
     EXPECT_EQ(story.managementComes(), window);
     expectBothInPlace();
-    expectEditorAndDeletion();
+    expectEditorAndDeletion(inEnglish);
     speak("日本語", japaneseTitles);
     EXPECT_EQ(story.managementComes(), window);
     expectBothInPlace();
-    expectEditorAndDeletion();
+    expectEditorAndDeletion(inJapanese);
     expectBothAreLive();
 }
 
@@ -58,7 +65,7 @@ TEST_F(LanguageTest, SwitchesInAHiddenWindowWhichComesBackWithTheSameCards) {
     expectBothAreLive();
     story.openManagement();
     expectBothInPlace();
-    expectEditorAndDeletion();
+    expectEditorAndDeletion(inEnglish);
     expectBothAreLive();
 }
 

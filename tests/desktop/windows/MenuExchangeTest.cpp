@@ -1,3 +1,4 @@
+#include "desktop/editor/ScreenReader.h"
 #include "desktop/resident/StatusMenu.h"
 #include "desktop/windows/Agreement.h"
 #include "desktop/windows/WindowStoryTest.h"
@@ -15,6 +16,7 @@ class MenuExchangeTest : public TwoShortcutsTest {
 protected:
     StatusMenu menu{story.desktop};
     Agreement agreement{story};
+    ScreenReader reader{story.desktop.bus().address()};
     const std::filesystem::path file = story.desktop.home() / "list.json";
 
     void SetUp() override {
@@ -32,13 +34,20 @@ protected:
     xcb_window_t importFrom(const std::filesystem::path& path) {
         menu.choose("ショートカットをインポート...");
         story.enterPath(story.comes(story.titles.importing), path);
-        return story.comes(story.titles.alert);
+        return hear("ショートカットをインポートしますか？");
     }
 
-    /// Answers one alert and returns the next.
-    xcb_window_t confirm(xcb_window_t question) {
+    /// The alert other than `last` that says this.
+    xcb_window_t hear(std::string_view message, xcb_window_t last = XCB_NONE) {
+        const auto alert = story.comes(story.titles.alert, last);
+        reader.find("alert message", message);
+        return alert;
+    }
+
+    /// Answers the question; the alert that follows says this and is sent away.
+    void confirm(xcb_window_t question, std::string_view message) {
         story.keyboard.strike({"RTRN"});
-        return story.comes(story.titles.alert, question);
+        story.strikeAndLeave(hear(message, question), "RTRN");
     }
 
     void expectBothInPlace() {
@@ -49,7 +58,7 @@ protected:
 
 TEST_F(MenuExchangeTest, AnExportIsToldAndHoldsTheList) {
     exportTo(file);
-    story.strikeAndLeave(story.comes(story.titles.alert), "RTRN");
+    story.strikeAndLeave(hear("ショートカットをエクスポートしました。"), "RTRN");
     EXPECT_EQ(contents(file), before);
     expectBothInPlace();
 }
@@ -63,7 +72,7 @@ TEST_F(MenuExchangeTest, AnExportThatIsCalledOffIsNotTold) {
 
 TEST_F(MenuExchangeTest, AnImportIsToldAndCardsAndCombinationsFollow) {
     std::ofstream(file) << json::array({before[1]});
-    story.strikeAndLeave(confirm(importFrom(file)), "RTRN");
+    confirm(importFrom(file), "ショートカットをインポートしました。");
     EXPECT_TRUE(agreement.on({{feldspar, second}}));
     EXPECT_TRUE(story.brings(feldspar, story.front, second));
     EXPECT_TRUE(story.passes(story.front, first.keys()));
@@ -79,7 +88,7 @@ TEST_F(MenuExchangeTest, AnImportThatIsCalledOffChangesNothing) {
 
 TEST_F(MenuExchangeTest, AnImportOfNoListIsToldAndChangesNothing) {
     std::ofstream(file) << "{}";
-    story.strikeAndLeave(confirm(importFrom(file)), "RTRN");
+    confirm(importFrom(file), "ファイル形式が正しくありません。");
     story.managementComes();
     expectBothInPlace();
     expectBothAreLive();
