@@ -84,6 +84,10 @@ testing::AssertionResult EditorStory::listensNoMore() {
            << pager.clients(utility().pid()) << " connections, not " << connections_;
 }
 
+bool EditorStory::listens() {
+    return pager.clients(utility().pid()) > connections_;
+}
+
 void EditorStory::unbindWindowManager() {
     const auto settings = desktop.home() / ".config" / "openbox";
     std::filesystem::create_directories(settings);

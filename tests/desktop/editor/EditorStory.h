@@ -52,6 +52,9 @@ public:
     /// anybody recorded.
     testing::AssertionResult listensNoMore();
 
+    /// Whether it has more connections now than while nobody recorded.
+    bool listens();
+
     /// To be called while nobody records.
     void rememberConnections();
 

@@ -36,7 +36,7 @@ protected:
 };
 
 TEST_F(RecorderTest, ABareLetterAsksForAModifierUntilOneComes) {
-    openForKeys(quartz);
+    const auto editor = openForKeys(quartz);
     EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
     story.clickRecord(adding);
     EXPECT_TRUE(story.recorderShows(adding, text::pressAKey));
@@ -47,6 +47,10 @@ TEST_F(RecorderTest, ABareLetterAsksForAModifierUntilOneComes) {
     story.part(adding, "push button", "記録");
     EXPECT_TRUE(canSave(adding));
     EXPECT_TRUE(story.listensNoMore());
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, bound}, {quartz, commandLetter}}));
+    EXPECT_TRUE(story.brings(quartz, story.front, commandLetter));
+    EXPECT_TRUE(story.passes(story.front, bareLetter.keys()));
 }
 
 TEST_F(RecorderTest, EscapeWithAModifierEndsTheRecordingAlone) {
@@ -113,6 +117,21 @@ TEST_F(RecorderTest, ABoundCombinationIsRecordedWhileItBringsItsApplication) {
     EXPECT_EQ(quartz.downs(story.grabOf(bound).key), 0) << "it is swallowed as ever";
 }
 
+TEST_F(RecorderTest, TheOwnCombinationIsRecordedAgainAndStillBringsTheApplication) {
+    const auto editor = story.clickEdit(0);
+    story.clickRecord(editing);
+    EXPECT_TRUE(story.records(editing, commandLetter));
+    story.clickRecord(editing);
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(quartz));
+    story.pager.activate(editor);
+    ASSERT_TRUE(story.isActive(editor));
+    EXPECT_TRUE(story.recorderShows(editing, shown(bound)));
+    story.clickSave(editor);
+    EXPECT_EQ(story.list(), before);
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
+}
+
 TEST_F(RecorderTest, LocksDoNotCount) {
     for (const char* lock : {"CAPS", "NMLK"}) {
         story.keyboard.strike({lock});
@@ -165,6 +184,8 @@ TEST_F(RecorderTest, AWindowClosedInMidRecordingListensForOneMoreCombinationInVa
     story.pager.close(editor);
     story.goes(editor);
     EXPECT_FALSE(story.utility().hasEnded());
+    EXPECT_TRUE(story.passes(story.front, bareLetter.keys()));
+    EXPECT_TRUE(story.listens()) << "a bare letter is none";
     EXPECT_TRUE(story.passes(story.front, commandLetter.keys()));
     EXPECT_TRUE(story.listensNoMore());
     EXPECT_EQ(story.list(), before);
@@ -174,10 +195,11 @@ TEST_F(RecorderTest, AWindowClosedInMidRecordingListensForOneMoreCombinationInVa
     EXPECT_TRUE(story.brings(story.front, quartz, third));
 }
 
-TEST_F(RecorderTest, TheWindowManagersKeyForClosingIsRecordedByAWindowThatGoes) {
+TEST_F(RecorderTest, TheWindowManagersKeyForClosingEndsTheRecordingWithTheWindow) {
     const Combination closing{118, option};
     const auto editor = story.clickEdit(0);
     story.clickRecord(editing);
+    EXPECT_TRUE(story.listens());
     story.strike(closing);
     story.goes(editor);
     EXPECT_TRUE(story.listensNoMore());

@@ -137,6 +137,27 @@ TEST_F(ScreenReaderTest, HearsWhatIsMissing) {
     EXPECT_EQ(story.list(), json::array());
 }
 
+TEST_F(ScreenReaderTest, CanDoNothingWithAnEditorBeforeItsPanelIsAnswered) {
+    make(quartz, first);
+    const auto before = story.list();
+    press(card(quartz, first), "編集");
+    const auto editor = dialog(story.titles.editing);
+    const auto panel = select(editor);
+    for (const char* button : {"アプリを選択...", "記録", "保存", "キャンセル"}) {
+        press(editor, button);
+    }
+    press(panel, "キャンセル"); // comes behind them
+    EXPECT_TRUE(waitUntil([&] { return !reader.isShown(panel); }));
+    EXPECT_TRUE(reader.isShown(editor));
+    reader.find(editor, "push button", "記録");
+    for (const auto window : story.pager.stacking()) {
+        EXPECT_NE(story.pager.titleOf(window), story.titles.applications);
+    }
+    press(editor, "キャンセル");
+    EXPECT_TRUE(waitUntil([&] { return !reader.isShown(editor); }));
+    EXPECT_EQ(story.list(), before);
+}
+
 TEST_F(ScreenReaderTest, FindsNoControlWithoutAName) {
     make(quartz, first);
     press(card(quartz, first), "編集");

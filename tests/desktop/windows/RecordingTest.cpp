@@ -11,8 +11,6 @@ using namespace test;
 using nlohmann::json;
 
 const Combination bound{37, control | option};
-const Combination bareLetter{0, 0};
-const Combination commandLetter{0, command};
 
 class RecordingTest : public testing::Test {
 protected:
@@ -24,19 +22,6 @@ protected:
         story.openManagement();
     }
 };
-
-TEST_F(RecordingTest, ABareLetterIsRefusedAndTheSameWithCommandIsRecorded) {
-    const auto editor = story.clickAdd();
-    story.choose(editor, quartz.name());
-    story.startRecording(editor);
-    story.strike(bareLetter);
-    story.strike(commandLetter);
-    story.finishRecording(editor);
-    story.clickSave(editor);
-    EXPECT_TRUE(story.listBecomes(json::array({story.record(0, commandLetter, quartz)})));
-    EXPECT_TRUE(story.brings(quartz, story.front, commandLetter));
-    EXPECT_TRUE(story.passes(story.front, {"AC01"}));
-}
 
 TEST_F(RecordingTest, EscapeWithNothingRecordedLeavesEverythingAsItWas) {
     const auto editor = story.clickAdd();
@@ -51,22 +36,6 @@ TEST_F(RecordingTest, EscapeWithNothingRecordedLeavesEverythingAsItWas) {
     story.openManagement();
     story.add(quartz, bound);
     EXPECT_EQ(story.list(), json::array({story.record(0, bound, quartz)}));
-    EXPECT_TRUE(story.brings(quartz, story.front, bound));
-}
-
-TEST_F(RecordingTest, TheOwnCombinationIsRecordedAgainAndStillBringsTheApplication) {
-    story.add(quartz, bound);
-    const auto before = story.list();
-    story.openManagement();
-    const auto editor = story.clickEdit(0);
-    story.startRecording(editor);
-    story.strike(bound);
-    ASSERT_TRUE(story.isInFront(quartz));
-    story.pager.activate(editor);
-    ASSERT_TRUE(story.isActive(editor));
-    story.finishRecording(editor);
-    story.strikeAndLeave(editor, "RTRN");
-    EXPECT_EQ(story.list(), before);
     EXPECT_TRUE(story.brings(quartz, story.front, bound));
 }
 
