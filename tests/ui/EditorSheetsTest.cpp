@@ -1,7 +1,5 @@
 #include "ui/EditorSheetTest.h"
 
-#include "support/TemporaryDirectory.h"
-
 #include <QAccessible>
 #include <QFileDialog>
 
@@ -30,6 +28,7 @@ class EditorSheetsTest : public EditorSheetTest {
 protected:
     /// Uses every button of a window.
     void useAll(const QWidget& window, void (*use)(QPushButton&)) {
+        held_ = sheet_.lock();
         for (const char* name : {"selectButton", "recordButton", "saveButton", "cancelButton",
                                  "otherButton", "openButton"}) {
             auto* const button = window.findChild<QPushButton*>(name);
@@ -61,6 +60,8 @@ protected:
         find<QPushButton>(panel, "otherButton").click();
         return *panel.findChild<QFileDialog*>();
     }
+
+    std::shared_ptr<AddEditShortcutSheet> held_; ///< even if it closes
 };
 
 TEST_F(EditorSheetsTest, ClicksUnderThePanelDoNothing) {
