@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QIcon>
 
 #include <csignal>
 #include <fstream>
@@ -189,6 +190,7 @@ TEST_F(StatusItemOnHostTest, NamesTheSymbolThatTheIconThemeHasForIt) {
                                             "Context=Applications\nType=Scalable\n";
     std::ofstream(icons / "symbolic/apps/app.hollowfernpike.Hollowfernpike-symbolic.svg")
         << R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16"/>)";
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // what was found before is forgotten
     const auto host = startHost();
     createItem();
     StatusItemClient client(session, registeredItem(*host));
