@@ -1,3 +1,4 @@
+#include "desktop/editor/ScreenReader.h"
 #include "desktop/resident/Resident.h"
 #include "support/WaitUntil.h"
 
@@ -12,10 +13,29 @@ namespace hollowfernpike {
 namespace {
 
 using namespace test;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-using InstanceTest = ResidentTest;
+class InstanceTest : public ResidentTest {
+protected:
+    std::filesystem::path settings() const {
+        return resident.configuration("app.hollowfernpike.Hollowfernpike.conf");
+    }
+    std::filesystem::path oldPreferences() const {
+        return resident.configuration("com.local.Hollowfernpike.conf");
+    }
+
+    void writeOldPreferences(const std::string& text) {
+        std::filesystem::create_directories(resident.configuration(""));
+        std::ofstream(oldPreferences()) << text;
+    }
+
+    void end() {
+        story.utility().signal(SIGTERM);
+        EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
+    }
+};
 
 TEST_F(InstanceTest, ASecondStartShowsTheWindowOfTheFirst) {
     start();
@@ -76,7 +96,15 @@ TEST_F(InstanceTest, ActionsOfTheDesktopEntryReachTheRunningProgram) {
 }
 
 TEST_F(InstanceTest, QuitWithoutAnInstanceStartsNone) {
-    EXPECT_EQ(resident.startAgain({"--action", "quitApp"})->wait(), 0);
+    writeOldPreferences("[General]\nAppLanguage=en\n");
+    story.bind(bound, story.install("Target"));
+    story.writeShortcuts();
+    const auto quit = resident.startAgain({"--action", "quitApp"});
+    EXPECT_EQ(quit->wait(), 0);
+    EXPECT_EQ(quit->output() + quit->errors(), "");
+    EXPECT_FALSE(std::filesystem::exists(settings())) << "the first thing that an instance does";
+    KeyGrabber other(story.desktop.display());
+    EXPECT_TRUE(other.grab(story.grabOf(bound)));
 }
 
 TEST_F(InstanceTest, AFirstStartFromTheMenuShowsTheWindow) {
@@ -115,27 +143,44 @@ TEST_P(SimultaneousStartsTest, LeaveOneInstance) {
 
 INSTANTIATE_TEST_SUITE_P(TenTimes, SimultaneousStartsTest, testing::Range(1, 11));
 
-TEST_F(InstanceTest, OldPreferencesAreCarriedOverOnce) {
-    std::filesystem::create_directories(resident.configuration(""));
-    std::ofstream(resident.configuration("com.local.Hollowfernpike.conf"))
-        << "[General]\nAppLanguage=en\nNSWindow%20Frame%20main=0 0 480 400\n";
+constexpr auto oldText = "[General]\nNSWindow%20Frame%20main=0 0 480 400\nAppLanguage=en\n";
+
+TEST_F(InstanceTest, OldPreferencesAreCarriedOverAndStayWhereTheyAre) {
+    writeOldPreferences(oldText);
     menu.startHost();
     start();
     ASSERT_TRUE(menu.showsItem());
     EXPECT_EQ(menu.labels().front(), "Manage Shortcuts");
-    const auto file = resident.configuration("app.hollowfernpike.Hollowfernpike.conf");
-    EXPECT_THAT(Resident::contents(file),
-                HasSubstr("preferencesMigratedFrom=com.local.Hollowfernpike"));
-    EXPECT_THAT(Resident::contents(file), Not(HasSubstr("NSWindow")));
+    EXPECT_THAT(Resident::contents(settings()),
+                AllOf(HasSubstr("preferencesMigratedFrom=com.local.Hollowfernpike"),
+                      HasSubstr("AppLanguage=en"), Not(HasSubstr("NSWindow"))));
+    end();
+    EXPECT_EQ(Resident::contents(oldPreferences()), oldText);
+}
 
-    menu.choose("日本語");
-    ASSERT_TRUE(menu.becomes("日本語", true));
-    story.utility().signal(SIGTERM);
-    EXPECT_EQ(story.utility().wait(), 0);
+TEST_F(InstanceTest, OldPreferencesAreCarriedOverOnce) {
+    writeOldPreferences(oldText);
+    start();
+    end();
+    const std::string migrated = "[General]\npreferencesMigratedFrom=com.local.Hollowfernpike\n";
+    std::ofstream(settings()) << migrated;
+    const auto changed = std::string(oldText) + "Another=1\n";
+    writeOldPreferences(changed);
     menu.startHost();
     story.launchUtility();
     ASSERT_TRUE(menu.showsItem());
-    EXPECT_EQ(menu.labels().front(), "ショートカット管理") << "carried over once";
+    EXPECT_EQ(menu.labels().front(), "ショートカット管理");
+    end();
+    EXPECT_EQ(Resident::contents(settings()), migrated);
+    EXPECT_EQ(Resident::contents(oldPreferences()), changed);
+}
+
+TEST_F(InstanceTest, TheToolkitSpeaksTheLanguageCarriedOverFromItsFirstWindow) {
+    writeOldPreferences(oldText);
+    ScreenReader reader(story.desktop.bus().address());
+    const auto first = resident.startAgain({"--action", "exportShortcuts"});
+    ASSERT_TRUE(resident.shows("Export Shortcuts"));
+    EXPECT_NO_THROW(reader.find("push button", "Cancel"));
 }
 
 } // namespace

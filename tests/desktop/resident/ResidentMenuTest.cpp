@@ -26,6 +26,17 @@ TEST_F(ResidentMenuTest, IsJapaneseAtFirst) {
     EXPECT_FALSE(menu.entry("ログイン時に起動").isOn);
 }
 
+TEST_F(ResidentMenuTest, IsJapaneseWhateverTheSystemSpeaks) {
+    menu.startHost();
+    story.launchUtility({{"LC_ALL", "en_US.UTF-8"},
+                         {"LC_MESSAGES", "en_US.UTF-8"},
+                         {"LANG", "en_US.UTF-8"},
+                         {"LANGUAGE", "en_US:en"}});
+    ASSERT_TRUE(menu.showsItem()) << story.utility().errors();
+    EXPECT_EQ(menu.labels().front(), "ショートカット管理");
+    EXPECT_TRUE(menu.entry("日本語").isOn);
+}
+
 TEST_F(ResidentMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
     startOnHost();
     menu.choose("English");
