@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,25 @@ protected:
         return file;
     }
 
+    std::vector<xcb_window_t> permissionWindows() {
+        auto windows = story.pager.stacking();
+        std::erase_if(windows, [&](xcb_window_t window) {
+            return story.pager.titleOf(window) != "Hollowfernpike";
+        });
+        return windows;
+    }
+
+    /// Waits for so many, and never sees more than one.
+    bool hasPermissionWindows(std::size_t count) {
+        return waitUntil(
+            [&] {
+                const auto present = permissionWindows().size();
+                EXPECT_LE(present, 1U);
+                return present == count;
+            },
+            20s);
+    }
+
     void endsOnRequest() {
         story.utility().signal(SIGTERM);
         EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
@@ -61,6 +81,26 @@ TEST_F(TrustTest, AnUntrustedClientAsksAndGoesLiveByItselfOnceItIsTrusted) {
     ASSERT_TRUE(story.switchTo(front));
     EXPECT_EQ(front.downs(key), 1) << "the press before it was trusted";
     endsOnRequest();
+}
+
+TEST_F(TrustTest, AWindowAsksAgainWhenItWasClosedAndGoesWhenThePermissionComes) {
+    const auto file = authority("authority", "untrusted");
+    startUtility({{"XAUTHORITY", file.string()}});
+    for (int question = 0; question < 2; ++question) {
+        ASSERT_TRUE(hasPermissionWindows(1));
+        story.pager.close(permissionWindows().at(0));
+        ASSERT_TRUE(hasPermissionWindows(0));
+    }
+    ASSERT_TRUE(hasPermissionWindows(1));
+
+    std::filesystem::rename(authority("better", "trusted"), file);
+    ASSERT_TRUE(story.areLive());
+    EXPECT_TRUE(hasPermissionWindows(0));
+    endsOnRequest();
+    const std::string told = "The X server does not let this program see the keys";
+    const auto& errors = story.utility().errors();
+    EXPECT_NE(errors.find(told), std::string::npos);
+    EXPECT_EQ(errors.find(told), errors.rfind(told)) << "told once";
 }
 
 TEST_F(TrustTest, AnUntrustedClientEndsOnRequest) {
