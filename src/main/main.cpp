@@ -4,6 +4,7 @@
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/CoreLimit.h"
 #include "platform/freedesktop/InstanceLock.h"
+#include "platform/freedesktop/SessionBus.h"
 #include "platform/qt/ApplicationService.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
@@ -16,6 +17,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -72,6 +74,18 @@ struct ToolkitArguments {
     int count = 3;
 };
 
+/// The program as the session bus knows it; null where there is no bus: the toolkit would start
+/// one.
+std::unique_ptr<qt::ApplicationService> serviceOf(Program& program) {
+    if (!freedesktop::SessionBus::isKnown()) {
+        return nullptr;
+    }
+    return std::make_unique<qt::ApplicationService>(
+        domain, [&program](const qt::ApplicationRequest& asked) {
+            program.perform(asked.action, asked.startupIdentifier);
+        });
+}
+
 int runInstance(freedesktop::InstanceLock lock, const std::string& action,
                 const std::string& command) {
     qt::UserDefaults userDefaults(domain);
@@ -83,11 +97,9 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action,
     ToolkitArguments arguments{.program = command};
     QApplication application(arguments.count, arguments.words.data());
     Program program(userDefaults, terminationSignals);
-    qt::ApplicationService service(domain, [&program](const qt::ApplicationRequest& asked) {
-        program.perform(asked.action, asked.startupIdentifier);
-    });
-    if (service.publish() == qt::ApplicationService::Outcome::taken &&
-        service.handOver({.action = action, .startupIdentifier = startupIdentifier})) {
+    const auto service = serviceOf(program);
+    if (service && service->publish() == qt::ApplicationService::Outcome::taken &&
+        service->handOver({.action = action, .startupIdentifier = startupIdentifier})) {
         return EXIT_SUCCESS;
     }
     lock.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
