@@ -190,7 +190,9 @@ TEST_F(StatusItemOnHostTest, NamesTheSymbolThatTheIconThemeHasForIt) {
                                             "Context=Applications\nType=Scalable\n";
     std::ofstream(icons / "symbolic/apps/app.hollowfernpike.Hollowfernpike-symbolic.svg")
         << R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16"/>)";
-    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // what was found before is forgotten
+    // The toolkit has looked for icons before, and then there was no such folder.
+    const auto folder = QString::fromStdString(icons.parent_path().string());
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() << folder);
     const auto host = startHost();
     createItem();
     StatusItemClient client(session, registeredItem(*host));
