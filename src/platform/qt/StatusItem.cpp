@@ -93,8 +93,7 @@ void StatusItem::applyImage() {
         window_->setImage(drawing, description_);
     }
     if (icon_) {
-        const QIcon theme = themeStatusSymbol();
-        icon_->setIcon(theme.isNull() ? drawing : theme);
+        icon_->setIcon(drawing);
         icon_->setToolTip(description_);
     }
 }

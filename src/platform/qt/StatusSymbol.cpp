@@ -1,8 +1,13 @@
 #include "platform/qt/StatusSymbol.h"
 
 #include <QGuiApplication>
+#include <QIconEngine>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
+#include <QStandardPaths>
+
+#include <algorithm>
 
 namespace hollowfernpike::qt {
 
@@ -77,21 +82,50 @@ private:
                    (image_.height() - across(key_, stroke_, rows)) / 2};
 };
 
+/// The name of the installed symbol of ours; empty if there is none.
+QString installedSymbol() {
+    const QString name = QGuiApplication::desktopFileName() + "-symbolic";
+    const QString file = "icons/hicolor/symbolic/apps/" + name + ".svg";
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, file).isEmpty() ? QString()
+                                                                                       : name;
+}
+
+/// Carries the installed symbol's name for panels that paint it in their own colour, and is drawn
+/// by us for all others. The toolkit's icon from a theme would read the whole theme for its name,
+/// and keep it.
+class Engine final : public QIconEngine {
+public:
+    QString iconName() override { return name_; }
+
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+        QList<QSize> sizes;
+        for (const int size : panelSizes) {
+            sizes.emplace_back(size, size);
+        }
+        return sizes;
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override {
+        const int side = std::min(size.width(), size.height());
+        const QImage image = Keyboard(std::max(side, panelSizes[0])).image();
+        return QPixmap::fromImage(side < image.width() ? image.scaled(side, side) : image);
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
+               QIcon::State state) override {
+        painter->drawPixmap(rect, pixmap(rect.size(), mode, state));
+    }
+
+    QIconEngine* clone() const override { return new Engine(*this); }
+
+private:
+    QString name_ = installedSymbol();
+};
+
 } // namespace
 
 QIcon statusSymbol(const QString& name) {
-    QIcon icon;
-    if (name == "keyboard") {
-        for (const int size : panelSizes) {
-            icon.addPixmap(QPixmap::fromImage(Keyboard(size).image()));
-        }
-    }
-    return icon;
-}
-
-QIcon themeStatusSymbol() {
-    const QString name = QGuiApplication::desktopFileName() + "-symbolic";
-    return QIcon::hasThemeIcon(name) ? QIcon::fromTheme(name) : QIcon();
+    return name == "keyboard" ? QIcon(new Engine) : QIcon();
 }
 
 } // namespace hollowfernpike::qt
