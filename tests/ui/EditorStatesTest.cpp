@@ -87,6 +87,7 @@ TEST_F(EditorStatesTest, LeavesAWindowAloneThatIsTallEnough) {
         sheet.setFixedHeight(height);
         choose(sheet, exampleApp);
         EXPECT_EQ(sheet.size(), QSize(400, height));
+        sheet.close();
     }
 }
 
