@@ -24,7 +24,7 @@ using testing::SizeIs;
 class AppDelegateTest : public testing::Test {
 protected:
     /// What shall happen while the desktop is asked this for the first time.
-    void during(const std::string& call, std::function<void()> event) {
+    void during(const std::string& call, const std::function<void()>& event) {
         desktop.log.onCall = [this, call, event](const std::string& present) {
             if (present == call) {
                 desktop.log.onCall = nullptr;

@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(Names, OddNameTest,
                          testing::Values("", " ", " padded ", "The \"Best\"", "「括弧」",
                                          "%1 %s %%", "<b>bold</b>", "&File &amp;", "{0}",
                                          "back\\slash", "line\nbreak\ttab", "e\u0301 👩‍💻",
-                                         "\u202Eright", std::string("nul\0nul", 7),
+                                         "\u202Eright\u202C", std::string("nul\0nul", 7),
                                          "no UTF-8 \xff"));
 
 } // namespace

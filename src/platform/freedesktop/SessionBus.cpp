@@ -71,7 +71,7 @@ bool SessionBus::isKnown() {
     return busAddress().has_value();
 }
 
-void SessionBus::call(const BusCall& call, Answer answer) {
+void SessionBus::call(const BusCall& call, const Answer& answer) {
     try {
         if (!isOpen()) {
             connect();

@@ -43,7 +43,7 @@ public:
     /// Whether this session has a bus, as far as its environment tells.
     static bool isKnown();
 
-    void call(const BusCall& call, Answer answer);
+    void call(const BusCall& call, const Answer& answer);
 
 private:
     using Connection = std::unique_ptr<sd_bus, Releaser<&sd_bus_unref>>;
