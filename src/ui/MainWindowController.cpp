@@ -12,6 +12,7 @@
 #include "ui/CardStackView.h"
 #include "ui/HeaderBar.h"
 #include "ui/ManagementWindow.h"
+#include "ui/Sheets.h"
 #include "ui/ShortcutCardView.h"
 #include "ui/ShortcutExchange.h"
 #include "ui/SymbolButton.h"
@@ -106,12 +107,9 @@ void MainWindowController::setupUI() {
 
 QWidget* MainWindowController::makeHeaderBar() {
     headerBar_ = new HeaderBar;
-    const auto perform = [this](QAbstractButton* button, void (MainWindowController::*action)()) {
-        connect(button, &QAbstractButton::clicked, this, action);
-    };
-    perform(exportButton(), &MainWindowController::exportShortcuts);
-    perform(importButton(), &MainWindowController::importShortcuts);
-    perform(addButton(), &MainWindowController::addShortcut);
+    onClick(*exportButton(), [this] { exportShortcuts(); });
+    onClick(*importButton(), [this] { importShortcuts(); });
+    onClick(*addButton(), [this] { addShortcut(); });
     return headerBar_;
 }
 

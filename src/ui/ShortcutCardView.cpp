@@ -7,6 +7,7 @@
 #include "ui/HotkeyBadge.h"
 #include "ui/IconView.h"
 #include "ui/LazyFileIcon.h"
+#include "ui/Sheets.h"
 #include "ui/SymbolButton.h"
 #include "ui/SystemColors.h"
 
@@ -50,8 +51,8 @@ void ShortcutCardView::setupUI() {
     setAccessibleRole(*this, QAccessible::Pane);
     setFixedHeight(height);
     appNameLabel_->setFont(systemFont(14, QFont::Medium));
-    connect(editButton_, &QAbstractButton::clicked, this, &ShortcutCardView::editTapped);
-    connect(deleteButton_, &QAbstractButton::clicked, this, &ShortcutCardView::deleteTapped);
+    onClick(*editButton_, [this] { editTapped(); });
+    onClick(*deleteButton_, [this] { deleteTapped(); });
 }
 
 void ShortcutCardView::configure(const AppShortcut& shortcut) {

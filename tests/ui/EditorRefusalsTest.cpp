@@ -48,13 +48,7 @@ TEST_F(EditorRefusalsTest, WithoutACombinationAsksForOne) {
     expectRefusal(sheet, combinationMissing);
     record(sheet, 0, 0x100000);
     sheet.saveSheet();
-    ASSERT_THAT(saved_, SizeIs(1));
-    expectSaved({.id = saved_[0].id,
-                 .keyCode = 0,
-                 .modifierFlags = 0x100000,
-                 .appPath = exampleApp,
-                 .appName = "Example",
-                 .appBundleIdentifier = "com.example.example"});
+    expectExampleSaved(0, 0x100000);
 }
 
 TEST_F(EditorRefusalsTest, WithoutAnApplicationAsksForOne) {
@@ -98,13 +92,7 @@ TEST_F(EditorRefusalsTest, WhatIsMissingCanBeMadeGoodAfterTheAlert) {
     expectRefusal(sheet, applicationMissing);
     choose(sheet, exampleApp);
     sheet.saveSheet();
-    ASSERT_THAT(saved_, SizeIs(1));
-    expectSaved({.id = saved_[0].id,
-                 .keyCode = 46,
-                 .modifierFlags = 0x100000,
-                 .appPath = exampleApp,
-                 .appName = "Example",
-                 .appBundleIdentifier = "com.example.example"});
+    expectExampleSaved(46, 0x100000);
 }
 
 TEST_F(EditorRefusalsTest, TheAlertWarnsWithOneButtonAndWithoutDetails) {

@@ -19,12 +19,7 @@ TEST_F(EditorSavingTest, MakesANewShortcut) {
     saveButton(sheet).click();
     ASSERT_THAT(saved_, SizeIs(1));
     EXPECT_NE(saved_[0].id, UUID());
-    expectSaved({.id = saved_[0].id,
-                 .keyCode = 0,
-                 .modifierFlags = 0x100000,
-                 .appPath = exampleApp,
-                 .appName = "Example",
-                 .appBundleIdentifier = "com.example.example"});
+    expectExampleSaved(0, 0x100000);
     EXPECT_FALSE(isOpen());
 }
 

@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -130,6 +131,17 @@ protected:
         EXPECT_EQ(saved_[0].appPath, expected.appPath);
         EXPECT_EQ(saved_[0].appName, expected.appName);
         EXPECT_EQ(saved_[0].appBundleIdentifier, expected.appBundleIdentifier);
+    }
+
+    /// A new shortcut for the example application.
+    void expectExampleSaved(std::uint16_t keyCode, std::uint64_t modifierFlags) {
+        ASSERT_EQ(saved_.size(), 1U);
+        expectSaved({.id = saved_[0].id,
+                     .keyCode = keyCode,
+                     .modifierFlags = modifierFlags,
+                     .appPath = exampleApp,
+                     .appName = "Example",
+                     .appBundleIdentifier = "com.example.example"});
     }
 
     std::weak_ptr<AddEditShortcutSheet> sheet_;

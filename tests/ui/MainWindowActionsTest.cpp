@@ -3,6 +3,7 @@
 #include "ui/ModalAnswers.h"
 #include "ui/WindowTest.h"
 
+#include <QDialog>
 #include <QScreen>
 
 namespace hollowfernpike::test {
@@ -162,6 +163,22 @@ TEST_F(MainWindowActionsTest, CancellingLeavesTheListUntouched) {
     remove(1, dismiss());
     EXPECT_THAT(shownNames(), ElementsAre("Editor", "Browser"));
     EXPECT_EQ(desktop.fileManager.writes, writes);
+}
+
+TEST_F(MainWindowActionsTest, NoButtonActsWhileTheQuestionIsToBeAnswered) {
+    remove(1, [&](QWidget& sheet) {
+        desktop.log.clear();
+        for (QAbstractButton* button : controller->window()->findChildren<QAbstractButton*>()) {
+            if (button->window() == controller->window()) {
+                button->click(); // as those do who press over the accessibility bus
+            }
+        }
+        EXPECT_THAT(desktop.log.calls(), IsEmpty());
+        EXPECT_THAT(editors(), IsEmpty());
+        EXPECT_THAT(controller->window()->findChildren<QDialog*>(), ElementsAre(&sheet));
+        press("Cancel")(sheet);
+    });
+    EXPECT_THAT(shownNames(), ElementsAre("Editor", "Browser"));
 }
 
 TEST_F(MainWindowActionsTest, DeletingAsksInJapanese) {

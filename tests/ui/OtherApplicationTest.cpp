@@ -1,0 +1,117 @@
+#include "ui/ApplicationPanelTest.h"
+
+#include "support/TemporaryDirectory.h"
+
+#include <QAbstractItemView>
+#include <QFileDialog>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace hollowfernpike {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace test;
+
+class OtherApplicationTest : public ApplicationPanelTest {
+protected:
+    OtherApplicationTest() {
+        std::ofstream(entry()) << "[Desktop Entry]\n";
+        services_.applicationBundles.directories = {directory_.path().string(), "/elsewhere"};
+    }
+
+    std::filesystem::path entry() const { return directory_.path() / "Own.desktop"; }
+
+    QFileDialog& openFiles() {
+        QDialog& panel = open();
+        button(panel, "otherButton").click();
+        return *panel.findChild<QFileDialog*>();
+    }
+
+    /// Types a path and accepts it.
+    static void answer(QFileDialog& files, const std::string& path) {
+        QApplication::setActiveWindow(&files);
+        auto& field = find<QLineEdit>(files, "fileNameEdit");
+        field.setFocus();
+        field.setText(QString::fromStdString(path));
+        QMetaObject::invokeMethod(&files, "accept");
+    }
+
+    TemporaryDirectory directory_;
+};
+
+TEST_F(OtherApplicationTest, BeginsWhereInstalledApplicationsLie) {
+    const QFileDialog& files = openFiles();
+    EXPECT_EQ(files.directory().absolutePath().toStdString(), directory_.path().string());
+    EXPECT_EQ(files.fileMode(), QFileDialog::ExistingFile);
+    EXPECT_TRUE(files.testOption(QFileDialog::DontUseNativeDialog));
+    EXPECT_EQ(files.windowModality(), Qt::WindowModal);
+    EXPECT_THAT(files.nameFilters(), ElementsAre("アプリ (*.desktop)"));
+}
+
+TEST_F(OtherApplicationTest, BeginsAtHomeIfThatIsUnknown) {
+    services_.applicationBundles.directories.clear();
+    EXPECT_EQ(openFiles().directory().absolutePath(), QDir::homePath());
+}
+
+TEST_F(OtherApplicationTest, AChosenFileIsTheAnswer) {
+    answer(openFiles(), entry().string());
+    EXPECT_THAT(chosen_, ElementsAre(entry().string()));
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(OtherApplicationTest, AFileOfAnotherKindIsNotTaken) {
+    QFileDialog& files = openFiles();
+    for (const char* name : {"notes.txt", "desktop", "Own.desktop.bak"}) {
+        const auto file = directory_.path() / name;
+        std::ofstream(file) << "[Desktop Entry]\n";
+        answer(files, file.string());
+        EXPECT_TRUE(files.isVisible()) << name;
+    }
+    answer(files, "/dev/null");
+    EXPECT_TRUE(files.isVisible());
+    EXPECT_THAT(chosen_, IsEmpty());
+    answer(files, entry().string());
+    EXPECT_THAT(chosen_, ElementsAre(entry().string())) << "it can still be answered";
+}
+
+TEST_F(OtherApplicationTest, AFolderIsEnteredWhateverItsName) {
+    const auto folder = directory_.path() / "folder";
+    std::filesystem::create_directory(folder);
+    QFileDialog& files = openFiles();
+    answer(files, folder.string());
+    EXPECT_EQ(files.directory().absolutePath().toStdString(), folder.string());
+    EXPECT_TRUE(files.isVisible());
+    EXPECT_THAT(chosen_, IsEmpty());
+}
+
+TEST_F(OtherApplicationTest, AFileWhoseNameIsNotUnicodeIsNotOfferedUnderAnotherName) {
+    std::ofstream(directory_.path() / "caf\xE9.desktop") << "[Desktop Entry]\n";
+    const QFileDialog& files = openFiles();
+    const auto* const view = files.findChild<QAbstractItemView*>("listView");
+    QStringList names;
+    EXPECT_TRUE(eventually([&] {
+        names.clear();
+        const QModelIndex folder = view->rootIndex();
+        for (int row = 0; row < view->model()->rowCount(folder); ++row) {
+            names += view->model()->index(row, 0, folder).data().toString();
+        }
+        return !names.isEmpty();
+    }));
+    EXPECT_EQ(names, QStringList{"Own.desktop"});
+}
+
+TEST_F(OtherApplicationTest, CancellingReturnsToThePanel) {
+    openFiles().reject();
+    EXPECT_TRUE(isOpen());
+    EXPECT_THAT(chosen_, IsEmpty());
+}
+
+} // namespace
+} // namespace hollowfernpike
