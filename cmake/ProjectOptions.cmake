@@ -2,7 +2,8 @@
 add_library(hfp_options INTERFACE)
 target_compile_features(hfp_options INTERFACE cxx_std_20)
 target_compile_options(hfp_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-keyword-macro>) # what the header of XKB makes necessary
 # Qt's keyword macros would take the names `signals`, `slots` and `emit` away from everybody.
 target_compile_definitions(hfp_options INTERFACE QT_NO_KEYWORDS)
 target_include_directories(hfp_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
@@ -37,8 +38,7 @@ target_link_options(hfp_hardening INTERFACE "$<${is_optimized}:LINKER:-z,relro,-
 if(HOLLOWFERNPIKE_FUZZ)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_options(hfp_options INTERFACE -O1 -fsanitize=fuzzer-no-link ${sanitizers}
-    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/tests/fuzz/ignored.txt
-    -Wno-keyword-macro) # what the header of XKB makes necessary
+    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/tests/fuzz/ignored.txt)
   target_link_options(hfp_options INTERFACE ${sanitizers})
 endif()
 

@@ -83,7 +83,7 @@ def compile_commands(tree, build):
     sources = [str(tree / name) for name in GOOD if name.endswith(".cpp")]
     (build / "compile_commands.json").write_text(json.dumps([{
         "directory": str(tree), "file": source,
-        "arguments": ["c++", "-std=c++20", f"-I{tree}/src", "-c", source]} for source in sources]))
+        "command": f"c++ -std=c++20 -I{tree}/src -c {source}"} for source in sources]))
 
 
 def findings(name, tree, build):

@@ -23,6 +23,7 @@ import tree
 SLOW_CHECKS = ("-bugprone-*,bugprone-use-after-move,-cppcoreguidelines-*,-misc-*,-modernize-*,"
                "-performance-*,-readability-*")
 QUOTED = re.compile(rb'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
+PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx\b")
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
 
@@ -80,21 +81,35 @@ def look_at(root, build, name, clean):
     return found
 
 
+def commands_without_precompiled_headers(build, cache):
+    """The compile commands of the build as they would be without such headers, in the cache too:
+    clang cannot read another compiler's, and a file is judged by what it includes itself."""
+    entries = json.loads((build / "compile_commands.json").read_text())
+    for entry in entries:
+        entry["command"] = PRECOMPILED.sub(" ", entry["command"])
+    text = json.dumps(entries)
+    file = cache / "compile_commands.json"
+    if not file.is_file() or file.read_text() != text:
+        file.write_text(text)
+    return entries
+
+
 def check(root, build):
     build = pathlib.Path(build).resolve()
+    cache = build / "tidy-cache"
+    cache.mkdir(exist_ok=True)
     commands = {entry["file"]: json.dumps(entry)
-                for entry in json.loads((build / "compile_commands.json").read_text())}
+                for entry in commands_without_precompiled_headers(build, cache)}
     names = tree.files(root, "src/*.cpp", "src/*.h", "tests/*.cpp", "tests/*.h",
                        "benchmarks/*.cpp", "benchmarks/*.h")
     for name in names:
         if name.endswith(".cpp") and str(root / name) not in commands:
             yield f"{name}:1: no target compiles this file"
 
-    cache = build / "tidy-cache"
-    cache.mkdir(exist_ok=True)
-    settings = (output_of("clangd", "--version")[1], (root / ".clang-tidy").read_text(), SLOW_CHECKS)
+    settings = (output_of("clangd", "--version")[1], SLOW_CHECKS,
+                *((root / file).read_text() for file in tree.files(root, "*.clang-tidy")))
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
-        looks = [workers.submit(look_at, root, build, name, cache / fingerprint(
+        looks = [workers.submit(look_at, root, cache, name, cache / fingerprint(
                      root, name, *settings, commands.get(str(root / name), "")))
                  for name in names]
         for look in looks:

@@ -1,15 +1,12 @@
 #include "desktop/KeyGrabber.h"
 
+#include "platform/x11/Xkb.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
-
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace hollowfernpike::test {
 

@@ -1,14 +1,13 @@
 #include "support/KeyInjector.h"
 
+#include "platform/x11/Xkb.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
 
 #include <xcb/xtest.h>
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace hollowfernpike::test {
 

@@ -221,7 +221,7 @@ std::error_code writeWithLimit(const fs::path& path, std::string_view data, rlim
 }
 
 TEST_F(AtomicFileTest, withoutRoomTheOldFileStandsAndNothingIsLeft) {
-    for (const rlim_t limit : {0, 1, 4096, 99999}) {
+    for (const rlim_t limit : {0U, 1U, 4096U, 99999U}) {
         putFile(file(), "old");
         const auto write = [&] {
             const auto code = writeWithLimit(file(), std::string(100000, 'x'), limit);
