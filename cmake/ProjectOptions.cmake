@@ -14,10 +14,11 @@ set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
 set(CMAKE_EXE_LINKER_FLAGS_RELEASE "-Wl,--gc-sections")
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+  $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/tests/sanitizers-ignore.txt>)
 if(HOLLOWFERNPIKE_SANITIZE)
-  target_compile_options(hfp_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(hfp_options INTERFACE -fsanitize=address,undefined)
+  target_compile_options(hfp_options INTERFACE ${sanitizers})
+  target_link_options(hfp_options INTERFACE ${sanitizers})
 endif()
 
 # What is installed guards itself against corrupted memory. Debug builds have the sanitizers for that.
@@ -36,9 +37,7 @@ target_compile_options(hfp_hardening INTERFACE
 target_link_options(hfp_hardening INTERFACE "$<${is_optimized}:LINKER:-z,relro,-z,now>")
 
 if(HOLLOWFERNPIKE_FUZZ)
-  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_compile_options(hfp_options INTERFACE -O1 -fsanitize=fuzzer-no-link ${sanitizers}
-    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/tests/fuzz/ignored.txt)
+  target_compile_options(hfp_options INTERFACE -O1 -fsanitize=fuzzer-no-link ${sanitizers})
   target_link_options(hfp_options INTERFACE ${sanitizers})
 endif()
 

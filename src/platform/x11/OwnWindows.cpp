@@ -35,17 +35,18 @@ bool isMapped(xcb_connection_t* connection, xcb_window_t window) {
 OwnWindows::OwnWindows(xcb_connection_t* toolkit)
     : toolkit_(toolkit), root_(xcb_setup_roots_iterator(xcb_get_setup(toolkit)).data->root) {}
 
+// Only the window manager knows whether it has read the states of a window that is not on the
+// screen (it may be on its way there, or minimised), so it is told as well.
 void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
     if (!isMapped(toolkit_, window)) {
         writeState(window, shown);
-    } else {
-        const auto change = shown ? stateRemove : stateAdd;
-        WindowManagerMessage{window,
-                             internAtom(toolkit_, "_NET_WM_STATE"),
-                             {change, internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
-                              internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
-            .send(toolkit_, root_);
     }
+    WindowManagerMessage{window,
+                         internAtom(toolkit_, "_NET_WM_STATE"),
+                         {shown ? stateRemove : stateAdd,
+                          internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
+                          internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
+        .send(toolkit_, root_);
     xcb_flush(toolkit_);
 }
 

@@ -48,6 +48,10 @@ protected:
                observer_.hasState(window, "_NET_WM_STATE_SKIP_PAGER");
     }
 
+    bool isMinimised(xcb_window_t window) {
+        return observer_.hasState(window, "_NET_WM_STATE_HIDDEN");
+    }
+
     bool isListed(xcb_window_t window) {
         return !observer_.hasState(window, "_NET_WM_STATE_SKIP_TASKBAR") &&
                !observer_.hasState(window, "_NET_WM_STATE_SKIP_PAGER");
@@ -112,6 +116,16 @@ TEST_P(OwnWindowsTest, TakesAWindowOnTheScreenOutOfTheTaskBarAndPutsItBack) {
     EXPECT_TRUE(waitUntil([&] { return isListed(window); }));
 }
 
+TEST_P(OwnWindowsTest, KeepsAMinimisedWindowOutOfTheTaskBarWhenItComesBack) {
+    const auto window = open();
+    observer_.minimise(window);
+    EXPECT_TRUE(waitUntil([&] { return isMinimised(window); }));
+    own_->setShownInTaskBar(window, false);
+    own_->bringToFront(window);
+    EXPECT_TRUE(waitUntil([&] { return !isMinimised(window); }));
+    EXPECT_TRUE(isLeftOut(window));
+}
+
 TEST_P(OwnWindowsTest, BringsACoveredWindowToTheFront) {
     const auto window = open();
     const auto other = openActive("Other");
@@ -130,11 +144,11 @@ TEST_P(OwnWindowsTest, BringsAWindowToTheFrontThatIsJustComing) {
 TEST_P(OwnWindowsTest, BringsAMinimisedWindowBack) {
     const auto window = open();
     observer_.minimise(window);
-    EXPECT_TRUE(waitUntil([&] { return observer_.hasState(window, "_NET_WM_STATE_HIDDEN"); }));
+    EXPECT_TRUE(waitUntil([&] { return isMinimised(window); }));
     const auto other = openActive("Other");
     own_->bringToFront(window);
     EXPECT_TRUE(comesToTheFront(window));
-    EXPECT_FALSE(observer_.hasState(window, "_NET_WM_STATE_HIDDEN"));
+    EXPECT_FALSE(isMinimised(window));
 }
 
 TEST_P(OwnWindowsTest, GoesToTheWorkspaceOfTheWindow) {
