@@ -21,48 +21,48 @@ std::vector<std::string> expand(const std::string& exec) {
     return commandLineOf(entry);
 }
 
-TEST(CommandLine, CodesForFilesFallAway) {
+TEST(CommandLineTest, CodesForFilesFallAway) {
     EXPECT_THAT(expand("edit %f"), ElementsAre("edit"));
     EXPECT_THAT(expand("edit %F --new %u end %U"), ElementsAre("edit", "--new", "end"));
 }
 
-TEST(CommandLine, ACodeForFilesInsideAWordLeavesTheRestOfIt) {
+TEST(CommandLineTest, ACodeForFilesInsideAWordLeavesTheRestOfIt) {
     EXPECT_THAT(expand("edit --file=%f"), ElementsAre("edit", "--file="));
 }
 
-TEST(CommandLine, DeprecatedCodesFallAway) {
+TEST(CommandLineTest, DeprecatedCodesFallAway) {
     EXPECT_THAT(expand("edit %d %D %n %N %v %m"), ElementsAre("edit"));
 }
 
-TEST(CommandLine, IconNameAndPathAreFilledIn) {
+TEST(CommandLineTest, IconNameAndPathAreFilledIn) {
     EXPECT_THAT(expand("edit %i %c %k"), ElementsAre("edit", "--icon", "editor-icon", "The Editor",
                                                      "/apps/the editor.desktop"));
 }
 
-TEST(CommandLine, AnEntryWithoutIconGetsNoIconOption) {
+TEST(CommandLineTest, AnEntryWithoutIconGetsNoIconOption) {
     DesktopEntry entry;
     entry.words = {"edit", "%i"};
     EXPECT_THAT(commandLineOf(entry), ElementsAre("edit"));
 }
 
-TEST(CommandLine, TwoPercentSignsAreOneAndNeverACode) {
+TEST(CommandLineTest, TwoPercentSignsAreOneAndNeverACode) {
     EXPECT_THAT(expand("edit 100%% %%f"), ElementsAre("edit", "100%", "%f"));
 }
 
-TEST(CommandLine, ALonePercentSignAtTheEndFallsAway) {
+TEST(CommandLineTest, ALonePercentSignAtTheEndFallsAway) {
     EXPECT_THAT(expand("edit 100%"), ElementsAre("edit", "100"));
 }
 
-TEST(CommandLine, QuotedWordsKeepTheirSpacesAndSpecialCharacters) {
+TEST(CommandLineTest, QuotedWordsKeepTheirSpacesAndSpecialCharacters) {
     EXPECT_THAT(expand(R"("/opt/My Editor/edit" "a \"b\" \$c \`d\` \\e" ;rm *)"),
                 ElementsAre("/opt/My Editor/edit", R"(a "b" $c `d` \e)", ";rm", "*"));
 }
 
-TEST(CommandLine, AnEmptyQuotedWordStays) {
+TEST(CommandLineTest, AnEmptyQuotedWordStays) {
     EXPECT_THAT(expand(R"(edit "" x)"), ElementsAre("edit", "", "x"));
 }
 
-TEST(CommandLine, BrokenQuotingOrNothingGivesNothing) {
+TEST(CommandLineTest, BrokenQuotingOrNothingGivesNothing) {
     EXPECT_THAT(expand(R"(edit "open)"), IsEmpty());
     EXPECT_THAT(expand(""), IsEmpty());
     EXPECT_THAT(expand("   "), IsEmpty());

@@ -27,7 +27,7 @@ bool hasStarted(const ChildProcess& process, const std::string& program,
     });
 }
 
-TEST(ProcessFacts, TellProgramArgumentsAndDisplay) {
+TEST(ProcessFactsTest, TellProgramArgumentsAndDisplay) {
     ChildProcess process({"/usr/bin/sleep", "300"}, {{"DISPLAY", ":42.1"}});
     ASSERT_TRUE(hasStarted(process, "/sleep", ":42.1"));
     const auto facts = processFacts(process.pid());
@@ -37,7 +37,7 @@ TEST(ProcessFacts, TellProgramArgumentsAndDisplay) {
     EXPECT_EQ(facts.controlGroup.substr(0, 1), "/");
 }
 
-TEST(ProcessFacts, TheLaunchEnvironmentCountsOnlyForTheProcessThatItNames) {
+TEST(ProcessFactsTest, TheLaunchEnvironmentCountsOnlyForTheProcessThatItNames) {
     ChildProcess process(
         {"/bin/sh", "-c", "GIO_LAUNCHED_DESKTOP_FILE_PID=$$ exec /usr/bin/sleep 300"},
         {{"GIO_LAUNCHED_DESKTOP_FILE", "/a/b.desktop"}, {"DISPLAY", ":1"}});
@@ -50,14 +50,14 @@ TEST(ProcessFacts, TheLaunchEnvironmentCountsOnlyForTheProcessThatItNames) {
     EXPECT_EQ(processFacts(other.pid()).launchedEntry, "");
 }
 
-TEST(ProcessFacts, AProcessThatIsNotThereTellsNothing) {
+TEST(ProcessFactsTest, AProcessThatIsNotThereTellsNothing) {
     EXPECT_FALSE(processStatus(-1));
     EXPECT_FALSE(processStatus(0));
     EXPECT_EQ(processFacts(-1).executable, "");
     EXPECT_THAT(processFacts(0).commandLine, IsEmpty());
 }
 
-TEST(ProcessFacts, TheStatusTellsParentAgeAndEnd) {
+TEST(ProcessFactsTest, TheStatusTellsParentAgeAndEnd) {
     ChildProcess process({"/usr/bin/sleep", "300"});
     const auto before = processStatus(process.pid());
     ASSERT_TRUE(before);
@@ -69,7 +69,7 @@ TEST(ProcessFacts, TheStatusTellsParentAgeAndEnd) {
     EXPECT_EQ(processStatus(process.pid())->startTime, before->startTime);
 }
 
-TEST(ProcessFacts, AProgramNameWithParenthesesAndSpacesIsNoTrap) {
+TEST(ProcessFactsTest, AProgramNameWithParenthesesAndSpacesIsNoTrap) {
     const auto program =
         std::filesystem::temp_directory_path() / ("a) Z (b" + std::to_string(::getpid()));
     std::filesystem::copy_file("/usr/bin/sleep", program);
