@@ -29,9 +29,15 @@ GOOD = {
 BAD = {
     "documents": (
         {"README.md": "[here](docs/list.md) and [there](docs/nowhere.md)\n`NoSuchTest`\n"
-                      "`ListTest.IsShort`, unlike `ListTest` and `ListTest.IsLong`\n",
-         "tests/model/ListTest.cpp": "TEST(ListTest, IsLong) {\n}\n"},
-        ["README.md:1", "README.md:2", "README.md:3"]),
+                      "`ListTest.IsShort`, unlike `ListTest` and `ListTest.IsLong`\n"
+                      "`list.isWide`, unlike `list.isDeep`, `whole.isRound` and `else.where`\n"
+                      "`whole.isSquare`\n`PlainTest`\n",
+         "tests/model/ListTest.cpp": "TEST(ListTest, IsLong) {\n}\nTEST(Plain, IsPlain) {\n}\n",
+         "tests/CMakeLists.txt": "function(list_check name)\n"
+                                 "  add_test(NAME list.${name} COMMAND ${ARGN})\nendfunction()\n"
+                                 "list_check(isDeep true)\n"
+                                 "add_test(NAME whole.isRound COMMAND true)\n"},
+        [f"README.md:{line}" for line in range(1, 7)]),
     "format": (
         {"src/model/Bad.h": "#pragma once\n\nint  wide;\n"},
         ["src/model/Bad.h:3"]),
@@ -67,8 +73,9 @@ BAD = {
     "words": (
         {"tests/BadTest.cpp": "// TO" "DO\n// FIX" "ME\n// X" "XX\n// HA" "CK\nGTEST_" "SKIP();\n"
                               "TEST(A, DISA" "BLED_B)\nEXPECT_TRUE(" "true);\nSUC" "CEED();\n"
-                              "int a; // NO" "LINT\nstd::this_thread::sleep_for(1s);\n"},
-        [f"tests/BadTest.cpp:{line}" for line in range(1, 11)]),
+                              "int a; // NO" "LINT\nstd::this_thread::sleep_for(1s);\n",
+         "tests/fuzz/seeds/documents/bad": "TO" "DO\n", "README.md": "TO" "DO\n"},
+        ["README.md:1", *(f"tests/BadTest.cpp:{line}" for line in range(1, 11))]),
 }
 
 

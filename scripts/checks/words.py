@@ -18,9 +18,12 @@ WORDS = [
 SLEEP = re.compile(r"\b(sleep_for|usleep|sleep|qWait|qSleep)\(\s*(std::chrono::)?(\w+[({])?\s*\d")
 WAITING = "tests/support/WaitUntil.h"
 
+# Whatever it takes to get a reader of texts into trouble.
+SEEDS = "tests/fuzz/seeds/"
+
 
 def check(root):
-    for name, lines in tree.texts(root, "src", "tests", "benchmarks", "scripts"):
+    for name, lines in tree.texts(root, f":!{SEEDS}"):
         for number, line in enumerate(lines, start=1):
             for pattern, why in WORDS:
                 for found in re.finditer(pattern, line):
