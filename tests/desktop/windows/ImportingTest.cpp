@@ -12,11 +12,7 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-#ifdef __SANITIZE_ADDRESS__ // some ten times slower
-constexpr std::size_t manyBytes = 5'000'000;
-#else
 constexpr std::size_t manyBytes = 50'000'000;
-#endif
 
 /// Two shortcuts are there, and files that are no lists of shortcuts, or hard to read.
 class ImportingTest : public TwoShortcutsTest {
