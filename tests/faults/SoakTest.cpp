@@ -4,16 +4,20 @@
 #include "support/WaitUntil.h"
 
 #include <algorithm>
-#include <chrono>
+#include <charconv>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace hollowfernpike {
 namespace {
@@ -22,38 +26,60 @@ using namespace test;
 
 constexpr std::size_t warmUp = 500;
 constexpr std::size_t batch = 100;
+constexpr std::size_t parts = 4;
 
-/// How much more the utility may take up afterwards: what the allocator keeps for itself comes and
-/// goes by some pages, while a byte for each press of a long run would be seen.
-constexpr std::size_t slack = 1024; // KiB
+/// How much more memory of its own, in bytes, the utility may have after this many presses of each
+/// kind: some pages that are touched late, and less for each press than anybody can forget.
+std::size_t slackAfter(std::size_t presses) {
+    constexpr std::size_t latePages = 8;
+    return latePages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) + presses / 8;
+}
 
-/// Of each kind, in whole batches: what the test command can wait for, or what the environment
-/// wants.
+/// Of each kind, in whole batches in every part: what the test command can wait for, or what the
+/// environment wants.
 std::size_t wantedPresses() {
     const char* const wanted = std::getenv("HFP_SOAK_PRESSES");
-    const std::size_t presses = wanted == nullptr ? 2000 : std::stoul(wanted);
-    return (presses + batch - 1) / batch * batch;
+    const std::string text = wanted == nullptr ? "2000" : wanted;
+    std::size_t presses = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), presses);
+    if (error != std::errc{} || end != text.data() + text.size() || presses == 0) {
+        throw std::invalid_argument("HFP_SOAK_PRESSES is no number of presses: " + text);
+    }
+    constexpr auto step = parts * batch;
+    return (presses + step - 1) / step * step;
+}
+
+/// A sanitizer holds freed memory back to catch late uses, which must not look like a leak.
+std::string sanitizerOptions() {
+    const char* const options = std::getenv("ASAN_OPTIONS");
+    return (options == nullptr ? std::string{} : std::string{options} + ':') +
+           "quarantine_size_mb=0:thread_local_quarantine_size_kb=0";
 }
 
 /// What a process takes up.
 struct Footprint {
-    std::size_t resident = 0; ///< KiB
+    std::size_t memory = 0; ///< bytes that are nobody else's and no file's
     std::size_t threads = 0;
     std::size_t descriptors = 0;
     std::size_t displayClients = 0;
 };
 
+std::size_t numberIn(const std::filesystem::path& file, const std::string& name) {
+    std::ifstream stream(file);
+    std::size_t number = 0;
+    for (std::string word; stream >> word;) {
+        if (word == name && stream >> number) {
+            return number;
+        }
+    }
+    throw std::runtime_error(name + " is not in " + file.string());
+}
+
 Footprint footprintOf(pid_t process, Pager& pager) {
     const auto folder = std::filesystem::path("/proc") / std::to_string(process);
     Footprint result;
-    std::ifstream status(folder / "status");
-    for (std::string word; status >> word;) {
-        if (word == "VmRSS:") {
-            status >> result.resident;
-        } else if (word == "Threads:") {
-            status >> result.threads;
-        }
-    }
+    result.memory = numberIn(folder / "smaps_rollup", "Anonymous:") * 1024;
+    result.threads = numberIn(folder / "status", "Threads:");
     const std::filesystem::directory_iterator descriptors(folder / "fd");
     result.descriptors = static_cast<std::size_t>(std::distance(begin(descriptors), {}));
     result.displayClients = pager.clients(process);
@@ -61,7 +87,7 @@ Footprint footprintOf(pid_t process, Pager& pager) {
 }
 
 std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
-    return stream << footprint.resident << " KiB resident, " << footprint.threads << " threads, "
+    return stream << footprint.memory << " bytes of memory, " << footprint.threads << " threads, "
                   << footprint.descriptors << " descriptors, " << footprint.displayClients
                   << " connections to the display";
 }
@@ -72,9 +98,7 @@ protected:
         story.bind(toOne, one);
         story.bind(toOther, other);
         story.writeShortcuts();
-        // A sanitizer holds freed memory back to catch late uses, and must not look like a leak.
-        story.launchUtility(
-            {{"ASAN_OPTIONS", "quarantine_size_mb=1:thread_local_quarantine_size_kb=64"}});
+        story.launchUtility({{"ASAN_OPTIONS", sanitizerOptions()}});
     }
 
     std::vector<xcb_keycode_t> keysOf(const Combination& combination) {
@@ -117,6 +141,28 @@ protected:
         return waitUntil([&] { return requests.count() >= count; });
     }
 
+    /// Presses as often of each kind, after `done` of each.
+    void pressBoth(std::size_t count, std::size_t done) {
+        for (const auto end = done + count; done < end; done += batch) {
+            ASSERT_EQ(pressBound(batch), batch) << "after " << done << " presses";
+            ASSERT_TRUE(sawRequests(warmUp + done + batch)) << requests.count() - warmUp;
+            pressUnbound(batch);
+        }
+        ASSERT_TRUE(waitUntil([&] { return unboundSeen() >= done; }, 60s)) << unboundSeen();
+        ASSERT_TRUE(story.getsKeys(one));
+    }
+
+    Footprint footprint() { return footprintOf(story.utility().pid(), story.pager); }
+
+    void expectNoMoreThan(const Footprint& before, std::size_t presses) {
+        const auto now = footprint();
+        std::cout << presses << " presses of each kind: " << now << std::endl;
+        EXPECT_LE(now.memory, before.memory + slackAfter(presses));
+        EXPECT_EQ(now.threads, before.threads);
+        EXPECT_EQ(now.descriptors, before.descriptors);
+        EXPECT_EQ(now.displayClients, before.displayClients);
+    }
+
     std::size_t unboundSeen() {
         const auto key = keysOf(toNobody).back();
         return one.downs(key) + other.downs(key);
@@ -134,35 +180,25 @@ protected:
 };
 
 TEST_F(SoakTest, NoPressIsLostOrDoneTwiceAndNothingGrows) {
+    const auto presses = wantedPresses();
     ASSERT_TRUE(story.areLive());
     ASSERT_EQ(pressBound(warmUp), warmUp);
     ASSERT_TRUE(sawRequests(warmUp));
-    const auto requested = requests.count();
-    const auto before = footprintOf(story.utility().pid(), story.pager);
-    const auto start = std::chrono::steady_clock::now();
-    const auto presses = wantedPresses();
-    for (std::size_t done = 0; done < presses; done += batch) {
-        ASSERT_EQ(pressBound(batch), batch) << "after " << done << " presses";
-        ASSERT_TRUE(sawRequests(requested + done + batch)) << requests.count() - requested;
-        pressUnbound(batch);
+    ASSERT_EQ(requests.count(), warmUp);
+    const auto before = footprint();
+    std::cout << "warm: " << before << std::endl;
+    for (std::size_t done = 0; done < presses; done += presses / parts) {
+        ASSERT_NO_FATAL_FAILURE(pressBoth(presses / parts, done));
+        expectNoMoreThan(before, done + presses / parts);
     }
-    ASSERT_TRUE(waitUntil([&] { return unboundSeen() >= presses; }, 60s)) << unboundSeen();
-    ASSERT_TRUE(story.getsKeys(one));
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    const auto after = footprintOf(story.utility().pid(), story.pager);
-    std::cout << presses << " bound and " << presses << " unbound presses in " << time.count()
-              << " s, " << requests.count() - requested << " activations\nbefore: " << before
-              << "\nafter:  " << after << std::endl;
 
-    EXPECT_EQ(requests.count() - requested, presses) << "one activation for each bound press";
+    EXPECT_EQ(requests.count() - warmUp, presses) << "one activation for each bound press";
     EXPECT_EQ(unboundSeen(), presses) << "and every other press reaches who is in front, once";
     EXPECT_TRUE(story.nobodySaw(toOne));
     EXPECT_TRUE(story.nobodySaw(toOther));
     EXPECT_EQ(one.starts() + other.starts(), 2);
-    EXPECT_LE(after.resident, before.resident + slack);
-    EXPECT_EQ(after.threads, before.threads);
-    EXPECT_EQ(after.descriptors, before.descriptors);
-    EXPECT_EQ(after.displayClients, before.displayClients);
+    story.utility().signal(SIGTERM);
+    EXPECT_EQ(story.utility().wait(20s), 0) << story.utility().errors();
 }
 
 } // namespace
