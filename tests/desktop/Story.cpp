@@ -37,6 +37,10 @@ bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
 Story::Story(const std::string& windowManager, ScreenSize size, Home home)
     : desktop(windowManager, size, std::move(home)) {}
 
+Story::~Story() {
+    endUtility();
+}
+
 Application& Story::install(const std::string& name, const ApplicationTraits& traits) {
     return *applications_.emplace_back(std::make_unique<Application>(desktop, name, traits));
 }
@@ -91,8 +95,20 @@ ChildProcess& Story::launchUtility(const Environment& changes) {
     for (const auto& [variable, value] : changes) {
         environment[variable] = value;
     }
+    endUtility();
     utility_ = std::make_unique<ChildProcess>(std::vector<std::string>{HFP_PROGRAM}, environment);
     return *utility_;
+}
+
+void Story::endUtility() {
+    if (!utility_) {
+        return;
+    }
+    const auto& errors = utility_->errors();
+    for (const char* complaint : {"Sanitizer", "runtime error:"}) {
+        EXPECT_TRUE(errors.find(complaint) == std::string::npos) << errors;
+    }
+    utility_.reset();
 }
 
 std::string Story::utilityTells() {

@@ -27,6 +27,11 @@ class Story {
 public:
     explicit Story(const std::string& windowManager = "openbox", ScreenSize size = {},
                    Home home = std::make_shared<TemporaryDirectory>());
+    Story(const Story&) = delete;
+    Story& operator=(const Story&) = delete;
+
+    /// Fails the test if a sanitizer has complained of the utility.
+    ~Story();
 
     PrivateDesktop desktop;
     Pager pager{desktop.display()};
@@ -48,7 +53,7 @@ public:
     /// Writes the list of shortcuts, starts the utility and waits until the combinations are live.
     void startUtility();
 
-    /// Starts the utility alone, with the files as they are.
+    /// Starts the utility alone, with the files as they are, in the place of the one before.
     ChildProcess& launchUtility(const Environment& changes = {});
 
     ChildProcess& utility() { return *utility_; }
@@ -97,6 +102,7 @@ public:
     void run(const std::vector<std::string>& arguments);
 
 private:
+    void endUtility();
     bool hasKeys(const std::vector<xcb_window_t>& windows);
     std::string diary();
 
