@@ -12,6 +12,7 @@
 #include "platform/freedesktop/SessionBus.h"
 #include "platform/freedesktop/TextComparison.h"
 #include "platform/qt/Application.h"
+#include "platform/qt/BusConnection.h"
 #include "platform/qt/MainQueue.h"
 #include "platform/qt/RunLoop.h"
 #include "platform/qt/StatusBar.h"
@@ -48,6 +49,9 @@ public:
 
     platform::RunLoop& runLoop() { return runLoop_; }
 
+    /// Null where there is no session bus.
+    const qt::BusConnection* bus() const { return bus_.get(); }
+
     /// What was asked for from outside, by a launcher or another start of the program.
     /// Returns before it is done: dialogs may last.
     void perform(const std::string& action, const std::string& startupIdentifier);
@@ -81,7 +85,9 @@ private:
             },
     }};
     x11::SystemTray systemTray_{toolkitConnection(), runLoop_};
-    qt::StatusBar statusBar_{application_, systemTray_, freedesktop::SessionBus::isKnown()};
+    std::unique_ptr<qt::BusConnection> bus_ =
+        freedesktop::SessionBus::isKnown() ? std::make_unique<qt::BusConnection>() : nullptr;
+    qt::StatusBar statusBar_{application_, systemTray_, bus_.get()};
     x11::UserTime userTime_;
     TrustPrompt trustPrompt_;
     x11::AccessibilityTrust trust_{

@@ -4,7 +4,7 @@
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/CoreLimit.h"
 #include "platform/freedesktop/InstanceLock.h"
-#include "platform/freedesktop/SessionBus.h"
+#include "platform/freedesktop/LaunchEnvironment.h"
 #include "platform/qt/ApplicationService.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
@@ -37,6 +37,11 @@ void ignoreSignals() {
     for (const int number : {SIGPIPE, SIGTSTP, SIGTTIN, SIGTTOU}) {
         std::signal(number, SIG_IGN);
     }
+}
+
+/// The toolkit asks the bus for answers without looking whether it has ended in this very moment.
+void surviveTheEndOfTheBus() {
+    ::setenv(freedesktop::libdbusVariable, "0", 1);
 }
 
 std::string variable(const char* name) {
@@ -74,14 +79,13 @@ struct ToolkitArguments {
     int count = 3;
 };
 
-/// The program as the session bus knows it; null where there is no bus: the toolkit would start
-/// one.
+/// The program as the session bus knows it; null where there is no bus.
 std::unique_ptr<qt::ApplicationService> serviceOf(Program& program) {
-    if (!freedesktop::SessionBus::isKnown()) {
+    if (program.bus() == nullptr) {
         return nullptr;
     }
     return std::make_unique<qt::ApplicationService>(
-        domain, [&program](const qt::ApplicationRequest& asked) {
+        domain, *program.bus(), [&program](const qt::ApplicationRequest& asked) {
             program.perform(asked.action, asked.startupIdentifier);
         });
 }
@@ -110,6 +114,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action,
 
 int run(const std::string& action, const std::string& command) {
     ignoreSignals();
+    surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
     if (x11::Connection::open() == nullptr) { // the toolkit would abort
         tell(x11::trustMessage(x11::TrustProblem::noDisplay));

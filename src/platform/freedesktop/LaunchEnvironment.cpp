@@ -10,11 +10,11 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::array<std::string_view, 15> ours{
+constexpr std::array<std::string_view, 16> ours{
     "DESKTOP_STARTUP_ID",   "XDG_ACTIVATION_TOKEN", launchedFileVariable, launchedNumberVariable,
     "DESKTOP_AUTOSTART_ID", "INVOCATION_ID",        "JOURNAL_STREAM",     "SYSTEMD_EXEC_PID",
     "MANAGERPID",           "NOTIFY_SOCKET",        "WATCHDOG_PID",       "WATCHDOG_USEC",
-    "LISTEN_PID",           "LISTEN_FDS",           "LISTEN_FDNAMES"};
+    "LISTEN_PID",           "LISTEN_FDS",           "LISTEN_FDNAMES",     libdbusVariable};
 
 bool isOurs(std::string_view variable) {
     return std::ranges::find(ours, variable.substr(0, variable.find('='))) != ours.end();

@@ -1,18 +1,30 @@
 #include "platform/qt/ApplicationService.h"
 
 #include <QDBusArgument>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingReply>
+#include <QDeadlineTimer>
 #include <QVariantMap>
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace hollowfernpike::qt {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr auto interfaceName = "org.freedesktop.Application";
-constexpr int patience = 5000; // milliseconds
+constexpr auto patience = 5s;
+constexpr auto step = 100us;
+
+// D-Bus Specification, "Message Bus Messages".
+constexpr auto busName = "org.freedesktop.DBus";
+constexpr auto busPath = "/org/freedesktop/DBus";
+constexpr uint doNotQueue = 4;
+constexpr uint primaryOwner = 1;
 
 std::string startupIdentifierIn(const QVariant& platformData) {
     const auto data = qdbus_cast<QVariantMap>(platformData);
@@ -23,20 +35,26 @@ std::string startupIdentifierIn(const QVariant& platformData) {
 
 } // namespace
 
-ApplicationService::ApplicationService(std::string_view name, Handler handler)
-    : name_(QString::fromUtf8(name)), handler_(std::move(handler)),
-      bus_(QDBusConnection::sessionBus()) {}
+ApplicationService::ApplicationService(std::string_view name, const BusConnection& bus,
+                                       Handler handler)
+    : name_(QString::fromUtf8(name)), handler_(std::move(handler)), bus_(bus) {}
 
 ApplicationService::Outcome ApplicationService::publish() {
-    if (!bus_.isConnected()) {
+    QObject::connect(&bus_, &BusConnection::returned, this, &ApplicationService::requestName,
+                     Qt::UniqueConnection);
+    const QDBusPendingReply<uint> reply = requestName();
+    if (!isAnswered(reply)) {
         return Outcome::unavailable;
     }
-    bus_.registerVirtualObject(path(), this);
-    const auto reply =
-        bus_.interface()->registerService(name_, QDBusConnectionInterface::DontQueueService,
-                                          QDBusConnectionInterface::DontAllowReplacement);
-    return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Outcome::owned
-                                                                        : Outcome::taken;
+    return reply.value() == primaryOwner ? Outcome::owned : Outcome::taken;
+}
+
+QDBusPendingCall ApplicationService::requestName() {
+    auto connection = bus_.get();
+    connection.registerVirtualObject(path(), this);
+    auto call = QDBusMessage::createMethodCall(busName, busPath, busName, "RequestName");
+    call << name_ << doNotQueue;
+    return connection.asyncCall(call);
 }
 
 bool ApplicationService::handOver(const ApplicationRequest& request) const {
@@ -52,7 +70,16 @@ bool ApplicationService::handOver(const ApplicationRequest& request) const {
         call << QString::fromStdString(request.action) << QVariantList();
     }
     call << platformData;
-    return bus_.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage;
+    return isAnswered(bus_.get().asyncCall(call));
+}
+
+// The toolkit's own waiting never returns when the bus ends meanwhile.
+bool ApplicationService::isAnswered(const QDBusPendingCall& call) const {
+    const QDeadlineTimer deadline(patience);
+    while (!call.isFinished() && bus_.get().isConnected() && !deadline.hasExpired()) {
+        std::this_thread::sleep_for(step);
+    }
+    return call.isFinished() && !call.isError();
 }
 
 QString ApplicationService::introspect(const QString& /*path*/) const {

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "platform/qt/BusConnection.h"
+
+#include <QDBusPendingCall>
 #include <QDBusVirtualObject>
 #include <QString>
 
@@ -22,9 +24,9 @@ class ApplicationService final : public QDBusVirtualObject {
 public:
     using Handler = std::function<void(const ApplicationRequest&)>;
 
-    /// `name` is also the path of the object, with "/" for ".". `handler` is never called from
-    /// within a call of ours.
-    ApplicationService(std::string_view name, Handler handler);
+    /// `name` is also the path of the object, with "/" for ".". The bus outlives this. `handler` is
+    /// never called from within a call of ours.
+    ApplicationService(std::string_view name, const BusConnection& bus, Handler handler);
 
     enum class Outcome {
         owned,      ///< requests arrive from now on
@@ -32,7 +34,8 @@ public:
         unavailable ///< there is no session bus
     };
 
-    /// Takes the name. A request that comes at the same moment is not lost.
+    /// Takes the name, and tries to again whenever the bus has come back. A request that
+    /// comes at the same moment is not lost.
     Outcome publish();
 
     /// Asks the process that has the name. False if it does not answer within some seconds.
@@ -42,10 +45,12 @@ private:
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
     QString path() const;
+    QDBusPendingCall requestName();
+    bool isAnswered(const QDBusPendingCall& call) const;
 
     QString name_;
     Handler handler_;
-    QDBusConnection bus_;
+    const BusConnection& bus_;
 };
 
 } // namespace hollowfernpike::qt

@@ -5,7 +5,7 @@
 namespace hollowfernpike::qt {
 
 std::unique_ptr<platform::StatusItem> StatusBar::createStatusItem() {
-    return std::make_unique<StatusItem>(application_, tray_, hasSessionBus_);
+    return std::make_unique<StatusItem>(application_, tray_, bus_);
 }
 
 } // namespace hollowfernpike::qt

@@ -3,6 +3,7 @@
 #include "platform/StatusBar.h"
 #include "platform/SystemTray.h"
 #include "platform/qt/Application.h"
+#include "platform/qt/BusConnection.h"
 
 namespace hollowfernpike::qt {
 
@@ -10,17 +11,16 @@ namespace hollowfernpike::qt {
 /// of the older kind (System Tray Protocol 0.3). Tells the application whether our item shows.
 class StatusBar final : public platform::StatusBar {
 public:
-    /// Application and tray outlive the bar and its items. `hasSessionBus` tells whether there is a
-    /// bus to connect to; where there is none the toolkit would start one.
-    StatusBar(Application& application, platform::SystemTray& tray, bool hasSessionBus)
-        : application_(application), tray_(tray), hasSessionBus_(hasSessionBus) {}
+    /// All outlive the bar and its items. Null for the bus if there is none.
+    StatusBar(Application& application, platform::SystemTray& tray, const BusConnection* bus)
+        : application_(application), tray_(tray), bus_(bus) {}
 
     std::unique_ptr<platform::StatusItem> createStatusItem() override;
 
 private:
     Application& application_;
     platform::SystemTray& tray_;
-    bool hasSessionBus_;
+    const BusConnection* bus_;
 };
 
 } // namespace hollowfernpike::qt

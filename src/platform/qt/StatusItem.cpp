@@ -18,14 +18,17 @@ constexpr auto grace = 1500ms;
 
 } // namespace
 
-StatusItem::StatusItem(Application& application, platform::SystemTray& tray, bool hasSessionBus)
+StatusItem::StatusItem(Application& application, platform::SystemTray& tray,
+                       const BusConnection* bus)
     : application_(application), tray_(tray),
       menu_([this](const platform::MenuItem& item) { application_.sendAction(item); }) {
     grace_.setSingleShot(true);
     grace_.setInterval(grace);
     QObject::connect(&grace_, &QTimer::timeout, this, &StatusItem::showInTray);
-    if (hasSessionBus) {
-        hosts_.emplace([this] { onHostNews(); });
+    if (bus != nullptr) {
+        QObject::connect(bus, &BusConnection::returned, this,
+                         [this, bus] { lookForHosts(bus->get()); });
+        lookForHosts(bus->get());
     }
     trayWatch_ = tray_.watch([this] { onTrayNews(); });
     grace_.start();
@@ -39,6 +42,12 @@ void StatusItem::setImage(std::string_view symbolName, std::string_view accessib
     symbolName_ = QString::fromUtf8(symbolName);
     description_ = QString::fromUtf8(accessibilityDescription);
     applyImage();
+}
+
+// The toolkit's item knows only the bus on which it was made.
+void StatusItem::lookForHosts(const QDBusConnection& bus) {
+    icon_.reset();
+    hosts_.emplace(bus, [this] { onHostNews(); });
 }
 
 void StatusItem::onHostNews() {

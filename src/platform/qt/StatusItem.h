@@ -3,6 +3,7 @@
 #include "platform/StatusBar.h"
 #include "platform/SystemTray.h"
 #include "platform/qt/Application.h"
+#include "platform/qt/BusConnection.h"
 #include "platform/qt/StatusMenu.h"
 #include "platform/qt/StatusNotifierHosts.h"
 #include "platform/qt/TrayWindow.h"
@@ -21,8 +22,8 @@ namespace hollowfernpike::qt {
 /// else, once no such host has come for a moment, as a window in a tray.
 class StatusItem final : public QObject, public platform::StatusItem {
 public:
-    /// All outlive this. Without a session bus none is connected to.
-    StatusItem(Application& application, platform::SystemTray& tray, bool hasSessionBus);
+    /// All outlive this. Null for the bus if there is none.
+    StatusItem(Application& application, platform::SystemTray& tray, const BusConnection* bus);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
     ~StatusItem() override;
@@ -33,6 +34,7 @@ public:
 
 private:
     bool isHostThere() const { return hosts_ && hosts_->isHostRegistered(); }
+    void lookForHosts(const QDBusConnection& bus);
     void onHostNews();
     void onTrayNews();
     void showWithHost();
@@ -46,7 +48,8 @@ private:
     QString symbolName_;
     QString description_;
     QTimer grace_;
-    std::unique_ptr<QSystemTrayIcon> icon_; ///< made with the first host, and kept for all later
+    std::unique_ptr<QSystemTrayIcon>
+        icon_; ///< made with the first host on a bus, and kept for all later
     std::unique_ptr<TrayWindow> window_;
     std::optional<StatusNotifierHosts> hosts_;
     std::unique_ptr<platform::Subscription> trayWatch_;

@@ -10,14 +10,13 @@
 namespace hollowfernpike::qt {
 
 /// Whether some panel on the session bus shows status notifier items, as their watcher
-/// (org.kde.StatusNotifierWatcher) tells. Starts nothing and never waits for the watcher. Connects
-/// to the bus when made.
+/// (org.kde.StatusNotifierWatcher) tells. Starts nothing and never waits for the watcher.
 class StatusNotifierHosts final : public QObject {
     Q_OBJECT
 
 public:
     /// `onNews` is called, never inside the constructor, whenever something has changed there.
-    explicit StatusNotifierHosts(std::function<void()> onNews);
+    StatusNotifierHosts(const QDBusConnection& bus, std::function<void()> onNews);
 
     /// As far as we were told. A watcher alone shows nothing.
     bool isHostRegistered() const { return isHostRegistered_; }

@@ -42,8 +42,10 @@ protected:
     test::SessionBus bus_;
     const int environment_ = ::setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str(), 1);
     test::EventLoop loop_;
-    ApplicationService service_{
-        name, [this](const ApplicationRequest& request) { requests_.push_back(request); }};
+    qt::BusConnection connection_;
+    ApplicationService service_{name, connection_, [this](const ApplicationRequest& request) {
+                                    requests_.push_back(request);
+                                }};
 };
 
 TEST_F(ApplicationServiceTest, ActivateArrivesWithItsStartupIdentifier) {
@@ -104,7 +106,8 @@ TEST_F(ApplicationServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
 TEST_F(ApplicationServiceTest, WithoutABusThereIsNoService) {
     bus_.daemon().signal(SIGKILL);
     ASSERT_TRUE(bus_.daemon().wait());
-    ApplicationService late(name, [](const ApplicationRequest&) {});
+    const qt::BusConnection dead;
+    ApplicationService late(name, dead, [](const ApplicationRequest&) {});
     EXPECT_EQ(late.publish(), ApplicationService::Outcome::unavailable);
     EXPECT_FALSE(late.handOver({}));
 }

@@ -50,7 +50,7 @@ StatusItemTest::StatusItemTest(const std::string& windowManager)
       application({.setShownInTaskBar = [this](std::uintptr_t /*window*/,
                                                bool shown) { windowInTaskBar_ = shown; },
                    .bringToFront = [](std::uintptr_t /*window*/) {}}),
-      bar(application, tray, true) {
+      bar(application, tray, &bus) {
     login->isOn = false;
     japanese->isOn = true;
     english->isOn = false;

@@ -63,6 +63,7 @@ protected:
     x11::SystemTray tray;
     qt::Application application;
     QWidget window;
+    qt::BusConnection bus;
     qt::StatusBar bar;
     std::unique_ptr<platform::StatusItem> item;
 };
