@@ -183,9 +183,14 @@ testing::AssertionResult Story::getsKeys(const Application& application) {
 }
 
 testing::AssertionResult Story::switchTo(const Application& application) {
-    pager.activate(application.windows().at(0));
-    const auto inFront = isInFront(application);
-    return inFront ? getsKeys(application) : inFront;
+    const auto comesSoon = [&] {
+        pager.activate(application.windows().at(0));
+        return waitUntil([&] { return hasKeys(application.windows()); }, 2s);
+    };
+    if (!waitUntil(comesSoon, patience)) { // what was opened before may still be on its way
+        return isInFront(application);
+    }
+    return getsKeys(application);
 }
 
 testing::AssertionResult Story::nobodySaw(const Combination& combination) {
