@@ -62,10 +62,16 @@ TEST_F(InstalledProgramTest, TheBusStartsItAndItBringsAnApplicationForward) {
     EXPECT_TRUE(story.isInFront(target));
 }
 
-TEST_F(InstalledProgramTest, ItsEntryStartsIt) {
+TEST_F(InstalledProgramTest, ItsEntryStartsItOverTheBus) {
     story.run({"gtk-launch", installed::identifier});
     user.managementComes();
     EXPECT_GT(installed::process(story.desktop), 0);
+}
+
+TEST_F(InstalledProgramTest, ItsEntryStartsItWhereTheBusIsNotAsked) {
+    const auto program = story.desktop.start(InstalledEntry{}.command());
+    user.managementComes();
+    EXPECT_EQ(installed::process(story.desktop), program->pid());
 }
 
 TEST_F(InstalledProgramTest, TheActionsOfItsEntryWork) {
