@@ -9,7 +9,11 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <stdexcept>
+#include <string_view>
 
 namespace hollowfernpike::bench {
 
@@ -21,8 +25,10 @@ using Look = std::vector<std::uint32_t>;
 
 constexpr auto patience = 20s;
 constexpr double budget = 0.3;
+constexpr double panelBudget = 0.1;
 constexpr std::size_t shortcuts = 1000;
 constexpr std::size_t applications = 40;
+constexpr std::size_t entries = 500;
 
 /// None of those with which text is typed and marked.
 std::vector<test::Combination> combinations() {
@@ -57,6 +63,7 @@ public:
         for (const auto& combination : combinations()) {
             story_.bind(combination, *installed[number++ % applications]);
         }
+        writeFurtherEntries();
         learnLooks();
     }
 
@@ -71,7 +78,7 @@ public:
         rest();
         const auto begin = Clock::now();
         const auto request = story_.desktop.start({HFP_PROGRAM});
-        const double taken = secondsUntil(full_, begin);
+        const double taken = secondsUntil([this] { return look() == full_; }, begin);
         window_ = user_.managementComes();
         return taken;
     }
@@ -91,7 +98,32 @@ public:
         return timeConfirmation(full_);
     }
 
+    /// The panel of applications on the editor.
+    double timePanel() {
+        const auto editor = user_.clickAdd();
+        rest();
+        const auto begin = Clock::now();
+        story_.keyboard.strike({"SPCE"});
+        const double taken = secondsUntil([this] { return panelLook() == panel_; }, begin);
+        closePanel(editor);
+        return taken;
+    }
+
 private:
+    void writeFurtherEntries() const {
+        for (auto number = applications; number < entries; ++number) {
+            const auto name = nameOf(number);
+            std::ofstream(story_.desktop.applications() / (name + ".desktop"))
+                << "[Desktop Entry]\nType=Application\nExec=true\nName=" << name << '\n';
+        }
+    }
+
+    void closePanel(xcb_window_t editor) {
+        user_.strikeAndLeave(user_.comes(user_.titles.applications), "ESC");
+        user_.strikeAndLeave(editor, "ESC");
+        user_.managementComes();
+    }
+
     /// The display takes some time to give back so many combinations.
     void end() {
         story_.utility().signal(SIGTERM);
@@ -117,6 +149,16 @@ private:
         if (full_ == shorter_ || full_ != restingLook()) {
             throw std::runtime_error("the list cannot be told from another");
         }
+        learnPanel();
+    }
+
+    void learnPanel() {
+        const auto editor = user_.clickAdd();
+        story_.keyboard.strike({"SPCE"});
+        user_.comes(user_.titles.applications);
+        rest();
+        panel_ = panelLook();
+        closePanel(editor);
     }
 
     void prepareImport() {
@@ -133,15 +175,20 @@ private:
     /// A column through the first letters of the names.
     Look look() {
         constexpr int names = 80;
-        return user_.screen.column(shownWindow(), names);
+        return user_.screen.column(shownWindow(user_.titles.management), names);
     }
 
-    xcb_window_t shownWindow() {
+    Look panelLook() {
+        constexpr int names = 52; // clear of the search field's caret
+        return user_.screen.column(shownWindow(user_.titles.applications), names);
+    }
+
+    xcb_window_t shownWindow(std::string_view title) {
         const auto shown = story_.pager.stacking();
-        const auto isManagement = [this](xcb_window_t window) {
-            return story_.pager.titleOf(window) == user_.titles.management;
+        const auto isWanted = [&](xcb_window_t window) {
+            return story_.pager.titleOf(window) == title;
         };
-        const auto found = std::ranges::find_if(shown, isManagement);
+        const auto found = std::ranges::find_if(shown, isWanted);
         return found == shown.end() ? XCB_NONE : *found;
     }
 
@@ -149,16 +196,16 @@ private:
         rest();
         const auto begin = Clock::now();
         story_.keyboard.strike({"RTRN"});
-        const double taken = secondsUntil(expected, begin);
+        const double taken = secondsUntil([&] { return look() == expected; }, begin);
         user_.managementComes();
         return taken;
     }
 
-    double secondsUntil(const Look& expected, Clock::time_point begin) {
+    static double secondsUntil(const std::function<bool()>& condition, Clock::time_point begin) {
         Clock::time_point end;
         const auto isThere = [&] {
             end = Clock::now();
-            return look() == expected;
+            return condition();
         };
         if (!test::waitUntil(isThere, patience)) {
             throw std::runtime_error("the window does not show what it should");
@@ -172,14 +219,16 @@ private:
     std::filesystem::path document_ = story_.desktop.home() / "document.json";
     Look full_;
     Look shorter_;
+    Look panel_;
     xcb_window_t window_ = XCB_NONE;
 };
 
-void add(Table& table, const std::string& what, const std::vector<double>& seconds) {
+void add(Table& table, const std::string& what, const std::vector<double>& seconds,
+         double most = budget) {
     table.add({.what = what,
                .value = median(seconds),
                .percentile95 = percentile95(seconds),
-               .budget = budget});
+               .budget = most});
 }
 
 void measureOpening(Table& table, WindowsScene& scene, int starts) {
@@ -205,6 +254,14 @@ void measureChanges(Table& table, WindowsScene& scene, int changes) {
     add(table, "import confirmed to list painted", imports);
 }
 
+void measurePanel(Table& table, WindowsScene& scene, int openings) {
+    std::vector<double> taken;
+    for (int opening = 0; opening < openings; ++opening) {
+        taken.push_back(scene.timePanel());
+    }
+    add(table, "asked for to painted", taken, panelBudget);
+}
+
 } // namespace
 
 void measureWindows(Table& table, WindowsEffort effort) {
@@ -212,6 +269,8 @@ void measureWindows(Table& table, WindowsEffort effort) {
     table.section("Management window, " + std::to_string(shortcuts) + " shortcuts");
     measureOpening(table, scene, effort.starts);
     measureChanges(table, scene, effort.changes);
+    table.section("Panel of applications, " + std::to_string(entries) + " applications");
+    measurePanel(table, scene, effort.changes);
 }
 
 } // namespace hollowfernpike::bench
