@@ -7,6 +7,7 @@
 #include "support/FakeProcessActivation.h"
 #include "support/PolledRunLoop.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 
@@ -24,6 +25,7 @@ using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Ne;
 using ::testing::SizeIs;
 
 class WorkspaceTest : public ::testing::Test {
@@ -36,6 +38,13 @@ protected:
         return answer.value_or(platform::OpenResult{});
     }
 
+    /// The number of the program that a request starts or joins; -1 if there is none.
+    pid_t launched(const std::string& path) {
+        const auto result = open(path);
+        EXPECT_TRUE(result.processIdentifier) << (result.error ? result.error->english() : path);
+        return result.processIdentifier.value_or(-1);
+    }
+
     std::string errorOf(const std::string& path) {
         const auto result = open(path);
         EXPECT_FALSE(result.processIdentifier);
@@ -43,9 +52,9 @@ protected:
     }
 
     test::WitnessReport launchOne(const std::string& path) {
-        const auto result = open(path);
+        const auto process = launched(path);
         const auto witnesses = home_.awaitWitnesses(1);
-        EXPECT_EQ(result.processIdentifier, witnesses.front().process);
+        EXPECT_EQ(process, witnesses.front().process);
         return witnesses.front();
     }
 
@@ -176,8 +185,7 @@ TEST_F(WorkspaceTest, TheProgramGetsNoDescriptorOfOursAndAnEmptyInput) {
 }
 
 TEST_F(WorkspaceTest, AnEndedProgramIsNobodysZombie) {
-    const auto result = open(home_.addEntry("short", home_.witness("leave")));
-    EXPECT_TRUE(isGone(*result.processIdentifier));
+    EXPECT_TRUE(isGone(launched(home_.addEntry("short", home_.witness("leave")))));
     EXPECT_EQ(loop_.watched(), 0U);
 }
 
@@ -186,8 +194,7 @@ TEST_F(WorkspaceTest, WaitingForProgramsLeavesOtherChildrenAlone) {
     if (other == 0) {
         ::_exit(7);
     }
-    const auto result = open(home_.addEntry("short", home_.witness("leave")));
-    EXPECT_TRUE(isGone(*result.processIdentifier));
+    EXPECT_TRUE(isGone(launched(home_.addEntry("short", home_.witness("leave")))));
     int status = 0;
     EXPECT_EQ(::waitpid(other, &status, 0), other);
     EXPECT_EQ(WEXITSTATUS(status), 7);
@@ -197,21 +204,24 @@ TEST_F(WorkspaceTest, AProgramOutlivesUs) {
     const auto path = home_.addEntry("lasting", home_.witness("stay"));
     const pid_t us = ::fork();
     if (us == 0) {
-        workspace_.openApplication(path, {.activates = true}, {});
+        {
+            Workspace ours(entries_, windows_, feedback_, activation_, loop_, queue_);
+            ours.openApplication(path, {.activates = true}, {});
+        }
         ::_exit(0);
     }
     ::waitpid(us, nullptr, 0);
     const auto witness = home_.awaitWitnesses(1).front();
-    EXPECT_EQ(test::processState(witness.process), "S");
+    EXPECT_THAT(test::processState(witness.process), AllOf(Ne(""), Ne("Z")));
 }
 
 TEST_F(WorkspaceTest, ASecondRequestJoinsTheLaunchUnderWay) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = open(path);
+    const auto first = launched(path);
     for (int press = 0; press < 30; ++press) {
-        EXPECT_EQ(open(path).processIdentifier, first.processIdentifier);
+        EXPECT_EQ(launched(path), first);
     }
-    open(home_.addEntry("fence", home_.witness("stay")));
+    launched(home_.addEntry("fence", home_.witness("stay")));
     EXPECT_THAT(home_.awaitWitnesses(2), SizeIs(2));
     EXPECT_THAT(feedback_.begun, SizeIs(2));
 }
@@ -220,81 +230,81 @@ TEST_F(WorkspaceTest, ARequestByAnotherPathToTheSameFileJoinsToo) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto link = home_.path() / "link.desktop";
     std::filesystem::create_symlink(path, link);
-    EXPECT_EQ(open(path).processIdentifier, open(link.string()).processIdentifier);
+    EXPECT_EQ(launched(path), launched(link.string()));
 }
 
 TEST_F(WorkspaceTest, OnceTheProcessShowsAWindowTheNextRequestStartsAnother) {
     const auto path = home_.addEntry("double", home_.witness("stay"));
-    const auto first = open(path);
+    const auto first = launched(path);
     EXPECT_TRUE(windows_.isWatched());
-    windows_.show({.process = first.processIdentifier, .owner = {}});
+    windows_.show({.process = first, .owner = {}});
     EXPECT_FALSE(windows_.isWatched());
-    EXPECT_NE(open(path).processIdentifier, first.processIdentifier);
+    EXPECT_NE(launched(path), first);
     EXPECT_THAT(feedback_.ended, IsEmpty());
 }
 
 TEST_F(WorkspaceTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
-    const auto first = open(home_.addEntry("single", home_.witness("stay")));
-    windows_.show({.process = first.processIdentifier, .owner = {}});
+    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
 TEST_F(WorkspaceTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForward) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = open(path);
+    const auto first = launched(path);
     ++feedback_.presses;
-    open(path);
+    EXPECT_EQ(launched(path), first);
     EXPECT_THAT(log_.calls(), IsEmpty());
-    windows_.show({.process = first.processIdentifier, .owner = {}});
-    EXPECT_THAT(log_.calls(), ElementsAre("processActivation.bringToFront " +
-                                          std::to_string(*first.processIdentifier)));
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
 }
 
 TEST_F(WorkspaceTest, AWindowStaysBehindOnceTheUserHasAskedForSomethingElse) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = open(path);
+    const auto first = launched(path);
     ++feedback_.presses;
-    open(path);
+    EXPECT_EQ(launched(path), first);
     ++feedback_.presses;
-    windows_.show({.process = first.processIdentifier, .owner = {}});
+    windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
 TEST_F(WorkspaceTest, AWindowOfAnotherApplicationDoesNotEndTheLaunch) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = open(path);
+    const auto first = launched(path);
     windows_.show({.process = ::getpid(), .owner = {.name = "x", .bundleIdentifier = "x"}});
     windows_.show({.process = std::nullopt, .owner = {}});
-    EXPECT_EQ(open(path).processIdentifier, first.processIdentifier);
+    EXPECT_EQ(launched(path), first);
 }
 
 TEST_F(WorkspaceTest, AProgramThatDiesAtOnceCanBeLaunchedAgain) {
     const auto path = home_.addEntry("short", home_.witness("leave"));
-    const auto first = open(path);
-    EXPECT_TRUE(isGone(*first.processIdentifier));
+    const auto first = launched(path);
+    EXPECT_TRUE(isGone(first));
     EXPECT_THAT(feedback_.ended, ElementsAre("start-1_TIME4711"));
     EXPECT_FALSE(windows_.isWatched());
-    EXPECT_NE(open(path).processIdentifier, first.processIdentifier);
+    EXPECT_NE(launched(path), first);
 }
 
 TEST_F(WorkspaceTest, AProgramThatNeverShowsAWindowCanBeLaunchedAgainAfterTenSeconds) {
     const auto path = home_.addEntry("slow", home_.witness("stay"));
-    const auto first = open(path);
+    const auto first = launched(path);
     queue_.advance(std::chrono::milliseconds{9999});
-    EXPECT_EQ(open(path).processIdentifier, first.processIdentifier);
+    EXPECT_EQ(launched(path), first);
     EXPECT_THAT(feedback_.ended, IsEmpty());
     queue_.advance(std::chrono::milliseconds{1});
     EXPECT_THAT(feedback_.ended, ElementsAre("start-1_TIME4711"));
-    EXPECT_NE(open(path).processIdentifier, first.processIdentifier);
+    EXPECT_NE(launched(path), first);
 }
 
 TEST_F(WorkspaceTest, TheClockOfAnEarlierLaunchDoesNotEndALaterOne) {
     const auto path = home_.addEntry("short", home_.witness("leave"));
-    EXPECT_TRUE(isGone(*open(path).processIdentifier));
+    EXPECT_TRUE(isGone(launched(path)));
     queue_.advance(std::chrono::milliseconds{9000});
-    const auto second = open(home_.addEntry("short", home_.witness("stay")));
+    const auto second = launched(home_.addEntry("short", home_.witness("stay")));
     queue_.advance(std::chrono::milliseconds{2000});
-    EXPECT_EQ(open(path).processIdentifier, second.processIdentifier);
+    EXPECT_EQ(launched(path), second);
 }
 
 TEST_F(WorkspaceTest, ARequestFromWithinACompletionJoins) {
@@ -303,8 +313,9 @@ TEST_F(WorkspaceTest, ARequestFromWithinACompletionJoins) {
     std::optional<std::int32_t> outer;
     workspace_.openApplication(path, {.activates = true}, [&](const auto& result) {
         outer = result.processIdentifier;
-        inner = open(path).processIdentifier;
+        inner = launched(path);
     });
+    ASSERT_TRUE(outer);
     EXPECT_EQ(inner, outer);
 }
 
@@ -362,14 +373,13 @@ TEST_F(WorkspaceTest, AnEntryWhoseFileNameIsNotUtf8IsLaunched) {
 
 TEST_F(WorkspaceTest, AnEditedEntryIsLaunchedAsItIsNow) {
     const auto path = home_.addEntry("edited", home_.witness("leave", "old"));
-    EXPECT_TRUE(isGone(*open(path).processIdentifier));
+    EXPECT_TRUE(isGone(launched(path)));
     home_.addEntry("edited", home_.witness("stay", "new"));
-    const auto second = open(path);
-    for (const auto& witness : home_.awaitWitnesses(2)) {
-        if (witness.process == second.processIdentifier) {
-            EXPECT_EQ(witness.all("argument").back(), "new");
-        }
-    }
+    const auto second = launched(path);
+    const auto witnesses = home_.awaitWitnesses(2);
+    const auto edited = std::ranges::find(witnesses, second, &test::WitnessReport::process);
+    ASSERT_NE(edited, witnesses.end());
+    EXPECT_EQ(edited->all("argument").back(), "new");
 }
 
 TEST_F(WorkspaceTest, ATerminalProgramRunsInTheInstalledTerminal) {
