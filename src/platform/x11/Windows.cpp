@@ -9,9 +9,6 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
-// Long enough for one pass through the launcher, too short for a person to change anything.
-constexpr std::chrono::milliseconds longestReuse{50};
-
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 
 WindowIdentity identityOf(const WindowState& state, const WindowTraits& traits) {
@@ -32,9 +29,9 @@ bool Snapshot::isHere(const WindowRecord& record) const {
 }
 
 Windows::Windows(const Connection& connection, platform::WindowOwners& owners,
-                 const UserTime& userTime)
-    : connection_(connection), owners_(owners), userTime_(userTime), atoms_(connection),
-      processes_(connection), events_(connection) {}
+                 const UserTime& userTime, std::chrono::milliseconds longestReuse)
+    : connection_(connection), owners_(owners), userTime_(userTime), longestReuse_(longestReuse),
+      atoms_(connection), processes_(connection), events_(connection) {}
 
 std::vector<const WindowRecord*> Snapshot::byAge() const {
     std::unordered_map<xcb_window_t, std::size_t> ages;
@@ -74,7 +71,7 @@ const Snapshot* Windows::read(SnapshotUse use) {
 const Snapshot* Windows::takeOfThisPress(SnapshotUse use) {
     const bool isUsed = (snapshotUses_ & static_cast<std::uint8_t>(use)) != 0;
     snapshotUses_ |= static_cast<std::uint8_t>(use);
-    const bool isFresh = std::chrono::steady_clock::now() - snapshotTime_ <= longestReuse;
+    const bool isFresh = std::chrono::steady_clock::now() - snapshotTime_ < longestReuse_;
     const bool isOfThisPress = snapshotPress_ != 0 && snapshotPress_ == userTime_.press();
     return isOfThisPress && isFresh && !isUsed ? &snapshot_ : nullptr;
 }

@@ -60,8 +60,13 @@ enum class SnapshotUse : std::uint8_t { matching = 1, activation = 2, listing = 
 /// their answers. Main thread only.
 class Windows {
 public:
-    /// All three outlive this object.
-    Windows(const Connection& connection, platform::WindowOwners& owners, const UserTime& userTime);
+    /// Long enough for one pass through the launcher, too short for a person to change anything.
+    static constexpr std::chrono::milliseconds onePass{50};
+
+    /// The first three outlive this object. A snapshot of `longestReuse` or older is not handed out
+    /// again; with zero, none is.
+    Windows(const Connection& connection, platform::WindowOwners& owners, const UserTime& userTime,
+            std::chrono::milliseconds longestReuse = onePass);
 
     const Connection& connection() const { return connection_; }
     const Atoms& atoms() const { return atoms_; }
@@ -70,9 +75,9 @@ public:
     /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
     const Snapshot* read(SnapshotUse use);
 
-    /// The snapshot that was read for the key press that is still the last one, a moment ago; null
-    /// if there is none. Good once for each use, reading it included: who asks twice for the same
-    /// press wants to see what has changed in between.
+    /// The snapshot that was read for the key press that is still the last one; null if there is
+    /// none, or it is too old. Good once for each use, reading it included: who asks twice for the
+    /// same press wants to see what has changed in between.
     const Snapshot* takeOfThisPress(SnapshotUse use);
 
     /// The application behind a window of the snapshot that stands.
@@ -92,6 +97,7 @@ private:
     const Connection& connection_;
     platform::WindowOwners& owners_;
     const UserTime& userTime_;
+    std::chrono::milliseconds longestReuse_;
     Atoms atoms_;
     ClientProcesses processes_;
     Events events_;

@@ -69,6 +69,17 @@ TEST_F(ClientWindowsTest, AskNothingAgainRightAfterTheListOfTheSamePress) {
     }
 }
 
+TEST_F(ClientWindowsTest, AskAgainWhenTheListOfTheSamePressIsTooOld) {
+    const auto application = open("Editor");
+    x11::Windows windows(*connection_, owners_, userTime_, std::chrono::milliseconds::zero());
+    pressKey();
+    ASSERT_NE(windows.read(x11::SnapshotUse::matching), nullptr);
+    x11::ClientWindows clientWindows(windows, runLoop_);
+    EXPECT_GT(requestsDuring(*connection_,
+                             [&] { EXPECT_THAT(clientWindows.clientWindows(), SizeIs(1)); }),
+              0U);
+}
+
 TEST_F(ClientWindowsTest, AreListedOldestFirstAfterTheListOfTheSamePress) {
     const auto first = openActive("First");
     const auto second = openActive("Second");

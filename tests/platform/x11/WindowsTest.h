@@ -12,6 +12,7 @@
 #include "support/WaitUntil.h"
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -38,13 +39,14 @@ unsigned int requestsDuring(const x11::Connection& connection, Action action) {
     return xcb_no_operation(connection.get()).sequence - before - 1;
 }
 
-/// A display with a window manager (none if its name is empty), and the window services on it.
+/// A display with a window manager (none if its name is empty), and the window services on it, for
+/// which a list stays good however slow the machine is.
 class WindowsTest : public testing::Test {
 protected:
     explicit WindowsTest(const std::string& windowManager = "openbox")
         : desktop_(windowManager), observer_(desktop_.display()),
           connection_(x11::Connection::open(desktop_.display())),
-          windows_(*connection_, owners_, userTime_), list_(windows_),
+          windows_(*connection_, owners_, userTime_, std::chrono::hours(1)), list_(windows_),
           activation_(windows_, userTime_) {}
 
     /// Starts an application of this class and waits until its windows are managed.
