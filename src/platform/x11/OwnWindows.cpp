@@ -17,6 +17,7 @@ constexpr std::uint32_t stateRemove = 0;
 constexpr std::uint32_t stateAdd = 1;
 constexpr std::uint32_t mostStates = 64;
 constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
+constexpr std::uint32_t withdrawnState = 0; // WM_STATE
 
 /// The user asked outside our windows, so no event of ours has the time of it.
 xcb_timestamp_t timeNow() {
@@ -24,21 +25,16 @@ xcb_timestamp_t timeNow() {
     return connection == nullptr ? XCB_CURRENT_TIME : Events(*connection).serverTime();
 }
 
-bool isMapped(xcb_connection_t* connection, xcb_window_t window) {
-    const Reply<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
-        connection, xcb_get_window_attributes(connection, window), nullptr));
-    return reply && reply->map_state != XCB_MAP_STATE_UNMAPPED;
-}
-
 } // namespace
 
 OwnWindows::OwnWindows(xcb_connection_t* toolkit)
     : toolkit_(toolkit), root_(xcb_setup_roots_iterator(xcb_get_setup(toolkit)).data->root) {}
 
-// Only the window manager knows whether it has read the states of a window that is not on the
-// screen (it may be on its way there, or minimised), so it is told as well.
+// The states of a window that it manages, on the screen or minimised, are the window manager's to
+// write. Whether it has read those of a window that it does not manage yet, only itself knows: the
+// window may be on its way to the screen. So it is told in any case.
 void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
-    if (!isMapped(toolkit_, window)) {
+    if (!isManaged(window)) {
         writeState(window, shown);
     }
     WindowManagerMessage{window,
@@ -53,8 +49,9 @@ void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
 // Window managers only mark a window that lies on another workspace.
 void OwnWindows::bringToFront(xcb_window_t window) {
     const auto time = timeNow();
-    const auto current = number(root_, "_NET_CURRENT_DESKTOP");
-    const auto workspace = number(window, "_NET_WM_DESKTOP").value_or(everyWorkspace);
+    const auto current = number(root_, "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
+    const auto workspace =
+        number(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL).value_or(everyWorkspace);
     if (current && workspace != everyWorkspace && workspace != *current) {
         WindowManagerMessage{root_, internAtom(toolkit_, "_NET_CURRENT_DESKTOP"), {workspace, time}}
             .send(toolkit_, root_);
@@ -65,15 +62,20 @@ void OwnWindows::bringToFront(xcb_window_t window) {
     xcb_flush(toolkit_);
 }
 
-std::optional<std::uint32_t> OwnWindows::number(xcb_window_t window, std::string_view property) {
-    return numberOf(PropertyReply(
-        xcb_get_property_reply(toolkit_,
-                               xcb_get_property(toolkit_, 0, window, internAtom(toolkit_, property),
-                                                XCB_ATOM_CARDINAL, 0, 1),
-                               nullptr)));
+// By the Inter-Client Communication Conventions Manual 4.1.3.1.
+bool OwnWindows::isManaged(xcb_window_t window) {
+    const auto state = number(window, "WM_STATE", internAtom(toolkit_, "WM_STATE"));
+    return state.value_or(withdrawnState) != withdrawnState;
 }
 
-// Before a window is on the screen its owner writes the states; the window manager reads them then.
+std::optional<std::uint32_t> OwnWindows::number(xcb_window_t window, std::string_view property,
+                                                xcb_atom_t type) {
+    return numberOf(PropertyReply(xcb_get_property_reply(
+        toolkit_, xcb_get_property(toolkit_, 0, window, internAtom(toolkit_, property), type, 0, 1),
+        nullptr)));
+}
+
+// Before a window is managed its owner writes the states; the window manager reads them then.
 void OwnWindows::writeState(xcb_window_t window, bool shown) {
     const auto property = internAtom(toolkit_, "_NET_WM_STATE");
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(

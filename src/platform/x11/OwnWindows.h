@@ -26,7 +26,9 @@ public:
     void bringToFront(xcb_window_t window);
 
 private:
-    std::optional<std::uint32_t> number(xcb_window_t window, std::string_view property);
+    bool isManaged(xcb_window_t window);
+    std::optional<std::uint32_t> number(xcb_window_t window, std::string_view property,
+                                        xcb_atom_t type);
     void writeState(xcb_window_t window, bool shown);
 
     xcb_connection_t* toolkit_;

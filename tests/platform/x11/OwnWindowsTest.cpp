@@ -12,6 +12,9 @@ namespace hollowfernpike::test {
 
 namespace {
 
+constexpr std::uint32_t withdrawnState = 0; // WM_STATE
+constexpr std::uint32_t iconicState = 3;
+
 class OwnWindowsTest : public WindowsTest, public testing::WithParamInterface<const char*> {
 protected:
     OwnWindowsTest() : WindowsTest(GetParam()) {
@@ -107,6 +110,27 @@ TEST_P(OwnWindowsTest, LeavesOtherStatesOfAWindowAlone) {
     EXPECT_EQ(observer_.numbers(window, "_NET_WM_STATE"), std::vector{above});
 }
 
+TEST_P(OwnWindowsTest, WritesNoStateOfAWindowThatAWindowManagerKeepsMinimised) {
+    const auto window = create();
+    xcb_aux_sync(server());
+    const auto hidden = observer_.atom("_NET_WM_STATE_HIDDEN");
+    observer_.setNumbers(window, "_NET_WM_STATE", XCB_ATOM_ATOM, {hidden});
+    observer_.setNumbers(window, "WM_STATE", observer_.atom("WM_STATE"), {iconicState, XCB_NONE});
+    own_->setShownInTaskBar(window, false);
+    xcb_aux_sync(server());
+    EXPECT_EQ(observer_.numbers(window, "_NET_WM_STATE"), std::vector{hidden});
+}
+
+TEST_P(OwnWindowsTest, WritesTheStatesOfAWindowThatHasLeftTheScreen) {
+    const auto window = create();
+    xcb_aux_sync(server());
+    observer_.setNumbers(window, "WM_STATE", observer_.atom("WM_STATE"),
+                         {withdrawnState, XCB_NONE});
+    own_->setShownInTaskBar(window, false);
+    xcb_aux_sync(server());
+    EXPECT_TRUE(isLeftOut(window));
+}
+
 TEST_P(OwnWindowsTest, TakesAWindowOnTheScreenOutOfTheTaskBarAndPutsItBack) {
     const auto window = open();
     EXPECT_TRUE(isListed(window));
@@ -121,6 +145,8 @@ TEST_P(OwnWindowsTest, KeepsAMinimisedWindowOutOfTheTaskBarWhenItComesBack) {
     observer_.minimise(window);
     EXPECT_TRUE(waitUntil([&] { return isMinimised(window); }));
     own_->setShownInTaskBar(window, false);
+    EXPECT_TRUE(waitUntil([&] { return isLeftOut(window); }));
+    EXPECT_TRUE(isMinimised(window));
     own_->bringToFront(window);
     EXPECT_TRUE(waitUntil([&] { return !isMinimised(window); }));
     EXPECT_TRUE(isLeftOut(window));
