@@ -1,0 +1,128 @@
+#include "platform/freedesktop/WorkspaceTest.h"
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+using LaunchesUnderWayTest = WorkspaceTest;
+
+TEST_F(LaunchesUnderWayTest, ASecondRequestJoinsTheLaunchUnderWay) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    for (int press = 0; press < 30; ++press) {
+        EXPECT_EQ(launched(path), first);
+    }
+    launched(home_.addEntry("fence", home_.witness("stay")));
+    EXPECT_THAT(home_.awaitWitnesses(2), SizeIs(2));
+    EXPECT_THAT(feedback_.begun, SizeIs(2));
+}
+
+TEST_F(LaunchesUnderWayTest, ARequestByAnotherPathToTheSameFileJoinsToo) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto link = home_.path() / "link.desktop";
+    std::filesystem::create_symlink(path, link);
+    EXPECT_EQ(launched(path), launched(link.string()));
+}
+
+TEST_F(LaunchesUnderWayTest, OnceTheProcessShowsAWindowTheNextRequestStartsAnother) {
+    const auto path = home_.addEntry("double", home_.witness("stay"));
+    const auto first = launched(path);
+    EXPECT_TRUE(windows_.isWatched());
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_FALSE(windows_.isWatched());
+    EXPECT_NE(launched(path), first);
+    EXPECT_THAT(feedback_.ended, IsEmpty());
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
+    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(), IsEmpty());
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForward) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    ++feedback_.presses;
+    EXPECT_EQ(launched(path), first);
+    EXPECT_THAT(log_.calls(), IsEmpty());
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowStaysBehindOnceTheUserHasAskedForSomethingElse) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    ++feedback_.presses;
+    EXPECT_EQ(launched(path), first);
+    ++feedback_.presses;
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(), IsEmpty());
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowOfAnotherApplicationDoesNotEndTheLaunch) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    windows_.show({.process = ::getpid(), .owner = {.name = "x", .bundleIdentifier = "x"}});
+    windows_.show({.process = std::nullopt, .owner = {}});
+    EXPECT_EQ(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, AProgramThatDiesAtOnceCanBeLaunchedAgain) {
+    const auto path = home_.addEntry("short", home_.witness("leave"));
+    const auto first = launched(path);
+    EXPECT_TRUE(isGone(first));
+    EXPECT_THAT(feedback_.ended, ElementsAre("start-1_TIME4711"));
+    EXPECT_FALSE(windows_.isWatched());
+    EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, AProgramThatNeverShowsAWindowCanBeLaunchedAgainAfterTenSeconds) {
+    const auto path = home_.addEntry("slow", home_.witness("stay"));
+    const auto first = launched(path);
+    queue_.advance(std::chrono::milliseconds{9999});
+    EXPECT_EQ(launched(path), first);
+    EXPECT_THAT(feedback_.ended, IsEmpty());
+    queue_.advance(std::chrono::milliseconds{1});
+    EXPECT_THAT(feedback_.ended, ElementsAre("start-1_TIME4711"));
+    EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, TheClockOfAnEarlierLaunchDoesNotEndALaterOne) {
+    const auto path = home_.addEntry("short", home_.witness("leave"));
+    EXPECT_TRUE(isGone(launched(path)));
+    queue_.advance(std::chrono::milliseconds{9000});
+    const auto second = launched(home_.addEntry("short", home_.witness("stay")));
+    queue_.advance(std::chrono::milliseconds{2000});
+    EXPECT_EQ(launched(path), second);
+}
+
+TEST_F(LaunchesUnderWayTest, ARequestFromWithinACompletionJoins) {
+    const auto path = home_.addEntry("nested", home_.witness("stay"));
+    std::optional<std::int32_t> inner;
+    std::optional<std::int32_t> outer;
+    workspace_.openApplication(path, {.activates = true}, [&](const auto& result) {
+        outer = result.processIdentifier;
+        inner = launched(path);
+    });
+    ASSERT_TRUE(outer);
+    EXPECT_EQ(inner, outer);
+}
+
+} // namespace
+
+} // namespace hollowfernpike::freedesktop
