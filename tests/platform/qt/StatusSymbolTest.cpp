@@ -2,6 +2,8 @@
 
 #include <QIcon>
 #include <QImage>
+#include <QPainter>
+#include <QPixmap>
 
 #include <algorithm>
 #include <cmath>
@@ -55,6 +57,33 @@ TEST_P(StatusSymbolSizeTest, StandsOutFromLightAndDarkPanels) {
     const int enough = GetParam() * GetParam() / 6;
     for (const QRgb ground : {0xFFFFFFFF, 0xFFF6F5F4, 0xFF2D2D2D, 0xFF000000}) {
         EXPECT_GT(standingOut(image, ground), enough) << std::hex << ground;
+    }
+}
+
+/// What a picture of nothing holds once the symbol is painted into its whole.
+QImage painted(const QSize& size, qreal scale) {
+    QPixmap canvas(size * scale);
+    canvas.setDevicePixelRatio(scale);
+    canvas.fill(Qt::transparent);
+    QPainter painter(&canvas);
+    qt::statusSymbol("keyboard").paint(&painter, QRect(QPoint(), size));
+    painter.end();
+    canvas.setDevicePixelRatio(1);
+    return canvas.toImage();
+}
+
+TEST(StatusSymbolTest, IsPaintedPixelByPixelAtEveryScale) {
+    EXPECT_EQ(painted({22, 22}, 1), picture(22));
+    EXPECT_EQ(painted({22, 22}, 2), picture(44));
+    EXPECT_EQ(painted({16, 16}, 1.5), picture(24));
+}
+
+TEST(StatusSymbolTest, IsPaintedIntoTheMiddleOfARoomThatIsNotSquare) {
+    for (const QSize& size : {QSize(30, 20), QSize(20, 30)}) {
+        const QImage image = painted(size, 1);
+        const QPoint corner((size.width() - 20) / 2, (size.height() - 20) / 2);
+        EXPECT_EQ(image.copy(QRect(corner, QSize(20, 20))), picture(20));
+        EXPECT_EQ(standingOut(image, 0xFFFFFFFF), standingOut(picture(20), 0xFFFFFFFF));
     }
 }
 
