@@ -2,6 +2,7 @@
 
 #include "platform/freedesktop/FileErrors.h"
 #include "platform/freedesktop/InstanceSocket.h"
+#include "platform/freedesktop/PercentEncoding.h"
 #include "platform/freedesktop/SystemCall.h"
 
 #include <array>
@@ -21,29 +22,16 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds pause{10}; // between two attempts
 
-// Any text as part of a file's name: other characters as "%" and their code.
-std::string fileNamePart(std::string_view text) {
-    constexpr std::string_view kept =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_:.";
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string result;
-    for (const char letter : text) {
-        if (kept.find(letter) != std::string_view::npos) {
-            result += letter;
-        } else {
-            const auto code = static_cast<unsigned char>(letter);
-            result += {'%', digits[code / 16], digits[code % 16]};
-        }
-    }
-    return result;
+std::string fileName(const std::string& name, std::string_view extension) {
+    return "hollowfernpike-" + percentEncoded(name, "-_:.") + std::string{extension};
 }
 
 std::string lockName(const std::string& name) {
-    return "hollowfernpike-" + fileNamePart(name) + ".lock";
+    return fileName(name, ".lock");
 }
 
 std::string socketName(const std::string& name) {
-    return "hollowfernpike-" + fileNamePart(name) + ".socket";
+    return fileName(name, ".socket");
 }
 
 Descriptor openLockFile(const PrivateDirectory& directory, const std::string& name) {
