@@ -1,7 +1,10 @@
 #include "platform/freedesktop/SessionBus.h"
 
 #include "platform/freedesktop/BaseDirectories.h"
+#include "platform/freedesktop/PercentEncoding.h"
+#include "platform/freedesktop/SystemCall.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
@@ -16,41 +19,37 @@ namespace {
 
 constexpr std::uint64_t noTimeLimit = UINT64_MAX;
 
-// Other bytes of an address stand as %XX (D-Bus Specification, "Server Addresses").
-std::string escapedForAddress(std::string_view text) {
-    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                                       "0123456789-_/.\\*";
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string result;
-    for (const char letter : text) {
-        if (plain.find(letter) != std::string_view::npos) {
-            result += letter;
-        } else {
-            const auto byte = static_cast<unsigned char>(letter);
-            result += {'%', digits[byte / 16U], digits[byte % 16U]};
+// A socket on this machine is connected at once, and takes what is written to it. Of the others,
+// tcp would have to be waited for, and autolaunch starts a bus.
+bool isUsable(std::string_view addresses) {
+    constexpr std::string_view local = "unix:";
+    while (addresses.starts_with(local)) {
+        const auto end = addresses.find(';');
+        if (end == std::string_view::npos) {
+            return true;
         }
+        addresses.remove_prefix(end + 1);
     }
-    return result;
+    return false;
 }
 
-// Addresses that would start a bus, or say that there is none, do not count.
 std::optional<std::string> busAddress() {
     const char* const variable = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    const std::string_view address = variable == nullptr ? "" : variable;
-    if (!address.empty()) {
-        const bool isUsable = address.find("autolaunch:") == std::string_view::npos &&
-                              !address.starts_with("disabled:");
-        return isUsable ? std::optional(std::string{address}) : std::nullopt;
+    const std::string_view addresses = variable == nullptr ? "" : variable;
+    if (!addresses.empty()) {
+        return isUsable(addresses) ? std::optional(std::string{addresses}) : std::nullopt;
     }
     const auto directory = runtimeDirectory();
     std::error_code unknown;
     if (!directory || !std::filesystem::is_socket(*directory / "bus", unknown)) {
         return std::nullopt;
     }
-    return "unix:path=" + escapedForAddress((*directory / "bus").native());
+    // D-Bus Specification, "Server Addresses": what else is left as it is.
+    return "unix:path=" + percentEncoded((*directory / "bus").native(), R"(-_/.\*)");
 }
 
-int checked(int result, const char* what) {
+/// As checked(), for the bus library, which returns the error.
+int checkedBus(int result, const char* what) {
     if (result < 0) {
         throw std::system_error(-result, std::generic_category(), what);
     }
@@ -74,6 +73,9 @@ bool SessionBus::isKnown() {
 void SessionBus::call(const BusCall& call, const Answer& answer) {
     try {
         if (!isOpen()) {
+            disconnect("the session bus is gone");
+        }
+        if (!isOpen()) { // an answer may have led to a call, and that to a new connection
             connect();
         }
         send(call, answer);
@@ -90,29 +92,31 @@ bool SessionBus::isOpen() const {
 
 void SessionBus::connect() {
     const auto address = busAddress();
-    checked(address ? 0 : -ENOTCONN, "there is no session bus");
+    if (!address) {
+        throw std::system_error(ENOTCONN, std::generic_category(), "there is no session bus");
+    }
     sd_bus* made = nullptr;
-    checked(sd_bus_new(&made), "no connection");
+    checkedBus(sd_bus_new(&made), "no connection");
     Connection connection(made);
-    checked(sd_bus_set_address(made, address->c_str()), "address of the session bus");
-    checked(sd_bus_set_bus_client(made, 1), "no connection");
-    checked(sd_bus_start(made), "session bus");
-    disconnect();
-    watched_ = Descriptor(::fcntl(sd_bus_get_fd(made), F_DUPFD_CLOEXEC, 0));
+    checkedBus(sd_bus_set_address(made, address->c_str()), "address of the session bus");
+    checkedBus(sd_bus_set_bus_client(made, 1), "no connection");
+    checkedBus(sd_bus_start(made), "session bus");
+    watched_ = Descriptor(checked(::fcntl(sd_bus_get_fd(made), F_DUPFD_CLOEXEC, 0)));
     readable_ = runLoop_.watchReadable(watched_.get(), [this] { process(); });
     connection_ = std::move(connection);
 }
 
 SessionBus::Message SessionBus::messageFor(const BusCall& call) const {
     sd_bus_message* made = nullptr;
-    checked(sd_bus_message_new_method_call(connection_.get(), &made, call.destination.c_str(),
-                                           call.object.c_str(), call.interface.c_str(),
-                                           call.method.c_str()),
-            "call over the session bus");
+    checkedBus(sd_bus_message_new_method_call(connection_.get(), &made, call.destination.c_str(),
+                                              call.object.c_str(), call.interface.c_str(),
+                                              call.method.c_str()),
+               "call over the session bus");
     Message message(made);
-    checked(sd_bus_message_set_auto_start(made, call.startsService ? 1 : 0), "starting a service");
+    checkedBus(sd_bus_message_set_auto_start(made, call.startsService ? 1 : 0),
+               "starting a service");
     if (call.appendArguments) {
-        checked(call.appendArguments(made), "arguments for the session bus");
+        checkedBus(call.appendArguments(made), "arguments for the session bus");
     }
     return message;
 }
@@ -123,9 +127,9 @@ void SessionBus::send(const BusCall& call, Answer answer) {
     added.front().bus = this;
     added.front().answer = std::move(answer);
     sd_bus_slot* slot = nullptr;
-    checked(sd_bus_call_async(connection_.get(), &slot, message.get(), &SessionBus::onAnswered,
-                              &added.front(), noTimeLimit),
-            "call over the session bus");
+    checkedBus(sd_bus_call_async(connection_.get(), &slot, message.get(), &SessionBus::onAnswered,
+                                 &added.front(), noTimeLimit),
+               "call over the session bus");
     added.front().slot.reset(slot);
     pending_.splice(pending_.end(), added);
 }
@@ -138,19 +142,20 @@ void SessionBus::process() {
         result = sd_bus_process(processed.get(), nullptr);
     } while (result > 0);
     if (result < 0 && processed == connection_) {
-        disconnect();
-        for (const auto& unanswered : std::exchange(pending_, {})) {
-            if (unanswered.answer) {
-                unanswered.answer(std::generic_category().message(-result));
-            }
-        }
+        disconnect(std::generic_category().message(-result));
     }
 }
 
-void SessionBus::disconnect() {
+void SessionBus::disconnect(const std::string& reason) {
     readable_.reset();
     watched_ = Descriptor();
     connection_.reset();
+    const auto unanswered = std::exchange(pending_, {});
+    for (const auto& call : unanswered) {
+        if (call.answer) {
+            call.answer(reason);
+        }
+    }
 }
 
 int SessionBus::onAnswered(sd_bus_message* reply, void* pending, sd_bus_error*) {

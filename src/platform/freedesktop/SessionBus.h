@@ -24,12 +24,14 @@ struct BusCall {
     bool startsService = true;                                ///< the bus may start the destination
 };
 
-/// The user's session bus. Connects with the first call, without ever waiting for it, and never
-/// starts a bus where there is none. Main thread only.
+/// The user's session bus, if it is on a local socket. Connects with the first call, and again with
+/// the next one when it is lost, without ever waiting for it. Never starts a bus where there is
+/// none. Main thread only.
 class SessionBus {
 public:
     /// Runs exactly once, on the main thread, inside or after the call: with nothing on success,
-    /// else with the reason. May be empty.
+    /// else with the reason. May be empty. Earlier calls that a lost connection has left
+    /// unanswered are answered inside the next call at the latest.
     using Answer = std::function<void(const std::optional<std::string>& failure)>;
 
     /// The loop outlives this.
@@ -40,7 +42,8 @@ public:
     /// Answers to calls under way are dropped.
     ~SessionBus() = default;
 
-    /// Whether this session has a bus, as far as its environment tells.
+    /// Whether this session has a bus on a local socket, as far as its environment tells. Others
+    /// do not count: to connect could start a bus or take long.
     static bool isKnown();
 
     void call(const BusCall& call, const Answer& answer);
@@ -61,7 +64,9 @@ private:
     Message messageFor(const BusCall& call) const;
     void send(const BusCall& call, Answer answer);
     void process();
-    void disconnect();
+
+    /// Answers to calls under way with the reason.
+    void disconnect(const std::string& reason);
 
     static int onAnswered(sd_bus_message* reply, void* pending, sd_bus_error* failure);
 

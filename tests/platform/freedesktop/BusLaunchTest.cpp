@@ -11,11 +11,15 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
 
@@ -157,17 +161,26 @@ TEST_F(BusLaunchTest, ABusThatIsGoneLeavesTheProgram) {
     EXPECT_TRUE(openAndWait(addBusEntry("org.example.Active")).processIdentifier);
 }
 
+/// Whether the bus answers: absent as long as it has not.
+std::shared_ptr<std::optional<bool>> ping(SessionBus& bus) {
+    auto success = std::make_shared<std::optional<bool>>();
+    bus.call({.destination = "org.freedesktop.DBus",
+              .object = "/",
+              .interface = "org.freedesktop.DBus.Peer",
+              .method = "Ping"},
+             [success](const auto& failure) {
+                 EXPECT_FALSE(*success) << "answered twice";
+                 *success = !failure;
+             });
+    return success;
+}
+
 TEST_F(BusLaunchTest, ABusThatComesBackIsUsedAgain) {
     SessionBus bus(loop_);
     const auto answers = [&] {
-        std::optional<bool> success;
-        bus.call({.destination = "org.freedesktop.DBus",
-                  .object = "/",
-                  .interface = "org.freedesktop.DBus.Peer",
-                  .method = "Ping"},
-                 [&](const auto& failure) { success = !failure; });
-        EXPECT_TRUE(loop_.runUntil([&] { return success.has_value(); }));
-        return success.value_or(false);
+        const auto success = ping(bus);
+        EXPECT_TRUE(loop_.runUntil([&] { return success->has_value(); }));
+        return success->value_or(false);
     };
     startBus();
     EXPECT_TRUE(answers());
@@ -176,6 +189,39 @@ TEST_F(BusLaunchTest, ABusThatComesBackIsUsedAgain) {
     EXPECT_FALSE(answers());
     startBus();
     EXPECT_TRUE(answers());
+}
+
+TEST_F(BusLaunchTest, ACallThatALostBusLeftUnansweredFailsWhenTheNextOneConnectsAgain) {
+    SessionBus bus(loop_);
+    startBus();
+    const auto connected = ping(bus);
+    ASSERT_TRUE(loop_.runUntil([&] { return connected->has_value(); }));
+    const auto unanswered = ping(bus);
+    bus_.reset();
+    EXPECT_EQ(*ping(bus), false) << "nobody reads any more, and writing tells so";
+    EXPECT_EQ(*unanswered, std::nullopt);
+    startBus();
+    const auto next = ping(bus);
+    EXPECT_EQ(*unanswered, false);
+    EXPECT_TRUE(loop_.runUntil([&] { return next->has_value(); }));
+    EXPECT_EQ(*next, true);
+}
+
+TEST_F(BusLaunchTest, ACallWithoutADescriptorToWatchTheBusFailsAtOnce) {
+    startBus();
+    const int nextDescriptor = ::dup(STDIN_FILENO);
+    ::close(nextDescriptor);
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit oneMore{static_cast<rlim_t>(nextDescriptor) + 1, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &oneMore), 0);
+    SessionBus bus(loop_);
+    const auto refused = ping(bus);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_EQ(*refused, false);
+    const auto next = ping(bus);
+    EXPECT_TRUE(loop_.runUntil([&] { return next->has_value(); }));
+    EXPECT_EQ(*next, true);
 }
 
 TEST_F(BusLaunchTest, ABusThatNeverAnswersHoldsNobodyUp) {
@@ -203,7 +249,8 @@ TEST_F(BusLaunchTest, WithoutASessionBusNoneIsStarted) {
     std::filesystem::permissions(stub, std::filesystem::perms::owner_all);
     ::setenv("PATH", ((home_.path() / "bin").string() + ":/usr/bin:/bin").c_str(), 1);
     ::setenv("DISPLAY", ":99", 1);
-    for (const auto* address : {"", "autolaunch:", "disabled:", "autolaunch:scope=*user"}) {
+    for (const auto* address : {"", "autolaunch:", "disabled:", "autolaunch:scope=*user",
+                                "tcp:host=127.0.0.1,port=9", "unix:path=/nowhere;autolaunch:"}) {
         useBus(address);
         EXPECT_FALSE(SessionBus::isKnown()) << address;
     }
