@@ -10,7 +10,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <ranges>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -74,9 +73,12 @@ protected:
     std::vector<std::filesystem::path> changesSince(const Files& before) const {
         const auto now = filesOfTheUtility();
         Files changes;
-        std::ranges::set_symmetric_difference(before, now, std::inserter(changes, changes.end()));
+        std::set_symmetric_difference(before.begin(), before.end(), now.begin(), now.end(),
+                                      std::inserter(changes, changes.end()));
         std::vector<std::filesystem::path> paths;
-        std::ranges::copy(std::views::keys(changes), std::back_inserter(paths));
+        for (const auto& [path, contents] : changes) {
+            paths.push_back(path);
+        }
         return paths;
     }
 
