@@ -18,19 +18,21 @@ std::int64_t nanoseconds(const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-/// Throws unless the program is there. No program is none that is missing.
+/// Throws if a program is named and is not there.
 void requireProgram(const std::string& program, const EntryFile& file, const std::string& path) {
     if (!program.empty() && findProgram(program, file.text("Path")).empty()) {
         throw missingProgram(path, program);
     }
 }
 
-/// The words of the Exec line; none where the bus alone opens the application. Throws for what is
-/// no application, or one that is not whole.
+/// The words of the Exec line; none if there is no such line, which only an application that the
+/// bus opens can do without. Throws for what is no application, and for one whose program is
+/// missing.
 std::vector<std::string> runnableWords(const EntryFile& file, const std::string& path) {
     const auto exec = file.text("Exec");
     auto words = wordsOf(exec);
-    if (file.text("Type") != "Application" || (words.empty() && !exec.empty())) {
+    const bool isOpenable = !words.empty() || (exec.empty() && file.flag("DBusActivatable"));
+    if (file.text("Type") != "Application" || !isOpenable) {
         throw notAnApplication(path);
     }
     requireProgram(file.text("TryExec"), file, path);

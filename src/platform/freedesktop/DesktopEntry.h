@@ -40,7 +40,8 @@ struct DesktopEntry {
     std::string name;        ///< file name without ".desktop"
     std::string displayName; ///< Name, localized
     std::string windowClass; ///< StartupWMClass
-    std::vector<std::string> words; ///< of the command line, field codes as they are
+    std::vector<std::string> words; ///< of the command line, field codes as they are; none if the
+                                    ///< bus alone opens the application
     std::string programFile; ///< whose process is this application, free of symbolic links; empty
                              ///< if the command line does not tell
     std::string workingDirectory;

@@ -122,6 +122,7 @@ TEST_F(ApplicationBundlesTest, listsWhatMenusShow) {
     home_.addEntry("helper", "true", "NoDisplay=true\n");
     home_.addEntry("untried", "true", "TryExec=/nowhere/at/all\n");
     home_.addEntry("lost", "/nowhere/at/all");
+    home_.addEntry("idle", "");
     home_.write(home_.systemApplications() / "theirs.desktop",
                 "[Desktop Entry]\nType=Application\nName=T\nExec=true\nTryExec=true\n");
     home_.write(home_.applications() / "link.desktop",

@@ -67,6 +67,7 @@ TEST_F(DesktopEntriesTest, AHiddenEntryOfTheUserRemovesOneOfTheSystem) {
 
 TEST_F(DesktopEntriesTest, WhatCannotRunIsNotInstalled) {
     home_.addEntry("no-program", "/nowhere/at/all");
+    home_.addEntry("idle", "");
     home_.addEntry("not-tried", "true", "TryExec=/nowhere/at/all\n");
     home_.write(home_.applications() / "broken.desktop", "[Desktop\n");
     home_.write(home_.applications() / "empty.desktop", "");

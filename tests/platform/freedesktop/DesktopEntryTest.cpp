@@ -84,8 +84,20 @@ TEST_F(DesktopEntryTest, WhatIsNoApplicationIsRefused) {
                                     "[Desktop Entry]\nType=Link\nName=a\nURL=file:///\n")),
                 HasSubstr(refusal));
     EXPECT_THAT(errorOf(home_.addEntry("quotes", "true \"open")), HasSubstr(refusal));
+    EXPECT_THAT(errorOf(home_.addEntry("nothing", "")), HasSubstr(refusal));
     EXPECT_THAT(errorOf(directory.string()), HasSubstr(refusal));
     EXPECT_THAT(errorOf("/dev/zero"), HasSubstr(refusal));
+}
+
+TEST_F(DesktopEntryTest, WithoutACommandLineOnlyTheBusCanOpenIt) {
+    const auto write = [this](const std::string& more) {
+        return home_.write(home_.applications() / "org.example.Idle.desktop",
+                           "[Desktop Entry]\nType=Application\nName=I\n" + more);
+    };
+    const std::string refusal = "does not describe an application";
+    EXPECT_THAT(errorOf(write("")), HasSubstr(refusal));
+    EXPECT_THAT(errorOf(write("DBusActivatable=false\n")), HasSubstr(refusal));
+    EXPECT_TRUE(readDesktopEntry(write("DBusActivatable=true\n")).words.empty());
 }
 
 TEST_F(DesktopEntryTest, AFifoIsRefusedWithoutWaitingForAWriter) {
