@@ -49,10 +49,16 @@ std::string variable(const char* name) {
     return value == nullptr ? std::string{} : value;
 }
 
+/// Of our own start, which the desktop waits to see ended; empty if it does not. The toolkit takes
+/// it away.
+std::string ownStartupIdentifier() {
+    const auto identifier = variable("DESKTOP_STARTUP_ID");
+    return identifier.empty() ? variable("XDG_ACTIVATION_TOKEN") : identifier;
+}
+
 freedesktop::InstanceRequest requestFor(const std::string& action) {
     return {.action = action.empty() ? defaultAction : action,
-            .activationToken = variable("XDG_ACTIVATION_TOKEN"),
-            .startupId = variable("DESKTOP_STARTUP_ID")};
+            .startupIdentifier = ownStartupIdentifier()};
 }
 
 /// The lock, once no other instance has it; absent if another one has taken over what we were
@@ -94,7 +100,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action,
                 const std::string& command) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
-    const auto startupIdentifier = variable("DESKTOP_STARTUP_ID"); // the toolkit takes it away
+    const auto startupIdentifier = ownStartupIdentifier();
     qt::TerminationSignals terminationSignals;
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(domain.data());
@@ -107,7 +113,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action,
         return EXIT_SUCCESS;
     }
     lock.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
-        program.perform(asked.action, asked.startupId);
+        program.perform(asked.action, asked.startupIdentifier);
     });
     return program.run(action);
 }

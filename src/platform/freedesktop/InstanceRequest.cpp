@@ -7,7 +7,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::string_view form = "hollowfernpike request 1\n";
+constexpr std::string_view form = "hollowfernpike request 2\n";
 
 bool isControl(char letter) {
     return static_cast<unsigned char>(letter) < ' ' || letter == '\x7F';
@@ -38,8 +38,7 @@ std::string encoded(const InstanceRequest& request) {
     if (request.action.empty() || !isLine(request.action)) {
         throw std::invalid_argument("the action of a request is one short line");
     }
-    return std::string{form} + line(request.action) + line(request.activationToken) +
-           line(request.startupId);
+    return std::string{form} + line(request.action) + line(request.startupIdentifier);
 }
 
 std::optional<InstanceRequest> decoded(std::string_view text) {
@@ -48,12 +47,11 @@ std::optional<InstanceRequest> decoded(std::string_view text) {
     }
     text.remove_prefix(form.size());
     auto action = takeLine(text);
-    auto activationToken = takeLine(text);
-    auto startupId = takeLine(text);
-    if (!action || action->empty() || !activationToken || !startupId || !text.empty()) {
+    auto startupIdentifier = takeLine(text);
+    if (!action || action->empty() || !startupIdentifier || !text.empty()) {
         return std::nullopt;
     }
-    return InstanceRequest{std::move(*action), std::move(*activationToken), std::move(*startupId)};
+    return InstanceRequest{std::move(*action), std::move(*startupIdentifier)};
 }
 
 } // namespace hollowfernpike::freedesktop

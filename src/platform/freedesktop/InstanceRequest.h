@@ -9,20 +9,19 @@ namespace hollowfernpike::freedesktop {
 
 /// What a second start wants of the instance that runs already.
 struct InstanceRequest {
-    std::string action;          ///< a name, never empty
-    std::string activationToken; ///< of the second start (XDG_ACTIVATION_TOKEN); may be empty
-    std::string startupId;       ///< likewise (DESKTOP_STARTUP_ID)
+    std::string action;            ///< a name, never empty
+    std::string startupIdentifier; ///< of the second start; may be empty
 
     bool operator==(const InstanceRequest&) const = default;
 };
 
 /// Bytes of one text of a request, and of a whole one on its way.
 constexpr std::size_t longestRequestText = 1024;
-constexpr std::size_t longestRequest = 4 * (longestRequestText + 1);
+constexpr std::size_t longestRequest = 3 * (longestRequestText + 1);
 
-/// The request for its way: lines, of which the first tells the form. A token or id that is too
-/// long or not a single line is left out. Throws std::invalid_argument for an action like that, or
-/// an empty one.
+/// The request for its way: lines, of which the first tells the form. A start-up identifier that
+/// is too long or not a single line is left out. Throws std::invalid_argument for an action like
+/// that, or an empty one.
 std::string encoded(const InstanceRequest& request);
 
 /// The other way round; absent for anything that encoded() does not make.

@@ -24,7 +24,7 @@ using freedesktop::InstanceRequest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const InstanceRequest honest{"show", "token", "id"};
+const InstanceRequest honest{"show", "id"};
 
 class InstanceListenerTest : public testing::Test {
 protected:
@@ -95,11 +95,11 @@ TEST_F(InstanceListenerTest, garbageIsDroppedWithoutAnAnswer) {
         good + '\n',
         good + good,
         good.substr(1),
-        "hollowfernpike request 1\n",
-        "hollowfernpike request 1\n\n\n\n",
-        "hollowfernpike request 2\nshow\n\n\n",
-        "hollowfernpike request 1\nsh\x1bow\n\n\n",
-        "hollowfernpike request 1\nshow\n" + std::string(1025, 't') + "\n\n",
+        "hollowfernpike request 2\n",
+        "hollowfernpike request 2\n\n\n",
+        "hollowfernpike request 1\nshow\n\n",
+        "hollowfernpike request 2\nsh\x1bow\n\n",
+        "hollowfernpike request 2\nshow\n" + std::string(1025, 'i') + "\n",
         std::string(freedesktop::longestRequest, 'x'),
         good + std::string(50000, 'x'),
     };
@@ -115,7 +115,7 @@ TEST_F(InstanceListenerTest, garbageIsDroppedWithoutAnAnswer) {
 TEST_F(InstanceListenerTest, oneThatHangsUpIsForgotten) {
     listen();
     connect();
-    send(connect(), encoded({"gone", "", ""}));
+    send(connect(), encoded({"gone", ""}));
     EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
     EXPECT_TRUE(loop_.runUntil([this] { return loop_.watched() == 1; }));
     EXPECT_THAT(requests_, ElementsAre(honest));
@@ -130,9 +130,9 @@ TEST_F(InstanceListenerTest, theSilentDoNotKeepOthersWaiting) {
     EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
     EXPECT_LE(loop_.watched(), 17U);
     EXPECT_EQ(answerOn(silent.front()), "");
-    send(silent.back(), encoded({"at last", "", ""}));
+    send(silent.back(), encoded({"at last", ""}));
     EXPECT_EQ(answerOn(silent.back()), freedesktop::acknowledgement);
-    EXPECT_THAT(requests_, ElementsAre(honest, InstanceRequest{"at last", "", ""}));
+    EXPECT_THAT(requests_, ElementsAre(honest, InstanceRequest{"at last", ""}));
 }
 
 TEST_F(InstanceListenerTest, anotherUserIsNotHeard) {
@@ -156,18 +156,19 @@ TEST_F(InstanceListenerTest, theSocketGoesWithTheListener) {
 
 TEST_F(InstanceListenerTest, requestsKeepTheirTextsOnTheWay) {
     for (const InstanceRequest& request :
-         {InstanceRequest{"a", "", ""}, InstanceRequest{"表示", "トークン", " id with  blanks "},
-          InstanceRequest{std::string(1024, 'a'), std::string(1024, 't'),
-                          std::string(1024, 'i')}}) {
+         {InstanceRequest{"a", ""}, InstanceRequest{"表示", " 識別子 with  blanks "},
+          InstanceRequest{std::string(1024, 'a'), std::string(1024, 'i')}}) {
         EXPECT_EQ(freedesktop::decoded(encoded(request)), request);
         EXPECT_LE(encoded(request).size(), freedesktop::longestRequest);
     }
 }
 
-TEST_F(InstanceListenerTest, tokensThatCannotBeHandedOverAreLeftOut) {
-    const InstanceRequest bare{"a", "", ""};
-    EXPECT_EQ(freedesktop::decoded(encoded({"a", "two\nlines", std::string(1025, 'i')})), bare);
-    EXPECT_EQ(freedesktop::decoded(encoded({"a", std::string("t\0", 2), "\x7f"})), bare);
+TEST_F(InstanceListenerTest, anIdentifierThatCannotBeHandedOverIsLeftOut) {
+    const InstanceRequest bare{"a", ""};
+    for (const auto& identifier : {std::string("two\nlines"), std::string(1025, 'i'),
+                                   std::string("i\0", 2), std::string("\x7f")}) {
+        EXPECT_EQ(freedesktop::decoded(encoded({"a", identifier})), bare);
+    }
 }
 
 } // namespace

@@ -30,7 +30,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr auto name = ":0";
-const InstanceRequest showWindow{"show", "token-1", "host id 2_TIME3"};
+const InstanceRequest showWindow{"show", "host id 2_TIME3"};
 
 /// A pipe that tells another process something by being closed.
 struct Signal {
@@ -184,7 +184,7 @@ TEST_F(InstanceLockTest, ofTenStartsAtOnceOneWinsAndTheOthersHandOver) {
     for (int number = 0; number < starts; ++number) {
         children.push_back(fork([&] {
             go.wait();
-            const InstanceRequest request{"start" + std::to_string(number), "", ""};
+            const InstanceRequest request{"start" + std::to_string(number), ""};
             auto lock = InstanceLock::acquire(name);
             if (!lock) {
                 return handOver(name, request, 60s).isTaken ? 0 : 1;
@@ -217,8 +217,8 @@ TEST_F(InstanceLockTest, aRequestArrivesAsItWas) {
     auto lock = InstanceLock::acquire(name);
     listen(*lock);
     EXPECT_TRUE(handOverWhileServing(showWindow).isTaken);
-    EXPECT_TRUE(handOverWhileServing({"設定", "", ""}).isTaken);
-    EXPECT_THAT(requests_, ElementsAre(showWindow, InstanceRequest{"設定", "", ""}));
+    EXPECT_TRUE(handOverWhileServing({"設定", ""}).isTaken);
+    EXPECT_THAT(requests_, ElementsAre(showWindow, InstanceRequest{"設定", ""}));
 }
 
 TEST_F(InstanceLockTest, aRequestWaitsForAHolderThatIsStillStarting) {
@@ -246,7 +246,7 @@ TEST_F(InstanceLockTest, aHolderThatDoesNotAnswerIsGivenUp) {
 TEST_F(InstanceLockTest, aRequestThatWasGivenUpIsNotCarriedOutLater) {
     auto lock = InstanceLock::acquire(name);
     listen(*lock);
-    EXPECT_FALSE(handOver(name, {"late", "", ""}, 30ms).isTaken);
+    EXPECT_FALSE(handOver(name, {"late", ""}, 30ms).isTaken);
     EXPECT_TRUE(handOverWhileServing(showWindow).isTaken);
     EXPECT_THAT(requests_, ElementsAre(showWindow));
 }
@@ -296,8 +296,8 @@ TEST_F(InstanceLockTest, aHolderThatIsKilledMeanwhileLeavesTheLock) {
 }
 
 TEST_F(InstanceLockTest, anActionThatIsNoLineIsRefusedAtOnce) {
-    EXPECT_THROW(handOver(name, {"", "", ""}), std::invalid_argument);
-    EXPECT_THROW(handOver(name, {"a\nb", "", ""}), std::invalid_argument);
+    EXPECT_THROW(handOver(name, {"", ""}), std::invalid_argument);
+    EXPECT_THROW(handOver(name, {"a\nb", ""}), std::invalid_argument);
     EXPECT_THAT(namesIn(directory_.path()), IsEmpty());
 }
 
