@@ -1,6 +1,7 @@
 #include "ui/SymbolButton.h"
 
 #include "platform/FatalError.h"
+#include "ui/SystemColors.h"
 
 #include <QPainter>
 #include <QPen>
@@ -48,7 +49,7 @@ void SymbolButton::paintBackground(QPainter& painter) const {
     }
     if (hasFocus()) {
         constexpr qreal width = 2;
-        painter.setPen(QPen(palette().color(QPalette::Highlight), width));
+        painter.setPen(QPen(accentColor(palette()), width));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), cornerRadius - 1,
                                 cornerRadius - 1);
