@@ -2,7 +2,6 @@
 
 #include "ui/SystemColors.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QImageReader>
@@ -15,6 +14,8 @@
 namespace hollowfernpike {
 
 namespace {
+
+constexpr auto format = "svg";
 
 QColor colorOf(SymbolTint tint, QIcon::Mode mode) {
     const QPalette palette = QGuiApplication::palette();
@@ -40,7 +41,7 @@ QColor colorOf(SymbolTint tint, QIcon::Mode mode) {
 QPixmap drawn(const QString& file, const QSize& size, const QColor& color) {
     QPixmap pixmap(size);
     pixmap.fill(Qt::transparent);
-    QImageReader drawing(file, "svg");
+    QImageReader drawing(file, format);
     const QSize fitting = drawing.size().scaled(size, Qt::KeepAspectRatio);
     drawing.setScaledSize(fitting);
     QPainter painter(&pixmap);
@@ -89,7 +90,7 @@ private:
 
 QIcon symbolImage(std::string_view name, SymbolTint tint) {
     const QString file = ":/symbols/" + QString::fromUtf8(name) + ".svg";
-    return QFile::exists(file) ? QIcon(new Engine(file, tint)) : QIcon();
+    return QImageReader(file, format).canRead() ? QIcon(new Engine(file, tint)) : QIcon();
 }
 
 } // namespace hollowfernpike

@@ -11,7 +11,8 @@ namespace hollowfernpike {
 enum class SymbolTint : unsigned char { text, accent, red };
 
 /// A symbol of ours, sharp at any size and scale; disabled, it is drawn in the colour of disabled
-/// text. A null icon for a name that none of them has. Main thread only.
+/// text. A null icon for a name that none of them has, and where the toolkit lacks its plug-in for
+/// SVG. Main thread only.
 ///
 /// Names: "checkmark.circle", "exclamationmark.triangle", "info.circle", "keyboard", "pencil",
 /// "square.and.arrow.down", "square.and.arrow.up", "trash".

@@ -85,6 +85,16 @@ TEST_F(SymbolButtonTest, ASymbolThatIsMissingEndsTheProcess) {
     EXPECT_DEATH(SymbolButton("nothing", SymbolTint::text, "Nothing"), "a symbol is missing");
 }
 
+TEST(SymbolButtonWithoutPlugInTest, EndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process that has not loaded the plug-in
+    EXPECT_DEATH(
+        {
+            QCoreApplication::setLibraryPaths({});
+            SymbolButton("pencil", SymbolTint::text, "Edit");
+        },
+        "a symbol is missing");
+}
+
 } // namespace
 
 } // namespace hollowfernpike::test
