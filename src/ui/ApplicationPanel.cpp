@@ -73,7 +73,9 @@ void ApplicationPanel::buildSearchField() {
     searchField_->setPlaceholderText(localized("検索", "Search"));
     searchField_->setAccessibleName(localized("検索", "Search"));
     searchField_->setClearButtonEnabled(true);
-    searchField_->findChild<QToolButton*>()->setAccessibleName(localized("消去", "Clear"));
+    if (auto* clear = searchField_->findChild<QToolButton*>()) {
+        clear->setAccessibleName(localized("消去", "Clear"));
+    }
     searchField_->installEventFilter(this);
     QPalette palette = searchField_->palette(); // some desktops leave this one dark on dark
     palette.setColor(QPalette::PlaceholderText, secondaryLabelColor(palette));

@@ -28,6 +28,9 @@ class SavePanel final : public QFileDialog {
     // As it was typed, so that a question about the file is about this name.
     void completeName() {
         auto* field = findChild<QLineEdit*>("fileNameEdit");
+        if (field == nullptr) {
+            return;
+        }
         const QString name = field->text().remove('"'); // for the toolkit, the ends of a name
         if (!name.endsWith(".json", Qt::CaseInsensitive)) {
             field->setText(name + ".json");
