@@ -3,18 +3,17 @@
 #include "app/Language.h"
 #include "platform/Application.h"
 #include "platform/Services.h"
+#include "ui/MessageBox.h"
 
-#include <QMessageBox>
 #include <QPushButton>
 
 namespace hollowfernpike {
 
 namespace {
 
-std::unique_ptr<QMessageBox> makeWindow() {
-    auto window = std::make_unique<QMessageBox>();
-    window->setIcon(QMessageBox::Warning);
-    window->setWindowTitle("Hollowfernpike");
+std::unique_ptr<MessageBox> makeWindow() {
+    auto window = std::make_unique<MessageBox>();
+    window->setPicture(QMessageBox::Warning);
     window->setModal(false);
     auto* quit = window->addButton(QString(), QMessageBox::DestructiveRole);
     quit->setObjectName("quit");
@@ -37,9 +36,8 @@ void PermissionPrompt::show(const platform::LocalizedError& message) {
     if (isNew) {
         window_ = makeWindow();
     }
-    window_->setText(localized("ショートカットキーを検出できません", "Shortcuts cannot be seen"));
-    window_->setInformativeText(
-        QString::fromStdString(localized(message.japanese(), message.english())));
+    window_->setTexts(localized("ショートカットキーを検出できません", "Shortcuts cannot be seen"),
+                      QString::fromStdString(localized(message.japanese(), message.english())));
     window_->findChild<QPushButton*>("quit")->setText(localized("終了", "Quit"));
     if (!window_->isVisible()) {
         window_->setAttribute(Qt::WA_ShowWithoutActivating, !isNew);

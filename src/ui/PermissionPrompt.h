@@ -4,9 +4,9 @@
 
 #include <memory>
 
-class QMessageBox;
-
 namespace hollowfernpike {
+
+class MessageBox;
 
 /// The window that tells the user why key presses cannot be seen and what to do about it. There is
 /// at most one; asked for while it is open, it only changes its text. Main thread only.
@@ -24,7 +24,7 @@ public:
     void close();
 
 private:
-    std::unique_ptr<QMessageBox> window_;
+    std::unique_ptr<MessageBox> window_;
 };
 
 } // namespace hollowfernpike

@@ -3,6 +3,7 @@
 #include "support/FakeServices.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -96,6 +97,39 @@ TEST_F(PermissionPromptTest, anotherProblemChangesTheTextOfTheOpenWindow) {
     prompt_.show(missing_);
     prompt_.show({"別の問題", "Another problem"});
     EXPECT_EQ(window().informativeText(), "別の問題");
+}
+
+TEST_F(PermissionPromptTest, isWhatAssistiveTechnologyReads) {
+    prompt_.show(missing_);
+    EXPECT_EQ(window().accessibleName(), "ショートカットキーを検出できません");
+    EXPECT_EQ(window().accessibleDescription(), "許可がありません");
+    prompt_.show({"別の問題", "Another problem"});
+    EXPECT_EQ(window().accessibleDescription(), "別の問題");
+}
+
+TEST_F(PermissionPromptTest, showsMarkupAsItIs) {
+    prompt_.show({"<b>太字</b>", "<b>bold</b>"});
+    for (const QLabel* label : window().findChildren<QLabel*>()) {
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    }
+}
+
+TEST_F(PermissionPromptTest, anOpenWindowMakesRoomForALongerText) {
+    prompt_.show({"いいえ", "No"});
+    const int narrow = window().width();
+    const std::string sentence(40, 'w');
+    prompt_.show({sentence + ' ' + sentence, sentence});
+    const auto& explanation = *window().findChild<QLabel*>("qt_msgbox_informativelabel");
+    EXPECT_GT(window().width(), narrow);
+    EXPECT_GE(explanation.width(), explanation.minimumWidth());
+    prompt_.show({"いいえ", "No"});
+    EXPECT_EQ(window().width(), narrow);
+}
+
+TEST_F(PermissionPromptTest, aLongPathDoesNotWidenTheWindow) {
+    const std::string path = "/" + std::string(2000, 'x');
+    prompt_.show({path, path});
+    EXPECT_LE(window().width(), 640);
 }
 
 TEST_F(PermissionPromptTest, onlyQuitEndsTheProgram) {
