@@ -1,5 +1,8 @@
 #include "ui/Sheets.h"
 
+#include "platform/Application.h"
+#include "platform/Services.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
@@ -10,8 +13,8 @@
 namespace hollowfernpike {
 
 bool isBlocked(const QWidget& window) {
-    const QWidget* modal = QApplication::activeModalWidget();
-    if (modal != nullptr && modal != &window && modal->windowModality() == Qt::ApplicationModal) {
+    const bool comesFirst = QApplication::activeModalWidget() == &window;
+    if (!comesFirst && platform::services().application.hasModalWindow()) {
         return true;
     }
     return std::ranges::any_of(

@@ -97,11 +97,33 @@ TEST_F(EditorSheetsTest, ClicksUnderADialogBeforeAllWindowsDoNothing) {
     QDialog dialog;
     dialog.setModal(true);
     dialog.show();
+    services_.application.modal = true;
     useAll(sheet, click);
     EXPECT_THAT(sheet.findChildren<QDialog*>(), IsEmpty());
     EXPECT_TRUE(isOpen());
     EXPECT_FALSE(sheet.keyRecorder().isRecording());
     EXPECT_THAT(saved_, IsEmpty());
+}
+
+TEST_F(EditorSheetsTest, ActionsUnderADialogBeforeAllWindowsDoNothingThoughAnotherSheetCameLater) {
+    auto& sheet = open(mailShortcut());
+    services_.application.modal = true;
+    QWidget other;
+    QDialog later(&other);
+    later.open();
+    useAll(sheet, act);
+    EXPECT_THAT(sheet.findChildren<QDialog*>(), IsEmpty());
+    EXPECT_TRUE(isOpen());
+    EXPECT_FALSE(sheet.keyRecorder().isRecording());
+    EXPECT_THAT(saved_, IsEmpty());
+}
+
+TEST_F(EditorSheetsTest, ThePanelIsAliveIfItCameAfterADialogBeforeAllWindows) {
+    auto& panel = selectApp(open(mailShortcut()));
+    services_.application.modal = true;
+    ASSERT_EQ(QApplication::activeModalWidget(), &panel);
+    find<QPushButton>(panel, "cancelButton").click();
+    EXPECT_FALSE(panel.isVisible());
 }
 
 TEST_F(EditorSheetsTest, ThePanelIsDeadUnderItsFilePanel) {

@@ -8,6 +8,7 @@
 #include <QPlatformSurfaceEvent>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 namespace hollowfernpike::qt {
@@ -22,10 +23,20 @@ bool belongsToStatusItem(const QWidget& widget) {
     return dynamic_cast<const TrayWindow*>(&widget) != nullptr;
 }
 
-/// A modal dialog that is open and not bound to one window; null if there is none.
+bool isBeforeAll(const QWidget* dialog) {
+    return dialog != nullptr && dialog->isVisible() &&
+           dialog->windowModality() == Qt::ApplicationModal;
+}
+
+/// A modal dialog that is open and not bound to one window, though sheets may have opened after it;
+/// null if there is none.
 QWidget* dialogBeforeAll() {
-    QWidget* dialog = QApplication::activeModalWidget();
-    return dialog != nullptr && dialog->windowModality() == Qt::ApplicationModal ? dialog : nullptr;
+    if (QWidget* latest = QApplication::activeModalWidget(); isBeforeAll(latest)) {
+        return latest;
+    }
+    const auto widgets = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(widgets, isBeforeAll);
+    return found == widgets.end() ? nullptr : *found;
 }
 
 bool isSheetOn(const QWidget& window, const QWidget& other) {
@@ -73,8 +84,8 @@ void Application::setActivationPolicy(platform::ActivationPolicy policy) {
 }
 
 void Application::activateIgnoringOtherApps() {
-    if (const QWidget* dialog = dialogBeforeAll()) {
-        windowManagement_.bringToFront(dialog->winId());
+    if (QWidget* dialog = dialogBeforeAll()) {
+        windowManagement_.bringToFront(sheetOrSelf(dialog)->winId());
     } else if (keyWindow_ != nullptr && keyWindow_->isVisible()) {
         windowManagement_.bringToFront(sheetOrSelf(keyWindow_)->winId());
     }

@@ -261,6 +261,56 @@ TEST_F(ApplicationTest, BringsAModalDialogToTheFrontAlthoughItBelongsToAnotherWi
     EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
 }
 
+TEST_F(ApplicationTest, IsHeldUpWhileADialogIsOpenThatBelongsToNoWindow) {
+    QMainWindow window;
+    QDialog sheet(&window);
+    QDialog dialog;
+    dialog.setModal(true);
+    window.show();
+    sheet.open();
+    EXPECT_FALSE(application.hasModalWindow());
+    dialog.show();
+    EXPECT_TRUE(application.hasModalWindow());
+    dialog.hide();
+    EXPECT_FALSE(application.hasModalWindow());
+}
+
+TEST_F(ApplicationTest, IsHeldUpByADialogThoughASheetOpenedAfterIt) {
+    QMainWindow window;
+    QDialog sheet(&window);
+    QDialog dialog;
+    dialog.setModal(true);
+    window.show();
+    dialog.show();
+    sheet.open();
+    window.raise();
+    EXPECT_TRUE(application.hasModalWindow());
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+}
+
+TEST_F(ApplicationTest, BringsTheSheetOfAModalDialogToTheFront) {
+    QDialog dialog;
+    QDialog sheet(&dialog);
+    dialog.setModal(true);
+    dialog.show();
+    sheet.open();
+    EXPECT_TRUE(application.hasModalWindow());
+    application.activateIgnoringOtherApps();
+    EXPECT_THAT(broughtToFront, ElementsAre(sheet.winId()));
+}
+
+TEST_F(ApplicationTest, BringsTheLatestOfSeveralModalDialogsToTheFront) {
+    QDialog dialogs[4];
+    for (QDialog& dialog : dialogs) {
+        dialog.setModal(true);
+        dialog.show();
+        broughtToFront.clear();
+        application.activateIgnoringOtherApps();
+        EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+    }
+}
+
 /// Two windows, the first of which has a sheet.
 class SheetTest : public ApplicationTest {
 protected:
