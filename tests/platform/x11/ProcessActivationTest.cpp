@@ -1,9 +1,4 @@
 #include "platform/x11/WindowsTest.h"
-#include "support/KeyInjector.h"
-
-#include <array>
-
-#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -236,88 +231,6 @@ TEST_P(ProcessActivationTest, AsksAgainForTheNextPress) {
     EXPECT_TRUE(namesBecome({"Covered"}));
     userTime_.record(userTime_.time() + 1);
     EXPECT_GT(requestsToBringToFront(covered.pid()), 1U);
-}
-
-/// A window manager that guards the focus of whoever the user is typing to.
-class FocusStealingTest : public WindowsTest {
-protected:
-    FocusStealingTest() : WindowsTest("metacity"), keys_(desktop_.display()) {}
-
-    /// The user types into an application; its window notes when.
-    void typeInto(Application& application) {
-        keys_.strike({"AC01"});
-        ASSERT_TRUE(application.process->waitForLine("key-up"));
-        ASSERT_TRUE(waitUntil(
-            [&] { return !observer_.numbers(application.window(), "_NET_WM_USER_TIME").empty(); }));
-    }
-
-    KeyInjector keys_;
-};
-
-TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
-    const auto target = openActive("Target");
-    auto front = openActive("Front");
-    pressKey();
-    typeInto(front);
-    userTime_.record(userTime_.time() - 1000);
-    EXPECT_TRUE(activation_.bringToFront(target.pid()));
-    EXPECT_TRUE(waitUntil(
-        [&] { return observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"); }));
-    EXPECT_EQ(observer_.activeWindow(), front.window());
-
-    pressKey();
-    EXPECT_TRUE(activation_.bringToFront(target.pid()));
-    EXPECT_TRUE(becomesActive(target.window()));
-}
-
-TEST_F(FocusStealingTest, AWishWithoutAnyPressIsOfThisMoment) {
-    const auto target = openActive("Target");
-    auto front = openActive("Front");
-    typeInto(front);
-    EXPECT_TRUE(activation_.bringToFront(target.pid()));
-    EXPECT_TRUE(becomesActive(target.window()));
-    EXPECT_FALSE(observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"));
-}
-
-/// A window manager that cannot restack, played by the test.
-class PlainWindowManagerTest : public WindowsTest {
-protected:
-    PlainWindowManagerTest()
-        : WindowsTest(""), other_(desktop_.start({HFP_PROBE_WINDOW, "--class", "p,Other"})) {
-        const auto line = other_->waitForLine("mapped ").value();
-        cover_ = static_cast<xcb_window_t>(std::stoul(line.substr(line.find(' '))));
-        for (auto& window : own_) {
-            window = observer_.createWindow(observer_.root());
-        }
-        observer_.setNumbers(observer_.root(), "_NET_CLIENT_LIST_STACKING", XCB_ATOM_WINDOW,
-                             {own_[0], own_[1], own_[2], cover_});
-    }
-
-    std::array<xcb_window_t, 3> own_{}; ///< of this process, from back to front
-    std::unique_ptr<ChildProcess> other_;
-    xcb_window_t cover_ = XCB_NONE; ///< of another one, above them
-};
-
-TEST_F(PlainWindowManagerTest, IsAskedToRaiseByConfiguration) {
-    pressKey();
-    EXPECT_TRUE(activation_.bringToFront(::getpid()));
-    EXPECT_TRUE(waitUntil([&] {
-        const auto children = observer_.children(observer_.root());
-        const auto top = children.size() - 2;
-        return children.at(top) == own_[0] && children.at(top + 1) == own_[1];
-    }));
-}
-
-TEST_F(PlainWindowManagerTest, LeavesNoErrorsBehindForWindowsThatAreGone) {
-    pressKey();
-    EXPECT_EQ(names().size(), 4U);
-    for (const auto window : own_) {
-        observer_.destroyWindow(window);
-    }
-    EXPECT_TRUE(activation_.bringToFront(::getpid()));
-    const x11::Reply<xcb_get_input_focus_reply_t> fence(xcb_get_input_focus_reply(
-        connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
-    EXPECT_EQ(xcb_poll_for_event(connection_->get()), nullptr);
 }
 
 } // namespace
