@@ -31,7 +31,7 @@ constexpr std::size_t parts = 4;
 /// How much more memory of its own, in bytes, the utility may have after this many presses of each
 /// kind: some pages that are touched late, and less for each press than anybody can forget.
 std::size_t slackAfter(std::size_t presses) {
-    constexpr std::size_t latePages = 8;
+    constexpr std::size_t latePages = 12;
     return latePages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) + presses / 8;
 }
 
@@ -39,7 +39,7 @@ std::size_t slackAfter(std::size_t presses) {
 /// environment wants.
 std::size_t wantedPresses() {
     const char* const wanted = std::getenv("HFP_SOAK_PRESSES");
-    const std::string text = wanted == nullptr ? "2000" : wanted;
+    const std::string text = wanted == nullptr ? "3200" : wanted;
     std::size_t presses = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), presses);
     if (error != std::errc{} || end != text.data() + text.size() || presses == 0) {
@@ -49,11 +49,13 @@ std::size_t wantedPresses() {
     return (presses + step - 1) / step * step;
 }
 
-/// A sanitizer holds freed memory back to catch late uses, which must not look like a leak.
+/// A sanitizer holds freed memory and left frames back to catch late uses, which must not look like
+/// a leak.
 std::string sanitizerOptions() {
     const char* const options = std::getenv("ASAN_OPTIONS");
     return (options == nullptr ? std::string{} : std::string{options} + ':') +
-           "quarantine_size_mb=0:thread_local_quarantine_size_kb=0";
+           "quarantine_size_mb=0:thread_local_quarantine_size_kb=0:"
+           "detect_stack_use_after_return=0";
 }
 
 /// What a process takes up.
