@@ -12,6 +12,8 @@ namespace hollowfernpike {
 
 namespace {
 
+constexpr auto explanationName = "qt_msgbox_informativelabel"; // the toolkit's
+
 /// Lets a line end inside of what has no blank, such as a path, which would widen the window
 /// without bound.
 QString breakable(const QString& text) {
@@ -35,13 +37,15 @@ QString breakable(const QString& text) {
     return result;
 }
 
-/// The toolkit gives an explanation no more room than a short message beside it takes.
+/// The toolkit gives an explanation no more room than a short message beside it takes. What cannot
+/// be broken may need more than the column.
 void giveRoom(QLabel* explanation) {
     constexpr int widestColumn = 320;
     if (explanation != nullptr) {
         const QSize oneLine =
             explanation->fontMetrics().size(Qt::TextSingleLine, explanation->text());
-        explanation->setMinimumWidth(std::min(oneLine.width(), widestColumn));
+        explanation->setMinimumWidth(std::max(std::min(oneLine.width(), widestColumn),
+                                              explanation->minimumSizeHint().width()));
     }
 }
 
@@ -53,11 +57,14 @@ MessageBox::MessageBox(QWidget* parent) : QMessageBox(parent) {
 
 // The message last: the toolkit fits an open box to its parts whenever a text is set.
 void MessageBox::setTexts(const QString& message, const QString& explanation) {
+    if (auto* previous = findChild<QLabel*>(explanationName)) {
+        previous->setMinimumWidth(0);
+    }
     setInformativeText(breakable(explanation));
     for (QLabel* label : findChildren<QLabel*>()) {
         label->setTextFormat(Qt::PlainText);
     }
-    giveRoom(findChild<QLabel*>("qt_msgbox_informativelabel"));
+    giveRoom(findChild<QLabel*>(explanationName));
     setText(breakable(message));
     setAccessibleName(message);
     setAccessibleDescription(explanation);
