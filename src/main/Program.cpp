@@ -1,21 +1,15 @@
 #include "main/Program.h"
 
 #include "hotkeys/HotkeyManager.h"
-#include "platform/Services.h"
 
 namespace hollowfernpike {
 
 Program::Program(platform::UserDefaults& userDefaults, qt::TerminationSignals& terminationSignals)
     : userDefaults_(userDefaults) {
-    platform::setServices(&services_);
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);
     terminationSignals.watch(runLoop_, [this] { application_.terminate(); });
-}
-
-Program::~Program() {
-    platform::setServices(nullptr);
 }
 
 void Program::perform(const std::string& action, const std::string& startupIdentifier) {

@@ -6,6 +6,7 @@
 #include "main/TrustPrompt.h"
 #include "main/X11Applications.h"
 #include "platform/NotificationCenter.h"
+#include "platform/Services.h"
 #include "platform/freedesktop/ApplicationBundles.h"
 #include "platform/freedesktop/FileManager.h"
 #include "platform/freedesktop/LoginItem.h"
@@ -37,6 +38,17 @@ namespace hollowfernpike {
 /// What a launcher asks for that asks for nothing in particular.
 inline constexpr auto defaultAction = "openMainWindow";
 
+/// Hands the services over for as long as it lives.
+class ServicesHandOver {
+public:
+    explicit ServicesHandOver(const platform::Services& services) {
+        platform::setServices(&services);
+    }
+    ServicesHandOver(const ServicesHandOver&) = delete;
+    ServicesHandOver& operator=(const ServicesHandOver&) = delete;
+    ~ServicesHandOver() { platform::setServices(nullptr); }
+};
+
 /// The program from its start to its end, on an X11 desktop: every service has its backend here.
 /// Made when there is a QApplication. Main thread only.
 class Program {
@@ -45,7 +57,7 @@ public:
     Program(platform::UserDefaults& userDefaults, qt::TerminationSignals& terminationSignals);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
-    ~Program();
+    ~Program() = default;
 
     platform::RunLoop& runLoop() { return runLoop_; }
 
@@ -124,6 +136,7 @@ private:
         .workspace = lateApplications_,
         .standardOutput = std::cout,
     };
+    ServicesHandOver servicesHandOver_{services_};
     AppDelegate delegate_{services_};
 };
 

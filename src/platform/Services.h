@@ -23,7 +23,7 @@ class WindowList;
 class Workspace;
 
 /// The desktop as the shared instances see it. The entry point chooses the backends and hands them
-/// over once, before the first shared instance is used; they live until the process ends.
+/// over once, before the first shared instance is used; they outlive the last use of any.
 struct Services {
     AccessibilityTrust& accessibilityTrust;
     Application& application;
