@@ -2,6 +2,7 @@
 #include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
 
+#include <algorithm>
 #include <csignal>
 
 #include <gtest/gtest.h>
@@ -27,7 +28,16 @@ protected:
     void startSuccessor(const std::vector<std::string>& command) {
         successor = story.desktop.start(command);
         ASSERT_TRUE(story.desktop.windowManager().wait(20s));
-        story.open("Newcomer");
+        auto& newcomer = story.install("Newcomer");
+        newcomer.start();
+        ASSERT_TRUE(waitUntil([&] { return isManaged(newcomer); }, 20s)) << successor->errors();
+        ASSERT_TRUE(story.switchTo(newcomer));
+    }
+
+    bool isManaged(const Application& application) {
+        const auto shown = application.windows();
+        const auto managed = story.pager.stacking();
+        return !shown.empty() && std::ranges::find(managed, shown.front()) != managed.end();
     }
 
     void expectThatBoundPressesWork() {
