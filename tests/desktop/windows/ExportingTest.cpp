@@ -48,8 +48,7 @@ protected:
     /// Exports onto a file that exists, and says that it is meant so.
     void exportOver(const fs::path& path) {
         const auto panel = story.clickExport();
-        story.typePath(path);
-        story.keyboard.strike({"RTRN"});
+        story.acceptPath(panel, path);
         story.comes(story.titles.exporting, panel);
         story.keyboard.strike({"LALT", "AD06"}); // yes
         story.goes(panel);

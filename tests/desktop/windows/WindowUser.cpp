@@ -145,14 +145,20 @@ void WindowUser::strikeAndLeave(xcb_window_t window, const std::string& key) {
     goes(window);
 }
 
-void WindowUser::typePath(const std::filesystem::path& file) {
+// A list of completions takes the first press for itself, if it has come in time.
+void WindowUser::acceptPath(xcb_window_t panel, const std::filesystem::path& file) {
     story_.keyboard.strike({"LCTL", "AC01"});
     show::type(story_.keyboard, file.string());
+    const auto isAccepted = [&] {
+        story_.keyboard.strike({"RTRN"});
+        return waitUntil([&] { return story_.pager.activeWindow() != panel; }, patience / 4);
+    };
+    require(isAccepted, story_.pager.titleOf(panel) + " does not take the path");
 }
 
 void WindowUser::enterPath(xcb_window_t panel, const std::filesystem::path& file) {
-    typePath(file);
-    strikeAndLeave(panel, "RTRN");
+    acceptPath(panel, file);
+    goes(panel);
 }
 
 WindowUser::Point WindowUser::pointOf(xcb_window_t window, int x, int y) {

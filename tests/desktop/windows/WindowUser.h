@@ -98,8 +98,9 @@ public:
     /// Presses a key that closes the window, and waits until it has.
     void strikeAndLeave(xcb_window_t window, const std::string& key);
 
-    /// Types the path into a file panel that has the keys, over what is there.
-    void typePath(const std::filesystem::path& file);
+    /// Types the path into a file panel, over what is there, and accepts it. Waits until the panel
+    /// has given the keys to a question of its own, or has gone.
+    void acceptPath(xcb_window_t panel, const std::filesystem::path& file);
 
     /// Answers a file panel by typing the path.
     void enterPath(xcb_window_t panel, const std::filesystem::path& file);
