@@ -26,8 +26,8 @@ QDBusMessage question() {
 
 } // namespace
 
-StatusNotifierHosts::StatusNotifierHosts(const QDBusConnection& bus, std::function<void()> onNews)
-    : bus_(bus), onNews_(std::move(onNews)) {
+StatusNotifierHosts::StatusNotifierHosts(QDBusConnection bus, std::function<void()> onNews)
+    : bus_(std::move(bus)), onNews_(std::move(onNews)) {
     auto* watchers =
         new QDBusServiceWatcher(watcherName, bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
     QObject::connect(watchers, &QDBusServiceWatcher::serviceRegistered, this,

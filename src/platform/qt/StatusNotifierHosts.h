@@ -16,7 +16,7 @@ class StatusNotifierHosts final : public QObject {
 
 public:
     /// `onNews` is called, never inside the constructor, whenever something has changed there.
-    StatusNotifierHosts(const QDBusConnection& bus, std::function<void()> onNews);
+    StatusNotifierHosts(QDBusConnection bus, std::function<void()> onNews);
 
     /// As far as we were told. A watcher alone shows nothing.
     bool isHostRegistered() const { return isHostRegistered_; }
