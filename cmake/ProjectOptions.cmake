@@ -52,7 +52,8 @@ endif()
 function(hfp_optimize_for_speed name)
   target_compile_options(${name} PRIVATE
     $<$<CONFIG:Release>:-O2>
-    $<$<BOOL:${HOLLOWFERNPIKE_SANITIZE}>:-O1>) # what is slow anyway is bearable then
+    # What is slow anyway is bearable then.
+    $<$<OR:$<BOOL:${HOLLOWFERNPIKE_SANITIZE}>,$<BOOL:${HOLLOWFERNPIKE_COVERAGE}>>:-O1>)
 endfunction()
 
 # A static library of ours: hfp_library(name SOURCES ... LINKS ...).
