@@ -21,11 +21,7 @@ constexpr auto longestPause = 32s;
 BusConnection::BusConnection() : connection_(QDBusConnection::sessionBus()) {
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, this, &BusConnection::look);
-    if (connection_.isConnected()) {
-        watch();
-    } else {
-        lookAgain();
-    }
+    watch();
 }
 
 BusConnection::~BusConnection() {
@@ -34,10 +30,14 @@ BusConnection::~BusConnection() {
     }
 }
 
+// A connection that is dead already, or dies before it is watched, tells nothing.
 void BusConnection::watch() {
     connection_.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
                         QStringLiteral("org.freedesktop.DBus.Local"),
                         QStringLiteral("Disconnected"), this, SLOT(lookAgain()));
+    if (!connection_.isConnected()) {
+        lookAgain();
+    }
 }
 
 void BusConnection::lookAgain() {
