@@ -1,12 +1,6 @@
-#include "platform/freedesktop/ApplicationsHome.h"
 #include "platform/freedesktop/BusService.h"
 #include "platform/freedesktop/RunningApplications.h"
-#include "platform/freedesktop/Workspace.h"
-#include "support/FakeClientWindows.h"
-#include "support/FakeLaunchFeedback.h"
-#include "support/FakeMainQueue.h"
-#include "support/FakeProcessActivation.h"
-#include "support/PolledRunLoop.h"
+#include "platform/freedesktop/WorkspaceTest.h"
 #include "support/PrivateDesktop.h"
 
 #include <cerrno>
@@ -55,7 +49,7 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-class BusLaunchTest : public ::testing::Test {
+class BusLaunchTest : public WorkspaceTest {
 protected:
     void useBus(const std::string& address) {
         ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
@@ -71,28 +65,19 @@ protected:
         return home_.addEntry(name, home_.witness("stay", "by-program"), "DBusActivatable=true\n");
     }
 
-    void open(const std::string& path) {
+    void request(const std::string& path) {
         answer_.reset();
         workspace_.openApplication(path, {.activates = true},
                                    [this](const auto& result) { answer_ = result; });
     }
 
     platform::OpenResult openAndWait(const std::string& path) {
-        open(path);
+        request(path);
         EXPECT_TRUE(loop_.runUntil([this] { return answer_.has_value(); }));
         return answer_.value_or(platform::OpenResult{});
     }
 
-    test::ApplicationsHome home_;
     std::optional<test::SessionBus> bus_;
-    test::FakeClientWindows windows_;
-    test::FakeLaunchFeedback feedback_;
-    test::CallLog log_;
-    test::FakeProcessActivation activation_{log_};
-    test::PolledRunLoop loop_;
-    test::FakeMainQueue queue_;
-    DesktopEntries entries_;
-    Workspace workspace_{entries_, windows_, feedback_, activation_, loop_, queue_};
     std::optional<platform::OpenResult> answer_;
 };
 
@@ -122,7 +107,7 @@ TEST_F(BusLaunchTest, ARequestWhileTheBusIsAskedJoins) {
 
 TEST_F(BusLaunchTest, AWindowAnswersBeforeTheBusDoes) {
     startBus();
-    open(addBusEntry("org.example.Active"));
+    request(addBusEntry("org.example.Active"));
     EXPECT_FALSE(answer_);
     windows_.show({.process = std::nullopt,
                    .owner = {.name = "x", .bundleIdentifier = "org.example.Active"}});
@@ -135,7 +120,7 @@ TEST_F(BusLaunchTest, TheBusStartsAnApplicationThatDoesNotRunYet) {
                 "[D-BUS Service]\nName=org.example.Started\nExec=" +
                     home_.witness("stay", "by-bus") + '\n');
     startBus();
-    open(addBusEntry("org.example.Started"));
+    request(addBusEntry("org.example.Started"));
     EXPECT_TRUE(loop_.runUntil([this] { return !home_.witnesses().empty(); }));
     EXPECT_EQ(home_.awaitWitnesses(1)[0].all("argument").back(), "by-bus");
 }
@@ -252,7 +237,7 @@ TEST_F(BusLaunchTest, ABusThatNeverAnswersHoldsNobodyUp) {
     useBus("unix:path=" + socketPath);
 
     EXPECT_TRUE(openAndWait(home_.addEntry("plain", home_.witness("stay"))).processIdentifier);
-    open(addBusEntry("org.example.Active"));
+    request(addBusEntry("org.example.Active"));
     EXPECT_FALSE(answer_);
     queue_.advance(LaunchesUnderWay::limit);
     ASSERT_TRUE(answer_);
