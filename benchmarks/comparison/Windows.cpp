@@ -23,7 +23,6 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Look = std::vector<std::uint32_t>;
 
-constexpr auto patience = 20s;
 constexpr double budget = 0.3;
 constexpr double panelBudget = 0.1;
 constexpr std::size_t shortcuts = 1000;
@@ -55,6 +54,7 @@ std::string nameOf(std::size_t application) {
 class WindowsScene {
 public:
     WindowsScene() {
+        story_.unbindWindowManager(); // the list has what it would like to have
         std::vector<const test::Application*> installed;
         for (std::size_t number = 0; number < applications; ++number) {
             installed.push_back(&story_.install(nameOf(number)));
@@ -127,9 +127,7 @@ private:
     /// The display takes some time to give back so many combinations.
     void end() {
         story_.utility().signal(SIGTERM);
-        const auto grab = story_.grabOf(combinations().back());
-        if (!story_.utility().wait(patience) ||
-            !test::waitUntil([&] { return !prober_.areTaken({grab}); }, patience)) {
+        if (!story_.utility().wait(test::patience) || !story_.isFree(combinations().back())) {
             throw std::runtime_error("the program does not end");
         }
     }
@@ -207,7 +205,7 @@ private:
             end = Clock::now();
             return condition();
         };
-        if (!test::waitUntil(isThere, patience)) {
+        if (!test::waitUntil(isThere)) {
             throw std::runtime_error("the window does not show what it should");
         }
         return std::chrono::duration<double>(end - begin).count();
@@ -215,7 +213,6 @@ private:
 
     test::Story story_;
     test::WindowUser user_{story_};
-    test::KeyGrabber prober_{story_.desktop.display()};
     std::filesystem::path document_ = story_.desktop.home() / "document.json";
     Look full_;
     Look shorter_;

@@ -10,7 +10,7 @@ namespace hollowfernpike {
 
 namespace {
 
-class Engine final : public QIconEngine {
+class GenericIconEngine final : public QIconEngine {
 public:
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
@@ -40,7 +40,7 @@ public:
         return pixmap;
     }
 
-    QIconEngine* clone() const override { return new Engine(*this); }
+    QIconEngine* clone() const override { return new GenericIconEngine(*this); }
 
 private:
     static QRectF centeredSquare(const QRectF& rect) {
@@ -54,7 +54,7 @@ private:
 } // namespace
 
 QIcon genericApplicationIcon() {
-    return QIcon(new Engine);
+    return QIcon(new GenericIconEngine);
 }
 
 } // namespace hollowfernpike

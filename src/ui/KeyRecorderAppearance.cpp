@@ -21,7 +21,7 @@ namespace hollowfernpike {
 namespace {
 
 constexpr int fixedHeight = 36;
-constexpr int cornerRadius = 6;
+constexpr int frameRadius = 6;
 constexpr int labelInset = 12;
 constexpr int buttonInset = 8;
 constexpr int gap = 8;
@@ -76,11 +76,11 @@ void KeyRecorderView::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(isRecording_ ? accentColor(palette()) : separatorColor(palette()), border));
     const qreal inset = border / 2;
-    const qreal radius = cornerRadius - inset; // of the line's middle
+    const qreal radius = frameRadius - inset; // of the line's middle
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
     if (hasFocus() && !isRecording_) { // while it records, its border says so
         constexpr qreal ringInset = 3.5;
-        constexpr qreal ringRadius = cornerRadius - ringInset;
+        constexpr qreal ringRadius = frameRadius - ringInset;
         painter.setPen(accentColor(palette()));
         painter.drawRoundedRect(
             QRectF(rect()).adjusted(ringInset, ringInset, -ringInset, -ringInset), ringRadius,

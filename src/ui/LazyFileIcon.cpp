@@ -10,9 +10,9 @@ namespace hollowfernpike {
 
 namespace {
 
-class Engine final : public QIconEngine {
+class LazyIconEngine final : public QIconEngine {
 public:
-    explicit Engine(std::string path) : path_(std::move(path)) {}
+    explicit LazyIconEngine(std::string path) : path_(std::move(path)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
                QIcon::State state) override {
@@ -28,7 +28,7 @@ public:
         return icon().pixmap((QSizeF(size) / scale).toSize(), scale, mode, state);
     }
 
-    QIconEngine* clone() const override { return new Engine(*this); }
+    QIconEngine* clone() const override { return new LazyIconEngine(*this); }
 
 private:
     const QIcon& icon() {
@@ -45,7 +45,7 @@ private:
 } // namespace
 
 QIcon lazyIconForFile(std::string path) {
-    return QIcon(new Engine(std::move(path)));
+    return QIcon(new LazyIconEngine(std::move(path)));
 }
 
 } // namespace hollowfernpike

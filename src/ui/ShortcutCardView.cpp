@@ -20,8 +20,8 @@ namespace hollowfernpike {
 
 namespace {
 
-constexpr int margin = 12; // from the card's sides, and between what it shows
-constexpr int iconSide = 32;
+constexpr int cardMargin = 12; // from the card's sides, and between what it shows
+constexpr int cardIconSide = 32;
 constexpr int gapBetweenButtons = 4;
 constexpr int leastNameWidth = 100;
 
@@ -84,19 +84,19 @@ void ShortcutCardView::placeViews() {
     const auto place = [](QWidget& view, int left, QSize size) {
         view.setGeometry(left, (height - size.height()) / 2, size.width(), size.height());
     };
-    const int deleteLeft = width() - margin - SymbolButton::side;
+    const int deleteLeft = width() - cardMargin - SymbolButton::side;
     const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
-    const int nameLeft = margin + iconSide + margin;
-    const int forTexts = editLeft - margin - nameLeft - margin;
+    const int nameLeft = cardMargin + cardIconSide + cardMargin;
+    const int forTexts = editLeft - cardMargin - nameLeft - cardMargin;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
     const int nameWidth =
         std::max(leastNameWidth, std::min(name.width(), forTexts - badge.width()));
     const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
 
-    place(*iconView_, margin, {iconSide, iconSide});
+    place(*iconView_, cardMargin, {cardIconSide, cardIconSide});
     place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
-    place(*hotkeyBadge_, nameLeft + nameWidth + margin, {badgeWidth, badge.height()});
+    place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
     place(*editButton_, editLeft, editButton_->sizeHint());
     place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
 }

@@ -11,7 +11,7 @@ namespace hollowfernpike {
 namespace {
 
 constexpr int symbolSide = 20; // one point for one unit of the drawings' grid
-constexpr qreal cornerRadius = 6;
+constexpr qreal faceRadius = 6;
 
 } // namespace
 
@@ -45,14 +45,14 @@ void SymbolButton::paintBackground(QPainter& painter) const {
         shade.setAlphaF(isDown() ? 0.16F : 0.08F);
         painter.setPen(Qt::NoPen);
         painter.setBrush(shade);
-        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+        painter.drawRoundedRect(rect(), faceRadius, faceRadius);
     }
     if (hasFocus()) {
         constexpr qreal width = 2;
         painter.setPen(QPen(accentColor(palette()), width));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), cornerRadius - 1,
-                                cornerRadius - 1);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), faceRadius - 1,
+                                faceRadius - 1);
     }
 }
 

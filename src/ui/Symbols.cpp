@@ -52,9 +52,9 @@ QPixmap drawn(const QString& file, const QSize& size, const QColor& color) {
     return pixmap;
 }
 
-class Engine final : public QIconEngine {
+class SymbolEngine final : public QIconEngine {
 public:
-    Engine(QString file, SymbolTint tint) : file_(std::move(file)), tint_(tint) {}
+    SymbolEngine(QString file, SymbolTint tint) : file_(std::move(file)), tint_(tint) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
                QIcon::State state) override {
@@ -79,7 +79,7 @@ public:
         return picture;
     }
 
-    QIconEngine* clone() const override { return new Engine(*this); }
+    QIconEngine* clone() const override { return new SymbolEngine(*this); }
 
 private:
     QString file_;
@@ -90,7 +90,7 @@ private:
 
 QIcon symbolImage(std::string_view name, SymbolTint tint) {
     const QString file = ":/symbols/" + QString::fromUtf8(name) + ".svg";
-    return QImageReader(file, format).canRead() ? QIcon(new Engine(file, tint)) : QIcon();
+    return QImageReader(file, format).canRead() ? QIcon(new SymbolEngine(file, tint)) : QIcon();
 }
 
 } // namespace hollowfernpike

@@ -41,6 +41,14 @@ struct Combination {
     std::uint16_t modifierState() const;
 };
 
+/// What tests bind: nothing that their window managers want.
+inline constexpr Combination bound{37, control | option};
+inline constexpr Combination another{38, control | option};
+inline constexpr Combination third{40, shift | command};
+
+/// A key without a modifier.
+inline constexpr Combination bareLetter{0, 0};
+
 /// All sets of the four modifiers, the empty one first.
 std::vector<std::uint64_t> modifierSets();
 

@@ -12,9 +12,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
-const Combination another{38, control | option};
-
 class EndingTest : public testing::Test {
 protected:
     Story story;

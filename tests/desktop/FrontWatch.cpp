@@ -1,8 +1,8 @@
 #include "desktop/FrontWatch.h"
 
+#include "desktop/Held.h"
+
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 
@@ -11,11 +11,6 @@
 namespace hollowfernpike::test {
 
 namespace {
-
-template <class T>
-std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
-    return {reply, &std::free};
-}
 
 xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
     const auto cookie =
@@ -57,8 +52,8 @@ void FrontWatch::forget() {
 
 std::optional<FrontWatch::Arrival>
 FrontWatch::wait(const std::function<bool(xcb_window_t)>& isWanted,
-                 std::chrono::milliseconds bound) {
-    const auto deadline = Clock::now() + bound;
+                 std::chrono::milliseconds longest) {
+    const auto deadline = Clock::now() + longest;
     while (waitForNews(deadline)) {
         Arrival arrival{.time = Clock::now()};
         arrival.window = activeWindow();
@@ -70,8 +65,8 @@ FrontWatch::wait(const std::function<bool(xcb_window_t)>& isWanted,
 }
 
 std::optional<FrontWatch::Arrival> FrontWatch::wait(xcb_window_t window,
-                                                    std::chrono::milliseconds bound) {
-    return wait([window](xcb_window_t active) { return active == window; }, bound);
+                                                    std::chrono::milliseconds longest) {
+    return wait([window](xcb_window_t active) { return active == window; }, longest);
 }
 
 bool FrontWatch::waitForNews(Clock::time_point deadline) {

@@ -28,11 +28,11 @@ public:
     void forget();
 
     /// Waits until a window for which `isWanted` holds is said to be the active one: since the last
-    /// call of this or of forget(), or from now on. Absent after `bound`.
+    /// call of this or of forget(), or from now on. Absent after `longest`.
     std::optional<Arrival> wait(const std::function<bool(xcb_window_t)>& isWanted,
-                                std::chrono::milliseconds bound);
+                                std::chrono::milliseconds longest);
 
-    std::optional<Arrival> wait(xcb_window_t window, std::chrono::milliseconds bound);
+    std::optional<Arrival> wait(xcb_window_t window, std::chrono::milliseconds longest);
 
 private:
     bool waitForNews(Clock::time_point deadline);

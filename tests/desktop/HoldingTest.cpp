@@ -11,7 +11,6 @@ namespace {
 using namespace test;
 
 const Combination held{37, control | option};
-const Combination another{38, control | option};
 
 class HoldingTest : public testing::TestWithParam<const char*> {
 protected:

@@ -11,7 +11,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
 const Combination next{38, control | option};
 
 class LaunchTest : public testing::TestWithParam<const char*> {

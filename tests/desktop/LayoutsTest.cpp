@@ -8,7 +8,7 @@ namespace {
 using namespace test;
 
 constexpr std::uint16_t letterQ = 12;
-const Combination bound{letterQ, control | shift};
+const Combination boundLetter{letterQ, control | shift};
 
 class LayoutsTest : public testing::Test {
 protected:
@@ -19,7 +19,7 @@ protected:
 
 TEST_F(LayoutsTest, TheSecondLayoutOfTwoKeepsEveryKeyInItsPlace) {
     story.run({"setxkbmap", "-layout", "us,ru"});
-    story.bind(bound, target);
+    story.bind(boundLetter, target);
     story.startUtility();
     KeyGrabber switcher(story.desktop.display());
     switcher.lockGroup(1);
@@ -29,7 +29,7 @@ TEST_F(LayoutsTest, TheSecondLayoutOfTwoKeepsEveryKeyInItsPlace) {
 }
 
 TEST_F(LayoutsTest, ALayoutSwitchedWhileRunningKeepsEveryKeyInItsPlace) {
-    story.bind(bound, target);
+    story.bind(boundLetter, target);
     story.startUtility();
     for (const std::vector<std::string>& layout :
          {std::vector<std::string>{"fr"}, {"ru"}, {"us", "-variant", "dvorak"}, {"us"}}) {
@@ -42,7 +42,7 @@ TEST_F(LayoutsTest, ALayoutSwitchedWhileRunningKeepsEveryKeyInItsPlace) {
 }
 
 TEST_F(LayoutsTest, AnotherModelOfKeyboardKeepsEveryKeyInItsPlace) {
-    story.bind(bound, target);
+    story.bind(boundLetter, target);
     story.startUtility();
     story.run({"setxkbmap", "-model", "jp106", "-layout", "jp"});
     ASSERT_TRUE(story.areLive());

@@ -31,13 +31,13 @@ TEST_F(ModifiersTest, EachSetOfModifiersIsACombinationOfItsOwn) {
 }
 
 TEST_F(ModifiersTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
-    const auto bound = control | shift;
-    story.bind({letterL, bound}, target);
+    const auto boundSet = control | shift;
+    story.bind({letterL, boundSet}, target);
     story.startUtility();
     ASSERT_TRUE(story.switchTo(front));
     std::vector<unsigned> expected;
     for (const auto set : modifierSets()) {
-        if (set != bound) {
+        if (set != boundSet) {
             story.strike({letterL, set});
             expected.push_back(Combination{letterL, set}.modifierState());
         }
@@ -51,7 +51,7 @@ TEST_F(ModifiersTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
     }
     EXPECT_EQ(seen, expected);
 
-    story.strike({letterL, bound});
+    story.strike({letterL, boundSet});
     ASSERT_TRUE(story.isInFront(target));
     ASSERT_TRUE(story.switchTo(front));
     EXPECT_EQ(front.downs(story.grabOf({letterL}).key), expected.size());

@@ -9,7 +9,6 @@ using namespace test;
 
 constexpr const char* precomposed = "Caf\u00e9";
 constexpr const char* decomposed = "Cafe\u0301";
-const Combination bound{37, control | option};
 
 class NamesTest : public testing::Test {
 protected:

@@ -9,7 +9,6 @@ namespace {
 using namespace test;
 
 const Combination wanted{37, control | option};
-const Combination another{38, control | option};
 
 class OtherClientsTest : public testing::Test {
 protected:

@@ -1,9 +1,9 @@
 #include "desktop/Pager.h"
 
+#include "desktop/Held.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
 
 #include <xcb/res.h>
@@ -14,14 +14,6 @@ namespace hollowfernpike::test {
 namespace {
 
 constexpr std::uint32_t sourcePager = 2;
-
-template <class T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-template <class T>
-Reply<T> held(T* reply) {
-    return {reply, &std::free};
-}
 
 } // namespace
 

@@ -17,7 +17,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr auto patience = 20s;
 constexpr const char* unboundKey = "AC11";
 constexpr std::array<std::uint16_t, 4> lockStates{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
                                                   XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2};
@@ -133,12 +132,31 @@ testing::AssertionResult Story::isLive(const KeyGrab& grab) {
     for (const auto lock : lockStates) {
         grabs.push_back({grab.key, static_cast<std::uint16_t>(grab.state | lock)});
     }
-    if (waitUntil([&] { return prober_.areTaken(grabs); }, patience)) {
+    if (waitUntil([&] { return prober_.areTaken(grabs); })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()
            << "key " << int{grab.key} << " with state " << grab.state << " is not taken\n"
            << utilityTells();
+}
+
+testing::AssertionResult Story::isFree(const Combination& combination) {
+    if (waitUntil([&] { return !prober_.areTaken({grabOf(combination)}); })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << combination.keyName() << " is still taken";
+}
+
+void Story::unbindWindowManager() {
+    const auto settings = desktop.home() / ".config" / "openbox";
+    std::filesystem::create_directories(settings);
+    std::ofstream(settings / "rc.xml")
+        << R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard/></openbox_config>)";
+    run({"openbox", "--reconfigure"});
+    const Combination closing{118, option};
+    if (const auto freed = isFree(closing); !freed) {
+        throw std::runtime_error(freed.message());
+    }
 }
 
 KeyGrab Story::grabOf(const Combination& combination) {
@@ -156,14 +174,14 @@ void Story::strike(const Combination& combination) {
 }
 
 testing::AssertionResult Story::isInFront(const Application& application) {
-    if (waitUntil([&] { return hasKeys(application.windows()); }, patience)) {
+    if (waitUntil([&] { return hasKeys(application.windows()); })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << application.name() << " is not in front\n" << diary();
 }
 
 testing::AssertionResult Story::isActive(xcb_window_t window) {
-    if (waitUntil([&] { return hasKeys({window}); }, patience)) {
+    if (waitUntil([&] { return hasKeys({window}); })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()
@@ -175,7 +193,7 @@ testing::AssertionResult Story::getsKeys(const Application& application) {
     const auto key = keyboard.keycode(unboundKey);
     const auto before = application.downs(key);
     keyboard.strike({unboundKey});
-    if (waitUntil([&] { return application.downs(key) > before; }, patience)) {
+    if (waitUntil([&] { return application.downs(key) > before; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << application.name() << " does not get the keys\n"
@@ -187,7 +205,7 @@ testing::AssertionResult Story::switchTo(const Application& application) {
         pager.activate(application.windows().at(0));
         return waitUntil([&] { return hasKeys(application.windows()); }, 2s);
     };
-    if (!waitUntil(comesSoon, patience)) { // what was opened before may still be on its way
+    if (!waitUntil(comesSoon)) { // what was opened before may still be on its way
         return isInFront(application);
     }
     return getsKeys(application);

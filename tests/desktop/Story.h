@@ -66,6 +66,12 @@ public:
     testing::AssertionResult areLive();
     testing::AssertionResult isLive(const KeyGrab& grab);
 
+    /// Whether, after some waiting, nobody holds the combination any more.
+    testing::AssertionResult isFree(const Combination& combination);
+
+    /// Takes all key bindings from the window manager, which must be Openbox.
+    void unbindWindowManager();
+
     /// The combination on this keyboard, as long as nobody has moved the modifiers.
     KeyGrab grabOf(const Combination& combination);
 

@@ -12,8 +12,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
-
 class TargetsTest : public testing::TestWithParam<const char*> {
 protected:
     Story story{GetParam()};

@@ -14,8 +14,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
-
 class TrustTest : public testing::Test {
 protected:
     Story story;

@@ -48,10 +48,10 @@ TEST_F(TypingTest, AroundACombinationKeepsItsOrderAndLosesOnlyTheBoundPress) {
     story.startUtility();
     const auto before = front.keys().size();
     for (std::size_t index = 0; index < 200; ++index) {
-        const bool bound = index % 8 == 5;
+        const bool isBound = index % 8 == 5;
         const auto keys =
-            bound ? toFront.keys() : std::vector<std::string>{letters[index % letters.size()]};
-        expectStrike(keys, bound);
+            isBound ? toFront.keys() : std::vector<std::string>{letters[index % letters.size()]};
+        expectStrike(keys, isBound);
         story.keyboard.strike(keys);
     }
     ASSERT_TRUE(story.getsKeys(front));

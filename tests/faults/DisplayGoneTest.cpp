@@ -12,8 +12,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
-
 class DisplayGoneTest : public testing::TestWithParam<int> {
 protected:
     void SetUp() override {

@@ -14,7 +14,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
 constexpr auto title = "Hollowfernpike - ショートカット管理";
 constexpr auto name = "app.hollowfernpike.Hollowfernpike";
 

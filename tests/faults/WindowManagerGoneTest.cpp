@@ -12,9 +12,6 @@ namespace {
 
 using namespace test;
 
-const Combination bound{37, control | option};
-const Combination another{38, control | option};
-
 class WindowManagerGoneTest : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
@@ -68,17 +65,17 @@ TEST_P(WindowManagerGoneTest, BoundPressesWorkAfterAnotherOneHasTakenItsPlace) {
 
 TEST_P(WindowManagerGoneTest, WithoutAnyABoundPressIsSwallowedAndLaunches) {
     auto& sleeper = story.install("Sleeper");
-    const Combination third{40, control | option};
-    story.bind(third, sleeper);
+    const Combination added{40, control | option};
+    story.bind(added, sleeper);
     story.utility().signal(SIGTERM);
     ASSERT_TRUE(story.utility().wait());
     story.startUtility();
     story.desktop.windowManager().signal(SIGKILL);
     ASSERT_TRUE(story.desktop.windowManager().wait());
-    story.strike(third);
+    story.strike(added);
     EXPECT_TRUE(waitUntil([&] { return sleeper.starts() == 1; }, 20s));
     startSuccessor({GetParam()});
-    EXPECT_TRUE(story.brings(sleeper, front, third));
+    EXPECT_TRUE(story.brings(sleeper, front, added));
     EXPECT_EQ(sleeper.starts(), 1);
 }
 

@@ -17,8 +17,6 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto stillness = 200ms;
-constexpr auto patience = 10s;
-
 /// A connection to a display that looks at its screen.
 class Eye {
 public:
@@ -79,7 +77,7 @@ QImage picture(const std::string& display) {
         }
         return Clock::now() - since >= stillness;
     };
-    if (!test::waitUntil(isStill, patience)) {
+    if (!test::waitUntil(isStill)) {
         throw std::runtime_error("the screen does not come to rest");
     }
     return picture;

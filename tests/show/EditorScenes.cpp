@@ -10,13 +10,12 @@ namespace hollowfernpike::show {
 
 namespace {
 
-const test::Combination bareLetter{0, 0};
 const test::Combination combination{17, test::control | test::option};
 
-void takeApplications(Studio& studio) {
+void takeApplications(Studio& studio, xcb_window_t editor) {
     auto& user = studio.user;
     auto& keyboard = studio.story.keyboard;
-    const auto panel = user.openApplications();
+    const auto panel = user.openApplications(editor);
     studio.take("applications");
     type(keyboard, "te");
     studio.take("applications-found");
@@ -29,7 +28,7 @@ void takeRecording(Studio& studio, xcb_window_t editor) {
     auto& user = studio.user;
     user.startRecording(editor);
     studio.take("editor-recording");
-    studio.story.strike(bareLetter);
+    studio.story.strike(test::bareLetter);
     studio.take("editor-modifier-missing");
     studio.story.strike(combination);
     user.finishRecording(editor);
@@ -41,7 +40,7 @@ void takeAdding(Studio& studio) {
     auto& user = studio.user;
     const auto editor = user.clickAdd();
     studio.take("editor-step-1");
-    takeApplications(studio);
+    takeApplications(studio, editor);
     user.choose(editor, "Terminal");
     studio.take("editor-chosen");
     takeRecording(studio, editor);
@@ -53,7 +52,7 @@ void takeUnidentified(Studio& studio, xcb_window_t editor) {
     auto& keyboard = studio.story.keyboard;
     const auto entry = studio.file("elsewhere.desktop");
     std::filesystem::copy_file(studio.entry("Calendar"), entry);
-    const auto panel = user.openApplications();
+    const auto panel = user.openApplications(editor);
     for (const char* key : {"TAB", "TAB", "SPCE"}) {
         keyboard.strike({key});
     }

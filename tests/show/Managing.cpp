@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 using test::waitUntil;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto patience = 20s;
 constexpr int manageEntry = 0;
 constexpr auto application = "Terminal";
 constexpr auto windowClass = "XTerm";
@@ -68,7 +67,7 @@ void Managing::add() {
     studio_.take("9-combination-recorded");
     user.clickSave(editor);
     narrator_.fact(std::string(first) + " is added for " + application,
-                   waitUntil([this] { return list().size() == 1; }, patience));
+                   waitUntil([this] { return list().size() == 1; }));
     studio_.take("10-added");
     press(firstCombination, first);
     studio_.take("11-pressed");
@@ -82,7 +81,7 @@ void Managing::edit() {
     studio_.take("12-edited");
     user.clickSave(editor);
     narrator_.fact(std::string("it is changed to ") + second + ", and " + first + " is free again",
-                   isFree(firstCombination));
+                   studio_.story.isFree(firstCombination));
     press(secondCombination, second);
     added_ = list();
 }
@@ -93,7 +92,7 @@ void Managing::exportList() {
     const auto panel = studio_.user.clickExport();
     studio_.take("13-export");
     studio_.user.enterPath(panel, file);
-    const bool isWhole = waitUntil([&] { return test::contents(file) == added_; }, patience);
+    const bool isWhole = waitUntil([&] { return test::contents(file) == added_; });
     narrator_.fact("the list is exported as it is", isWhole);
 }
 
@@ -102,7 +101,7 @@ void Managing::remove() {
     studio_.take("14-delete");
     studio_.user.strikeAndLeave(question, "RTRN");
     narrator_.fact(std::string("it is deleted, and ") + second + " is free",
-                   listBecomes(nlohmann::json::array()) && isFree(secondCombination));
+                   listBecomes(nlohmann::json::array()) && studio_.story.isFree(secondCombination));
     studio_.take("15-deleted");
 }
 
@@ -120,7 +119,7 @@ void Managing::importList() {
 void Managing::end() {
     auto& utility = studio_.story.utility();
     utility.signal(SIGTERM);
-    narrator_.fact("SIGTERM: the utility ended with status 0", utility.wait(patience) == 0);
+    narrator_.fact("SIGTERM: the utility ended with status 0", utility.wait(test::patience) == 0);
 }
 
 void Managing::openWindow() {
@@ -134,18 +133,13 @@ void Managing::press(const test::Combination& combination, const std::string& ke
     studio_.story.strike(combination);
     auto& pager = studio_.story.pager;
     const bool isInFront =
-        waitUntil([&] { return pager.classOf(pager.activeWindow()) == windowClass; }, patience);
+        waitUntil([&] { return pager.classOf(pager.activeWindow()) == windowClass; });
     narrator_.fact(keys + ": " + application + " in front after " + format(Clock::now() - begin),
                    isLive && isInFront);
 }
 
-bool Managing::isFree(const test::Combination& combination) {
-    return waitUntil([&] { return !prober_.areTaken({studio_.story.grabOf(combination)}); },
-                     patience);
-}
-
 bool Managing::listBecomes(const nlohmann::json& expected) {
-    return waitUntil([&] { return list() == expected; }, patience);
+    return waitUntil([&] { return list() == expected; });
 }
 
 nlohmann::json Managing::list() const {

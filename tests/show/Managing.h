@@ -1,6 +1,5 @@
 #pragma once
 
-#include "desktop/KeyGrabber.h"
 #include "show/Narrator.h"
 #include "show/Studio.h"
 
@@ -34,14 +33,12 @@ private:
 
     /// Strikes the combination while the management window is in front.
     void press(const test::Combination& combination, const std::string& keys);
-    bool isFree(const test::Combination& combination);
     bool listBecomes(const nlohmann::json& expected);
     nlohmann::json list() const;
 
     Narrator narrator_;
     Studio studio_;
     Panel panel_;
-    test::KeyGrabber prober_{studio_.story.desktop.display()};
     nlohmann::json added_;
 };
 

@@ -17,7 +17,6 @@ using namespace std::chrono_literals;
 using test::waitUntil;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto patience = 30s;
 constexpr int roundTrips = 3;
 
 std::string contents(const std::filesystem::path& file) {
@@ -70,7 +69,7 @@ void Show::start() {
     stage_.keyboard.strike({"RTRN"}); // from now on this is the keyboard in use
     const auto begin = Clock::now();
     stage_.startUtility();
-    const bool areHeld = waitUntil([this] { return stage_.combinationsAreHeld(); }, patience);
+    const bool areHeld = waitUntil([this] { return stage_.combinationsAreHeld(); });
     narrator_.fact("the utility holds " + terminal_.keys + " and " + editor_.keys + " after " +
                        format(Clock::now() - begin),
                    areHeld);
@@ -109,20 +108,20 @@ void Show::restore(const Binding& binding) {
     const auto isAway = [&] {
         return stage_.pager.isMinimised(window) && stage_.pager.activeWindow() != window;
     };
-    if (!waitUntil(isAway, patience)) {
+    if (!waitUntil(isAway)) {
         throw std::runtime_error(binding.application + " cannot be minimised");
     }
     const auto taken = strikeUntilInFront(binding);
     narrator_.fact(binding.keys + ": " + binding.application +
                        " was minimised, restored to the front in " + format(taken),
-                   waitUntil([&] { return !stage_.pager.isMinimised(window); }, patience));
+                   waitUntil([&] { return !stage_.pager.isMinimised(window); }));
 }
 
 void Show::end() {
     const auto windows = stage_.pager.stacking().size();
     const auto begin = Clock::now();
     stage_.utility().signal(SIGTERM);
-    const auto status = stage_.utility().wait(patience);
+    const auto status = stage_.utility().wait(test::patience);
     narrator_.fact("SIGTERM: the utility ended with status 0 after " + format(Clock::now() - begin),
                    status == 0);
     narrator_.fact("both combinations are free again", stage_.combinationsAreFree());
@@ -148,7 +147,7 @@ Show::Time Show::strikeUntilInFront(const Binding& binding) {
         stage_.keyboard.release(modifier);
     }
     const auto arrival = isThere ? test::FrontWatch::Arrival{.window = XCB_NONE, .time = begin}
-                                 : stage_.front.wait(isWanted, patience);
+                                 : stage_.front.wait(isWanted, test::patience);
     if (!arrival) {
         throw std::runtime_error(binding.keys + " does not bring " + binding.application +
                                  " to the front");
@@ -163,7 +162,7 @@ void Show::type(const Binding& into, const std::string& text) {
     const auto getsKeys = [&] {
         return (stage_.pager.focusedWindow() == terminal) == intoTerminal;
     };
-    if (!waitUntil(getsKeys, patience)) {
+    if (!waitUntil(getsKeys)) {
         throw std::runtime_error(into.application + " does not get the keys");
     }
     show::type(stage_.keyboard, text);

@@ -12,8 +12,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 20s;
-
 test::ScreenSize screenSize(int scale) {
     return {.width = 800 * scale, .height = 680 * scale};
 }
@@ -65,7 +63,7 @@ void Studio::take(const std::string& name, int top) {
                        0xFF000000U | groundColor(edition), margin);
         return !next.isNull() && next != last_;
     };
-    if (!test::waitUntil(isNew, patience)) {
+    if (!test::waitUntil(isNew)) {
         throw std::runtime_error(edition.name() + '/' + name + " shows nothing new");
     }
     save(next, folder_ / (name + ".png"));

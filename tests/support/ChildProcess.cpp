@@ -120,14 +120,14 @@ const std::string& ChildProcess::errors() {
 }
 
 std::optional<std::string> ChildProcess::waitForLine(const std::string& prefix,
-                                                     std::chrono::milliseconds bound) {
+                                                     std::chrono::milliseconds longest) {
     std::optional<std::string> line;
     const auto found = [&] {
         const bool ended = hasEnded();
         line = findLine(output(), prefix);
         return line || ended;
     };
-    return waitUntil(found, bound) ? line : std::nullopt;
+    return waitUntil(found, longest) ? line : std::nullopt;
 }
 
 void ChildProcess::signal(int number) const {
@@ -142,8 +142,8 @@ bool ChildProcess::hasEnded() {
     return status_.has_value();
 }
 
-std::optional<int> ChildProcess::wait(std::chrono::milliseconds bound) {
-    return waitUntil([this] { return hasEnded(); }, bound) ? status_ : std::nullopt;
+std::optional<int> ChildProcess::wait(std::chrono::milliseconds longest) {
+    return waitUntil([this] { return hasEnded(); }, longest) ? status_ : std::nullopt;
 }
 
 } // namespace hollowfernpike::test

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/WaitUntil.h"
+
 #include <chrono>
 #include <map>
 #include <optional>
@@ -32,18 +34,17 @@ public:
     const std::string& errors();
 
     /// Waits for a whole line on standard output that begins with `prefix` and returns it; absent
-    /// if the program ends first or `bound` passes.
+    /// if the program ends first or `longest` passes.
     std::optional<std::string> waitForLine(const std::string& prefix,
-                                           std::chrono::milliseconds bound = std::chrono::seconds{
-                                               10});
+                                           std::chrono::milliseconds longest = patience);
 
     void signal(int number) const;
 
     /// Whether it has ended; reaps it.
     bool hasEnded();
 
-    /// Waits for its end. The exit code, or minus the signal's number; absent after `bound`.
-    std::optional<int> wait(std::chrono::milliseconds bound = std::chrono::seconds{10});
+    /// Waits for its end. The exit code, or minus the signal's number; absent after `longest`.
+    std::optional<int> wait(std::chrono::milliseconds longest = patience);
 
 private:
     pid_t pid_ = -1;

@@ -23,11 +23,11 @@ public:
         return std::make_unique<Entry>(watches_, key);
     }
 
-    /// Serves descriptors until `condition` holds; false if it does not within `bound`. The
+    /// Serves descriptors until `condition` holds; false if it does not within `longest`. The
     /// condition is asked after each round and every few milliseconds.
     template <class Condition>
-    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds bound = 10s) {
-        const auto deadline = std::chrono::steady_clock::now() + bound;
+    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds longest = patience) {
+        const auto deadline = std::chrono::steady_clock::now() + longest;
         while (!condition()) {
             if (std::chrono::steady_clock::now() >= deadline) {
                 return false;

@@ -22,11 +22,11 @@ public:
         schedule(delay, std::move(work));
     }
 
-    /// Runs work as it becomes due until `condition` holds; false if it does not within `bound`.
+    /// Runs work as it becomes due until `condition` holds; false if it does not within `longest`.
     /// The condition is asked after each piece of work and every few milliseconds.
     template <class Condition>
-    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds bound = 10s) {
-        const auto deadline = Clock::now() + bound;
+    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds longest = patience) {
+        const auto deadline = Clock::now() + longest;
         while (!condition()) {
             if (Clock::now() >= deadline) {
                 return false;

@@ -14,7 +14,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr auto operation = FileOperation::write;
+constexpr auto writing = FileOperation::write;
 constexpr int longestChain = 40; // of symbolic links, as the kernel follows them
 
 /// Where the file really is, or would be made.
@@ -47,10 +47,10 @@ std::optional<struct stat> statusOf(const std::filesystem::path& file) {
 
 void requireRegular(const std::filesystem::path& file, const struct stat& status) {
     if (S_ISDIR(status.st_mode)) {
-        throw fileError(operation, file, EISDIR);
+        throw fileError(writing, file, EISDIR);
     }
     if (!S_ISREG(status.st_mode)) {
-        throw notARegularFile(operation, file);
+        throw notARegularFile(writing, file);
     }
 }
 
@@ -115,7 +115,7 @@ void writeFileAtomically(const std::filesystem::path& file, std::string_view dat
     try {
         replace(withoutLinks(file), data);
     } catch (const std::system_error& error) {
-        throw fileError(operation, file, error.code().value());
+        throw fileError(writing, file, error.code().value());
     }
 }
 

@@ -16,7 +16,7 @@ namespace hollowfernpike::freedesktop {
 namespace {
 
 constexpr off_t largestEntry = 1 << 20;
-constexpr auto group = G_KEY_FILE_DESKTOP_GROUP;
+constexpr auto desktopGroup = G_KEY_FILE_DESKTOP_GROUP;
 
 FileStamp stampOfRegularFile(const std::string& path) {
     struct stat status {};
@@ -42,7 +42,7 @@ KeyFilePointer load(const std::string& path, GKeyFileFlags flags) {
                                             : notAnApplication(path);
     }
     if (const TextPointer first(g_key_file_get_start_group(file.get()));
-        std::string_view(orEmpty(first.get())) != group) {
+        std::string_view(orEmpty(first.get())) != desktopGroup) {
         throw notAnApplication(path);
     }
     return file;
@@ -71,38 +71,39 @@ EntryFile::EntryFile(const std::string& path, Translations translations)
                                                          : G_KEY_FILE_NONE)) {}
 
 bool EntryFile::has(const char* key) const {
-    return g_key_file_has_key(keys(), group, key, nullptr) != FALSE;
+    return g_key_file_has_key(keys(), desktopGroup, key, nullptr) != FALSE;
 }
 
 std::string EntryFile::text(const char* key) const {
-    return taken(g_key_file_get_string(keys(), group, key, nullptr));
+    return taken(g_key_file_get_string(keys(), desktopGroup, key, nullptr));
 }
 
 bool EntryFile::flag(const char* key, bool otherwise) const {
     GError* failure = nullptr;
-    const bool value = g_key_file_get_boolean(keys(), group, key, &failure) != FALSE;
+    const bool value = g_key_file_get_boolean(keys(), desktopGroup, key, &failure) != FALSE;
     const ErrorPointer error(failure);
     return error ? otherwise : value;
 }
 
 std::vector<std::string> EntryFile::list(const char* key) const {
     gsize count = 0;
-    auto* const texts = g_key_file_get_string_list(keys(), group, key, &count, nullptr);
+    auto* const texts = g_key_file_get_string_list(keys(), desktopGroup, key, &count, nullptr);
     return taken(texts, count);
 }
 
 std::string EntryFile::translatedText(const char* key) const {
-    return taken(g_key_file_get_locale_string(keys(), group, key, nullptr, nullptr));
+    return taken(g_key_file_get_locale_string(keys(), desktopGroup, key, nullptr, nullptr));
 }
 
 std::string EntryFile::textIn(const std::string& language, const char* key) const {
-    return taken(g_key_file_get_locale_string(keys(), group, key, language.c_str(), nullptr));
+    return taken(
+        g_key_file_get_locale_string(keys(), desktopGroup, key, language.c_str(), nullptr));
 }
 
 std::vector<std::string> EntryFile::listIn(const std::string& language, const char* key) const {
     gsize count = 0;
-    auto* const texts =
-        g_key_file_get_locale_string_list(keys(), group, key, language.c_str(), &count, nullptr);
+    auto* const texts = g_key_file_get_locale_string_list(keys(), desktopGroup, key,
+                                                          language.c_str(), &count, nullptr);
     return taken(texts, count);
 }
 

@@ -77,9 +77,9 @@ std::string_view withoutScreen(std::string_view display) {
 }
 
 bool isOfThisDisplay(const ProcessFacts& process) {
-    const char* const ours = std::getenv("DISPLAY");
-    return ours == nullptr || process.display.empty() ||
-           withoutScreen(process.display) == withoutScreen(ours);
+    const char* const ourDisplay = std::getenv("DISPLAY");
+    return ourDisplay == nullptr || process.display.empty() ||
+           withoutScreen(process.display) == withoutScreen(ourDisplay);
 }
 
 } // namespace

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr auto interfaceName = "org.freedesktop.Application";
 constexpr auto patience = 5s;
-constexpr auto step = 100us;
+constexpr auto recheckInterval = 100us;
 
 // D-Bus Specification, "Message Bus Messages".
 constexpr auto busName = "org.freedesktop.DBus";
@@ -77,7 +77,7 @@ bool ApplicationService::handOver(const ApplicationRequest& request) const {
 bool ApplicationService::isAnswered(const QDBusPendingCall& call) const {
     const QDeadlineTimer deadline(patience);
     while (!call.isFinished() && bus_.get().isConnected() && !deadline.hasExpired()) {
-        std::this_thread::sleep_for(step);
+        std::this_thread::sleep_for(recheckInterval);
     }
     return call.isFinished() && !call.isError();
 }

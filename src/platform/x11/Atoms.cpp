@@ -11,7 +11,7 @@ struct Name {
     std::string_view text;
 };
 
-constexpr auto names = std::to_array<Name>({
+constexpr auto namesOfAtoms = std::to_array<Name>({
     {&Atoms::supported, "_NET_SUPPORTED"},
     {&Atoms::clientList, "_NET_CLIENT_LIST"},
     {&Atoms::clientListStacking, "_NET_CLIENT_LIST_STACKING"},
@@ -55,17 +55,17 @@ xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
 }
 
 Atoms::Atoms(const Connection& connection) {
-    std::array<xcb_intern_atom_cookie_t, names.size()> cookies{};
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        const auto text = names[index].text;
+    std::array<xcb_intern_atom_cookie_t, namesOfAtoms.size()> cookies{};
+    for (std::size_t index = 0; index < namesOfAtoms.size(); ++index) {
+        const auto text = namesOfAtoms[index].text;
         cookies[index] = xcb_intern_atom(connection.get(), 0,
                                          static_cast<std::uint16_t>(text.size()), text.data());
     }
-    for (std::size_t index = 0; index < names.size(); ++index) {
+    for (std::size_t index = 0; index < namesOfAtoms.size(); ++index) {
         const Reply<xcb_intern_atom_reply_t> reply(
             xcb_intern_atom_reply(connection.get(), cookies[index], nullptr));
         if (reply) {
-            this->*names[index].member = reply->atom;
+            this->*namesOfAtoms[index].member = reply->atom;
         }
     }
 }

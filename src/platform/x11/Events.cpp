@@ -1,13 +1,13 @@
 #include "platform/x11/Events.h"
 
+#include "platform/x11/EventKinds.h"
+
 namespace hollowfernpike::x11 {
 
 namespace {
 
-constexpr std::uint8_t eventTypeMask = 0x7F; // without the mark of events that clients sent
-
 const xcb_property_notify_event_t* asPropertyChange(const xcb_generic_event_t& event) {
-    return (event.response_type & eventTypeMask) == XCB_PROPERTY_NOTIFY
+    return eventCode(event) == XCB_PROPERTY_NOTIFY
                ? reinterpret_cast<const xcb_property_notify_event_t*>(&event)
                : nullptr;
 }

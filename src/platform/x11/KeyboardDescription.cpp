@@ -18,7 +18,7 @@ constexpr std::uint32_t nameParts = XCB_XKB_NAME_DETAIL_KEY_NAMES |
                                     XCB_XKB_NAME_DETAIL_VIRTUAL_MOD_NAMES;
 
 using AtomCookies = std::array<xcb_intern_atom_cookie_t, virtualModifierNames.size()>;
-using Atoms = std::array<xcb_atom_t, virtualModifierNames.size()>;
+using VirtualModifierAtoms = std::array<xcb_atom_t, virtualModifierNames.size()>;
 
 AtomCookies requestAtoms(xcb_connection_t* connection) {
     AtomCookies cookies{};
@@ -30,8 +30,8 @@ AtomCookies requestAtoms(xcb_connection_t* connection) {
     return cookies;
 }
 
-Atoms awaitAtoms(xcb_connection_t* connection, const AtomCookies& cookies) {
-    Atoms atoms{};
+VirtualModifierAtoms awaitAtoms(xcb_connection_t* connection, const AtomCookies& cookies) {
+    VirtualModifierAtoms atoms{};
     for (std::size_t index = 0; index < cookies.size(); ++index) {
         const Reply<xcb_intern_atom_reply_t> reply{
             xcb_intern_atom_reply(connection, cookies.at(index), nullptr)};
@@ -129,7 +129,8 @@ void addNames(KeyboardDescription& description, const xcb_xkb_get_names_reply_t&
 }
 
 void addVirtualModifiers(KeyboardDescription& description, const xcb_xkb_get_map_reply_t& map,
-                         const xcb_xkb_get_names_reply_t& names, const Atoms& atoms) {
+                         const xcb_xkb_get_names_reply_t& names,
+                         const VirtualModifierAtoms& atoms) {
     const auto places = spread(map.virtualMods, unpack(map).vmods_rtrn);
     const auto bitNames = spread(names.virtualMods, unpack(names).virtualModNames);
     for (std::size_t index = 0; index < atoms.size(); ++index) {

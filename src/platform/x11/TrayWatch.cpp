@@ -1,6 +1,7 @@
 #include "platform/x11/TrayWatch.h"
 
 #include "platform/x11/Atoms.h"
+#include "platform/x11/EventKinds.h"
 #include "platform/x11/Reply.h"
 #include "platform/x11/TraySelection.h"
 
@@ -10,7 +11,6 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
-constexpr std::uint8_t eventTypeMask = 0x7F; // without the mark of events that clients sent
 constexpr std::uint32_t structureEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 
 void selectStructureEvents(xcb_connection_t* server, xcb_window_t window) {
@@ -52,7 +52,7 @@ bool TrayWatch::readNews() {
 }
 
 bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
-    const auto type = event.response_type & eventTypeMask;
+    const auto type = eventCode(event);
     if (type == XCB_CLIENT_MESSAGE) {
         const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
         return message.type == manager_ && message.format == 32 &&

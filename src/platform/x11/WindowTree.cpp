@@ -12,9 +12,8 @@ namespace {
 
 constexpr std::uint32_t iconicState = 3; // WM_STATE, as XIconifyWindow leaves it
 
-using Windows = std::vector<xcb_window_t>;
-
-Windows takeChildren(const Connection& connection, xcb_query_tree_cookie_t question) {
+std::vector<xcb_window_t> takeChildren(const Connection& connection,
+                                       xcb_query_tree_cookie_t question) {
     const Reply<xcb_query_tree_reply_t> reply(
         xcb_query_tree_reply(connection.get(), question, nullptr));
     if (!reply) {
@@ -24,20 +23,20 @@ Windows takeChildren(const Connection& connection, xcb_query_tree_cookie_t quest
     return {first, first + xcb_query_tree_children_length(reply.get())};
 }
 
-void keepLast(Windows& windows, std::size_t most) {
+void keepLast(std::vector<xcb_window_t>& windows, std::size_t most) {
     const auto surplus = windows.size() - std::min(windows.size(), most);
     windows.erase(windows.begin(), windows.begin() + static_cast<std::ptrdiff_t>(surplus));
 }
 
 /// Every child of the root, each followed by its own children.
-Windows candidates(const Connection& connection, std::size_t most) {
+std::vector<xcb_window_t> candidates(const Connection& connection, std::size_t most) {
     auto* server = connection.get();
     auto children = takeChildren(connection, xcb_query_tree(server, connection.root()));
     keepLast(children, most);
     std::vector<xcb_query_tree_cookie_t> questions;
     std::ranges::transform(children, std::back_inserter(questions),
                            [server](auto window) { return xcb_query_tree(server, window); });
-    Windows all;
+    std::vector<xcb_window_t> all;
     for (std::size_t index = 0; index < children.size(); ++index) {
         all.push_back(children[index]);
         std::ranges::copy(takeChildren(connection, questions[index]), std::back_inserter(all));

@@ -11,8 +11,6 @@ namespace {
 
 using namespace test;
 
-const Combination third{40, shift | command};
-
 /// Which application a shortcut is for.
 class ChoosingTest : public EditorStoryTest {
 protected:
@@ -32,8 +30,8 @@ protected:
     }
 
     /// Chooses an entry file by its path in the panel behind "Other...".
-    void chooseFile(const std::filesystem::path& file) {
-        const auto panel = story.openApplications();
+    void chooseFile(xcb_window_t editor, const std::filesystem::path& file) {
+        const auto panel = story.openApplications(editor);
         story.clickOn(story.part(story.titles.applications, "push button", "その他..."));
         story.enterPath(story.comes(story.titles.applications, panel), file);
         story.goes(panel);
@@ -51,7 +49,7 @@ protected:
 
 TEST_F(ChoosingTest, AnApplicationWithoutIdentifierCannotBeSaved) {
     const auto editor = story.clickAdd();
-    chooseFile(strayEntry());
+    chooseFile(editor, strayEntry());
     story.part(adding, "label", "stray");
     story.clickRecord(adding);
     EXPECT_TRUE(story.records(adding, third));
@@ -69,7 +67,7 @@ TEST_F(ChoosingTest, AnApplicationWithoutIdentifierCannotBeSaved) {
 
 TEST_F(ChoosingTest, AnEditedShortcutCannotGetAnApplicationWithoutIdentifier) {
     const auto editor = story.clickEdit(0);
-    chooseFile(strayEntry());
+    chooseFile(editor, strayEntry());
     expectRefusal(editing, text::selectAnApplication);
     story.strikeAndLeave(editor, "ESC");
     EXPECT_TRUE(story.brings(quartz, story.front, bound));
@@ -78,7 +76,7 @@ TEST_F(ChoosingTest, AnEditedShortcutCannotGetAnApplicationWithoutIdentifier) {
 TEST_F(ChoosingTest, AnUnreadableEntryKeepsTheIdentifierOfTheEditedShortcut) {
     const auto file = write("broken.desktop", "no entry at all");
     const auto editor = story.clickEdit(0);
-    chooseFile(file);
+    chooseFile(editor, file);
     story.part(editing, "label", "broken");
     story.clickSave(editor);
     auto expected = before;
@@ -90,7 +88,7 @@ TEST_F(ChoosingTest, AnUnreadableEntryKeepsTheIdentifierOfTheEditedShortcut) {
 
 TEST_F(ChoosingTest, AnUnreadableEntryHasNoIdentifierForANewShortcut) {
     const auto editor = story.clickAdd();
-    chooseFile(write("broken.desktop", "no entry at all"));
+    chooseFile(editor, write("broken.desktop", "no entry at all"));
     story.clickRecord(adding);
     EXPECT_TRUE(story.records(adding, third));
     expectRefusal(adding, text::selectAnApplication);
@@ -100,7 +98,7 @@ TEST_F(ChoosingTest, AnUnreadableEntryHasNoIdentifierForANewShortcut) {
 TEST_F(ChoosingTest, APanelThatIsCancelledLeavesANewShortcutWithoutApplication) {
     const auto editor = story.clickAdd();
     const auto place = story.screen.placeOf(editor);
-    story.strikeAndLeave(story.openApplications(), "ESC");
+    story.strikeAndLeave(story.openApplications(editor), "ESC");
     ASSERT_TRUE(story.isActive(editor));
     EXPECT_EQ(story.screen.placeOf(editor), place);
     story.keyboard.strike({"RTRN"}); // Save is disabled
@@ -110,7 +108,7 @@ TEST_F(ChoosingTest, APanelThatIsCancelledLeavesANewShortcutWithoutApplication) 
 
 TEST_F(ChoosingTest, APanelThatIsCancelledLeavesAnEditedShortcutAsItIs) {
     const auto editor = story.clickEdit(0);
-    story.strikeAndLeave(story.openApplications(), "ESC");
+    story.strikeAndLeave(story.openApplications(editor), "ESC");
     ASSERT_TRUE(story.isActive(editor));
     story.part(editing, "label", quartz.name());
     story.strikeAndLeave(editor, "RTRN");
@@ -119,7 +117,7 @@ TEST_F(ChoosingTest, APanelThatIsCancelledLeavesAnEditedShortcutAsItIs) {
 
 TEST_F(ChoosingTest, AFilePanelThatIsCancelledLeadsBackToTheApplications) {
     const auto editor = story.clickEdit(0);
-    const auto panel = story.openApplications();
+    const auto panel = story.openApplications(editor);
     story.clickOn(story.part(story.titles.applications, "push button", "その他..."));
     story.strikeAndLeave(story.comes(story.titles.applications, panel), "ESC");
     story.strikeAndLeave(panel, "ESC");

@@ -1,7 +1,6 @@
 #include "desktop/editor/DeliveredKeys.h"
 
-#include <cstdlib>
-#include <memory>
+#include "desktop/Held.h"
 
 #include <xcb/res.h>
 #include <xcb/xcb_aux.h>
@@ -11,11 +10,6 @@
 namespace hollowfernpike::test {
 
 namespace {
-
-template <class T>
-std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
-    return {reply, &std::free};
-}
 
 bool isOfKey(const xcb_generic_event_t& event) {
     if (event.response_type != XCB_GE_GENERIC) {

@@ -12,7 +12,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr auto patience = 20s;
 constexpr auto recorder = "ショートカットキー";
 
 constexpr std::array<std::pair<std::uint64_t, std::string_view>, 4> modifierSymbols{{
@@ -45,7 +44,7 @@ void EditorStory::clickStop(std::string_view title) {
 
 testing::AssertionResult EditorStory::recorderShows(std::string_view title, std::string_view text) {
     const auto view = part(title, "panel", recorder);
-    if (waitUntil([&] { return reader.description(view) == text; }, patience)) {
+    if (waitUntil([&] { return reader.description(view) == text; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << reader.description(view) << " is not " << text;
@@ -66,7 +65,7 @@ testing::AssertionResult EditorStory::saves(const std::vector<KnownShortcut>& sh
         }
         return list() == expected;
     };
-    if (waitUntil(isSo, patience)) {
+    if (waitUntil(isSo)) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << list().dump(2) << "\nis not\n" << expected.dump(2);
@@ -77,7 +76,7 @@ void EditorStory::rememberConnections() {
 }
 
 testing::AssertionResult EditorStory::listensNoMore() {
-    if (waitUntil([&] { return pager.clients(utility().pid()) == connections_; }, patience)) {
+    if (waitUntil([&] { return pager.clients(utility().pid()) == connections_; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure()
@@ -86,18 +85,6 @@ testing::AssertionResult EditorStory::listensNoMore() {
 
 bool EditorStory::listens() {
     return pager.clients(utility().pid()) > connections_;
-}
-
-void EditorStory::unbindWindowManager() {
-    const auto settings = desktop.home() / ".config" / "openbox";
-    std::filesystem::create_directories(settings);
-    std::ofstream(settings / "rc.xml")
-        << R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard/></openbox_config>)";
-    run({"openbox", "--reconfigure"});
-    const Combination closing{118, option};
-    if (const auto freed = isFree(closing); !freed) {
-        throw std::runtime_error(freed.message());
-    }
 }
 
 std::string shown(const Combination& combination) {

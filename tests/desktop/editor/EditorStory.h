@@ -58,9 +58,6 @@ public:
     /// To be called while nobody records.
     void rememberConnections();
 
-    /// Takes all key bindings from the window manager.
-    void unbindWindowManager();
-
 private:
     std::size_t connections_ = 0;
 };
@@ -73,7 +70,6 @@ class EditorStoryTest : public testing::Test {
 protected:
     EditorStory story;
     Application& quartz = story.open("Quartz");
-    const Combination bound{37, control | option};
     nlohmann::json before;
 
     void SetUp() override;

@@ -17,9 +17,6 @@ namespace {
 
 using namespace test;
 
-const Combination bareLetter{0, 0};
-const Combination third{40, shift | command};
-
 /// What the utility sees of the keyboard, and what it lets others know of it.
 class QuietTest : public EditorStoryTest {
 protected:

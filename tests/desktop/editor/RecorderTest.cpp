@@ -11,9 +11,7 @@ namespace {
 
 using namespace test;
 
-const Combination bareLetter{0, 0};
 const Combination commandLetter{0, command};
-const Combination third{40, shift | command};
 
 // A, 1, keypad 5, F5, →: each is another one to a lock, or may be taken for that.
 constexpr std::array<std::uint16_t, 5> keysThatLocksChange{0, 18, 87, 96, 124};

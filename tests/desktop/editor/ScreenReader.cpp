@@ -9,8 +9,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr auto patience = 20s;
-
 constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr auto actionInterface = "org.a11y.atspi.Action";
 constexpr auto componentInterface = "org.a11y.atspi.Component";
@@ -23,7 +21,7 @@ constexpr std::uint32_t focused = 12;
 constexpr std::uint32_t selected = 23;
 constexpr std::uint32_t showing = 25;
 
-const Accessible desktop{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", {}, {}};
+const Accessible root{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", {}, {}};
 
 std::string described(const Accessible& part) {
     return part.role + " \"" + part.name + '"';
@@ -34,7 +32,7 @@ std::string described(const Accessible& part) {
 ScreenReader::ScreenReader(const std::string& sessionBus) : bus_(sessionBus) {}
 
 Accessible ScreenReader::find(std::string_view role, std::string_view name) {
-    return find(desktop, role, name);
+    return find(root, role, name);
 }
 
 Accessible ScreenReader::find(const Accessible& whole, std::string_view role,
@@ -47,7 +45,7 @@ Accessible ScreenReader::find(const Accessible& whole, std::string_view role,
         found = std::ranges::find(parts, described(wanted), described);
         return found != parts.end();
     };
-    if (waitUntil(isThere, patience)) {
+    if (waitUntil(isThere)) {
         return *found;
     }
     std::string all;

@@ -10,12 +10,12 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-const Combination first{37, control | option};
-const Combination second{38, command};
-
 /// Somebody who uses the windows over the accessibility bus alone. Only combinations are pressed.
 class ScreenReaderTest : public testing::Test {
 protected:
+    const Combination first{37, control | option};
+    const Combination second{38, command};
+
     EditorStory story;
     ScreenReader& reader = story.reader;
     Application& quartz = story.open("Quartz");
@@ -114,7 +114,6 @@ TEST_F(ScreenReaderTest, EditsAndDeletesAShortcutByItsCard) {
     make(feldspar, second);
     press(card(quartz, first), "編集");
     const auto editor = dialog(story.titles.editing);
-    const Combination third{40, shift | command};
     record(editor, third);
     press(editor, "保存");
     EXPECT_TRUE(story.saves({{quartz, third}, {feldspar, second}}));

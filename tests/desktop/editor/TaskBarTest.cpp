@@ -10,8 +10,6 @@ namespace {
 
 using namespace test;
 
-const Combination third{40, shift | command};
-
 /// A panel shows the status item, so that task bars list our windows only while we are an
 /// application like any other. Nobody has recorded anything yet.
 class TaskBarTest : public testing::Test {

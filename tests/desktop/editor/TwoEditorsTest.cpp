@@ -7,7 +7,6 @@ namespace {
 
 using namespace test;
 
-const Combination third{40, shift | command};
 const Combination fourth{41, shift | command};
 
 /// An editor for the one shortcut and one for a second shortcut, of which the latter is in front.

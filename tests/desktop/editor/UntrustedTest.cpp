@@ -11,8 +11,6 @@ namespace {
 
 using namespace test;
 
-const Combination first{37, control | option};
-
 /// The utility runs as a client that the display does not trust, until it does.
 class UntrustedTest : public testing::Test {
 protected:
@@ -41,7 +39,7 @@ protected:
 TEST_F(UntrustedTest, ItSaysWhatIsMissingAndRecordsNothing) {
     EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
     story.part(adding, "push button", "記録"); // or it throws
-    story.strike(first);
+    story.strike(bound);
     story.clickOn(story.part(adding, "push button", "記録")); // comes behind it
     EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
     story.part(adding, "push button", "記録");
@@ -52,11 +50,11 @@ TEST_F(UntrustedTest, OnceItIsTrustedTheSameButtonRecords) {
     EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
     std::filesystem::rename(makeAuthority("better", "trusted"), authority);
     story.clickRecord(adding);
-    EXPECT_TRUE(story.records(adding, first));
+    EXPECT_TRUE(story.records(adding, bound));
     story.clickOn(story.part(adding, "push button", "保存"));
-    EXPECT_TRUE(story.saves({{quartz, first}}));
-    ASSERT_TRUE(story.isLive(story.grabOf(first)));
-    EXPECT_TRUE(story.brings(quartz, story.front, first));
+    EXPECT_TRUE(story.saves({{quartz, bound}}));
+    ASSERT_TRUE(story.isLive(story.grabOf(bound)));
+    EXPECT_TRUE(story.brings(quartz, story.front, bound));
 }
 
 } // namespace

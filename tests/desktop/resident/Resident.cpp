@@ -8,12 +8,6 @@
 
 namespace hollowfernpike::test {
 
-namespace {
-
-constexpr auto patience = 20s;
-
-} // namespace
-
 std::string Resident::call(const std::string& method, const std::vector<std::string>& arguments) {
     std::vector<std::string> line{"app.hollowfernpike.Hollowfernpike",
                                   "/app/hollowfernpike/Hollowfernpike",
@@ -42,7 +36,7 @@ std::vector<std::string> Resident::titles() {
 }
 
 testing::AssertionResult Resident::shows(const std::string& title) {
-    if (waitUntil([&] { return titles() == std::vector{title}; }, patience)) {
+    if (waitUntil([&] { return titles() == std::vector{title}; })) {
         return testing::AssertionSuccess();
     }
     auto result = testing::AssertionFailure();

@@ -50,7 +50,6 @@ protected:
     Resident resident;
     Story& story = resident.story;
     StatusMenu& menu = resident.menu;
-    const Combination bound{37, control | option};
 
     /// Starts the utility and waits until the combination is live.
     void start();

@@ -11,7 +11,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr auto patience = 20s;
 const std::string menuInterface = "com.canonical.dbusmenu.";
 
 std::vector<MenuEntry> entriesIn(const std::string& layout) {

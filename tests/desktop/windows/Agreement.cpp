@@ -9,8 +9,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr auto patience = 20s;
-
 // The list in the window, and in it what a card shows between its icon and its buttons.
 constexpr std::size_t headerHeight = 52;
 constexpr std::size_t firstTop = headerHeight + 8;
@@ -61,7 +59,7 @@ testing::AssertionResult Agreement::ofTheFile(const std::vector<KnownShortcut>& 
         }
         return list;
     };
-    if (waitUntil([&] { return story_.list() == expected(); }, patience)) {
+    if (waitUntil([&] { return story_.list() == expected(); })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << "the file holds\n" << story_.list().dump(2);
@@ -92,7 +90,7 @@ testing::AssertionResult Agreement::ofTheCards(const std::vector<KnownShortcut>&
         before = std::exchange(seen, cards(window)); // a card may be half painted once
         return seen == before && areTheCardsOf(shortcuts, seen);
     };
-    if (!waitUntil(areRight, patience)) {
+    if (!waitUntil(areRight)) {
         return testing::AssertionFailure()
                << seen.size() << " cards, not those of " << shortcuts.size() << " shortcuts";
     }

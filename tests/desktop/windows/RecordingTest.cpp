@@ -10,8 +10,6 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-const Combination bound{37, control | option};
-
 class RecordingTest : public testing::Test {
 protected:
     WindowStory story;

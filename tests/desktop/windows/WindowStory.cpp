@@ -11,8 +11,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr auto patience = 20s;
-
 } // namespace
 
 WindowStory::WindowStory() : WindowUser(static_cast<Story&>(*this)), front(open("Front")) {}
@@ -33,19 +31,12 @@ void WindowStory::add(const Application& application, const Combination& combina
     }
 }
 
-testing::AssertionResult WindowStory::isFree(const Combination& combination) {
-    if (waitUntil([&] { return !prober_.areTaken({grabOf(combination)}); }, patience)) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << combination.keyName() << " is still taken";
-}
-
 json WindowStory::list() const {
     return contents(shortcutsFile());
 }
 
 testing::AssertionResult WindowStory::listBecomes(const json& expected) {
-    if (waitUntil([&] { return list() == expected; }, patience)) {
+    if (waitUntil([&] { return list() == expected; })) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << list().dump(2) << "\nis not\n" << expected.dump(2);

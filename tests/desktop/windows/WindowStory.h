@@ -23,9 +23,6 @@ public:
     /// Adds a shortcut from the open window to the live combination.
     void add(const Application& application, const Combination& combination);
 
-    /// Whether, after some waiting, nobody holds the combination any more.
-    testing::AssertionResult isFree(const Combination& combination);
-
     /// The shortcuts of the file, in order; an empty list if there is no file.
     nlohmann::json list() const;
 

@@ -11,7 +11,6 @@ class WindowStoryTest : public testing::Test {
 protected:
     const Combination first{37, control | option};
     const Combination second{38, command};
-    const Combination third{40, shift | command};
 
     WindowStory story;
 };

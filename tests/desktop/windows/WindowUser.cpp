@@ -10,8 +10,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr auto patience = 20s;
-
 // In pixels of the utility.
 constexpr int headerMiddle = 26;
 constexpr int exportMiddle = 30;
@@ -101,13 +99,14 @@ xcb_window_t WindowUser::clickImport() {
     return comes(titles.importing);
 }
 
-xcb_window_t WindowUser::openApplications() {
+xcb_window_t WindowUser::openApplications(xcb_window_t editor) {
+    waitForKeys(editor);
     story_.keyboard.strike({"SPCE"});
     return comes(titles.applications);
 }
 
 void WindowUser::choose(xcb_window_t editor, std::string_view application) {
-    const auto panel = openApplications();
+    const auto panel = openApplications(editor);
     show::type(story_.keyboard, application);
     strikeAndLeave(panel, "RTRN");
     require([&] { return heightOf(editor) == heightOfBothSteps; }, "the second step does not show");
@@ -168,9 +167,13 @@ WindowUser::Point WindowUser::pointOf(xcb_window_t window, int x, int y) {
 }
 
 void WindowUser::click(xcb_window_t window, Point point) {
+    waitForKeys(window);
+    mouse.click(point.x, point.y);
+}
+
+void WindowUser::waitForKeys(xcb_window_t window) {
     require([&] { return isInFrontOfAll(window); },
             story_.pager.titleOf(window) + " is not in front");
-    mouse.click(point.x, point.y);
 }
 
 int WindowUser::heightOf(xcb_window_t window) {
@@ -213,7 +216,7 @@ bool WindowUser::isInFrontOfAll(xcb_window_t window) {
 }
 
 void WindowUser::require(const std::function<bool()>& condition, const std::string& what) {
-    if (!waitUntil(condition, patience)) {
+    if (!waitUntil(condition)) {
         throw std::runtime_error(
             what + "; in front: " + story_.pager.titleOf(story_.pager.activeWindow()) + '\n' +
             story_.utilityTells());

@@ -78,8 +78,9 @@ public:
     Point editButton(int card);
     Point exportButton();
 
-    /// In an editor that has the keys: opens the panel of applications.
-    xcb_window_t openApplications();
+    /// Opens the panel of applications with the space bar, from the button that a new editor begins
+    /// with.
+    xcb_window_t openApplications(xcb_window_t editor);
 
     /// In an editor that has the keys: chooses the application by typing its name.
     void choose(xcb_window_t editor, std::string_view application);
@@ -116,6 +117,7 @@ private:
     void click(xcb_window_t window, Point point);
     bool isShown(xcb_window_t window);
     bool isInFrontOfAll(xcb_window_t window);
+    void waitForKeys(xcb_window_t window);
     int heightOf(xcb_window_t window);
 
     /// How thick the recorder's border is: 1 while idle, 2 while it records, 0 if it cannot be

@@ -19,15 +19,15 @@ public:
 
     PrivateDesktop& desktop() { return desktop_; }
 
-    /// Handles events until `condition` holds; false if it does not within `bound`.
+    /// Handles events until `condition` holds; false if it does not within `longest`.
     template <class Condition>
-    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds bound = 20s) {
+    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds longest = patience) {
         return waitUntil(
             [&] {
                 turn();
                 return condition();
             },
-            bound);
+            longest);
     }
 
 private:

@@ -9,15 +9,15 @@ namespace hollowfernpike::test {
 /// An application object whose event loop a test turns by hand.
 class EventLoop {
 public:
-    /// Handles events until `condition` holds; false if it does not within `bound`.
+    /// Handles events until `condition` holds; false if it does not within `longest`.
     template <class Condition>
-    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds bound = 10s) {
+    [[nodiscard]] bool runUntil(Condition condition, std::chrono::milliseconds longest = patience) {
         return waitUntil(
             [&] {
                 QCoreApplication::processEvents();
                 return condition();
             },
-            bound);
+            longest);
     }
 
 private:

@@ -41,7 +41,7 @@ constexpr const char* panelSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
 
 constexpr int panelHeight = 34;
 constexpr int lowestMenu = 40;
-constexpr auto patience = std::chrono::seconds{1}; // with a panel that is not ready yet
+constexpr auto shortPatience = std::chrono::seconds{1}; // with a panel that is not ready yet
 
 bool isNear(QRgb pixel, QRgb colour) {
     constexpr int tolerance = 10;
@@ -118,12 +118,12 @@ protected:
         return session.runUntil([&] {
             const auto where = place();
             pointer.click(where.x(), where.y(), 3);
-            if (session.runUntil([&] { return !openMenu().isEmpty(); }, patience)) {
+            if (session.runUntil([&] { return !openMenu().isEmpty(); }, shortPatience)) {
                 const auto first = openMenu().topLeft() + QPoint(20, 15);
                 pointer.click(first.x(), first.y());
             }
             const auto isChosen = [&] { return delegate.actions.size() == count; };
-            if (session.runUntil(isChosen, patience)) {
+            if (session.runUntil(isChosen, shortPatience)) {
                 return true;
             }
             keyboard.strike({"ESC"});

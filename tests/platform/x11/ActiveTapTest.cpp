@@ -8,9 +8,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint16_t keyX = 7;
-constexpr std::uint16_t keyC = 8;
-
 class ActiveTapTest : public KeyTapTest {
 protected:
     /// The names of the keys that make these modifiers, then the X key.

@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include <xcb/xcb_icccm.h>
+
 namespace hollowfernpike::test {
 
 using x11::Reply;
 
 namespace {
 
-constexpr std::uint32_t iconicState = 3;
 constexpr std::uint32_t fromUser = 2;
 
 } // namespace
@@ -82,7 +83,7 @@ bool DesktopObserver::isFocused(xcb_window_t window) {
 }
 
 void DesktopObserver::minimise(xcb_window_t window) {
-    message(window, "WM_CHANGE_STATE", {iconicState});
+    message(window, "WM_CHANGE_STATE", {XCB_ICCCM_WM_STATE_ICONIC});
 }
 
 void DesktopObserver::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {

@@ -6,6 +6,7 @@
 #include "support/PrivateDesktop.h"
 #include "support/PumpedMainQueue.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -14,6 +15,10 @@
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
+
+// Virtual key codes.
+constexpr std::uint16_t keyX = 7;
+constexpr std::uint16_t keyC = 8;
 
 namespace flags = platform::event_flags; // NOLINT(misc-unused-alias-decls): for the tests
 

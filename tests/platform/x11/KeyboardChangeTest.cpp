@@ -8,7 +8,6 @@ namespace hollowfernpike::test {
 namespace {
 
 constexpr std::uint16_t keyA = 0;
-constexpr std::uint16_t keyX = 7;
 constexpr std::uint16_t homeKey = 115;
 constexpr std::uint16_t calculatorKey = 256 + 140;
 

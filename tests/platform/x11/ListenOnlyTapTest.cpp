@@ -5,9 +5,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint16_t keyX = 7;
-constexpr std::uint16_t keyC = 8;
-
 class ListenOnlyTapTest : public KeyTapTest {};
 
 TEST_F(ListenOnlyTapTest, seesEveryPressAndTakesNone) {

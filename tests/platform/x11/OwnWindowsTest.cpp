@@ -7,13 +7,11 @@
 #include <optional>
 
 #include <xcb/xcb_aux.h>
+#include <xcb/xcb_icccm.h>
 
 namespace hollowfernpike::test {
 
 namespace {
-
-constexpr std::uint32_t withdrawnState = 0; // WM_STATE
-constexpr std::uint32_t iconicState = 3;
 
 class OwnWindowsTest : public WindowsTest, public testing::WithParamInterface<const char*> {
 protected:
@@ -115,7 +113,8 @@ TEST_P(OwnWindowsTest, WritesNoStateOfAWindowThatAWindowManagerKeepsMinimised) {
     xcb_aux_sync(server());
     const auto hidden = observer_.atom("_NET_WM_STATE_HIDDEN");
     observer_.setNumbers(window, "_NET_WM_STATE", XCB_ATOM_ATOM, {hidden});
-    observer_.setNumbers(window, "WM_STATE", observer_.atom("WM_STATE"), {iconicState, XCB_NONE});
+    observer_.setNumbers(window, "WM_STATE", observer_.atom("WM_STATE"),
+                         {XCB_ICCCM_WM_STATE_ICONIC, XCB_NONE});
     own_->setShownInTaskBar(window, false);
     xcb_aux_sync(server());
     EXPECT_EQ(observer_.numbers(window, "_NET_WM_STATE"), std::vector{hidden});
@@ -125,7 +124,7 @@ TEST_P(OwnWindowsTest, WritesTheStatesOfAWindowThatHasLeftTheScreen) {
     const auto window = create();
     xcb_aux_sync(server());
     observer_.setNumbers(window, "WM_STATE", observer_.atom("WM_STATE"),
-                         {withdrawnState, XCB_NONE});
+                         {XCB_ICCCM_WM_STATE_WITHDRAWN, XCB_NONE});
     own_->setShownInTaskBar(window, false);
     xcb_aux_sync(server());
     EXPECT_TRUE(isLeftOut(window));

@@ -5,8 +5,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint16_t keyX = 7;
-
 class SwallowingTest : public KeyTapTest {
 protected:
     SwallowingTest() { tap_->watch({combination(keyX, flags::control)}); }

@@ -7,8 +7,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint16_t keyX = 7;
-constexpr std::uint16_t keyC = 8;
 constexpr std::uint16_t keyV = 9;
 
 class TakenCombinationTest : public KeyTapTest {

@@ -7,9 +7,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint16_t keyX = 7;
-constexpr std::uint16_t keyC = 8;
-
 class TapLifeTest : public KeyTapTest {
 protected:
     std::unique_ptr<ListeningTap> makeWatchingTap() {

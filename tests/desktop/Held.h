@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/x11/Reply.h"
+
+namespace hollowfernpike::test {
+
+/// What the X library has handed over (a reply, an event, an error), freed with what this returns.
+template <class T>
+x11::Reply<T> held(T* part) {
+    return x11::Reply<T>{part};
+}
+
+} // namespace hollowfernpike::test
