@@ -6,7 +6,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 10s;
 constexpr double budgetWithFewWindows = 0.25;
 constexpr double budgetWithManyWindows = 0.4;
 constexpr int furtherPrograms = 10;
@@ -41,7 +40,7 @@ private:
     }
 
     std::optional<Arena::Clock::time_point> whenInFront(xcb_window_t window) {
-        const auto arrival = arena_.front.wait(window, patience);
+        const auto arrival = arena_.front.wait(window, test::patience);
         return arrival ? std::optional{arrival->time} : std::nullopt;
     }
 

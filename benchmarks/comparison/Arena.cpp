@@ -16,7 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 20s;
 
 /// The windows that the program tells are on the screen.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
@@ -60,7 +59,7 @@ Arena::Arena() {
     ::setenv("SHELL", "/bin/sh", 1);
     ::unsetenv("SXHKD_SHELL");
     // A held key that repeats would ask a slow contestant again and again.
-    if (desktop.start({"xset", "r", "off"})->wait(patience) != 0) {
+    if (desktop.start({"xset", "r", "off"})->wait(test::patience) != 0) {
         throw std::runtime_error("keys cannot be kept from repeating");
     }
     // The first press from another keyboard than before changes the map, which everybody is told.
@@ -90,7 +89,7 @@ xcb_window_t Arena::open(const std::string& name, int windows) {
         seen = mappedWindows(program.output());
         return std::ssize(seen) >= windows;
     };
-    if (!test::waitUntil(allSeen, patience)) {
+    if (!test::waitUntil(allSeen)) {
         throw std::runtime_error(name + " shows no window: " + program.errors());
     }
     return seen.front();
@@ -101,7 +100,7 @@ void Arena::bringToFront(xcb_window_t window) {
     const auto isThere = [&] {
         return pager.activeWindow() == window && pager.focusedWindow() == window;
     };
-    if (!test::waitUntil(isThere, patience)) {
+    if (!test::waitUntil(isThere)) {
         throw std::runtime_error("the window manager brings no window to the front");
     }
 }

@@ -14,7 +14,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 20s;
 
 std::string shortcutList(const InstalledApplication& application) {
     return nlohmann::json::array({{{"id", "00000000-0000-4000-8000-000000000001"},
@@ -67,7 +66,7 @@ RunningContestant::RunningContestant(const test::PrivateDesktop& desktop,
     : prober_(desktop.display()), grab_(grabOf(desktop.display())) {
     write(contestant.file, contestant.configuration);
     process_ = desktop.start(contestant.arguments);
-    if (!test::waitUntil([this] { return holdsCombination(); }, patience)) {
+    if (!test::waitUntil([this] { return holdsCombination(); })) {
         throw std::runtime_error(contestant.name +
                                  " does not get the combination: " + process_->errors());
     }
@@ -75,8 +74,8 @@ RunningContestant::RunningContestant(const test::PrivateDesktop& desktop,
 
 RunningContestant::~RunningContestant() {
     process_->signal(SIGTERM);
-    static_cast<void>(process_->wait(patience));
-    static_cast<void>(test::waitUntil([this] { return !holdsCombination(); }, patience));
+    static_cast<void>(process_->wait(test::patience));
+    static_cast<void>(test::waitUntil([this] { return !holdsCombination(); }));
 }
 
 bool RunningContestant::holdsCombination() {

@@ -16,8 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 10s;
-constexpr double budget = 0.6;
+constexpr double launchBudget = 0.6;
 
 /// Where launched programs report.
 class LaunchReports {
@@ -43,7 +42,7 @@ public:
         pollfd waiting{descriptor_, POLLIN, 0};
         Report report;
         const bool isRead =
-            ::poll(&waiting, 1, static_cast<int>(std::chrono::milliseconds{patience}.count())) >
+            ::poll(&waiting, 1, static_cast<int>(test::patience.count())) >
                 0 &&
             ::read(descriptor_, &report, sizeof report) == sizeof report;
         return isRead ? std::optional{report} : std::nullopt;
@@ -83,7 +82,7 @@ private:
 
     static void waitForEnd(pid_t process) {
         const auto folder = std::filesystem::path("/proc") / std::to_string(process);
-        if (!test::waitUntil([&] { return !std::filesystem::exists(folder); }, patience)) {
+        if (!test::waitUntil([&] { return !std::filesystem::exists(folder); })) {
             throw std::runtime_error("a launched program does not end, or nobody takes note of it");
         }
     }
@@ -101,7 +100,7 @@ private:
 void measureLaunch(Table& table, Rounds rounds) {
     LaunchScene scene;
     table.section("Key press to main() of a program", fairness(rounds));
-    report(table, scene.race(rounds), budget);
+    report(table, scene.race(rounds), launchBudget);
 }
 
 } // namespace hollowfernpike::bench

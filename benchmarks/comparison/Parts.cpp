@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 15min;
+constexpr auto longestMeasuring = 15min;
 
 struct Budget {
     std::string_view benchmark;
@@ -71,7 +71,7 @@ nlohmann::json run(int repetitions, std::chrono::milliseconds atLeast) {
         program.output(); // a full pipe would stop it
         return program.hasEnded();
     };
-    if (!test::waitUntil(isDone, patience) || program.wait() != 0) {
+    if (!test::waitUntil(isDone, longestMeasuring) || program.wait() != 0) {
         throw std::runtime_error("the micro benchmarks failed: " + program.errors());
     }
     return nlohmann::json::parse(program.output());

@@ -15,7 +15,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 20s;
 constexpr int looks = 3; // in a row that find everything asleep
 
 std::filesystem::path folderOf(pid_t process) {
@@ -58,7 +57,7 @@ void settle(test::PrivateDesktop& desktop, pid_t process) {
         quietLooks = asleep ? quietLooks + 1 : 0;
         return quietLooks >= looks;
     };
-    if (!test::waitUntil(isQuiet, patience)) {
+    if (!test::waitUntil(isQuiet)) {
         throw std::runtime_error("the desktop does not come to rest");
     }
 }

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Look = std::vector<std::uint32_t>;
 
-constexpr double budget = 0.3;
+constexpr double listBudget = 0.3;
 constexpr double panelBudget = 0.1;
 constexpr std::size_t shortcuts = 1000;
 constexpr std::size_t applications = 40;
@@ -221,7 +221,7 @@ private:
 };
 
 void add(Table& table, const std::string& what, const std::vector<double>& seconds,
-         double most = budget) {
+         double most = listBudget) {
     table.add({.what = what,
                .value = median(seconds),
                .percentile95 = percentile95(seconds),
