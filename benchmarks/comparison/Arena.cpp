@@ -16,7 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-
 /// The windows that the program tells are on the screen.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     std::vector<xcb_window_t> windows;

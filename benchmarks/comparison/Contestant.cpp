@@ -14,7 +14,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-
 std::string shortcutList(const InstalledApplication& application) {
     return nlohmann::json::array({{{"id", "00000000-0000-4000-8000-000000000001"},
                                    {"keyCode", combination.keyCode},

@@ -41,10 +41,8 @@ public:
     std::optional<Report> next() const {
         pollfd waiting{descriptor_, POLLIN, 0};
         Report report;
-        const bool isRead =
-            ::poll(&waiting, 1, static_cast<int>(test::patience.count())) >
-                0 &&
-            ::read(descriptor_, &report, sizeof report) == sizeof report;
+        const bool isRead = ::poll(&waiting, 1, static_cast<int>(test::patience.count())) > 0 &&
+                            ::read(descriptor_, &report, sizeof report) == sizeof report;
         return isRead ? std::optional{report} : std::nullopt;
     }
 

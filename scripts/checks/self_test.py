@@ -17,6 +17,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 GOOD = {
     "src/platform/Clock.h": "#pragma once\n\nclass Clock;\n",
     "src/platform/x11/Atoms.h": '#include "platform/Clock.h"\n\n#include <xcb/xcb.h>\n',
+    "src/platform/x11/Atoms.cpp": '#include "platform/x11/Atoms.h"\n',
     "src/model/List.h": "#pragma once\n\ninline int twice(int value) {\n    return 2 * value;\n}\n",
     "src/model/List.cpp": '#include "model/List.h"\n\n#include <vector>\n\n'
                           "int four() {\n    return twice(2);\n}\n",
@@ -60,13 +61,13 @@ BAD = {
         {"scripts/greet": "#!/bin/sh\necho $1\n"},
         ["scripts/greet:2"]),
     "tidy": (
-        {"src/model/List.h": "#pragma once\n\ninline int Twice(int value) { return 2 * value; }\n",
+        {"src/model/List.h": "#pragma once\n\ninline bool twice(int Value) { return Value > 1; }\n",
          "src/model/List.cpp": '#include "model/List.h"\n\nint four(bool odd) {\n'
                                "    const int* number = nullptr;\n    if (odd) {\n"
-                               "        return *number;\n    }\n    return Twice(2);\n}\n",
-         "src/model/Orphan.cpp": "int orphan;\n"},
-        ["src/model/List.h:3", "src/model/List.cpp:6", "src/model/User.cpp:4",
-         "src/model/Orphan.cpp:1"]),
+                               "        return *number;\n    }\n    return twice(2);\n}\n",
+         "src/model/Orphan.cpp": "int orphan;\n", "src/model/Orphan.h": "#pragma once\n"},
+        ["src/model/List.h:3", "src/model/List.cpp:6", "src/model/List.cpp:8", "src/model/User.cpp:4",
+         "src/model/Orphan.cpp:1", "src/model/Orphan.h:1"]),
     "whitespace": (
         {"src/model/Bad.h": "int a; \nint b;\r\n\n\n", "src/model/Bad.cpp": "int c;\nint d;"},
         ["src/model/Bad.h:1", "src/model/Bad.h:2", "src/model/Bad.h:4", "src/model/Bad.cpp:2"]),
@@ -86,11 +87,15 @@ def write(tree, files):
 
 
 def compile_commands(tree, build):
-    build.mkdir()
+    together = build / "CMakeFiles/list.dir/Unity/unity_0_cxx.cxx"
+    together.parent.mkdir(parents=True)
     sources = [str(tree / name) for name in GOOD if name.endswith(".cpp")]
+    alone = sources.pop()
+    together.write_text("".join(f'#include "{source}"\n' for source in sources))
     (build / "compile_commands.json").write_text(json.dumps([{
-        "directory": str(tree), "file": source,
-        "command": f"c++ -std=c++20 -I{tree}/src -c {source}"} for source in sources]))
+        "directory": str(tree), "file": str(file),
+        "command": f"c++ -std=c++20 -I {tree}/src -c {file} -o some.o"}
+        for file in (together, alone)]))
 
 
 def findings(name, tree, build):

@@ -1,8 +1,8 @@
+#include "desktop/SignalName.h"
 #include "desktop/Story.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
-#include <cstring>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,10 +36,6 @@ protected:
         }
     }
 };
-
-std::string signalName(const testing::TestParamInfo<int>& info) {
-    return std::string{"SIG"} + ::sigabbrev_np(info.param);
-}
 
 class SignalTest : public EndingTest, public testing::WithParamInterface<int> {};
 

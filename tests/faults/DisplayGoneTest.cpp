@@ -1,3 +1,4 @@
+#include "desktop/SignalName.h"
 #include "desktop/Story.h"
 #include "platform/freedesktop/Files.h"
 #include "support/WaitUntil.h"
@@ -21,10 +22,6 @@ protected:
 
     Story story;
 };
-
-std::string signalName(const testing::TestParamInfo<int>& info) {
-    return std::string{"SIG"} + ::sigabbrev_np(info.param);
-}
 
 TEST_P(DisplayGoneTest, ItEndsLeavesItsFileAndTheNextOneWorksOnAnotherDisplay) {
     const auto list = contentsOf(story.shortcutsFile());

@@ -15,7 +15,7 @@ namespace {
 using namespace test;
 
 constexpr auto title = "Hollowfernpike - ショートカット管理";
-constexpr auto name = "app.hollowfernpike.Hollowfernpike";
+constexpr auto busName = "app.hollowfernpike.Hollowfernpike";
 
 /// A session whose bus has an address that outlives it, as the user's bus has.
 class SessionBusTest : public testing::Test {
@@ -48,7 +48,7 @@ protected:
     /// Whether the program answers on the bus, out of its event loop: it has started wholly.
     bool answersOnTheBus() {
         const auto call = story.desktop.start(
-            {"gdbus", "call", "--address", address(), "--dest", name, "--object-path",
+            {"gdbus", "call", "--address", address(), "--dest", busName, "--object-path",
              "/app/hollowfernpike/Hollowfernpike", "--method",
              "org.freedesktop.Application.ActivateAction", "nothing", "[]", "{}"});
         return call->wait() == 0;

@@ -38,8 +38,8 @@ std::size_t slackAfter(std::size_t presses) {
 /// Of each kind, in whole batches in every part: what the test command can wait for, or what the
 /// environment wants.
 std::size_t wantedPresses() {
-    const char* const wanted = std::getenv("HFP_SOAK_PRESSES");
-    const std::string text = wanted == nullptr ? "3200" : wanted;
+    const char* const setting = std::getenv("HFP_SOAK_PRESSES");
+    const std::string text = setting == nullptr ? "3200" : setting;
     std::size_t presses = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), presses);
     if (error != std::errc{} || end != text.data() + text.size() || presses == 0) {

@@ -10,7 +10,7 @@ namespace hollowfernpike::show {
 
 namespace {
 
-const test::Combination combination{17, test::control | test::option};
+const test::Combination toRecord{17, test::control | test::option};
 
 void takeApplications(Studio& studio, xcb_window_t editor) {
     auto& user = studio.user;
@@ -30,7 +30,7 @@ void takeRecording(Studio& studio, xcb_window_t editor) {
     studio.take("editor-recording");
     studio.story.strike(test::bareLetter);
     studio.take("editor-modifier-missing");
-    studio.story.strike(combination);
+    studio.story.strike(toRecord);
     user.finishRecording(editor);
     studio.take("editor-recorded");
     user.clickSave(editor);

@@ -1,9 +1,10 @@
 #include "show/Furniture.h"
 
+#include "show/WriteFile.h"
+
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 namespace hollowfernpike::show {
@@ -55,11 +56,6 @@ constexpr Palette dark{.icons = "breeze-dark",
 
 const Palette& paletteOf(const Edition& edition) {
     return edition.isDark ? dark : light;
-}
-
-void write(const files::path& file, const std::string& text) {
-    files::create_directories(file.parent_path());
-    std::ofstream(file) << text;
 }
 
 std::string colorGroup(const std::string& name, const char* background, const Palette& palette) {
@@ -155,9 +151,9 @@ constexpr std::array knownApplications{
 
 void installApplications(const test::PrivateDesktop& desktop) {
     for (const auto& [name, japaneseName, icon, program] : knownApplications) {
-        write(desktop.applications() / (std::string(name) + ".desktop"),
-              "[Desktop Entry]\nType=Application\nName=" + std::string(name) +
-                  "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=" + program + '\n');
+        writeFile(desktop.applications() / (std::string(name) + ".desktop"),
+                  "[Desktop Entry]\nType=Application\nName=" + std::string(name) +
+                      "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=" + program + '\n');
     }
 }
 
@@ -176,11 +172,11 @@ std::uint32_t groundColor(const Edition& edition) {
 test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& edition) {
     const auto& palette = paletteOf(edition);
     const auto configuration = desktop.home() / ".config";
-    write(configuration / "kdeglobals", desktopSettings(palette));
-    write(configuration / "fonts.conf", fontSettings);
-    write(configuration / "openbox/rc.xml", frameSettings(edition.scale));
-    write(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
-          frameTheme(palette, edition.scale));
+    writeFile(configuration / "kdeglobals", desktopSettings(palette));
+    writeFile(configuration / "fonts.conf", fontSettings);
+    writeFile(configuration / "openbox/rc.xml", frameSettings(edition.scale));
+    writeFile(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
+              frameTheme(palette, edition.scale));
     installApplications(desktop);
     const auto shared = desktop.home() / "shared";
     files::create_directories(shared);
@@ -197,8 +193,8 @@ test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& ed
 }
 
 void setLanguage(const test::PrivateDesktop& desktop, const Edition& edition) {
-    write(desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
-          std::string("[General]\nAppLanguage=") + (edition.isEnglish ? "en" : "ja") + '\n');
+    writeFile(desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
+              std::string("[General]\nAppLanguage=") + (edition.isEnglish ? "en" : "ja") + '\n');
 }
 
 } // namespace hollowfernpike::show

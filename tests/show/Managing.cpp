@@ -14,7 +14,7 @@ using test::waitUntil;
 using Clock = std::chrono::steady_clock;
 
 constexpr int manageEntry = 0;
-constexpr auto application = "Terminal";
+constexpr auto managedApplication = "Terminal";
 constexpr auto windowClass = "XTerm";
 constexpr auto first = "⌃⌥T";
 constexpr auto second = "⌥⌘T";
@@ -61,12 +61,12 @@ void Managing::useMenu() {
 void Managing::add() {
     auto& user = studio_.user;
     const auto editor = user.clickAdd();
-    user.choose(editor, application);
+    user.choose(editor, managedApplication);
     studio_.take("8-application-chosen");
     user.record(editor, firstCombination);
     studio_.take("9-combination-recorded");
     user.clickSave(editor);
-    narrator_.fact(std::string(first) + " is added for " + application,
+    narrator_.fact(std::string(first) + " is added for " + managedApplication,
                    waitUntil([this] { return list().size() == 1; }));
     studio_.take("10-added");
     press(firstCombination, first);
@@ -134,7 +134,8 @@ void Managing::press(const test::Combination& combination, const std::string& ke
     auto& pager = studio_.story.pager;
     const bool isInFront =
         waitUntil([&] { return pager.classOf(pager.activeWindow()) == windowClass; });
-    narrator_.fact(keys + ": " + application + " in front after " + format(Clock::now() - begin),
+    narrator_.fact(keys + ": " + managedApplication + " in front after " +
+                       format(Clock::now() - begin),
                    isLive && isInFront);
 }
 

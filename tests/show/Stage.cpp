@@ -1,9 +1,10 @@
 #include "show/Stage.h"
 
+#include "show/WriteFile.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <stdexcept>
 
 #include <nlohmann/json.hpp>
@@ -33,11 +34,6 @@ constexpr const char* toolkitStyle = R"(window label { opacity: 0; font-size: 0;
 menubar label { opacity: 1; font-size: 10pt; }
 )";
 
-void write(const std::filesystem::path& file, const std::string& text) {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream{file} << text;
-}
-
 std::string numberedIdentifier(std::size_t number) {
     std::array<char, 37> text{};
     std::snprintf(text.data(), text.size(), "00000000-0000-4000-8000-%012zu",
@@ -58,9 +54,9 @@ Stage::Stage(std::vector<Binding> bindings) : bindings_(std::move(bindings)) {
 }
 
 void Stage::furnish() const {
-    write(desktop.home() / ".Xdefaults", terminalLook);
-    write(desktop.home() / ".config/gtk-3.0/settings.ini", toolkitLook);
-    write(desktop.home() / ".config/gtk-3.0/gtk.css", toolkitStyle);
+    writeFile(desktop.home() / ".Xdefaults", terminalLook);
+    writeFile(desktop.home() / ".config/gtk-3.0/settings.ini", toolkitLook);
+    writeFile(desktop.home() / ".config/gtk-3.0/gtk.css", toolkitStyle);
     if (desktop.start({"xsetroot", "-solid", background})->wait() != 0) {
         throw std::runtime_error("the background cannot be painted");
     }
@@ -77,7 +73,7 @@ void Stage::writeShortcuts() const {
                         {"appName", name},
                         {"appBundleIdentifier", name}});
     }
-    write(desktop.dataHome() / "Hollowfernpike" / "shortcuts.json", list.dump());
+    writeFile(desktop.dataHome() / "Hollowfernpike" / "shortcuts.json", list.dump());
 }
 
 void Stage::startUtility() {

@@ -3,25 +3,17 @@
 #include "app/Language.h"
 #include "support/FakeServices.h"
 #include "support/WaitUntil.h"
+#include "ui/LanguageName.h"
 
 #include <QApplication>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 #include <vector>
 
-namespace hollowfernpike {
-
-/// How parameters of tests are called; the framework chose the name.
-// NOLINTNEXTLINE(readability-identifier-naming)
-inline void PrintTo(Language::Case language, std::ostream* out) {
-    *out << (language == Language::english ? "english" : "japanese");
-}
-
-namespace test {
+namespace hollowfernpike::test {
 
 /// For tests of the editor's windows among the fakes of a whole desktop. Japanese unless told
 /// otherwise. Whatever happens there, nothing is logged.
@@ -76,5 +68,4 @@ View& find(const QWidget& parent, const char* name) {
     return *view;
 }
 
-} // namespace test
-} // namespace hollowfernpike
+} // namespace hollowfernpike::test

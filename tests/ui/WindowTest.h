@@ -8,6 +8,7 @@
 #include "ui/CardStackView.h"
 #include "ui/FittingLabel.h"
 #include "ui/HotkeyBadge.h"
+#include "ui/LanguageName.h"
 #include "ui/MainWindowController.h"
 #include "ui/ShortcutCardView.h"
 #include "ui/SymbolButton.h"
@@ -19,19 +20,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
-
-namespace hollowfernpike {
-
-/// For the names of tests.
-// NOLINTNEXTLINE(readability-identifier-naming): called so by the test library
-inline void PrintTo(Language::Case language, std::ostream* out) {
-    *out << Language(language).rawValue();
-}
-
-} // namespace hollowfernpike
 
 namespace hollowfernpike::test {
 

@@ -22,16 +22,16 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds pause{10}; // between two attempts
 
-std::string fileName(const std::string& name, std::string_view extension) {
+std::string runtimeName(const std::string& name, std::string_view extension) {
     return "hollowfernpike-" + percentEncoded(name, "-_:.") + std::string{extension};
 }
 
 std::string lockName(const std::string& name) {
-    return fileName(name, ".lock");
+    return runtimeName(name, ".lock");
 }
 
 std::string socketName(const std::string& name) {
-    return fileName(name, ".socket");
+    return runtimeName(name, ".socket");
 }
 
 Descriptor openLockFile(const PrivateDirectory& directory, const std::string& name) {

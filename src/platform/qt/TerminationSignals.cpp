@@ -10,7 +10,7 @@
 
 namespace hollowfernpike::qt {
 
-TerminationSignals::TerminationSignals() : descriptor_(-1) {
+TerminationSignals::TerminationSignals() {
     sigset_t signals{};
     sigemptyset(&signals);
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {

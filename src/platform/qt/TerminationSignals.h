@@ -21,7 +21,7 @@ public:
     void watch(platform::RunLoop& runLoop, std::function<void()> onSignal);
 
 private:
-    int descriptor_;
+    int descriptor_ = -1;
     std::unique_ptr<platform::Subscription> watch_;
 };
 

@@ -16,7 +16,7 @@ constexpr auto editableTextInterface = "org.a11y.atspi.EditableText";
 constexpr auto textInterface = "org.a11y.atspi.Text";
 
 // As AtspiStateType numbers them.
-constexpr std::uint32_t enabled = 8;
+constexpr std::uint32_t enabledState = 8;
 constexpr std::uint32_t focused = 12;
 constexpr std::uint32_t selected = 23;
 constexpr std::uint32_t showing = 25;
@@ -76,7 +76,7 @@ bool ScreenReader::isShown(const Accessible& part) {
 }
 
 bool ScreenReader::isEnabled(const Accessible& part) {
-    return hasState(part, enabled);
+    return hasState(part, enabledState);
 }
 
 bool ScreenReader::isFocused(const Accessible& part) {

@@ -1,5 +1,7 @@
 #include "desktop/windows/Screen.h"
 
+#include "desktop/Held.h"
+
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -9,11 +11,6 @@
 namespace hollowfernpike::test {
 
 namespace {
-
-template <class T>
-std::unique_ptr<T, decltype(&std::free)> held(T* reply) {
-    return {reply, &std::free};
-}
 
 bool isOfUtility(xcb_connection_t* connection, xcb_window_t window) {
     const auto reply = held(xcb_get_property_reply(

@@ -21,7 +21,7 @@ using qt::ApplicationService;
 using testing::HasSubstr;
 using testing::SizeIs;
 
-constexpr auto name = "app.hollowfernpike.Hollowfernpike";
+constexpr auto busName = "app.hollowfernpike.Hollowfernpike";
 
 class ApplicationServiceTest : public testing::Test {
 protected:
@@ -29,7 +29,7 @@ protected:
     std::unique_ptr<test::ChildProcess> call(const std::string& method,
                                              std::vector<std::string> arguments = {}) {
         arguments.insert(arguments.begin(),
-                         {"gdbus", "call", "--session", "--timeout", "5", "--dest", name,
+                         {"gdbus", "call", "--session", "--timeout", "5", "--dest", busName,
                           "--object-path", "/app/hollowfernpike/Hollowfernpike", "--method",
                           method});
         auto caller = std::make_unique<test::ChildProcess>(
@@ -43,7 +43,7 @@ protected:
     const int environment_ = ::setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str(), 1);
     test::EventLoop loop_;
     qt::BusConnection connection_;
-    ApplicationService service_{name, connection_, [this](const ApplicationRequest& request) {
+    ApplicationService service_{busName, connection_, [this](const ApplicationRequest& request) {
                                     requests_.push_back(request);
                                 }};
 };
@@ -98,7 +98,7 @@ TEST_F(ApplicationServiceTest, TheInterfaceIsDescribed) {
 
 TEST_F(ApplicationServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
     auto owner = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), "owner");
-    ASSERT_TRUE(owner.registerService(name));
+    ASSERT_TRUE(owner.registerService(busName));
     EXPECT_EQ(service_.publish(), ApplicationService::Outcome::taken);
     EXPECT_FALSE(service_.handOver({})) << "this owner is another program";
 }
@@ -107,7 +107,7 @@ TEST_F(ApplicationServiceTest, WithoutABusThereIsNoService) {
     bus_.daemon().signal(SIGKILL);
     ASSERT_TRUE(bus_.daemon().wait());
     const qt::BusConnection dead;
-    ApplicationService late(name, dead, [](const ApplicationRequest&) {});
+    ApplicationService late(busName, dead, [](const ApplicationRequest&) {});
     EXPECT_EQ(late.publish(), ApplicationService::Outcome::unavailable);
     EXPECT_FALSE(late.handOver({}));
 }
