@@ -38,9 +38,9 @@ TOGETHER = {
 BATCH = "UnifiedSource.cpp"
 NOT_FOR_BATCHES = "-bugprone-suspicious-include"
 
-# Tests run under sanitizers, which see what the search along paths would, and more. Benchmarks have
+# Tests run under sanitizers, which see what the search along paths would, and more; benchmarks have
 # loops that it takes for mistakes.
-NOT_FOR_TESTS = "-clang-analyzer-*,-bugprone-use-after-move"
+NOT_BESIDE_SRC = "-clang-analyzer-*,-bugprone-use-after-move"
 
 
 def options(command):
@@ -132,7 +132,7 @@ def look(root, place, names, options_of):
     (place / "compile_commands.json").write_text(json.dumps([{
         "directory": str(place), "file": BATCH,
         "arguments": ["c++", *chain.from_iterable(dict.fromkeys(each)), "-c", BATCH]}]))
-    unwanted = [NOT_FOR_BATCHES, *([] if names[0].startswith("src/") else [NOT_FOR_TESTS])]
+    unwanted = [NOT_FOR_BATCHES, *([] if names[0].startswith("src/") else [NOT_BESIDE_SRC])]
     done = subprocess.run(
         ["clang-tidy", "-p", place, "--quiet", f"--checks={','.join(unwanted)}",
          f"--header-filter=^{re.escape(str(root))}/(src|tests|benchmarks)/", place / BATCH],
@@ -147,7 +147,7 @@ def check(root, build):
     cache = build / "tidy-cache"
     options_of, includes = compile_options(build), Includes(root)
     settings = [subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True,
-                               text=True).stdout, NOT_FOR_BATCHES, NOT_FOR_TESTS]
+                               text=True).stdout, NOT_FOR_BATCHES, NOT_BESIDE_SRC]
     for file in tree.files(root, "*.clang-tidy"):
         settings.append((root / file).read_text())
         (cache / file).parent.mkdir(parents=True, exist_ok=True)

@@ -18,9 +18,9 @@ constexpr auto title = "Hollowfernpike - ショートカット管理";
 constexpr auto busName = "app.hollowfernpike.Hollowfernpike";
 
 /// A session whose bus has an address that outlives it, as the user's bus has.
-class SessionBusTest : public testing::Test {
+class SessionBusGoneTest : public testing::Test {
 protected:
-    SessionBusTest() {
+    SessionBusGoneTest() {
         story.bind(bound, target);
         story.writeShortcuts();
     }
@@ -83,7 +83,7 @@ protected:
     Application& target = story.install("Target");
 };
 
-class SessionBusGoneTest : public SessionBusTest {
+class SessionBusGoneTest : public SessionBusGoneTest {
 protected:
     void SetUp() override {
         startBus();
@@ -95,7 +95,7 @@ protected:
 /// Ends the bus at many moments, from the first instruction until all is quiet. In one of some
 /// hundred cases the toolkit waits for ever for the bus of the screen readers, which nobody can
 /// help; but the program never falls.
-TEST_F(SessionBusTest, DoesNotBringTheProgramDownByEndingWhileThatStarts) {
+TEST_F(SessionBusGoneTest, DoesNotBringTheProgramDownByEndingWhileThatStarts) {
     using Clock = std::chrono::steady_clock;
     constexpr int rounds = 40;
     Clock::duration start{};

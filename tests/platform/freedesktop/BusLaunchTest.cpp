@@ -3,40 +3,15 @@
 #include "platform/freedesktop/WorkspaceTest.h"
 #include "support/PrivateDesktop.h"
 
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <optional>
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-
-namespace {
-
-// As if there were no free descriptor.
-bool failsToDuplicate = false; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
-
-} // namespace
-
-extern "C" {
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the names are the
-// linker's (--wrap)
-int __real_fcntl(int descriptor, int command, long argument);
-
-int __wrap_fcntl(int descriptor, int command, long argument) {
-    if (command == F_DUPFD_CLOEXEC && failsToDuplicate) {
-        errno = EMFILE;
-        return -1;
-    }
-    return __real_fcntl(descriptor, command, argument);
-}
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
-}
 
 namespace hollowfernpike::freedesktop {
 
@@ -167,64 +142,6 @@ TEST_F(BusLaunchTest, AWindowlessInstanceIsActivatedOverTheBus) {
 TEST_F(BusLaunchTest, ABusThatIsGoneLeavesTheProgram) {
     useBus("unix:path=" + (home_.path() / "no-such-socket").string());
     EXPECT_TRUE(openAndWait(addBusEntry("org.example.Active")).processIdentifier);
-}
-
-/// Whether the bus answers: absent as long as it has not.
-std::shared_ptr<std::optional<bool>> ping(SessionBus& bus) {
-    auto success = std::make_shared<std::optional<bool>>();
-    bus.call({.destination = "org.freedesktop.DBus",
-              .object = "/",
-              .interface = "org.freedesktop.DBus.Peer",
-              .method = "Ping"},
-             [success](const auto& failure) {
-                 EXPECT_FALSE(*success) << "answered twice";
-                 *success = !failure;
-             });
-    return success;
-}
-
-TEST_F(BusLaunchTest, ABusThatComesBackIsUsedAgain) {
-    SessionBus bus(loop_);
-    const auto answers = [&] {
-        const auto success = ping(bus);
-        EXPECT_TRUE(loop_.runUntil([&] { return success->has_value(); }));
-        return success->value_or(false);
-    };
-    startBus();
-    EXPECT_TRUE(answers());
-    bus_.reset();
-    EXPECT_TRUE(test::waitUntil([&] { return !answers(); }));
-    EXPECT_FALSE(answers());
-    startBus();
-    EXPECT_TRUE(answers());
-}
-
-TEST_F(BusLaunchTest, ACallThatALostBusLeftUnansweredFailsWhenTheNextOneConnectsAgain) {
-    SessionBus bus(loop_);
-    startBus();
-    const auto connected = ping(bus);
-    ASSERT_TRUE(loop_.runUntil([&] { return connected->has_value(); }));
-    const auto unanswered = ping(bus);
-    bus_.reset();
-    EXPECT_EQ(*ping(bus), false) << "nobody reads any more, and writing tells so";
-    EXPECT_EQ(*unanswered, std::nullopt);
-    startBus();
-    const auto next = ping(bus);
-    EXPECT_EQ(*unanswered, false);
-    EXPECT_TRUE(loop_.runUntil([&] { return next->has_value(); }));
-    EXPECT_EQ(*next, true);
-}
-
-TEST_F(BusLaunchTest, ACallWithoutADescriptorToWatchTheBusFailsAtOnce) {
-    startBus();
-    SessionBus bus(loop_);
-    failsToDuplicate = true;
-    const auto refused = ping(bus);
-    failsToDuplicate = false;
-    EXPECT_EQ(*refused, false);
-    const auto next = ping(bus);
-    EXPECT_TRUE(loop_.runUntil([&] { return next->has_value(); }));
-    EXPECT_EQ(*next, true);
 }
 
 TEST_F(BusLaunchTest, ABusThatNeverAnswersHoldsNobodyUp) {
