@@ -4,8 +4,6 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr double budgetWithFewWindows = 0.25;
 constexpr double budgetWithManyWindows = 0.4;
 constexpr int furtherPrograms = 10;
@@ -40,7 +38,7 @@ private:
     }
 
     std::optional<Arena::Clock::time_point> whenInFront(xcb_window_t window) {
-        const auto arrival = arena_.front.wait(window, test::patience);
+        const auto arrival = arena_.front.wait(window);
         return arrival ? std::optional{arrival->time} : std::nullopt;
     }
 

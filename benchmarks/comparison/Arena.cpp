@@ -14,8 +14,6 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 /// The windows that the program tells are on the screen.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     std::vector<xcb_window_t> windows;
@@ -58,7 +56,7 @@ Arena::Arena() {
     ::setenv("SHELL", "/bin/sh", 1);
     ::unsetenv("SXHKD_SHELL");
     // A held key that repeats would ask a slow contestant again and again.
-    if (desktop.start({"xset", "r", "off"})->wait(test::patience) != 0) {
+    if (desktop.start({"xset", "r", "off"})->wait() != 0) {
         throw std::runtime_error("keys cannot be kept from repeating");
     }
     // The first press from another keyboard than before changes the map, which everybody is told.

@@ -12,8 +12,6 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 std::string shortcutList(const InstalledApplication& application) {
     return nlohmann::json::array({{{"id", "00000000-0000-4000-8000-000000000001"},
                                    {"keyCode", combination.keyCode},
@@ -73,7 +71,7 @@ RunningContestant::RunningContestant(const test::PrivateDesktop& desktop,
 
 RunningContestant::~RunningContestant() {
     process_->signal(SIGTERM);
-    static_cast<void>(process_->wait(test::patience));
+    static_cast<void>(process_->wait());
     static_cast<void>(test::waitUntil([this] { return !holdsCombination(); }));
 }
 

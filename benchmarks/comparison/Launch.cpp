@@ -14,8 +14,6 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr double launchBudget = 0.6;
 
 /// Where launched programs report.

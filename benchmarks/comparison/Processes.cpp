@@ -13,8 +13,6 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr int looks = 3; // in a row that find everything asleep
 
 std::filesystem::path folderOf(pid_t process) {

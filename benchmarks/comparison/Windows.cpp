@@ -19,7 +19,6 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Look = std::vector<std::uint32_t>;
 
@@ -127,7 +126,7 @@ private:
     /// The display takes some time to give back so many combinations.
     void end() {
         story_.utility().signal(SIGTERM);
-        if (!story_.utility().wait(test::patience) || !story_.isFree(combinations().back())) {
+        if (!story_.utility().wait() || !story_.isFree(combinations().back())) {
             throw std::runtime_error("the program does not end");
         }
     }

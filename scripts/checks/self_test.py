@@ -1,7 +1,8 @@
 """Proves that a check can fail: self_test.py CHECK TREE
 
 Gives the check a small tree that is in order and then the same tree with faults in it, and wants
-silence on the first and a finding at every line named on the second.
+silence on the first and a finding at every line named on the second; silence again when they are
+mended.
 """
 
 import json
@@ -65,9 +66,11 @@ BAD = {
          "src/model/List.cpp": '#include "model/List.h"\n\nint four(bool odd) {\n'
                                "    const int* number = nullptr;\n    if (odd) {\n"
                                "        return *number;\n    }\n    return twice(2);\n}\n",
-         "src/model/Orphan.cpp": "int orphan;\n", "src/model/Orphan.h": "#pragma once\n"},
-        ["src/model/List.h:3", "src/model/List.cpp:6", "src/model/List.cpp:8", "src/model/User.cpp:4",
-         "src/model/Orphan.cpp:1", "src/model/Orphan.h:1"]),
+         "src/model/Orphan.cpp": "int orphan;\n", "src/model/Orphan.h": "#pragma once\n",
+         "src/platform/x11/.clang-tidy": "InheritParentConfig: true\n"},
+        ["src/platform/x11/.clang-tidy:1", "src/model/List.h:3", "src/model/List.cpp:6",
+         "src/model/List.cpp:8", "src/model/User.cpp:4", "src/model/Orphan.cpp:1",
+         "src/model/Orphan.h:1"]),
     "whitespace": (
         {"src/model/Bad.h": "int a; \nint b;\r\n\n\n", "src/model/Bad.cpp": "int c;\nint d;"},
         ["src/model/Bad.h:1", "src/model/Bad.h:2", "src/model/Bad.h:4", "src/model/Bad.cpp:2"]),
@@ -121,6 +124,10 @@ def prove(name, settings, tree, build):
             assert any(line.startswith(f"{place}:") for line in found), f"misses {place}"
         places = {tuple(line.split(":")[:2]) for line in found}
         assert places == {tuple(place.split(":")) for place in expected}, "finds too much"
+    for file in bad:
+        (tree / file).unlink()
+    write(tree, GOOD)
+    assert findings(name, tree, build) == [], "finds fault with what is mended"
 
 
 def main():

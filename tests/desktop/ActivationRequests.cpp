@@ -1,9 +1,8 @@
 #include "desktop/ActivationRequests.h"
 
-#include <cstdlib>
-#include <memory>
+#include "desktop/XReplies.h"
+
 #include <stdexcept>
-#include <string_view>
 
 namespace hollowfernpike::test {
 
@@ -16,12 +15,7 @@ ActivationRequests::ActivationRequests(const std::string& display)
     const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_, screen->root, XCB_CW_EVENT_MASK, &events);
 
-    constexpr std::string_view name = "_NET_ACTIVE_WINDOW";
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-        xcb_intern_atom_reply(connection_,
-                              xcb_intern_atom(connection_, 0, name.size(), name.data()), nullptr),
-        &std::free);
-    activeWindow_ = reply ? reply->atom : XCB_NONE;
+    activeWindow_ = atomOf(connection_, "_NET_ACTIVE_WINDOW");
 }
 
 ActivationRequests::~ActivationRequests() {
@@ -29,9 +23,8 @@ ActivationRequests::~ActivationRequests() {
 }
 
 std::size_t ActivationRequests::count() {
-    using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
-    while (const Event event{xcb_poll_for_event(connection_), &std::free}) {
-        const bool isMessage = (event->response_type & 0x7F) == XCB_CLIENT_MESSAGE;
+    while (const auto event = held(xcb_poll_for_event(connection_))) {
+        const bool isMessage = eventCode(*event) == XCB_CLIENT_MESSAGE;
         const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(*event);
         if (isMessage && message.type == activeWindow_) {
             ++count_;

@@ -1,6 +1,6 @@
 #include "desktop/FrontWatch.h"
 
-#include "desktop/Held.h"
+#include "desktop/XReplies.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -11,13 +11,6 @@
 namespace hollowfernpike::test {
 
 namespace {
-
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
-    const auto cookie =
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const auto reply = held(xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : XCB_NONE;
-}
 
 int millisecondsUntil(FrontWatch::Clock::time_point deadline) {
     const auto left =
@@ -34,7 +27,7 @@ FrontWatch::FrontWatch(const std::string& display)
         throw std::runtime_error("no display " + display);
     }
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
-    activeWindowAtom_ = atom(connection_, "_NET_ACTIVE_WINDOW");
+    activeWindowAtom_ = atomOf(connection_, "_NET_ACTIVE_WINDOW");
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &events);
     forget();
@@ -73,7 +66,7 @@ bool FrontWatch::waitForNews(Clock::time_point deadline) {
     pollfd descriptor{xcb_get_file_descriptor(connection_), POLLIN, 0};
     do {
         while (const auto event = held(xcb_poll_for_event(connection_))) {
-            if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY &&
+            if (eventCode(*event) == XCB_PROPERTY_NOTIFY &&
                 reinterpret_cast<const xcb_property_notify_event_t&>(*event).atom ==
                     activeWindowAtom_) {
                 return true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/WaitUntil.h"
+
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -30,9 +32,9 @@ public:
     /// Waits until a window for which `isWanted` holds is said to be the active one: since the last
     /// call of this or of forget(), or from now on. Absent after `longest`.
     std::optional<Arrival> wait(const std::function<bool(xcb_window_t)>& isWanted,
-                                std::chrono::milliseconds longest);
+                                std::chrono::milliseconds longest = patience);
 
-    std::optional<Arrival> wait(xcb_window_t window, std::chrono::milliseconds longest);
+    std::optional<Arrival> wait(xcb_window_t window, std::chrono::milliseconds longest = patience);
 
 private:
     bool waitForNews(Clock::time_point deadline);

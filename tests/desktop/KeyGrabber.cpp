@@ -1,11 +1,10 @@
 #include "desktop/KeyGrabber.h"
 
+#include "desktop/XReplies.h"
 #include "platform/x11/Xkb.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 
 namespace hollowfernpike::test {
@@ -16,8 +15,8 @@ KeyGrabber::KeyGrabber(const std::string& display)
         throw std::runtime_error("no display " + display);
     }
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
-    std::free(xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0),
-                                          nullptr));
+    held(xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0),
+                                     nullptr));
 }
 
 KeyGrabber::~KeyGrabber() {
@@ -49,16 +48,15 @@ void KeyGrabber::ungrab(const KeyGrab& grab) {
 
 bool KeyGrabber::waitForPress(const KeyGrab& grab) {
     return waitUntil([&] {
-        const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event(
-            xcb_poll_for_event(connection_), &std::free);
-        return event && (event->response_type & 0x7F) == XCB_KEY_PRESS &&
+        const auto event = held(xcb_poll_for_event(connection_));
+        return event && eventCode(*event) == XCB_KEY_PRESS &&
                reinterpret_cast<const xcb_key_press_event_t&>(*event).detail == grab.key;
     });
 }
 
 void KeyGrabber::lockGroup(std::uint8_t group) {
     xcb_xkb_latch_lock_state(connection_, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
-    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    held(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
 xcb_void_cookie_t KeyGrabber::request(const KeyGrab& grab) {
@@ -67,9 +65,7 @@ xcb_void_cookie_t KeyGrabber::request(const KeyGrab& grab) {
 }
 
 bool KeyGrabber::succeeded(xcb_void_cookie_t cookie) {
-    const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(
-        xcb_request_check(connection_, cookie), &std::free);
-    return !error;
+    return !held(xcb_request_check(connection_, cookie));
 }
 
 } // namespace hollowfernpike::test

@@ -1,6 +1,6 @@
 #include "desktop/Pager.h"
 
-#include "desktop/Held.h"
+#include "desktop/XReplies.h"
 
 #include <algorithm>
 #include <iterator>
@@ -94,7 +94,7 @@ bool Pager::isInTaskBar(xcb_window_t window) {
 }
 
 bool Pager::isMinimised(xcb_window_t window) {
-    const auto type = atom("WM_STATE");
+    const auto type = atomOf(connection_, "WM_STATE");
     const auto reply = held(xcb_get_property_reply(
         connection_, xcb_get_property(connection_, 0, window, type, type, 0, 1), nullptr));
     return reply && xcb_get_property_value_length(reply.get()) == sizeof(std::uint32_t) &&
@@ -121,7 +121,7 @@ void Pager::activate(xcb_window_t window) {
 }
 
 void Pager::minimise(xcb_window_t window) {
-    send(window, atom("WM_CHANGE_STATE"), {XCB_ICCCM_WM_STATE_ICONIC});
+    send(window, atomOf(connection_, "WM_CHANGE_STATE"), {XCB_ICCCM_WM_STATE_ICONIC});
 }
 
 void Pager::close(xcb_window_t window) {
@@ -166,7 +166,7 @@ xcb_timestamp_t Pager::serverTime() {
                         XCB_ATOM_STRING, 8, 0, "");
     xcb_flush(connection_);
     while (const auto event = held(xcb_wait_for_event(connection_))) {
-        if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY) {
+        if (eventCode(*event) == XCB_PROPERTY_NOTIFY) {
             return reinterpret_cast<const xcb_property_notify_event_t&>(*event).time;
         }
     }
@@ -184,14 +184,6 @@ void Pager::send(xcb_window_t window, xcb_atom_t type, std::vector<std::uint32_t
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&message));
     xcb_flush(connection_);
-}
-
-xcb_atom_t Pager::atom(const std::string& name) {
-    const auto reply = held(xcb_intern_atom_reply(
-        connection_,
-        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
-        nullptr));
-    return reply ? reply->atom : XCB_NONE;
 }
 
 } // namespace hollowfernpike::test

@@ -56,7 +56,6 @@ public:
 
 private:
     void send(xcb_window_t window, xcb_atom_t type, std::vector<std::uint32_t> values);
-    xcb_atom_t atom(const std::string& name);
 
     xcb_connection_t* connection_;
     xcb_ewmh_connection_t ewmh_{};

@@ -32,8 +32,7 @@ protected:
     /// the time it does so for the windows, it holds whatever it is going to hold.
     void runsWithAnEmptyList() {
         story.launchUtility();
-        ASSERT_TRUE(
-            waitUntil([&] { return story.pager.clients(story.utility().pid()) >= 2; }, 20s));
+        ASSERT_TRUE(waitUntil([&] { return story.pager.clients(story.utility().pid()) >= 2; }));
         EXPECT_TRUE(story.passes(story.open("Front"), Combination{37, control | option}.keys()));
         EXPECT_FALSE(story.utility().hasEnded());
         story.utility().signal(SIGTERM);

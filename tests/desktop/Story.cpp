@@ -265,7 +265,7 @@ testing::AssertionResult Story::passes(const Application& front,
 
 void Story::run(const std::vector<std::string>& arguments) {
     const auto program = desktop.start(arguments);
-    if (program->wait(patience) != 0) {
+    if (program->wait() != 0) {
         throw std::runtime_error(arguments.front() + ": " + program->errors());
     }
 }

@@ -46,13 +46,11 @@ protected:
 
     /// Waits for so many, and never sees more than one.
     bool hasPermissionWindows(std::size_t count) {
-        return waitUntil(
-            [&] {
-                const auto present = permissionWindows().size();
-                EXPECT_LE(present, 1U);
-                return present == count;
-            },
-            20s);
+        return waitUntil([&] {
+            const auto present = permissionWindows().size();
+            EXPECT_LE(present, 1U);
+            return present == count;
+        });
     }
 
     void endsOnRequest() {

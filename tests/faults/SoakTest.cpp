@@ -124,7 +124,7 @@ protected:
         const std::vector<std::vector<xcb_keycode_t>> keys{keysOf(toOther), keysOf(toOne)};
         for (std::size_t press = 0; press < count; ++press) {
             strike(keys[press % 2]);
-            if (!front.wait(windows[press % 2], 20s)) {
+            if (!front.wait(windows[press % 2])) {
                 return press;
             }
         }
@@ -200,7 +200,7 @@ TEST_F(SoakTest, NoPressIsLostOrDoneTwiceAndNothingGrows) {
     EXPECT_TRUE(story.nobodySaw(toOther));
     EXPECT_EQ(one.starts() + other.starts(), 2);
     story.utility().signal(SIGTERM);
-    EXPECT_EQ(story.utility().wait(20s), 0) << story.utility().errors();
+    EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
 }
 
 } // namespace

@@ -24,10 +24,10 @@ protected:
     /// other has brought a new window to the front: what the old one told may stay behind it.
     void startSuccessor(const std::vector<std::string>& command) {
         successor = story.desktop.start(command);
-        ASSERT_TRUE(story.desktop.windowManager().wait(20s));
+        ASSERT_TRUE(story.desktop.windowManager().wait());
         auto& newcomer = story.install("Newcomer");
         newcomer.start();
-        ASSERT_TRUE(waitUntil([&] { return isManaged(newcomer); }, 20s)) << successor->errors();
+        ASSERT_TRUE(waitUntil([&] { return isManaged(newcomer); })) << successor->errors();
         ASSERT_TRUE(story.switchTo(newcomer));
     }
 
@@ -73,7 +73,7 @@ TEST_P(WindowManagerGoneTest, WithoutAnyABoundPressIsSwallowedAndLaunches) {
     story.desktop.windowManager().signal(SIGKILL);
     ASSERT_TRUE(story.desktop.windowManager().wait());
     story.strike(added);
-    EXPECT_TRUE(waitUntil([&] { return sleeper.starts() == 1; }, 20s));
+    EXPECT_TRUE(waitUntil([&] { return sleeper.starts() == 1; }));
     startSuccessor({GetParam()});
     EXPECT_TRUE(story.brings(sleeper, front, added));
     EXPECT_EQ(sleeper.starts(), 1);

@@ -35,7 +35,7 @@ protected:
     void logOut() {
         const auto utility = installed::process(session->story.desktop);
         session.reset();
-        EXPECT_TRUE(waitUntil([&] { return ::kill(utility, 0) != 0; }, 20s));
+        EXPECT_TRUE(waitUntil([&] { return ::kill(utility, 0) != 0; }));
     }
 
     /// Starts the utility from the desktop's menu of applications, which may still be taking the
@@ -43,7 +43,7 @@ protected:
     void findInMenu() {
         auto& keyboard = session->story.keyboard;
         session->menuOfApplications = session->story.desktop.start({"xfce4-appfinder"});
-        ASSERT_TRUE(waitUntil([&] { return titleInFront() == "Application Finder"; }, 20s));
+        ASSERT_TRUE(waitUntil([&] { return titleInFront() == "Application Finder"; }));
         const bool isFound = waitUntil(
             [&] {
                 keyboard.strike({"LCTL", "AC01"});

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto longestInstallation = std::chrono::seconds{60};
+constexpr auto longestRun = std::chrono::seconds{60};
 
 void require(bool succeeded, const std::string& what) {
     if (!succeeded) {
@@ -93,7 +93,7 @@ void InstalledPackage::run(const std::vector<std::string>& arguments) const {
     std::vector<std::string> line{"dpkg", "--root=" + root_.string(), "--log=/dev/null"};
     line.insert(line.end(), arguments.begin(), arguments.end());
     ChildProcess packageManager(line);
-    if (packageManager.wait(longestInstallation) != 0) {
+    if (packageManager.wait(longestRun) != 0) {
         throw std::runtime_error("dpkg: " + packageManager.errors());
     }
 }

@@ -40,7 +40,7 @@ protected:
     std::vector<std::string> iconSizes(xcb_window_t window) {
         const auto look =
             story.desktop.start({"xprop", "-id", std::to_string(window), "_NET_WM_ICON"});
-        EXPECT_EQ(look->wait(20s), 0) << look->errors();
+        EXPECT_EQ(look->wait(), 0) << look->errors();
         static const std::regex size(R"(Icon \((\d+ x \d+)\))");
         std::vector<std::string> sizes;
         for (std::sregex_iterator found(look->output().begin(), look->output().end(), size), end;
@@ -86,7 +86,7 @@ TEST_F(InstalledProgramTest, TheActionsOfItsEntryWork) {
         user.strikeAndLeave(user.comes(title), "ESC");
     }
     story.run(entry.command("quitApp"));
-    EXPECT_EQ(program->wait(20s), 0) << program->errors();
+    EXPECT_EQ(program->wait(), 0) << program->errors();
 }
 
 TEST_F(InstalledProgramTest, TheActionsOfItsEntryWorkOverTheBus) {
@@ -102,7 +102,7 @@ TEST_F(InstalledProgramTest, TheActionsOfItsEntryWorkOverTheBus) {
         user.strikeAndLeave(user.comes(title), "ESC");
     }
     act("quitApp");
-    EXPECT_TRUE(waitUntil([&] { return ::kill(process, 0) != 0; }, 20s));
+    EXPECT_TRUE(waitUntil([&] { return ::kill(process, 0) != 0; }));
 }
 
 TEST_F(InstalledProgramTest, ItsEntryCallsTheActionsAsTheMenuDoes) {

@@ -9,7 +9,6 @@ namespace hollowfernpike::show {
 
 namespace {
 
-using namespace std::chrono_literals;
 using test::waitUntil;
 using Clock = std::chrono::steady_clock;
 
@@ -119,7 +118,7 @@ void Managing::importList() {
 void Managing::end() {
     auto& utility = studio_.story.utility();
     utility.signal(SIGTERM);
-    narrator_.fact("SIGTERM: the utility ended with status 0", utility.wait(test::patience) == 0);
+    narrator_.fact("SIGTERM: the utility ended with status 0", utility.wait() == 0);
 }
 
 void Managing::openWindow() {

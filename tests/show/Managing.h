@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/Combination.h"
 #include "show/Narrator.h"
 #include "show/Studio.h"
 

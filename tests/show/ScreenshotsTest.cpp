@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::UnorderedElementsAre;
 
-constexpr auto longestTaking = 100s;
+constexpr auto longestRun = 100s;
 
 class ScreenshotsTest : public testing::Test {
 protected:
@@ -25,7 +25,7 @@ protected:
         std::vector<std::string> line{HFP_SCREENSHOTS};
         line.insert(line.end(), arguments.begin(), arguments.end());
         ChildProcess program(line);
-        const auto status = program.wait(longestTaking);
+        const auto status = program.wait(longestRun);
         output = program.output();
         errors = program.errors();
         return status.value_or(-1);

@@ -13,7 +13,6 @@ namespace hollowfernpike::show {
 
 namespace {
 
-using namespace std::chrono_literals;
 using test::waitUntil;
 using Clock = std::chrono::steady_clock;
 
@@ -121,7 +120,7 @@ void Show::end() {
     const auto windows = stage_.pager.stacking().size();
     const auto begin = Clock::now();
     stage_.utility().signal(SIGTERM);
-    const auto status = stage_.utility().wait(test::patience);
+    const auto status = stage_.utility().wait();
     narrator_.fact("SIGTERM: the utility ended with status 0 after " + format(Clock::now() - begin),
                    status == 0);
     narrator_.fact("both combinations are free again", stage_.combinationsAreFree());
@@ -147,7 +146,7 @@ Show::Time Show::strikeUntilInFront(const Binding& binding) {
         stage_.keyboard.release(modifier);
     }
     const auto arrival = isThere ? test::FrontWatch::Arrival{.window = XCB_NONE, .time = begin}
-                                 : stage_.front.wait(isWanted, test::patience);
+                                 : stage_.front.wait(isWanted);
     if (!arrival) {
         throw std::runtime_error(binding.keys + " does not bring " + binding.application +
                                  " to the front");

@@ -10,8 +10,6 @@ namespace hollowfernpike::show {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 test::ScreenSize screenSize(int scale) {
     return {.width = 800 * scale, .height = 680 * scale};
 }

@@ -60,8 +60,8 @@ private:
 
 bool waitForWindowManager(const std::string& display) {
     TrialWindow window(display);
-    return waitUntil([&] { return window.isManaged(); }, 20s) &&
-           waitUntil([&] { return window.isForgotten(); }, 20s);
+    return waitUntil([&] { return window.isManaged(); }) &&
+           waitUntil([&] { return window.isForgotten(); });
 }
 
 Environment sessionEnvironment(const std::filesystem::path& home, const std::string& display) {
@@ -93,7 +93,7 @@ VirtualDisplay::VirtualDisplay(const std::string& name, ScreenSize size) {
         arguments.insert(arguments.begin() + 1, name);
     }
     server_ = std::make_unique<ChildProcess>(arguments);
-    const auto line = server_->waitForLine("", 20s);
+    const auto line = server_->waitForLine("");
     if (!line) {
         throw std::runtime_error("Xvfb did not start: " + server_->errors());
     }
@@ -104,7 +104,7 @@ SessionBus::SessionBus(const Environment& environment)
     : daemon_(std::make_unique<ChildProcess>(
           std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--print-address=1"},
           environment)) {
-    const auto line = daemon_->waitForLine("", 20s);
+    const auto line = daemon_->waitForLine("");
     if (!line) {
         throw std::runtime_error("dbus-daemon did not start: " + daemon_->errors());
     }

@@ -52,7 +52,7 @@ TEST_P(ApplicationPanelTexts, All) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, ApplicationPanelTexts,
-                         testing::Values(Language::japanese, Language::english), nameOfLanguage);
+                         testing::Values(Language::japanese, Language::english), languageName);
 
 } // namespace
 } // namespace hollowfernpike

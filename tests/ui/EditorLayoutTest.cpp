@@ -222,9 +222,9 @@ TEST_P(RecorderLayoutTest, TheTapIsRefused) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, EditorLayoutTest, testing::Values(Language::japanese, Language::english),
-                         nameOfLanguage);
+                         languageName);
 INSTANTIATE_TEST_SUITE_P(, RecorderLayoutTest,
-                         testing::Values(Language::japanese, Language::english), nameOfLanguage);
+                         testing::Values(Language::japanese, Language::english), languageName);
 
 } // namespace
 } // namespace hollowfernpike

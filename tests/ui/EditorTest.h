@@ -57,10 +57,6 @@ protected:
     }
 };
 
-inline std::string nameOfLanguage(const testing::TestParamInfo<Language::Case>& info) {
-    return testing::PrintToString(info.param);
-}
-
 template <class View>
 View& find(const QWidget& parent, const char* name) {
     auto* view = parent.findChild<View*>(name);

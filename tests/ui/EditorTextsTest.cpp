@@ -56,7 +56,7 @@ TEST_P(EditorTextsTest, AnApplicationIsMissing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, EditorTextsTest, testing::Values(Language::japanese, Language::english),
-                         nameOfLanguage);
+                         languageName);
 
 using EditorLanguageTest = EditorSheetTest;
 

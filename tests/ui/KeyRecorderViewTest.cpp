@@ -388,7 +388,7 @@ TEST_P(KeyRecorderTexts, TheProcessIsNotTrusted) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, KeyRecorderTexts, testing::Values(Language::japanese, Language::english),
-                         nameOfLanguage);
+                         languageName);
 
 } // namespace
 } // namespace hollowfernpike

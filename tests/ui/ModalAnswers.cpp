@@ -16,7 +16,7 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr const char* answered = "answered";
+constexpr const char* seenMark = "isSeen";
 
 std::string describePicture(const QMessageBox& alert) {
     switch (alert.icon()) {
@@ -77,10 +77,10 @@ bool ModalAnswers::allGiven() const {
 // The answer may open the next dialog in a loop of its own, during which this timer must tick.
 void ModalAnswers::look() {
     QWidget* dialog = QApplication::activeModalWidget();
-    if (dialog == nullptr || !dialog->isVisible() || dialog->property(answered).isValid()) {
+    if (dialog == nullptr || !dialog->isVisible() || dialog->property(seenMark).isValid()) {
         return;
     }
-    dialog->setProperty(answered, QVariant::fromValue(1));
+    dialog->setProperty(seenMark, QVariant::fromValue(1));
     current_ = dialog;
     QMetaObject::invokeMethod(
         dialog, [this, dialog] { answer(*dialog); }, Qt::QueuedConnection);

@@ -81,10 +81,6 @@ protected:
     }
 };
 
-inline std::string languageName(const testing::TestParamInfo<Language::Case>& info) {
-    return info.param == Language::english ? "english" : "japanese";
-}
-
 /// Whether that is what the button shows.
 inline bool shows(const SymbolButton& button, std::string_view symbol, SymbolTint tint) {
     const QSize size = button.iconSize();

@@ -1,6 +1,6 @@
 #include "desktop/editor/DeliveredKeys.h"
 
-#include "desktop/Held.h"
+#include "desktop/XReplies.h"
 
 #include <xcb/res.h>
 #include <xcb/xcb_aux.h>

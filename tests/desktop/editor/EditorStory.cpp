@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <utility>
 
 namespace hollowfernpike::test {

@@ -41,14 +41,14 @@ protected:
         const auto other = quartz.copies().at(0);
         const auto toUtility = [this] { return delivered.to(story.utility().pid()); };
         const auto isUpToDate = [&] { return delivered.to(other) >= quartz.keys().size(); };
-        EXPECT_TRUE(waitUntil(isUpToDate, 20s));
+        EXPECT_TRUE(waitUntil(isUpToDate));
         const auto settled = delivered.to(other);
         const auto already = toUtility();
         for (const auto& name : bareKeys()) {
             story.keyboard.strike({name});
         }
         const auto expected = settled + 2 * bareKeys().size();
-        EXPECT_TRUE(waitUntil([&] { return delivered.to(other) >= expected; }, 20s));
+        EXPECT_TRUE(waitUntil([&] { return delivered.to(other) >= expected; }));
         return toUtility() - already;
     }
 

@@ -17,9 +17,9 @@ constexpr auto textInterface = "org.a11y.atspi.Text";
 
 // As AtspiStateType numbers them.
 constexpr std::uint32_t enabledState = 8;
-constexpr std::uint32_t focused = 12;
-constexpr std::uint32_t selected = 23;
-constexpr std::uint32_t showing = 25;
+constexpr std::uint32_t focusedState = 12;
+constexpr std::uint32_t selectedState = 23;
+constexpr std::uint32_t showingState = 25;
 
 const Accessible root{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root", {}, {}};
 
@@ -72,7 +72,7 @@ void ScreenReader::collect(const Accessible& whole, std::vector<Accessible>& par
 }
 
 bool ScreenReader::isShown(const Accessible& part) {
-    return hasState(part, showing);
+    return hasState(part, showingState);
 }
 
 bool ScreenReader::isEnabled(const Accessible& part) {
@@ -80,11 +80,11 @@ bool ScreenReader::isEnabled(const Accessible& part) {
 }
 
 bool ScreenReader::isFocused(const Accessible& part) {
-    return hasState(part, focused);
+    return hasState(part, focusedState);
 }
 
 bool ScreenReader::isSelected(const Accessible& part) {
-    return hasState(part, selected);
+    return hasState(part, selectedState);
 }
 
 std::string ScreenReader::description(const Accessible& part) {

@@ -29,7 +29,7 @@ protected:
     }
 
     bool becomesListed(xcb_window_t window, bool isListed) {
-        return waitUntil([&] { return story.pager.isInTaskBar(window) == isListed; }, 20s);
+        return waitUntil([&] { return story.pager.isInTaskBar(window) == isListed; });
     }
 };
 

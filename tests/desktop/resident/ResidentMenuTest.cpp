@@ -162,11 +162,11 @@ TEST_F(ResidentMenuTest, AppearsInATrayOfTheOlderKind) {
     ASSERT_TRUE(resident.shows(japaneseTitle));
     EXPECT_TRUE(story.pager.isInTaskBar(resident.window())) << "nothing else leads back to it";
     menu.startTray();
-    EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }, 20s));
+    EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }));
     menu.endPanel();
-    EXPECT_TRUE(waitUntil([&] { return story.pager.isInTaskBar(resident.window()); }, 20s));
+    EXPECT_TRUE(waitUntil([&] { return story.pager.isInTaskBar(resident.window()); }));
     menu.startTray();
-    EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }, 20s));
+    EXPECT_TRUE(waitUntil([&] { return !story.pager.isInTaskBar(resident.window()); }));
 }
 
 } // namespace

@@ -36,7 +36,7 @@ std::vector<MenuEntry> entriesIn(const std::string& layout) {
 ChildProcess& StatusMenu::startHost() {
     panel_.reset(); // the name is free again
     panel_ = desktop_.start({HFP_STATUS_HOST, "--with-host"});
-    if (!panel_->waitForLine("ready", patience)) {
+    if (!panel_->waitForLine("ready")) {
         throw std::runtime_error("the panel did not start: " + panel_->errors());
     }
     return *panel_;
@@ -50,7 +50,7 @@ ChildProcess& StatusMenu::startTray() {
 
 testing::AssertionResult StatusMenu::showsItem() {
     const std::string prefix = "item ";
-    const auto line = panel_->waitForLine(prefix, patience);
+    const auto line = panel_->waitForLine(prefix);
     if (!line) {
         return testing::AssertionFailure() << "no item: " << panel_->output() << panel_->errors();
     }
@@ -81,13 +81,11 @@ MenuEntry StatusMenu::entry(const std::string& label) {
 
 testing::AssertionResult StatusMenu::becomes(const std::string& label, bool isOn) {
     std::vector<MenuEntry> shown;
-    const bool holds = waitUntil(
-        [&] {
-            shown = entries();
-            const auto found = std::ranges::find(shown, label, &MenuEntry::label);
-            return found != shown.end() && found->isOn == isOn;
-        },
-        patience);
+    const bool holds = waitUntil([&] {
+        shown = entries();
+        const auto found = std::ranges::find(shown, label, &MenuEntry::label);
+        return found != shown.end() && found->isOn == isOn;
+    });
     auto result = holds ? testing::AssertionSuccess() : testing::AssertionFailure();
     for (const auto& entry : shown) {
         result << entry.label << (entry.isOn ? " (on), " : ", ");
@@ -106,7 +104,7 @@ std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::stri
                                   arguments[1], "--method", arguments[2], "--"};
     line.insert(line.end(), arguments.begin() + 3, arguments.end());
     const auto caller = desktop.start(line);
-    if (caller->wait(patience) != 0) {
+    if (caller->wait() != 0) {
         throw std::runtime_error(arguments[2] + ": " + caller->errors());
     }
     return caller->output();

@@ -1,11 +1,9 @@
 #include "desktop/windows/Screen.h"
 
-#include "desktop/Held.h"
+#include "desktop/XReplies.h"
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string_view>
 
 namespace hollowfernpike::test {

@@ -7,11 +7,7 @@
 
 namespace hollowfernpike::test {
 
-namespace {
-
 using nlohmann::json;
-
-} // namespace
 
 WindowStory::WindowStory() : WindowUser(static_cast<Story&>(*this)), front(open("Front")) {}
 

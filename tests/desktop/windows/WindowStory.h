@@ -34,7 +34,6 @@ public:
                           const Application& application) const;
 
 private:
-    KeyGrabber prober_{desktop.display()};
 };
 
 nlohmann::json contents(const std::filesystem::path& file);

@@ -33,12 +33,18 @@ WindowUser::WindowUser(Story& story, const WindowTitles& windowTitles, int scale
       story_(story), scale_(scale) {}
 
 xcb_window_t WindowUser::openManagement() {
-    if (isShown(management_)) {
-        story_.pager.activate(management_); // nothing tells when a further start has been served
-    } else {
+    if (!isShown(management_)) {
         story_.run({HFP_PROGRAM});
+        return managementComes();
     }
-    return managementComes();
+    // Nothing tells when a further start has been served, so this is what a task bar does. A window
+    // that has just come may still be asking for the front itself.
+    const auto isInFront = [this] {
+        story_.pager.activate(management_);
+        return waitUntil([this] { return isInFrontOfAll(management_); }, patience / 10);
+    };
+    require(isInFront, "the management window does not come");
+    return management_;
 }
 
 xcb_window_t WindowUser::managementComes() {

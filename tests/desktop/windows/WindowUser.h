@@ -78,8 +78,8 @@ public:
     Point editButton(int card);
     Point exportButton();
 
-    /// Opens the panel of applications with the space bar, from the button that a new editor begins
-    /// with.
+    /// Waits until the editor has the keys, then opens the panel of applications with the space
+    /// bar: the button for it has the focus.
     xcb_window_t openApplications(xcb_window_t editor);
 
     /// In an editor that has the keys: chooses the application by typing its name.

@@ -179,7 +179,7 @@ class StatedProcessTest : public testing::Test {
 protected:
     StatedProcessTest()
         : server_({"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-extension", "X-Resource"}),
-          display_(':' + server_.waitForLine("", 20s).value()), observer_(display_),
+          display_(':' + server_.waitForLine("").value()), observer_(display_),
           connection_(x11::Connection::open(display_)), windows_(*connection_, owners_, userTime_),
           list_(windows_), window_(observer_.createWindow(observer_.root())) {
         observer_.setNumbers(observer_.root(), stackingList, XCB_ATOM_WINDOW, {window_});

@@ -17,8 +17,8 @@
 namespace hollowfernpike::test {
 
 // Virtual key codes.
-constexpr std::uint16_t keyX = 7;
-constexpr std::uint16_t keyC = 8;
+inline constexpr std::uint16_t keyX = 7;
+inline constexpr std::uint16_t keyC = 8;
 
 namespace flags = platform::event_flags; // NOLINT(misc-unused-alias-decls): for the tests
 
