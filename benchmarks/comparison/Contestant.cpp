@@ -1,9 +1,9 @@
 #include "comparison/Contestant.h"
 
 #include "support/WaitUntil.h"
+#include "support/WriteFile.h"
 
 #include <csignal>
-#include <fstream>
 #include <stdexcept>
 
 #include <nlohmann/json.hpp>
@@ -24,11 +24,6 @@ std::string shortcutList(const InstalledApplication& application) {
 
 test::KeyGrab grabOf(const std::string& display) {
     return {test::KeyInjector{display}.keycode(combination.keyName()), combination.modifierState()};
-}
-
-void write(const std::filesystem::path& file, const std::string& text) {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream{file} << text;
 }
 
 } // namespace
@@ -61,7 +56,7 @@ Contestant xbindkeys(const test::PrivateDesktop& desktop, const std::string& nam
 RunningContestant::RunningContestant(const test::PrivateDesktop& desktop,
                                      const Contestant& contestant)
     : prober_(desktop.display()), grab_(grabOf(desktop.display())) {
-    write(contestant.file, contestant.configuration);
+    test::writeFile(contestant.file, contestant.configuration);
     process_ = desktop.start(contestant.arguments);
     if (!test::waitUntil([this] { return holdsCombination(); })) {
         throw std::runtime_error(contestant.name +

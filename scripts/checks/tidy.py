@@ -24,7 +24,7 @@ COMPILED_TOGETHER = re.compile(r"/CMakeFiles/\w+\.dir/Unity/unity_\d+_cxx\.cxx$"
 PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx\b")
 INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 ENTRY_POINT = re.compile(r"^int (main|LLVMFuzzerTestOneInput)\(", re.MULTILINE)
-FINDING = re.compile(r"^(\S+?):\d+:\d+: (error|warning): ")
+FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
 # Besides those of one room. Their names are unique among them all.
 TOGETHER = {

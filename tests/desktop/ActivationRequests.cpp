@@ -15,7 +15,7 @@ ActivationRequests::ActivationRequests(const std::string& display)
     const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_, screen->root, XCB_CW_EVENT_MASK, &events);
 
-    activeWindow_ = atomOf(connection_, "_NET_ACTIVE_WINDOW");
+    activeWindow_ = internAtom(connection_, "_NET_ACTIVE_WINDOW");
 }
 
 ActivationRequests::~ActivationRequests() {

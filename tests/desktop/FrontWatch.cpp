@@ -27,7 +27,7 @@ FrontWatch::FrontWatch(const std::string& display)
         throw std::runtime_error("no display " + display);
     }
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
-    activeWindowAtom_ = atomOf(connection_, "_NET_ACTIVE_WINDOW");
+    activeWindowAtom_ = internAtom(connection_, "_NET_ACTIVE_WINDOW");
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &events);
     forget();

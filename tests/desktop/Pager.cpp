@@ -94,7 +94,7 @@ bool Pager::isInTaskBar(xcb_window_t window) {
 }
 
 bool Pager::isMinimised(xcb_window_t window) {
-    const auto type = atomOf(connection_, "WM_STATE");
+    const auto type = internAtom(connection_, "WM_STATE");
     const auto reply = held(xcb_get_property_reply(
         connection_, xcb_get_property(connection_, 0, window, type, type, 0, 1), nullptr));
     return reply && xcb_get_property_value_length(reply.get()) == sizeof(std::uint32_t) &&
@@ -121,7 +121,7 @@ void Pager::activate(xcb_window_t window) {
 }
 
 void Pager::minimise(xcb_window_t window) {
-    send(window, atomOf(connection_, "WM_CHANGE_STATE"), {XCB_ICCCM_WM_STATE_ICONIC});
+    send(window, internAtom(connection_, "WM_CHANGE_STATE"), {XCB_ICCCM_WM_STATE_ICONIC});
 }
 
 void Pager::close(xcb_window_t window) {

@@ -1,11 +1,11 @@
 #include "desktop/Story.h"
 
 #include "support/WaitUntil.h"
+#include "support/WriteFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <stdexcept>
 #include <utility>
 
@@ -77,8 +77,7 @@ void Story::writeShortcuts() const {
                         {"appName", target.name},
                         {"appBundleIdentifier", target.identifier}});
     }
-    std::filesystem::create_directories(shortcutsFile().parent_path());
-    std::ofstream(shortcutsFile()) << list.dump();
+    writeFile(shortcutsFile(), list.dump());
 }
 
 void Story::startUtility() {
@@ -148,10 +147,8 @@ testing::AssertionResult Story::isFree(const Combination& combination) {
 }
 
 void Story::unbindWindowManager() {
-    const auto settings = desktop.home() / ".config" / "openbox";
-    std::filesystem::create_directories(settings);
-    std::ofstream(settings / "rc.xml")
-        << R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard/></openbox_config>)";
+    writeFile(desktop.home() / ".config" / "openbox" / "rc.xml",
+              R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard/></openbox_config>)");
     run({"openbox", "--reconfigure"});
     const Combination closing{118, option};
     if (const auto freed = isFree(closing); !freed) {
@@ -201,14 +198,18 @@ testing::AssertionResult Story::getsKeys(const Application& application) {
 }
 
 testing::AssertionResult Story::switchTo(const Application& application) {
-    const auto comesSoon = [&] {
-        pager.activate(application.windows().at(0));
-        return waitUntil([&] { return hasKeys(application.windows()); }, 2s);
-    };
-    if (!waitUntil(comesSoon)) { // what was opened before may still be on its way
+    if (!bringForward([&] { return application.windows(); })) {
         return isInFront(application);
     }
     return getsKeys(application);
+}
+
+bool Story::bringForward(const std::function<std::vector<xcb_window_t>()>& windows) {
+    const auto comesSoon = [&] {
+        pager.activate(windows().at(0));
+        return waitUntil([&] { return hasKeys(windows()); }, 2s);
+    };
+    return waitUntil(comesSoon);
 }
 
 testing::AssertionResult Story::nobodySaw(const Combination& combination) {

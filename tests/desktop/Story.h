@@ -7,6 +7,8 @@
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
 
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -90,6 +92,10 @@ public:
 
     /// Brings it to the front as a task bar does, then as `getsKeys`.
     testing::AssertionResult switchTo(const Application& application);
+
+    /// Asks for the first of these windows as a task bar does, again if need be: what was opened
+    /// before may still be asking for the front. Whether one of them has the keys then.
+    bool bringForward(const std::function<std::vector<xcb_window_t>()>& windows);
 
     /// Whether no application has seen the key go down. To be asked behind a key that has arrived.
     testing::AssertionResult nobodySaw(const Combination& combination);

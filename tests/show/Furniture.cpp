@@ -1,6 +1,6 @@
 #include "show/Furniture.h"
 
-#include "show/WriteFile.h"
+#include "support/WriteFile.h"
 
 #include <array>
 #include <cstdio>
@@ -151,9 +151,10 @@ constexpr std::array knownApplications{
 
 void installApplications(const test::PrivateDesktop& desktop) {
     for (const auto& [name, japaneseName, icon, program] : knownApplications) {
-        writeFile(desktop.applications() / (std::string(name) + ".desktop"),
-                  "[Desktop Entry]\nType=Application\nName=" + std::string(name) +
-                      "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=" + program + '\n');
+        test::writeFile(desktop.applications() / (std::string(name) + ".desktop"),
+                        "[Desktop Entry]\nType=Application\nName=" + std::string(name) +
+                            "\nName[ja]=" + japaneseName + "\nIcon=" + icon + "\nExec=" + program +
+                            '\n');
     }
 }
 
@@ -172,11 +173,11 @@ std::uint32_t groundColor(const Edition& edition) {
 test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& edition) {
     const auto& palette = paletteOf(edition);
     const auto configuration = desktop.home() / ".config";
-    writeFile(configuration / "kdeglobals", desktopSettings(palette));
-    writeFile(configuration / "fonts.conf", fontSettings);
-    writeFile(configuration / "openbox/rc.xml", frameSettings(edition.scale));
-    writeFile(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
-              frameTheme(palette, edition.scale));
+    test::writeFile(configuration / "kdeglobals", desktopSettings(palette));
+    test::writeFile(configuration / "fonts.conf", fontSettings);
+    test::writeFile(configuration / "openbox/rc.xml", frameSettings(edition.scale));
+    test::writeFile(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
+                    frameTheme(palette, edition.scale));
     installApplications(desktop);
     const auto shared = desktop.home() / "shared";
     files::create_directories(shared);
@@ -193,8 +194,9 @@ test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& ed
 }
 
 void setLanguage(const test::PrivateDesktop& desktop, const Edition& edition) {
-    writeFile(desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
-              std::string("[General]\nAppLanguage=") + (edition.isEnglish ? "en" : "ja") + '\n');
+    test::writeFile(desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
+                    std::string("[General]\nAppLanguage=") + (edition.isEnglish ? "en" : "ja") +
+                        '\n');
 }
 
 } // namespace hollowfernpike::show

@@ -1,6 +1,6 @@
 #include "show/Stage.h"
 
-#include "show/WriteFile.h"
+#include "support/WriteFile.h"
 
 #include <algorithm>
 #include <array>
@@ -54,9 +54,9 @@ Stage::Stage(std::vector<Binding> bindings) : bindings_(std::move(bindings)) {
 }
 
 void Stage::furnish() const {
-    writeFile(desktop.home() / ".Xdefaults", terminalLook);
-    writeFile(desktop.home() / ".config/gtk-3.0/settings.ini", toolkitLook);
-    writeFile(desktop.home() / ".config/gtk-3.0/gtk.css", toolkitStyle);
+    test::writeFile(desktop.home() / ".Xdefaults", terminalLook);
+    test::writeFile(desktop.home() / ".config/gtk-3.0/settings.ini", toolkitLook);
+    test::writeFile(desktop.home() / ".config/gtk-3.0/gtk.css", toolkitStyle);
     if (desktop.start({"xsetroot", "-solid", background})->wait() != 0) {
         throw std::runtime_error("the background cannot be painted");
     }
@@ -73,7 +73,7 @@ void Stage::writeShortcuts() const {
                         {"appName", name},
                         {"appBundleIdentifier", name}});
     }
-    writeFile(desktop.dataHome() / "Hollowfernpike" / "shortcuts.json", list.dump());
+    test::writeFile(desktop.dataHome() / "Hollowfernpike" / "shortcuts.json", list.dump());
 }
 
 void Stage::startUtility() {

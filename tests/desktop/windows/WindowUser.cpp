@@ -37,13 +37,10 @@ xcb_window_t WindowUser::openManagement() {
         story_.run({HFP_PROGRAM});
         return managementComes();
     }
-    // Nothing tells when a further start has been served, so this is what a task bar does. A window
-    // that has just come may still be asking for the front itself.
-    const auto isInFront = [this] {
-        story_.pager.activate(management_);
-        return waitUntil([this] { return isInFrontOfAll(management_); }, patience / 10);
-    };
-    require(isInFront, "the management window does not come");
+    // Nothing tells when a further start has been served.
+    if (!story_.bringForward([this] { return std::vector{management_}; })) {
+        waitForKeys(management_);
+    }
     return management_;
 }
 
@@ -119,8 +116,8 @@ void WindowUser::choose(xcb_window_t editor, std::string_view application) {
 }
 
 void WindowUser::startRecording(xcb_window_t editor) {
-    require([&] { return isInFrontOfAll(editor) && recorderBorder(editor) == 1; },
-            "the recorder does not show");
+    waitForKeys(editor);
+    require([&] { return recorderBorder(editor) == 1; }, "the recorder does not show");
     for (const char* key : {"TAB", "TAB", "SPCE"}) { // past the recorder to its button
         story_.keyboard.strike({key});
     }
@@ -143,9 +140,7 @@ void WindowUser::clickSave(xcb_window_t editor) {
 }
 
 void WindowUser::strikeAndLeave(xcb_window_t window, const std::string& key) {
-    if (const auto active = story_.isActive(window); !active) {
-        throw std::runtime_error(active.message());
-    }
+    waitForKeys(window);
     story_.keyboard.strike({key});
     goes(window);
 }
@@ -178,8 +173,9 @@ void WindowUser::click(xcb_window_t window, Point point) {
 }
 
 void WindowUser::waitForKeys(xcb_window_t window) {
-    require([&] { return isInFrontOfAll(window); },
-            story_.pager.titleOf(window) + " is not in front");
+    if (const auto active = story_.isActive(window); !active) {
+        throw std::runtime_error(active.message());
+    }
 }
 
 int WindowUser::heightOf(xcb_window_t window) {
@@ -215,10 +211,6 @@ int WindowUser::recorderBorder(xcb_window_t editor) {
 bool WindowUser::isShown(xcb_window_t window) {
     const auto shown = story_.pager.stacking();
     return std::ranges::find(shown, window) != shown.end();
-}
-
-bool WindowUser::isInFrontOfAll(xcb_window_t window) {
-    return story_.pager.activeWindow() == window && story_.pager.focusedWindow() == window;
 }
 
 void WindowUser::require(const std::function<bool()>& condition, const std::string& what) {

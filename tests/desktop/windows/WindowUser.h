@@ -116,7 +116,6 @@ private:
     /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
     void click(xcb_window_t window, Point point);
     bool isShown(xcb_window_t window);
-    bool isInFrontOfAll(xcb_window_t window);
     void waitForKeys(xcb_window_t window);
     int heightOf(xcb_window_t window);
 

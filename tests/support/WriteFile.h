@@ -4,7 +4,7 @@
 #include <fstream>
 #include <string>
 
-namespace hollowfernpike::show {
+namespace hollowfernpike::test {
 
 /// Writes a file, and makes its folder first.
 inline void writeFile(const std::filesystem::path& file, const std::string& text) {
@@ -12,4 +12,4 @@ inline void writeFile(const std::filesystem::path& file, const std::string& text
     std::ofstream{file} << text;
 }
 
-} // namespace hollowfernpike::show
+} // namespace hollowfernpike::test
