@@ -15,11 +15,13 @@ std::uint64_t Modifiers::flags(ModifierState state) const {
             result |= flag;
         }
     };
-    add(XCB_MOD_MASK_SHIFT, shift);
-    add(XCB_MOD_MASK_CONTROL, control);
     add(XCB_MOD_MASK_LOCK, capsLock);
-    add(option, platform::event_flags::option);
-    add(command, platform::event_flags::command);
+    if (isPlain(state)) {
+        add(XCB_MOD_MASK_SHIFT, shift);
+        add(XCB_MOD_MASK_CONTROL, control);
+        add(option, platform::event_flags::option);
+        add(command, platform::event_flags::command);
+    }
     return result;
 }
 

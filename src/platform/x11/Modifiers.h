@@ -23,11 +23,13 @@ struct Modifiers {
     ModifierState numLock = 0;
     ModifierState scrollLock = 0;
 
-    /// The event flags for the modifiers held or locked in `state`.
+    /// The event flags for the modifiers held or locked in `state`. While a level shift such as
+    /// AltGr is on, a press types another character (AltGr+Control+9 is Control+] on a German
+    /// keyboard), which no combination may take; so it carries none of a shortcut's modifiers, and
+    /// nobody can record what no tap would swallow.
     std::uint64_t flags(ModifierState state) const;
 
-    /// Whether nothing beyond the four modifiers of a shortcut and the locks is on: a level shift
-    /// such as AltGr makes another combination.
+    /// Whether nothing beyond the four modifiers of a shortcut and the locks is on.
     bool isPlain(ModifierState state) const;
 
     /// Every state in which exactly these modifiers of a shortcut are held, one for each state of
