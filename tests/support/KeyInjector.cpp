@@ -25,7 +25,7 @@ KeyInjector::~KeyInjector() {
         fake(XCB_KEY_RELEASE, down_.back());
         down_.pop_back();
     }
-    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    sync();
     xcb_disconnect(connection_);
 }
 
@@ -58,6 +58,10 @@ void KeyInjector::strike(const std::vector<std::string>& keyNames) {
     for (auto name = keyNames.rbegin(); name != keyNames.rend(); ++name) {
         release(*name);
     }
+}
+
+void KeyInjector::sync() {
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
 xcb_keycode_t KeyInjector::keycode(std::string_view keyName) {

@@ -27,6 +27,9 @@ public:
     /// Presses the keys in this order and lets them go in the opposite one.
     void strike(const std::vector<std::string>& keyNames);
 
+    /// Returns when the server has done all that was asked of it.
+    void sync();
+
     /// The key's number in the server's map as it is now; 0 if it has no such key.
     xcb_keycode_t keycode(std::string_view keyName);
 

@@ -4,6 +4,8 @@
 #include "platform/x11/Sequence.h"
 #include "platform/x11/Xkb.h"
 
+#include <utility>
+
 #include <xcb/xinput.h>
 
 namespace hollowfernpike::x11 {
@@ -17,7 +19,7 @@ struct EventMask {
 
 } // namespace
 
-RawKeys::RawKeys(const Connection& connection) : connection_(connection) {}
+RawKeys::RawKeys(const Connection& connection) : connection_(connection), input_(connection) {}
 
 void RawKeys::start() {
     if (started_) {
@@ -30,6 +32,8 @@ void RawKeys::start() {
     started_ = state != nullptr;
     startedAt_ = cookie.sequence;
     modifiers_ = state ? state->mods : ModifierState{0};
+    isModifierHeld_ = state && state->baseMods != 0;
+    wasInputTaken_ = input_.isTaken();
 }
 
 void RawKeys::stop() {
@@ -47,9 +51,11 @@ std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
         return std::nullopt;
     }
     if (isXkbEvent(connection_, event, XCB_XKB_STATE_NOTIFY)) {
-        modifiers_ = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event).mods;
+        const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+        modifiers_ = state.mods;
+        isModifierHeld_ = state.baseMods != 0;
     }
-    if (!isXInputEvent(connection_, event, XCB_INPUT_RAW_KEY_PRESS)) {
+    if (!isXInputEvent(connection_, event, XCB_INPUT_RAW_KEY_PRESS) || isForAnother()) {
         return std::nullopt;
     }
     const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
@@ -60,6 +66,14 @@ std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
 bool RawKeys::covers(const xcb_generic_event_t& event) const {
     return !isBefore(event.full_sequence, startedAt_) &&
            (started_ || isBefore(event.full_sequence, stoppedAt_));
+}
+
+// Whoever shares a combination may take the input because of this very press (Alt+Tab of a window
+// manager), so the press of its modifiers counts, too.
+bool RawKeys::isForAnother() {
+    const bool isTaken = input_.isTaken();
+    const bool wasTaken = std::exchange(wasInputTaken_, isTaken);
+    return isTaken && (wasTaken || !isModifierHeld_);
 }
 
 std::uint32_t RawKeys::select(bool wanted) const {

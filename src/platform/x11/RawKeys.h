@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/x11/KeyboardMap.h"
+#include "platform/x11/TakenInput.h"
 
 #include <optional>
 
@@ -8,7 +9,8 @@ namespace hollowfernpike::x11 {
 
 /// Sees key presses without taking part in them, through raw events of XInput 2.1 or later (its
 /// version must have been agreed on this connection): also those that some client grabs. Repeats
-/// are not seen. One at most per connection.
+/// are not seen, nor what is typed while a client has taken keyboard and pointer for itself: that
+/// may be a screen locker. One at most per connection.
 class RawKeys {
 public:
     struct Press {
@@ -34,12 +36,16 @@ public:
 private:
     std::uint32_t select(bool wanted) const;
     bool covers(const xcb_generic_event_t& event) const;
+    bool isForAnother();
 
     const Connection& connection_;
+    TakenInput input_;
     bool started_ = false;
     std::uint32_t startedAt_ = 0; ///< number of the request that told the modifiers
     std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period
     ModifierState modifiers_ = 0;
+    bool isModifierHeld_ = false;
+    bool wasInputTaken_ = false; ///< when the press before was read
 };
 
 } // namespace hollowfernpike::x11

@@ -52,6 +52,21 @@ public:
         return grabbed;
     }
 
+    /// As screen lockers and menus do; false if somebody else has the keyboard or the pointer.
+    bool takeInput() {
+        const x11::Reply<xcb_grab_pointer_reply_t> pointer{xcb_grab_pointer_reply(
+            server(),
+            xcb_grab_pointer(server(), 0, connection_->root(), 0, XCB_GRAB_MODE_ASYNC,
+                             XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+            nullptr)};
+        return grabKeyboard() && pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+    void giveInputBack() {
+        xcb_ungrab_keyboard(server(), XCB_CURRENT_TIME);
+        xcb_ungrab_pointer(server(), XCB_CURRENT_TIME);
+        sync();
+    }
+
     bool grabKeyboard() {
         const x11::Reply<xcb_grab_keyboard_reply_t> reply{xcb_grab_keyboard_reply(
             server(),
@@ -74,6 +89,13 @@ public:
 
     void lockLayoutGroup(std::uint8_t group) {
         xcb_xkb_latch_lock_state(server(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
+        sync();
+    }
+
+    void lockModifiers(unsigned modifiers, bool locked) {
+        const auto mask = static_cast<std::uint8_t>(modifiers);
+        xcb_xkb_latch_lock_state(server(), XCB_XKB_ID_USE_CORE_KBD, mask, locked ? mask : 0, 0, 0,
+                                 0, 0, 0);
         sync();
     }
 
