@@ -3,7 +3,6 @@
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Reply.h"
-#include "platform/x11/TraySelection.h"
 #include "platform/x11/TrayWatch.h"
 
 #include <utility>
@@ -45,18 +44,17 @@ void ignoreError(xcb_connection_t* connection, xcb_void_cookie_t request) {
 } // namespace
 
 SystemTray::SystemTray(xcb_connection_t* toolkit, platform::RunLoop& runLoop)
-    : toolkit_(toolkit), runLoop_(runLoop),
-      selection_(traySelection(toolkit, environmentsScreen())) {}
+    : toolkit_(toolkit), runLoop_(runLoop), selection_(toolkit, trayPrefix, environmentsScreen()) {}
 
 bool SystemTray::isThere() {
-    return tray() != XCB_NONE;
+    return selection_.owner() != XCB_NONE;
 }
 
 bool SystemTray::blendsWindows() {
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         toolkit_,
-        xcb_get_property(toolkit_, 0, tray(), internAtom(toolkit_, "_NET_SYSTEM_TRAY_VISUAL"),
-                         XCB_ATOM_VISUALID, 0, 1),
+        xcb_get_property(toolkit_, 0, selection_.owner(),
+                         internAtom(toolkit_, "_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID, 0, 1),
         nullptr));
     if (!reply || reply->format != 32 || reply->value_len == 0) {
         return false;
@@ -74,7 +72,7 @@ void SystemTray::embed(std::uintptr_t window) {
         const std::uint32_t ground = XCB_BACK_PIXMAP_PARENT_RELATIVE;
         xcb_change_window_attributes(toolkit_, embedded, XCB_CW_BACK_PIXMAP, &ground);
     }
-    const auto receiver = tray();
+    const auto receiver = selection_.owner();
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
@@ -93,10 +91,6 @@ std::unique_ptr<platform::Subscription> SystemTray::watch(std::function<void()> 
     return connection == nullptr
                ? nullptr
                : std::make_unique<TrayWatch>(std::move(connection), runLoop_, std::move(onChange));
-}
-
-xcb_window_t SystemTray::tray() {
-    return trayOf(toolkit_, selection_);
 }
 
 } // namespace hollowfernpike::x11

@@ -2,6 +2,7 @@
 
 #include "platform/RunLoop.h"
 #include "platform/SystemTray.h"
+#include "platform/x11/ManagerSelection.h"
 
 #include <xcb/xcb.h>
 
@@ -21,11 +22,9 @@ public:
     std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
 private:
-    xcb_window_t tray();
-
     xcb_connection_t* toolkit_;
     platform::RunLoop& runLoop_;
-    xcb_atom_t selection_;
+    ManagerSelection selection_;
 };
 
 } // namespace hollowfernpike::x11

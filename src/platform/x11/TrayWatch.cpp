@@ -1,9 +1,7 @@
 #include "platform/x11/TrayWatch.h"
 
-#include "platform/x11/Atoms.h"
 #include "platform/x11/EventKinds.h"
 #include "platform/x11/Reply.h"
-#include "platform/x11/TraySelection.h"
 
 #include <utility>
 
@@ -22,8 +20,7 @@ void selectStructureEvents(xcb_connection_t* server, xcb_window_t window) {
 TrayWatch::TrayWatch(std::unique_ptr<Connection> connection, platform::RunLoop& runLoop,
                      std::function<void()> onChange)
     : connection_(std::move(connection)), onChange_(std::move(onChange)),
-      selection_(traySelection(connection_->get(), connection_->screenNumber())),
-      manager_(internAtom(connection_->get(), "MANAGER")),
+      selection_(connection_->get(), trayPrefix, connection_->screenNumber()),
       readable_(runLoop.watchReadable(connection_->descriptor(), [this] { onReadable(); })) {
     selectStructureEvents(connection_->get(), connection_->root());
     follow();
@@ -52,14 +49,9 @@ bool TrayWatch::readNews() {
 }
 
 bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
-    const auto type = eventCode(event);
-    if (type == XCB_CLIENT_MESSAGE) {
-        const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
-        return message.type == manager_ && message.format == 32 &&
-               message.data.data32[1] == selection_;
-    }
-    return type == XCB_DESTROY_NOTIFY &&
-           reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == tray_;
+    return selection_.isAnnouncedBy(event) ||
+           (eventCode(event) == XCB_DESTROY_NOTIFY &&
+            reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == tray_);
 }
 
 // Its end can only be seen by who has asked for it in time, so the owner is asked for once more
@@ -67,8 +59,7 @@ bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
 void TrayWatch::follow() {
     auto* const server = connection_->get();
     tray_ = XCB_NONE;
-    for (auto owner = trayOf(server, selection_); owner != tray_;
-         owner = trayOf(server, selection_)) {
+    for (auto owner = selection_.owner(); owner != tray_; owner = selection_.owner()) {
         tray_ = owner;
         selectStructureEvents(server, owner);
     }

@@ -2,6 +2,7 @@
 
 #include "platform/RunLoop.h"
 #include "platform/x11/Connection.h"
+#include "platform/x11/ManagerSelection.h"
 
 #include <functional>
 #include <memory>
@@ -9,6 +10,9 @@
 #include <xcb/xcb.h>
 
 namespace hollowfernpike::x11 {
+
+/// The selection that the tray of a screen owns (System Tray Protocol Specification 0.3).
+inline constexpr auto trayPrefix = "_NET_SYSTEM_TRAY_S";
 
 /// Learns of trays that come and go, from the message in which a new one names itself (Inter-Client
 /// Communication Conventions Manual 2.0, 2.8) and from the end of its window.
@@ -26,8 +30,7 @@ private:
 
     std::unique_ptr<Connection> connection_;
     std::function<void()> onChange_;
-    xcb_atom_t selection_;
-    xcb_atom_t manager_;
+    ManagerSelection selection_;
     xcb_window_t tray_ = XCB_NONE;
     std::unique_ptr<platform::Subscription> readable_;
 };
