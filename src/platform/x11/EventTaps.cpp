@@ -21,9 +21,9 @@ void selectKeyboardChanges(const Connection& connection) {
 }
 
 std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
-                                      const Connection& connection) {
+                                      const Connection& connection, platform::MainQueue& queue) {
     if (options == platform::EventTapOptions::active) {
-        return std::make_unique<GrabbedKeys>(connection);
+        return std::make_unique<GrabbedKeys>(connection, queue);
     }
     return std::make_unique<ObservedKeys>(connection);
 }
@@ -54,7 +54,7 @@ std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions 
     if (!KeyboardDescription::read(*connection)) {
         return nullptr;
     }
-    auto source = makeSource(options, *connection);
+    auto source = makeSource(options, *connection, queue_);
     return std::make_unique<KeyTap>(KeyTap::Services{queue_, userTime_, connectionLost_},
                                     std::move(connection), std::move(source),
                                     KeyTap::Listener{callback, userInfo});

@@ -3,10 +3,30 @@
 #include "platform/x11/EventKinds.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 
 namespace hollowfernpike::x11 {
 
-GrabbedKeys::GrabbedKeys(const Connection& connection) : grabs_(connection), rawKeys_(connection) {}
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t mostObserved = 16;
+
+/// A window manager announces itself before it grabs its keys, GNOME Shell by some seconds.
+constexpr std::array<std::chrono::milliseconds, 3> windowManagerStarts{500ms, 3s, 10s};
+
+bool isWithSuper(const platform::KeyCombination& combination) {
+    return (combination.modifierFlags & platform::event_flags::command) != 0;
+}
+
+} // namespace
+
+GrabbedKeys::GrabbedKeys(const Connection& connection, platform::MainQueue& queue)
+    : connection_(connection), queue_(queue),
+      windowManager_(connection.get(), "WM_S", connection.screenNumber()), grabs_(connection),
+      rawKeys_(connection) {}
 
 void GrabbedKeys::setInterest(std::span<const platform::KeyCombination> combinations) {
     interest_.assign(combinations.begin(), combinations.end());
@@ -16,61 +36,130 @@ void GrabbedKeys::setInterest(std::span<const platform::KeyCombination> combinat
 }
 
 std::vector<platform::KeyCombination> GrabbedKeys::listenOnlyCombinations() const {
-    return taken_;
+    return shared_;
 }
 
 void GrabbedKeys::start(const KeyboardMap& map) {
     map_ = map;
+    selectRootEvents();
     update();
 }
 
 void GrabbedKeys::stop() {
+    map_.reset();
+    windows_.reset();
+    selectRootEvents();
     rawKeys_.stop();
     grabs_.release();
-    taken_.clear();
-    map_.reset();
+    shared_.clear();
 }
 
 std::optional<KeyPress> GrabbedKeys::read(const xcb_generic_event_t& event) {
     if (event.response_type == XCB_KEY_PRESS) {
         return readSwallowed(event);
     }
+    if (windows_ && windows_->isChange(event)) {
+        grabs_.setWindows(windows_->read());
+    } else if (windowManager_.isAnnouncedBy(event)) {
+        updateAfterWindowManagerBegan();
+    }
     const auto press = rawKeys_.read(event);
     return press ? readObserved(*press) : std::nullopt;
 }
 
 void GrabbedKeys::update() {
-    taken_ = grabs_.update(*map_, interest_);
-    if (taken_.empty()) {
+    shared_ = grabs_.update(*map_, interest_);
+    followLoneSuperKey();
+    for (const auto& combination : interest_) {
+        if (passesByGrabs(combination) &&
+            std::ranges::find(shared_, combination) == shared_.end()) {
+            shared_.push_back(combination);
+        }
+    }
+    if (shared_.empty()) {
         rawKeys_.stop();
     } else {
         rawKeys_.start();
     }
 }
 
-// While a combination is tried again, a part of it may be held for a moment before another part
-// turns out to be taken: such a press comes both ways.
-std::optional<KeyPress> GrabbedKeys::readSwallowed(const xcb_generic_event_t& event) const {
+void GrabbedKeys::selectRootEvents() {
+    const std::uint32_t events = (map_ ? XCB_EVENT_MASK_STRUCTURE_NOTIFY : 0) |
+                                 (windows_ ? FocusableWindows::rootEvents : 0);
+    xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK, &events);
+    xcb_flush(connection_.get());
+}
+
+void GrabbedKeys::followLoneSuperKey() {
+    const bool isOfInterest = std::ranges::any_of(interest_, isWithSuper);
+    loneSuperKey_ =
+        isOfInterest ? loneSuperKey(connection_, map_->superKeys()) : LoneSuperKey::free;
+    const bool isFollowed = loneSuperKey_ != LoneSuperKey::free;
+    if (isFollowed != windows_.has_value()) {
+        windows_.reset();
+        if (isFollowed) {
+            windows_.emplace(connection_);
+        }
+        selectRootEvents();
+    }
+    grabs_.setWindows(windows_ ? windows_->read() : std::vector<xcb_window_t>{});
+}
+
+void GrabbedKeys::updateAfterWindowManagerBegan() {
+    for (const auto delay : windowManagerStarts) {
+        queue_.asyncAfter(delay, [self = std::weak_ptr(self_)] {
+            const auto keys = self.lock();
+            if (keys && (*keys)->map_) {
+                (*keys)->update();
+            }
+        });
+    }
+}
+
+bool GrabbedKeys::passesByGrabs(const platform::KeyCombination& combination) const {
+    return loneSuperKey_ == LoneSuperKey::unguarded && isWithSuper(combination);
+}
+
+std::optional<KeyPress> GrabbedKeys::readSwallowed(const xcb_generic_event_t& event) {
     const auto& core = reinterpret_cast<const xcb_key_press_event_t&>(event);
     const KeyState state{core.detail, static_cast<ModifierState>(core.state & 0xFFU)};
-    if (RawKeys::Press{state, core.time, event.full_sequence} == lastObserved_) {
+    if (wasObserved({state, core.time, event.full_sequence})) {
         return std::nullopt;
     }
     const auto keyEvent = map_->event(state);
     return keyEvent ? std::optional{KeyPress{*keyEvent, core.time}} : std::nullopt;
 }
 
-// A press that is held as a grab comes once more as an event of the grab.
 std::optional<KeyPress> GrabbedKeys::readObserved(const RawKeys::Press& press) {
     const auto combination = map_->combination(press.state);
-    if (!combination || grabs_.held(press.state, press.sequence) ||
-        std::ranges::find(interest_, *combination) == interest_.end()) {
+    if (!combination || std::ranges::find(interest_, *combination) == interest_.end()) {
         return std::nullopt;
     }
+    const bool isReplayed = passesByGrabs(*combination);
+    if (!isReplayed && grabs_.held(press.state, press.sequence)) {
+        return std::nullopt; // comes as an event of the grab
+    }
     const auto keyEvent = map_->event(press.state);
-    lastObserved_ = press;
+    observed_.push_back({press, isReplayed});
+    if (observed_.size() > mostObserved) {
+        observed_.pop_front();
+    }
     update();
     return KeyPress{*keyEvent, press.time};
+}
+
+// While a combination is tried again, a part of it may be held for a moment before another part
+// turns out to be taken; and what passes by grabs on the root may be caught on a window.
+bool GrabbedKeys::wasObserved(const RawKeys::Press& press) {
+    const auto found = std::ranges::find_if(observed_, [&](const Observed& observed) {
+        return observed.press.state == press.state && observed.press.time == press.time &&
+               (observed.isReplayed || observed.press.sequence == press.sequence);
+    });
+    const bool isFound = found != observed_.end();
+    if (isFound) {
+        observed_.erase(found);
+    }
+    return isFound;
 }
 
 } // namespace hollowfernpike::x11

@@ -2,6 +2,7 @@
 
 #include "platform/x11/Sequence.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <xcb/xcb_aux.h>
@@ -12,17 +13,21 @@ KeyGrabs::KeyGrabs(const Connection& connection) : connection_(connection) {}
 
 std::vector<platform::KeyCombination>
 KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombination> combinations) {
-    Wanted wanted;
+    Wishes wishes;
     for (std::size_t index = 0; index < combinations.size(); ++index) {
+        const bool isWithSuper =
+            (combinations[index].modifierFlags & platform::event_flags::command) != 0;
         for (const auto& press : map.presses(combinations[index])) {
-            wanted.emplace(press, index);
+            wishes.emplace(press, Wish{index, isWithSuper});
         }
     }
-    ungrabUnwanted(wanted);
-    const auto refused = grabMissing(wanted, combinations.size());
-    std::erase_if(wanted, [&](const auto& entry) { return refused[entry.second]; });
-    ungrabUnwanted(wanted);
-    xcb_flush(connection_.get());
+    bool isGivenBack = ungrabUnwanted(wishes);
+    const auto refused = grabMissing(wishes, combinations.size());
+    std::erase_if(wishes, [&](const auto& wish) { return refused[wish.second.combination]; });
+    isGivenBack = ungrabUnwanted(wishes) || isGivenBack;
+    if (isGivenBack) {
+        xcb_aux_sync(connection_.get());
+    }
 
     std::vector<platform::KeyCombination> taken;
     for (std::size_t index = 0; index < combinations.size(); ++index) {
@@ -33,7 +38,30 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
     return taken;
 }
 
+// A window may be gone before the server reads what is asked of it: an error that nobody reads.
+void KeyGrabs::setWindows(std::vector<xcb_window_t> windows) {
+    std::ranges::sort(windows);
+    for (const auto window : windows_) {
+        if (!std::ranges::binary_search(windows, window)) {
+            xcb_ungrab_key(connection_.get(), XCB_GRAB_ANY, window, XCB_MOD_MASK_ANY);
+        }
+    }
+    for (const auto window : windows) {
+        if (std::ranges::binary_search(windows_, window)) {
+            continue;
+        }
+        for (const auto& [press, hold] : held_) {
+            if (hold.isWithSuper) {
+                grabOn(window, press);
+            }
+        }
+    }
+    windows_ = std::move(windows);
+    xcb_flush(connection_.get());
+}
+
 void KeyGrabs::release() {
+    setWindows({});
     held_.clear();
     xcb_ungrab_key(connection_.get(), XCB_GRAB_ANY, connection_.root(), XCB_MOD_MASK_ANY);
     xcb_aux_sync(connection_.get());
@@ -41,41 +69,58 @@ void KeyGrabs::release() {
 
 bool KeyGrabs::held(const KeyState& press, std::uint32_t sequence) const {
     const auto found = held_.find(press);
-    return found != held_.end() && !isBefore(sequence, found->second);
+    return found != held_.end() && !isBefore(sequence, found->second.sequence);
 }
 
-void KeyGrabs::ungrabUnwanted(const Wanted& wanted) {
-    std::erase_if(held_, [&](const auto& entry) {
-        const auto& press = entry.first;
-        const bool unwanted = !wanted.contains(press);
-        if (unwanted) {
-            xcb_ungrab_key(connection_.get(), press.key, connection_.root(), press.modifiers);
+bool KeyGrabs::ungrabUnwanted(const Wishes& wishes) {
+    const auto count = std::erase_if(held_, [&](const auto& entry) {
+        const auto& [press, hold] = entry;
+        if (wishes.contains(press)) {
+            return false;
         }
-        return unwanted;
+        xcb_ungrab_key(connection_.get(), press.key, connection_.root(), press.modifiers);
+        if (hold.isWithSuper) {
+            for (const auto window : windows_) {
+                xcb_ungrab_key(connection_.get(), press.key, window, press.modifiers);
+            }
+        }
+        return true;
     });
+    return count > 0;
 }
 
-std::vector<bool> KeyGrabs::grabMissing(const Wanted& wanted, std::size_t combinationCount) {
-    std::vector<std::pair<Wanted::const_iterator, xcb_void_cookie_t>> attempts;
-    for (auto entry = wanted.begin(); entry != wanted.end(); ++entry) {
-        const auto& press = entry->first;
+std::vector<bool> KeyGrabs::grabMissing(const Wishes& wishes, std::size_t combinationCount) {
+    std::vector<std::pair<Wishes::const_iterator, xcb_void_cookie_t>> attempts;
+    for (auto wish = wishes.begin(); wish != wishes.end(); ++wish) {
+        const auto& press = wish->first;
         if (!held_.contains(press)) {
-            attempts.emplace_back(entry,
+            attempts.emplace_back(wish,
                                   xcb_grab_key_checked(connection_.get(), 0, connection_.root(),
                                                        press.modifiers, press.key,
                                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC));
         }
     }
     std::vector<bool> refused(combinationCount);
-    for (const auto& [entry, cookie] : attempts) {
+    for (const auto& [wish, cookie] : attempts) {
+        const auto& [press, wanted] = *wish;
         const Reply<xcb_generic_error_t> error{xcb_request_check(connection_.get(), cookie)};
         if (error) {
-            refused[entry->second] = true;
-        } else {
-            held_.emplace(entry->first, cookie.sequence);
+            refused[wanted.combination] = true;
+            continue;
+        }
+        held_.emplace(press, Hold{cookie.sequence, wanted.isWithSuper});
+        if (wanted.isWithSuper) {
+            for (const auto window : windows_) {
+                grabOn(window, press);
+            }
         }
     }
     return refused;
+}
+
+void KeyGrabs::grabOn(xcb_window_t window, const KeyState& press) {
+    xcb_grab_key(connection_.get(), 0, window, press.modifiers, press.key, XCB_GRAB_MODE_ASYNC,
+                 XCB_GRAB_MODE_SYNC);
 }
 
 } // namespace hollowfernpike::x11

@@ -8,33 +8,49 @@
 
 namespace hollowfernpike::x11 {
 
-/// The passive key grabs of one client on the root window. The server freezes the keyboard with
-/// each grabbed press until this client gives it back, so whoever reads the connection must do that
-/// at once.
+/// The passive key grabs of one client. The server freezes the keyboard with each grabbed press
+/// until this client gives it back, so whoever reads the connection must do that at once.
 class KeyGrabs {
 public:
     explicit KeyGrabs(const Connection& connection);
 
-    /// Grabs every press of these combinations and gives back what else was held; what stays is
-    /// not touched. Returns the combinations of which another client holds a part: nothing of them
-    /// is held. Combinations that the map cannot produce are left out. Waits for the server.
+    /// Grabs every press of these combinations on the root window and gives back what else was
+    /// held; what stays is not touched. Returns the combinations of which another client holds a
+    /// part: nothing of them is held. Combinations that the map cannot produce are left out. Waits
+    /// for the server.
     std::vector<platform::KeyCombination>
     update(const KeyboardMap& map, std::span<const platform::KeyCombination> combinations);
 
-    /// Gives everything back. Waits for the server, so that others can have it from here on.
+    /// The windows on which presses with the Super key are grabbed besides the root, now and after
+    /// later updates, instead of those given before. Does not wait for the server; what other
+    /// clients hold there remains theirs.
+    void setWindows(std::vector<xcb_window_t> windows);
+
+    /// Gives everything back, and forgets the windows. Waits for the server, so that others can
+    /// have it from here on.
     void release();
 
     /// Whether such a press was held when the server sent an event with this sequence number.
     bool held(const KeyState& press, std::uint32_t sequence) const;
 
 private:
-    using Wanted = std::map<KeyState, std::size_t>;
+    struct Wish {
+        std::size_t combination;
+        bool isWithSuper;
+    };
+    struct Hold {
+        std::uint32_t sequence; ///< of the request
+        bool isWithSuper;
+    };
+    using Wishes = std::map<KeyState, Wish>;
 
-    void ungrabUnwanted(const Wanted& wanted);
-    std::vector<bool> grabMissing(const Wanted& wanted, std::size_t combinationCount);
+    bool ungrabUnwanted(const Wishes& wishes);
+    std::vector<bool> grabMissing(const Wishes& wishes, std::size_t combinationCount);
+    void grabOn(xcb_window_t window, const KeyState& press);
 
     const Connection& connection_;
-    std::map<KeyState, std::uint32_t> held_; ///< with the sequence number of the request
+    std::map<KeyState, Hold> held_;
+    std::vector<xcb_window_t> windows_; ///< sorted
 };
 
 } // namespace hollowfernpike::x11

@@ -65,8 +65,11 @@ KeyboardMap::KeyboardMap(const KeyboardDescription& description)
     : modifiers_(findModifiers(description)) {
     for (unsigned index = description.firstKey; index <= description.lastKey; ++index) {
         const auto key = static_cast<xcb_keycode_t>(index);
-        if (!isModifier(description, description.keys.at(key))) {
+        const auto& described = description.keys.at(key);
+        if (!isModifier(description, described)) {
             codes_.at(key) = keyCode(description, key);
+        } else if ((described.modifiers & modifiers_.command) != 0) {
+            superKeys_.push_back(key);
         }
     }
 }

@@ -35,9 +35,13 @@ public:
     /// the locks. Empty if the map lacks the key or a modifier.
     std::vector<KeyState> presses(const platform::KeyCombination& combination) const;
 
+    /// The keys that hold the Command modifier, whatever they are called.
+    const std::vector<xcb_keycode_t>& superKeys() const { return superKeys_; }
+
 private:
     std::array<std::optional<std::uint16_t>, 256> codes_;
     Modifiers modifiers_;
+    std::vector<xcb_keycode_t> superKeys_;
 };
 
 } // namespace hollowfernpike::x11

@@ -7,18 +7,31 @@
 
 namespace hollowfernpike::test {
 
-/// The window that has the focus, and what the keyboard told it.
+/// The window that has the focus, and what the keyboard told it. Where there is a window manager it
+/// may have the focus some time later.
 class FocusedWindow : public XClient {
 public:
-    explicit FocusedWindow(const std::string& display) : XClient(display) {
-        const auto window = xcb_generate_id(server());
+    explicit FocusedWindow(const std::string& display)
+        : XClient(display), window_(xcb_generate_id(server())) {
         const std::uint32_t events =
             XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_EXPOSURE;
-        xcb_create_window(server(), XCB_COPY_FROM_PARENT, window, connection().root(), 0, 0, 100,
+        xcb_create_window(server(), XCB_COPY_FROM_PARENT, window_, connection().root(), 0, 0, 100,
                           100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                           XCB_CW_EVENT_MASK, &events);
-        xcb_map_window(server(), window);
-        xcb_set_input_focus(server(), XCB_INPUT_FOCUS_NONE, window, XCB_CURRENT_TIME);
+        xcb_map_window(server(), window_);
+        xcb_set_input_focus(server(), XCB_INPUT_FOCUS_NONE, window_, XCB_CURRENT_TIME);
+        sync();
+    }
+
+    bool hasFocus() {
+        const x11::Reply<xcb_get_input_focus_reply_t> focus{
+            xcb_get_input_focus_reply(server(), xcb_get_input_focus(server()), nullptr)};
+        return focus && focus->focus == window_;
+    }
+
+    /// Moves the pointer into it, or out to the left.
+    void pointAt(bool inside) {
+        xcb_warp_pointer(server(), XCB_NONE, window_, 0, 0, 0, 0, inside ? 50 : -50, 50);
         sync();
     }
 
@@ -42,6 +55,7 @@ private:
         }));
     }
 
+    xcb_window_t window_;
     std::vector<KeyEvent> events_;
 };
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/x11/Connection.h"
+
+#include <span>
+
+#include <xcb/xproto.h>
+
+namespace hollowfernpike::x11 {
+
+/// What becomes of the Super key when it goes down alone.
+///
+/// Who opens a menu with that key (window managers, panels) grabs it on the root. When another key
+/// follows, the holder has the server replay that key, and the server then passes over every grab
+/// on the root, ours of Super+A included. It does find grabs on the windows below the root, but
+/// only while the pointer is over such a window, too (Xorg 21.1, CheckDeviceGrabs).
+enum class LoneSuperKey {
+    free,     ///< nobody holds it: grabs on the root see every press
+    guarded,  ///< held by a window manager that has a window under the pointer everywhere (mutter
+              ///< and its kin): grabs on windows see every press
+    unguarded ///< held by somebody else (icewm): what is pressed while the pointer is over the bare
+              ///< root passes by all grabs
+};
+
+/// Asks by grabbing each of the Super keys and giving it back at once. Mutter and its kin are told
+/// by the kind of their grab, which is one of XInput 2. Waits for the server, once.
+LoneSuperKey loneSuperKey(const Connection& connection, std::span<const xcb_keycode_t> superKeys);
+
+} // namespace hollowfernpike::x11

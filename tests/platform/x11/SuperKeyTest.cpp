@@ -1,0 +1,260 @@
+#include "platform/x11/FocusedWindow.h"
+#include "platform/x11/KeyTapTest.h"
+#include "platform/x11/SuperKeyHolder.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+using Manner = SuperKeyHolder::Manner;
+
+/// Presses with the Super key while somebody else holds that key alone.
+class SuperKeyTest : public testing::Test {
+protected:
+    static platform::KeyCombination superX(std::uint64_t modifiers = 0) {
+        return {.keyCode = keyX, .modifierFlags = flags::command | modifiers};
+    }
+
+    /// Every set of modifiers with Super in it, and one combination without Super that ends what a
+    /// test waits for.
+    static std::vector<platform::KeyCombination> everySetWithSuper() {
+        std::vector combinations{platform::KeyCombination{keyC, flags::control}};
+        for (std::uint64_t set = 0; set < 8; ++set) {
+            combinations.push_back(superX(set * flags::shift));
+        }
+        return combinations;
+    }
+
+    /// The keys of every such set in every order and with both Super keys, and X behind them.
+    static std::vector<std::vector<std::string>> everyOrder() {
+        std::vector<std::vector<std::string>> orders;
+        for (unsigned set = 0; set < 8; ++set) {
+            for (const char* superKey : {"LWIN", "RWIN"}) {
+                std::vector<std::string> keys{superKey};
+                for (unsigned key = 0; key < 3; ++key) {
+                    if ((set >> key & 1U) != 0) {
+                        keys.emplace_back(std::array{"LCTL", "LALT", "LFSH"}.at(key));
+                    }
+                }
+                std::ranges::sort(keys);
+                do {
+                    orders.push_back(keys);
+                    orders.back().emplace_back("AB02");
+                } while (std::ranges::next_permutation(keys).found);
+            }
+        }
+        return orders;
+    }
+
+    std::unique_ptr<SuperKeyHolder> hold(Manner manner) {
+        return std::make_unique<SuperKeyHolder>(
+            desktop_.display(), manner,
+            std::vector{keyboard_.keycode("LWIN"), keyboard_.keycode("RWIN")});
+    }
+
+    std::unique_ptr<ListeningTap>
+    listenTo(const std::vector<platform::KeyCombination>& combinations) {
+        auto tap = std::make_unique<ListeningTap>(taps_, platform::EventTapOptions::active);
+        tap->watch(combinations);
+        tap->tap().enable(true);
+        return tap;
+    }
+
+    /// How often the tap was told of X, by the time that it is told of a press that came behind.
+    std::size_t pressesOfX(ListeningTap& tap) {
+        keyboard_.strike({"LCTL", "AB03"});
+        EXPECT_TRUE(queue_.runUntil(
+            [&] { return !tap.presses.empty() && tap.presses.back().keyCode == keyC; }));
+        const auto count = std::ranges::count(tap.presses, keyX, &platform::KeyEvent::keyCode);
+        tap.presses.clear();
+        return static_cast<std::size_t>(count);
+    }
+
+    void expectEveryOrderOnce(ListeningTap& tap) {
+        for (const auto& keys : everyOrder()) {
+            keyboard_.strike(keys);
+            EXPECT_EQ(pressesOfX(tap), 1U) << testing::PrintToString(keys);
+        }
+    }
+
+    std::unique_ptr<FocusedWindow> open() {
+        auto window = std::make_unique<FocusedWindow>(desktop_.display());
+        EXPECT_TRUE(waitUntil([&] { return window->hasFocus(); }));
+        return window;
+    }
+
+    /// The tap learns of windows as the window manager tells of them. A press in which the new
+    /// window has no part yet would be lost, so this one is repeated until it is not.
+    testing::AssertionResult isGrabbedOn(FocusedWindow& window, ListeningTap& tap) {
+        const bool isGrabbed = queue_.runUntil([&] {
+            const auto before = window.presses(x_);
+            keyboard_.strike({"LWIN", "AB02"});
+            return pressesOfX(tap) == 1 && window.presses(x_) == before;
+        });
+        return isGrabbed ? testing::AssertionSuccess()
+                         : testing::AssertionFailure() << "Super+X reaches the window";
+    }
+
+    PrivateDesktop desktop_{"openbox"};
+    PumpedMainQueue queue_;
+    x11::UserTime userTime_;
+    x11::EventTaps taps_{queue_, userTime_, desktop_.display()};
+    KeyInjector keyboard_{desktop_.display()};
+    xcb_keycode_t x_ = keyboard_.keycode("AB02");
+};
+
+TEST_F(SuperKeyTest, whatIsTypedBehindALoneSuperKeyPassesByGrabsOnTheRoot) {
+    const auto holder = hold(Manner::mutter);
+    XClient other(desktop_.display());
+    ASSERT_TRUE(other.grabKey(x_, XCB_MOD_MASK_4));
+    const auto window = open();
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_TRUE(waitUntil([&] { return window->presses(x_) == 1; }));
+}
+
+TEST_F(SuperKeyTest, everyOrderIsSwallowedOnceOnAWindowThatWasThere) {
+    const auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    expectEveryOrderOnce(*tap);
+    EXPECT_EQ(window->presses(x_), 0U);
+    EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
+}
+
+TEST_F(SuperKeyTest, everyOrderIsSwallowedOnceOnAWindowThatComesLater) {
+    const auto holder = hold(Manner::mutter);
+    const auto tap = listenTo(everySetWithSuper());
+    const auto first = open();
+    ASSERT_TRUE(isGrabbedOn(*first, *tap));
+    const auto second = open();
+    ASSERT_TRUE(isGrabbedOn(*second, *tap));
+    const auto before = second->presses(x_);
+    expectEveryOrderOnce(*tap);
+    EXPECT_EQ(second->presses(x_), before);
+}
+
+TEST_F(SuperKeyTest, everyOrderIsSeenOnceWhereNoWindowIsOpen) {
+    const auto holder = hold(Manner::mutter);
+    const auto tap = listenTo(everySetWithSuper());
+    expectEveryOrderOnce(*tap);
+    auto window = open();
+    ASSERT_TRUE(isGrabbedOn(*window, *tap));
+    window.reset();
+    ASSERT_TRUE(queue_.runUntil([&] {
+        keyboard_.strike({"LWIN", "AB02"});
+        return pressesOfX(*tap) == 1;
+    }));
+    expectEveryOrderOnce(*tap);
+}
+
+TEST_F(SuperKeyTest, theHolderKeepsTheLoneKey) {
+    const auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    keyboard_.strike({"LWIN"});
+    keyboard_.strike({"LWIN", "AB02"});
+    keyboard_.strike({"LWIN"});
+    EXPECT_TRUE(waitUntil([&] { return holder->menus() == 2; }));
+    EXPECT_EQ(pressesOfX(*tap), 1U);
+}
+
+TEST_F(SuperKeyTest, unboundPressesStillReachTheWindowAndWakeNobody) {
+    const auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo({superX(), {keyC, flags::control}});
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    const auto before = queue_.handedOver();
+    keyboard_.strike({"LWIN", "AB03"});
+    keyboard_.strike({"LWIN", "LCTL", "AB02"});
+    keyboard_.strike({"AB02"});
+    keyboard_.strike({"LWIN"});
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    EXPECT_EQ(queue_.handedOver(), before + 1);
+    EXPECT_EQ(window->presses(x_), 2U);
+}
+
+TEST_F(SuperKeyTest, aChangeOfTheInterestCountsOnTheWindowsToo) {
+    const auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo({{keyC, flags::control}, superX(flags::control)});
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    EXPECT_EQ(window->presses(x_), 1U);
+    tap->watch({{keyC, flags::control}, superX()});
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_EQ(pressesOfX(*tap), 1U);
+    EXPECT_EQ(window->presses(x_), 1U);
+    keyboard_.strike({"LWIN", "LCTL", "AB02"});
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    EXPECT_EQ(window->presses(x_), 2U);
+}
+
+TEST_F(SuperKeyTest, nothingStaysHeldOnTheWindowsOfADisabledTap) {
+    const auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    tap->tap().enable(false);
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_TRUE(waitUntil([&] { return window->presses(x_) == 1; }));
+    tap->tap().enable(true);
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_EQ(pressesOfX(*tap), 1U);
+    EXPECT_EQ(window->presses(x_), 1U);
+}
+
+TEST_F(SuperKeyTest, aHolderThatComesLaterIsNoticedWithTheNextChangeOfTheList) {
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    const auto holder = hold(Manner::mutter);
+    tap->watch(everySetWithSuper());
+    expectEveryOrderOnce(*tap);
+    EXPECT_EQ(window->presses(x_), 0U);
+}
+
+TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyWindowsThatComeAndGoWakeNobody) {
+    const auto tap = listenTo(everySetWithSuper());
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    const auto before = queue_.handedOver();
+    open();
+    open();
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    EXPECT_EQ(queue_.handedOver(), before + 1);
+}
+
+TEST_F(SuperKeyTest, withoutABoundSuperKeyAHolderCostsNothing) {
+    const auto holder = hold(Manner::mutter);
+    const auto tap = listenTo({{keyC, flags::control}});
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    const auto before = queue_.handedOver();
+    open();
+    open();
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    EXPECT_EQ(queue_.handedOver(), before + 1);
+}
+
+TEST_F(SuperKeyTest, whereTheRootIsBareEveryOrderIsSeenOnceAndShared) {
+    const auto holder = hold(Manner::icewm);
+    const auto window = open();
+    window->pointAt(false);
+    const auto tap = listenTo(everySetWithSuper());
+    expectEveryOrderOnce(*tap);
+    EXPECT_GT(window->presses(x_), 0U);
+    EXPECT_EQ(tap->tap().listenOnlyCombinations().size(), 8U);
+}
+
+TEST_F(SuperKeyTest, whereTheRootIsBareAWindowUnderThePointerHelps) {
+    const auto holder = hold(Manner::icewm);
+    const auto window = open();
+    window->pointAt(true);
+    const auto tap = listenTo(everySetWithSuper());
+    expectEveryOrderOnce(*tap);
+    EXPECT_EQ(window->presses(x_), 0U);
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test
