@@ -42,7 +42,7 @@ bool KeyGrabber::grab(const KeyGrab& grab) {
 }
 
 void KeyGrabber::ungrab(const KeyGrab& grab) {
-    xcb_ungrab_key(connection_, grab.key, root_, grab.state);
+    xcb_ungrab_key(connection_, grab.key, windowOf(grab), grab.state);
     xcb_flush(connection_);
 }
 
@@ -59,9 +59,13 @@ void KeyGrabber::lockGroup(std::uint8_t group) {
     held(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
+xcb_window_t KeyGrabber::windowOf(const KeyGrab& grab) const {
+    return grab.window == XCB_NONE ? root_ : grab.window;
+}
+
 xcb_void_cookie_t KeyGrabber::request(const KeyGrab& grab) {
-    return xcb_grab_key_checked(connection_, 0, root_, grab.state, grab.key, XCB_GRAB_MODE_ASYNC,
-                                XCB_GRAB_MODE_ASYNC);
+    return xcb_grab_key_checked(connection_, 0, windowOf(grab), grab.state, grab.key,
+                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
 }
 
 bool KeyGrabber::succeeded(xcb_void_cookie_t cookie) {

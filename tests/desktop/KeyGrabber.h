@@ -8,10 +8,11 @@
 
 namespace hollowfernpike::test {
 
-/// A key on the root window with exactly this modifier state.
+/// A key with exactly this modifier state, on the root window if no other is named.
 struct KeyGrab {
     xcb_keycode_t key = 0;
     std::uint16_t state = 0;
+    xcb_window_t window = XCB_NONE;
 };
 
 /// Another program of the desktop that wants keys for itself.
@@ -36,6 +37,7 @@ public:
     void lockGroup(std::uint8_t group);
 
 private:
+    xcb_window_t windowOf(const KeyGrab& grab) const;
     xcb_void_cookie_t request(const KeyGrab& grab);
     bool succeeded(xcb_void_cookie_t cookie);
 

@@ -129,7 +129,7 @@ testing::AssertionResult Story::areLive() {
 testing::AssertionResult Story::isLive(const KeyGrab& grab) {
     std::vector<KeyGrab> grabs;
     for (const auto lock : lockStates) {
-        grabs.push_back({grab.key, static_cast<std::uint16_t>(grab.state | lock)});
+        grabs.push_back({grab.key, static_cast<std::uint16_t>(grab.state | lock), grab.window});
     }
     if (waitUntil([&] { return prober_.areTaken(grabs); })) {
         return testing::AssertionSuccess();

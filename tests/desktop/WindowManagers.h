@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <string>
+
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
@@ -10,7 +13,9 @@ inline auto windowManagers() {
 }
 
 inline std::string windowManagerName(const testing::TestParamInfo<const char*>& info) {
-    return info.param;
+    std::string name = info.param;
+    std::ranges::replace(name, '-', '_');
+    return name;
 }
 
 } // namespace hollowfernpike::test

@@ -64,6 +64,20 @@ bool waitForWindowManager(const std::string& display) {
            waitUntil([&] { return window.isForgotten(); });
 }
 
+std::vector<std::string> commandOf(const std::string& windowManager) {
+    const bool choosesItsDisplayServer =
+        windowManager == "mutter" || windowManager == "gnome-shell";
+    return choosesItsDisplayServer ? std::vector<std::string>{windowManager, "--x11"}
+                                   : std::vector<std::string>{windowManager};
+}
+
+/// Whole desktops want a system bus, and draw with a graphics card where they are not stopped.
+Environment environmentOf(Environment session) {
+    session["DBUS_SYSTEM_BUS_ADDRESS"] = session.at("DBUS_SESSION_BUS_ADDRESS");
+    session["LIBGL_ALWAYS_SOFTWARE"] = "1";
+    return session;
+}
+
 Environment sessionEnvironment(const std::filesystem::path& home, const std::string& display) {
     return {
         {"HOME", home.string()},
@@ -123,10 +137,37 @@ PrivateDesktop::PrivateDesktop(const std::string& windowManager, ScreenSize size
     if (windowManager.empty()) {
         return;
     }
-    windowManager_ = start({windowManager});
-    if (!waitForWindowManager(display())) {
+    windowManager_ =
+        std::make_unique<ChildProcess>(commandOf(windowManager), environmentOf(environment_));
+    if (!waitForWindowManager(display()) ||
+        (windowManager == "gnome-shell" && !closeFirstOverview())) {
         throw std::runtime_error(windowManager + " did not start: " + windowManager_->errors());
     }
+}
+
+// GNOME Shell opens it when it is ready, and gives the keys to nobody else as long as it is open.
+bool PrivateDesktop::closeFirstOverview() const {
+    const auto call = [this](const std::string& method, const std::vector<std::string>& value) {
+        std::vector<std::string> arguments{"gdbus",
+                                           "call",
+                                           "--session",
+                                           "--dest",
+                                           "org.gnome.Shell",
+                                           "--object-path",
+                                           "/org/gnome/Shell",
+                                           "--method",
+                                           "org.freedesktop.DBus.Properties." + method,
+                                           "org.gnome.Shell",
+                                           "OverviewActive"};
+        arguments.insert(arguments.end(), value.begin(), value.end());
+        const auto caller = start(arguments);
+        caller->wait();
+        return caller->output();
+    };
+    return waitUntil([&] { return call("Get", {}) == "(<true>,)\n"; }) && waitUntil([&] {
+               call("Set", {"<false>"});
+               return call("Get", {}) == "(<false>,)\n";
+           });
 }
 
 std::unique_ptr<ChildProcess>

@@ -49,8 +49,8 @@ using Home = std::shared_ptr<TemporaryDirectory>;
 /// shared with the desktop that the tests run on.
 class PrivateDesktop {
 public:
-    /// `windowManager` is the name of a program that is one or starts one ("openbox", "metacity"),
-    /// started and ready on return, or empty for none.
+    /// `windowManager` is the name of a program that is one or starts one ("openbox", "metacity",
+    /// "gnome-shell"), started and ready on return, or empty for none.
     explicit PrivateDesktop(const std::string& windowManager = "openbox", ScreenSize size = {},
                             Home home = std::make_shared<TemporaryDirectory>());
 
@@ -69,6 +69,8 @@ public:
     std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments) const;
 
 private:
+    bool closeFirstOverview() const;
+
     Home home_;
     VirtualDisplay display_;
     Environment environment_;

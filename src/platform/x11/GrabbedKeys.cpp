@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <utility>
 
 namespace hollowfernpike::x11 {
 
@@ -14,8 +15,9 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t mostObserved = 16;
 
-/// A window manager announces itself before it grabs its keys, GNOME Shell by some seconds.
-constexpr std::array<std::chrono::milliseconds, 3> windowManagerStarts{500ms, 3s, 10s};
+/// A desktop that starts grabs its Super key late, Cinnamon some seconds after it manages windows,
+/// and no event tells of it.
+constexpr std::array<std::chrono::milliseconds, 3> desktopStart{1s, 5s, 20s};
 
 bool isWithSuper(const platform::KeyCombination& combination) {
     return (combination.modifierFlags & platform::event_flags::command) != 0;
@@ -40,9 +42,12 @@ std::vector<platform::KeyCombination> GrabbedKeys::listenOnlyCombinations() cons
 }
 
 void GrabbedKeys::start(const KeyboardMap& map) {
-    map_ = map;
-    selectRootEvents();
+    const bool isFirst = !std::exchange(map_, map);
     update();
+    if (isFirst) {
+        selectRootEvents();
+        askAgainWhileTheDesktopStarts();
+    }
 }
 
 void GrabbedKeys::stop() {
@@ -61,15 +66,15 @@ std::optional<KeyPress> GrabbedKeys::read(const xcb_generic_event_t& event) {
     if (windows_ && windows_->isChange(event)) {
         grabs_.setWindows(windows_->read());
     } else if (windowManager_.isAnnouncedBy(event)) {
-        updateAfterWindowManagerBegan();
+        askAgainWhileTheDesktopStarts();
     }
     const auto press = rawKeys_.read(event);
     return press ? readObserved(*press) : std::nullopt;
 }
 
 void GrabbedKeys::update() {
-    shared_ = grabs_.update(*map_, interest_);
     followLoneSuperKey();
+    shared_ = grabs_.update(*map_, interest_);
     for (const auto& combination : interest_) {
         if (passesByGrabs(combination) &&
             std::ranges::find(shared_, combination) == shared_.end()) {
@@ -103,10 +108,16 @@ void GrabbedKeys::followLoneSuperKey() {
         selectRootEvents();
     }
     grabs_.setWindows(windows_ ? windows_->read() : std::vector<xcb_window_t>{});
+    if (loneSuperKey_ == LoneSuperKey::unguarded) {
+        rawKeys_.start();
+    }
 }
 
-void GrabbedKeys::updateAfterWindowManagerBegan() {
-    for (const auto delay : windowManagerStarts) {
+void GrabbedKeys::askAgainWhileTheDesktopStarts() {
+    if (std::ranges::none_of(interest_, isWithSuper)) {
+        return;
+    }
+    for (const auto delay : desktopStart) {
         queue_.asyncAfter(delay, [self = std::weak_ptr(self_)] {
             const auto keys = self.lock();
             if (keys && (*keys)->map_) {

@@ -19,8 +19,8 @@ namespace hollowfernpike::x11 {
 ///
 /// Presses with the Super key can pass by grabs on the root while somebody holds that key alone
 /// (LoneSuperKey). Then they are grabbed on the windows, too, and observed besides if that does not
-/// catch them all. Whether somebody holds it is asked with every change and after a window manager
-/// has begun.
+/// catch them all. Whether somebody holds it is asked with every change, and a few times while a
+/// desktop starts: after the tap has, and after a window manager has begun.
 class GrabbedKeys final : public KeySource {
 public:
     /// The connection and the queue outlive this object.
@@ -46,7 +46,7 @@ private:
     void update();
     void selectRootEvents();
     void followLoneSuperKey();
-    void updateAfterWindowManagerBegan();
+    void askAgainWhileTheDesktopStarts();
     bool passesByGrabs(const platform::KeyCombination& combination) const;
     std::optional<KeyPress> readSwallowed(const xcb_generic_event_t& event);
     std::optional<KeyPress> readObserved(const RawKeys::Press& press);

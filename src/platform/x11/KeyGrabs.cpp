@@ -21,11 +21,11 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
             wishes.emplace(press, Wish{index, isWithSuper});
         }
     }
-    bool isGivenBack = ungrabUnwanted(wishes);
+    ungrabUnwanted(wishes);
     const auto refused = grabMissing(wishes, combinations.size());
     std::erase_if(wishes, [&](const auto& wish) { return refused[wish.second.combination]; });
-    isGivenBack = ungrabUnwanted(wishes) || isGivenBack;
-    if (isGivenBack) {
+    ungrabUnwanted(wishes);
+    if (std::exchange(isUnconfirmed_, false)) {
         xcb_aux_sync(connection_.get());
     }
 
@@ -72,21 +72,20 @@ bool KeyGrabs::held(const KeyState& press, std::uint32_t sequence) const {
     return found != held_.end() && !isBefore(sequence, found->second.sequence);
 }
 
-bool KeyGrabs::ungrabUnwanted(const Wishes& wishes) {
-    const auto count = std::erase_if(held_, [&](const auto& entry) {
+void KeyGrabs::ungrabUnwanted(const Wishes& wishes) {
+    std::erase_if(held_, [&](const auto& entry) {
         const auto& [press, hold] = entry;
         if (wishes.contains(press)) {
             return false;
         }
-        xcb_ungrab_key(connection_.get(), press.key, connection_.root(), press.modifiers);
+        ungrabOn(connection_.root(), press);
         if (hold.isWithSuper) {
             for (const auto window : windows_) {
-                xcb_ungrab_key(connection_.get(), press.key, window, press.modifiers);
+                ungrabOn(window, press);
             }
         }
         return true;
     });
-    return count > 0;
 }
 
 std::vector<bool> KeyGrabs::grabMissing(const Wishes& wishes, std::size_t combinationCount) {
@@ -121,6 +120,12 @@ std::vector<bool> KeyGrabs::grabMissing(const Wishes& wishes, std::size_t combin
 void KeyGrabs::grabOn(xcb_window_t window, const KeyState& press) {
     xcb_grab_key(connection_.get(), 0, window, press.modifiers, press.key, XCB_GRAB_MODE_ASYNC,
                  XCB_GRAB_MODE_SYNC);
+    isUnconfirmed_ = true;
+}
+
+void KeyGrabs::ungrabOn(xcb_window_t window, const KeyState& press) {
+    xcb_ungrab_key(connection_.get(), press.key, window, press.modifiers);
+    isUnconfirmed_ = true;
 }
 
 } // namespace hollowfernpike::x11

@@ -44,13 +44,15 @@ private:
     };
     using Wishes = std::map<KeyState, Wish>;
 
-    bool ungrabUnwanted(const Wishes& wishes);
+    void ungrabUnwanted(const Wishes& wishes);
     std::vector<bool> grabMissing(const Wishes& wishes, std::size_t combinationCount);
     void grabOn(xcb_window_t window, const KeyState& press);
+    void ungrabOn(xcb_window_t window, const KeyState& press);
 
     const Connection& connection_;
     std::map<KeyState, Hold> held_;
     std::vector<xcb_window_t> windows_; ///< sorted
+    bool isUnconfirmed_ = false; ///< whether something was asked for that may not be done yet
 };
 
 } // namespace hollowfernpike::x11

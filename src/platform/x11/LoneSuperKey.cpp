@@ -49,8 +49,10 @@ bool failsForXInput(const Connection& connection, const Attempt& attempt) {
 
 LoneSuperKey loneSuperKey(const Connection& connection, std::span<const xcb_keycode_t> superKeys) {
     std::vector<Attempt> attempts;
+    xcb_grab_server(connection.get());
     std::ranges::transform(superKeys, std::back_inserter(attempts),
                            [&](xcb_keycode_t key) { return attempt(connection, key); });
+    xcb_ungrab_server(connection.get());
     auto result = LoneSuperKey::free;
     for (const auto& sent : attempts) {
         if (failsForCore(connection, sent)) {

@@ -22,8 +22,9 @@ enum class LoneSuperKey {
               ///< root passes by all grabs
 };
 
-/// Asks by grabbing each of the Super keys and giving it back at once. Mutter and its kin are told
-/// by the kind of their grab, which is one of XInput 2. Waits for the server, once.
+/// Asks by grabbing each of the Super keys and giving it back before the server serves anybody
+/// else. Mutter and its kin are told by the kind of their grab, which is one of XInput 2. Waits for
+/// the server, once.
 LoneSuperKey loneSuperKey(const Connection& connection, std::span<const xcb_keycode_t> superKeys);
 
 } // namespace hollowfernpike::x11

@@ -23,6 +23,8 @@ public:
         sync();
     }
 
+    xcb_window_t window() const { return window_; }
+
     bool hasFocus() {
         const x11::Reply<xcb_get_input_focus_reply_t> focus{
             xcb_get_input_focus_reply(server(), xcb_get_input_focus(server()), nullptr)};

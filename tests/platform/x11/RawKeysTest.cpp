@@ -46,6 +46,7 @@ TEST_F(RawKeysTest, whatWasSentBeforeItStoppedIsReadBehindTheStop) {
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
     raw_.stop();
+    client_.sync();
     keyboard_.strike({"AB02"});
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
 }

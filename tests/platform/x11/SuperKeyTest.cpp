@@ -1,3 +1,4 @@
+#include "platform/x11/DesktopObserver.h"
 #include "platform/x11/FocusedWindow.h"
 #include "platform/x11/KeyTapTest.h"
 #include "platform/x11/SuperKeyHolder.h"
@@ -15,6 +16,13 @@ using Manner = SuperKeyHolder::Manner;
 /// Presses with the Super key while somebody else holds that key alone.
 class SuperKeyTest : public testing::Test {
 protected:
+    /// The first press from another keyboard than before is a change of the keyboard, after which a
+    /// tap asks anew who holds the Super key.
+    SuperKeyTest() {
+        keyboard_.strike({"AB03"});
+        keyboard_.sync();
+    }
+
     static platform::KeyCombination superX(std::uint64_t modifiers = 0) {
         return {.keyCode = keyX, .modifierFlags = flags::command | modifiers};
     }
@@ -81,9 +89,11 @@ protected:
         }
     }
 
+    /// The window manager has told everybody of the window when this returns.
     std::unique_ptr<FocusedWindow> open() {
         auto window = std::make_unique<FocusedWindow>(desktop_.display());
-        EXPECT_TRUE(waitUntil([&] { return window->hasFocus(); }));
+        EXPECT_TRUE(waitUntil(
+            [&] { return window->hasFocus() && observer_.activeWindow() == window->window(); }));
         return window;
     }
 
@@ -101,6 +111,7 @@ protected:
 
     PrivateDesktop desktop_{"openbox"};
     PumpedMainQueue queue_;
+    DesktopObserver observer_{desktop_.display()};
     x11::UserTime userTime_;
     x11::EventTaps taps_{queue_, userTime_, desktop_.display()};
     KeyInjector keyboard_{desktop_.display()};
@@ -156,10 +167,11 @@ TEST_F(SuperKeyTest, theHolderKeepsTheLoneKey) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     keyboard_.strike({"LWIN"});
+    ASSERT_TRUE(waitUntil([&] { return holder->menus() == 1; }));
     keyboard_.strike({"LWIN", "AB02"});
-    keyboard_.strike({"LWIN"});
-    EXPECT_TRUE(waitUntil([&] { return holder->menus() == 2; }));
     EXPECT_EQ(pressesOfX(*tap), 1U);
+    keyboard_.strike({"LWIN"});
+    ASSERT_TRUE(waitUntil([&] { return holder->menus() == 2; }));
 }
 
 TEST_F(SuperKeyTest, unboundPressesStillReachTheWindowAndWakeNobody) {
@@ -213,6 +225,22 @@ TEST_F(SuperKeyTest, aHolderThatComesLaterIsNoticedWithTheNextChangeOfTheList) {
     tap->watch(everySetWithSuper());
     expectEveryOrderOnce(*tap);
     EXPECT_EQ(window->presses(x_), 0U);
+}
+
+TEST_F(SuperKeyTest, aHolderIsNoticedSomeTimeAfterAWindowManagerHasBegun) {
+    const auto window = open();
+    const auto tap = listenTo({{keyC, flags::control}});
+    tap->watch(everySetWithSuper());
+    const auto holder = hold(Manner::mutter);
+    XClient(desktop_.display()).announceWindowManager();
+    EXPECT_TRUE(isGrabbedOn(*window, *tap));
+}
+
+TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheTapIsNoticed) {
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    const auto holder = hold(Manner::mutter);
+    EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
 
 TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyWindowsThatComeAndGoWakeNobody) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/x11/Atoms.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Reply.h"
 #include "platform/x11/Xkb.h"
@@ -84,6 +85,19 @@ public:
             fake(XCB_KEY_RELEASE, key);
         }
         fake(XCB_KEY_RELEASE, held);
+        sync();
+    }
+
+    /// Says what window managers say when they begin (ICCCM 2.8).
+    void announceWindowManager() {
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = connection_->root();
+        message.type = x11::internAtom(server(), "MANAGER");
+        message.data.data32[1] = x11::internAtom(server(), "WM_S0");
+        xcb_send_event(server(), 0, connection_->root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
         sync();
     }
 

@@ -1,0 +1,78 @@
+#include "desktop/Story.h"
+#include "platform/x11/TakenInput.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+/// The parameter is a screen locker. A combination that another program holds, too, is only
+/// observed, and what is observed goes on behind a locker.
+class LockedScreenTest : public testing::TestWithParam<std::vector<std::string>> {
+protected:
+    LockedScreenTest() {
+        story.bind(bound, hidden);
+        story.bind(another, front);
+        EXPECT_TRUE(rival.grab(story.grabOf(bound)));
+        story.writeShortcuts();
+        story.launchUtility();
+        EXPECT_TRUE(story.isLive(story.grabOf(another)));
+    }
+
+    void lock() {
+        locker_ = story.desktop.start(GetParam());
+        ASSERT_TRUE(waitUntil([&] { return input_.isTaken(); })) << locker_->errors();
+    }
+    void unlock() {
+        locker_.reset();
+        ASSERT_TRUE(waitUntil([&] { return !input_.isTaken(); }));
+    }
+
+    /// Has the utility open its window, which it does behind the presses that came before.
+    void waitForTheUtility() {
+        story.run({HFP_PROGRAM});
+        ASSERT_TRUE(waitUntil(
+            [&] { return story.pager.classOf(story.pager.focusedWindow()) == "Hollowfernpike"; }));
+    }
+
+    Story story;
+    KeyGrabber rival{story.desktop.display()};
+    Application& front = story.open("Front");
+    Application& hidden = story.install("Hidden");
+
+private:
+    std::unique_ptr<x11::Connection> connection_ = x11::Connection::open(story.desktop.display());
+    x11::TakenInput input_{*connection_};
+    std::unique_ptr<ChildProcess> locker_;
+};
+
+TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
+    lock();
+    story.strike(bound);
+    story.strike(bound);
+    waitForTheUtility();
+    unlock();
+    story.strike(another);
+    ASSERT_TRUE(story.isInFront(front));
+    EXPECT_EQ(hidden.starts(), 0U);
+
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(hidden));
+}
+
+std::string lockerName(const testing::TestParamInfo<std::vector<std::string>>& info) {
+    return info.param.front();
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
+                         testing::Values(std::vector<std::string>{"i3lock", "--nofork"},
+                                         std::vector<std::string>{"xsecurelock"}),
+                         lockerName);
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,135 @@
+#include "desktop/Story.h"
+#include "desktop/WindowManagers.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <array>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+constexpr std::uint16_t letterJ = 38;
+const Combination superJ{letterJ, command};
+
+/// Whether, after some waiting, the utility has Super+J on the application's newest window, too. It
+/// is all prepared then.
+testing::AssertionResult isLiveOn(Story& story, const Application& application) {
+    auto grab = story.grabOf(superJ);
+    grab.window = application.windows().back();
+    return story.isLive(grab);
+}
+
+/// Window managers that open something of theirs with the Super key alone.
+class LoneSuperKeyTest : public testing::TestWithParam<const char*> {
+protected:
+    LoneSuperKeyTest() {
+        for (const auto set : modifierSets()) {
+            if ((set & command) != 0) {
+                story.bind({letterJ, set}, target);
+            }
+        }
+    }
+
+    Story story{GetParam()};
+    Application& target = story.install("Target");
+};
+
+TEST_P(LoneSuperKeyTest, EveryOrderOfTheModifiersBringsTheApplication) {
+    auto& front = story.open("Front");
+    target.start();
+    ASSERT_TRUE(story.isInFront(target));
+    story.startUtility();
+    ASSERT_TRUE(isLiveOn(story, front));
+    ASSERT_TRUE(isLiveOn(story, target));
+    for (const char* super : {"LWIN", "RWIN"}) {
+        for (unsigned others = 0; others < 8; ++others) {
+            std::vector<std::string> keys{super};
+            for (unsigned other = 0; other < 3; ++other) {
+                if ((others >> other & 1U) != 0) {
+                    keys.emplace_back(std::array{"LALT", "LCTL", "LFSH"}.at(other));
+                }
+            }
+            std::ranges::sort(keys);
+            do {
+                auto press = keys;
+                press.emplace_back("AC07");
+                ASSERT_TRUE(story.brings(target, front, press)) << testing::PrintToString(press);
+            } while (std::ranges::next_permutation(keys).found);
+        }
+    }
+    EXPECT_EQ(target.starts(), 1U);
+}
+
+TEST_P(LoneSuperKeyTest, TheApplicationIsLaunchedWhereNoWindowIsOpen) {
+    story.startUtility();
+    story.strike(superJ);
+    ASSERT_TRUE(story.isInFront(target));
+    auto& later = story.open("Later");
+    ASSERT_TRUE(isLiveOn(story, later));
+    EXPECT_TRUE(story.brings(target, later, superJ));
+    EXPECT_EQ(target.starts(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, LoneSuperKeyTest,
+                         testing::Values("mutter", "gnome-shell", "cinnamon"), windowManagerName);
+
+TEST(NewWindowManagerTest, WhetherItHoldsTheSuperKeyIsNoticed) {
+    Story story;
+    auto& target = story.open("Target");
+    auto& front = story.open("Front");
+    story.bind(superJ, target);
+    story.startUtility();
+    EXPECT_TRUE(story.brings(target, front, superJ));
+
+    const auto mutter = story.desktop.start({"mutter", "--x11", "--replace"});
+    ASSERT_TRUE(isLiveOn(story, front)) << mutter->errors();
+    ASSERT_TRUE(isLiveOn(story, target));
+    EXPECT_TRUE(story.brings(target, front, superJ));
+
+    const auto openbox = story.desktop.start({"openbox", "--replace"});
+    auto grab = story.grabOf(superJ);
+    grab.window = front.windows().back();
+    KeyGrabber other(story.desktop.display());
+    EXPECT_TRUE(waitUntil([&] { return !other.areTaken({grab}); })) << "still held on windows";
+    EXPECT_TRUE(story.brings(target, front, superJ));
+}
+
+/// icewm holds both Super keys and has no window of its own under the pointer.
+class SuperKeyUnderIcewmTest : public testing::Test {
+protected:
+    SuperKeyUnderIcewmTest() {
+        story.bind(superJ, target);
+        story.startUtility();
+        EXPECT_TRUE(isLiveOn(story, front));
+        EXPECT_TRUE(isLiveOn(story, target));
+    }
+
+    void point(const char* x, const char* y) { story.run({"xdotool", "mousemove", x, y}); }
+
+    Story story{"icewm"};
+    Application& target = story.open("Target");
+    Application& front = story.open("Front");
+};
+
+TEST_F(SuperKeyUnderIcewmTest, WithThePointerOverAWindowThePressIsSwallowed) {
+    point("100", "100");
+    EXPECT_TRUE(story.brings(target, front, {"LWIN", "AC07"}));
+    EXPECT_TRUE(story.brings(target, front, {"RWIN", "AC07"}));
+}
+
+TEST_F(SuperKeyUnderIcewmTest, WithThePointerOverTheBareRootThePressIsShared) {
+    point("900", "500");
+    for (std::size_t press = 1; press <= 3; ++press) {
+        ASSERT_TRUE(story.switchTo(front));
+        story.strike(superJ);
+        ASSERT_TRUE(story.isInFront(target));
+        EXPECT_EQ(front.downs(story.grabOf(superJ).key), press);
+    }
+}
+
+} // namespace
+} // namespace hollowfernpike
