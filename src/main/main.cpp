@@ -96,8 +96,10 @@ std::unique_ptr<qt::ApplicationService> serviceOf(Program& program) {
         });
 }
 
-int runInstance(freedesktop::InstanceLock lock, const std::string& action,
-                const std::string& command) {
+/// `display` is closed once the toolkit has a connection of its own: an X server may reset itself
+/// when its last client leaves, and the toolkit would find none.
+int runInstance(freedesktop::InstanceLock lock, std::unique_ptr<x11::Connection> display,
+                const std::string& action, const std::string& command) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
     const auto startupIdentifier = ownStartupIdentifier();
@@ -106,6 +108,7 @@ int runInstance(freedesktop::InstanceLock lock, const std::string& action,
     QGuiApplication::setDesktopFileName(domain.data());
     ToolkitArguments arguments{.program = command};
     QApplication application(arguments.count, arguments.words.data());
+    display.reset();
     Program program(userDefaults, terminationSignals);
     const auto service = serviceOf(program);
     if (service && service->publish() == qt::ApplicationService::Outcome::taken &&
@@ -122,7 +125,8 @@ int run(const std::string& action, const std::string& command) {
     ignoreSignals();
     surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
-    if (x11::Connection::open() == nullptr) { // the toolkit would abort
+    auto display = x11::Connection::open();
+    if (!display) { // the toolkit would abort
         tell(x11::trustMessage(x11::TrustProblem::noDisplay));
         return EXIT_FAILURE;
     }
@@ -131,7 +135,7 @@ int run(const std::string& action, const std::string& command) {
         if (!lock || action == "quitApp") {
             return EXIT_SUCCESS;
         }
-        return runInstance(std::move(*lock), action, command);
+        return runInstance(std::move(*lock), std::move(display), action, command);
     } catch (const platform::LocalizedError& error) {
         tell(error);
         return EXIT_FAILURE;
