@@ -51,7 +51,7 @@ private:
 
 } // namespace
 
-Arena::Arena() {
+Arena::Arena(const std::string& windowManager) : desktop(windowManager) {
     // The peers' manuals recommend a light shell for a quick start of their commands.
     ::setenv("SHELL", "/bin/sh", 1);
     ::unsetenv("SXHKD_SHELL");

@@ -17,7 +17,7 @@ class Arena {
 public:
     using Clock = std::chrono::steady_clock;
 
-    Arena();
+    explicit Arena(const std::string& windowManager = "openbox");
 
     test::PrivateDesktop desktop;
     test::Pager pager{desktop.display()};

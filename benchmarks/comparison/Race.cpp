@@ -54,7 +54,7 @@ std::string fairness(Rounds rounds) {
            std::to_string(rounds.perBlock) + " with nobody else running; peers use a light shell";
 }
 
-void report(Table& table, const std::vector<Series>& results, double budget) {
+void report(Table& table, const std::vector<Series>& results, std::optional<double> budget) {
     std::vector<double> medians;
     for (const auto& series : results) {
         medians.push_back(median(series.seconds));

@@ -29,6 +29,6 @@ std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Roun
 std::string fairness(Rounds rounds);
 
 /// Adds all series, and our median divided by the best peer's. The first series is ours.
-void report(Table& table, const std::vector<Series>& results, double budget);
+void report(Table& table, const std::vector<Series>& results, std::optional<double> budget);
 
 } // namespace hollowfernpike::bench
