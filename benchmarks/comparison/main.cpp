@@ -7,6 +7,7 @@
 #include "comparison/Parts.h"
 #include "comparison/Residence.h"
 #include "comparison/Windows.h"
+#include "support/BareEnvironment.h"
 
 #include <algorithm>
 #include <array>
@@ -88,6 +89,7 @@ int run(const Effort& effort, const std::vector<std::string_view>& names) {
 
 int main(int count, char** arguments) {
     using namespace hollowfernpike::bench;
+    hollowfernpike::test::enterBareEnvironment();
     std::vector<std::string_view> names(arguments + 1, arguments + count);
     const bool isQuick = std::erase(names, "--quick") != 0;
     if (!std::ranges::all_of(names, isKnown)) {

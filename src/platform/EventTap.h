@@ -16,7 +16,9 @@ inline constexpr EventType eventTapDisabledByTimeout = 0xFFFFFFFE;
 inline constexpr EventType eventTapDisabledByUserInput = 0xFFFFFFFF;
 
 /// Bits of the 64-bit flag word of a key event. The four modifiers of a shortcut are
-/// model's business (`modifierMask`); a backend sets these too where they apply.
+/// model's business (`modifierMask`); a backend sets these too where they apply. Taps of both kinds
+/// agree on them: of a press that no active tap would swallow, such as one with AltGr, none of the
+/// four is set.
 namespace event_flags {
 inline constexpr std::uint64_t nonCoalesced = 0x100;
 inline constexpr std::uint64_t capsLock = 0x10000;
@@ -53,7 +55,8 @@ class EventTap;
 ///
 /// A tap that holds its combinations as grabs has taken the press before it asks: there, what was
 /// of interest at the moment of the press is swallowed whatever the callback returns, and presses
-/// that another client keeps to itself for the moment, as an open menu does, are not seen.
+/// that another client keeps to itself for the moment, as an open menu does, are not seen. No tap
+/// sees what is typed into a screen locker.
 using EventTapCallback = const KeyEvent* (*)(EventTap* proxy, EventType type, const KeyEvent* event,
                                              void* userInfo);
 

@@ -17,8 +17,8 @@ TEST(LastClientTest, ItStartsOnAServerThatEndsWithItsLastClient) {
     ASSERT_TRUE(number) << server.errors();
 
     story.launchUtility({{"DISPLAY", ':' + *number}});
-    story.run({"gdbus", "wait", "--session", "--timeout", "30",
-               "app.hollowfernpike.Hollowfernpike"});
+    story.run(
+        {"gdbus", "wait", "--session", "--timeout", "30", "app.hollowfernpike.Hollowfernpike"});
     EXPECT_FALSE(server.hasEnded());
     EXPECT_FALSE(story.utility().hasEnded()) << story.utilityTells();
 

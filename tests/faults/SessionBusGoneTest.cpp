@@ -1,7 +1,6 @@
 #include "desktop/Story.h"
 #include "support/WaitUntil.h"
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -62,10 +61,9 @@ protected:
         EXPECT_TRUE(panel.waitForLine("item ")) << panel.output() << panel.errors();
     }
 
-    bool isShown() {
-        return std::ranges::any_of(story.pager.stacking(), [this](xcb_window_t window) {
-            return story.pager.titleOf(window) == title;
-        });
+    bool isInFront() {
+        const auto window = story.pager.activeWindow();
+        return story.pager.focusedWindow() == window && story.pager.titleOf(window) == title;
     }
 
     void expectThatASecondStartShowsTheWindow() {
@@ -73,7 +71,7 @@ protected:
         environment["DBUS_SESSION_BUS_ADDRESS"] = address();
         ChildProcess second({HFP_PROGRAM}, environment);
         EXPECT_EQ(second.wait(), 0) << second.errors();
-        EXPECT_TRUE(waitUntil([&] { return isShown(); }));
+        EXPECT_TRUE(waitUntil([&] { return isInFront(); }));
         EXPECT_FALSE(story.utility().hasEnded());
     }
 

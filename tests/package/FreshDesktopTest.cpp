@@ -16,11 +16,10 @@ constexpr auto launchAtLogin = "ログイン時に起動";
 /// Somebody who has never seen the utility, on a desktop that starts what is to start at login.
 class FreshDesktopTest : public testing::Test {
 protected:
-    FreshDesktopTest() { InstalledPackage::empty("/etc/xdg/autostart"); }
-
     /// A session of this person, from logging in to logging out.
     struct Session {
         explicit Session(const Home& home) : story("openbox-session", {}, home) {
+            installed::show(story.desktop);
             menu.startHost();
         }
 

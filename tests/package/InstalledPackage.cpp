@@ -85,10 +85,6 @@ void InstalledPackage::purge() const {
     run({"--purge", "hollowfernpike"});
 }
 
-void InstalledPackage::empty(const fs::path& directory) {
-    require(::mount("tmpfs", directory.c_str(), "tmpfs", MS_RDONLY, nullptr) == 0, directory);
-}
-
 void InstalledPackage::run(const std::vector<std::string>& arguments) const {
     std::vector<std::string> line{"dpkg", "--root=" + root_.string(), "--log=/dev/null"};
     line.insert(line.end(), arguments.begin(), arguments.end());

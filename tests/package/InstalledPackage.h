@@ -22,9 +22,6 @@ public:
     /// Takes the package away again, with all that its installation left.
     void purge() const;
 
-    /// The system loses what it has in this directory.
-    static void empty(const std::filesystem::path& directory);
-
 private:
     void run(const std::vector<std::string>& arguments) const;
 

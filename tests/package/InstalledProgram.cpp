@@ -6,6 +6,10 @@ namespace hollowfernpike::test {
 
 namespace installed {
 
+void show(const PrivateDesktop& desktop) {
+    desktop.showApplicationOfMachine(std::string{identifier} + ".desktop");
+}
+
 void call(const PrivateDesktop& desktop, const std::string& method,
           const std::vector<std::string>& arguments) {
     std::vector<std::string> line{identifier, "/app/hollowfernpike/Hollowfernpike",

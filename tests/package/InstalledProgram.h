@@ -20,6 +20,9 @@ namespace installed {
 inline constexpr auto identifier = "app.hollowfernpike.Hollowfernpike";
 inline constexpr auto program = "/usr/bin/hollowfernpike";
 
+/// Has a desktop list the utility among its applications.
+void show(const PrivateDesktop& desktop);
+
 /// Calls the utility as launchers do, which starts it: "Activate" or "ActivateAction", and the
 /// method's arguments in GVariant's text form.
 void call(const PrivateDesktop& desktop, const std::string& method,
@@ -34,6 +37,8 @@ pid_t process(const PrivateDesktop& desktop);
 class InstalledProgramTest : public testing::Test {
 protected:
     static constexpr Combination bound{37, control | option};
+
+    InstalledProgramTest() { installed::show(story.desktop); }
 
     InstalledPackage package;
     Story story;

@@ -118,15 +118,6 @@ std::string frameSettings(int scale) {
            font("ActiveWindow") + font("InactiveWindow") + "</theme></openbox_config>\n";
 }
 
-/// Drawn from their outlines at every size, as on every screen of today.
-constexpr const char* fontSettings = R"(<?xml version="1.0"?>
-<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
-<fontconfig>
-  <include>/etc/fonts/fonts.conf</include>
-  <match target="font"><edit name="embeddedbitmap"><bool>false</bool></edit></match>
-</fontconfig>
-)";
-
 struct KnownApplication {
     const char* name;
     const char* japaneseName;
@@ -174,7 +165,6 @@ test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& ed
     const auto& palette = paletteOf(edition);
     const auto configuration = desktop.home() / ".config";
     test::writeFile(configuration / "kdeglobals", desktopSettings(palette));
-    test::writeFile(configuration / "fonts.conf", fontSettings);
     test::writeFile(configuration / "openbox/rc.xml", frameSettings(edition.scale));
     test::writeFile(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
                     frameTheme(palette, edition.scale));
@@ -189,7 +179,6 @@ test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& ed
     return {{"XDG_DATA_DIRS", shared.string()},
             {"XDG_CURRENT_DESKTOP", "KDE"},
             {"KDE_SESSION_VERSION", "5"},
-            {"FONTCONFIG_FILE", (configuration / "fonts.conf").string()},
             {"QT_SCALE_FACTOR", std::to_string(edition.scale)}};
 }
 

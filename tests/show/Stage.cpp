@@ -45,6 +45,7 @@ std::string numberedIdentifier(std::size_t number) {
 
 Stage::Stage(std::vector<Binding> bindings) : bindings_(std::move(bindings)) {
     for (const auto& binding : bindings_) {
+        desktop.showApplicationOfMachine(binding.entry.filename());
         if (!std::filesystem::exists(binding.entry)) {
             throw std::runtime_error(binding.application + " is not installed");
         }

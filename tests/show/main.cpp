@@ -4,11 +4,13 @@
 
 #include "show/Managing.h"
 #include "show/Show.h"
+#include "support/BareEnvironment.h"
 
 #include <cstdio>
 #include <exception>
 
 int main(int count, char** arguments) {
+    hollowfernpike::test::enterBareEnvironment();
     if (count != 2) {
         std::fputs("usage: show FOLDER\n", stderr);
         return 2;

@@ -3,6 +3,7 @@
 // with 0 only if everything could be shown.
 
 #include "show/Scenes.h"
+#include "support/BareEnvironment.h"
 
 #include <cstdio>
 #include <exception>
@@ -26,6 +27,7 @@ void takeEdition(const Edition& edition, const std::filesystem::path& parent) {
 } // namespace
 
 int main(int count, char** arguments) {
+    hollowfernpike::test::enterBareEnvironment();
     const std::vector<std::string> words(arguments + 1, arguments + count);
     if (words == std::vector<std::string>{"--editions"}) {
         for (const auto& edition : allEditions()) {

@@ -2,6 +2,8 @@
 
 #include "support/WaitUntil.h"
 
+#include <array>
+
 #include <stdexcept>
 #include <utility>
 
@@ -78,19 +80,44 @@ Environment environmentOf(Environment session) {
     return session;
 }
 
-Environment sessionEnvironment(const std::filesystem::path& home, const std::string& display) {
+namespace fs = std::filesystem;
+
+constexpr std::array sharedData{"cinnamon", "dbus-1", "glib-2.0", "icons",
+                                "mime",     "themes", "xfce4"};
+constexpr std::array sharedConfiguration{"menus", "openbox", "tint2", "xfce4"};
+
+/// The folders for all users, as a session knows them.
+fs::path dataIn(const fs::path& shared) {
+    return shared / "data";
+}
+fs::path configurationIn(const fs::path& shared) {
+    return shared / "configuration";
+}
+
+void shareParts(const fs::path& shared) {
+    fs::create_directories(dataIn(shared) / "applications");
+    fs::create_directories(configurationIn(shared));
+    for (const auto* part : sharedData) {
+        fs::create_directory_symlink(fs::path("/usr/share") / part, dataIn(shared) / part);
+    }
+    for (const auto* part : sharedConfiguration) {
+        fs::create_directory_symlink(fs::path("/etc/xdg") / part, configurationIn(shared) / part);
+    }
+}
+
+Environment sessionEnvironment(const fs::path& home, const fs::path& shared,
+                               const std::string& display) {
     return {
         {"HOME", home.string()},
         {"DISPLAY", display},
-        {"WAYLAND_DISPLAY", std::nullopt},
         {"XAUTHORITY", (home / ".Xauthority").string()},
         {"XDG_DATA_HOME", (home / ".local/share").string()},
+        {"XDG_DATA_DIRS", dataIn(shared).string()},
         {"XDG_CONFIG_HOME", (home / ".config").string()},
+        {"XDG_CONFIG_DIRS", configurationIn(shared).string()},
         {"XDG_CACHE_HOME", (home / ".cache").string()},
         {"XDG_RUNTIME_DIR", (home / "run").string()},
         {"XDG_SESSION_TYPE", "x11"},
-        {"XDG_CURRENT_DESKTOP", std::nullopt},
-        {"DESKTOP_STARTUP_ID", std::nullopt},
         {"GIO_USE_VFS", "local"},
         {"GSETTINGS_BACKEND", "memory"},
         {"NO_AT_BRIDGE", "1"},
@@ -127,10 +154,11 @@ SessionBus::SessionBus(const Environment& environment)
 
 PrivateDesktop::PrivateDesktop(const std::string& windowManager, ScreenSize size, Home home)
     : home_(std::move(home)), display_({}, size),
-      environment_(sessionEnvironment(this->home(), display_.name())), bus_([this] {
-          std::filesystem::create_directories(this->home() / "run");
-          std::filesystem::create_directories(applications());
-          std::filesystem::permissions(this->home() / "run", std::filesystem::perms::owner_all);
+      environment_(sessionEnvironment(this->home(), shared_.path(), display_.name())), bus_([this] {
+          shareParts(shared_.path());
+          fs::create_directories(this->home() / "run");
+          fs::create_directories(applications());
+          fs::permissions(this->home() / "run", fs::perms::owner_all);
           return environment_;
       }()) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
@@ -168,6 +196,11 @@ bool PrivateDesktop::closeFirstOverview() const {
                call("Set", {"<false>"});
                return call("Get", {}) == "(<false>,)\n";
            });
+}
+
+void PrivateDesktop::showApplicationOfMachine(const std::string& entryName) const {
+    fs::create_symlink(fs::path("/usr/share/applications") / entryName,
+                       dataIn(shared_.path()) / "applications" / entryName);
 }
 
 std::unique_ptr<ChildProcess>

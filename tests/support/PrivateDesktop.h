@@ -46,7 +46,8 @@ private:
 using Home = std::shared_ptr<TemporaryDirectory>;
 
 /// A whole private session: home directory, display, window manager and session bus, none of them
-/// shared with the desktop that the tests run on.
+/// shared with the desktop that the tests run on. Of what is installed on the machine it sees what
+/// programs need, but no applications and nothing that starts by itself.
 class PrivateDesktop {
 public:
     /// `windowManager` is the name of a program that is one or starts one ("openbox", "metacity",
@@ -62,6 +63,9 @@ public:
     VirtualDisplay& virtualDisplay() { return display_; }
     ChildProcess& windowManager() { return *windowManager_; }
 
+    /// Has the session see this entry of the machine's own applications, of which it sees no other.
+    void showApplicationOfMachine(const std::string& entryName) const;
+
     /// What a program needs in its environment to live in this session.
     const Environment& environment() const { return environment_; }
 
@@ -72,6 +76,7 @@ private:
     bool closeFirstOverview() const;
 
     Home home_;
+    TemporaryDirectory shared_; ///< what the session sees of the machine
     VirtualDisplay display_;
     Environment environment_;
     SessionBus bus_;

@@ -1,13 +1,21 @@
+#include "support/BareEnvironment.h"
+
 #include <QApplication>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-// Widgets without a screen, unless the test program was told which platform to use.
+namespace {
+
+// Before anything else: some tests set variables while their objects are made.
+[[gnu::constructor(101)]] void leaveTheDesktopBehind() {
+    hollowfernpike::test::enterBareEnvironment();
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleMock(&argc, argv);
     const QApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();

@@ -51,6 +51,17 @@ TEST_F(RecorderTest, ABareLetterAsksForAModifierUntilOneComes) {
     EXPECT_TRUE(story.passes(story.front, bareLetter.keys()));
 }
 
+TEST_F(RecorderTest, APressWithAltGrAsksForAModifierAsNoTapWouldSwallowIt) {
+    const auto editor = openForKeys(quartz);
+    story.run({"setxkbmap", "-layout", "de"});
+    story.clickRecord(adding);
+    story.keyboard.strike({"RALT", "LCTL", "AB02"});
+    EXPECT_TRUE(story.recorderShows(adding, text::includeAModifier));
+    EXPECT_TRUE(story.records(adding, commandLetter));
+    story.clickSave(editor);
+    EXPECT_TRUE(story.saves({{quartz, bound}, {quartz, commandLetter}}));
+}
+
 TEST_F(RecorderTest, EscapeWithAModifierEndsTheRecordingAlone) {
     const auto editor = openForKeys(quartz);
     story.clickRecord(adding);
