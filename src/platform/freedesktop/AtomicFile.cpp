@@ -99,7 +99,6 @@ void replace(const std::filesystem::path& target, std::string_view data) {
     }
     const auto folder = folderOf(target);
     TemporaryFile replacement{folder};
-    replacement.removeLeftOvers();
     if (old) {
         takeOver(replacement.descriptor(), *old);
     }

@@ -7,7 +7,8 @@
 namespace hollowfernpike::freedesktop {
 
 /// A new, empty file for the user alone, removed with the object unless it was given another name.
-/// What fails throws std::system_error.
+/// A process that is killed meanwhile leaves it behind, and nobody removes it then: a name does not
+/// tell whose a file is. What fails throws std::system_error.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::filesystem::path& folder);
@@ -19,10 +20,6 @@ public:
 
     /// Gives the file this name, in place of whatever has it.
     void rename(const std::filesystem::path& target);
-
-    /// Removes the files of this kind in its folder that were last written an hour or more before
-    /// this one was made, left by processes that were killed. What cannot be removed stays.
-    void removeLeftOvers() const;
 
 private:
     std::filesystem::path path_;

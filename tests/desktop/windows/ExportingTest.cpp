@@ -4,7 +4,9 @@
 #include "support/Privileges.h"
 #include "support/SmallDisk.h"
 #include "support/WaitUntil.h"
+#include "support/WriteFile.h"
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -16,6 +18,7 @@ namespace {
 
 using namespace test;
 using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
 /// Two shortcuts are there, and places where a list cannot be written, or stands in the way.
@@ -80,6 +83,33 @@ TEST_F(ExportingTest, IntoAFolderThatMayNotBeWrittenIsReportedAndWritesNothing) 
     story.enterPath(story.clickExport(), file);
     expectReported();
     EXPECT_TRUE(fs::is_empty(folder));
+}
+
+/// In both folders that are written to there are files of the user that are named like ours.
+class FoldersOfOthersTest : public ExportingTest {
+protected:
+    const std::vector<std::string> theirs{".hollowfernpike-backup", ".hollowfernpike-abc123"};
+
+    void SetUp() override {
+        for (const auto& name : theirs) {
+            for (const auto& place : {folder, story.shortcutsFile().parent_path()}) {
+                writeFile(place / name, "theirs");
+                fs::last_write_time(place / name,
+                                    fs::file_time_type::clock::now() - std::chrono::days{3});
+            }
+        }
+        ExportingTest::SetUp();
+    }
+};
+
+TEST_F(FoldersOfOthersTest, KeepTheirOldFilesWhenTheListIsSavedAndExported) {
+    story.enterPath(story.clickExport(), file);
+    story.managementComes();
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(file); }));
+    EXPECT_EQ(contents(file), before);
+    EXPECT_THAT(namesIn(folder), UnorderedElementsAre(theirs[0], theirs[1], "list.json"));
+    EXPECT_THAT(namesIn(story.shortcutsFile().parent_path()),
+                UnorderedElementsAre(theirs[0], theirs[1], "shortcuts.json"));
 }
 
 /// There is a disk with room for one page, which is taken.
