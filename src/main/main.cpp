@@ -2,9 +2,10 @@
 #include "main/Messages.h"
 #include "main/Program.h"
 #include "model/PreferencesMigration.h"
+#include "platform/freedesktop/BaseDirectories.h"
 #include "platform/freedesktop/CoreLimit.h"
 #include "platform/freedesktop/InstanceLock.h"
-#include "platform/freedesktop/LaunchEnvironment.h"
+#include "platform/freedesktop/OwnEnvironment.h"
 #include "platform/qt/ApplicationService.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
@@ -41,7 +42,7 @@ void ignoreSignals() {
 
 /// The toolkit asks the bus for answers without looking whether it has ended in this very moment.
 void surviveTheEndOfTheBus() {
-    ::setenv(freedesktop::libdbusVariable, "0", 1);
+    freedesktop::setOwnVariable("DBUS_FATAL_WARNINGS", "0");
 }
 
 std::string variable(const char* name) {
@@ -123,6 +124,7 @@ int runInstance(freedesktop::InstanceLock lock, std::unique_ptr<x11::Connection>
 
 int run(const std::string& action, const std::string& command) {
     ignoreSignals();
+    freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
     auto display = x11::Connection::open();

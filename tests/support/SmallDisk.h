@@ -1,14 +1,11 @@
 #pragma once
 
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <system_error>
+#include "support/Mounts.h"
 
-#include <sched.h>
+#include <filesystem>
+#include <string>
+
 #include <sys/mount.h>
-#include <unistd.h>
 
 namespace hollowfernpike::test {
 
@@ -21,7 +18,7 @@ public:
         leaveTheMountsOfOthers();
         std::filesystem::create_directory(folder_);
         const auto options = "mode=0777,size=" + std::to_string(bytes);
-        require(::mount("tmpfs", folder_.c_str(), "tmpfs", 0, options.c_str()) == 0);
+        requireMount(::mount("tmpfs", folder_.c_str(), "tmpfs", 0, options.c_str()) == 0);
     }
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;
@@ -30,21 +27,6 @@ public:
     const std::filesystem::path& folder() const { return folder_; }
 
 private:
-    static void require(bool isDone) {
-        if (!isDone) {
-            throw std::system_error(errno, std::generic_category(), "a disk for this test");
-        }
-    }
-
-    static void leaveTheMountsOfOthers() {
-        const auto user = ::geteuid();
-        require(::unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) == 0);
-        if (user != 0) {
-            std::ofstream{"/proc/self/uid_map"} << user << ' ' << user << " 1";
-        }
-        require(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
-    }
-
     std::filesystem::path folder_;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/BaseDirectories.h"
 
+#include "platform/freedesktop/OwnEnvironment.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
@@ -13,6 +15,7 @@ namespace hollowfernpike::freedesktop {
 namespace {
 
 using Directory = std::optional<std::filesystem::path>;
+using Directories = std::vector<std::filesystem::path>;
 
 Directory ifAbsolute(const char* text) {
     if (text == nullptr || *text != '/') {
@@ -43,17 +46,29 @@ Directory directoryOrBelowHome(const char* variable, const char* below) {
     return home ? Directory{*home / below} : std::nullopt;
 }
 
-std::vector<std::filesystem::path> directoryList(const char* variable, const char* standard) {
-    const char* const value = std::getenv(variable);
-    const bool isSet = value != nullptr && *value != '\0';
-    std::istringstream list(isSet ? value : standard);
-    std::vector<std::filesystem::path> directories;
+Directories absoluteOnes(const char* text) {
+    std::istringstream list(text);
+    Directories directories;
     for (std::string directory; std::getline(list, directory, ':');) {
         if (directory.starts_with('/')) {
             directories.emplace_back(directory);
         }
     }
     return directories;
+}
+
+Directories directoryList(const char* variable, const char* standard) {
+    const char* const value = std::getenv(variable);
+    const auto directories = value == nullptr ? Directories{} : absoluteOnes(value);
+    return directories.empty() ? absoluteOnes(standard) : directories;
+}
+
+std::string listText(const Directories& directories) {
+    std::string text;
+    for (const auto& directory : directories) {
+        text += (text.empty() ? "" : ":") + directory.native();
+    }
+    return text;
 }
 
 } // namespace
@@ -85,6 +100,16 @@ std::optional<std::filesystem::path> runtimeDirectory() {
 
 std::filesystem::path temporaryDirectory() {
     return environmentDirectory("TMPDIR").value_or("/tmp");
+}
+
+void settleBaseDirectories() {
+    setOwnVariable("HOME", homeDirectory());
+    for (const auto* variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+                                 "XDG_STATE_HOME", "XDG_RUNTIME_DIR", "TMPDIR"}) {
+        setOwnVariable(variable, environmentDirectory(variable));
+    }
+    setOwnVariable("XDG_DATA_DIRS", listText(sharedDataDirectories()));
+    setOwnVariable("XDG_CONFIG_DIRS", listText(sharedConfigDirectories()));
 }
 
 } // namespace hollowfernpike::freedesktop

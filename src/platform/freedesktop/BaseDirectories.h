@@ -20,7 +20,7 @@ std::optional<std::filesystem::path> dataHome();
 std::optional<std::filesystem::path> configHome();
 
 /// What all users share, the most important directory first: $XDG_DATA_DIRS and $XDG_CONFIG_DIRS,
-/// with relative paths left out, else the standard's own.
+/// with relative paths left out, else the standard's own if nothing is left.
 std::vector<std::filesystem::path> sharedDataDirectories();
 std::vector<std::filesystem::path> sharedConfigDirectories();
 
@@ -29,5 +29,10 @@ std::optional<std::filesystem::path> runtimeDirectory();
 
 /// $TMPDIR, else /tmp: everybody's, and nothing stays there.
 std::filesystem::path temporaryDirectory();
+
+/// Makes the libraries of this process find the same directories: they follow the same variables,
+/// but some take relative paths as they are, and none asks the user database. What we launch still
+/// gets the variables of the user. To be called before there is a second thread.
+void settleBaseDirectories();
 
 } // namespace hollowfernpike::freedesktop

@@ -11,8 +11,8 @@ using nlohmann::json;
 
 WindowStory::WindowStory() : WindowUser(static_cast<Story&>(*this)), front(open("Front")) {}
 
-void WindowStory::start() {
-    launchUtility();
+void WindowStory::start(const Environment& changes) {
+    launchUtility(changes);
     // The toolkit's connection and the one for the keys: by then it is the one that runs.
     require([this] { return pager.clients(utility().pid()) > 1; }, "the utility does not come");
 }

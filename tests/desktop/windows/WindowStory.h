@@ -16,7 +16,7 @@ public:
     Application& front;
 
     /// Starts the utility on the files as they are.
-    void start();
+    void start(const Environment& changes = {});
 
     using WindowUser::record;
 

@@ -1,11 +1,14 @@
 #include "platform/freedesktop/BaseDirectories.h"
 
 #include "platform/freedesktop/FileManager.h"
+#include "platform/freedesktop/OwnEnvironment.h"
 #include "support/Privileges.h"
+#include "support/UserDatabase.h"
 
 #include <cstdlib>
 #include <string>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
 #include <unistd.h>
@@ -17,20 +20,32 @@ using freedesktop::configHome;
 using freedesktop::dataHome;
 using freedesktop::homeDirectory;
 using freedesktop::runtimeDirectory;
+using freedesktop::settleBaseDirectories;
 using freedesktop::sharedConfigDirectories;
 using freedesktop::sharedDataDirectories;
+using freedesktop::usersEnvironment;
+using testing::AllOf;
+using testing::Contains;
+using testing::Each;
+using testing::Not;
+using testing::StartsWith;
 using Directory = std::optional<std::filesystem::path>;
 
 class BaseDirectoriesTest : public testing::Test {
 protected:
     BaseDirectoriesTest() {
-        for (const auto* variable : {"HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME",
-                                     "XDG_CONFIG_DIRS", "XDG_RUNTIME_DIR"}) {
+        for (const auto* variable :
+             {"HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS",
+              "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR", "TMPDIR"}) {
             ::unsetenv(variable);
         }
     }
 
     static void set(const char* variable, const char* value) { ::setenv(variable, value, 1); }
+    static std::optional<std::string> valueOf(const char* variable) {
+        const char* const value = std::getenv(variable);
+        return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+    }
 };
 
 TEST_F(BaseDirectoriesTest, theirOwnVariablesComeFirst) {
@@ -94,8 +109,48 @@ TEST_F(BaseDirectoriesTest, sharedDirectoriesAreListedTheMostImportantFirst) {
     set("XDG_CONFIG_DIRS", "/d:/c d");
     EXPECT_EQ(sharedDataDirectories(), (Directories{"/b", "/a/"}));
     EXPECT_EQ(sharedConfigDirectories(), (Directories{"/d", "/c d"}));
-    set("XDG_CONFIG_DIRS", "");
-    EXPECT_EQ(sharedConfigDirectories(), Directories{"/etc/xdg"});
+    for (const auto* value : {"", "relative", ":relative:./a"}) {
+        set("XDG_CONFIG_DIRS", value);
+        EXPECT_EQ(sharedConfigDirectories(), Directories{"/etc/xdg"}) << value;
+    }
+}
+
+TEST_F(BaseDirectoriesTest, settledVariablesSayTheSameToWhoeverTakesThemAsTheyAre) {
+    haveHomeInTheUserDatabase("/home/someone");
+    for (const auto* value : {"", "relative"}) {
+        for (const auto* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
+                                     "XDG_RUNTIME_DIR", "XDG_DATA_DIRS", "TMPDIR"}) {
+            set(variable, value);
+        }
+        set("XDG_DATA_HOME", "/data");
+        set("XDG_CONFIG_DIRS", "relative:/b::/a/");
+        settleBaseDirectories();
+        EXPECT_EQ(valueOf("HOME"), "/home/someone") << value;
+        for (const auto* variable :
+             {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR", "TMPDIR"}) {
+            EXPECT_EQ(valueOf(variable), std::nullopt) << variable << '=' << value;
+        }
+        EXPECT_EQ(valueOf("XDG_DATA_HOME"), "/data");
+        EXPECT_EQ(valueOf("XDG_DATA_DIRS"), "/usr/local/share:/usr/share");
+        EXPECT_EQ(valueOf("XDG_CONFIG_DIRS"), "/b:/a/");
+    }
+}
+
+TEST_F(BaseDirectoriesTest, theUserKeepsTheVariablesAsTheyWere) {
+    set("XDG_CONFIG_HOME", "relative");
+    set("XDG_DATA_HOME", "");
+    set("XDG_CONFIG_DIRS", "relative:/a");
+    set("SOME_SETTING", "kept");
+    settleBaseDirectories();
+    settleBaseDirectories();
+    const auto variables = usersEnvironment();
+    for (const auto* kept : {"XDG_CONFIG_HOME=relative", "XDG_DATA_HOME=",
+                             "XDG_CONFIG_DIRS=relative:/a", "SOME_SETTING=kept"}) {
+        EXPECT_THAT(variables, Contains(kept).Times(1));
+    }
+    EXPECT_THAT(variables,
+                Each(AllOf(Not(StartsWith("HOME=")), Not(StartsWith("XDG_DATA_DIRS=")))));
+    EXPECT_THAT(variables, Contains(StartsWith("XDG_")).Times(3));
 }
 
 TEST_F(BaseDirectoriesTest, aUserWithoutAnyHomeHasNoDirectories) {
@@ -103,9 +158,11 @@ TEST_F(BaseDirectoriesTest, aUserWithoutAnyHomeHasNoDirectories) {
         if (!becomeUnknownUser()) {
             ::_exit(2);
         }
+        set("HOME", "relative");
+        settleBaseDirectories();
         const bool nothingKnown =
-            homeDirectory() == std::nullopt && dataHome() == std::nullopt &&
-            configHome() == std::nullopt &&
+            valueOf("HOME") == std::nullopt && homeDirectory() == std::nullopt &&
+            dataHome() == std::nullopt && configHome() == std::nullopt &&
             freedesktop::FileManager{}.applicationSupportDirectories().empty();
         ::_exit(nothingKnown ? 0 : 1);
     };

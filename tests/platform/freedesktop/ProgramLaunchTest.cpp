@@ -1,5 +1,7 @@
 #include "platform/freedesktop/WorkspaceTest.h"
 
+#include "platform/freedesktop/OwnEnvironment.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -73,11 +75,19 @@ TEST_F(ProgramLaunchTest, TheProgramInheritsOurEnvironmentButNotWhatIsAboutUs) {
     ::setenv("SOME_SETTING", "kept", 1);
     ::setenv("INVOCATION_ID", "ours", 1);
     ::setenv("NOTIFY_SOCKET", "/ours", 1);
-    ::setenv("DBUS_FATAL_WARNINGS", "0", 1);
     const auto witness = launchOne(home_.addEntry("clean", home_.witness("stay")));
     EXPECT_EQ(witness.variable("SOME_SETTING"), "kept");
     EXPECT_EQ(witness.variable("INVOCATION_ID"), "(unset)");
     EXPECT_EQ(witness.variable("NOTIFY_SOCKET"), "(unset)");
+}
+
+TEST_F(ProgramLaunchTest, TheProgramGetsTheVariablesThatWeHaveChangedAsTheUserHasThem) {
+    ::setenv("OTHER_SETTING", "theirs", 1);
+    ::unsetenv("DBUS_FATAL_WARNINGS");
+    setOwnVariable("OTHER_SETTING", "ours");
+    setOwnVariable("DBUS_FATAL_WARNINGS", "0");
+    const auto witness = launchOne(home_.addEntry("own", home_.witness("stay")));
+    EXPECT_EQ(witness.variable("OTHER_SETTING"), "theirs");
     EXPECT_EQ(witness.variable("DBUS_FATAL_WARNINGS"), "(unset)");
 }
 
