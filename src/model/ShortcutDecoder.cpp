@@ -1,6 +1,7 @@
 #include "model/ShortcutDecoder.h"
 
 #include "model/DecodingError.h"
+#include "model/JsonNumbers.h"
 #include "model/ShortcutListReader.h"
 #include "model/Utf8.h"
 
@@ -16,15 +17,18 @@ namespace {
 using rapidjson::SizeType;
 
 /// Hands the reader's events on. Every string passes through here once, so this is where its text
-/// is checked; the reader itself lets a lone low surrogate through.
+/// is checked; the reader itself lets a lone low surrogate through. The text of a number is that of
+/// the document, whatever the stream has in its place.
 class EventHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, EventHandler> {
 public:
-    explicit EventHandler(ShortcutListReader& list) : list_(list) {}
+    EventHandler(std::string_view document, const rapidjson::MemoryStream& stream,
+                 ShortcutListReader& list)
+        : document_(document), stream_(stream), list_(list) {}
 
     bool Null() { return pass(JsonType::null, "null"); }
     bool Bool(bool value) { return pass(JsonType::boolean, value ? "true" : "false"); }
-    bool RawNumber(const char* text, SizeType length, bool) {
-        return pass(JsonType::number, {text, length});
+    bool RawNumber(const char*, SizeType length, bool) {
+        return pass(JsonType::number, document_.substr(stream_.Tell() - length, length));
     }
     bool String(const char* text, SizeType length, bool) {
         const std::string_view string{text, length};
@@ -54,8 +58,28 @@ private:
         return true;
     }
 
+    std::string_view document_;
+    const rapidjson::MemoryStream& stream_;
     ShortcutListReader& list_;
 };
+
+/// Reads the document, or rather `text`, which differs from it in its numbers at most.
+rapidjson::ParseResult read(std::string_view document, std::string_view text,
+                            ShortcutListReader& list) {
+    rapidjson::MemoryStream stream{text.data(), text.size()};
+    EventHandler handler{document, stream, list};
+    rapidjson::Reader reader;
+    // Iterative, because the nesting of a bad document must not exhaust the stack; numbers as
+    // text, because a detour through double would round flag words.
+    const auto result =
+        reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag>(
+            stream, handler);
+    // The stream shows its end as a zero byte, so a zero byte in the document looks like one.
+    if (!result.IsError() && stream.Tell() < text.size()) {
+        return {rapidjson::kParseErrorDocumentRootNotSingular, stream.Tell()};
+    }
+    return result;
+}
 
 TextPosition positionOf(std::string_view document, std::size_t offset) {
     const auto before = document.substr(0, offset);
@@ -73,8 +97,6 @@ Wording reasonFor(rapidjson::ParseErrorCode code, bool atEnd) {
         return {"文書が空です", "the document is empty"};
     case rapidjson::kParseErrorDocumentRootNotSingular:
         return {"文書の終わりの後に余分な文字があります", "there is text after the document's end"};
-    case rapidjson::kParseErrorNumberTooBig:
-        return {"数値が大きすぎます", "the number is too large"};
     case rapidjson::kParseErrorTermination:
     case rapidjson::kParseErrorStringUnicodeSurrogateInvalid:
         return {"文字列にサロゲートの片割れがあります", "a string holds half of a surrogate pair"};
@@ -106,20 +128,14 @@ std::string_view withoutByteOrderMark(std::string_view document) {
 std::vector<AppShortcut> decodeShortcuts(std::string_view document) {
     document = withoutByteOrderMark(document);
     ShortcutListReader list;
-    EventHandler handler{list};
-    rapidjson::MemoryStream stream{document.data(), document.size()};
-    rapidjson::Reader reader;
-    // Iterative, because the nesting of a bad document must not exhaust the stack; numbers as
-    // text, because a detour through double would round flag words.
-    const auto result =
-        reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag>(
-            stream, handler);
+    auto result = read(document, document, list);
+    // The reader refuses numbers beyond a double, although it leaves their values to us.
+    if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
+        list = {};
+        result = read(document, withZerosForNumbers(document), list);
+    }
     if (result.IsError()) {
         throw syntaxError(document, result.Code(), result.Offset());
-    }
-    // The stream shows its end as a zero byte, so a zero byte in the document looks like one.
-    if (stream.Tell() < document.size()) {
-        throw syntaxError(document, rapidjson::kParseErrorDocumentRootNotSingular, stream.Tell());
     }
     return list.take();
 }

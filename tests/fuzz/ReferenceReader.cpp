@@ -1,7 +1,10 @@
 #include "fuzz/ReferenceReader.h"
 
+#include <cstdint>
 #include <limits>
+#include <map>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -9,13 +12,15 @@ namespace hollowfernpike::test {
 
 namespace {
 
-using nlohmann::json;
+/// It refuses numbers that its own kind of them does not hold, so that is the largest there is.
+using Json = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t,
+                                  std::uint64_t, long double>;
 using Verdict = Reference::Verdict;
 
 /// Reads one record, as far as every member before was in order.
 class RecordReader {
 public:
-    explicit RecordReader(const json& object) : object_(object) {
+    explicit RecordReader(const Json& object) : object_(object) {
         if (!object.is_object()) {
             verdict_ = Verdict::refused;
         }
@@ -58,18 +63,18 @@ private:
         return condition;
     }
 
-    const json* member(const char* key) {
+    const Json* member(const char* key) {
         if (verdict_ == Verdict::refused || !require(object_.contains(key))) {
             return nullptr;
         }
         return &object_.at(key);
     }
 
-    const json& object_;
+    const Json& object_;
     Verdict verdict_ = Verdict::accepted;
 };
 
-Verdict readRecord(const json& object, AppShortcut& shortcut) {
+Verdict readRecord(const Json& object, AppShortcut& shortcut) {
     RecordReader reader(object);
     shortcut.id = reader.uuid("id");
     shortcut.keyCode = reader.integer<std::uint16_t>("keyCode");
@@ -87,7 +92,14 @@ Reference readByReference(std::string_view document) {
     if (document.find('\0') != std::string_view::npos) {
         return {};
     }
-    const auto list = json::parse(document, nullptr, false);
+    Json list;
+    try {
+        list = Json::parse(document);
+    } catch (const Json::parse_error&) {
+        return {};
+    } catch (const Json::out_of_range&) {
+        return {.verdict = Verdict::undecided};
+    }
     if (!list.is_array()) {
         return {};
     }

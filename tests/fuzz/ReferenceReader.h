@@ -12,7 +12,7 @@ struct Reference {
     enum class Verdict {
         refused,
         accepted,
-        undecided, ///< a number of a record is written in a way that this reader rounds
+        undecided, ///< a number is one that this reader would have to round, or cannot hold
     };
 
     Verdict verdict = Verdict::refused;

@@ -1,11 +1,14 @@
 #include "model/Documents.h"
 
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
 namespace {
+
+using namespace std::string_literals;
 
 TEST(DecodeNumberTest, keyCodesFrom0To65535) {
     EXPECT_EQ(decodeOne(recordWith("keyCode", "0")).keyCode, 0);
@@ -58,8 +61,78 @@ TEST(DecodeNumberTest, formsThatAreNoJsonNumbersAreRefused) {
     }
 }
 
-TEST(DecodeNumberTest, numbersBeyondADoubleAreRefused) {
-    EXPECT_EQ(refusal("[\n  1e400]"), "Not valid JSON (line 2, column 3): the number is too large");
+const std::string longInteger(400, '9');
+const std::string zeros(400, '0');
+
+/// Numbers that no double holds, or that are written in more digits than one needs.
+const std::vector<std::string> hugeNumbers{
+    "1e400",   "-1e400",     "1E+99999999999999999999", "1e-99999999999999999999", "0e400",
+    "0.5e400", longInteger,  '-' + longInteger,         longInteger + ".5e-7",     "1" + zeros,
+    "10e309",  "0." + zeros, "1." + zeros + "e400",
+};
+
+/// The number in an array, in an object there, and behind a string that has the end of one in it.
+std::string threeTimes(const std::string& number) {
+    std::string text = "[";
+    text.append(number).append(R"(, {"id": )").append(number).append(R"(}, "1e400\"", )");
+    return text.append(number).append("]");
+}
+
+TEST(DecodeNumberTest, numbersOfAnySizeAreIgnoredUnderKeysThatAre) {
+    for (const auto& number : hugeNumbers) {
+        for (const auto& value : {number, threeTimes(number)}) {
+            EXPECT_EQ(decodeOne(recordWith("comment", value)).modifierFlags, 1179648U) << value;
+        }
+    }
+}
+
+TEST(DecodeNumberTest, numbersBesideHugeOnesAreReadExactly) {
+    auto members = validMembers();
+    members["a"] = "1e400";
+    members["appPath"] = R"("\"1e400, -1e400\\")";
+    members["keyCode"] = "6.5535e4";
+    members["modifierFlags"] = "18446744073709551615";
+    members["z"] = longInteger;
+    const auto shortcut = decodeOne(record(members));
+    EXPECT_EQ(shortcut.appPath, R"("1e400, -1e400\)");
+    EXPECT_EQ(shortcut.keyCode, 65535);
+    EXPECT_EQ(shortcut.modifierFlags, 18446744073709551615U);
+}
+
+TEST(DecodeNumberTest, numbersBeyondADoubleAreJudgedByValue) {
+    EXPECT_EQ(decodeOne(recordWith("keyCode", "0e400")).keyCode, 0);
+    EXPECT_EQ(decodeOne(recordWith("keyCode", "-0.00e+99999999999999999999")).keyCode, 0);
+    EXPECT_EQ(decodeOne(recordWith("keyCode", "65535" + zeros + "e-400")).keyCode, 65535);
+    EXPECT_EQ(decodeOne(recordWith("keyCode", "0." + zeros + "7e401")).keyCode, 7);
+    EXPECT_EQ(refusalOfSecond(recordWith("keyCode", "1e400")),
+              ", key \"keyCode\": 1e400 is out of range (0 to 65535)");
+    EXPECT_TRUE(refusalOfSecond(recordWith("keyCode", "65535" + zeros + "e-401"))
+                    .ends_with("... is not an integer"));
+    EXPECT_EQ(refusal("[\n  1e400]"),
+              "Element 1 of the list (counted from 1) is not an object but a number 1e400");
+}
+
+TEST(DecodeNumberTest, hugeNumbersDoNotHideWhatIsNoJson) {
+    for (const std::string& wrong : {"01e400"s,         "-01e400"s,         "1e400.5"s,
+                                     "1e400e5"s,        "1e400 5"s,         "1e400-5"s,
+                                     "--1e400"s,        "+1e400"s,          "1e400e"s,
+                                     "1e400,"s,         ".1e400"s,          "1.e400"s,
+                                     '0' + longInteger, longInteger + '.',  longInteger + ".e5",
+                                     longInteger + 'e', longInteger + "e+", longInteger + "e5.5",
+                                     longInteger + 'x', R"(1e400, "open)"s, R"(1e400, "open\)"s}) {
+        EXPECT_EQ(refusal(list(recordWith("comment", wrong))).find("Not valid JSON"), 0U) << wrong;
+    }
+    EXPECT_EQ(refusal("[1e400,\n 1e400, ?]"),
+              "Not valid JSON (line 2, column 9): unexpected character");
+    EXPECT_EQ(refusal("[1e400"), "Not valid JSON (line 1, column 7): the document ends too early");
+}
+
+TEST(DecodeNumberTest, manyHugeNumbersAreReadInOneGo) {
+    std::string many;
+    for (int count = 0; count < 200000; ++count) {
+        many += "1e400,";
+    }
+    EXPECT_EQ(decodeOne(recordWith("comment", '[' + many + "0]")).keyCode, 36);
 }
 
 } // namespace
