@@ -100,6 +100,22 @@ TEST_P(LaunchTest, AMissingEntrySwallowsThePressAndTheNextShortcutWorks) {
     EXPECT_EQ(gone.starts(), 0);
 }
 
+TEST_P(LaunchTest, APathThatGoesOnBehindAZeroByteIsNoApplications) {
+    auto& target = story.install("Target");
+    auto& witness = story.install("Witness");
+    const auto longer = target.entry().string() + '\0' + "junk";
+    story.bind(bound, {.path = longer, .name = "Target", .identifier = "Target"});
+    story.bind(next, witness);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.isInFront(front));
+    story.strike(next);
+    EXPECT_TRUE(story.isInFront(witness));
+    EXPECT_TRUE(story.nobodySaw(bound));
+    EXPECT_EQ(target.starts(), 0);
+}
+
 TEST_P(LaunchTest, AMissingProgramSwallowsThePressAndTheNextShortcutWorks) {
     auto& target = story.install("Target");
     auto& gone = story.install("Gone");

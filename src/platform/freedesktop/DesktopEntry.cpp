@@ -6,6 +6,8 @@
 #include "platform/freedesktop/ProgramFile.h"
 #include "platform/freedesktop/ProgramIdentity.h"
 
+#include <cerrno>
+
 #include <sys/stat.h>
 
 namespace hollowfernpike::freedesktop {
@@ -47,9 +49,17 @@ FileStamp stampFrom(const struct stat& status) {
             nanoseconds(status.st_ctim)};
 }
 
+int statusAt(const std::string& path, struct stat& status) {
+    if (path.find('\0') != std::string::npos) {
+        errno = ENOENT;
+        return -1;
+    }
+    return ::stat(path.c_str(), &status);
+}
+
 std::optional<FileStamp> stampOf(const std::string& path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) {
+    if (statusAt(path, status) != 0) {
         return std::nullopt;
     }
     return stampFrom(status);

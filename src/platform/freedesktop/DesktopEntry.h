@@ -28,6 +28,9 @@ struct FileStamp {
 
 FileStamp stampFrom(const struct stat& status);
 
+/// As ::stat, but nothing is at a path with a zero byte, rather than what is at its beginning.
+int statusAt(const std::string& path, struct stat& status);
+
 /// Absent if there is nothing at `path` that we may look at.
 std::optional<FileStamp> stampOf(const std::string& path);
 

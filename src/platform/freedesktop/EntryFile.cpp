@@ -20,7 +20,7 @@ constexpr auto desktopGroup = G_KEY_FILE_DESKTOP_GROUP;
 
 FileStamp stampOfRegularFile(const std::string& path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) {
+    if (statusAt(path, status) != 0) {
         const int reason = errno;
         if (reason == ENOENT || reason == ENOTDIR) {
             throw noSuchApplication(path);
@@ -33,13 +33,24 @@ FileStamp stampOfRegularFile(const std::string& path) {
     return stampFrom(status);
 }
 
-KeyFilePointer load(const std::string& path, GKeyFileFlags flags) {
-    KeyFilePointer file(g_key_file_new());
+std::string contentsOf(const std::string& path) {
+    gchar* contents = nullptr;
+    gsize length = 0;
     GError* failure = nullptr;
-    if (g_key_file_load_from_file(file.get(), path.c_str(), flags, &failure) == FALSE) {
-        const ErrorPointer error(failure);
-        throw error->domain == G_FILE_ERROR ? unreadableEntry(path, error->message)
-                                            : notAnApplication(path);
+    if (g_file_get_contents(path.c_str(), &contents, &length, &failure) == FALSE) {
+        throw unreadableEntry(path, ErrorPointer(failure)->message);
+    }
+    const TextPointer held(contents);
+    return {contents, length};
+}
+
+/// A value with a zero byte would be cut there.
+KeyFilePointer load(const std::string& path, GKeyFileFlags flags) {
+    const auto text = contentsOf(path);
+    KeyFilePointer file(g_key_file_new());
+    if (text.find('\0') != std::string::npos ||
+        g_key_file_load_from_data(file.get(), text.data(), text.size(), flags, nullptr) == FALSE) {
+        throw notAnApplication(path);
     }
     if (const TextPointer first(g_key_file_get_start_group(file.get()));
         std::string_view(orEmpty(first.get())) != desktopGroup) {

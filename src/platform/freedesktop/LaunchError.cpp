@@ -2,12 +2,14 @@
 
 #include "platform/freedesktop/GlibPointers.h"
 
+#include <iterator>
+
 namespace hollowfernpike::freedesktop {
 
 namespace {
 
 std::string shown(const std::string& path) {
-    return TextPointer(g_filename_display_name(path.c_str())).get();
+    return TextPointer(g_utf8_make_valid(path.data(), std::ssize(path))).get();
 }
 
 } // namespace

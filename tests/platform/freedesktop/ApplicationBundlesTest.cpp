@@ -78,6 +78,7 @@ TEST_F(ApplicationBundlesTest, whatIsNoApplicationIsNoBundle) {
     EXPECT_FALSE(bundles_.bundleAt(home_.write(home_.path() / "notes.txt", "Exec=true\n")));
     EXPECT_FALSE(bundles_.bundleAt(home_.addEntry("lost", "/nowhere/at/all")));
     EXPECT_FALSE(bundles_.bundleAt(home_.addEntry("removed", "true", "Hidden=true\n")));
+    EXPECT_FALSE(bundles_.bundleAt(home_.addEntry("app", "true") + '\0' + "/app.desktop"));
 }
 
 TEST_F(ApplicationBundlesTest, aBundleIsAsItsFileIsNow) {
@@ -109,6 +110,8 @@ TEST_F(ApplicationBundlesTest, aNameLosesTheExtensionOfAnImage) {
 }
 
 TEST_F(ApplicationBundlesTest, withoutAnIconThereIsNone) {
+    EXPECT_EQ(bundles_.iconForFile(home_.addEntry("app", "true", "Icon=edit\n") + '\0'),
+              FileIcon{});
     EXPECT_EQ(bundles_.iconForFile(home_.addEntry("app", "true")), FileIcon{});
     EXPECT_EQ(bundles_.iconForFile("/nowhere/at/all.desktop"), FileIcon{});
     EXPECT_EQ(bundles_.iconForFile(""), FileIcon{});

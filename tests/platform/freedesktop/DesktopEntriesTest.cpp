@@ -90,6 +90,15 @@ TEST_F(DesktopEntriesTest, ALinkToAnInstalledEntryHasItsIdentifier) {
     EXPECT_EQ(entries_.identifierOf(link.string()), "app");
 }
 
+TEST_F(DesktopEntriesTest, APathWithAZeroByteIsThatOfNoEntry) {
+    const auto path = home_.addEntry("app", "true") + '\0';
+    for (const auto& longer : {path, path + "/app.desktop"}) {
+        EXPECT_EQ(entries_.index().withPath(longer), nullptr);
+        EXPECT_EQ(entries_.identifierOf(longer), "");
+        EXPECT_THROW(entries_.entryAt(longer), platform::LocalizedError);
+    }
+}
+
 TEST_F(DesktopEntriesTest, NothingNewLeavesTheGenerationAlone) {
     home_.addEntry("app", "true");
     const auto before = entries_.generation();

@@ -64,6 +64,33 @@ TEST_F(DesktopEntryTest, AMissingFileIsNamed) {
     EXPECT_THAT(errorOf(""), HasSubstr("no application"));
 }
 
+TEST_F(DesktopEntryTest, APathWithAZeroByteLeadsNowhere) {
+    const auto path = home_.addEntry("app", "true") + '\0';
+    for (const auto& longer : {path, path + "junk", path + ".desktop", std::string(1, '\0')}) {
+        EXPECT_EQ(stampOf(longer), std::nullopt);
+        try {
+            readDesktopEntry(longer);
+            ADD_FAILURE() << "reads what is at the beginning of the path";
+        } catch (const platform::LocalizedError& error) {
+            auto shown = longer;
+            shown.replace(shown.find('\0'), 1, "\uFFFD");
+            EXPECT_THAT(error.english(), AllOf(HasSubstr("no application"), HasSubstr(shown)));
+            EXPECT_THAT(error.japanese(), HasSubstr(shown));
+        }
+    }
+}
+
+TEST_F(DesktopEntryTest, AFileWithAZeroByteIsRefused) {
+    using namespace std::string_literals;
+    for (const auto& more :
+         {"Path=/tmp\0/gone\n"s, "TryExec=true\0junk\n"s, "Comment=\0\n"s, "\0"s}) {
+        EXPECT_THAT(errorOf(home_.addEntry("cut", "true", more)),
+                    HasSubstr("does not describe an application"));
+    }
+    EXPECT_THAT(errorOf(home_.addEntry("cut", "true\0junk"s)),
+                HasSubstr("does not describe an application"));
+}
+
 TEST_F(DesktopEntryTest, AMissingProgramIsNamed) {
     const auto path = home_.addEntry("lost", "/nowhere/program --option");
     EXPECT_THAT(errorOf(path), AllOf(HasSubstr("/nowhere/program"), HasSubstr("missing")));

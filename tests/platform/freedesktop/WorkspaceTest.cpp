@@ -34,6 +34,13 @@ TEST_F(WorkspaceTest, AnEntryThatIsGoneOrBrokenIsAnErrorInBothLanguages) {
     EXPECT_THAT(feedback_.begun, IsEmpty());
 }
 
+TEST_F(WorkspaceTest, APathWithAZeroByteLaunchesNothing) {
+    const auto path = home_.addEntry("app", home_.witness("stay"));
+    EXPECT_TRUE(open(path + '\0' + "junk").error.has_value());
+    EXPECT_THAT(feedback_.begun, IsEmpty());
+    launchOne(path);
+}
+
 TEST_F(WorkspaceTest, AnUnreadableEntryIsAnError) {
     const auto loop = home_.applications() / "loop.desktop";
     std::filesystem::create_symlink(loop, loop);
