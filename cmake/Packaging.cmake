@@ -1,6 +1,6 @@
 # The Debian package, which scripts/package makes: cpack packs what is built.
 set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_CONTACT "Hollowfernpike developers <developers@hollowfernpike.app>")
+set(CPACK_PACKAGE_CONTACT "Hollowfernpike developers <maintainers@hollowfernpike.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "bring applications to the front with key combinations")
 set(CPACK_PACKAGE_DESCRIPTION "\
 Press a key combination, anywhere, and the application that you bound to it is\n\
@@ -9,7 +9,6 @@ presses are swallowed, every other key press reaches your programs untouched.\n\
 \n\
 The program stays in the status bar, speaks Japanese and English, and needs an\n\
 X11 session.")
-set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://hollowfernpike.app/)
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 

@@ -77,9 +77,12 @@ BAD = {
     "words": (
         {"tests/BadTest.cpp": "// TO" "DO\n// FIX" "ME\n// X" "XX\n// HA" "CK\nGTEST_" "SKIP();\n"
                               "TEST(A, DISA" "BLED_B)\nEXPECT_TRUE(" "true);\nSUC" "CEED();\n"
-                              "int a; // NO" "LINT\nstd::this_thread::sleep_for(1s);\n",
+                              "int a; // NO" "LINT\nstd::this_thread::sleep_for(1s);\n"
+                              "// https:/" "/docs.hollowfernpike.example/list\n"
+                              "// someone@" "hollowfernpike.org, someone@hollowfernpike.invalid\n"
+                              "// ~/applications/app.hollowfernpike.Hollowfernpike.desktop\n",
          "tests/fuzz/seeds/documents/bad": "TO" "DO\n", "README.md": "TO" "DO\n"},
-        ["README.md:1", *(f"tests/BadTest.cpp:{line}" for line in range(1, 11))]),
+        ["README.md:1", *(f"tests/BadTest.cpp:{line}" for line in range(1, 13))]),
 }
 
 
