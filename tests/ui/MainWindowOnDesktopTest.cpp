@@ -4,6 +4,7 @@
 #include "support/KeyInjector.h"
 #include "ui/AddEditShortcutSheet.h"
 #include "ui/Colors.h"
+#include "ui/WholeBadge.h"
 #include "ui/WindowTest.h"
 
 #include <QScrollArea>
@@ -175,6 +176,20 @@ TEST_F(MainWindowAtTwiceTheScale, HairlinesAreSharp) {
     EXPECT_EQ(image.pixelColor(0, 52), image.pixelColor(1, 52));
     EXPECT_NE(image.pixelColor(1, 52), base);
     EXPECT_EQ(image.pixelColor(2, 52), base);
+}
+
+TEST_F(MainWindowAtTwiceTheScale, BadgesShowTheirWholeTexts) {
+    for (const auto* language : {"ja", "en"}) {
+        desktop_.userDefaults.own["AppLanguage"] = std::string(language);
+        ShortcutStore::shared().importData("[]");
+        addShortcut("Editor", 51, modifierMask);
+        addShortcut(std::string(300, 'W'), 65535, modifierMask);
+        open();
+        for (ShortcutCardView* card : controller_->stackView()->cards()) {
+            ASSERT_EQ(card->devicePixelRatio(), 2);
+            EXPECT_TRUE(showsItsWholeText(card->hotkeyBadge())) << language;
+        }
+    }
 }
 
 TEST_F(MainWindowAtTwiceTheScale, SymbolsAreDrawnAtThatSize) {

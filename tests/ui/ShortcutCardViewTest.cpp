@@ -4,6 +4,7 @@
 #include "ui/Colors.h"
 #include "ui/GenericApplicationIcon.h"
 #include "ui/SystemColors.h"
+#include "ui/WholeBadge.h"
 #include "ui/WindowTest.h"
 
 #include <QAccessible>
@@ -209,6 +210,24 @@ using CardInEachLanguage = WindowInEachLanguage;
 
 INSTANTIATE_TEST_SUITE_P(Languages, CardInEachLanguage,
                          testing::Values(Language::japanese, Language::english), languageName);
+
+TEST_P(CardInEachLanguage, ABadgeShowsTheWholeCombinationHoweverLongTheName) {
+    struct Room {
+        int width;
+        std::uint16_t longestKey;
+    };
+    for (const auto& [width, longestKey] : {Room{368, 999}, Room{448, 65535}, Room{900, 65535}}) {
+        for (const auto& name : {std::string("X"), std::string(300, 'W')}) {
+            for (const std::uint16_t key : {std::uint16_t{0}, std::uint16_t{51}, longestKey}) {
+                ShortcutCardView card(shortcutFor(name, key, modifierMask));
+                card.resize(width, ShortcutCardView::height);
+                card.show();
+                settle();
+                EXPECT_TRUE(showsItsWholeText(card.hotkeyBadge())) << "in a card of " << width;
+            }
+        }
+    }
+}
 
 TEST_P(CardInEachLanguage, ScreenReadersAreToldOfEverything) {
     const ShortcutCardView card(shortcutFor("Editor", 49, commandKey));
