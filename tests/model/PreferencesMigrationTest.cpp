@@ -74,6 +74,20 @@ TEST_F(PreferencesMigrationTest, ASettingForAllUsersCountsAsExisting) {
     EXPECT_THAT(defaults.own, Not(Contains(Key("AppLanguage"))));
 }
 
+TEST_F(PreferencesMigrationTest, ExistingSettingsThatAreNoTextsStay) {
+    const std::vector<int> list{1, 2};
+    defaults.own["Number"] = 3.5;
+    defaults.own["List"] = list;
+    defaults.fallback["Common"] = list;
+    for (const auto* key : {"Number", "List", "Common"}) {
+        source[key] = std::string{"old"};
+    }
+    EXPECT_EQ(migrate(), old);
+    EXPECT_EQ(std::any_cast<double>(defaults.own.at("Number")), 3.5);
+    EXPECT_EQ(std::any_cast<std::vector<int>>(defaults.own.at("List")), list);
+    EXPECT_THAT(defaults.own, Not(Contains(Key("Common"))));
+}
+
 TEST_F(PreferencesMigrationTest, RunsOnce) {
     migrate();
     source["AppLanguage"] = std::string{"en"};

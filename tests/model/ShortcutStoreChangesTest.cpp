@@ -130,7 +130,8 @@ TEST_F(ShortcutStoreTest, removeOfAnUnknownIdWritesAndAnnouncesAnyway) {
 }
 
 TEST_F(ShortcutStoreTest, removeTakesAnIdOutOfTheListItself) {
-    files_.files[file] = document({a, b, c});
+    files_.files[file] = document(
+        {makeShortcut(7, 1, commandKey, "First"), b, makeShortcut(7, 2, commandKey, "Second"), c});
     store().remove(store().shortcuts()[0].id);
     EXPECT_EQ(names(), (std::vector<std::string>{"B", "C"}));
 }

@@ -1,6 +1,7 @@
 #include "desktop/editor/ScreenReader.h"
 #include "desktop/resident/Resident.h"
 #include "support/WaitUntil.h"
+#include "support/WriteFile.h"
 
 #include <csignal>
 #include <filesystem>
@@ -156,6 +157,19 @@ TEST_F(InstanceTest, OldPreferencesAreCarriedOverAndStayWhereTheyAre) {
                       HasSubstr("AppLanguage=en"), Not(HasSubstr("NSWindow"))));
     end();
     EXPECT_EQ(Resident::contents(oldPreferences()), oldText);
+}
+
+TEST_F(InstanceTest, OldPreferencesGiveWayToSettingsOfEveryKindTheCommonOnesIncluded) {
+    const auto common = story.desktop.home() / "all";
+    writeOldPreferences("Own=old\nCommon=old\nNew=old\n");
+    writeFile(settings(), "Own=1, 2\n");
+    writeFile(common / settings().filename(), "Common=3, 4\n");
+    menu.startHost();
+    story.launchUtility({{"XDG_CONFIG_DIRS", common.string()}});
+    ASSERT_TRUE(menu.showsItem());
+    end();
+    EXPECT_THAT(Resident::contents(settings()),
+                AllOf(HasSubstr("Own=1, 2\n"), HasSubstr("New=old\n"), Not(HasSubstr("Common"))));
 }
 
 TEST_F(InstanceTest, OldPreferencesAreCarriedOverOnce) {
