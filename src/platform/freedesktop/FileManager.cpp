@@ -14,21 +14,19 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::size_t largestFile = std::size_t{1} << 30;
-
 bool isDirectory(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(path, ignored);
 }
 
-void requireWithinLimit(std::size_t size) {
-    if (size > largestFile) {
+void requireAtMost(std::size_t largest, std::size_t size) {
+    if (size > largest) {
         throw std::system_error{EFBIG, std::generic_category()};
     }
 }
 
-/// The size of what is open, if it is a file that can be read whole.
-std::size_t requireReadable(const std::filesystem::path& file, int descriptor) {
+/// The size of what is open, if it is a regular file.
+std::size_t sizeOfRegular(const std::filesystem::path& file, int descriptor) {
     struct stat status {};
     checked(::fstat(descriptor, &status));
     if (S_ISDIR(status.st_mode)) {
@@ -37,19 +35,18 @@ std::size_t requireReadable(const std::filesystem::path& file, int descriptor) {
     if (!S_ISREG(status.st_mode)) {
         throw notARegularFile(FileOperation::read, file);
     }
-    const auto size = static_cast<std::size_t>(status.st_size);
-    requireWithinLimit(size);
-    return size;
+    return static_cast<std::size_t>(status.st_size);
 }
 
 /// Reads to the end, wherever that is: a file may grow meanwhile, and some tell no size.
-std::string readAll(int descriptor, std::size_t expected) {
+std::string readAll(int descriptor, std::size_t expected, std::size_t largest) {
+    requireAtMost(largest, expected);
     constexpr std::size_t step = 65536;
     std::string contents;
     std::size_t used = 0;
     ssize_t count = 1;
     for (std::size_t room = expected + 1; count > 0; room = step) {
-        requireWithinLimit(used);
+        requireAtMost(largest, used);
         contents.resize(used + room);
         count = checked(
             uninterrupted([&] { return ::read(descriptor, contents.data() + used, room); }));
@@ -88,8 +85,8 @@ std::string FileManager::readFile(const std::filesystem::path& file) {
     try {
         const Descriptor descriptor{checked(uninterrupted(
             [&] { return ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }))};
-        const auto size = requireReadable(file, descriptor.get());
-        return readAll(descriptor.get(), size);
+        const auto size = sizeOfRegular(file, descriptor.get());
+        return readAll(descriptor.get(), size, largestFile_);
     } catch (const std::system_error& error) {
         throw fileError(FileOperation::read, file, error.code().value());
     }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@ namespace {
 /// What the disk does while `active`: errno values, 0 for none.
 struct Disk {
     bool active = false;
+    std::filesystem::path folder; ///< of the file
     std::vector<std::string> calls;
     int interruptions = 0;        ///< of each kind of call, before it goes through
     std::size_t largestWrite = 0; ///< bytes that one call takes; 0 for all
@@ -57,9 +59,16 @@ bool isInterrupted(const std::string& call) {
     return true;
 }
 
-bool isFolder(int descriptor) {
+/// What a descriptor stands for: the folder of the file, another one, or else a file.
+std::string kindOf(int descriptor) {
     struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+    struct stat folder {};
+    if (::fstat(descriptor, &status) != 0 || !S_ISDIR(status.st_mode)) {
+        return "file";
+    }
+    const bool isSame = ::stat(disk.folder.c_str(), &folder) == 0 &&
+                        folder.st_dev == status.st_dev && folder.st_ino == status.st_ino;
+    return isSame ? "folder" : "another folder";
 }
 
 } // namespace
@@ -89,11 +98,11 @@ ssize_t __wrap_write(int descriptor, const void* bytes, size_t count) {
 }
 
 int __wrap_fsync(int descriptor) {
-    const bool folder = isFolder(descriptor);
-    if (isInterrupted(folder ? "sync folder" : "sync file")) {
+    const auto kind = kindOf(descriptor);
+    if (isInterrupted("sync " + kind)) {
         return -1;
     }
-    const int error = folder ? disk.folderSyncError : disk.fileSyncError;
+    const int error = kind == "file" ? disk.fileSyncError : disk.folderSyncError;
     return disk.active && error != 0 ? fail(error) : __real_fsync(descriptor);
 }
 
@@ -119,6 +128,7 @@ class AtomicFileFaultsTest : public testing::Test {
 protected:
     AtomicFileFaultsTest() {
         disk = {};
+        disk.folder = directory_.path();
         putFile(file(), "old");
     }
 
@@ -144,6 +154,16 @@ TEST_F(AtomicFileFaultsTest, theNewFileIsOnTheDiskBeforeItHasTheNameAndTheNameBe
     EXPECT_EQ(write(), std::error_code{});
     EXPECT_THAT(disk.calls, ElementsAre("create", "write", "sync file", "rename", "sync folder"));
     EXPECT_EQ(contentsOf(file()), "new text");
+}
+
+TEST_F(AtomicFileFaultsTest, theNameThatIsOnTheDiskIsThatBehindALink) {
+    disk.folder = directory_.path() / "below";
+    std::filesystem::create_directory(disk.folder);
+    std::filesystem::rename(file(), disk.folder / "file");
+    std::filesystem::create_symlink("below/file", file());
+    EXPECT_EQ(write(), std::error_code{});
+    EXPECT_THAT(disk.calls, ElementsAre("create", "write", "sync file", "rename", "sync folder"));
+    EXPECT_EQ(contentsOf(disk.folder / "file"), "new text");
 }
 
 TEST_F(AtomicFileFaultsTest, whatASignalInterruptsIsDoneAgain) {

@@ -174,8 +174,23 @@ TEST_F(FileManagerTest, cannotReadWhatTheUserMayNot) {
 
 TEST_F(FileManagerTest, refusesFilesBeyondAllMeasure) {
     putFile(file(), "");
-    fs::resize_file(file(), (std::uintmax_t{1} << 30) + 1);
-    EXPECT_EQ(readFailure(file()), std::errc::file_too_large);
+    for (const auto size : {(std::uintmax_t{1} << 30) + 1, std::uintmax_t{1} << 42}) {
+        fs::resize_file(file(), size);
+        EXPECT_EQ(readFailure(file()), std::errc::file_too_large);
+    }
+}
+
+TEST_F(FileManagerTest, readsUpToItsLimitAlsoOfAFileThatGrowsMeanwhile) {
+    const fs::path grown = "/proc/version"; // tells no size, as if all of it came later
+    ASSERT_EQ(fs::file_size(grown), 0U);
+    const auto text = files_.readFile(grown);
+    putFile(file(), text);
+    for (const auto& path : {grown, file()}) {
+        freedesktop::FileManager justEnough{text.size()};
+        freedesktop::FileManager tooLittle{text.size() - 1};
+        EXPECT_EQ(justEnough.readFile(path), text);
+        EXPECT_EQ(failureOf([&] { tooLittle.readFile(path); }), std::errc::file_too_large) << path;
+    }
 }
 
 // --- writing ---
