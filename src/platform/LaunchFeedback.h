@@ -31,9 +31,10 @@ public:
     /// identifiers are ignored.
     virtual void end(const std::string& identifier) = 0;
 
-    /// How many key presses a tap has delivered so far: tells whether the user has asked for
-    /// something else since.
-    virtual std::uint64_t pressCount() = 0;
+    /// How many times the user has pressed a combination so far, as the taps tell it: a combination
+    /// that is held down counts once, however often it repeats. Tells whether the user is still
+    /// asking for the same, or has asked for something else since.
+    virtual std::uint64_t holdCount() = 0;
 };
 
 } // namespace hollowfernpike::platform

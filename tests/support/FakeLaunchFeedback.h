@@ -20,8 +20,8 @@ public:
 
     void end(const std::string& identifier) override { ended.push_back(identifier); }
 
-    std::uint64_t presses = 1;
-    std::uint64_t pressCount() override { return presses; }
+    std::uint64_t holds = 1;
+    std::uint64_t holdCount() override { return holds; }
 };
 
 } // namespace hollowfernpike::test

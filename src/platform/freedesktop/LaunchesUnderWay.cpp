@@ -116,7 +116,7 @@ void LaunchesUnderWay::lookForWindows() {
 
 void LaunchesUnderWay::bringForward(const Launch& launch,
                                     const std::vector<platform::ClientWindow>& windows) {
-    if (launch.repeatedBy == 0 || launch.repeatedBy != feedback_.pressCount()) {
+    if (launch.repeatedBy == 0 || launch.repeatedBy != feedback_.holdCount()) {
         return;
     }
     const auto shown = std::find_if(windows.rbegin(), windows.rend(), [&](const auto& window) {

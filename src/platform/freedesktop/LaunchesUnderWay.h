@@ -49,7 +49,7 @@ public:
     std::shared_ptr<Launch> begin(const DesktopEntry& entry, bool activates);
 
     /// Notes that the user asked for the application once more.
-    void repeat(Launch& launch) { launch.repeatedBy = feedback_.pressCount(); }
+    void repeat(Launch& launch) { launch.repeatedBy = feedback_.holdCount(); }
 
     /// Calls `completion` with the launch's result, at once if there is one already.
     static void join(Launch& launch, platform::Workspace::OpenCompletion completion);

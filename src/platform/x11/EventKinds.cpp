@@ -25,7 +25,8 @@ bool isXInputEvent(const Connection& connection, const xcb_generic_event_t& even
 bool isKeyboardChange(const Connection& connection, const xcb_generic_event_t& event) {
     return eventCode(event) == XCB_MAPPING_NOTIFY ||
            isXkbEvent(connection, event, XCB_XKB_NEW_KEYBOARD_NOTIFY) ||
-           isXkbEvent(connection, event, XCB_XKB_MAP_NOTIFY);
+           isXkbEvent(connection, event, XCB_XKB_MAP_NOTIFY) ||
+           isXkbEvent(connection, event, XCB_XKB_CONTROLS_NOTIFY);
 }
 
 } // namespace hollowfernpike::x11

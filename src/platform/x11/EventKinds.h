@@ -16,7 +16,7 @@ bool isXkbEvent(const Connection& connection, const xcb_generic_event_t& event, 
 bool isXInputEvent(const Connection& connection, const xcb_generic_event_t& event,
                    std::uint16_t type);
 
-/// Whether the event says that keys or modifiers may have moved.
+/// Whether the event says that keys or modifiers may have moved, or repeat at another pace.
 bool isKeyboardChange(const Connection& connection, const xcb_generic_event_t& event);
 
 } // namespace hollowfernpike::x11

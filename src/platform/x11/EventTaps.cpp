@@ -16,8 +16,12 @@ void selectKeyboardChanges(const Connection& connection) {
     constexpr std::uint16_t events =
         XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t allParts = 0xFF;
-    xcb_xkb_select_events(connection.get(), XCB_XKB_ID_USE_CORE_KBD, events, 0, events, allParts,
-                          allParts, nullptr);
+    xcb_xkb_select_events_details_t repetition{};
+    repetition.affectCtrls = XCB_XKB_BOOL_CTRL_REPEAT_KEYS;
+    repetition.ctrlDetails = repetition.affectCtrls;
+    xcb_xkb_select_events_aux(connection.get(), XCB_XKB_ID_USE_CORE_KBD,
+                              events | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY, 0, events, allParts,
+                              allParts, &repetition);
 }
 
 std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,

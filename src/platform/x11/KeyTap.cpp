@@ -109,6 +109,7 @@ void KeyTap::start() {
         liveSince_ = xcb_no_operation(connection_->get()).sequence;
     }
     if (const auto description = KeyboardDescription::read(*connection_)) {
+        services_.userTime.setRepetition(description->longestRepetition);
         source_->start(KeyboardMap{*description});
     }
 }
@@ -126,7 +127,8 @@ void KeyTap::handle(const xcb_generic_event_t& event) {
 }
 
 void KeyTap::deliver(const KeyPress& press) {
-    services_.userTime.record(press.time);
+    services_.userTime.record(press.time, {static_cast<std::uint16_t>(press.event.keyCode),
+                                           press.event.flags & shortcutModifiers});
     listener_.callback(this, platform::eventKeyDown, &press.event, listener_.userInfo);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/x11/Xkb.h"
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 
@@ -150,11 +151,14 @@ std::optional<KeyboardDescription> KeyboardDescription::read(const Connection& c
     const auto mapCookie = xcb_xkb_get_map(server, XCB_XKB_ID_USE_CORE_KBD, mapParts, 0, 0, 0, 0, 0,
                                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     const auto namesCookie = xcb_xkb_get_names(server, XCB_XKB_ID_USE_CORE_KBD, nameParts);
+    const auto controlsCookie = xcb_xkb_get_controls(server, XCB_XKB_ID_USE_CORE_KBD);
     const auto atoms = awaitAtoms(server, requestAtoms(server));
     const Reply<xcb_xkb_get_map_reply_t> map{xcb_xkb_get_map_reply(server, mapCookie, nullptr)};
     const Reply<xcb_xkb_get_names_reply_t> names{
         xcb_xkb_get_names_reply(server, namesCookie, nullptr)};
-    if (!map || !names) {
+    const Reply<xcb_xkb_get_controls_reply_t> controls{
+        xcb_xkb_get_controls_reply(server, controlsCookie, nullptr)};
+    if (!map || !names || !controls) {
         return std::nullopt;
     }
     KeyboardDescription description;
@@ -162,6 +166,7 @@ std::optional<KeyboardDescription> KeyboardDescription::read(const Connection& c
     addActions(description, *map);
     addNames(description, *names);
     addVirtualModifiers(description, *map, *names, atoms);
+    description.longestRepetition = std::max(controls->repeatDelay, controls->repeatInterval);
     return description;
 }
 

@@ -34,6 +34,9 @@ struct KeyboardDescription {
     /// Those with a meaning here: Alt, Meta, Super, Hyper, NumLock, ScrollLock.
     std::map<std::string, VirtualModifier, std::less<>> virtualModifiers;
 
+    /// Milliseconds: the longest pause between two presses of a key that is held down.
+    xcb_timestamp_t longestRepetition = 0;
+
     /// Asks the server for its core keyboard, in one batch of requests; none if the connection is
     /// lost. XKB must be in use on it.
     static std::optional<KeyboardDescription> read(const Connection& connection);

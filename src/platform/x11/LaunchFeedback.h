@@ -22,7 +22,7 @@ public:
 
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& identifier) override;
-    std::uint64_t pressCount() override { return userTime_.press(); }
+    std::uint64_t holdCount() override { return userTime_.hold(); }
 
 private:
     std::string newIdentifier();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/EventTap.h"
+
+#include <algorithm>
 #include <cstdint>
 
 #include <xcb/xproto.h>
@@ -17,14 +20,33 @@ public:
     /// Grows with every press; tells two presses of the same millisecond apart.
     std::uint64_t press() const { return press_; }
 
-    void record(xcb_timestamp_t time) {
-        time_ = time;
+    /// Grows with every press but those that repeat the one before: the same combination, no later
+    /// than a key that is held down may repeat. Nobody tells us when a grabbed key is let go.
+    std::uint64_t hold() const { return hold_; }
+
+    /// `longest` is the longest pause, in milliseconds, between two presses of a key that is held
+    /// down.
+    void setRepetition(xcb_timestamp_t longest) {
+        longestGap_ = std::max(2 * longest, shortestGap);
+    }
+
+    void record(xcb_timestamp_t time, const platform::KeyCombination& combination) {
+        const bool repeats =
+            press_ != 0 && combination == combination_ && time - time_ <= longestGap_;
+        hold_ += repeats ? 0 : 1;
         ++press_;
+        time_ = time;
+        combination_ = combination;
     }
 
 private:
+    static constexpr xcb_timestamp_t shortestGap = 1000;
+
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
+    platform::KeyCombination combination_;
+    xcb_timestamp_t longestGap_ = shortestGap;
     std::uint64_t press_ = 0;
+    std::uint64_t hold_ = 0;
 };
 
 } // namespace hollowfernpike::x11

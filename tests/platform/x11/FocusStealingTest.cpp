@@ -26,7 +26,7 @@ TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
     auto front = openActive("Front");
     pressKey();
     typeInto(front);
-    userTime_.record(userTime_.time() - 1000);
+    userTime_.record(userTime_.time() - 1000, {});
     EXPECT_TRUE(activation_.bringToFront(target.pid()));
     EXPECT_TRUE(waitUntil(
         [&] { return observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"); }));

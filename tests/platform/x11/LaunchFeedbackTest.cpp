@@ -35,7 +35,7 @@ protected:
 };
 
 TEST_F(LaunchFeedbackTest, AnnouncesTheStart) {
-    userTime_.record(123456);
+    userTime_.record(123456, {});
     const auto id = feedback_.begin(editor_);
     ASSERT_TRUE(noticesBecome(1));
     const auto& notice = monitor_.notices().front();
@@ -50,7 +50,7 @@ TEST_F(LaunchFeedbackTest, AnnouncesTheStart) {
 }
 
 TEST_F(LaunchFeedbackTest, TakesTheNoticeBack) {
-    userTime_.record(123456);
+    userTime_.record(123456, {});
     const auto id = feedback_.begin(editor_);
     feedback_.end(id);
     ASSERT_TRUE(noticesBecome(2));
@@ -59,9 +59,9 @@ TEST_F(LaunchFeedbackTest, TakesTheNoticeBack) {
 }
 
 TEST_F(LaunchFeedbackTest, CarriesTheTimeOfThePressInTheIdentifier) {
-    userTime_.record(123456);
+    userTime_.record(123456, {});
     EXPECT_THAT(feedback_.begin(editor_), EndsWith("_TIME123456"));
-    userTime_.record(4294967295);
+    userTime_.record(4294967295, {});
     EXPECT_THAT(feedback_.begin(editor_), EndsWith("_TIME4294967295"));
 }
 
@@ -73,13 +73,13 @@ TEST_F(LaunchFeedbackTest, MakesUpNoTimeBeforeTheFirstPress) {
 }
 
 TEST_F(LaunchFeedbackTest, GivesEveryStartItsOwnIdentifier) {
-    userTime_.record(123456);
+    userTime_.record(123456, {});
     const auto first = feedback_.begin(editor_);
     EXPECT_NE(feedback_.begin(editor_), first);
 }
 
 TEST_F(LaunchFeedbackTest, KeepsQuietForApplicationsThatWouldNotEndTheNotice) {
-    userTime_.record(123456);
+    userTime_.record(123456, {});
     editor_.announces = false;
     EXPECT_THAT(feedback_.begin(editor_), EndsWith("_TIME123456"));
     editor_.announces = true;

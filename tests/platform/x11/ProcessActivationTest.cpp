@@ -229,7 +229,7 @@ TEST_P(ProcessActivationTest, AsksAgainForTheNextPress) {
     const auto covered = openActive("Covered");
     pressKey();
     EXPECT_TRUE(namesBecome({"Covered"}));
-    userTime_.record(userTime_.time() + 1);
+    userTime_.record(userTime_.time() + 1, {});
     EXPECT_GT(requestsToBringToFront(covered.pid()), 1U);
 }
 

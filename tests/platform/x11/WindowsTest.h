@@ -79,7 +79,7 @@ protected:
     }
 
     /// As if a tap had just delivered a key press.
-    void pressKey() { userTime_.record(x11::Events(*connection_).serverTime()); }
+    void pressKey() { userTime_.record(x11::Events(*connection_).serverTime(), {}); }
 
     /// Owner names of the visible windows from front to back.
     std::vector<std::string> names() {

@@ -1,0 +1,126 @@
+#include "platform/x11/UserTime.h"
+
+#include "platform/x11/KeyTapTest.h"
+
+namespace hollowfernpike::test {
+
+namespace {
+
+constexpr platform::KeyCombination held{.keyCode = keyX, .modifierFlags = flags::control};
+
+TEST(UserTimeTest, nothingIsHeldBeforeTheFirstPress) {
+    x11::UserTime userTime;
+    EXPECT_EQ(userTime.hold(), 0U);
+    userTime.record(1, {});
+    EXPECT_EQ(userTime.hold(), 1U);
+}
+
+TEST(UserTimeTest, aPressWithinASecondRepeatsTheOneBefore) {
+    x11::UserTime userTime;
+    userTime.record(5000, held);
+    userTime.record(6000, held);
+    userTime.record(7000, held);
+    EXPECT_EQ(userTime.hold(), 1U);
+    userTime.record(8001, held);
+    EXPECT_EQ(userTime.hold(), 2U);
+    EXPECT_EQ(userTime.press(), 4U);
+}
+
+TEST(UserTimeTest, aKeyboardThatRepeatsSlowlyIsGivenTwiceItsTime) {
+    x11::UserTime userTime;
+    userTime.setRepetition(660);
+    userTime.record(5000, held);
+    userTime.record(6320, held);
+    EXPECT_EQ(userTime.hold(), 1U);
+    userTime.record(7641, held);
+    EXPECT_EQ(userTime.hold(), 2U);
+}
+
+TEST(UserTimeTest, aKeyboardThatRepeatsFastIsGivenASecond) {
+    x11::UserTime userTime;
+    userTime.setRepetition(25);
+    userTime.record(5000, held);
+    userTime.record(6000, held);
+    EXPECT_EQ(userTime.hold(), 1U);
+    userTime.record(7001, held);
+    EXPECT_EQ(userTime.hold(), 2U);
+}
+
+TEST(UserTimeTest, anotherCombinationIsAnotherHoldAndSoIsTheFirstOneAgain) {
+    x11::UserTime userTime;
+    for (const platform::KeyCombination& combination :
+         {held, {keyC, held.modifierFlags}, {keyC, flags::option}, held}) {
+        const auto before = userTime.hold();
+        userTime.record(5000, combination);
+        EXPECT_EQ(userTime.hold(), before + 1);
+    }
+}
+
+TEST(UserTimeTest, theClockOfTheServerBeginsAnewAfterSevenWeeks) {
+    x11::UserTime userTime;
+    userTime.record(0xFFFF'FF00, held);
+    userTime.record(0x0000'0100, held);
+    EXPECT_EQ(userTime.hold(), 1U);
+    userTime.record(0x0000'0100 + 1001, held);
+    EXPECT_EQ(userTime.hold(), 2U);
+}
+
+class HoldTest : public KeyTapTest {
+protected:
+    void slowDown() { run({"xset", "r", "rate", "1500", "20"}); }
+
+    /// Holds the key down until it has repeated twice.
+    void holdUntilItRepeats(ListeningTap& tap) {
+        const auto before = tap.presses.size();
+        keyboard_.press("LCTL");
+        keyboard_.press("AB02");
+        ASSERT_TRUE(delivered(tap, before + 3));
+        keyboard_.release("AB02");
+        keyboard_.release("LCTL");
+    }
+
+    std::unique_ptr<ListeningTap> makeWatchingTap() {
+        auto tap = makeActiveTap();
+        tap->watch({combination(keyX, flags::control), combination(keyC, flags::control)});
+        return tap;
+    }
+};
+
+TEST_F(HoldTest, everyRepeatOfAHeldKeyIsDeliveredAndAllAreOneHold) {
+    auto tap = makeWatchingTap();
+    holdUntilItRepeats(*tap);
+    EXPECT_GE(userTime_.press(), 3U);
+    EXPECT_EQ(userTime_.hold(), 1U);
+}
+
+TEST_F(HoldTest, aKeyboardThatRepeatsSlowlyIsWaitedFor) {
+    slowDown();
+    auto tap = makeWatchingTap();
+    holdUntilItRepeats(*tap);
+    EXPECT_EQ(userTime_.hold(), 1U);
+}
+
+TEST_F(HoldTest, aKeyboardThatComesToRepeatSlowlyIsWaitedFor) {
+    auto tap = makeWatchingTap();
+    slowDown();
+    ASSERT_TRUE(queue_.runUntil([&] { return tap->disabledReports > 0; }));
+    holdUntilItRepeats(*tap);
+    EXPECT_EQ(userTime_.hold(), 1U);
+}
+
+TEST_F(HoldTest, theLocksDoNotMakeAnotherCombination) {
+    auto tap = makeWatchingTap();
+    keyboard_.strike({"LCTL", "AB02"});
+    keyboard_.strike({"CAPS"});
+    keyboard_.strike({"LCTL", "AB02"});
+    ASSERT_TRUE(delivered(*tap, 2));
+    EXPECT_EQ(userTime_.hold(), 1U);
+    keyboard_.strike({"CAPS"});
+    keyboard_.strike({"LCTL", "AB03"});
+    ASSERT_TRUE(delivered(*tap, 3));
+    EXPECT_EQ(userTime_.hold(), 2U);
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test
