@@ -24,12 +24,12 @@ public:
     X11Applications(std::unique_ptr<x11::Connection> connection,
                     freedesktop::DesktopEntries& entries, const x11::UserTime& userTime,
                     qt::MainQueue& mainQueue, qt::RunLoop& runLoop)
-        : connection_(std::move(connection)), owners_(entries),
+        : connection_(std::move(connection)), owners_(entries), processes_(entries),
           windows_(*connection_, owners_, userTime), clientWindows_(windows_, runLoop),
           launchFeedback_(windows_, userTime), processActivation_(windows_, userTime),
-          workspace_(entries, clientWindows_, launchFeedback_, processActivation_, runLoop,
-                     mainQueue),
-          runningApplications_(entries, clientWindows_, workspace_) {}
+          workspace_(entries, processes_, clientWindows_, launchFeedback_, processActivation_,
+                     runLoop, mainQueue),
+          runningApplications_(entries, processes_, clientWindows_, workspace_) {}
 
     const ApplicationServices& services() const { return services_; }
 
@@ -42,6 +42,7 @@ public:
 private:
     std::unique_ptr<x11::Connection> connection_;
     freedesktop::WindowOwners owners_;
+    freedesktop::ProcessTable processes_;
     x11::Windows windows_;
     x11::ClientWindows clientWindows_;
     x11::LaunchFeedback launchFeedback_;

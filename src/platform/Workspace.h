@@ -16,7 +16,7 @@ struct OpenConfiguration {
 
 /// What became of a request to open an application.
 struct OpenResult {
-    std::optional<std::int32_t> processIdentifier; ///< absent on failure, or if the bus started it
+    std::optional<std::int32_t> processIdentifier; ///< absent on failure, or if we started none
     std::optional<LocalizedError> error;           ///< absent on success
 };
 
@@ -27,7 +27,9 @@ public:
     using OpenCompletion = std::function<void(const OpenResult&)>;
 
     /// Launches the application bundle at `path`. A request for an application whose launch is
-    /// still under way joins that launch and starts nothing.
+    /// still under way joins that launch and starts nothing, and so does every further request by a
+    /// combination that is held down, whatever became of the launch. Nor is a program started once
+    /// more that stayed beside its first copy the last time.
     virtual void openApplication(const std::string& path, const OpenConfiguration& configuration,
                                  OpenCompletion completion) = 0;
 };

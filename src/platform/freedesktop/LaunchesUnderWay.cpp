@@ -1,30 +1,53 @@
 #include "platform/freedesktop/LaunchesUnderWay.h"
 
 #include "platform/freedesktop/LaunchError.h"
+#include "platform/freedesktop/ProcessFacts.h"
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
 
+using ClientWindows = std::vector<platform::ClientWindow>;
+
 bool belongsTo(const platform::ClientWindow& window, const DesktopEntry& entry) {
     return !entry.identifier.empty() && window.owner.bundleIdentifier == entry.identifier;
 }
 
-std::size_t countWindows(const std::vector<platform::ClientWindow>& windows,
-                         const DesktopEntry& entry) {
+std::size_t countWindows(const ClientWindows& windows, const DesktopEntry& entry) {
     return static_cast<std::size_t>(std::ranges::count_if(
         windows, [&](const auto& window) { return belongsTo(window, entry); }));
 }
 
-bool hasShownItself(const Launch& launch, const std::vector<platform::ClientWindow>& windows) {
-    const bool ownWindow = launch.process && std::ranges::any_of(windows, [&](const auto& window) {
-                               return window.process == launch.process;
-                           });
-    return ownWindow || countWindows(windows, launch.entry) > launch.windowsBefore;
+bool isOfProcess(const platform::ClientWindow& window, const Launch& launch) {
+    return launch.process && window.process == launch.process;
+}
+
+// As those of a program whose start script stays until it ends.
+bool isOfDescendant(const platform::ClientWindow& window, const Launch& launch) {
+    return launch.process && window.process && descendsFrom(*window.process, *launch.process);
+}
+
+bool hasShownItself(const Launch& launch, const ClientWindows& windows) {
+    const auto anyIs = [&](auto isOfLaunch) {
+        return std::ranges::any_of(windows,
+                                   [&](const auto& window) { return isOfLaunch(window, launch); });
+    };
+    return anyIs(isOfProcess) || countWindows(windows, launch.entry) > launch.windowsBefore ||
+           anyIs(isOfDescendant);
+}
+
+void await(Launch& launch, const platform::Workspace::OpenCompletion& completion) {
+    if (!completion) {
+        return;
+    }
+    if (launch.result) {
+        completion(*launch.result);
+    } else {
+        launch.waiting.push_back(completion);
+    }
 }
 
 void answer(Launch& launch, const platform::OpenResult& result) {
@@ -44,31 +67,40 @@ platform::StartingApplication announcementOf(const DesktopEntry& entry) {
 
 } // namespace
 
-std::shared_ptr<Launch> LaunchesUnderWay::find(const FileStamp& file) const {
-    const auto found = std::ranges::find_if(
-        launches_, [&](const auto& launch) { return launch->entry.stamp.isSameFile(file); });
-    return found == launches_.end() ? nullptr : *found;
+bool LaunchesUnderWay::join(const FileStamp& file, bool activates, const Completion& completion) {
+    const auto hold = feedback_.holdCount();
+    std::erase_if(outcomes_, [&](const auto& kept) { return hold == 0 || kept.hold != hold; });
+    if (const auto launch = find(file)) {
+        if (activates) {
+            launch->hold = hold;
+            launch->isRepeated = true;
+        }
+        await(*launch, completion);
+        return true;
+    }
+    const auto outcome = std::ranges::find_if(
+        outcomes_, [&](const auto& kept) { return kept.file.isSameFile(file); });
+    if (outcome == outcomes_.end()) {
+        return false;
+    }
+    if (completion) {
+        const auto result = outcome->result;
+        completion(result);
+    }
+    return true;
 }
 
-std::shared_ptr<Launch> LaunchesUnderWay::begin(const DesktopEntry& entry, bool activates) {
+std::shared_ptr<Launch> LaunchesUnderWay::begin(const DesktopEntry& entry, bool activates,
+                                                const Completion& completion) {
     auto launch = std::make_shared<Launch>();
     launch->entry = entry;
+    launch->hold = feedback_.holdCount();
     if (activates) {
         launch->startupIdentifier = feedback_.begin(announcementOf(entry));
     }
+    await(*launch, completion);
     launches_.push_back(launch);
     return launch;
-}
-
-void LaunchesUnderWay::join(Launch& launch, platform::Workspace::OpenCompletion completion) {
-    if (!completion) {
-        return;
-    }
-    if (launch.result) {
-        completion(*launch.result);
-    } else {
-        launch.waiting.push_back(std::move(completion));
-    }
 }
 
 void LaunchesUnderWay::settle(Launch& launch, const platform::OpenResult& result) {
@@ -95,33 +127,37 @@ void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
     });
 }
 
-void LaunchesUnderWay::finish(const Launch& launch) {
-    if (!launch.startupIdentifier.empty()) {
-        feedback_.end(launch.startupIdentifier);
-    }
+void LaunchesUnderWay::finish(Launch& launch) {
+    takeNoticeBack(launch);
     forget(launch);
+}
+
+std::shared_ptr<Launch> LaunchesUnderWay::find(const FileStamp& file) const {
+    const auto found = std::ranges::find_if(
+        launches_, [&](const auto& launch) { return launch->entry.stamp.isSameFile(file); });
+    return found == launches_.end() ? nullptr : *found;
 }
 
 void LaunchesUnderWay::lookForWindows() {
     const auto windows = windows_.clientWindows();
-    const auto shown = [&](const auto& launch) { return hasShownItself(*launch, windows); };
-    auto over = launches_;
-    std::erase_if(over, std::not_fn(shown));
-    for (const auto& launch : over) {
-        forget(*launch);
-        bringForward(*launch, windows);
-        answer(*launch, launch->result.value_or(platform::OpenResult{}));
+    for (const auto& launch : std::vector(launches_)) {
+        const auto count = countWindows(windows, launch->entry);
+        launch->windowsBefore = std::min(launch->windowsBefore, count);
+        if (hasShownItself(*launch, windows)) {
+            forget(*launch);
+            bringForward(*launch, windows);
+            answer(*launch, launch->result.value_or(platform::OpenResult{}));
+        }
     }
 }
 
-void LaunchesUnderWay::bringForward(const Launch& launch,
-                                    const std::vector<platform::ClientWindow>& windows) {
-    if (launch.repeatedBy == 0 || launch.repeatedBy != feedback_.holdCount()) {
+void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& windows) {
+    if (!launch.isRepeated || launch.hold != feedback_.holdCount()) {
         return;
     }
     const auto shown = std::find_if(windows.rbegin(), windows.rend(), [&](const auto& window) {
-        return window.process &&
-               (window.process == launch.process || belongsTo(window, launch.entry));
+        return window.process && (isOfProcess(window, launch) || belongsTo(window, launch.entry) ||
+                                  isOfDescendant(window, launch));
     });
     if (shown != windows.rend()) {
         activation_.bringToFront(*shown->process);
@@ -129,14 +165,25 @@ void LaunchesUnderWay::bringForward(const Launch& launch,
 }
 
 void LaunchesUnderWay::giveUp(Launch& launch) {
-    if (launch.result) {
-        finish(launch);
-    } else {
+    if (!launch.result) {
         settle(launch, {.processIdentifier = std::nullopt, .error = noAnswer(launch.entry.path)});
+    } else if (launch.process) {
+        takeNoticeBack(launch);
+    } else {
+        finish(launch);
+    }
+}
+
+void LaunchesUnderWay::takeNoticeBack(Launch& launch) {
+    if (const auto identifier = std::exchange(launch.startupIdentifier, {}); !identifier.empty()) {
+        feedback_.end(identifier);
     }
 }
 
 void LaunchesUnderWay::forget(const Launch& launch) {
+    outcomes_.push_back({.file = launch.entry.stamp,
+                         .hold = launch.hold,
+                         .result = launch.result.value_or(platform::OpenResult{})});
     std::erase_if(launches_, [&](const auto& kept) { return kept.get() == &launch; });
     if (launches_.empty()) {
         windowWatch_.reset();

@@ -20,20 +20,26 @@ namespace hollowfernpike::freedesktop {
 /// An application that was asked for and has not shown itself yet.
 struct Launch {
     DesktopEntry entry;
-    std::string startupIdentifier;
+    std::string startupIdentifier; ///< empty once the start-up notice is taken back
     std::optional<std::int32_t> process;
-    std::size_t windowsBefore = 0; ///< the application's windows when it was asked for
-    std::uint64_t repeatedBy = 0;  ///< the press by which it was asked for once more; 0 for none
+    std::size_t windowsBefore = 0; ///< the application's when it was asked for, as far as they stay
+    std::uint64_t hold = 0;        ///< of the combination by which it was asked for last
+    bool isRepeated = false;       ///< whether it was asked for more than once
     std::optional<platform::OpenResult> result;
     std::vector<platform::Workspace::OpenCompletion> waiting; ///< for the result
 };
 
-/// Keeps every launch from its request until a window of the application appears, its process has
-/// done what it was started for, or `limit` has passed, so that a request in between joins it. The
-/// start-up identifier carries the time of the first request; if the last thing that the user asked
-/// for is a later one, the window is brought forward when it appears. Main thread only.
+/// Keeps every launch from its request until a window of the application appears, so that requests
+/// in between join it: as long as the process lives that was started for it, or for `limit` if we
+/// started none. Repeats of a combination that is held down join also when the launch is over,
+/// however it ended. The start-up identifier carries the time of the first request; if the last
+/// thing that the user asked for is a later one, the window is brought forward when it appears.
+/// Main thread only.
 class LaunchesUnderWay {
 public:
+    using Completion = platform::Workspace::OpenCompletion;
+
+    /// A start-up notice is shown no longer than this either.
     static constexpr std::chrono::seconds limit{10};
 
     /// The services outlive this.
@@ -41,18 +47,14 @@ public:
                      platform::ProcessActivation& activation, platform::MainQueue& mainQueue)
         : windows_(windows), feedback_(feedback), activation_(activation), mainQueue_(mainQueue) {}
 
-    /// The launch of the entry in this file; null if there is none.
-    std::shared_ptr<Launch> find(const FileStamp& file) const;
+    /// Whether a request for the entry in this file joined an earlier one and has nothing to start.
+    /// Its `completion` is then called with the result, at once if there is one already.
+    bool join(const FileStamp& file, bool activates, const Completion& completion);
 
     /// Keeps a new launch. Whoever holds on to it beyond the call does so weakly: a launch that is
     /// over is gone.
-    std::shared_ptr<Launch> begin(const DesktopEntry& entry, bool activates);
-
-    /// Notes that the user asked for the application once more.
-    void repeat(Launch& launch) { launch.repeatedBy = feedback_.holdCount(); }
-
-    /// Calls `completion` with the launch's result, at once if there is one already.
-    static void join(Launch& launch, platform::Workspace::OpenCompletion completion);
+    std::shared_ptr<Launch> begin(const DesktopEntry& entry, bool activates,
+                                  const Completion& completion);
 
     /// Answers all who wait. The launch goes on if the application was opened.
     void settle(Launch& launch, const platform::OpenResult& result);
@@ -61,13 +63,22 @@ public:
     /// is left to do for the launch.
     void track(const std::shared_ptr<Launch>& launch);
 
-    /// Lets the launch go without a window: its start-up notice is taken back.
-    void finish(const Launch& launch);
+    /// Lets the launch go without a window.
+    void finish(Launch& launch);
 
 private:
+    /// What is left of a launch that is over.
+    struct Outcome {
+        FileStamp file;
+        std::uint64_t hold;
+        platform::OpenResult result;
+    };
+
+    std::shared_ptr<Launch> find(const FileStamp& file) const;
     void lookForWindows();
     void bringForward(const Launch& launch, const std::vector<platform::ClientWindow>& windows);
     void giveUp(Launch& launch);
+    void takeNoticeBack(Launch& launch);
     void forget(const Launch& launch);
 
     platform::ClientWindows& windows_;
@@ -75,6 +86,7 @@ private:
     platform::ProcessActivation& activation_;
     platform::MainQueue& mainQueue_;
     std::vector<std::shared_ptr<Launch>> launches_;
+    std::vector<Outcome> outcomes_;
     std::unique_ptr<platform::Subscription> windowWatch_;
 };
 

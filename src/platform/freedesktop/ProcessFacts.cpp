@@ -140,6 +140,14 @@ std::optional<ProcessStatus> processStatus(std::int32_t process) {
     return status;
 }
 
+bool descendsFrom(std::int32_t process, std::int32_t ancestor) {
+    auto status = processStatus(process);
+    while (status && status->parent != ancestor) {
+        status = processStatus(status->parent);
+    }
+    return status.has_value();
+}
+
 ProcessFacts processFacts(std::int32_t process) {
     const auto directory = processDirectory(process);
     ProcessFacts facts;

@@ -29,6 +29,9 @@ struct ProcessStatus {
 /// Absent if there is no such process.
 std::optional<ProcessStatus> processStatus(std::int32_t process);
 
+/// Whether one of the process's parents and their parents, as it stands now, is `ancestor`.
+bool descendsFrom(std::int32_t process, std::int32_t ancestor);
+
 ProcessFacts processFacts(std::int32_t process);
 
 } // namespace hollowfernpike::freedesktop

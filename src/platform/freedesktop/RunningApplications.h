@@ -14,9 +14,9 @@ namespace hollowfernpike::freedesktop {
 class RunningApplications final : public platform::RunningApplications {
 public:
     /// The services outlive this.
-    RunningApplications(DesktopEntries& entries, platform::ClientWindows& windows,
-                        platform::Workspace& workspace)
-        : entries_(entries), windows_(windows), workspace_(workspace), processes_(entries) {}
+    RunningApplications(DesktopEntries& entries, ProcessTable& processes,
+                        platform::ClientWindows& windows, platform::Workspace& workspace)
+        : entries_(entries), processes_(processes), windows_(windows), workspace_(workspace) {}
 
     std::vector<platform::RunningApplication>
     withBundleIdentifier(std::string_view bundleIdentifier) override;
@@ -32,9 +32,9 @@ private:
     std::vector<LiveProcess> showingWindows(std::string_view bundleIdentifier);
 
     DesktopEntries& entries_;
+    ProcessTable& processes_;
     platform::ClientWindows& windows_;
     platform::Workspace& workspace_;
-    ProcessTable processes_;
 };
 
 } // namespace hollowfernpike::freedesktop

@@ -16,11 +16,12 @@ platform::OpenResult failure(const platform::LocalizedError& error) {
 
 } // namespace
 
-Workspace::Workspace(DesktopEntries& entries, platform::ClientWindows& windows,
-                     platform::LaunchFeedback& feedback, platform::ProcessActivation& activation,
-                     platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
-    : entries_(entries), launches_(windows, feedback, activation, mainQueue), children_(runLoop),
-      bus_(runLoop) {}
+Workspace::Workspace(DesktopEntries& entries, ProcessTable& processes,
+                     platform::ClientWindows& windows, platform::LaunchFeedback& feedback,
+                     platform::ProcessActivation& activation, platform::RunLoop& runLoop,
+                     platform::MainQueue& mainQueue)
+    : entries_(entries), furtherCopies_(processes),
+      launches_(windows, feedback, activation, mainQueue), children_(runLoop), bus_(runLoop) {}
 
 void Workspace::openApplication(const std::string& path,
                                 const platform::OpenConfiguration& configuration,
@@ -33,7 +34,7 @@ void Workspace::openApplication(const std::string& path,
         refusal = failure(error);
     }
     if (entry) {
-        open(*entry, configuration.activates, std::move(completion));
+        open(*entry, configuration.activates, completion);
     } else if (completion) {
         completion(refusal);
     }
@@ -47,16 +48,11 @@ DesktopEntry Workspace::applicationAt(const std::string& path) {
     return entry;
 }
 
-void Workspace::open(const DesktopEntry& entry, bool activates, OpenCompletion completion) {
-    if (const auto launch = launches_.find(entry.stamp)) {
-        if (activates) {
-            launches_.repeat(*launch);
-        }
-        LaunchesUnderWay::join(*launch, std::move(completion));
+void Workspace::open(const DesktopEntry& entry, bool activates, const OpenCompletion& completion) {
+    if (launches_.join(entry.stamp, activates, completion)) {
         return;
     }
-    const auto launch = launches_.begin(entry, activates);
-    LaunchesUnderWay::join(*launch, std::move(completion));
+    const auto launch = launches_.begin(entry, activates, completion);
     if (isOpenedOverBus(entry) && SessionBus::isKnown()) {
         activateOverBus(launch);
     } else {
@@ -81,6 +77,11 @@ void Workspace::activateOverBus(const std::shared_ptr<Launch>& launch) {
 }
 
 void Workspace::startProgram(const std::shared_ptr<Launch>& launch) {
+    if (!furtherCopies_.mayStart(launch->entry.identifier)) {
+        launches_.settle(*launch, {});
+        launches_.finish(*launch);
+        return;
+    }
     StartedProcess process;
     try {
         process = launchProgram(launch->entry, launch->startupIdentifier);

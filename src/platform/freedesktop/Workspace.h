@@ -3,6 +3,7 @@
 #include "platform/Workspace.h"
 #include "platform/freedesktop/ChildProcesses.h"
 #include "platform/freedesktop/DesktopEntries.h"
+#include "platform/freedesktop/FurtherCopies.h"
 #include "platform/freedesktop/LaunchesUnderWay.h"
 #include "platform/freedesktop/SessionBus.h"
 
@@ -18,7 +19,7 @@ namespace hollowfernpike::freedesktop {
 class Workspace final : public platform::Workspace {
 public:
     /// The services outlive this.
-    Workspace(DesktopEntries& entries, platform::ClientWindows& windows,
+    Workspace(DesktopEntries& entries, ProcessTable& processes, platform::ClientWindows& windows,
               platform::LaunchFeedback& feedback, platform::ProcessActivation& activation,
               platform::RunLoop& runLoop, platform::MainQueue& mainQueue);
 
@@ -27,11 +28,12 @@ public:
 
 private:
     DesktopEntry applicationAt(const std::string& path);
-    void open(const DesktopEntry& entry, bool activates, OpenCompletion completion);
+    void open(const DesktopEntry& entry, bool activates, const OpenCompletion& completion);
     void activateOverBus(const std::shared_ptr<Launch>& launch);
     void startProgram(const std::shared_ptr<Launch>& launch);
 
     DesktopEntries& entries_;
+    FurtherCopies furtherCopies_;
     LaunchesUnderWay launches_;
     ChildProcesses children_;
     SessionBus bus_;

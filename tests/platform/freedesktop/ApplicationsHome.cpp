@@ -93,17 +93,20 @@ std::string ApplicationsHome::addEntry(const std::string& name, const std::strin
                                                            name + "\nExec=" + exec + '\n' + more);
 }
 
-std::string ApplicationsHome::witness(const std::string& manner, const std::string& more) const {
-    return std::string{HFP_WITNESS} + ' ' + reports().string() + ' ' + manner +
-           (more.empty() ? "" : ' ' + more);
-}
-
-std::string ApplicationsHome::witnessNamed(const std::string& program,
-                                           const std::string& manner) const {
-    const auto copy = path() / "bin" / program;
+std::string ApplicationsHome::program(const std::string& name) const {
+    const auto copy = path() / "bin" / (name + '-' + path().filename().string());
     std::filesystem::create_directories(copy.parent_path());
     std::filesystem::copy_file(HFP_WITNESS, copy, std::filesystem::copy_options::skip_existing);
-    return copy.string() + ' ' + reports().string() + ' ' + manner;
+    return copy.string();
+}
+
+std::string ApplicationsHome::witness(const std::string& manner, const std::string& more) const {
+    return witnessNamed("witness", manner) + (more.empty() ? "" : ' ' + more);
+}
+
+std::string ApplicationsHome::witnessNamed(const std::string& name,
+                                           const std::string& manner) const {
+    return program(name) + ' ' + reports().string() + ' ' + manner;
 }
 
 std::vector<WitnessReport> ApplicationsHome::witnesses() const {

@@ -47,12 +47,13 @@ public:
     std::string addEntry(const std::string& name, const std::string& exec,
                          const std::string& more = {}) const;
 
-    /// A command line for the witness program, in Exec quoting.
-    std::string witness(const std::string& manner, const std::string& more = {}) const;
+    /// A copy of the witness program that is called after `name` and this home alone, so that its
+    /// processes are told from others'.
+    std::string program(const std::string& name = "witness") const;
 
-    /// The same for a copy of the witness that is called `program`, so that its processes are told
-    /// from others'.
-    std::string witnessNamed(const std::string& program, const std::string& manner) const;
+    /// A command line for a witness, in Exec quoting.
+    std::string witness(const std::string& manner, const std::string& more = {}) const;
+    std::string witnessNamed(const std::string& name, const std::string& manner) const;
 
     std::vector<WitnessReport> witnesses() const;
 

@@ -80,6 +80,22 @@ TEST_F(BusLaunchTest, ARequestWhileTheBusIsAskedJoins) {
     EXPECT_THAT(service.calls(), SizeIs(1));
 }
 
+TEST_F(BusLaunchTest, ALaunchOverTheBusWithoutAWindowIsGivenUpAfterTenSeconds) {
+    const test::BusService service(startBus().address(), "org.example.Active");
+    const auto path = addBusEntry("org.example.Active");
+    openAndWait(path);
+    ++feedback_.holds;
+    openAndWait(path);
+    queue_.advance(LaunchesUnderWay::limit);
+    EXPECT_THAT(feedback_.ended, SizeIs(1));
+    EXPECT_FALSE(windows_.isWatched());
+    openAndWait(path);
+    EXPECT_THAT(service.calls(), SizeIs(1));
+    ++feedback_.holds;
+    openAndWait(path);
+    EXPECT_THAT(service.calls(), SizeIs(2));
+}
+
 TEST_F(BusLaunchTest, AWindowAnswersBeforeTheBusDoes) {
     startBus();
     request(addBusEntry("org.example.Active"));
@@ -133,7 +149,7 @@ TEST_F(BusLaunchTest, AFileNameThatIsNoBusNameIsStartedByItsProgram) {
 TEST_F(BusLaunchTest, AWindowlessInstanceIsActivatedOverTheBus) {
     const test::BusService service(startBus().address(), "org.example.Active");
     addBusEntry("org.example.Active");
-    RunningApplications running(entries_, windows_, workspace_);
+    RunningApplications running(entries_, processes_, windows_, workspace_);
     running.activate({.processIdentifier = 1, .bundleIdentifier = "org.example.Active"});
     EXPECT_TRUE(loop_.runUntil([&] { return service.calls().size() == 1; }));
     EXPECT_THAT(home_.witnesses(), IsEmpty());

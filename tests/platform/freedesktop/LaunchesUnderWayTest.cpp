@@ -1,6 +1,7 @@
 #include "platform/freedesktop/WorkspaceTest.h"
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -30,6 +31,14 @@ TEST_F(LaunchesUnderWayTest, ASecondRequestJoinsTheLaunchUnderWay) {
     EXPECT_THAT(feedback_.begun, SizeIs(2));
 }
 
+TEST_F(LaunchesUnderWayTest, ARepeatAndALaterRequestJoinTheLaunchUnderWayAlike) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    EXPECT_EQ(launched(path), first);
+    ++feedback_.holds;
+    EXPECT_EQ(launched(path), first);
+}
+
 TEST_F(LaunchesUnderWayTest, ARequestByAnotherPathToTheSameFileJoinsToo) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto link = home_.path() / "link.desktop";
@@ -43,8 +52,18 @@ TEST_F(LaunchesUnderWayTest, OnceTheProcessShowsAWindowTheNextRequestStartsAnoth
     EXPECT_TRUE(windows_.isWatched());
     windows_.show({.process = first, .owner = {}});
     EXPECT_FALSE(windows_.isWatched());
+    ++feedback_.holds;
     EXPECT_NE(launched(path), first);
     EXPECT_THAT(feedback_.ended, IsEmpty());
+}
+
+TEST_F(LaunchesUnderWayTest, TheSameHoldStartsNothingMoreOnceTheWindowWasShownAndClosed) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    windows_.show({.process = first, .owner = {}});
+    windows_.closeAll();
+    EXPECT_EQ(launched(path), first);
+    EXPECT_THAT(feedback_.begun, SizeIs(1));
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
@@ -56,9 +75,18 @@ TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
 TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForward) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);
-    ++feedback_.presses;
+    ++feedback_.holds;
     EXPECT_EQ(launched(path), first);
     EXPECT_THAT(log_.calls(), IsEmpty());
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowThatIsStillAskedForByAHeldKeyIsBroughtForward) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    EXPECT_EQ(launched(path), first);
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(),
                 ElementsAre("processActivation.bringToFront " + std::to_string(first)));
@@ -67,9 +95,9 @@ TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForwar
 TEST_F(LaunchesUnderWayTest, AWindowStaysBehindOnceTheUserHasAskedForSomethingElse) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);
-    ++feedback_.presses;
+    ++feedback_.holds;
     EXPECT_EQ(launched(path), first);
-    ++feedback_.presses;
+    ++feedback_.holds;
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
@@ -82,33 +110,128 @@ TEST_F(LaunchesUnderWayTest, AWindowOfAnotherApplicationDoesNotEndTheLaunch) {
     EXPECT_EQ(launched(path), first);
 }
 
-TEST_F(LaunchesUnderWayTest, AProgramThatDiesAtOnceCanBeLaunchedAgain) {
+TEST_F(LaunchesUnderWayTest, WindowsThatWereThereBeforeDoNotEndTheLaunch) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const platform::WindowOwner owner{.name = "single", .bundleIdentifier = "single"};
+    windows_.show({.process = std::nullopt, .owner = owner});
+    const auto first = launched(path);
+    windows_.show({.process = std::nullopt, .owner = {}});
+    ++feedback_.holds;
+    EXPECT_EQ(launched(path), first);
+    windows_.show({.process = std::nullopt, .owner = owner});
+    EXPECT_FALSE(windows_.isWatched());
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowInThePlaceOfOneThatWasThereBeforeEndsTheLaunch) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const platform::WindowOwner owner{.name = "single", .bundleIdentifier = "single"};
+    windows_.show({.process = std::nullopt, .owner = owner});
+    launched(path);
+    windows_.closeAll();
+    EXPECT_TRUE(windows_.isWatched());
+    windows_.show({.process = std::nullopt, .owner = owner});
+    EXPECT_FALSE(windows_.isWatched());
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowOfAProgramThatTheLaunchedOneStartedIsThatOfTheLaunch) {
+    const auto first = launched(home_.addEntry("wrapper", home_.witness("parent")));
+    ++feedback_.holds;
+    launched((home_.applications() / "wrapper.desktop").string());
+    const auto witnesses = home_.awaitWitnesses(2);
+    const auto child = witnesses[witnesses[0].process == first ? 1 : 0].process;
+    windows_.show({.process = ::getpid(), .owner = {}});
+    EXPECT_TRUE(windows_.isWatched());
+    windows_.show({.process = child, .owner = {.name = "x", .bundleIdentifier = "x"}});
+    EXPECT_FALSE(windows_.isWatched());
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(child)));
+}
+
+TEST_F(LaunchesUnderWayTest, AProgramThatEndsAtOnceIsNotStartedAgainByTheSameHold) {
     const auto path = home_.addEntry("short", home_.witness("leave"));
     const auto first = launched(path);
     EXPECT_TRUE(isGone(first));
     EXPECT_THAT(feedback_.ended, ElementsAre("start-1_TIME4711"));
     EXPECT_FALSE(windows_.isWatched());
+    EXPECT_EQ(launched(path), first);
+    EXPECT_THAT(feedback_.begun, SizeIs(1));
+    ++feedback_.holds;
     EXPECT_NE(launched(path), first);
 }
 
-TEST_F(LaunchesUnderWayTest, AProgramThatNeverShowsAWindowCanBeLaunchedAgainAfterTenSeconds) {
+TEST_F(LaunchesUnderWayTest, AHoldThatJoinedStartsNothingMoreEither) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const auto first = launched(path);
+    ++feedback_.holds;
+    EXPECT_EQ(launched(path), first);
+    ::kill(first, SIGKILL);
+    EXPECT_TRUE(isGone(first));
+    EXPECT_EQ(launched(path), first);
+    ++feedback_.holds;
+    EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, AHoldThatAskedForSomethingElseInBetweenIsOver) {
+    const auto path = home_.addEntry("short", home_.witness("leave"));
+    const auto first = launched(path);
+    EXPECT_TRUE(isGone(first));
+    ++feedback_.holds;
+    EXPECT_TRUE(isGone(launched(home_.addEntry("other", home_.witness("leave")))));
+    EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, WhatCannotBeStartedIsTriedOnceForAHold) {
+    const auto path = home_.addEntry("lost", home_.witness("stay"), "Path=/no/such/directory\n");
+    const auto error = errorOf(path);
+    EXPECT_EQ(errorOf(path), error);
+    EXPECT_THAT(feedback_.begun, SizeIs(1));
+    ++feedback_.holds;
+    EXPECT_EQ(errorOf(path), error);
+    EXPECT_THAT(feedback_.begun, SizeIs(2));
+}
+
+TEST_F(LaunchesUnderWayTest, BeforeTheFirstPressNothingIsHeld) {
+    feedback_.holds = 0;
+    const auto path = home_.addEntry("short", home_.witness("leave"));
+    const auto first = launched(path);
+    EXPECT_TRUE(isGone(first));
+    EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, AProgramThatLivesWithoutAWindowIsStartedOnceHoweverLongItTakes) {
     const auto path = home_.addEntry("slow", home_.witness("stay"));
     const auto first = launched(path);
+    for (int minute = 0; minute < 5; ++minute) {
+        queue_.advance(std::chrono::minutes{1});
+        ++feedback_.holds;
+        EXPECT_EQ(launched(path), first);
+    }
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+    EXPECT_THAT(feedback_.begun, SizeIs(1));
+}
+
+TEST_F(LaunchesUnderWayTest, TheNoticeOfAProgramThatTakesLongIsTakenBackOnceAfterTenSeconds) {
+    const auto first = launched(home_.addEntry("slow", home_.witness("stay")));
     queue_.advance(std::chrono::milliseconds{9999});
-    EXPECT_EQ(launched(path), first);
     EXPECT_THAT(feedback_.ended, IsEmpty());
     queue_.advance(std::chrono::milliseconds{1});
     EXPECT_THAT(feedback_.ended, ElementsAre("start-1_TIME4711"));
-    EXPECT_NE(launched(path), first);
+    ::kill(first, SIGKILL);
+    EXPECT_TRUE(isGone(first));
+    EXPECT_THAT(feedback_.ended, SizeIs(1));
 }
 
-TEST_F(LaunchesUnderWayTest, TheClockOfAnEarlierLaunchDoesNotEndALaterOne) {
+TEST_F(LaunchesUnderWayTest, TheClockOfAnEarlierLaunchDoesNotTakeBackTheNoticeOfALaterOne) {
     const auto path = home_.addEntry("short", home_.witness("leave"));
     EXPECT_TRUE(isGone(launched(path)));
+    EXPECT_THAT(feedback_.ended, SizeIs(1));
     queue_.advance(std::chrono::milliseconds{9000});
-    const auto second = launched(home_.addEntry("short", home_.witness("stay")));
+    ++feedback_.holds;
+    launched(home_.addEntry("short", home_.witness("stay")));
     queue_.advance(std::chrono::milliseconds{2000});
-    EXPECT_EQ(launched(path), second);
+    EXPECT_THAT(feedback_.ended, SizeIs(1));
 }
 
 TEST_F(LaunchesUnderWayTest, ARequestFromWithinACompletionJoins) {

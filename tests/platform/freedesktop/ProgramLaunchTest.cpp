@@ -30,13 +30,13 @@ TEST_F(ProgramLaunchTest, StartsTheProgramWithItsArguments) {
     const auto path =
         home_.addEntry("org.example.One", home_.witness("stay", R"("a b" %U 50%% %k)"));
     EXPECT_THAT(launchOne(path).all("argument"),
-                ElementsAre(HFP_WITNESS, home_.reports().string(), "stay", "a b", "50%", path));
+                ElementsAre(home_.program(), home_.reports().string(), "stay", "a b", "50%", path));
 }
 
 TEST_F(ProgramLaunchTest, StartsAProgramWhosePathHasSpacesAndSpecialCharacters) {
     const auto program = home_.path() / "my $programs/it's \"fine\" (really) & ü";
     std::filesystem::create_directories(program.parent_path());
-    std::filesystem::copy_file(HFP_WITNESS, program);
+    std::filesystem::copy_file(home_.program(), program);
     const auto path = home_.addEntry(
         "odd", '"' +
                    (home_.path() / "my \\\\$programs/it's \\\\\"fine\\\\\" (really) & ü").string() +
@@ -101,7 +101,7 @@ TEST_F(ProgramLaunchTest, HandsOverTheStartUpIdentifierOfThisLaunch) {
     ASSERT_THAT(feedback_.begun, SizeIs(1));
     EXPECT_EQ(feedback_.begun[0].entryPath, path);
     EXPECT_EQ(feedback_.begun[0].name, "org.example.Noted");
-    EXPECT_EQ(feedback_.begun[0].program, HFP_WITNESS);
+    EXPECT_EQ(feedback_.begun[0].program, home_.program());
     EXPECT_EQ(feedback_.begun[0].windowClass, "Noted");
     EXPECT_TRUE(feedback_.begun[0].announces);
 }
@@ -162,7 +162,7 @@ TEST_F(ProgramLaunchTest, AProgramOutlivesUs) {
     const pid_t us = ::fork();
     if (us == 0) {
         {
-            Workspace ours(entries_, windows_, feedback_, activation_, loop_, queue_);
+            Workspace ours(entries_, processes_, windows_, feedback_, activation_, loop_, queue_);
             ours.openApplication(path, {.activates = true}, {});
         }
         ::_exit(0);

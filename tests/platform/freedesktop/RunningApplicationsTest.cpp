@@ -39,10 +39,8 @@ protected:
     std::unique_ptr<ChildProcess> start(const std::string& program, const std::string& manner,
                                         const Environment& environment = {}) {
         const auto reports = home_.witnesses().size();
-        home_.witnessNamed(program, manner);
         auto child = std::make_unique<ChildProcess>(
-            std::vector<std::string>{(home_.path() / "bin" / program).string(),
-                                     home_.reports().string(), manner},
+            std::vector<std::string>{home_.program(program), home_.reports().string(), manner},
             environment);
         home_.awaitWitnesses(reports + (manner == "parent" ? 2 : 1));
         return child;
@@ -63,7 +61,8 @@ protected:
     test::CallLog log_;
     test::FakeWorkspace workspace_{log_};
     DesktopEntries entries_;
-    RunningApplications running_{entries_, windows_, workspace_};
+    ProcessTable processes_{entries_};
+    RunningApplications running_{entries_, processes_, windows_, workspace_};
 };
 
 TEST_F(RunningApplicationsTest, NothingRunsUnderAnEmptyOrUnknownIdentifier) {
@@ -99,10 +98,8 @@ TEST_F(RunningApplicationsTest, AWindowlessProcessIsFoundByItsLaunch) {
     const auto path = home_.addEntry("wrapped", "sh -c \"exec something\"");
     home_.write(home_.path() / "go", "export GIO_LAUNCHED_DESKTOP_FILE_PID=$$\n"
                                      "exec \"$@\"\n");
-    home_.witnessNamed("elsewhere", "stay");
-    ChildProcess process({"/bin/sh", (home_.path() / "go").string(),
-                          (home_.path() / "bin/elsewhere").string(), home_.reports().string(),
-                          "stay"},
+    ChildProcess process({"/bin/sh", (home_.path() / "go").string(), home_.program("elsewhere"),
+                          home_.reports().string(), "stay"},
                          {{"GIO_LAUNCHED_DESKTOP_FILE", path}});
     home_.awaitWitnesses(1);
     EXPECT_THAT(running("wrapped"), ElementsAre(process.pid()));
@@ -182,8 +179,7 @@ TEST_F(RunningApplicationsTest, AProcessThatBecomesTheProgramLaterIsFoundThen) {
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
     home_.write(home_.path() / "go", "read line < \"$1\"\nshift\nexec \"$@\"\n");
     ChildProcess process({"/bin/sh", (home_.path() / "go").string(), gate.string(),
-                          (home_.path() / "bin/org.example.late").string(),
-                          home_.reports().string(), "stay"});
+                          home_.program("org.example.late"), home_.reports().string(), "stay"});
     EXPECT_THAT(running("org.example.late"), IsEmpty());
     std::ofstream(gate) << "go\n";
     home_.awaitWitnesses(1);

@@ -87,6 +87,7 @@ TEST_F(WorkspaceTest, AnEditedEntryIsLaunchedAsItIsNow) {
     const auto path = home_.addEntry("edited", home_.witness("leave", "old"));
     EXPECT_TRUE(isGone(launched(path)));
     home_.addEntry("edited", home_.witness("stay", "new"));
+    ++feedback_.holds;
     const auto second = launched(path);
     const auto witnesses = home_.awaitWitnesses(2);
     const auto edited = std::ranges::find(witnesses, second, &test::WitnessReport::process);

@@ -60,7 +60,8 @@ protected:
     test::PolledRunLoop loop_;
     test::FakeMainQueue queue_;
     DesktopEntries entries_;
-    Workspace workspace_{entries_, windows_, feedback_, activation_, loop_, queue_};
+    ProcessTable processes_{entries_};
+    Workspace workspace_{entries_, processes_, windows_, feedback_, activation_, loop_, queue_};
 };
 
 } // namespace hollowfernpike::freedesktop

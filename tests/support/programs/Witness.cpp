@@ -1,10 +1,10 @@
 // A program to be launched: it writes down how it finds itself, one "key<TAB>value" a line, in a
 // file named after its process number, and then stays until it is killed.
 //
-//     hfp_witness DIRECTORY stay|leave|parent [ANYTHING...]
+//     hfp_witness DIRECTORY stay|leave|parent|hand-over [ANYTHING...]
 //
 // "leave" ends it after the report; "parent" starts another one, which stays, before it stays
-// itself.
+// itself; "hand-over" does the same and ends.
 
 #include <csignal>
 #include <cstring>
@@ -58,7 +58,7 @@ void startAnother(char* program, char* directory) {
 
 int main(int count, char** arguments) {
     if (count < 3) {
-        std::cerr << "hfp_witness: DIRECTORY and stay, leave or parent, please\n";
+        std::cerr << "hfp_witness: DIRECTORY and what to do, please\n";
         return 2;
     }
     ::alarm(300);
@@ -76,8 +76,12 @@ int main(int count, char** arguments) {
     if (std::strcmp(arguments[2], "leave") == 0) {
         return 0;
     }
-    if (std::strcmp(arguments[2], "parent") == 0) {
+    const bool handsOver = std::strcmp(arguments[2], "hand-over") == 0;
+    if (handsOver || std::strcmp(arguments[2], "parent") == 0) {
         startAnother(arguments[0], arguments[1]);
+    }
+    if (handsOver) {
+        return 0;
     }
     for (;;) {
         ::pause();
