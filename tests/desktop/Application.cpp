@@ -42,6 +42,12 @@ std::optional<unsigned> number(const std::string& text) {
                                                                     : std::nullopt;
 }
 
+std::string writeScript(const std::string& path, const std::string& script) {
+    std::ofstream(path) << "#!/bin/sh\n" << script << '\n';
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    return path;
+}
+
 bool runs(const std::filesystem::directory_entry& process, const std::filesystem::path& program) {
     std::error_code failure;
     return std::filesystem::read_symlink(process.path() / "exe", failure) == program;
@@ -58,7 +64,8 @@ Application::Application(const PrivateDesktop& desktop, std::string name,
                          const ApplicationTraits& traits)
     : desktop_(desktop), name_(std::move(name)),
       entry_(desktop.applications() / (name_ + ".desktop")),
-      program_(desktop.home() / "programs" / withoutPercent(name_)),
+      program_(desktop.home() / "programs" /
+               withoutPercent(traits.program.empty() ? name_ : traits.program)),
       log_(desktop.home() / (name_ + ".log")) {
     const auto windowClass = traits.windowClass.empty() ? name_ : traits.windowClass;
     std::filesystem::create_directories(program_.parent_path());
@@ -70,6 +77,9 @@ Application::Application(const PrivateDesktop& desktop, std::string name,
     std::ofstream entry(entry_);
     entry << "[Desktop Entry]\nType=Application\nStartupNotify=true\nName=" << name_
           << "\nStartupWMClass=" << windowClass << "\nExec=";
+    if (!traits.script.empty()) {
+        entry << asWord(writeScript(program_.string() + ".sh", traits.script)) << ' ';
+    }
     for (const auto& argument : arguments_) {
         entry << asWord(argument) << ' ';
     }

@@ -24,6 +24,8 @@ struct SeenKey {
 struct ApplicationTraits {
     std::vector<std::string> options = {}; ///< of the probe window program
     std::string windowClass = {};          ///< empty: one of its own
+    std::string program = {};              ///< name of the file; empty: one of its own
+    std::string script = {};               ///< of the shell, in between: "$@" starts the program
 };
 
 /// An application that is installed for the people of a private desktop: a desktop entry, a

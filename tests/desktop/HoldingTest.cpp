@@ -17,19 +17,6 @@ protected:
     Story story{GetParam()};
     Application& front = story.open("Front");
 
-    void press(const Combination& combination) {
-        for (const auto& key : combination.keys()) {
-            story.keyboard.press(key);
-        }
-    }
-
-    void release(const Combination& combination) {
-        auto keys = combination.keys();
-        for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
-            story.keyboard.release(*key);
-        }
-    }
-
     /// Waits until the held key has repeated that often with its target running: each repeat asks
     /// for the target again.
     bool seesRepeats(std::size_t count) {
@@ -48,10 +35,10 @@ TEST_P(HoldingTest, StartsOneCopyOfASlowStarterAndLeavesItInFront) {
     story.bind(another, witness);
     story.startUtility();
 
-    press(held);
+    story.hold(held);
     ASSERT_TRUE(story.isInFront(slow));
     ASSERT_TRUE(seesRepeats(5));
-    release(held);
+    story.letGo(held);
     EXPECT_TRUE(story.isInFront(slow));
     EXPECT_TRUE(story.getsKeys(slow));
 
@@ -65,9 +52,9 @@ TEST_P(HoldingTest, StartsOneCopyOfASlowStarterAndLeavesItInFront) {
 TEST_P(HoldingTest, DoesNoHarmToATargetThatIsInFrontAlready) {
     story.bind(held, front);
     story.startUtility();
-    press(held);
+    story.hold(held);
     ASSERT_TRUE(seesRepeats(10));
-    release(held);
+    story.letGo(held);
     EXPECT_TRUE(story.isInFront(front));
     EXPECT_TRUE(story.getsKeys(front));
     EXPECT_TRUE(story.nobodySaw(held));

@@ -71,12 +71,14 @@ TEST_P(LaunchTest, AnImpatientSecondPressDoesNotCostTheWindowItsFocus) {
 TEST_P(LaunchTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
     auto& target = story.install("Target");
     story.bind(bound, target);
+    story.bind(next, front);
     story.startUtility();
     story.strike(bound);
     ASSERT_TRUE(story.isInFront(target));
     story.pager.close(target.windows().at(0));
     ASSERT_TRUE(waitUntil([&] { return target.copies().empty(); }));
-    ASSERT_TRUE(story.switchTo(front));
+    story.strike(next);
+    ASSERT_TRUE(story.isInFront(front));
     story.strike(bound);
     ASSERT_TRUE(waitUntil([&] { return target.windows().size() == 2; }));
     EXPECT_TRUE(story.isActive(target.windows().at(1)));

@@ -170,6 +170,19 @@ void Story::strike(const Combination& combination) {
     keyboard.strike(combination.keys());
 }
 
+void Story::hold(const Combination& combination) {
+    for (const auto& key : combination.keys()) {
+        keyboard.press(key);
+    }
+}
+
+void Story::letGo(const Combination& combination) {
+    const auto keys = combination.keys();
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
+        keyboard.release(*key);
+    }
+}
+
 testing::AssertionResult Story::isInFront(const Application& application) {
     if (waitUntil([&] { return hasKeys(application.windows()); })) {
         return testing::AssertionSuccess();

@@ -80,6 +80,10 @@ public:
     /// Presses the combination and lets it go.
     void strike(const Combination& combination);
 
+    /// The same in two steps; in between the keyboard repeats it.
+    void hold(const Combination& combination);
+    void letGo(const Combination& combination);
+
     /// Whether, after some waiting, the application's window is the active one and has the keys.
     testing::AssertionResult isInFront(const Application& application);
 

@@ -48,6 +48,8 @@ const std::map<std::string_view, Flag>& flags() {
         {"--no-window", [](auto& options) { options.windows = 0; }},
         {"--transient", [](auto& options) { options.transient = true; }},
         {"--exit-on-key", [](auto& options) { options.crashesOnKey = true; }},
+        {"--hand-over", [](auto& options) { options.handsOver = true; }},
+        {"--single", [](auto& options) { options.isSingle = true; }},
         {"--fork-child", [](auto& options) { options.forksChild = true; }},
     };
     return table;

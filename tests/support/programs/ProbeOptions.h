@@ -26,6 +26,8 @@ struct ProbeOptions {
     bool transient = false;            ///< --transient: later windows belong to the first one
     bool crashesOnKey = false;         ///< --exit-on-key: aborts at any key press
     bool forksChild = false;           ///< --fork-child: keeps a helper process beside it
+    bool handsOver = false;            ///< --hand-over: goes on as a process of its own and ends
+    bool isSingle = false;             ///< --single: see the program; needs --log
     std::string log;                   ///< --log FILE: tells it all there, at its end, instead
     std::chrono::milliseconds delay{}; ///< --delay MS: works that long before it opens a window
 };

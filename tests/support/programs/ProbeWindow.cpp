@@ -3,13 +3,17 @@
 //
 //   started PID              before it does anything
 //   child PID                its helper process, with --fork-child
+//   handed-over PID          the process that goes on, with --hand-over
 //   window ID                a window was made
 //   mapped ID                it is on the screen
 //   focus-in ID, focus-out ID
 //   key-down KEYCODE STATE, key-up KEYCODE STATE
 //
-// It ends with status 0 when its window is closed or the display goes away.
+// It ends with status 0 when its window is closed or the display goes away. With --single, closing
+// takes its windows away and nothing else; a further copy makes the first one open them again and
+// ends, as programs in a tray do.
 
+#include "support/programs/Doorbell.h"
 #include "support/programs/ProbeOptions.h"
 
 #include <algorithm>
@@ -21,8 +25,10 @@
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -48,17 +54,19 @@ void tell(const char* format, Values... values) {
 
 class ProbeClient {
 public:
-    explicit ProbeClient(ProbeOptions options)
-        : options_(std::move(options)), connection_(xcb_connect(nullptr, &screenNumber_)) {
+    /// The doorbell outlives this.
+    ProbeClient(ProbeOptions options, const Doorbell& doorbell)
+        : options_(std::move(options)), doorbell_(doorbell),
+          connection_(xcb_connect(nullptr, &screenNumber_)) {
         if (xcb_connection_has_error(connection_) != 0) {
             throw std::runtime_error("no display");
         }
         xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(connection_, &ewmh_), nullptr);
         protocols_ = atom("WM_PROTOCOLS");
         deleteWindow_ = atom("WM_DELETE_WINDOW");
-        auto* display = sn_xcb_display_new(connection_, nullptr, nullptr);
-        launch_ = sn_launchee_context_new_from_environment(display, screenNumber_);
-        sn_display_unref(display);
+        if (const char* const identifier = std::getenv("DESKTOP_STARTUP_ID")) {
+            beginLaunch(identifier);
+        }
         ::unsetenv("DESKTOP_STARTUP_ID");
     }
 
@@ -79,18 +87,34 @@ public:
     }
 
     void run() {
-        using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
-        while (!closed_) {
-            const Event event(xcb_wait_for_event(connection_), &std::free);
-            if (!event) {
-                return;
-            }
-            handle(*event);
+        while (!closed_ && xcb_connection_has_error(connection_) == 0) {
+            handleEvents();
             xcb_flush(connection_);
+            std::array sources{pollfd{xcb_get_file_descriptor(connection_), POLLIN, 0},
+                               pollfd{doorbell_.descriptor(), POLLIN, 0}};
+            if (!closed_ && ::poll(sources.data(), sources.size(), -1) > 0 &&
+                sources[1].revents != 0) {
+                beginLaunch(doorbell_.answer());
+                openWindows();
+            }
         }
     }
 
 private:
+    void handleEvents() {
+        using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
+        while (const Event event{xcb_poll_for_event(connection_), &std::free}) {
+            handle(*event);
+        }
+    }
+
+    void beginLaunch(const std::string& identifier) {
+        endLaunch();
+        auto* display = sn_xcb_display_new(connection_, nullptr, nullptr);
+        launch_ = sn_launchee_context_new(display, screenNumber_, identifier.c_str());
+        sn_display_unref(display);
+    }
+
     xcb_atom_t atom(const std::string& name) {
         auto* reply = xcb_intern_atom_reply(
             connection_,
@@ -249,7 +273,11 @@ private:
         if (event.type != protocols_) {
             return;
         }
-        if (event.data.data32[0] == deleteWindow_) {
+        if (event.data.data32[0] == deleteWindow_ && options_.isSingle) {
+            for (const auto window : std::exchange(windows_, {})) {
+                xcb_destroy_window(connection_, window);
+            }
+        } else if (event.data.data32[0] == deleteWindow_) {
             closed_ = true;
         } else if (event.data.data32[0] == ewmh_._NET_WM_PING) {
             auto answer = event;
@@ -262,6 +290,7 @@ private:
     }
 
     ProbeOptions options_;
+    const Doorbell& doorbell_;
     int screenNumber_ = 0;
     xcb_connection_t* connection_;
     xcb_ewmh_connection_t ewmh_{};
@@ -285,6 +314,15 @@ void startHelper() {
     tell("child %d", child);
 }
 
+// As terminals do whose windows all belong to one process.
+void handOver() {
+    if (::fork() != 0) {
+        ::_exit(0);
+    }
+    ::setsid();
+    tell("handed-over %d", ::getpid());
+}
+
 } // namespace
 
 } // namespace hollowfernpike::test
@@ -298,6 +336,13 @@ int main(int count, char** arguments) {
             throw std::runtime_error("cannot write " + options.log);
         }
         tell("started %d", ::getpid());
+        Doorbell doorbell;
+        if (options.isSingle && !doorbell.hang(options.log + ".doorbell")) {
+            return 0;
+        }
+        if (options.handsOver) {
+            handOver();
+        }
         if (options.forksChild) {
             startHelper();
         }
@@ -306,7 +351,7 @@ int main(int count, char** arguments) {
                 ::pause();
             }
         }
-        ProbeClient client(options);
+        ProbeClient client(options, doorbell);
         std::this_thread::sleep_for(options.delay);
         client.openWindows();
         client.run();
