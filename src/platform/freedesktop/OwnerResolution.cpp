@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <optional>
 #include <tuple>
 
 namespace hollowfernpike::freedesktop {
@@ -28,21 +29,27 @@ bool runsProgramOf(const DesktopEntry& entry, const ProcessFacts& process) {
             fileName(identifyingProgram(entry.words)) == fileName(program));
 }
 
-// How many of the entry's own arguments the process was started with; -1 if it lacks one.
-int sharedArguments(const DesktopEntry& entry, const ProcessFacts& process) {
+// How many words of the entry's command line the process was started with, less those before the
+// program that it lacks ("env" keeps its words to itself); -1 if it runs another program, as the
+// entry's may be a script around that one. Absent if it runs the entry's program but lacks one of
+// its arguments, and so is something else.
+std::optional<int> sharedWords(const DesktopEntry& entry, const ProcessFacts& process) {
     if (!runsProgramOf(entry, process)) {
         return -1;
     }
+    const auto program = std::ranges::find(entry.words, identifyingProgram(entry.words));
     int shared = 0;
-    for (std::size_t at = 1; at < entry.words.size(); ++at) {
-        const auto& word = entry.words[at];
-        if (word.find('%') != std::string::npos) {
+    for (auto word = entry.words.begin() + 1; word < entry.words.end(); ++word) {
+        if (word->find('%') != std::string::npos) {
             continue;
         }
-        if (std::ranges::find(process.commandLine, word) == process.commandLine.end()) {
-            return -1;
+        if (std::ranges::find(process.commandLine, *word) != process.commandLine.end()) {
+            ++shared;
+        } else if (word > program) {
+            return std::nullopt;
+        } else {
+            --shared;
         }
-        ++shared;
     }
     return shared;
 }
@@ -53,10 +60,11 @@ Entry best(const EntryIndex::Entries& candidates, std::string_view name,
         return candidates.empty() ? nullptr : candidates.front();
     }
     const auto rank = [&](Entry entry) {
-        return std::tuple(sharedArguments(*entry, process),
-                          folded(entry->identifier) == folded(name), !entry->noDisplay);
+        return std::tuple(sharedWords(*entry, process), folded(entry->identifier) == folded(name),
+                          !entry->noDisplay);
     };
-    return *std::ranges::max_element(candidates, {}, rank);
+    const auto* const first = *std::ranges::max_element(candidates, {}, rank);
+    return sharedWords(*first, process) ? first : nullptr;
 }
 
 Entry byHints(const WindowFacts& window, const EntryIndex& index) {

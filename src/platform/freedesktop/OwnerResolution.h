@@ -12,9 +12,10 @@ namespace hollowfernpike::freedesktop {
 /// class and instance against StartupWMClass, then against desktop-file ids; the application unit
 /// of the service manager; the launch that the process descends from; its program.
 ///
-/// Where a source leads to several entries, the one decides whose command line the process was
-/// started with, then the one whose id is the name that was looked for, then one that menus show,
-/// then the most important.
+/// Where a source leads to several entries, those are left out whose program the process runs
+/// without having all their arguments. Of the others, the one decides whose command line the
+/// process was started with, then the one whose id is the name that was looked for, then one that
+/// menus show, then the most important.
 
 /// Null if no installed application answers for the window.
 const DesktopEntry* applicationOf(const platform::WindowFacts& window, const ProcessFacts& process,
