@@ -1,5 +1,9 @@
 #include "desktop/Story.h"
 
+#include <array>
+#include <filesystem>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace hollowfernpike {
@@ -73,6 +77,29 @@ TEST_F(NamesTest, TheIdentifierDecidesWhereNoVisibleWindowHasTheName) {
     story.startUtility();
     EXPECT_TRUE(story.brings(foreign, front, bound));
     EXPECT_EQ(foreign.starts(), 1);
+}
+
+TEST_F(NamesTest, AStrangerWithTheProgramOfSeveralApplicationsIsNoneOfThem) {
+    std::vector<Application*> targets;
+    for (const auto* name : {"One", "Two", "Three"}) {
+        targets.push_back(&story.install(name, {.program = "Common"}));
+    }
+    auto& stranger = story.install("Stranger", {.program = "Common"});
+    std::filesystem::remove(stranger.entry());
+    stranger.start();
+    ASSERT_TRUE(story.isInFront(stranger));
+    const std::array combinations{bound, another, third};
+    for (std::size_t index = 0; index < combinations.size(); ++index) {
+        story.bind(combinations.at(index), *targets.at(index));
+    }
+    story.startUtility();
+    for (std::size_t index = 0; index < combinations.size(); ++index) {
+        EXPECT_TRUE(story.brings(*targets.at(index), stranger, combinations.at(index)));
+        EXPECT_EQ(targets.at(index)->starts(), 1);
+    }
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(*targets.front()));
+    EXPECT_EQ(targets.front()->starts(), 1);
 }
 
 TEST_F(NamesTest, AnEntryWithASpaceQuotesAndAPercentSignIsLaunchedAsWritten) {
