@@ -1,21 +1,18 @@
 #include "platform/freedesktop/RunningApplications.h"
 
 #include <algorithm>
-#include <set>
 
 namespace hollowfernpike::freedesktop {
 
 std::vector<LiveProcess> RunningApplications::showingWindows(std::string_view bundleIdentifier) {
-    std::set<std::int32_t> numbers;
-    for (const auto& window : windows_.clientWindows()) {
-        if (window.process && window.owner.bundleIdentifier == bundleIdentifier) {
-            numbers.insert(*window.process);
-        }
-    }
     std::vector<LiveProcess> processes;
-    for (const auto number : numbers) {
-        if (const auto status = processStatus(number); status && !status->hasEnded) {
-            processes.push_back({number, *status});
+    for (const auto& [process, owner] : windows_.clientWindows()) {
+        if (!process || owner.bundleIdentifier != bundleIdentifier ||
+            std::ranges::find(processes, *process, &LiveProcess::number) != processes.end()) {
+            continue;
+        }
+        if (const auto status = processStatus(*process); status && !status->hasEnded) {
+            processes.push_back({*process, *status});
         }
     }
     sortByAge(processes);

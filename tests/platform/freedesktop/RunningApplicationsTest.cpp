@@ -46,6 +46,12 @@ protected:
         return child;
     }
 
+    // Ends a process for which nobody waits yet.
+    static void end(const ChildProcess& process) {
+        process.signal(SIGKILL);
+        EXPECT_TRUE(test::waitUntil([&] { return test::processState(process.pid()) == "Z"; }));
+    }
+
     // Installs an application whose program is a witness called like it.
     void install(const std::string& name) {
         home_.addEntry(name, home_.witnessNamed(name, "stay"));
@@ -85,6 +91,17 @@ TEST_F(RunningApplicationsTest, AWindowWhoseProcessIsGoneIsNoInstance) {
     auto process = start("any", "stay");
     showWindow(*process, "org.example.App");
     process.reset();
+    EXPECT_THAT(running("org.example.App"), IsEmpty());
+}
+
+TEST_F(RunningApplicationsTest, AWindowWhoseProcessHasEndedIsNoInstanceBesideOneThatLives) {
+    const auto dead = start("any", "stay");
+    const auto alive = start("any", "stay");
+    showWindow(*dead, "org.example.App");
+    showWindow(*alive, "org.example.App");
+    end(*dead);
+    EXPECT_THAT(running("org.example.App"), ElementsAre(alive->pid()));
+    end(*alive);
     EXPECT_THAT(running("org.example.App"), IsEmpty());
 }
 
@@ -155,8 +172,7 @@ TEST_F(RunningApplicationsTest, AnInstanceNobodyHasWaitedForIsTerminated) {
     install("org.example.zombie");
     const auto process = start("org.example.zombie", "stay");
     EXPECT_THAT(running("org.example.zombie"), ElementsAre(process->pid()));
-    process->signal(SIGKILL);
-    ASSERT_TRUE(test::waitUntil([&] { return test::processState(process->pid()) == "Z"; }));
+    end(*process);
     const auto applications = running_.withBundleIdentifier("org.example.zombie");
     ASSERT_EQ(applications.size(), 1U);
     EXPECT_EQ(applications[0].processIdentifier, process->pid());
@@ -168,8 +184,7 @@ TEST_F(RunningApplicationsTest, ALiveInstanceComesBeforeATerminatedOne) {
     const auto dead = start("org.example.survivor", "stay");
     const auto alive = start("org.example.survivor", "stay");
     EXPECT_THAT(running("org.example.survivor"), ElementsAre(dead->pid(), alive->pid()));
-    dead->signal(SIGKILL);
-    ASSERT_TRUE(test::waitUntil([&] { return test::processState(dead->pid()) == "Z"; }));
+    end(*dead);
     EXPECT_THAT(running("org.example.survivor"), ElementsAre(alive->pid(), dead->pid()));
 }
 
