@@ -55,10 +55,10 @@ std::optional<std::int32_t> newestNumber(const Descriptor& counter) {
     return numberIn(text.substr(text.rfind(' ') + 1));
 }
 
-bool isOfThisUser(std::int32_t process) {
+bool isOf(uid_t user, std::int32_t process) {
     struct stat status {};
     return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0 &&
-           status.st_uid == ::geteuid();
+           status.st_uid == user;
 }
 
 bool startedJustNow(const ProcessStatus& status) {
@@ -90,8 +90,8 @@ void sortByAge(std::vector<LiveProcess>& processes) {
     });
 }
 
-ProcessTable::ProcessTable(DesktopEntries& entries)
-    : entries_(entries), counter_(::open("/proc/loadavg", O_RDONLY | O_CLOEXEC)) {}
+ProcessTable::ProcessTable(DesktopEntries& entries, uid_t user)
+    : entries_(entries), user_(user), counter_(::open("/proc/loadavg", O_RDONLY | O_CLOEXEC)) {}
 
 void ProcessTable::refresh() {
     const auto newest = newestNumber(counter_);
@@ -128,7 +128,7 @@ void ProcessTable::scan() {
 ProcessTable::Known ProcessTable::look(std::int32_t process) const {
     Known known;
     known.scan = scans_;
-    if (!isOfThisUser(process)) {
+    if (!isOf(user_, process)) {
         return known;
     }
     if (const auto status = processStatus(process)) {

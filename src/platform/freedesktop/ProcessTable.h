@@ -11,6 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include <unistd.h>
+
 namespace hollowfernpike::freedesktop {
 
 /// A process and where it stands.
@@ -22,13 +24,13 @@ struct LiveProcess {
 /// The longest running first; those that have ended come last.
 void sortByAge(std::vector<LiveProcess>& processes);
 
-/// Which of this user's processes runs which application, by what the processes themselves reveal.
+/// Which of a user's processes runs which application, by what the processes themselves reveal.
 /// A process of another display runs none as far as we are concerned. What was learned of a process
 /// is kept, so that asking again costs a look at the processes that are new. Main thread only.
 class ProcessTable {
 public:
     /// The entries outlive this.
-    explicit ProcessTable(DesktopEntries& entries);
+    explicit ProcessTable(DesktopEntries& entries, uid_t user = ::geteuid());
 
     /// The processes that run this application and descend from no other one that does, sorted by
     /// age.
@@ -54,6 +56,7 @@ private:
     bool isHelper(const LiveProcess& process, const std::vector<LiveProcess>& candidates) const;
 
     DesktopEntries& entries_;
+    uid_t user_;
     Descriptor counter_;
     std::optional<std::int32_t> newest_; ///< the number that was given out last before the scan
     std::uint64_t generation_ = 0;
