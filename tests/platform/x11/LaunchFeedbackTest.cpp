@@ -78,6 +78,15 @@ TEST_F(LaunchFeedbackTest, GivesEveryStartItsOwnIdentifier) {
     EXPECT_NE(feedback_.begin(editor_), first);
 }
 
+TEST_F(LaunchFeedbackTest, CountsARepeatedPressOnce) {
+    EXPECT_EQ(feedback_.holdCount(), 0U);
+    userTime_.record(1000, {});
+    userTime_.record(1660, {});
+    EXPECT_EQ(feedback_.holdCount(), 1U);
+    userTime_.record(5000, {});
+    EXPECT_EQ(feedback_.holdCount(), 2U);
+}
+
 TEST_F(LaunchFeedbackTest, KeepsQuietForApplicationsThatWouldNotEndTheNotice) {
     userTime_.record(123456, {});
     editor_.announces = false;
