@@ -155,7 +155,8 @@ TEST_P(OneCopyTest, AProgramOfASingleInstanceComesBackFromTheTrayEachTime) {
     auto& target = bindTarget({.options = {"--single"}});
     story.strike(bound);
     for (std::size_t round = 1; round <= 4; ++round) {
-        ASSERT_TRUE(waitUntil([&] { return target.windows().size() == round; }));
+        ASSERT_TRUE(waitUntil([&] { return target.windows().size() == round; }))
+            << testing::PrintToString(target.log());
         EXPECT_TRUE(story.isActive(target.windows().back())) << round;
         EXPECT_TRUE(story.getsKeys(target));
         EXPECT_TRUE(waitUntil([&] { return target.copies().size() == 1; }));

@@ -86,25 +86,27 @@ public:
         xcb_flush(connection_);
     }
 
+    // Flushing may read events, of which the descriptor tells nothing any more: so the last thing
+    // before waiting is to look for one.
     void run() {
+        using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
         while (!closed_ && xcb_connection_has_error(connection_) == 0) {
-            handleEvents();
             xcb_flush(connection_);
-            std::array sources{pollfd{xcb_get_file_descriptor(connection_), POLLIN, 0},
-                               pollfd{doorbell_.descriptor(), POLLIN, 0}};
-            if (!closed_ && ::poll(sources.data(), sources.size(), -1) > 0 &&
-                sources[1].revents != 0) {
-                beginLaunch(doorbell_.answer());
-                openWindows();
+            if (const Event event{xcb_poll_for_event(connection_), &std::free}) {
+                handle(*event);
+            } else {
+                waitForNews();
             }
         }
     }
 
 private:
-    void handleEvents() {
-        using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
-        while (const Event event{xcb_poll_for_event(connection_), &std::free}) {
-            handle(*event);
+    void waitForNews() {
+        std::array sources{pollfd{xcb_get_file_descriptor(connection_), POLLIN, 0},
+                           pollfd{doorbell_.descriptor(), POLLIN, 0}};
+        if (::poll(sources.data(), sources.size(), -1) > 0 && sources[1].revents != 0) {
+            beginLaunch(doorbell_.answer());
+            openWindows();
         }
     }
 
