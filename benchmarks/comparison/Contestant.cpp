@@ -12,13 +12,21 @@ namespace hollowfernpike::bench {
 
 namespace {
 
+nlohmann::json shortcut(const std::string& identifier, const test::Combination& keys,
+                        const InstalledApplication& application) {
+    return {{"id", identifier},
+            {"keyCode", keys.keyCode},
+            {"modifierFlags", keys.modifierFlags},
+            {"appPath", application.entry},
+            {"appName", application.name},
+            {"appBundleIdentifier", application.name}};
+}
+
 std::string shortcutList(const InstalledApplication& application) {
-    return nlohmann::json::array({{{"id", "00000000-0000-4000-8000-000000000001"},
-                                   {"keyCode", combination.keyCode},
-                                   {"modifierFlags", combination.modifierFlags},
-                                   {"appPath", application.entry},
-                                   {"appName", application.name},
-                                   {"appBundleIdentifier", application.name}}})
+    const InstalledApplication missing{"/nonexistent.desktop", "Missing"};
+    return nlohmann::json::array(
+               {shortcut("00000000-0000-4000-8000-000000000001", combination, application),
+                shortcut("00000000-0000-4000-8000-000000000002", interlude, missing)})
         .dump();
 }
 

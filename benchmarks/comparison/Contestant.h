@@ -15,6 +15,11 @@ namespace hollowfernpike::bench {
 /// The combination that every contestant waits for.
 inline const test::Combination combination{7, test::control | test::option};
 
+/// Another one, by which nobody starts anything. Struck in between, it makes two presses of the one
+/// above two requests: in quick succession they are a key that is held down, for which we launch
+/// once.
+inline const test::Combination interlude{8, test::control | test::option};
+
 /// An application as the desktop has it installed.
 struct InstalledApplication {
     std::filesystem::path entry;

@@ -52,6 +52,7 @@ class LaunchScene {
 public:
     std::vector<Series> race(Rounds rounds) {
         return bench::race(arena_, contestants(), rounds, [this](pid_t process) {
+            arena_.keyboard.strike(interlude.keys());
             arena_.settle(process);
             return arena_.timePress([this] { return whenStarted(); });
         });
