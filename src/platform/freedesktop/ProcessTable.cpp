@@ -55,7 +55,7 @@ std::optional<std::int32_t> newestNumber(const Descriptor& counter) {
     return numberIn(text.substr(text.rfind(' ') + 1));
 }
 
-bool isOf(uid_t user, std::int32_t process) {
+bool isOfUser(uid_t user, std::int32_t process) {
     struct stat status {};
     return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0 &&
            status.st_uid == user;
@@ -128,7 +128,7 @@ void ProcessTable::scan() {
 ProcessTable::Known ProcessTable::look(std::int32_t process) const {
     Known known;
     known.scan = scans_;
-    if (!isOf(user_, process)) {
+    if (!isOfUser(user_, process)) {
         return known;
     }
     if (const auto status = processStatus(process)) {
