@@ -129,7 +129,7 @@ TEST_P(EditorLayoutTest, LabelsHaveTheirSizesAndWeights) {
 
 TEST_P(EditorLayoutTest, LabelsAreInTheColourOfTextAndOnlyTheRecordersIsCentred) {
     const auto& sheet = open(mailShortcut());
-    for (const auto* label : sheet.findChildren<FittingLabel*>()) {
+    for (const auto* label : sheet.findChildren<QLabel*>()) {
         const bool isRecorders = label->objectName() == "displayLabel";
         EXPECT_EQ(label->palette().color(label->foregroundRole()),
                   QApplication::palette().color(QPalette::WindowText));

@@ -42,6 +42,12 @@ protected:
         });
     }
 
+    /// Gives the shown window the keys.
+    void activate(QWidget& window) {
+        window.activateWindow();
+        EXPECT_TRUE(eventually([&] { return window.isActiveWindow(); }));
+    }
+
     const Calls& calls() const { return services_.log.calls(); }
 
     FakeServices services_;
@@ -59,7 +65,7 @@ protected:
 
 template <class View>
 View& find(const QWidget& parent, const char* name) {
-    auto* view = parent.findChild<View*>(name);
+    auto* view = dynamic_cast<View*>(parent.findChild<QWidget*>(name));
     EXPECT_NE(view, nullptr) << name;
     return *view;
 }

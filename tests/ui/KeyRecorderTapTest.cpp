@@ -63,8 +63,7 @@ TEST_F(KeyRecorderTapTest, BringsItsWindowForwardBetweenActivatingAndListening) 
     QPushButton other(&window);
     view_->setParent(&window);
     window.show();
-    window.activateWindow();
-    ASSERT_TRUE(eventually([&] { return window.isActiveWindow(); }));
+    activate(window);
     other.setFocus();
     const WindowWatch watch(services_.log, window, *view_);
     services_.log.clear();

@@ -259,9 +259,9 @@ TEST_F(KeyRecorderViewTest, TheAccentColourStaysWhileAnotherWindowIsInFront) {
     QWidget other;
     view_->show();
     other.show();
-    QApplication::setActiveWindow(&other);
+    activate(other);
     view_->toggleRecording();
-    QApplication::setActiveWindow(&other);
+    activate(other);
     ASSERT_FALSE(view_->isActiveWindow());
     EXPECT_EQ(edgeColor(), QColor(48, 140, 198));
 }
@@ -337,7 +337,7 @@ TEST_F(KeyRecorderViewTest, ARingShowsTheFocusInsideOfTheBorder) {
     const QColor border = edgeColor();
     EXPECT_NE(ringColor(), accent);
     view_->show();
-    QApplication::setActiveWindow(view_.get());
+    activate(*view_);
     view_->setFocus();
     ASSERT_TRUE(view_->hasFocus());
     EXPECT_EQ(ringColor(), accent);

@@ -35,8 +35,8 @@ protected:
     }
 
     /// Types a path and accepts it.
-    static void answer(QFileDialog& files, const std::string& path) {
-        QApplication::setActiveWindow(&files);
+    void answer(QFileDialog& files, const std::string& path) {
+        activate(files);
         auto& field = find<QLineEdit>(files, "fileNameEdit");
         field.setFocus();
         field.setText(QString::fromStdString(path));

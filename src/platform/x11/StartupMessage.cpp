@@ -26,7 +26,7 @@ std::string_view bounded(std::string_view value) {
     return value.substr(0, end);
 }
 
-std::string quoted(std::string_view value) {
+std::string quotedValue(std::string_view value) {
     std::string result = "\"";
     for (const char letter : bounded(value)) {
         if (letter == '"' || letter == '\\') {
@@ -48,7 +48,7 @@ std::string startupMessage(std::string_view prefix,
             message += ' ';
             message += key;
             message += '=';
-            message += quoted(value);
+            message += quotedValue(value);
         }
     }
     return message;

@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
     Each, UserDefaultsValueTest,
     testing::Values(QVariant("text"), QVariant("日本語"), QVariant(""), QVariant(true),
                     QVariant(42), QVariant(-1.5),
-                    QVariant(QDateTime({2024, 2, 29}, {23, 59, 58, 123}, Qt::UTC)),
+                    QVariant(QDateTime::fromString("2024-02-29T23:59:58.123Z", Qt::ISODateWithMs)),
                     QVariant(QByteArray("\0\xFF\n,data", 8)), QVariant(QStringList{"a", "b, c"}),
                     QVariant(QVariantList{"a", 1, QByteArray("x")}),
                     QVariant(QVariantMap{{"key", "value"}, {"list", QStringList{"a", "b"}}})));
