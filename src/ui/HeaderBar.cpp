@@ -22,8 +22,8 @@ const char* importTitle() {
 
 HeaderBar::HeaderBar(QWidget* parent)
     : QWidget(parent),
-      exportButton_(new SymbolButton("square.and.arrow.up", SymbolTint::text, exportTitle())),
-      importButton_(new SymbolButton("square.and.arrow.down", SymbolTint::text, importTitle())),
+      exportButton_(new SymbolButton(Symbol::squareAndArrowUp, SymbolTint::text, exportTitle())),
+      importButton_(new SymbolButton(Symbol::squareAndArrowDown, SymbolTint::text, importTitle())),
       addButton_(new LargeButton) {
     constexpr int height = 52;
     setFixedHeight(height);

@@ -78,7 +78,7 @@ void MessageBox::setPicture(Icon kind, const QIcon& own) {
     setIcon(kind);
     const bool warns = kind == Warning;
     if (!QIcon::hasThemeIcon(warns ? "dialog-warning" : "dialog-information")) {
-        replacePicture(symbolImage(warns ? "exclamationmark.triangle" : "info.circle"));
+        replacePicture(symbolImage(warns ? Symbol::exclamationmarkTriangle : Symbol::infoCircle));
     }
 }
 

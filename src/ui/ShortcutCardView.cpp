@@ -37,8 +37,10 @@ void call(const ShortcutCardView::Callback& callback) {
 ShortcutCardView::ShortcutCardView(QWidget* parent)
     : QWidget(parent), iconView_(new IconView(this)), appNameLabel_(new FittingLabel(this)),
       hotkeyBadge_(new HotkeyBadge(this)),
-      editButton_(new SymbolButton("pencil", SymbolTint::text, localized("編集", "Edit"), this)),
-      deleteButton_(new SymbolButton("trash", SymbolTint::red, localized("削除", "Delete"), this)) {
+      editButton_(
+          new SymbolButton(Symbol::pencil, SymbolTint::text, localized("編集", "Edit"), this)),
+      deleteButton_(
+          new SymbolButton(Symbol::trash, SymbolTint::red, localized("削除", "Delete"), this)) {
     setupUI();
 }
 

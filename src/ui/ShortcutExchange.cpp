@@ -29,7 +29,7 @@ Alert exportSucceeded() {
     return {.style = Alert::Style::informational,
             .message = localized("ショートカットをエクスポートしました。",
                                  "Shortcuts exported successfully."),
-            .icon = symbolImage("checkmark.circle", SymbolTint::accent)};
+            .icon = symbolImage(Symbol::checkmarkCircle, SymbolTint::accent)};
 }
 
 Alert importSucceeded() {

@@ -1,6 +1,5 @@
 #include "ui/SymbolButton.h"
 
-#include "platform/FatalError.h"
 #include "ui/SystemColors.h"
 
 #include <QPainter>
@@ -15,14 +14,10 @@ constexpr qreal faceRadius = 6;
 
 } // namespace
 
-SymbolButton::SymbolButton(std::string_view symbol, SymbolTint tint, const QString& description,
+SymbolButton::SymbolButton(Symbol symbol, SymbolTint tint, const QString& description,
                            QWidget* parent)
     : QAbstractButton(parent) {
-    const QIcon image = symbolImage(symbol, tint);
-    if (image.isNull()) {
-        platform::fatalError("a symbol is missing");
-    }
-    setIcon(image);
+    setIcon(symbolImage(symbol, tint));
     setIconSize({symbolSide, symbolSide});
     setFixedSize(side, side);
     setAccessibleName(description);

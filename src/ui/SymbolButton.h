@@ -13,9 +13,8 @@ class SymbolButton final : public QAbstractButton {
 public:
     static constexpr int side = 28; ///< of the button
 
-    /// `description` is what a screen reader says of the symbol. Ends the process if there is no
-    /// symbol of that name.
-    SymbolButton(std::string_view symbol, SymbolTint tint, const QString& description,
+    /// `description` is what a screen reader says of the symbol.
+    SymbolButton(Symbol symbol, SymbolTint tint, const QString& description,
                  QWidget* parent = nullptr);
 
     QSize sizeHint() const override { return {side, side}; }

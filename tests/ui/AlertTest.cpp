@@ -207,8 +207,9 @@ TEST_F(AlertTest, ThePictureIsOursWhereTheThemeHasNone) {
     delete window_->findChild<QMessageBox*>();
     const QImage information =
         pictureIn(present({.style = Alert::Style::informational, .message = "."}));
-    EXPECT_EQ(warning, symbolImage("exclamationmark.triangle").pixmap(warning.size()).toImage());
-    EXPECT_EQ(information, symbolImage("info.circle").pixmap(information.size()).toImage());
+    EXPECT_EQ(warning,
+              symbolImage(Symbol::exclamationmarkTriangle).pixmap(warning.size()).toImage());
+    EXPECT_EQ(information, symbolImage(Symbol::infoCircle).pixmap(information.size()).toImage());
 }
 
 TEST_F(AlertTest, ALongPathDoesNotWidenTheWindow) {

@@ -195,7 +195,8 @@ TEST_F(MainWindowAtTwiceTheScale, BadgesShowTheirWholeTexts) {
 TEST_F(MainWindowAtTwiceTheScale, SymbolsAreDrawnAtThatSize) {
     open();
     const QImage button = controller_->importButton()->grab().toImage();
-    const QImage symbol = symbolImage("square.and.arrow.down").pixmap(QSize(20, 20), 2.0).toImage();
+    const QImage symbol =
+        symbolImage(Symbol::squareAndArrowDown).pixmap(QSize(20, 20), 2.0).toImage();
     ASSERT_EQ(symbol.size(), QSize(40, 40));
     for (int y = 0; y < 40; ++y) {
         for (int x = 0; x < 40; ++x) {

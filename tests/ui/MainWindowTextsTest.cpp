@@ -52,8 +52,8 @@ TEST_P(WindowTexts, AnEmptyListShowsOnlyTheHint) {
 TEST_F(MainWindowTest, SymbolsLeadOutOfABoxAndIntoIt) {
     const ApplicationPalette colors(lightPalette());
     open();
-    EXPECT_TRUE(shows(*controller->exportButton(), "square.and.arrow.up", SymbolTint::text));
-    EXPECT_TRUE(shows(*controller->importButton(), "square.and.arrow.down", SymbolTint::text));
+    EXPECT_TRUE(shows(*controller->exportButton(), Symbol::squareAndArrowUp, SymbolTint::text));
+    EXPECT_TRUE(shows(*controller->importButton(), Symbol::squareAndArrowDown, SymbolTint::text));
 }
 
 TEST_F(MainWindowTest, TheHintStandsBack) {

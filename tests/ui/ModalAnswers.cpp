@@ -28,7 +28,7 @@ std::string describePicture(const QMessageBox& alert) {
         break;
     }
     const QPixmap picture = alert.iconPixmap();
-    const QIcon checkmark = symbolImage("checkmark.circle", SymbolTint::accent);
+    const QIcon checkmark = symbolImage(Symbol::checkmarkCircle, SymbolTint::accent);
     const bool isCheckmark = picture.toImage() == checkmark.pixmap(picture.size()).toImage();
     return isCheckmark ? "checkmark.circle" : "another picture";
 }

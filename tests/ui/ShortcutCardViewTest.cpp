@@ -190,8 +190,8 @@ TEST_F(ShortcutCardViewTest, FontsAreOfTheSizesAndWeightsOfTheDesign) {
 TEST_F(ShortcutCardViewTest, ButtonsAreAPencilAndARedTrashCan) {
     const ApplicationPalette colors(lightPalette());
     const auto card = cardFor(named("Editor"));
-    EXPECT_TRUE(shows(card->editButton(), "pencil", SymbolTint::text));
-    EXPECT_TRUE(shows(card->deleteButton(), "trash", SymbolTint::red));
+    EXPECT_TRUE(shows(card->editButton(), Symbol::pencil, SymbolTint::text));
+    EXPECT_TRUE(shows(card->deleteButton(), Symbol::trash, SymbolTint::red));
 }
 
 TEST_F(ShortcutCardViewTest, ButtonsHaveNoToolTips) {

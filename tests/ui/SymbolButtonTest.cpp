@@ -29,7 +29,7 @@ protected:
     ApplicationPalette palette{lightPalette()};
     QWidget window;
     QPushButton other{&window};
-    SymbolButton button{"pencil", SymbolTint::text, "Edit", &window};
+    SymbolButton button{Symbol::pencil, SymbolTint::text, "Edit", &window};
 };
 
 TEST_F(SymbolButtonTest, IsTwentyEightSquareWithASymbolOfTwentyInTheMiddle) {
@@ -79,20 +79,6 @@ TEST_F(SymbolButtonTest, IsPressedWithTheSpaceBar) {
 
 TEST_F(SymbolButtonTest, AClickLeavesTheFocusWhereItIs) {
     EXPECT_EQ(button.focusPolicy(), Qt::TabFocus);
-}
-
-TEST_F(SymbolButtonTest, ASymbolThatIsMissingEndsTheProcess) {
-    EXPECT_DEATH(SymbolButton("nothing", SymbolTint::text, "Nothing"), "a symbol is missing");
-}
-
-TEST(SymbolButtonWithoutPlugInTest, EndsTheProcess) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process that has not loaded the plug-in
-    EXPECT_DEATH(
-        {
-            QCoreApplication::setLibraryPaths({});
-            SymbolButton("pencil", SymbolTint::text, "Edit");
-        },
-        "a symbol is missing");
 }
 
 } // namespace

@@ -82,7 +82,7 @@ protected:
 };
 
 /// Whether that is what the button shows.
-inline bool shows(const SymbolButton& button, std::string_view symbol, SymbolTint tint) {
+inline bool shows(const SymbolButton& button, Symbol symbol, SymbolTint tint) {
     const QSize size = button.iconSize();
     return button.icon().pixmap(size).toImage() == symbolImage(symbol, tint).pixmap(size).toImage();
 }
