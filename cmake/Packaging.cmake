@@ -15,7 +15,9 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # Beside the libraries that it is linked to: what the toolkit loads by itself for drawings and pointers,
 # its own texts in the language that the program starts with, and letters for it.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, libxcursor1, qt6-translations-l10n")
+# Up to Debian 12, the plug-in for drawings comes with its library.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS
+  "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~), libxcursor1, qt6-translations-l10n")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\
 fonts-ipafont-gothic | fonts-japanese-gothic | fonts-noto-cjk, \
 default-dbus-session-bus | dbus-session-bus, hicolor-icon-theme")

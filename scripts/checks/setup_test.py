@@ -5,6 +5,7 @@ apt-get, sudo and id are stand-ins that write down how they were called; dpkg's 
 """
 
 import pathlib
+import platform
 import shutil
 import subprocess
 import sys
@@ -18,6 +19,8 @@ PACKAGES = """
 dpkg                 base        is on every system
 no-such-package      extra       is on none
 no-such-package-two  extra,more  is on none either
+for-twelve@12        one         is not wanted on 13
+for-thirteen@13      one         is not wanted on 12
 """
 
 
@@ -67,6 +70,12 @@ class SetupTest(unittest.TestCase):
     def test_takes_the_packages_of_the_named_groups_only(self):
         self.assertEqual(self.setup_groups("more").returncode, 0)
         self.assertTrue(self.apt_calls()[-1].endswith("--no-install-recommends no-such-package-two"))
+
+    def test_takes_the_package_that_this_release_has(self):
+        is_twelve = platform.freedesktop_os_release().get("VERSION_ID") == "12"
+        self.assertEqual(self.setup_groups("one").returncode, 0)
+        self.assertTrue(self.apt_calls()[-1].endswith(
+            f"--no-install-recommends {'for-twelve' if is_twelve else 'for-thirteen'}"))
 
     def test_asks_sudo_for_the_rights_it_lacks(self):
         self.be_user(1000)
