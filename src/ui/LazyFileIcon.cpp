@@ -23,11 +23,6 @@ public:
         return icon().pixmap(size, 1.0, mode, state);
     }
 
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
-                         qreal scale) override {
-        return icon().pixmap((QSizeF(size) / scale).toSize(), scale, mode, state);
-    }
-
     QIconEngine* clone() const override { return new LazyIconEngine(*this); }
 
 private:
