@@ -46,7 +46,7 @@ protected:
 
     /// What is in the theme from now on is found.
     static void useTheme() {
-        QIcon::setThemeName("");
+        QIcon::setThemeName("no such theme");
         QIcon::setThemeName("test");
     }
 

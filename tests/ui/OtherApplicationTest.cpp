@@ -4,6 +4,7 @@
 
 #include <QAbstractItemView>
 #include <QFileDialog>
+#include <QFileSystemModel>
 
 #include <gmock/gmock.h>
 
@@ -92,19 +93,18 @@ TEST_F(OtherApplicationTest, AFolderIsEnteredWhateverItsName) {
 }
 
 TEST_F(OtherApplicationTest, AFileWhoseNameIsNotUnicodeIsNotOfferedUnderAnotherName) {
-    std::ofstream(directory_.path() / "caf\xE9.desktop") << "[Desktop Entry]\n";
+    const auto folder =
+        directory_.path() / "alone"; // Qt 6.8 hides names that come after such a one
+    std::filesystem::create_directory(folder);
+    std::ofstream(folder / "caf\xE9.desktop") << "[Desktop Entry]\n";
+    services_.applicationBundles.directories = {folder.string()};
     const QFileDialog& files = openFiles();
+    bool isRead = false;
+    QObject::connect(files.findChild<QFileSystemModel*>(), &QFileSystemModel::directoryLoaded,
+                     [&](const QString& path) { isRead = isRead || path == folder.c_str(); });
+    ASSERT_TRUE(eventually([&] { return isRead; }));
     const auto* const view = files.findChild<QAbstractItemView*>("listView");
-    QStringList names;
-    EXPECT_TRUE(eventually([&] {
-        names.clear();
-        const QModelIndex folder = view->rootIndex();
-        for (int row = 0; row < view->model()->rowCount(folder); ++row) {
-            names += view->model()->index(row, 0, folder).data().toString();
-        }
-        return !names.isEmpty();
-    }));
-    EXPECT_EQ(names, QStringList{"Own.desktop"});
+    EXPECT_EQ(view->model()->rowCount(view->rootIndex()), 0);
 }
 
 TEST_F(OtherApplicationTest, CancellingReturnsToThePanel) {
