@@ -122,7 +122,7 @@ protected:
     }
 
     ino_t fileNumber() const {
-        struct stat status {};
+        struct stat status = {};
         EXPECT_EQ(::stat(file().c_str(), &status), 0);
         return status.st_ino;
     }

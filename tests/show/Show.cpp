@@ -27,18 +27,7 @@ std::string contents(const std::filesystem::path& file) {
 } // namespace
 
 Show::Show(std::filesystem::path pictures)
-    : pictures_(std::move(pictures)), terminal_{.keys = "⌃⌥X",
-                                                .combination = {7, test::control | test::option},
-                                                .application = "xterm",
-                                                .entry =
-                                                    "/usr/share/applications/debian-xterm.desktop",
-                                                .windowClass = "XTerm"},
-      editor_{.keys = "⌃⌥E",
-              .combination = {14, test::control | test::option},
-              .application = "Mousepad",
-              .entry = "/usr/share/applications/org.xfce.mousepad.desktop",
-              .windowClass = "Mousepad"},
-      stage_({terminal_, editor_}) {
+    : pictures_(std::move(pictures)), stage_({terminal_, editor_}) {
     std::filesystem::create_directories(pictures_);
 }
 

@@ -35,8 +35,16 @@ private:
 
     std::filesystem::path pictures_;
     Narrator narrator_;
-    Binding terminal_;
-    Binding editor_;
+    const Binding terminal_{.keys = "⌃⌥X",
+                            .combination = {7, test::control | test::option},
+                            .application = "xterm",
+                            .entry = "/usr/share/applications/debian-xterm.desktop",
+                            .windowClass = "XTerm"};
+    const Binding editor_{.keys = "⌃⌥E",
+                          .combination = {14, test::control | test::option},
+                          .application = "Mousepad",
+                          .entry = "/usr/share/applications/org.xfce.mousepad.desktop",
+                          .windowClass = "Mousepad"};
     Stage stage_;
     std::map<std::string, xcb_window_t> windows_; ///< by window class
 };

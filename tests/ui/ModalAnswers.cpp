@@ -82,8 +82,8 @@ void ModalAnswers::look() {
     }
     dialog->setProperty(seenMark, QVariant::fromValue(1));
     current_ = dialog;
-    QMetaObject::invokeMethod(
-        dialog, [this, dialog] { answer(*dialog); }, Qt::QueuedConnection);
+    const auto answerIt = [this, dialog] { answer(*dialog); };
+    QMetaObject::invokeMethod(dialog, answerIt, Qt::QueuedConnection);
 }
 
 void ModalAnswers::answer(QWidget& dialog) {

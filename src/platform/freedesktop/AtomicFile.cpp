@@ -35,7 +35,7 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
 }
 
 std::optional<struct stat> statusOf(const std::filesystem::path& file) {
-    struct stat status {};
+    struct stat status = {};
     if (::stat(file.c_str(), &status) == 0) {
         return status;
     }

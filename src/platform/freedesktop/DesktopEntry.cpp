@@ -58,7 +58,7 @@ int statusAt(const std::string& path, struct stat& status) {
 }
 
 std::optional<FileStamp> stampOf(const std::string& path) {
-    struct stat status {};
+    struct stat status = {};
     if (statusAt(path, status) != 0) {
         return std::nullopt;
     }

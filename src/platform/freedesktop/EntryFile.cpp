@@ -19,7 +19,7 @@ constexpr off_t largestEntry = 1 << 20;
 constexpr auto desktopGroup = G_KEY_FILE_DESKTOP_GROUP;
 
 FileStamp stampOfRegularFile(const std::string& path) {
-    struct stat status {};
+    struct stat status = {};
     if (statusAt(path, status) != 0) {
         const int reason = errno;
         if (reason == ENOENT || reason == ENOTDIR) {

@@ -27,7 +27,7 @@ void requireAtMost(std::size_t largest, std::size_t size) {
 
 /// The size of what is open, if it is a regular file.
 std::size_t sizeOfRegular(const std::filesystem::path& file, int descriptor) {
-    struct stat status {};
+    struct stat status = {};
     checked(::fstat(descriptor, &status));
     if (S_ISDIR(status.st_mode)) {
         throw fileError(FileOperation::read, file, EISDIR);
@@ -77,7 +77,7 @@ void FileManager::createDirectory(const std::filesystem::path& directory) {
 }
 
 bool FileManager::fileExists(const std::filesystem::path& file) {
-    struct stat status {};
+    struct stat status = {};
     return ::stat(file.c_str(), &status) == 0;
 }
 

@@ -42,7 +42,7 @@ Descriptor openLockFile(const PrivateDirectory& directory, const std::string& na
 
 /// Whether the file still has a name. A lock on one without is nobody else's business.
 bool isNamed(int descriptor) {
-    struct stat status {};
+    struct stat status = {};
     checked(::fstat(descriptor, &status));
     return status.st_nlink > 0;
 }

@@ -34,7 +34,7 @@ std::filesystem::path ownDirectory() {
 PrivateDirectory::PrivateDirectory(std::filesystem::path path, uid_t user)
     : path_(std::move(path)),
       descriptor_(::open(path_.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {
-    struct stat status {};
+    struct stat status = {};
     if (!descriptor_ || ::fstat(descriptor_.get(), &status) != 0) {
         throw fileError(FileOperation::read, path_, errno);
     }

@@ -56,7 +56,7 @@ std::optional<std::int32_t> newestNumber(const Descriptor& counter) {
 }
 
 bool isOfUser(uid_t user, std::int32_t process) {
-    struct stat status {};
+    struct stat status = {};
     return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0 &&
            status.st_uid == user;
 }

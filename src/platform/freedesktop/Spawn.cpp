@@ -34,7 +34,7 @@ struct Plan {
 };
 
 void resetSignals() {
-    struct sigaction standard {};
+    struct sigaction standard = {};
     standard.sa_handler = SIG_DFL;
     for (int number = 1; number < NSIG; ++number) {
         ::sigaction(number, &standard, nullptr);

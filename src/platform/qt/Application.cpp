@@ -130,8 +130,8 @@ int Application::run() {
 // The toolkit's own way to quit asks every window first, and an open dialog would refuse. Outside
 // its event loop the toolkit forgets that it was to end.
 void Application::terminate() {
-    QMetaObject::invokeMethod(
-        this, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+    const auto end = [] { QCoreApplication::exit(0); };
+    QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
 }
 
 bool Application::eventFilter(QObject* watched, QEvent* event) {

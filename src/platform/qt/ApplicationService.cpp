@@ -114,8 +114,8 @@ bool ApplicationService::handleMessage(const QDBusMessage& message,
     }
     request.startupIdentifier = startupIdentifierIn(arguments.back());
     connection.send(message.createReply());
-    QMetaObject::invokeMethod(
-        this, [this, request] { handler_(request); }, Qt::QueuedConnection);
+    const auto handle = [this, request] { handler_(request); };
+    QMetaObject::invokeMethod(this, handle, Qt::QueuedConnection);
     return true;
 }
 

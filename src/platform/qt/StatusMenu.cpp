@@ -78,8 +78,8 @@ void StatusMenu::add(QMenu& menu, const platform::MenuItemPointer& item) {
 }
 
 void StatusMenu::chooseLater(const platform::MenuItemPointer& item) {
-    QMetaObject::invokeMethod(
-        this, [this, item] { choose_(*item); }, Qt::QueuedConnection);
+    const auto choose = [this, item] { choose_(*item); };
+    QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
 }
 
 } // namespace hollowfernpike::qt

@@ -6,8 +6,10 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
+using Member = xcb_atom_t Atoms::*;
+
 struct Name {
-    xcb_atom_t Atoms::*member;
+    Member member;
     std::string_view text;
 };
 

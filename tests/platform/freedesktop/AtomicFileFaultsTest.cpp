@@ -61,8 +61,8 @@ bool isInterrupted(const std::string& call) {
 
 /// What a descriptor stands for: the folder of the file, another one, or else a file.
 std::string kindOf(int descriptor) {
-    struct stat status {};
-    struct stat folder {};
+    struct stat status = {};
+    struct stat folder = {};
     if (::fstat(descriptor, &status) != 0 || !S_ISDIR(status.st_mode)) {
         return "file";
     }

@@ -75,7 +75,7 @@ TEST_F(AtomicFileTest, keepsTheOwnerWhereTheSystemLetsUs) {
     }
     writeFileAtomically(file(), "new");
     EXPECT_EQ(contentsOf(file()), "new");
-    struct stat after {};
+    struct stat after = {};
     ASSERT_EQ(::stat(file().c_str(), &after), 0);
     EXPECT_EQ(after.st_uid, user);
     EXPECT_EQ(after.st_gid, group);

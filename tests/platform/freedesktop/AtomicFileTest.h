@@ -25,7 +25,7 @@ protected:
     }
 
     static mode_t modeOf(const fs::path& path) {
-        struct stat status {};
+        struct stat status = {};
         EXPECT_EQ(::stat(path.c_str(), &status), 0);
         return status.st_mode & 07777;
     }

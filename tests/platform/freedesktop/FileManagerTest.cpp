@@ -36,7 +36,7 @@ protected:
 TEST_F(FileManagerTest, makesAFolderWithItsParentsForTheUserAlone) {
     files_.createDirectory(folder() / "a/b/c");
     for (const auto* made : {"a", "a/b", "a/b/c"}) {
-        struct stat status {};
+        struct stat status = {};
         ASSERT_EQ(::stat((folder() / made).c_str(), &status), 0) << made;
         EXPECT_EQ(status.st_mode & 07777, 0700U) << made;
     }

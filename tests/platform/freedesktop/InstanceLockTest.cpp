@@ -58,7 +58,7 @@ TEST_F(InstanceLockTest, filesAreTheUsersAloneAndStayWhenDirectoriesAreCleanedUp
     auto lock = InstanceLock::acquire(name);
     listen(*lock);
     for (const auto& file : namesIn(directory_.path())) {
-        struct stat status {};
+        struct stat status = {};
         ASSERT_EQ(::stat((directory_.path() / file).c_str(), &status), 0);
         EXPECT_EQ(status.st_mode & 07777, 01600U) << file;
     }

@@ -151,8 +151,8 @@ TEST_F(StatusItemMenuTest, SendsNothingAnyMoreWhenTheItemIsGone) {
     actionOf("Login").trigger();
     item.reset();
     bool fence = false;
-    QMetaObject::invokeMethod(
-        &window, [&] { fence = true; }, Qt::QueuedConnection);
+    const auto setFence = [&] { fence = true; };
+    QMetaObject::invokeMethod(&window, setFence, Qt::QueuedConnection);
     EXPECT_TRUE(session.runUntil([&] { return fence; }));
     EXPECT_THAT(delegate.actions, IsEmpty());
 }
