@@ -25,7 +25,12 @@ BusConnection::BusConnection() : connection_(QDBusConnection::sessionBus()) {
 }
 
 BusConnection::~BusConnection() {
-    if (count_ > 0) {
+    giveUp();
+}
+
+// The toolkit uses its first connection as long as the program runs, dead or alive.
+void BusConnection::giveUp() {
+    if (connection_.name() != QDBusConnection::sessionBus().name()) {
         QDBusConnection::disconnectFromBus(connection_.name());
     }
 }
@@ -70,7 +75,7 @@ void BusConnection::take(const QString& name) {
         timer_.start(pause_);
         return;
     }
-    QDBusConnection::disconnectFromBus(connection_.name());
+    giveUp();
     connection_ = found;
     watch();
     Q_EMIT returned();

@@ -34,6 +34,7 @@ private:
     void watch();
     void look();
     void take(const QString& name);
+    void giveUp();
 
     QDBusConnection connection_;
     QTimer timer_;

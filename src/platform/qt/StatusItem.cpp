@@ -2,7 +2,9 @@
 
 #include "platform/qt/StatusSymbol.h"
 
+#include <QCoreApplication>
 #include <QCursor>
+#include <QDBusConnection>
 
 #include <chrono>
 
@@ -15,6 +17,14 @@ using namespace std::chrono_literals;
 // A panel of today may need so long from its first sign of life to its host, and may run a tray of
 // the older kind besides.
 constexpr auto grace = 1500ms;
+
+/// The toolkit gives each item a connection of its own, by the name that items have on buses, and
+/// would use it again although it is dead.
+void forgetConnectionOf(int item) {
+    QDBusConnection::disconnectFromBus(QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
+                                           .arg(QCoreApplication::applicationPid())
+                                           .arg(item));
+}
 
 } // namespace
 
@@ -44,9 +54,13 @@ void StatusItem::setImage(std::string_view symbolName, std::string_view accessib
     applyImage();
 }
 
-// The toolkit's item knows only the bus on which it was made.
+// The toolkit's item takes up with the bus that is there when it is shown. Another one could not be
+// made: newer versions ask the bus of the program's start for hosts, though that may have ended.
 void StatusItem::lookForHosts(const QDBusConnection& bus) {
-    icon_.reset();
+    if (icon_) {
+        icon_->hide();
+        forgetConnectionOf(number_);
+    }
     hosts_.emplace(bus, [this] { onHostNews(); });
 }
 
@@ -72,9 +86,15 @@ void StatusItem::onTrayNews() {
 // The toolkit decides at its first use whether it speaks to hosts at all, so not before there is
 // one. From then on it follows them by itself.
 void StatusItem::showWithHost() {
-    if (icon_) {
-        return;
+    if (!icon_) {
+        makeIcon();
     }
+    icon_->show();
+}
+
+void StatusItem::makeIcon() {
+    static int numberOfIcons = 0;
+    number_ = ++numberOfIcons;
     icon_ = std::make_unique<QSystemTrayIcon>();
     icon_->setContextMenu(&menu_.widget());
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated, this,
@@ -84,7 +104,6 @@ void StatusItem::showWithHost() {
                          }
                      });
     applyImage();
-    icon_->show();
 }
 
 void StatusItem::showInTray() {

@@ -38,6 +38,7 @@ private:
     void onHostNews();
     void onTrayNews();
     void showWithHost();
+    void makeIcon();
     void showInTray();
     void applyImage();
     void tellApplication();
@@ -48,8 +49,8 @@ private:
     QString symbolName_;
     QString description_;
     QTimer grace_;
-    std::unique_ptr<QSystemTrayIcon>
-        icon_; ///< made with the first host on a bus, and kept for all later
+    std::unique_ptr<QSystemTrayIcon> icon_; ///< made with the first host, and kept for all later
+    int number_ = 0;                        ///< of the icon among those of this process
     std::unique_ptr<TrayWindow> window_;
     std::optional<StatusNotifierHosts> hosts_;
     std::unique_ptr<platform::Subscription> trayWatch_;
