@@ -59,7 +59,7 @@ QWidget* sheetOrSelf(QWidget* window) {
 void useApplicationIcon() {
     if (QApplication::windowIcon().isNull()) {
         const QString name = QGuiApplication::desktopFileName();
-        QApplication::setWindowIcon(QIcon::fromTheme(name, QIcon(":/icons/" + name + ".svg")));
+        QApplication::setWindowIcon(QIcon::fromTheme(name, QIcon(":/icons/" + name + ".png")));
     }
 }
 
