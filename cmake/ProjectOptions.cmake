@@ -18,6 +18,7 @@ set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-
   $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/tests/sanitizers-ignore.txt>)
 if(HOLLOWFERNPIKE_SANITIZE)
   target_compile_options(hfp_options INTERFACE ${sanitizers})
+  target_compile_definitions(hfp_options INTERFACE _GLIBCXX_ASSERTIONS)
   target_link_options(hfp_options INTERFACE ${sanitizers})
 endif()
 

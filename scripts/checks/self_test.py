@@ -19,7 +19,8 @@ GOOD = {
     "src/platform/Clock.h": "#pragma once\n\nclass Clock;\n",
     "src/platform/x11/Atoms.h": '#include "platform/Clock.h"\n\n#include <xcb/xcb.h>\n',
     "src/platform/x11/Atoms.cpp": '#include "platform/x11/Atoms.h"\n',
-    "src/model/List.h": "#pragma once\n\ninline int twice(int value) {\n    return 2 * value;\n}\n",
+    "src/model/List.h": "#pragma once\n\ninline int twice(int value) {\n    return 2 * value;\n}\n\n"
+                        "int four();\nint eight();\n",
     "src/model/List.cpp": '#include "model/List.h"\n\n#include <vector>\n\n'
                           "int four() {\n    return twice(2);\n}\n",
     "src/model/User.cpp": '#include "model/List.h"\n\nint eight() {\n    return twice(4);\n}\n',
@@ -62,7 +63,8 @@ BAD = {
         {"scripts/greet": "#!/bin/sh\necho $1\n"},
         ["scripts/greet:2"]),
     "tidy": (
-        {"src/model/List.h": "#pragma once\n\ninline bool twice(int Value) { return Value > 1; }\n",
+        {"src/model/List.h": "#pragma once\n\ninline bool twice(int Value) { return Value > 1; }\n"
+                             "int four(bool odd);\nint eight();\n",
          "src/model/List.cpp": '#include "model/List.h"\n\nint four(bool odd) {\n'
                                "    const int* number = nullptr;\n    if (odd) {\n"
                                "        return *number;\n    }\n    return twice(2);\n}\n",

@@ -50,6 +50,7 @@ constexpr std::optional<Language> Language::fromRawValue(std::string_view rawVal
 
 /// The one of two texts that is in the current language.
 template <class Text>
+// NOLINTNEXTLINE(performance-unnecessary-value-param): what is in quotes is passed as a pointer
 Text localized(Text japanese, Text english) {
     return Language::current() == Language::english ? english : japanese;
 }

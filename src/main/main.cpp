@@ -106,7 +106,7 @@ int runInstance(freedesktop::InstanceLock lock, std::unique_ptr<x11::Connection>
     const auto startupIdentifier = ownStartupIdentifier();
     qt::TerminationSignals terminationSignals;
     QCoreApplication::setApplicationName("Hollowfernpike");
-    QGuiApplication::setDesktopFileName(domain.data());
+    QGuiApplication::setDesktopFileName(QString::fromUtf8(domain));
     ToolkitArguments arguments{.program = command};
     QApplication application(arguments.count, arguments.words.data());
     display.reset();

@@ -41,7 +41,8 @@ public:
 private:
     void addButton(const Alert& alert, std::size_t index) {
         const bool isLast = index + 1 == alert.buttons.size();
-        const ButtonRole role = index == 0 ? AcceptRole : isLast ? RejectRole : ActionRole;
+        const ButtonRole later = isLast ? RejectRole : ActionRole;
+        const ButtonRole role = index == 0 ? AcceptRole : later;
         const QString title = withoutMnemonics(alert.buttons[index]);
         buttons_.push_back(QMessageBox::addButton(title, role));
     }

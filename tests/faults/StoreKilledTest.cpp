@@ -45,7 +45,10 @@ std::string documentOf(std::uint64_t change) {
 class Changer {
 public:
     explicit Changer(std::uint64_t firstChange) {
-        if (::pipe(pipe_.data()) != 0 || (process_ = ::fork()) < 0) {
+        if (::pipe(pipe_.data()) == 0) {
+            process_ = ::fork();
+        }
+        if (process_ < 0) {
             throw std::system_error(errno, std::generic_category(), "no other process");
         }
         if (process_ == 0) {

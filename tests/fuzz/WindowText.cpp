@@ -11,9 +11,22 @@ namespace hollowfernpike::test {
 
 namespace {
 
+std::size_t bitsOf(char format) {
+    switch (format) {
+    case '8':
+        return 8;
+    case '1':
+        return 16;
+    case '3':
+        return 32;
+    default:
+        return 0;
+    }
+}
+
 /// A property's value as xcb hands it over, with nothing behind its end.
 x11::PropertyReply property(char format, std::string_view value) {
-    const std::size_t bits = format == '8' ? 8 : format == '1' ? 16 : format == '3' ? 32 : 0;
+    const auto bits = bitsOf(format);
     const auto units = bits == 0 ? 0 : value.size() * 8 / bits;
     const auto bytes = units * bits / 8;
     auto* const reply = static_cast<xcb_get_property_reply_t*>(

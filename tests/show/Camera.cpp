@@ -92,19 +92,18 @@ void save(const QImage& picture, const std::filesystem::path& file) {
 
 QImage cropped(const QImage& picture, const QRect& within, QRgb background, int margin) {
     const auto isShown = [&](int x, int y) { return picture.pixel(x, y) != background; };
-    const auto [top, bottom] = ends(within.top(), within.bottom(), [&](int y) {
+    const auto rows = ends(within.top(), within.bottom(), [&](int y) {
         const auto row = ends(within.left(), within.right(), [&](int x) { return isShown(x, y); });
         return row.first <= row.second;
     });
-    if (top > bottom) {
+    if (rows.first > rows.second) {
         return {};
     }
-    const auto [left, right] =
-        ends(within.left(), within.right(), [&, top = top, bottom = bottom](int x) {
-            const auto column = ends(top, bottom, [&](int y) { return isShown(x, y); });
-            return column.first <= column.second;
-        });
-    const QRect shown(QPoint(left, top), QPoint(right, bottom));
+    const auto columns = ends(within.left(), within.right(), [&](int x) {
+        const auto column = ends(rows.first, rows.second, [&](int y) { return isShown(x, y); });
+        return column.first <= column.second;
+    });
+    const QRect shown(QPoint(columns.first, rows.first), QPoint(columns.second, rows.second));
     return picture.copy(shown.adjusted(-margin, -margin, margin, margin) & picture.rect());
 }
 

@@ -14,7 +14,7 @@ inline constexpr std::chrono::milliseconds patience = 30s;
 /// Asks `condition` until it holds, each millisecond at first and more rarely later; false if it
 /// does not within `longest`.
 template <class Condition>
-[[nodiscard]] bool waitUntil(Condition condition, std::chrono::milliseconds longest = patience) {
+[[nodiscard]] bool waitUntil(Condition&& condition, std::chrono::milliseconds longest = patience) {
     using Clock = std::chrono::steady_clock;
     const auto begin = Clock::now();
     while (!condition()) {

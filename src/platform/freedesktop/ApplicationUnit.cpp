@@ -42,7 +42,7 @@ std::string escaped(std::string_view text) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string result;
     for (const char letter : text) {
-        if (needsNoEscape(letter) && !(letter == '.' && result.empty())) {
+        if (needsNoEscape(letter) && (letter != '.' || !result.empty())) {
             result += letter;
             continue;
         }

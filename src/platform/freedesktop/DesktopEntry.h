@@ -6,9 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include <sys/types.h>
-
-struct stat;
+#include <sys/stat.h>
 
 namespace hollowfernpike::freedesktop {
 

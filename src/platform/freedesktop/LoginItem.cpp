@@ -36,7 +36,7 @@ fs::path requiredUsersEntry() {
 
 std::optional<fs::path> everybodysEntry() {
     for (const auto& directory : sharedConfigDirectories()) {
-        const auto file = directory / relativePath;
+        auto file = directory / relativePath;
         if (file != usersEntry() && FileManager().fileExists(file)) {
             return file;
         }

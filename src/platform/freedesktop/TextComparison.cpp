@@ -10,11 +10,11 @@ namespace {
 
 // Null if the text is not valid UTF-8. A zero byte would end the text early, so it counts as such.
 TextPointer decomposed(std::string_view text) {
-    const auto size = static_cast<gssize>(text.size());
-    if (g_utf8_validate(text.data(), size, nullptr) == FALSE) {
+    if (g_utf8_validate_len(text.data(), text.size(), nullptr) == FALSE) {
         return nullptr;
     }
-    return TextPointer(g_utf8_normalize(text.data(), size, G_NORMALIZE_NFD));
+    return TextPointer(
+        g_utf8_normalize(text.data(), static_cast<gssize>(text.size()), G_NORMALIZE_NFD));
 }
 
 bool isAscii(std::string_view text) {

@@ -195,7 +195,8 @@ int WindowUser::recorderBorder(xcb_window_t editor) {
     int height = 0;
     constexpr std::size_t middleOfStep1 = heightOfStep1 / 2;
     for (auto row = middleOfStep1 * static_cast<std::size_t>(scale_); row < rows; ++row, ++height) {
-        const int width = outer[row] == outside[row] ? 0 : inner[row] == outer[row] ? 2 : 1;
+        const int border = inner[row] == outer[row] ? 2 : 1;
+        const int width = outer[row] == outside[row] ? 0 : border;
         if (width == last) {
             continue;
         }
