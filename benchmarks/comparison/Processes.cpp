@@ -3,6 +3,7 @@
 #include "support/WaitUntil.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -13,7 +14,11 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-constexpr int looks = 3; // in a row that find everything asleep
+using Clock = std::chrono::steady_clock;
+
+// Longer than a toolkit waits before it draws what has changed.
+constexpr std::chrono::milliseconds rest{50};
+constexpr int looks = 3; // at least, that find everything asleep meanwhile
 
 std::filesystem::path folderOf(pid_t process) {
     return std::filesystem::path("/proc") / std::to_string(process);
@@ -49,11 +54,16 @@ bool isAsleep(pid_t process) {
 
 void settle(test::PrivateDesktop& desktop, pid_t process) {
     int quietLooks = 0;
+    auto quietSince = Clock::now();
     const auto isQuiet = [&] {
+        const auto now = Clock::now();
         const bool asleep = isAsleep(process) && isAsleep(desktop.windowManager().pid()) &&
                             isAsleep(desktop.virtualDisplay().server().pid());
+        if (!asleep || quietLooks == 0) {
+            quietSince = now;
+        }
         quietLooks = asleep ? quietLooks + 1 : 0;
-        return quietLooks >= looks;
+        return quietLooks >= looks && now - quietSince >= rest;
     };
     if (!test::waitUntil(isQuiet)) {
         throw std::runtime_error("the desktop does not come to rest");

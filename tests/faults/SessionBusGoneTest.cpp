@@ -75,6 +75,12 @@ protected:
         EXPECT_FALSE(story.utility().hasEnded());
     }
 
+    /// What the program has asked for on behalf of its window is over then.
+    void closeTheWindow() {
+        story.pager.close(story.pager.activeWindow());
+        EXPECT_TRUE(waitUntil([&] { return !isInFront(); }));
+    }
+
     Story story;
     std::unique_ptr<ChildProcess> bus;
     Application& front = story.open("Front");
@@ -132,6 +138,7 @@ TEST_F(SessionBusGoneTest, WhenItHasComeBackASecondStartStillFindsTheFirst) {
     endBus();
     startBus();
     expectThatASecondStartShowsTheWindow();
+    closeTheWindow();
     EXPECT_TRUE(story.brings(target, front, bound));
 }
 

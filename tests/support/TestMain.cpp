@@ -1,4 +1,5 @@
 #include "support/BareEnvironment.h"
+#include "support/CleanUp.h"
 
 #include <gmock/gmock.h>
 
@@ -13,5 +14,6 @@ namespace {
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new hollowfernpike::test::CleanUp);
     return RUN_ALL_TESTS();
 }

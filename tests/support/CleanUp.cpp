@@ -1,23 +1,18 @@
-// Changes back, behind every test, what it has changed of the process, so that the tests of a
-// program do not depend on each other when one process runs them all.
+#include "support/CleanUp.h"
 
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace hollowfernpike::test {
 
-namespace {
-
-class Surroundings {
+class CleanUp::Surroundings {
 public:
     Surroundings() {
         for (char** variable = environ; *variable != nullptr; ++variable) {
@@ -52,21 +47,15 @@ private:
     std::filesystem::path workingDirectory_ = std::filesystem::current_path();
 };
 
-class CleanUp final : public testing::EmptyTestEventListener {
-public:
-    void OnTestStart(const testing::TestInfo& /*test*/) override { before_.emplace(); }
-    void OnTestEnd(const testing::TestInfo& /*test*/) override { before_->restore(); }
+CleanUp::CleanUp() = default;
+CleanUp::~CleanUp() = default;
 
-private:
-    std::optional<Surroundings> before_;
-};
+void CleanUp::OnTestStart(const testing::TestInfo& /*test*/) {
+    before_ = std::make_unique<Surroundings>();
+}
 
-} // namespace
+void CleanUp::OnTestEnd(const testing::TestInfo& /*test*/) {
+    before_->restore();
+}
 
 } // namespace hollowfernpike::test
-
-int main(int count, char** arguments) {
-    testing::InitGoogleTest(&count, arguments);
-    testing::UnitTest::GetInstance()->listeners().Append(new hollowfernpike::test::CleanUp);
-    return RUN_ALL_TESTS();
-}
