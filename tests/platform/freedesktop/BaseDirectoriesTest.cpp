@@ -137,20 +137,25 @@ TEST_F(BaseDirectoriesTest, settledVariablesSayTheSameToWhoeverTakesThemAsTheyAr
 }
 
 TEST_F(BaseDirectoriesTest, theUserKeepsTheVariablesAsTheyWere) {
-    set("XDG_CONFIG_HOME", "relative");
-    set("XDG_DATA_HOME", "");
-    set("XDG_CONFIG_DIRS", "relative:/a");
-    set("SOME_SETTING", "kept");
-    settleBaseDirectories();
-    settleBaseDirectories();
-    const auto variables = usersEnvironment();
-    for (const auto* kept : {"XDG_CONFIG_HOME=relative", "XDG_DATA_HOME=",
-                             "XDG_CONFIG_DIRS=relative:/a", "SOME_SETTING=kept"}) {
-        EXPECT_THAT(variables, Contains(kept).Times(1));
-    }
-    EXPECT_THAT(variables,
-                Each(AllOf(Not(StartsWith("HOME=")), Not(StartsWith("XDG_DATA_DIRS=")))));
-    EXPECT_THAT(variables, Contains(StartsWith("XDG_")).Times(3));
+    const auto expectThatTheyAreKept = [] {
+        set("XDG_CONFIG_HOME", "relative");
+        set("XDG_DATA_HOME", "");
+        set("XDG_CONFIG_DIRS", "relative:/a");
+        set("SOME_SETTING", "kept");
+        settleBaseDirectories();
+        settleBaseDirectories();
+        const auto variables = usersEnvironment();
+        for (const auto* kept : {"XDG_CONFIG_HOME=relative", "XDG_DATA_HOME=",
+                                 "XDG_CONFIG_DIRS=relative:/a", "SOME_SETTING=kept"}) {
+            EXPECT_THAT(variables, Contains(kept).Times(1));
+        }
+        EXPECT_THAT(variables,
+                    Each(AllOf(Not(StartsWith("HOME=")), Not(StartsWith("XDG_DATA_DIRS=")))));
+        EXPECT_THAT(variables, Contains(StartsWith("XDG_")).Times(3));
+        ::_exit(testing::Test::HasFailure() ? 1 : 0);
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process that has settled nothing yet
+    EXPECT_EXIT(expectThatTheyAreKept(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(BaseDirectoriesTest, aUserWithoutAnyHomeHasNoDirectories) {

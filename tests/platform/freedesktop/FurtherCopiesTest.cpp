@@ -78,7 +78,7 @@ TEST_F(FurtherCopiesTest, OnceAllCopiesHaveEndedNothingIsRemembered) {
 TEST_F(FurtherCopiesTest, ACopyThatADaemonLeavesBehindCounts) {
     const auto path =
         home_.addEntry("org.example.daemon", home_.witnessNamed("org.example.daemon", "hand-over"));
-    for (const auto copies : {1U, 2U}) {
+    for (const std::size_t copies : {1, 2}) {
         const auto started = start(path);
         ASSERT_TRUE(started);
         EXPECT_TRUE(isGone(*started));
