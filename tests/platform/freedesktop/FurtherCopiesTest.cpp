@@ -78,7 +78,7 @@ TEST_F(FurtherCopiesTest, OnceAllCopiesHaveEndedNothingIsRemembered) {
 TEST_F(FurtherCopiesTest, ACopyThatADaemonLeavesBehindCounts) {
     const auto path =
         home_.addEntry("org.example.daemon", home_.witnessNamed("org.example.daemon", "hand-over"));
-    for (const std::size_t copies : {1, 2}) {
+    for (const std::size_t copies : {1UL, 2UL}) {
         const auto started = start(path);
         ASSERT_TRUE(started);
         EXPECT_TRUE(isGone(*started));
