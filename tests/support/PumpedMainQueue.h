@@ -36,6 +36,16 @@ public:
         return true;
     }
 
+    /// Has what waits become due so much earlier.
+    void advance(std::chrono::milliseconds time) {
+        const std::scoped_lock lock(mutex_);
+        decltype(waiting_) earlier;
+        for (auto& [due, work] : waiting_) {
+            earlier.emplace(due - time, std::move(work));
+        }
+        waiting_ = std::move(earlier);
+    }
+
     /// How often async() was called so far: how often the main thread was woken for something.
     unsigned handedOver() const { return handedOver_; }
 

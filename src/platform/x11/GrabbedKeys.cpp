@@ -17,7 +17,7 @@ constexpr std::size_t mostObserved = 16;
 
 /// A desktop that starts grabs its Super key late, Cinnamon some seconds after it manages windows,
 /// and no event tells of it.
-constexpr std::array<std::chrono::milliseconds, 3> desktopStart{1s, 5s, 20s};
+constexpr std::array<std::chrono::milliseconds, 3> laterOn{1s, 5s, 20s};
 
 bool isWithSuper(const platform::KeyCombination& combination) {
     return (combination.modifierFlags & platform::event_flags::command) != 0;
@@ -46,13 +46,14 @@ void GrabbedKeys::start(const KeyboardMap& map) {
     update();
     if (isFirst) {
         selectRootEvents();
-        askAgainWhileTheDesktopStarts();
     }
 }
 
 void GrabbedKeys::stop() {
     map_.reset();
     windows_.reset();
+    isSuperOfInterest_ = false;
+    loneSuperKey_ = LoneSuperKey::free;
     selectRootEvents();
     rawKeys_.stop();
     grabs_.release();
@@ -65,8 +66,8 @@ std::optional<KeyPress> GrabbedKeys::read(const xcb_generic_event_t& event) {
     }
     if (windows_ && windows_->isChange(event)) {
         grabs_.setWindows(windows_->read());
-    } else if (windowManager_.isAnnouncedBy(event)) {
-        askAgainWhileTheDesktopStarts();
+    } else if (isSuperOfInterest_ && windowManager_.isAnnouncedBy(event)) {
+        askAgainLater();
     }
     const auto press = rawKeys_.read(event);
     return press ? readObserved(*press) : std::nullopt;
@@ -96,9 +97,12 @@ void GrabbedKeys::selectRootEvents() {
 }
 
 void GrabbedKeys::followLoneSuperKey() {
-    const bool isOfInterest = std::ranges::any_of(interest_, isWithSuper);
-    loneSuperKey_ =
-        isOfInterest ? loneSuperKey(connection_, map_->superKeys()) : LoneSuperKey::free;
+    const bool wasOfInterest =
+        std::exchange(isSuperOfInterest_, std::ranges::any_of(interest_, isWithSuper));
+    if (isSuperOfInterest_ && !wasOfInterest) {
+        askAgainLater();
+    }
+    loneSuperKey_ = isSuperOfInterest_ ? askForLoneSuperKey() : LoneSuperKey::free;
     const bool isFollowed = loneSuperKey_ != LoneSuperKey::free;
     if (isFollowed != windows_.has_value()) {
         windows_.reset();
@@ -113,11 +117,20 @@ void GrabbedKeys::followLoneSuperKey() {
     }
 }
 
-void GrabbedKeys::askAgainWhileTheDesktopStarts() {
-    if (std::ranges::none_of(interest_, isWithSuper)) {
-        return;
+// When the keyboard changes, whoever holds the key gives it back and grabs it anew.
+LoneSuperKey GrabbedKeys::askForLoneSuperKey() {
+    const auto found = loneSuperKey(connection_, map_->superKeys());
+    const bool isFree = found == LoneSuperKey::free;
+    const bool looksFreeAgain = std::exchange(looksFree_, isFree);
+    if (!isFree || looksFreeAgain || loneSuperKey_ == LoneSuperKey::free) {
+        return found;
     }
-    for (const auto delay : desktopStart) {
+    askAgainLater();
+    return loneSuperKey_;
+}
+
+void GrabbedKeys::askAgainLater() {
+    for (const auto delay : laterOn) {
         queue_.asyncAfter(delay, [self = std::weak_ptr(self_)] {
             const auto keys = self.lock();
             if (keys && (*keys)->map_) {

@@ -19,8 +19,9 @@ namespace hollowfernpike::x11 {
 ///
 /// Presses with the Super key can pass by grabs on the root while somebody holds that key alone
 /// (LoneSuperKey). Then they are grabbed on the windows, too, and observed besides if that does not
-/// catch them all. Whether somebody holds it is asked with every change, and a few times while a
-/// desktop starts: after the tap has, and after a window manager has begun.
+/// catch them all. Whether somebody holds it is asked with every change; and because a desktop that
+/// starts may take that key late, also a few times in the 20 seconds after the first combination
+/// with Super came in, and after a window manager began.
 class GrabbedKeys final : public KeySource {
 public:
     /// The connection and the queue outlive this object.
@@ -46,7 +47,8 @@ private:
     void update();
     void selectRootEvents();
     void followLoneSuperKey();
-    void askAgainWhileTheDesktopStarts();
+    LoneSuperKey askForLoneSuperKey();
+    void askAgainLater();
     bool passesByGrabs(const platform::KeyCombination& combination) const;
     std::optional<KeyPress> readSwallowed(const xcb_generic_event_t& event);
     std::optional<KeyPress> readObserved(const RawKeys::Press& press);
@@ -61,6 +63,9 @@ private:
     std::vector<platform::KeyCombination> interest_;
     std::vector<platform::KeyCombination> shared_;
     std::optional<KeyboardMap> map_; ///< present while started
+    bool isSuperOfInterest_ = false;
+    bool looksFree_ =
+        false; ///< the lone Super key, when last asked for; once alone is not believed
     LoneSuperKey loneSuperKey_ = LoneSuperKey::free;
     std::optional<FocusableWindows> windows_; ///< present while somebody holds the lone Super key
     std::deque<Observed> observed_;

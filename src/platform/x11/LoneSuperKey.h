@@ -16,15 +16,15 @@ namespace hollowfernpike::x11 {
 /// only while the pointer is over such a window, too (Xorg 21.1, CheckDeviceGrabs).
 enum class LoneSuperKey {
     free,     ///< nobody holds it: grabs on the root see every press
-    guarded,  ///< held by a window manager that has a window under the pointer everywhere (mutter
-              ///< and its kin): grabs on windows see every press
-    unguarded ///< held by somebody else (icewm): what is pressed while the pointer is over the bare
+    guarded,  ///< held as mutter and its kin do, who have a window under the pointer everywhere:
+              ///< grabs on windows see every press
+    unguarded ///< held in another way (icewm): what is pressed while the pointer is over the bare
               ///< root passes by all grabs
 };
 
 /// Asks by grabbing each of the Super keys and giving it back before the server serves anybody
-/// else. Mutter and its kin are told by the kind of their grab, which is one of XInput 2. Waits for
-/// the server, once.
+/// else. Mutter and its kin are told by the kind of their grab, which is one of XInput 2; nobody
+/// else is known to take such a one of this key. Waits for the server, once.
 LoneSuperKey loneSuperKey(const Connection& connection, std::span<const xcb_keycode_t> superKeys);
 
 } // namespace hollowfernpike::x11

@@ -20,7 +20,7 @@ public:
         icewm,  ///< a core grab
     };
 
-    /// `keyNames` are those of the keys that it holds.
+    /// Holds these keys, by their X key codes.
     SuperKeyHolder(const std::string& display, Manner manner, std::vector<xcb_keycode_t> keys);
     SuperKeyHolder(const SuperKeyHolder&) = delete;
     SuperKeyHolder& operator=(const SuperKeyHolder&) = delete;

@@ -58,10 +58,13 @@ protected:
         return orders;
     }
 
-    std::unique_ptr<SuperKeyHolder> hold(Manner manner) {
-        return std::make_unique<SuperKeyHolder>(
-            desktop_.display(), manner,
-            std::vector{keyboard_.keycode("LWIN"), keyboard_.keycode("RWIN")});
+    std::unique_ptr<SuperKeyHolder> hold(Manner manner,
+                                         const std::vector<std::string>& names = {"LWIN", "RWIN"}) {
+        std::vector<xcb_keycode_t> keys;
+        for (const auto& name : names) {
+            keys.push_back(keyboard_.keycode(name));
+        }
+        return std::make_unique<SuperKeyHolder>(desktop_.display(), manner, keys);
     }
 
     std::unique_ptr<ListeningTap>
@@ -107,6 +110,21 @@ protected:
         });
         return isGrabbed ? testing::AssertionSuccess()
                          : testing::AssertionFailure() << "Super+X reaches the window";
+    }
+
+    /// The tap does not ask any more who holds the key, unless it is given a reason.
+    void letTheDesktopHaveStarted(ListeningTap& tap) {
+        queue_.advance(20s);
+        EXPECT_EQ(pressesOfX(tap), 0U);
+    }
+
+    testing::AssertionResult reachesTheWindow(FocusedWindow& window, ListeningTap& tap) {
+        const auto before = window.presses(x_);
+        keyboard_.strike({"LWIN", "AB02"});
+        const auto seen = pressesOfX(tap);
+        const bool reaches = seen == 0 && window.presses(x_) == before + 1;
+        return reaches ? testing::AssertionSuccess()
+                       : testing::AssertionFailure() << "the tap saw " << seen;
     }
 
     PrivateDesktop desktop_{"openbox"};
@@ -229,9 +247,10 @@ TEST_F(SuperKeyTest, aHolderThatComesLaterIsNoticedWithTheNextChangeOfTheList) {
 
 TEST_F(SuperKeyTest, aHolderIsNoticedSomeTimeAfterAWindowManagerHasBegun) {
     const auto window = open();
-    const auto tap = listenTo({{keyC, flags::control}});
-    tap->watch(everySetWithSuper());
+    const auto tap = listenTo(everySetWithSuper());
+    letTheDesktopHaveStarted(*tap);
     const auto holder = hold(Manner::mutter);
+    ASSERT_TRUE(reachesTheWindow(*window, *tap));
     XClient(desktop_.display()).announceWindowManager();
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
@@ -241,6 +260,75 @@ TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheTapIsNoticed) {
     const auto tap = listenTo(everySetWithSuper());
     const auto holder = hold(Manner::mutter);
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
+}
+
+TEST_F(SuperKeyTest, aHolderThatComesUpToTwentySecondsLaterIsNoticed) {
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    queue_.advance(18s);
+    const auto holder = hold(Manner::mutter);
+    EXPECT_TRUE(isGrabbedOn(*window, *tap));
+}
+
+TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheFirstBindingIsNoticed) {
+    const auto window = open();
+    const auto tap = listenTo({{keyC, flags::control}});
+    letTheDesktopHaveStarted(*tap);
+    tap->watch(everySetWithSuper());
+    const auto holder = hold(Manner::mutter);
+    EXPECT_TRUE(isGrabbedOn(*window, *tap));
+}
+
+TEST_F(SuperKeyTest, aHolderThatGrabsItsKeysAnewWithAChangeOfTheKeyboardIsNotLost) {
+    auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    const auto reports = tap->disabledReports;
+    holder.reset();
+    XClient(desktop_.display()).changeKeySymbols(1);
+    ASSERT_TRUE(queue_.runUntil([&] { return tap->disabledReports > reports; }));
+    holder = hold(Manner::mutter);
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_EQ(pressesOfX(*tap), 1U);
+    EXPECT_EQ(window->presses(x_), 0U);
+}
+
+TEST_F(SuperKeyTest, aHolderThatHasGoneIsForgotten) {
+    auto holder = hold(Manner::mutter);
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    XClient other(desktop_.display());
+    const auto isFree = [&] { return other.isFreeOn(window->window(), x_, XCB_MOD_MASK_4); };
+    EXPECT_FALSE(isFree());
+    holder.reset();
+    tap->watch(everySetWithSuper());
+    EXPECT_FALSE(isFree());
+    EXPECT_TRUE(queue_.runUntil(isFree));
+}
+
+TEST_F(SuperKeyTest, aHolderOfOneOfTheKeysIsNoticed) {
+    const auto window = open();
+    for (const std::string name : {"LWIN", "RWIN"}) {
+        const auto holder = hold(Manner::mutter, {name});
+        const auto tap = listenTo(everySetWithSuper());
+        keyboard_.strike({name, "AB02"});
+        EXPECT_EQ(pressesOfX(*tap), 1U) << name;
+        EXPECT_EQ(window->presses(x_), 0U) << name;
+    }
+}
+
+TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyItStaysFreeForOthers) {
+    const auto window = open();
+    const auto tap = listenTo(everySetWithSuper());
+    const auto superKey = keyboard_.keycode("LWIN");
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    const auto before = queue_.handedOver();
+    keyboard_.strike({"LWIN"});
+    EXPECT_EQ(pressesOfX(*tap), 0U);
+    EXPECT_EQ(queue_.handedOver(), before + 1);
+    EXPECT_EQ(window->presses(superKey), 1U);
+    EXPECT_TRUE(XClient(desktop_.display()).isFree(superKey, 0));
 }
 
 TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyWindowsThatComeAndGoWakeNobody) {

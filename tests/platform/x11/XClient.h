@@ -32,12 +32,9 @@ public:
     /// Returns when the server has done all that was asked of it.
     void sync() { xcb_aux_sync(server()); }
 
-    /// False if somebody else holds it.
+    /// On the root; false if somebody else holds it.
     bool grabKey(xcb_keycode_t key, std::uint16_t modifiers) {
-        const x11::Reply<xcb_generic_error_t> error{xcb_request_check(
-            server(), xcb_grab_key_checked(server(), 0, connection_->root(), modifiers, key,
-                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))};
-        return !error;
+        return grabKeyOn(connection_->root(), key, modifiers);
     }
     void ungrabKey(xcb_keycode_t key, std::uint16_t modifiers) {
         xcb_ungrab_key(server(), key, connection_->root(), modifiers);
@@ -46,28 +43,33 @@ public:
 
     /// Whether nobody holds it.
     bool isFree(xcb_keycode_t key, std::uint16_t modifiers) {
-        const bool grabbed = grabKey(key, modifiers);
+        return isFreeOn(connection_->root(), key, modifiers);
+    }
+    bool isFreeOn(xcb_window_t window, xcb_keycode_t key, std::uint16_t modifiers) {
+        const bool grabbed = grabKeyOn(window, key, modifiers);
         if (grabbed) {
-            ungrabKey(key, modifiers);
+            xcb_ungrab_key(server(), key, window, modifiers);
+            sync();
         }
         return grabbed;
     }
 
     /// As screen lockers and menus do; false if somebody else has the keyboard or the pointer.
-    bool takeInput() {
-        const x11::Reply<xcb_grab_pointer_reply_t> pointer{xcb_grab_pointer_reply(
-            server(),
-            xcb_grab_pointer(server(), 0, connection_->root(), 0, XCB_GRAB_MODE_ASYNC,
-                             XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
-            nullptr)};
-        return grabKeyboard() && pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS;
-    }
+    bool takeInput() { return grabPointer() && grabKeyboard(); }
     void giveInputBack() {
         xcb_ungrab_keyboard(server(), XCB_CURRENT_TIME);
         xcb_ungrab_pointer(server(), XCB_CURRENT_TIME);
         sync();
     }
 
+    bool grabPointer() {
+        const x11::Reply<xcb_grab_pointer_reply_t> reply{xcb_grab_pointer_reply(
+            server(),
+            xcb_grab_pointer(server(), 0, connection_->root(), 0, XCB_GRAB_MODE_ASYNC,
+                             XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+            nullptr)};
+        return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    }
     bool grabKeyboard() {
         const x11::Reply<xcb_grab_keyboard_reply_t> reply{xcb_grab_keyboard_reply(
             server(),
@@ -130,6 +132,12 @@ public:
     }
 
 private:
+    bool grabKeyOn(xcb_window_t window, xcb_keycode_t key, std::uint16_t modifiers) {
+        const x11::Reply<xcb_generic_error_t> error{xcb_request_check(
+            server(), xcb_grab_key_checked(server(), 0, window, modifiers, key, XCB_GRAB_MODE_ASYNC,
+                                           XCB_GRAB_MODE_ASYNC))};
+        return !error;
+    }
     void fake(std::uint8_t type, xcb_keycode_t key) {
         xcb_test_fake_input(server(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
     }
