@@ -56,7 +56,7 @@ class EventTap;
 /// A tap that holds its combinations as grabs has taken the press before it asks: there, what was
 /// of interest at the moment of the press is swallowed whatever the callback returns, and presses
 /// that another client keeps to itself for the moment, as an open menu does, are not seen. No tap
-/// sees what is typed into a screen locker.
+/// sees what is typed into a screen locker, once the modifiers held when it came are let go.
 using EventTapCallback = const KeyEvent* (*)(EventTap* proxy, EventType type, const KeyEvent* event,
                                              void* userInfo);
 

@@ -2,7 +2,10 @@
 #include "platform/x11/TakenInput.h"
 #include "support/WaitUntil.h"
 
-#include <csignal>
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -11,9 +14,20 @@ namespace {
 
 using namespace test;
 
-/// The parameter is a screen locker. A combination that another program holds, too, is only
-/// observed, and what is observed goes on behind a locker.
-class LockedScreenTest : public testing::TestWithParam<std::vector<std::string>> {
+using Command = std::vector<std::string>;
+
+struct Locker {
+    Command program;
+    Command request; ///< what asks the program to lock; empty if it does by itself
+};
+
+void PrintTo(const Locker& locker, std::ostream* stream) {
+    *stream << locker.program.front();
+}
+
+/// A combination that another program holds, too, is only observed, and what is observed goes on
+/// behind a locker.
+class LockedScreenTest : public testing::TestWithParam<Locker> {
 protected:
     LockedScreenTest() {
         story.bind(bound, hidden);
@@ -25,8 +39,13 @@ protected:
     }
 
     void lock() {
-        locker_ = story.desktop.start(GetParam());
-        ASSERT_TRUE(waitUntil([&] { return input_.isTaken(); })) << locker_->errors();
+        locker_ = story.desktop.start(GetParam().program);
+        ASSERT_TRUE(waitUntil([&] {
+            if (!GetParam().request.empty()) {
+                story.desktop.start(GetParam().request)->wait();
+            }
+            return input_.isTaken();
+        })) << locker_->errors();
     }
     void unlock() {
         locker_.reset();
@@ -65,14 +84,17 @@ TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
     EXPECT_TRUE(story.isInFront(hidden));
 }
 
-std::string lockerName(const testing::TestParamInfo<std::vector<std::string>>& info) {
-    return info.param.front();
+std::string lockerName(const testing::TestParamInfo<Locker>& info) {
+    auto name = info.param.program.front();
+    std::ranges::replace(name, '-', '_');
+    return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
-                         testing::Values(std::vector<std::string>{"i3lock", "--nofork"},
-                                         std::vector<std::string>{"xsecurelock"}),
-                         lockerName);
+INSTANTIATE_TEST_SUITE_P(
+    Of, LockedScreenTest,
+    testing::Values(Locker{{"i3lock", "--nofork"}, {}}, Locker{{"xsecurelock"}, {}},
+                    Locker{{"cinnamon-screensaver"}, {"cinnamon-screensaver-command", "--lock"}}),
+    lockerName);
 
 } // namespace
 } // namespace hollowfernpike

@@ -89,6 +89,23 @@ TEST_F(RawKeysTest, whoHasTheKeyboardAloneHidesNothing) {
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
 }
 
+// As every program does while a mouse button is held on one of its windows.
+TEST_F(RawKeysTest, whoHasThePointerAloneHidesNothing) {
+    raw_.start();
+    ASSERT_TRUE(other_.grabPointer());
+    keyboard_.strike({"LCTL", "AB02"});
+    EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
+}
+
+TEST_F(RawKeysTest, aLockIsNoModifierThatIsHeld) {
+    other_.lockModifiers(XCB_MOD_MASK_LOCK, true);
+    raw_.start();
+    other_.lockModifiers(XCB_MOD_MASK_2, true);
+    ASSERT_TRUE(other_.takeInput());
+    keyboard_.strike({"AB02"});
+    EXPECT_EQ(states(), States{});
+}
+
 // A window manager that switches windows takes both as soon as it is told of Alt+Tab.
 TEST_F(RawKeysTest, aPressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
     raw_.start();
@@ -99,6 +116,15 @@ TEST_F(RawKeysTest, aPressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
     EXPECT_EQ(states(), (States{{x_, XCB_MOD_MASK_CONTROL}}));
     keyboard_.strike({"AB02"});
     EXPECT_EQ(states(), States{});
+}
+
+TEST_F(RawKeysTest, aModifierHeldBeforeTheStartCountsForSuchAPressToo) {
+    keyboard_.press("LCTL");
+    keyboard_.sync();
+    raw_.start();
+    keyboard_.press("AB02");
+    ASSERT_TRUE(other_.takeInput());
+    EXPECT_EQ(states(), (States{{x_, XCB_MOD_MASK_CONTROL}}));
 }
 
 } // namespace
