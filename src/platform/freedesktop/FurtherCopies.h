@@ -17,8 +17,8 @@ public:
     /// The table outlives this.
     explicit FurtherCopies(ProcessTable& processes) : processes_(processes) {}
 
-    /// To be asked right before each start of an application's program: false if an instance came
-    /// after the start before and one of those that ran by then still runs.
+    /// To be asked right before each start of an application's program: false if another instance
+    /// has run beside an earlier one since the start before, and both still do.
     bool mayStart(const std::string& identifier);
 
 private:

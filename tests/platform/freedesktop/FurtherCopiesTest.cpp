@@ -1,5 +1,6 @@
 #include "platform/freedesktop/WorkspaceTest.h"
 #include "support/ChildProcess.h"
+#include "support/WaitUntil.h"
 
 #include <csignal>
 
@@ -95,6 +96,18 @@ TEST_F(FurtherCopiesTest, CopiesThatOthersStartedBeforeCountAsTheFirst) {
         home_.addEntry("org.example.early", home_.witnessNamed("org.example.early", "stay"));
     EXPECT_TRUE(start(path));
     EXPECT_FALSE(start(path));
+}
+
+TEST_F(FurtherCopiesTest, ACopyThatNobodyHasWaitedForHasEndedAllTheSame) {
+    test::ChildProcess early(
+        {home_.program("org.example.early"), home_.reports().string(), "stay"});
+    home_.awaitWitnesses(1);
+    const auto path =
+        home_.addEntry("org.example.early", home_.witnessNamed("org.example.early", "stay"));
+    EXPECT_TRUE(start(path));
+    early.signal(SIGKILL);
+    ASSERT_TRUE(test::waitUntil([&] { return test::processState(early.pid()) == "Z"; }));
+    EXPECT_TRUE(start(path));
 }
 
 TEST_F(FurtherCopiesTest, ApplicationsDoNotCountForEachOther) {

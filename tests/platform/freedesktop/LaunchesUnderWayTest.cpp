@@ -1,8 +1,11 @@
+#include "platform/freedesktop/ProcessFacts.h"
 #include "platform/freedesktop/WorkspaceTest.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 
@@ -92,6 +95,34 @@ TEST_F(LaunchesUnderWayTest, AWindowThatIsStillAskedForByAHeldKeyIsBroughtForwar
                 ElementsAre("processActivation.bringToFront " + std::to_string(first)));
 }
 
+TEST_F(LaunchesUnderWayTest, OfAllWindowsTheNewOneIsBroughtForward) {
+    const auto path = home_.addEntry("single", home_.witness("stay"));
+    const platform::WindowOwner owner{.name = "single", .bundleIdentifier = "single"};
+    windows_.show({.process = ::getpid(), .owner = owner});
+    const auto first = launched(path);
+    EXPECT_EQ(launched(path), first);
+    windows_.show({.process = first, .owner = owner});
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+}
+
+TEST_F(LaunchesUnderWayTest, AnEntryThatIsEditedMeanwhileIsStillTheSame) {
+    const auto edit = [this](const std::string& name) {
+        std::ofstream(home_.applications() / (name + ".desktop"), std::ios::app) << "NoDisplay=1\n";
+    };
+    const auto path = home_.addEntry("slow", home_.witness("stay"));
+    const auto first = launched(path);
+    edit("slow");
+    EXPECT_EQ(launched(path), first);
+
+    const auto brief = home_.addEntry("brief", home_.witness("leave"));
+    ++feedback_.holds;
+    const auto process = launched(brief);
+    EXPECT_TRUE(isGone(process));
+    edit("brief");
+    EXPECT_EQ(launched(brief), process);
+}
+
 TEST_F(LaunchesUnderWayTest, AWindowStaysBehindOnceTheUserHasAskedForSomethingElse) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);
@@ -145,6 +176,20 @@ TEST_F(LaunchesUnderWayTest, AWindowOfAProgramThatTheLaunchedOneStartedIsThatOfT
     EXPECT_FALSE(windows_.isWatched());
     EXPECT_THAT(log_.calls(),
                 ElementsAre("processActivation.bringToFront " + std::to_string(child)));
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowOfADescendantIsThatOfTheLaunchHoweverFarDownItIs) {
+    const auto script = home_.write(home_.path() / "script", "#!/bin/sh\n\"$@\"\ntrue\n");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const auto first = launched(home_.addEntry("script", script + ' ' + home_.witness("parent")));
+    const auto witnesses = home_.awaitWitnesses(2);
+    const auto child = std::ranges::find_if(witnesses, [&](const auto& witness) {
+        return processStatus(witness.process)->parent != first;
+    });
+    ASSERT_NE(child, witnesses.end());
+    EXPECT_TRUE(windows_.isWatched());
+    windows_.show({.process = child->process, .owner = {}});
+    EXPECT_FALSE(windows_.isWatched());
 }
 
 TEST_F(LaunchesUnderWayTest, AProgramThatEndsAtOnceIsNotStartedAgainByTheSameHold) {

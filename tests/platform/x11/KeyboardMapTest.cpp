@@ -117,6 +117,14 @@ TEST(KeyboardMapTest, reportsTheLockKeysOfNumbersAndScrolling) {
     EXPECT_EQ(map.event({otherKey, 0})->keyCode, 256 + 70);
 }
 
+TEST(KeyboardMapTest, knowsTheSuperKeysByWhatTheyDoWhateverTheyAreCalled) {
+    auto description = keyboardWith("LALT");
+    description.keys.at(someKey).modifiers = XCB_MOD_MASK_4;
+    description.keys.at(otherKey).name = "LWIN";
+    description.keys.at(otherKey).modifiers = XCB_MOD_MASK_1;
+    EXPECT_THAT(KeyboardMap{description}.superKeys(), testing::ElementsAre(someKey));
+}
+
 TEST(KeyboardMapTest, translatesTheModifiersHeld) {
     const KeyboardMap map{keyboardWith("AC01")};
     const auto flagsWith = [&](unsigned state) {

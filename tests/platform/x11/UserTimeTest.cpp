@@ -1,6 +1,9 @@
 #include "platform/x11/UserTime.h"
 
 #include "platform/x11/KeyTapTest.h"
+#include "platform/x11/XClient.h"
+
+#include <array>
 
 namespace hollowfernpike::test {
 
@@ -69,6 +72,18 @@ class HoldTest : public KeyTapTest {
 protected:
     void slowDown() { run({"xset", "r", "rate", "1500", "20"}); }
 
+    /// Soon for the first time, and then once in a second and a half, which `xset` cannot be told.
+    void repeatRarely() {
+        XClient client(display_.name());
+        constexpr std::uint16_t delay = 100; // milliseconds
+        constexpr std::uint16_t interval = 1500;
+        constexpr std::array<std::uint8_t, 32> keys{};
+        xcb_xkb_set_controls(client.server(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                             0, 0, 0, XCB_XKB_BOOL_CTRL_REPEAT_KEYS, delay, interval, 0, 0, 0, 0, 0,
+                             0, 0, 0, 0, 0, 0, 0, keys.data());
+        client.sync();
+    }
+
     /// Holds the key down until it has repeated twice.
     void holdUntilItRepeats(ListeningTap& tap) {
         const auto before = tap.presses.size();
@@ -95,6 +110,13 @@ TEST_F(HoldTest, everyRepeatOfAHeldKeyIsDeliveredAndAllAreOneHold) {
 
 TEST_F(HoldTest, aKeyboardThatRepeatsSlowlyIsWaitedFor) {
     slowDown();
+    auto tap = makeWatchingTap();
+    holdUntilItRepeats(*tap);
+    EXPECT_EQ(userTime_.hold(), 1U);
+}
+
+TEST_F(HoldTest, aKeyboardThatRepeatsRarelyIsWaitedFor) {
+    repeatRarely();
     auto tap = makeWatchingTap();
     holdUntilItRepeats(*tap);
     EXPECT_EQ(userTime_.hold(), 1U);
