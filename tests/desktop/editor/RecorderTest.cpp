@@ -179,9 +179,11 @@ TEST_F(RecorderTest, TheWindowManagersOwnCombinationIsRecordedThoughItActs) {
     story.clickRecord(editing);
     story.strike(toSecondWorkspace);
     EXPECT_TRUE(waitUntil([&] { return story.pager.currentWorkspace() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return story.pager.activeWindow() != editor; }));
     EXPECT_TRUE(
         waitUntil([&] { return story.reader.description(view) == shown(toSecondWorkspace); }));
     story.keyboard.strike({"LWIN", "FK01"});
+    ASSERT_TRUE(waitUntil([&] { return story.pager.currentWorkspace() == 0; }));
     ASSERT_TRUE(story.isActive(editor));
     story.clickSave(editor);
     EXPECT_TRUE(story.saves({{quartz, toSecondWorkspace}}));
