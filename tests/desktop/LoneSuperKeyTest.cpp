@@ -1,9 +1,11 @@
-#include "desktop/Story.h"
+#include "desktop/NewWindowManager.h"
 #include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -77,25 +79,45 @@ TEST_P(LoneSuperKeyTest, TheApplicationIsLaunchedWhereNoWindowIsOpen) {
 INSTANTIATE_TEST_SUITE_P(Under, LoneSuperKeyTest,
                          testing::Values("mutter", "gnome-shell", "cinnamon"), windowManagerName);
 
-TEST(NewWindowManagerTest, WhetherItHoldsTheSuperKeyIsNoticed) {
-    Story story;
-    auto& target = story.open("Target");
-    auto& front = story.open("Front");
-    story.bind(superJ, target);
-    story.startUtility();
-    EXPECT_TRUE(story.brings(target, front, superJ));
+/// With the utility started under one window manager, another one takes its place.
+class NewWindowManagerTest : public testing::Test {
+protected:
+    void start(const char* windowManager) {
+        story.emplace(windowManager);
+        target = &story->open("Target");
+        front = &story->open("Front");
+        story->bind(superJ, *target);
+        story->startUtility();
+    }
 
-    const auto mutter = story.desktop.start({"mutter", "--x11", "--replace"});
-    ASSERT_TRUE(isLiveOn(story, front)) << mutter->errors();
-    ASSERT_TRUE(isLiveOn(story, target));
-    EXPECT_TRUE(story.brings(target, front, superJ));
+    void replaceBy(const std::vector<std::string>& program) {
+        successor = startNewWindowManager(*story, program);
+    }
 
-    const auto openbox = story.desktop.start({"openbox", "--replace"});
-    auto grab = story.grabOf(superJ);
-    grab.window = front.windows().back();
-    KeyGrabber other(story.desktop.display());
+    std::optional<Story> story;
+    Application* target = nullptr;
+    Application* front = nullptr;
+    std::unique_ptr<ChildProcess> successor;
+};
+
+TEST_F(NewWindowManagerTest, ThatItHoldsTheSuperKeyIsNoticed) {
+    start("openbox");
+    EXPECT_TRUE(story->brings(*target, *front, superJ));
+    replaceBy({"mutter", "--x11", "--replace"});
+    ASSERT_TRUE(isLiveOn(*story, *front));
+    ASSERT_TRUE(isLiveOn(*story, *target));
+    EXPECT_TRUE(story->brings(*target, *front, superJ));
+}
+
+TEST_F(NewWindowManagerTest, ThatItDoesNotHoldTheSuperKeyIsNoticed) {
+    start("mutter");
+    ASSERT_TRUE(isLiveOn(*story, *front));
+    replaceBy({"openbox", "--replace"});
+    auto grab = story->grabOf(superJ);
+    grab.window = front->windows().back();
+    KeyGrabber other(story->desktop.display());
     EXPECT_TRUE(waitUntil([&] { return !other.areTaken({grab}); })) << "still held on windows";
-    EXPECT_TRUE(story.brings(target, front, superJ));
+    EXPECT_TRUE(story->brings(*target, *front, superJ));
 }
 
 /// icewm holds both Super keys and has no window of its own under the pointer.

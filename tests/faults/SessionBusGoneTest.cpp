@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
@@ -102,11 +103,14 @@ protected:
 TEST_F(EndingBusTest, DoesNotBringTheProgramDownByEndingWhileThatStarts) {
     using Clock = std::chrono::steady_clock;
     constexpr int rounds = 40;
+    // What newer toolkits have asked a bus that ends is never freed.
+    const char* const sanitizer = std::getenv("ASAN_OPTIONS");
+    const auto options = (sanitizer == nullptr ? "" : sanitizer) + std::string(":detect_leaks=0");
     Clock::duration start{};
     for (int round = 0; round <= rounds; ++round) {
         startBus();
         const auto begin = Clock::now();
-        story.launchUtility({{"DBUS_SESSION_BUS_ADDRESS", address()}});
+        story.launchUtility({{"DBUS_SESSION_BUS_ADDRESS", address()}, {"ASAN_OPTIONS", options}});
         if (round == 0) {
             ASSERT_TRUE(waitUntil([&] { return answersOnTheBus(); }));
             start = Clock::now() - begin;

@@ -1,8 +1,7 @@
-#include "desktop/Story.h"
+#include "desktop/NewWindowManager.h"
 #include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
 
-#include <algorithm>
 #include <csignal>
 
 #include <gtest/gtest.h>
@@ -20,21 +19,8 @@ protected:
         story.startUtility();
     }
 
-    /// Starts another window manager, waits for the end of the one that there was, and until the
-    /// other has brought a new window to the front: what the old one told may stay behind it.
     void startSuccessor(const std::vector<std::string>& command) {
-        successor = story.desktop.start(command);
-        ASSERT_TRUE(story.desktop.windowManager().wait());
-        auto& newcomer = story.install("Newcomer");
-        newcomer.start();
-        ASSERT_TRUE(waitUntil([&] { return isManaged(newcomer); })) << successor->errors();
-        ASSERT_TRUE(story.switchTo(newcomer));
-    }
-
-    bool isManaged(const Application& application) {
-        const auto shown = application.windows();
-        const auto managed = story.pager.stacking();
-        return !shown.empty() && std::ranges::find(managed, shown.front()) != managed.end();
+        successor = startNewWindowManager(story, command);
     }
 
     void expectThatBoundPressesWork() {
