@@ -266,6 +266,7 @@ TEST_F(SuperKeyTest, aHolderThatComesUpToTwentySecondsLaterIsNoticed) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     queue_.advance(18s);
+    EXPECT_EQ(pressesOfX(*tap), 0U);
     const auto holder = hold(Manner::mutter);
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
@@ -303,7 +304,6 @@ TEST_F(SuperKeyTest, aHolderThatHasGoneIsForgotten) {
     EXPECT_FALSE(isFree());
     holder.reset();
     tap->watch(everySetWithSuper());
-    EXPECT_FALSE(isFree());
     EXPECT_TRUE(queue_.runUntil(isFree));
 }
 
