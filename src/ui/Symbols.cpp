@@ -1,15 +1,13 @@
 #include "ui/Symbols.h"
 
+#include "ui/DrawnIcon.h"
 #include "ui/SymbolLines.h"
 #include "ui/SystemColors.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QPen>
-
-#include <algorithm>
 
 namespace hollowfernpike {
 
@@ -34,42 +32,21 @@ QColor colorOf(SymbolTint tint, QIcon::Mode mode) {
     return palette.color(QPalette::ButtonText);
 }
 
-class SymbolEngine final : public QIconEngine {
-public:
-    SymbolEngine(Symbol symbol, SymbolTint tint) : symbol_(symbol), tint_(tint) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-        constexpr qreal grid = 20;
-        constexpr qreal penWidth = 1.5;
-        const qreal unit = std::min(rect.width(), rect.height()) / grid;
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(QRectF(rect).center() - QPointF(grid, grid) * unit / 2);
-        painter->scale(unit, unit);
-        painter->strokePath(symbolLines(symbol_), QPen(colorOf(tint_, mode), penWidth,
-                                                       Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return pixmap;
-    }
-
-    QIconEngine* clone() const override { return new SymbolEngine(*this); }
-
-private:
-    Symbol symbol_;
-    SymbolTint tint_;
-};
+void drawSymbol(QPainter& painter, const QRectF& square, Symbol symbol, const QColor& color) {
+    constexpr qreal grid = 20;
+    constexpr qreal penWidth = 1.5;
+    painter.translate(square.topLeft());
+    painter.scale(square.width() / grid, square.height() / grid);
+    painter.strokePath(symbolLines(symbol),
+                       QPen(color, penWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
 
 } // namespace
 
 QIcon symbolImage(Symbol symbol, SymbolTint tint) {
-    return QIcon(new SymbolEngine(symbol, tint));
+    return drawnIcon([symbol, tint](QPainter& painter, const QRectF& square, QIcon::Mode mode) {
+        drawSymbol(painter, square, symbol, colorOf(tint, mode));
+    });
 }
 
 } // namespace hollowfernpike
