@@ -110,7 +110,7 @@ TEST_F(NewWindowManagerTest, ThatItHoldsTheSuperKeyIsNoticed) {
 }
 
 TEST_F(NewWindowManagerTest, ThatItDoesNotHoldTheSuperKeyIsNoticed) {
-    start("mutter");
+    start("icewm"); // newer versions of mutter lose windows when they are replaced
     ASSERT_TRUE(isLiveOn(*story, *front));
     replaceBy({"openbox", "--replace"});
     auto grab = story->grabOf(superJ);
