@@ -21,8 +21,8 @@ struct Locker {
     Command request; ///< what asks the program to lock; empty if it does by itself
 };
 
-void PrintTo(const Locker& locker, std::ostream* stream) {
-    *stream << locker.program.front();
+std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
+    return stream << locker.program.front();
 }
 
 /// A combination that another program holds, too, is only observed, and what is observed goes on

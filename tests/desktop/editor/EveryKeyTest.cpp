@@ -12,7 +12,7 @@ using namespace test;
 
 constexpr std::uint16_t escape = 53;
 
-constexpr std::size_t parts = 8; // of the keys, because each takes half a second
+constexpr std::size_t partsOfKeys = 8; // because each key takes half a second
 
 /// Every key that has a name, with one modifier; a part of the keys at a time.
 class EveryKeyTest : public EditorStoryTest,
@@ -44,7 +44,7 @@ protected:
 TEST_P(EveryKeyTest, IsRecordedShownAndSaved) {
     const auto keys = namedKeys();
     ASSERT_EQ(keys.size(), 80U);
-    for (std::size_t index = part(); index < keys.size(); index += parts) {
+    for (std::size_t index = part(); index < keys.size(); index += partsOfKeys) {
         const auto& key = keys[index];
         if (key.keyCode != escape) {
             ASSERT_NO_FATAL_FAILURE(save(with(key))) << key.name;
@@ -84,7 +84,7 @@ std::string nameOfCase(const testing::TestParamInfo<EveryKeyTest::ParamType>& in
 
 const auto modifiers = testing::Values(control, option, shift, command);
 INSTANTIATE_TEST_SUITE_P(, EveryKeyTest,
-                         testing::Combine(modifiers, testing::Range(std::size_t{0}, parts)),
+                         testing::Combine(modifiers, testing::Range(std::size_t{0}, partsOfKeys)),
                          nameOfCase);
 INSTANTIATE_TEST_SUITE_P(, EscapeTest, testing::Combine(modifiers, testing::Values(std::size_t{0})),
                          nameOfCase);
