@@ -71,9 +71,9 @@ rapidjson::ParseResult read(std::string_view document, std::string_view text,
     rapidjson::Reader reader;
     // Iterative, because the nesting of a bad document must not exhaust the stack; numbers as
     // text, because a detour through double would round flag words.
-    const auto result =
-        reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag>(
-            stream, handler);
+    constexpr unsigned flags =
+        rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+    const auto result = reader.Parse<flags>(stream, handler);
     // The stream shows its end as a zero byte, so a zero byte in the document looks like one.
     if (!result.IsError() && stream.Tell() < text.size()) {
         return {rapidjson::kParseErrorDocumentRootNotSingular, stream.Tell()};
