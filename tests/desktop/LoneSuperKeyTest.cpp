@@ -151,6 +151,7 @@ TEST_F(SuperKeyUnderIcewmTest, WithThePointerOverTheBareRootThePressIsShared) {
         ASSERT_TRUE(story.switchTo(front));
         story.strike(superJ);
         ASSERT_TRUE(story.isInFront(target));
+        EXPECT_TRUE(waitUntil([&] { return front.downs(story.grabOf(superJ).key) >= press; }));
         EXPECT_EQ(front.downs(story.grabOf(superJ).key), press);
     }
 }
