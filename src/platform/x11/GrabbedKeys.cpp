@@ -117,7 +117,8 @@ void GrabbedKeys::followLoneSuperKey() {
     }
 }
 
-// When the keyboard changes, whoever holds the key gives it back and grabs it anew.
+// When the keyboard changes, whoever holds the key gives it back and grabs it anew. The key is only
+// taken for free when it looks so twice in a row.
 LoneSuperKey GrabbedKeys::askForLoneSuperKey() {
     const auto found = loneSuperKey(connection_, map_->superKeys());
     const bool isFree = found == LoneSuperKey::free;

@@ -19,9 +19,10 @@ namespace hollowfernpike::x11 {
 ///
 /// Presses with the Super key can pass by grabs on the root while somebody holds that key alone
 /// (LoneSuperKey). Then they are grabbed on the windows, too, and observed besides if that does not
-/// catch them all. Whether somebody holds it is asked with every change; and because a desktop that
-/// starts may take that key late, also a few times in the 20 seconds after the first combination
-/// with Super came in, and after a window manager began.
+/// catch them all. Whether somebody holds it is asked with every change, and a few times in the
+/// next 20 seconds where the answer may soon be another: after the first combination with Super
+/// came in, after a window manager began, and after the key looked free although somebody held it
+/// before.
 class GrabbedKeys final : public KeySource {
 public:
     /// The connection and the queue outlive this object.
@@ -64,8 +65,7 @@ private:
     std::vector<platform::KeyCombination> shared_;
     std::optional<KeyboardMap> map_; ///< present while started
     bool isSuperOfInterest_ = false;
-    bool looksFree_ =
-        false; ///< the lone Super key, when last asked for; once alone is not believed
+    bool looksFree_ = false; ///< whether nobody seemed to hold the lone Super key when last asked
     LoneSuperKey loneSuperKey_ = LoneSuperKey::free;
     std::optional<FocusableWindows> windows_; ///< present while somebody holds the lone Super key
     std::deque<Observed> observed_;

@@ -29,24 +29,23 @@ TEST(UserTimeTest, aPressWithinASecondRepeatsTheOneBefore) {
     EXPECT_EQ(userTime.press(), 4U);
 }
 
-TEST(UserTimeTest, aKeyboardThatRepeatsSlowlyIsGivenTwiceItsTime) {
+/// Of a keyboard that repeats after `longest` milliseconds at the latest.
+void expectALongestGap(xcb_timestamp_t longest, xcb_timestamp_t gap) {
     x11::UserTime userTime;
-    userTime.setRepetition(660);
+    userTime.setRepetition(longest);
     userTime.record(5000, held);
-    userTime.record(6320, held);
+    userTime.record(5000 + gap, held);
     EXPECT_EQ(userTime.hold(), 1U);
-    userTime.record(7641, held);
+    userTime.record(5000 + 2 * gap + 1, held);
     EXPECT_EQ(userTime.hold(), 2U);
 }
 
+TEST(UserTimeTest, aKeyboardThatRepeatsSlowlyIsGivenTwiceItsTime) {
+    expectALongestGap(660, 1320);
+}
+
 TEST(UserTimeTest, aKeyboardThatRepeatsFastIsGivenASecond) {
-    x11::UserTime userTime;
-    userTime.setRepetition(25);
-    userTime.record(5000, held);
-    userTime.record(6000, held);
-    EXPECT_EQ(userTime.hold(), 1U);
-    userTime.record(7001, held);
-    EXPECT_EQ(userTime.hold(), 2U);
+    expectALongestGap(25, 1000);
 }
 
 TEST(UserTimeTest, anotherCombinationIsAnotherHoldAndSoIsTheFirstOneAgain) {
