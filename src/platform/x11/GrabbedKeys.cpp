@@ -19,6 +19,9 @@ constexpr std::size_t mostObserved = 16;
 /// and no event tells of it.
 constexpr std::array<std::chrono::milliseconds, 3> laterOn{1s, 5s, 20s};
 
+/// Long enough to ask again in between.
+constexpr auto longestDoubt = 5s;
+
 bool isWithSuper(const platform::KeyCombination& combination) {
     return (combination.modifierFlags & platform::event_flags::command) != 0;
 }
@@ -52,6 +55,7 @@ void GrabbedKeys::start(const KeyboardMap& map) {
 void GrabbedKeys::stop() {
     map_.reset();
     windows_.reset();
+    doubt_.reset();
     isSuperOfInterest_ = false;
     loneSuperKey_ = LoneSuperKey::free;
     selectRootEvents();
@@ -117,17 +121,29 @@ void GrabbedKeys::followLoneSuperKey() {
     }
 }
 
-// When the keyboard changes, whoever holds the key gives it back and grabs it anew. The key is only
-// taken for free when it looks so twice in a row.
+// When the keyboard changes, whoever holds the key gives it back and grabs it anew, and a burst of
+// changes can have us ask each time in between.
 LoneSuperKey GrabbedKeys::askForLoneSuperKey() {
     const auto found = loneSuperKey(connection_, map_->superKeys());
-    const bool isFree = found == LoneSuperKey::free;
-    const bool looksFreeAgain = std::exchange(looksFree_, isFree);
-    if (!isFree || looksFreeAgain || loneSuperKey_ == LoneSuperKey::free) {
+    if (found != LoneSuperKey::free || loneSuperKey_ == LoneSuperKey::free) {
+        doubt_.reset();
         return found;
     }
-    askAgainLater();
+    if (!doubt_) {
+        beginDoubt();
+    }
     return loneSuperKey_;
+}
+
+void GrabbedKeys::beginDoubt() {
+    doubt_ = std::make_shared<GrabbedKeys*>(this);
+    askAgainLater();
+    queue_.asyncAfter(longestDoubt, [doubt = std::weak_ptr(doubt_)] {
+        if (const auto keys = doubt.lock()) {
+            (*keys)->loneSuperKey_ = LoneSuperKey::free;
+            (*keys)->update();
+        }
+    });
 }
 
 void GrabbedKeys::askAgainLater() {

@@ -49,6 +49,7 @@ private:
     void selectRootEvents();
     void followLoneSuperKey();
     LoneSuperKey askForLoneSuperKey();
+    void beginDoubt();
     void askAgainLater();
     bool passesByGrabs(const platform::KeyCombination& combination) const;
     std::optional<KeyPress> readSwallowed(const xcb_generic_event_t& event);
@@ -65,8 +66,8 @@ private:
     std::vector<platform::KeyCombination> shared_;
     std::optional<KeyboardMap> map_; ///< present while started
     bool isSuperOfInterest_ = false;
-    bool looksFree_ = false; ///< whether nobody seemed to hold the lone Super key when last asked
     LoneSuperKey loneSuperKey_ = LoneSuperKey::free;
+    std::shared_ptr<GrabbedKeys*> doubt_; ///< since the key looked free although somebody held it
     std::optional<FocusableWindows> windows_; ///< present while somebody holds the lone Super key
     std::deque<Observed> observed_;
 };

@@ -280,15 +280,17 @@ TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheFirstBindingIsNoticed) {
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
 
-TEST_F(SuperKeyTest, aHolderThatGrabsItsKeysAnewWithAChangeOfTheKeyboardIsNotLost) {
+TEST_F(SuperKeyTest, aHolderThatGrabsItsKeysAnewWithEveryChangeOfTheKeyboardIsNotLost) {
     auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     EXPECT_EQ(pressesOfX(*tap), 0U);
-    const auto reports = tap->disabledReports;
     holder.reset();
-    XClient(desktop_.display()).changeKeySymbols(1);
-    ASSERT_TRUE(queue_.runUntil([&] { return tap->disabledReports > reports; }));
+    for (int change = 0; change < 3; ++change) {
+        const auto reports = tap->disabledReports;
+        XClient(desktop_.display()).changeKeySymbols(1);
+        ASSERT_TRUE(queue_.runUntil([&] { return tap->disabledReports > reports; }));
+    }
     holder = hold(Manner::mutter);
     keyboard_.strike({"LWIN", "AB02"});
     EXPECT_EQ(pressesOfX(*tap), 1U);
