@@ -24,6 +24,13 @@ protected:
         story.writeShortcuts();
         story.launchUtility();
         ASSERT_TRUE(story.isLive(story.grabOf(another)));
+        waitUntilTheSharedIsObserved();
+    }
+
+    /// Nobody else can see that; it is done before a press is answered.
+    void waitUntilTheSharedIsObserved() {
+        story.strike(another);
+        ASSERT_TRUE(story.isInFront(front));
     }
 };
 

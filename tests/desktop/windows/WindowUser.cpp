@@ -78,27 +78,27 @@ WindowUser::Point WindowUser::exportButton() {
 }
 
 xcb_window_t WindowUser::clickAdd() {
-    click(management_, addButton());
+    click(management_, [this] { return addButton(); });
     return comes(titles.adding);
 }
 
 xcb_window_t WindowUser::clickEdit(int card) {
-    click(management_, editButton(card));
+    click(management_, [&] { return editButton(card); });
     return comes(titles.editing);
 }
 
 xcb_window_t WindowUser::clickDelete(int card) {
-    click(management_, pointOf(management_, onDelete, middleOfCard(card)));
+    click(management_, [&] { return pointOf(management_, onDelete, middleOfCard(card)); });
     return comes(titles.alert);
 }
 
 xcb_window_t WindowUser::clickExport() {
-    click(management_, exportButton());
+    click(management_, [this] { return exportButton(); });
     return comes(titles.exporting);
 }
 
 xcb_window_t WindowUser::clickImport() {
-    click(management_, pointOf(management_, importMiddle, headerMiddle));
+    click(management_, [this] { return pointOf(management_, importMiddle, headerMiddle); });
     return comes(titles.importing);
 }
 
@@ -135,7 +135,7 @@ void WindowUser::record(xcb_window_t editor, const Combination& combination) {
 }
 
 void WindowUser::clickSave(xcb_window_t editor) {
-    click(editor, pointOf(editor, -40, -28));
+    click(editor, [&] { return pointOf(editor, -40, -28); });
     goes(editor);
 }
 
@@ -167,9 +167,10 @@ WindowUser::Point WindowUser::pointOf(xcb_window_t window, int x, int y) {
             .y = place.y + scale_ * y + (y < 0 ? place.height : 0)};
 }
 
-void WindowUser::click(xcb_window_t window, Point point) {
+void WindowUser::click(xcb_window_t window, const std::function<Point()>& place) {
     waitForKeys(window);
-    mouse.click(point.x, point.y);
+    const auto [x, y] = place();
+    mouse.click(x, y);
 }
 
 void WindowUser::waitForKeys(xcb_window_t window) {
