@@ -34,9 +34,9 @@ protected:
     /// Starts the program under the eyes of somebody who writes down every socket that it or a
     /// program of its own opens.
     std::unique_ptr<ChildProcess> startWatched() {
-        return story.desktop.start({"strace", "--follow-forks", "--trace=socket", "--quiet=all",
-                                    "--interruptible=anywhere", "--output=" + sockets.string(),
-                                    installed::program});
+        return story.desktop.start({"strace", "--follow-forks", "--seccomp-bpf", "--trace=socket",
+                                    "--quiet=all", "--interruptible=anywhere",
+                                    "--output=" + sockets.string(), installed::program});
     }
 
     std::vector<std::string> openedSockets() const {

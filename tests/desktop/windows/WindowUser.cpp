@@ -217,9 +217,12 @@ bool WindowUser::isShown(xcb_window_t window) {
 
 void WindowUser::require(const std::function<bool()>& condition, const std::string& what) {
     if (!waitUntil(condition)) {
-        throw std::runtime_error(
-            what + "; in front: " + story_.pager.titleOf(story_.pager.activeWindow()) + '\n' +
-            story_.utilityTells());
+        auto message =
+            what + "; in front: " + story_.pager.titleOf(story_.pager.activeWindow()) + "; shown:";
+        for (const auto window : story_.pager.stacking()) {
+            message += " \"" + story_.pager.titleOf(window) + '"';
+        }
+        throw std::runtime_error(message + '\n' + story_.utilityTells());
     }
 }
 
