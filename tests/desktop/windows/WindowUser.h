@@ -113,8 +113,8 @@ private:
     /// A point of a window, in pixels of the utility; from its right or lower edge if negative.
     Point pointOf(xcb_window_t window, int x, int y);
 
-    /// Clicks into the window once it has the keys: a change of the focus lets go of a button. Where
-    /// to click is asked then, because a window may still move until it has them.
+    /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
+    /// Where to click is asked then, because a window may still move until it has them.
     void click(xcb_window_t window, const std::function<Point()>& place);
     bool isShown(xcb_window_t window);
     void waitForKeys(xcb_window_t window);
