@@ -130,6 +130,14 @@ protected:
         story.startUtility();
         EXPECT_TRUE(isLiveOn(story, front));
         EXPECT_TRUE(isLiveOn(story, target));
+        letTheKeysBeGrabbedAnew();
+    }
+
+    /// The first key press changes the keyboard, and icewm grabs its keys anew. It has done so when
+    /// it answers what is asked of it later.
+    void letTheKeysBeGrabbedAnew() {
+        EXPECT_TRUE(story.getsKeys(front));
+        EXPECT_TRUE(story.switchTo(target));
     }
 
     void point(const char* x, const char* y) { story.run({"xdotool", "mousemove", x, y}); }
