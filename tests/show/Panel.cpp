@@ -1,6 +1,7 @@
 #include "show/Panel.h"
 
 #include "show/Camera.h"
+#include "support/WaitUntil.h"
 
 #include <filesystem>
 #include <fstream>
@@ -8,6 +9,9 @@
 namespace hollowfernpike::show {
 
 namespace {
+
+using namespace std::chrono_literals;
+using test::waitUntil;
 
 std::string settings(int scale) {
     const auto pixels = [scale](int count) { return std::to_string(count * scale); };
@@ -35,11 +39,17 @@ void Panel::showsSymbol() {
                   "the panel does not show the symbol: " + panel_->errors());
 }
 
+// Where another application has just come to the front, the toolkit tells so a tenth of a second
+// late, and closes what has been opened meanwhile.
 void Panel::openMenu() {
     showsSymbol();
     const auto symbol = user_.screen.statusSymbol();
-    user_.mouse.click(symbol.x + symbol.width / 2, symbol.y + symbol.height / 2);
-    user_.require([this] { return user_.screen.popups().size() == 1; }, "the menu does not open");
+    const auto staysOpen = [&] {
+        user_.mouse.click(symbol.x + symbol.width / 2, symbol.y + symbol.height / 2);
+        return waitUntil([this] { return user_.screen.popups().size() == 1; }, 2s) &&
+               !waitUntil([this] { return user_.screen.popups().empty(); }, 300ms);
+    };
+    user_.require(staysOpen, "the menu does not open");
 }
 
 void Panel::openLanguages() {
