@@ -4,6 +4,7 @@
 #include <charconv>
 #include <csignal>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string_view>
@@ -48,9 +49,19 @@ std::string writeScript(const std::string& path, const std::string& script) {
     return path;
 }
 
-bool runs(const std::filesystem::directory_entry& process, const std::filesystem::path& program) {
+bool runs(const std::filesystem::path& process, const std::filesystem::path& program) {
     std::error_code failure;
-    return std::filesystem::read_symlink(process.path() / "exe", failure) == program;
+    return std::filesystem::read_symlink(process / "exe", failure) == program;
+}
+
+/// Whether it has let go of its program, but not come to its end. Nobody can wait for it yet.
+bool isEnding(const std::filesystem::path& process) {
+    std::error_code failure;
+    const auto program = std::filesystem::read_symlink(process / "exe", failure);
+    std::ifstream file(process / "stat");
+    const std::string status{std::istreambuf_iterator<char>(file), {}};
+    const auto state = status.rfind(") ");
+    return program.empty() && state != std::string::npos && status.compare(state, 3, ") Z") != 0;
 }
 
 std::size_t count(const std::vector<SeenKey>& keys, bool down, unsigned key) {
@@ -116,9 +127,15 @@ std::size_t Application::starts() const {
 }
 
 std::vector<pid_t> Application::copies() const {
+    const auto lines = log();
+    const auto hasTold = [&lines](const std::string& id) {
+        return std::ranges::find(lines, "started " + id) != lines.end();
+    };
     std::vector<pid_t> result;
-    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
-        if (const auto id = number(process.path().filename()); id && runs(process, program_)) {
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const auto& process = entry.path();
+        const auto id = number(process.filename());
+        if (id && (runs(process, program_) || (hasTold(process.filename()) && isEnding(process)))) {
             result.push_back(static_cast<pid_t>(*id));
         }
     }

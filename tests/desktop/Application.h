@@ -52,7 +52,7 @@ public:
     /// How many copies were ever started.
     std::size_t starts() const;
 
-    /// The processes that run it now.
+    /// The processes that run it now, those on their way to the end included.
     std::vector<pid_t> copies() const;
 
     /// Its windows that came to the screen, the oldest first.

@@ -39,6 +39,12 @@ bool hasShownItself(const Launch& launch, const ClientWindows& windows) {
            anyIs(isOfDescendant);
 }
 
+/// Whether its process has ended, even if the news of that has not come yet.
+bool hasEnded(const Launch& launch) {
+    const auto status = launch.process ? processStatus(*launch.process) : std::nullopt;
+    return launch.process && (!status || status->hasEnded);
+}
+
 void await(Launch& launch, const platform::Workspace::OpenCompletion& completion) {
     if (!completion) {
         return;
@@ -68,6 +74,9 @@ platform::StartingApplication announcementOf(const DesktopEntry& entry) {
 } // namespace
 
 bool LaunchesUnderWay::join(const FileStamp& file, bool activates, const Completion& completion) {
+    if (const auto ended = find(file); ended && hasEnded(*ended)) {
+        finish(*ended);
+    }
     const auto hold = feedback_.holdCount();
     std::erase_if(outcomes_, [&](const auto& kept) { return hold == 0 || kept.hold != hold; });
     if (const auto launch = find(file)) {

@@ -204,6 +204,18 @@ TEST_F(LaunchesUnderWayTest, AProgramThatEndsAtOnceIsNotStartedAgainByTheSameHol
     EXPECT_NE(launched(path), first);
 }
 
+TEST_F(LaunchesUnderWayTest, AProgramThatHasEndedIsStartedByTheNextHoldThoughNobodyHasToldYet) {
+    const auto path = home_.addEntry("brief", home_.witness("leave"));
+    const auto first = launched(path);
+    ASSERT_TRUE(test::waitUntil([=] { return test::processState(first) == "Z"; }));
+    ++feedback_.holds;
+    const auto second = launched(path);
+    EXPECT_NE(second, first);
+    EXPECT_THAT(feedback_.ended, SizeIs(1));
+    ASSERT_TRUE(test::waitUntil([=] { return test::processState(second) == "Z"; }));
+    EXPECT_EQ(launched(path), second);
+}
+
 TEST_F(LaunchesUnderWayTest, AHoldThatJoinedStartsNothingMoreEither) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);
