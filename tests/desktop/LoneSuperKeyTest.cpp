@@ -26,10 +26,19 @@ testing::AssertionResult isLiveOn(Story& story, const Application& application) 
     return story.isLive(grab);
 }
 
+/// Who holds the Super key freezes the keyboard until it has answered a press. If that takes longer
+/// than a key has to be held down to repeat, the server repeats the key without end, though it was
+/// let go, and the program in front takes it for typing. To be called when the window manager runs:
+/// mutter turns the repetition on.
+void turnRepetitionOff(Story& story) {
+    story.run({"xset", "r", "off"});
+}
+
 /// Window managers that open something of theirs with the Super key alone.
 class LoneSuperKeyTest : public testing::TestWithParam<const char*> {
 protected:
     LoneSuperKeyTest() {
+        turnRepetitionOff(story);
         for (const auto set : modifierSets()) {
             if ((set & command) != 0) {
                 story.bind({letterJ, set}, target);
@@ -94,6 +103,7 @@ protected:
     void replaceBy(const std::vector<std::string>& program) {
         story->desktop.windowManager().signal(SIGKILL);
         successor = startNewWindowManager(*story, program);
+        turnRepetitionOff(*story);
     }
 
     std::optional<Story> story;
@@ -126,6 +136,7 @@ TEST_F(NewWindowManagerTest, ThatItDoesNotHoldTheSuperKeyIsNoticed) {
 class SuperKeyUnderIcewmTest : public testing::Test {
 protected:
     SuperKeyUnderIcewmTest() {
+        turnRepetitionOff(story);
         story.bind(superJ, target);
         story.startUtility();
         EXPECT_TRUE(isLiveOn(story, front));

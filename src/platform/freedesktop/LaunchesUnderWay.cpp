@@ -125,15 +125,16 @@ void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
     if (!find(launch->entry.stamp)) {
         return;
     }
+    launch->windowsBefore = countWindows(windows_.clientWindows(), launch->entry);
     if (!windowWatch_) {
         windowWatch_ = windows_.watch([this] { lookForWindows(); });
     }
-    launch->windowsBefore = countWindows(windows_.clientWindows(), launch->entry);
     mainQueue_.asyncAfter(limit, [this, weak = std::weak_ptr(launch)] {
         if (const auto late = weak.lock()) {
             giveUp(*late);
         }
     });
+    lookForWindows(); // for what came before the watch
 }
 
 void LaunchesUnderWay::finish(Launch& launch) {

@@ -60,6 +60,20 @@ TEST_F(LaunchesUnderWayTest, OnceTheProcessShowsAWindowTheNextRequestStartsAnoth
     EXPECT_THAT(feedback_.ended, IsEmpty());
 }
 
+TEST_F(LaunchesUnderWayTest, AWindowThatIsThereBeforeAnybodyWatchesEndsTheLaunchToo) {
+    const auto path = home_.addEntry("double", home_.witness("stay"));
+    std::optional<std::int32_t> first;
+    workspace_.openApplication(path, {.activates = true}, [&](const auto& result) {
+        first = result.processIdentifier;
+        windows_.show({.process = first, .owner = {}});
+    });
+    ASSERT_TRUE(first);
+    EXPECT_FALSE(windows_.isWatched());
+    windows_.closeAll();
+    ++feedback_.holds;
+    EXPECT_NE(launched(path), first);
+}
+
 TEST_F(LaunchesUnderWayTest, TheSameHoldStartsNothingMoreOnceTheWindowWasShownAndClosed) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);
