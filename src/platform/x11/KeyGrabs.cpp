@@ -22,7 +22,11 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
         }
     }
     ungrabUnwanted(wishes);
-    const auto refused = grabMissing(wishes, combinations.size());
+    std::erase_if(refused_, [&](const auto& press) { return !wishes.contains(press); });
+    std::vector<bool> refused(combinations.size());
+    for (const bool refusedBefore : {true, false}) {
+        grabMissing(wishes, refusedBefore, refused);
+    }
     std::erase_if(wishes, [&](const auto& wish) { return refused[wish.second.combination]; });
     ungrabUnwanted(wishes);
     if (std::exchange(isUnconfirmed_, false)) {
@@ -63,6 +67,7 @@ void KeyGrabs::setWindows(std::vector<xcb_window_t> windows) {
 void KeyGrabs::release() {
     setWindows({});
     held_.clear();
+    refused_.clear();
     xcb_ungrab_key(connection_.get(), XCB_GRAB_ANY, connection_.root(), XCB_MOD_MASK_ANY);
     xcb_aux_sync(connection_.get());
 }
@@ -88,25 +93,27 @@ void KeyGrabs::ungrabUnwanted(const Wishes& wishes) {
     });
 }
 
-std::vector<bool> KeyGrabs::grabMissing(const Wishes& wishes, std::size_t combinationCount) {
+void KeyGrabs::grabMissing(const Wishes& wishes, bool refusedBefore, std::vector<bool>& refused) {
     std::vector<std::pair<Wishes::const_iterator, xcb_void_cookie_t>> attempts;
     for (auto wish = wishes.begin(); wish != wishes.end(); ++wish) {
         const auto& press = wish->first;
-        if (!held_.contains(press)) {
+        if (!held_.contains(press) && !refused[wish->second.combination] &&
+            refused_.contains(press) == refusedBefore) {
             attempts.emplace_back(wish,
                                   xcb_grab_key_checked(connection_.get(), 0, connection_.root(),
                                                        press.modifiers, press.key,
                                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC));
         }
     }
-    std::vector<bool> refused(combinationCount);
     for (const auto& [wish, cookie] : attempts) {
         const auto& [press, wanted] = *wish;
         const Reply<xcb_generic_error_t> error{xcb_request_check(connection_.get(), cookie)};
         if (error) {
             refused[wanted.combination] = true;
+            refused_.insert(press);
             continue;
         }
+        refused_.erase(press);
         held_.emplace(press, Hold{cookie.sequence, wanted.isWithSuper});
         if (wanted.isWithSuper) {
             for (const auto window : windows_) {
@@ -114,7 +121,6 @@ std::vector<bool> KeyGrabs::grabMissing(const Wishes& wishes, std::size_t combin
             }
         }
     }
-    return refused;
 }
 
 void KeyGrabs::grabOn(xcb_window_t window, const KeyState& press) {

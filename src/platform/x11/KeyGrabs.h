@@ -3,6 +3,7 @@
 #include "platform/x11/KeyboardMap.h"
 
 #include <map>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -16,8 +17,9 @@ public:
 
     /// Grabs every press of these combinations on the root window and gives back what else was
     /// held; what stays is not touched. Returns the combinations of which another client holds a
-    /// part: nothing of them is held. Combinations that the map cannot produce are left out. Waits
-    /// for the server.
+    /// part: nothing of them is held. Of those, the part that was refused is tried first and alone,
+    /// so that nothing is swallowed meanwhile. Combinations that the map cannot produce are left
+    /// out. Waits for the server.
     std::vector<platform::KeyCombination>
     update(const KeyboardMap& map, std::span<const platform::KeyCombination> combinations);
 
@@ -45,12 +47,13 @@ private:
     using Wishes = std::map<KeyState, Wish>;
 
     void ungrabUnwanted(const Wishes& wishes);
-    std::vector<bool> grabMissing(const Wishes& wishes, std::size_t combinationCount);
+    void grabMissing(const Wishes& wishes, bool refusedBefore, std::vector<bool>& refused);
     void grabOn(xcb_window_t window, const KeyState& press);
     void ungrabOn(xcb_window_t window, const KeyState& press);
 
     const Connection& connection_;
     std::map<KeyState, Hold> held_;
+    std::set<KeyState> refused_;        ///< by another client, when last asked for
     std::vector<xcb_window_t> windows_; ///< sorted
     bool isUnconfirmed_ = false; ///< whether something was asked for that may not be done yet
 };
