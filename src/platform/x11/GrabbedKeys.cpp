@@ -19,7 +19,7 @@ constexpr std::size_t mostObserved = 16;
 /// and no event tells of it.
 constexpr std::array<std::chrono::milliseconds, 3> laterOn{1s, 5s, 20s};
 
-/// Long enough to ask again in between.
+/// Longer than the first of these delays, so that we have asked again by then.
 constexpr auto longestDoubt = 5s;
 
 bool isWithSuper(const platform::KeyCombination& combination) {
@@ -121,8 +121,9 @@ void GrabbedKeys::followLoneSuperKey() {
     }
 }
 
-// When the keyboard changes, whoever holds the key gives it back and grabs it anew, and a burst of
-// changes can have us ask each time in between.
+// When the keyboard changes, whoever holds the key gives it back and grabs it anew, and we may ask
+// in between, with each change of a burst. So it counts as free only after it has looked free for
+// `longestDoubt`.
 LoneSuperKey GrabbedKeys::askForLoneSuperKey() {
     const auto found = loneSuperKey(connection_, map_->superKeys());
     if (found != LoneSuperKey::free || loneSuperKey_ == LoneSuperKey::free) {
