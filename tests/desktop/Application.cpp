@@ -49,19 +49,16 @@ std::string writeScript(const std::string& path, const std::string& script) {
     return path;
 }
 
-bool runs(const std::filesystem::path& process, const std::filesystem::path& program) {
+/// Empty once it has let go of its program, as it does before it ends.
+std::filesystem::path programOf(pid_t process) {
     std::error_code failure;
-    return std::filesystem::read_symlink(process / "exe", failure) == program;
+    return std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/exe", failure);
 }
 
-/// Whether it has let go of its program, but not come to its end. Nobody can wait for it yet.
-bool isEnding(const std::filesystem::path& process) {
-    std::error_code failure;
-    const auto program = std::filesystem::read_symlink(process / "exe", failure);
-    std::ifstream file(process / "stat");
-    const std::string status{std::istreambuf_iterator<char>(file), {}};
-    const auto state = status.rfind(") ");
-    return program.empty() && state != std::string::npos && status.compare(state, 3, ") Z") != 0;
+/// Whether nobody can wait for it yet.
+bool isEnding(pid_t process) {
+    const auto state = processState(process);
+    return programOf(process).empty() && !state.empty() && state != "Z";
 }
 
 std::size_t count(const std::vector<SeenKey>& keys, bool down, unsigned key) {
@@ -133,10 +130,11 @@ std::vector<pid_t> Application::copies() const {
     };
     std::vector<pid_t> result;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        const auto& process = entry.path();
-        const auto id = number(process.filename());
-        if (id && (runs(process, program_) || (hasTold(process.filename()) && isEnding(process)))) {
-            result.push_back(static_cast<pid_t>(*id));
+        const auto name = entry.path().filename().string();
+        const auto process = static_cast<pid_t>(number(name).value_or(0));
+        if (process != 0 &&
+            (programOf(process) == program_ || (hasTold(name) && isEnding(process)))) {
+            result.push_back(process);
         }
     }
     return result;

@@ -5,6 +5,7 @@
 #include <array>
 #include <csignal>
 #include <cstring>
+#include <fstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -144,6 +145,14 @@ bool ChildProcess::hasEnded() {
 
 std::optional<int> ChildProcess::wait(std::chrono::milliseconds longest) {
     return waitUntil([this] { return hasEnded(); }, longest) ? status_ : std::nullopt;
+}
+
+std::string processState(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string text;
+    std::getline(file, text); // fails, and does not throw, if the process ends meanwhile
+    const auto nameEnd = text.rfind(") ");
+    return nameEnd == std::string::npos ? std::string{} : text.substr(nameEnd + 2, 1);
 }
 
 } // namespace hollowfernpike::test

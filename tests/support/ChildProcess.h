@@ -55,4 +55,7 @@ private:
     std::optional<int> status_;
 };
 
+/// The state letter of any process ("S", "Z", ...); empty if there is none.
+std::string processState(pid_t process);
+
 } // namespace hollowfernpike::test

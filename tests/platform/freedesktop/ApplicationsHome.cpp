@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include <sys/wait.h>
@@ -125,13 +124,6 @@ std::vector<WitnessReport> ApplicationsHome::awaitWitnesses(std::size_t count) c
         throw std::runtime_error("the launched programs did not report");
     }
     return witnesses();
-}
-
-std::string processState(pid_t process) {
-    std::ifstream input("/proc/" + std::to_string(process) + "/stat");
-    const std::string text{std::istreambuf_iterator<char>(input), {}};
-    const auto end = text.rfind(") ");
-    return end == std::string::npos ? std::string{} : text.substr(end + 2, 1);
 }
 
 } // namespace hollowfernpike::test

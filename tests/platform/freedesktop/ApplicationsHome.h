@@ -64,7 +64,4 @@ private:
     TemporaryDirectory directory_;
 };
 
-/// The state letter of a process ("S", "Z", ...); empty if there is none.
-std::string processState(pid_t process);
-
 } // namespace hollowfernpike::test

@@ -2,6 +2,7 @@
 
 #include "platform/freedesktop/ApplicationsHome.h"
 #include "platform/freedesktop/Workspace.h"
+#include "support/ChildProcess.h"
 #include "support/FakeClientWindows.h"
 #include "support/FakeLaunchFeedback.h"
 #include "support/FakeMainQueue.h"
