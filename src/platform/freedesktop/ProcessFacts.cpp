@@ -88,7 +88,9 @@ void readEnvironment(int directory, std::int32_t process, ProcessFacts& facts) {
         {{std::string{launchedFileVariable} + '=', &facts.launchedEntry},
          {std::string{launchedNumberVariable} + '=', &launchedNumber},
          {"DISPLAY=", &facts.display}}};
-    forEachPart(contents(directory, "environ"), '\0', [&](std::string_view variable) {
+    const auto variables = contents(directory, "environ");
+    facts.hasEnvironment = !variables.empty();
+    forEachPart(variables, '\0', [&](std::string_view variable) {
         for (const auto& [prefix, value] : wanted) {
             if (variable.starts_with(prefix)) {
                 *value = variable.substr(prefix.size());
@@ -157,8 +159,8 @@ ProcessFacts processFacts(std::int32_t process) {
     facts.flatpakApplication = flatpakApplication(directory.get());
     facts.controlGroup = controlGroup(directory.get());
     facts.executable = executable(directory.get());
-    facts.commandLine = commandLine(directory.get());
     readEnvironment(directory.get(), process, facts);
+    facts.commandLine = commandLine(directory.get());
     return facts;
 }
 

@@ -7,11 +7,14 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// What a process reveals of the application that it runs. What it hides from us is empty.
+/// What a process reveals of the application that it runs. What it hides from us is empty. While a
+/// program is being loaded, its file can be read before its environment and its arguments; while it
+/// ends, a moment longer.
 struct ProcessFacts {
     std::string flatpakApplication; ///< told by the sandbox that it lives in
     std::string controlGroup;       ///< path in the hierarchy that the service manager keeps
     std::string launchedEntry;      ///< path of the entry by which this very process was started
+    bool hasEnvironment = false;    ///< whether it tells any of its variables
     std::string display;            ///< DISPLAY
     std::string executable;         ///< path of the file
     std::vector<std::string> commandLine;

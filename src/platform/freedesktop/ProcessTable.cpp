@@ -76,6 +76,11 @@ std::string_view withoutScreen(std::string_view display) {
     return hasScreen ? display.substr(0, dot) : display;
 }
 
+// Not while a program is being loaded or ends, and so cannot tell its display.
+bool isInPlace(const ProcessFacts& process) {
+    return process.executable.empty() || process.hasEnvironment;
+}
+
 bool isOfThisDisplay(const ProcessFacts& process) {
     const char* const ourDisplay = std::getenv("DISPLAY");
     return ourDisplay == nullptr || process.display.empty() ||
@@ -133,8 +138,9 @@ ProcessTable::Known ProcessTable::look(std::int32_t process) const {
     }
     if (const auto status = processStatus(process)) {
         known.status = *status;
-        known.isYoung = startedJustNow(*status);
-        known.identifier = resolve(process);
+        const auto facts = processFacts(process);
+        known.isYoung = startedJustNow(*status) || !isInPlace(facts);
+        known.identifier = resolve(facts);
     }
     return known;
 }
@@ -151,12 +157,11 @@ void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
     }
 }
 
-std::string ProcessTable::resolve(std::int32_t process) const {
-    const auto facts = processFacts(process);
-    if (!isOfThisDisplay(facts)) {
+std::string ProcessTable::resolve(const ProcessFacts& process) const {
+    if (!isInPlace(process) || !isOfThisDisplay(process)) {
         return {};
     }
-    const auto* entry = freedesktop::applicationOf(facts, entries_.index());
+    const auto* entry = freedesktop::applicationOf(process, entries_.index());
     return entry == nullptr ? std::string{} : entry->identifier;
 }
 

@@ -43,7 +43,7 @@ private:
     struct Known {
         std::string identifier; ///< empty for a process that runs no application of ours
         ProcessStatus status;
-        bool isYoung = false;    ///< it may yet become another program
+        bool isYoung = false;    ///< it may yet become another program, or tell more
         std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
         std::uint64_t scan = 0;
     };
@@ -52,7 +52,7 @@ private:
     void scan();
     Known look(std::int32_t process) const;
     void lookAgain(std::int32_t process, Known& known) const;
-    std::string resolve(std::int32_t process) const;
+    std::string resolve(const ProcessFacts& process) const;
     bool isHelper(const LiveProcess& process, const std::vector<LiveProcess>& candidates) const;
 
     DesktopEntries& entries_;

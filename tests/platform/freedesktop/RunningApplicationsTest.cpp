@@ -160,6 +160,24 @@ TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSession) {
     EXPECT_THAT(running("org.example.remote"), ElementsAre(ours->pid()));
 }
 
+// A program's file can be read a moment before its environment, and a moment longer.
+TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSessionWhileItStartsAndEnds) {
+    ::setenv("DISPLAY", ":7", 1);
+    install("org.example.remote");
+    const std::vector<std::string> program{home_.program("org.example.remote"),
+                                           home_.reports().string(), "stay"};
+    for (std::size_t round = 1; round <= 150; ++round) {
+        const ChildProcess theirs(program, {{"DISPLAY", ":8"}});
+        while (home_.witnesses().size() < round) {
+            ASSERT_THAT(running("org.example.remote"), IsEmpty()) << round;
+        }
+        theirs.signal(SIGKILL);
+        while (test::processState(theirs.pid()) != "Z") {
+            ASSERT_THAT(running("org.example.remote"), IsEmpty()) << round;
+        }
+    }
+}
+
 TEST_F(RunningApplicationsTest, AnInstanceThatEndsIsSeenToBeGone) {
     install("org.example.brief");
     auto process = start("org.example.brief", "stay");
