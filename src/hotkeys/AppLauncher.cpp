@@ -1,9 +1,8 @@
 #include "hotkeys/AppLauncher.h"
 
-#include "platform/ProcessActivation.h"
 #include "platform/RunningApplications.h"
 #include "platform/TextComparison.h"
-#include "platform/WindowList.h"
+#include "platform/Windows.h"
 #include "platform/Workspace.h"
 
 #include <algorithm>
@@ -19,9 +18,8 @@ bool isASCII(std::string_view text) {
 } // namespace
 
 AppLauncher::AppLauncher(const platform::Services& services)
-    : processActivation_(services.processActivation),
-      runningApplications_(services.runningApplications), textComparison_(services.textComparison),
-      windowList_(services.windowList), workspace_(services.workspace) {}
+    : runningApplications_(services.runningApplications), textComparison_(services.textComparison),
+      windows_(services.windows), workspace_(services.workspace) {}
 
 void AppLauncher::performLaunchOrActivate(const std::string& bundleIdentifier,
                                           const std::string& appName, const std::string& appPath) {
@@ -38,7 +36,7 @@ void AppLauncher::performLaunchOrActivate(const std::string& bundleIdentifier,
 }
 
 std::optional<std::int32_t> AppLauncher::findPIDByWindowOwnerName(std::string_view name) {
-    const auto windows = windowList_.copyWindowInfo();
+    const auto windows = windows_.copyWindowInfo();
     if (!windows) {
         return std::nullopt;
     }
@@ -50,7 +48,7 @@ std::optional<std::int32_t> AppLauncher::findPIDByWindowOwnerName(std::string_vi
 }
 
 void AppLauncher::bringToFront(std::int32_t processIdentifier) {
-    if (processActivation_.bringToFront(processIdentifier)) {
+    if (windows_.bringToFront(processIdentifier)) {
         return;
     }
     if (const auto application = runningApplications_.withProcessIdentifier(processIdentifier)) {

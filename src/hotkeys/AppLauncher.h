@@ -33,10 +33,9 @@ private:
     void bringToFront(std::int32_t processIdentifier);
     bool equal(std::string_view left, std::string_view right);
 
-    platform::ProcessActivation& processActivation_;
     platform::RunningApplications& runningApplications_;
     platform::TextComparison& textComparison_;
-    platform::WindowList& windowList_;
+    platform::Windows& windows_;
     platform::Workspace& workspace_;
 };
 

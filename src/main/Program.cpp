@@ -1,11 +1,34 @@
 #include "main/Program.h"
 
 #include "hotkeys/HotkeyManager.h"
+#include "platform/LaunchFeedback.h"
+#include "platform/Windows.h"
 
 namespace hollowfernpike {
 
-Program::Program(platform::UserDefaults& userDefaults, qt::TerminationSignals& terminationSignals)
-    : userDefaults_(userDefaults) {
+Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
+                 qt::TerminationSignals& terminationSignals)
+    : desktop_(desktop.open({.mainQueue = mainQueue_,
+                             .runLoop = runLoop_,
+                             .windowOwners = windowOwners_,
+                             .onLost = [this] { application_.terminate(); }})),
+      services_{
+          .accessibilityTrust = trustPrompt_,
+          .application = application_,
+          .applicationBundles = applicationBundles_,
+          .eventTaps = desktop_->eventTaps(),
+          .fileManager = fileManager_,
+          .loginItem = loginItem_,
+          .mainQueue = mainQueue_,
+          .notificationCenter = notificationCenter_,
+          .runningApplications = runningApplications_,
+          .statusBar = statusBar_,
+          .textComparison = textComparison_,
+          .userDefaults = userDefaults,
+          .windows = desktop_->windows(),
+          .workspace = workspace_,
+          .standardOutput = std::cout,
+      } {
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);
@@ -15,46 +38,27 @@ Program::Program(platform::UserDefaults& userDefaults, qt::TerminationSignals& t
 void Program::perform(const std::string& action, const std::string& startupIdentifier) {
     mainQueue_.async([this, action, startupIdentifier] {
         if (!startupIdentifier.empty() && isLive()) {
-            applications()->endStartup(startupIdentifier);
+            desktop_->launchFeedback().end(startupIdentifier);
         }
         application_.performAction(action.empty() ? defaultAction : action);
     });
 }
 
 int Program::run(const std::string& action) {
-    mainQueue_.async([this] { prepare(); });
+    // The first key press would pay for reading the applications and the windows' owners.
+    mainQueue_.async([this] {
+        if (isLive()) {
+            desktop_->windows().clientWindows();
+        }
+    });
     if (!action.empty()) {
         perform(action, {});
     }
     return application_.run();
 }
 
-xcb_connection_t* Program::toolkitConnection() {
-    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
-}
-
-void Program::prepare() {
-    if (isLive()) {
-        applications()->prepare();
-    }
-}
-
 bool Program::isLive() {
-    return HotkeyManager::shared().eventTap() != nullptr && applications() != nullptr;
-}
-
-X11Applications* Program::applications() {
-    if (!applications_) {
-        if (auto connection = x11::Connection::open()) {
-            applications_.emplace(std::move(connection), entries_, userTime_, mainQueue_, runLoop_);
-        }
-    }
-    return applications_ ? &*applications_ : nullptr;
-}
-
-const ApplicationServices* Program::applicationServices() {
-    const auto* found = applications();
-    return found == nullptr ? nullptr : &found->services();
+    return HotkeyManager::shared().eventTap() != nullptr;
 }
 
 } // namespace hollowfernpike

@@ -2,16 +2,18 @@
 
 #include "app/AppDelegate.h"
 #include "app/Language.h"
-#include "app/LateApplications.h"
 #include "main/TrustPrompt.h"
-#include "main/X11Applications.h"
+#include "platform/Desktop.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"
 #include "platform/freedesktop/ApplicationBundles.h"
 #include "platform/freedesktop/FileManager.h"
 #include "platform/freedesktop/LoginItem.h"
+#include "platform/freedesktop/RunningApplications.h"
 #include "platform/freedesktop/SessionBus.h"
 #include "platform/freedesktop/TextComparison.h"
+#include "platform/freedesktop/WindowOwners.h"
+#include "platform/freedesktop/Workspace.h"
 #include "platform/qt/Application.h"
 #include "platform/qt/BusConnection.h"
 #include "platform/qt/MainQueue.h"
@@ -20,18 +22,12 @@
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/ToolkitTexts.h"
 #include "platform/qt/UserDefaults.h"
-#include "platform/x11/AccessibilityTrust.h"
-#include "platform/x11/EventTaps.h"
-#include "platform/x11/OwnWindows.h"
-#include "platform/x11/SystemTray.h"
 
-#include <cstdint>
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include <QApplication>
+#include <QCoreApplication>
 
 namespace hollowfernpike {
 
@@ -49,12 +45,12 @@ public:
     ~ServicesHandOver() { platform::setServices(nullptr); }
 };
 
-/// The program from its start to its end, on an X11 desktop: every service has its backend here.
-/// Made when there is a QApplication. Main thread only.
+/// The program from its start to its end. Made when there is a QApplication. Main thread only.
 class Program {
 public:
-    /// Both outlive this.
-    Program(platform::UserDefaults& userDefaults, qt::TerminationSignals& terminationSignals);
+    /// The last two outlive this.
+    Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
+            qt::TerminationSignals& terminationSignals);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program() = default;
@@ -72,70 +68,36 @@ public:
     int run(const std::string& action);
 
 private:
-    /// The toolkit's own, which lives as long as the QApplication.
-    static xcb_connection_t* toolkitConnection();
+    static bool isLive();
 
-    void prepare();
-
-    /// Whether the desktop trusts us, and can be reached.
-    bool isLive();
-    X11Applications* applications();
-    const ApplicationServices* applicationServices();
-
-    platform::UserDefaults& userDefaults_;
     qt::MainQueue mainQueue_;
     qt::RunLoop runLoop_;
-    x11::OwnWindows ownWindows_{toolkitConnection()};
-    qt::Application application_{{
-        .setShownInTaskBar =
-            [this](std::uintptr_t window, bool shown) {
-                ownWindows_.setShownInTaskBar(static_cast<xcb_window_t>(window), shown);
-            },
-        .bringToFront =
-            [this](std::uintptr_t window) {
-                ownWindows_.bringToFront(static_cast<xcb_window_t>(window));
-            },
-    }};
-    x11::SystemTray systemTray_{toolkitConnection(), runLoop_};
+    freedesktop::DesktopEntries entries_;
+    freedesktop::WindowOwners windowOwners_{entries_};
+    std::unique_ptr<platform::Desktop> desktop_;
+    qt::Application application_{desktop_->ownWindows()};
     std::unique_ptr<qt::BusConnection> bus_ =
         freedesktop::SessionBus::isKnown() ? std::make_unique<qt::BusConnection>() : nullptr;
-    qt::StatusBar statusBar_{application_, systemTray_, bus_.get()};
-    x11::UserTime userTime_;
-    TrustPrompt trustPrompt_;
-    x11::AccessibilityTrust trust_{
-        [this](x11::TrustProblem problem) { trustPrompt_.show(problem); },
-        {},
-        [this] { trustPrompt_.close(); }};
-    x11::EventTaps eventTaps_{mainQueue_, userTime_, {}, [this] { application_.terminate(); }};
+    qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_.get()};
+    TrustPrompt trustPrompt_{*desktop_};
+    freedesktop::ProcessTable processes_{entries_};
+    freedesktop::Workspace workspace_{entries_,
+                                      processes_,
+                                      desktop_->windows(),
+                                      desktop_->launchFeedback(),
+                                      runLoop_,
+                                      mainQueue_};
+    freedesktop::RunningApplications runningApplications_{entries_, processes_, desktop_->windows(),
+                                                          workspace_};
     freedesktop::FileManager fileManager_;
     freedesktop::LoginItem loginItem_{QCoreApplication::applicationFilePath().toStdString()};
-    freedesktop::DesktopEntries entries_;
     freedesktop::ApplicationBundles applicationBundles_{entries_};
     freedesktop::TextComparison textComparison_;
     platform::NotificationCenter notificationCenter_;
     qt::ToolkitTexts toolkitTexts_;
     std::unique_ptr<platform::Subscription> languageObservation_ = notificationCenter_.observe(
         languageDidChange, [this] { toolkitTexts_.setLanguage(Language::current().rawValue()); });
-    std::optional<X11Applications> applications_;
-    LateApplications lateApplications_{[this] { return applicationServices(); }};
-    platform::Services services_{
-        .accessibilityTrust = trust_,
-        .application = application_,
-        .applicationBundles = applicationBundles_,
-        .eventTaps = eventTaps_,
-        .fileManager = fileManager_,
-        .loginItem = loginItem_,
-        .mainQueue = mainQueue_,
-        .notificationCenter = notificationCenter_,
-        .processActivation = lateApplications_,
-        .runningApplications = lateApplications_,
-        .statusBar = statusBar_,
-        .textComparison = textComparison_,
-        .userDefaults = userDefaults_,
-        .windowList = lateApplications_,
-        .workspace = lateApplications_,
-        .standardOutput = std::cout,
-    };
+    platform::Services services_;
     ServicesHandOver servicesHandOver_{services_};
     AppDelegate delegate_{services_};
 };

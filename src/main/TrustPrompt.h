@@ -1,29 +1,50 @@
 #pragma once
 
 #include "main/Messages.h"
-#include "platform/x11/TrustMessage.h"
+#include "platform/AccessibilityTrust.h"
+#include "platform/Desktop.h"
 #include "ui/PermissionPrompt.h"
 
-#include <optional>
+#include <string>
 #include <utility>
 
 namespace hollowfernpike {
 
-/// Tells what keeps us from the keys: in a window as often as asked, and once on standard error.
-class TrustPrompt {
+/// Asks the desktop whether it trusts us, and tells the user what is missing: in a window as often
+/// as asked, and on standard error once. Closes the window when nothing is missing any more.
+class TrustPrompt final : public platform::AccessibilityTrust {
 public:
-    void show(x11::TrustProblem problem) {
-        const auto message = x11::trustMessage(problem);
-        if (std::exchange(told_, problem) != problem) {
-            tell(message);
+    /// The desktop outlives this.
+    explicit TrustPrompt(platform::Desktop& desktop) : desktop_(desktop) {}
+
+    bool isProcessTrusted() override { return !problem(); }
+
+    bool isProcessTrustedWithPrompt() override {
+        const auto found = problem();
+        if (found) {
+            show(*found);
         }
-        window_.show(message);
+        return !found;
     }
 
-    void close() { window_.close(); }
-
 private:
-    std::optional<x11::TrustProblem> told_;
+    std::optional<platform::LocalizedError> problem() {
+        auto found = desktop_.trustProblem();
+        if (!found) {
+            window_.close();
+        }
+        return found;
+    }
+
+    void show(const platform::LocalizedError& problem) {
+        if (std::exchange(told_, problem.english()) != problem.english()) {
+            tell(problem);
+        }
+        window_.show(problem);
+    }
+
+    platform::Desktop& desktop_;
+    std::string told_;
     PermissionPrompt window_;
 };
 

@@ -9,8 +9,7 @@
 #include "platform/qt/ApplicationService.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
-#include "platform/x11/Connection.h"
-#include "platform/x11/TrustMessage.h"
+#include "platform/x11/Desktop.h"
 
 #include <QApplication>
 
@@ -31,6 +30,19 @@ namespace {
 constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
 constexpr auto lockName = "hollowfernpike";
 constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
+
+/// In the order in which they are looked for.
+const std::array desktopKinds{x11::desktopKind()};
+
+/// Null if this session is of no kind that we know.
+std::unique_ptr<platform::FoundDesktop> findDesktop() {
+    for (const auto& kind : desktopKinds) {
+        if (auto found = kind.find()) {
+            return found;
+        }
+    }
+    return nullptr;
+}
 
 /// A reader of our diagnostics may go away at any time; and a utility that a terminal has stopped
 /// would hold the keyboard at the next bound key press.
@@ -76,12 +88,11 @@ std::optional<freedesktop::InstanceLock> becomeTheInstance(const std::string& ac
     return std::move(handedOver.lock);
 }
 
-/// What the toolkit is told as if on its command line: in a Wayland session, too, our windows are X
-/// windows. In the environment, those whom we launch would be told as well.
+/// Not by QT_QPA_PLATFORM: programs that we launch would inherit it.
 struct ToolkitArguments {
     std::string program;
+    std::string platform;
     std::string option = "-platform";
-    std::string platform = "xcb";
     std::array<char*, 4> words{program.data(), option.data(), platform.data(), nullptr};
     int count = 3;
 };
@@ -97,9 +108,7 @@ std::unique_ptr<qt::ApplicationService> serviceOf(Program& program) {
         });
 }
 
-/// `display` is closed once the toolkit has a connection of its own: an X server may reset itself
-/// when its last client leaves, and the toolkit would find none.
-int runInstance(freedesktop::InstanceLock lock, std::unique_ptr<x11::Connection> display,
+int runInstance(freedesktop::InstanceLock lock, platform::FoundDesktop& desktop,
                 const std::string& action, const std::string& command) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
@@ -107,10 +116,9 @@ int runInstance(freedesktop::InstanceLock lock, std::unique_ptr<x11::Connection>
     qt::TerminationSignals terminationSignals;
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(QString::fromUtf8(domain));
-    ToolkitArguments arguments{.program = command};
+    ToolkitArguments arguments{.program = command, .platform = desktop.toolkitPlatform()};
     QApplication application(arguments.count, arguments.words.data());
-    display.reset();
-    Program program(userDefaults, terminationSignals);
+    Program program(desktop, userDefaults, terminationSignals);
     const auto service = serviceOf(program);
     if (service && service->publish() == qt::ApplicationService::Outcome::taken &&
         service->handOver({.action = action, .startupIdentifier = startupIdentifier})) {
@@ -127,9 +135,9 @@ int run(const std::string& action, const std::string& command) {
     freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
-    auto display = x11::Connection::open();
-    if (!display) { // the toolkit would abort
-        tell(x11::trustMessage(x11::TrustProblem::noDisplay));
+    const auto desktop = findDesktop();
+    if (!desktop) {
+        tell(desktopKinds.back().absence());
         return EXIT_FAILURE;
     }
     try {
@@ -137,7 +145,7 @@ int run(const std::string& action, const std::string& command) {
         if (!lock || action == "quitApp") {
             return EXIT_SUCCESS;
         }
-        return runInstance(std::move(*lock), std::move(display), action, command);
+        return runInstance(std::move(*lock), *desktop, action, command);
     } catch (const platform::LocalizedError& error) {
         tell(error);
         return EXIT_FAILURE;

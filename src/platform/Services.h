@@ -14,12 +14,11 @@ class FileManager;
 class LoginItem;
 class MainQueue;
 class NotificationCenter;
-class ProcessActivation;
 class RunningApplications;
 class StatusBar;
 class TextComparison;
 class UserDefaults;
-class WindowList;
+class Windows;
 class Workspace;
 
 /// The desktop as the shared instances see it. The entry point chooses the backends and hands them
@@ -33,12 +32,11 @@ struct Services {
     LoginItem& loginItem;
     MainQueue& mainQueue;
     NotificationCenter& notificationCenter;
-    ProcessActivation& processActivation;
     RunningApplications& runningApplications;
     StatusBar& statusBar;
     TextComparison& textComparison;
     UserDefaults& userDefaults;
-    WindowList& windowList;
+    Windows& windows;
     Workspace& workspace;
     std::ostream& standardOutput; ///< diagnostics, one line each
 };

@@ -170,7 +170,7 @@ void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& w
                                   isOfDescendant(window, launch));
     });
     if (shown != windows.rend()) {
-        activation_.bringToFront(*shown->process);
+        windows_.bringToFront(*shown->process);
     }
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "platform/ClientWindows.h"
+#include "platform/Windows.h"
 #include "platform/LaunchFeedback.h"
 #include "platform/MainQueue.h"
-#include "platform/ProcessActivation.h"
 #include "platform/Workspace.h"
 #include "platform/freedesktop/DesktopEntry.h"
 
@@ -43,9 +42,9 @@ public:
     static constexpr std::chrono::seconds limit{10};
 
     /// The services outlive this.
-    LaunchesUnderWay(platform::ClientWindows& windows, platform::LaunchFeedback& feedback,
-                     platform::ProcessActivation& activation, platform::MainQueue& mainQueue)
-        : windows_(windows), feedback_(feedback), activation_(activation), mainQueue_(mainQueue) {}
+    LaunchesUnderWay(platform::Windows& windows, platform::LaunchFeedback& feedback,
+                     platform::MainQueue& mainQueue)
+        : windows_(windows), feedback_(feedback), mainQueue_(mainQueue) {}
 
     /// Whether a request for the entry in this file joined an earlier one and has nothing to start.
     /// Its `completion` is then called with the result, at once if there is one already.
@@ -81,9 +80,8 @@ private:
     void takeNoticeBack(Launch& launch);
     void forget(const Launch& launch);
 
-    platform::ClientWindows& windows_;
+    platform::Windows& windows_;
     platform::LaunchFeedback& feedback_;
-    platform::ProcessActivation& activation_;
     platform::MainQueue& mainQueue_;
     std::vector<std::shared_ptr<Launch>> launches_;
     std::vector<Outcome> outcomes_;

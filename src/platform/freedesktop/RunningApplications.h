@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ClientWindows.h"
+#include "platform/Windows.h"
 #include "platform/RunningApplications.h"
 #include "platform/Workspace.h"
 #include "platform/freedesktop/DesktopEntries.h"
@@ -15,7 +15,7 @@ class RunningApplications final : public platform::RunningApplications {
 public:
     /// The services outlive this.
     RunningApplications(DesktopEntries& entries, ProcessTable& processes,
-                        platform::ClientWindows& windows, platform::Workspace& workspace)
+                        platform::Windows& windows, platform::Workspace& workspace)
         : entries_(entries), processes_(processes), windows_(windows), workspace_(workspace) {}
 
     std::vector<platform::RunningApplication>
@@ -33,7 +33,7 @@ private:
 
     DesktopEntries& entries_;
     ProcessTable& processes_;
-    platform::ClientWindows& windows_;
+    platform::Windows& windows_;
     platform::Workspace& workspace_;
 };
 

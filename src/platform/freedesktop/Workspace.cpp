@@ -17,11 +17,10 @@ platform::OpenResult failure(const platform::LocalizedError& error) {
 } // namespace
 
 Workspace::Workspace(DesktopEntries& entries, ProcessTable& processes,
-                     platform::ClientWindows& windows, platform::LaunchFeedback& feedback,
-                     platform::ProcessActivation& activation, platform::RunLoop& runLoop,
-                     platform::MainQueue& mainQueue)
+                     platform::Windows& windows, platform::LaunchFeedback& feedback,
+                     platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
     : entries_(entries), furtherCopies_(processes),
-      launches_(windows, feedback, activation, mainQueue), children_(runLoop), bus_(runLoop) {}
+      launches_(windows, feedback, mainQueue), children_(runLoop), bus_(runLoop) {}
 
 void Workspace::openApplication(const std::string& path,
                                 const platform::OpenConfiguration& configuration,

@@ -19,9 +19,9 @@ namespace hollowfernpike::freedesktop {
 class Workspace final : public platform::Workspace {
 public:
     /// The services outlive this.
-    Workspace(DesktopEntries& entries, ProcessTable& processes, platform::ClientWindows& windows,
-              platform::LaunchFeedback& feedback, platform::ProcessActivation& activation,
-              platform::RunLoop& runLoop, platform::MainQueue& mainQueue);
+    Workspace(DesktopEntries& entries, ProcessTable& processes, platform::Windows& windows,
+              platform::LaunchFeedback& feedback, platform::RunLoop& runLoop,
+              platform::MainQueue& mainQueue);
 
     void openApplication(const std::string& path, const platform::OpenConfiguration& configuration,
                          OpenCompletion completion) override;

@@ -65,8 +65,7 @@ void useApplicationIcon() {
 
 } // namespace
 
-Application::Application(WindowManagement windowManagement)
-    : windowManagement_(std::move(windowManagement)) {
+Application::Application(platform::OwnWindows& ownWindows) : ownWindows_(ownWindows) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::instance()->installEventFilter(this);
 }
@@ -85,9 +84,9 @@ void Application::setActivationPolicy(platform::ActivationPolicy policy) {
 
 void Application::activateIgnoringOtherApps() {
     if (QWidget* dialog = dialogBeforeAll()) {
-        windowManagement_.bringToFront(sheetOrSelf(dialog)->winId());
+        ownWindows_.bringToFront(sheetOrSelf(dialog)->winId());
     } else if (keyWindow_ != nullptr && keyWindow_->isVisible()) {
-        windowManagement_.bringToFront(sheetOrSelf(keyWindow_)->winId());
+        ownWindows_.bringToFront(sheetOrSelf(keyWindow_)->winId());
     }
 }
 
@@ -140,7 +139,7 @@ bool Application::eventFilter(QObject* watched, QEvent* event) {
         const auto* surface = static_cast<QPlatformSurfaceEvent*>(event);
         if (window != nullptr && isOrdinary(window->type()) &&
             surface->surfaceEventType() == QPlatformSurfaceEvent::SurfaceCreated) {
-            windowManagement_.setShownInTaskBar(window->winId(), showsInTaskBar());
+            ownWindows_.setShownInTaskBar(window->winId(), showsInTaskBar());
             useApplicationIcon();
         }
     } else if (event->type() == QEvent::ZOrderChange || event->type() == QEvent::WindowActivate) {
@@ -159,7 +158,7 @@ bool Application::showsInTaskBar() const {
 void Application::updateTaskBar() {
     for (const QWindow* window : QGuiApplication::topLevelWindows()) {
         if (window->handle() != nullptr && isOrdinary(window->type())) {
-            windowManagement_.setShownInTaskBar(window->winId(), showsInTaskBar());
+            ownWindows_.setShownInTaskBar(window->winId(), showsInTaskBar());
         }
     }
 }

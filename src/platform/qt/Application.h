@@ -1,26 +1,19 @@
 #pragma once
 
 #include "platform/Application.h"
+#include "platform/OwnWindows.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
 
-#include <cstdint>
-#include <functional>
-
 namespace hollowfernpike::qt {
-
-/// What only the window system can do for a native window of ours, by its id.
-struct WindowManagement {
-    std::function<void(std::uintptr_t window, bool shown)> setShownInTaskBar;
-    std::function<void(std::uintptr_t window)> bringToFront; ///< before all others, with the keys
-};
 
 /// The application on Qt's event loop. Made when there is a QApplication, destroyed before it.
 class Application final : public QObject, public platform::Application {
 public:
-    explicit Application(WindowManagement windowManagement);
+    /// `ownWindows` outlives this.
+    explicit Application(platform::OwnWindows& ownWindows);
 
     /// Whether the desktop shows our status item; until told, it does not.
     void setStatusItemShown(bool shown);
@@ -42,7 +35,7 @@ private:
     bool showsInTaskBar() const;
     void updateTaskBar();
 
-    WindowManagement windowManagement_;
+    platform::OwnWindows& ownWindows_;
     platform::ApplicationDelegate* delegate_ = nullptr;
     platform::ActivationPolicy policy_ = platform::ActivationPolicy::regular;
     bool statusItemShown_ = false;

@@ -11,15 +11,15 @@ namespace hollowfernpike::qt {
 /// of the older kind (System Tray Protocol 0.3). Tells the application whether our item shows.
 class StatusBar final : public platform::StatusBar {
 public:
-    /// All outlive the bar and its items. Null for the bus if there is none.
-    StatusBar(Application& application, platform::SystemTray& tray, const BusConnection* bus)
+    /// All outlive the bar and its items. Null for the tray or the bus if there is none.
+    StatusBar(Application& application, platform::SystemTray* tray, const BusConnection* bus)
         : application_(application), tray_(tray), bus_(bus) {}
 
     std::unique_ptr<platform::StatusItem> createStatusItem() override;
 
 private:
     Application& application_;
-    platform::SystemTray& tray_;
+    platform::SystemTray* tray_;
     const BusConnection* bus_;
 };
 

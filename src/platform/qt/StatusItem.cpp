@@ -28,7 +28,7 @@ void forgetConnectionOf(int item) {
 
 } // namespace
 
-StatusItem::StatusItem(Application& application, platform::SystemTray& tray,
+StatusItem::StatusItem(Application& application, platform::SystemTray* tray,
                        const BusConnection* bus)
     : application_(application), tray_(tray),
       menu_([this](const platform::MenuItem& item) { application_.sendAction(item); }) {
@@ -40,7 +40,9 @@ StatusItem::StatusItem(Application& application, platform::SystemTray& tray,
                          [this, bus] { lookForHosts(bus->get()); });
         lookForHosts(bus->get());
     }
-    trayWatch_ = tray_.watch([this] { onTrayNews(); });
+    if (tray_ != nullptr) {
+        trayWatch_ = tray_->watch([this] { onTrayNews(); });
+    }
     grace_.start();
 }
 
@@ -107,10 +109,10 @@ void StatusItem::makeIcon() {
 }
 
 void StatusItem::showInTray() {
-    if (!tray_.isThere()) {
+    if (tray_ == nullptr || !tray_->isThere()) {
         return;
     }
-    window_ = std::make_unique<TrayWindow>(tray_, [this](QPoint where) { menu_.popUp(where); });
+    window_ = std::make_unique<TrayWindow>(*tray_, [this](QPoint where) { menu_.popUp(where); });
     applyImage();
     tellApplication();
 }

@@ -22,8 +22,8 @@ namespace hollowfernpike::qt {
 /// else, once no such host has come for a moment, as a window in a tray.
 class StatusItem final : public QObject, public platform::StatusItem {
 public:
-    /// All outlive this. Null for the bus if there is none.
-    StatusItem(Application& application, platform::SystemTray& tray, const BusConnection* bus);
+    /// All outlive this. Null for the tray or the bus if there is none.
+    StatusItem(Application& application, platform::SystemTray* tray, const BusConnection* bus);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
     ~StatusItem() override;
@@ -44,7 +44,7 @@ private:
     void tellApplication();
 
     Application& application_;
-    platform::SystemTray& tray_;
+    platform::SystemTray* tray_;
     StatusMenu menu_;
     QString symbolName_;
     QString description_;

@@ -27,42 +27,49 @@ std::string processName() {
 
 LaunchFeedback::LaunchFeedback(Windows& windows, const UserTime& userTime)
     : windows_(windows), userTime_(userTime),
-      prefix_("hollowfernpike-" + processName() + '-' + machineName() + '-'),
-      sender_(xcb_generate_id(windows.connection().get())) {
-    const auto& connection = windows.connection();
-    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, sender_, connection.root(), -1, -1, 1,
-                      1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-}
+      prefix_("hollowfernpike-" + processName() + '-' + machineName() + '-') {}
 
 LaunchFeedback::~LaunchFeedback() {
-    xcb_destroy_window(windows_.connection().get(), sender_);
-    xcb_flush(windows_.connection().get());
+    if (sender_ != XCB_NONE) {
+        auto* const server = windows_.reader()->connection().get();
+        xcb_destroy_window(server, sender_);
+        xcb_flush(server);
+    }
 }
 
 std::string LaunchFeedback::begin(const platform::StartingApplication& application) {
-    const auto& connection = windows_.connection();
-    if (connection.isLost()) {
+    const auto* const windows = windows_.reader();
+    if (windows == nullptr || windows->connection().isLost()) {
         return {};
     }
     auto identifier = newIdentifier();
     if (application.announces) {
-        broadcastStartupMessage(
-            connection, windows_.atoms(), sender_,
-            startupMessage("new", {{"ID", identifier},
-                                   {"NAME", application.name},
-                                   {"SCREEN", std::to_string(connection.screenNumber())},
-                                   {"BIN", application.program},
-                                   {"WMCLASS", application.windowClass},
-                                   {"APPLICATION_ID", application.entryPath}}));
+        broadcast(*windows, startupMessage(
+                                "new", {{"ID", identifier},
+                                        {"NAME", application.name},
+                                        {"SCREEN", std::to_string(windows->connection().screenNumber())},
+                                        {"BIN", application.program},
+                                        {"WMCLASS", application.windowClass},
+                                        {"APPLICATION_ID", application.entryPath}}));
     }
     return identifier;
 }
 
 void LaunchFeedback::end(const std::string& identifier) {
-    if (identifier.starts_with(prefix_)) {
-        broadcastStartupMessage(windows_.connection(), windows_.atoms(), sender_,
-                                startupMessage("remove", {{"ID", identifier}}));
+    const auto* const windows = windows_.reader();
+    if (windows != nullptr && identifier.starts_with(prefix_)) {
+        broadcast(*windows, startupMessage("remove", {{"ID", identifier}}));
     }
+}
+
+void LaunchFeedback::broadcast(const WindowReader& windows, const std::string& message) {
+    const auto& connection = windows.connection();
+    if (sender_ == XCB_NONE) {
+        sender_ = xcb_generate_id(connection.get());
+        xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, sender_, connection.root(), -1, -1,
+                          1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    }
+    broadcastStartupMessage(connection, windows.atoms(), sender_, message);
 }
 
 // Without a key press there is no time to tell, and a made-up one would decide about the focus.

@@ -14,7 +14,7 @@ namespace hollowfernpike::x11 {
 /// Start-up notices by the freedesktop.org protocol. Main thread only.
 class LaunchFeedback final : public platform::LaunchFeedback {
 public:
-    /// Both outlive this object.
+    /// Both outlive this object. Nothing is told as long as `windows` is not connected.
     LaunchFeedback(Windows& windows, const UserTime& userTime);
     LaunchFeedback(const LaunchFeedback&) = delete;
     LaunchFeedback& operator=(const LaunchFeedback&) = delete;
@@ -25,13 +25,14 @@ public:
     std::uint64_t holdCount() override { return userTime_.hold(); }
 
 private:
+    void broadcast(const WindowReader& windows, const std::string& message);
     std::string newIdentifier();
 
     Windows& windows_;
     const UserTime& userTime_;
     std::string prefix_; ///< of all identifiers that this object gives out
     std::uint64_t count_ = 0;
-    xcb_window_t sender_;
+    xcb_window_t sender_ = XCB_NONE; ///< made with the first message
 };
 
 } // namespace hollowfernpike::x11

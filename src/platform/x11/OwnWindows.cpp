@@ -33,7 +33,8 @@ OwnWindows::OwnWindows(xcb_connection_t* toolkit)
 // The states of a window that it manages, on the screen or minimised, are the window manager's to
 // write. Whether it has read those of a window that it does not manage yet, only itself knows: the
 // window may be on its way to the screen. So it is told in any case.
-void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
+void OwnWindows::setShownInTaskBar(std::uintptr_t native, bool shown) {
+    const auto window = static_cast<xcb_window_t>(native);
     if (!isManaged(window)) {
         writeState(window, shown);
     }
@@ -47,7 +48,8 @@ void OwnWindows::setShownInTaskBar(xcb_window_t window, bool shown) {
 }
 
 // Window managers only mark a window that lies on another workspace.
-void OwnWindows::bringToFront(xcb_window_t window) {
+void OwnWindows::bringToFront(std::uintptr_t native) {
+    const auto window = static_cast<xcb_window_t>(native);
     const auto time = timeNow();
     const auto current = number(root_, "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
     const auto workspace =

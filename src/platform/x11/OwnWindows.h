@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/OwnWindows.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -11,19 +13,13 @@ namespace hollowfernpike::x11 {
 /// What the toolkit leaves to us of our own windows, by the Extended Window Manager Hints 1.5.
 /// Speaks over the toolkit's connection, so that requests keep their order with the toolkit's own.
 /// Main thread only.
-class OwnWindows {
+class OwnWindows final : public platform::OwnWindows {
 public:
     /// `toolkit` outlives this.
     explicit OwnWindows(xcb_connection_t* toolkit);
 
-    /// Has task bars and pagers list a window or leave it out, whether it is on the screen already
-    /// or has yet to come.
-    void setShownInTaskBar(xcb_window_t window, bool shown);
-
-    /// Has the window manager put the window before all others, with the keys, and go to the
-    /// workspace on which it lies. To be called when the user asks for the window, in whatever
-    /// way.
-    void bringToFront(xcb_window_t window);
+    void setShownInTaskBar(std::uintptr_t window, bool shown) override;
+    void bringToFront(std::uintptr_t window) override;
 
 private:
     bool isManaged(xcb_window_t window);

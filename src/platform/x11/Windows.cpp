@@ -1,161 +1,109 @@
 #include "platform/x11/Windows.h"
 
-#include <algorithm>
-#include <iterator>
-#include <unordered_set>
+#include "platform/x11/WindowRaising.h"
+#include "platform/x11/WindowTypes.h"
+
 #include <utility>
 
 namespace hollowfernpike::x11 {
 
 namespace {
 
-constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
-
-WindowIdentity identityOf(const WindowState& state, const WindowTraits& traits) {
-    return {
-        .clientProcess = state.clientProcess,
-        .windowClass = state.windowClass,
-        .layer = traits.layer,
-        .facts = factsOf(state, traits),
-        .owner = std::nullopt,
-    };
-}
+class NothingToWatch final : public platform::Subscription {};
 
 } // namespace
 
-bool Snapshot::isHere(const WindowRecord& record) const {
-    return !currentDesktop || !record.desktop || *record.desktop == allDesktops ||
-           *record.desktop == *currentDesktop;
-}
+Windows::Windows(const platform::DesktopHost& host, const UserTime& userTime,
+                 std::string displayName)
+    : host_(host), userTime_(userTime), displayName_(std::move(displayName)) {}
 
-Windows::Windows(const Connection& connection, platform::WindowOwners& owners,
-                 const UserTime& userTime, std::chrono::milliseconds longestReuse)
-    : connection_(connection), owners_(owners), userTime_(userTime), longestReuse_(longestReuse),
-      atoms_(connection), processes_(connection), events_(connection) {}
+Windows::~Windows() = default;
 
-std::vector<const WindowRecord*> Snapshot::byAge() const {
-    std::unordered_map<xcb_window_t, std::size_t> ages;
-    for (const auto window : oldestFirst) {
-        ages.emplace(window, ages.size());
+WindowReader* Windows::reader() {
+    if (!reader_) {
+        auto connection = Connection::open(displayName_);
+        if (!connection) {
+            return nullptr;
+        }
+        reader_.emplace(std::move(connection), host_.windowOwners);
+        changes_.emplace(*reader_, host_.mainQueue, host_.runLoop, [this] { snapshot_ = nullptr; });
     }
-    const auto ageOf = [&ages](const WindowRecord* record) {
-        const auto found = ages.find(record->window);
-        return found == ages.end() ? ages.size() : found->second;
-    };
-    std::vector<const WindowRecord*> records;
-    std::transform(windows.rbegin(), windows.rend(), std::back_inserter(records),
-                   [](const WindowRecord& record) { return &record; });
-    std::ranges::stable_sort(records, {}, ageOf);
-    return records;
+    return &*reader_;
 }
 
-const Snapshot* Windows::read(SnapshotUse use) {
-    DesktopQuery desktopQuery(connection_, atoms_);
-    WindowStateQuery knownQuery(connection_, atoms_, processes_, knownWindows());
-    const auto desktop = desktopQuery.take();
-    auto states = knownQuery.take();
-    const auto unknown = unknownAmong(desktop.windows, states);
-    if (!unknown.empty()) {
-        learn(unknown, states);
+std::optional<std::vector<platform::WindowInfo>> Windows::copyWindowInfo() {
+    const auto* snapshot = snapshotOfThisTurn();
+    if (snapshot == nullptr) {
+        return std::nullopt;
     }
-    assemble(desktop, states);
-    forgetVanished();
-    forgetChangedOwners();
-    events_.drain();
-    snapshotPress_ = userTime_.press();
-    snapshotUses_ = static_cast<std::uint8_t>(use);
-    snapshotTime_ = std::chrono::steady_clock::now();
-    return connection_.isLost() ? nullptr : &snapshot_;
-}
-
-const Snapshot* Windows::takeOfThisPress(SnapshotUse use) {
-    const bool isUsed = (snapshotUses_ & static_cast<std::uint8_t>(use)) != 0;
-    snapshotUses_ |= static_cast<std::uint8_t>(use);
-    const bool isFresh = std::chrono::steady_clock::now() - snapshotTime_ < longestReuse_;
-    const bool isOfThisPress = snapshotPress_ != 0 && snapshotPress_ == userTime_.press();
-    return isOfThisPress && isFresh && !isUsed ? &snapshot_ : nullptr;
-}
-
-const platform::WindowOwner& Windows::ownerOf(const WindowRecord& record) {
-    auto& identity = *record.identity;
-    if (!identity.owner) {
-        identity.owner = owners_.ownerOf(identity.facts);
+    std::vector<platform::WindowInfo> infos;
+    for (const auto& record : snapshot->windows) {
+        if (!record.isHidden && snapshot->isHere(record)) {
+            infos.push_back(infoOf(record));
+        }
     }
-    return *identity.owner;
+    return infos;
 }
 
-std::vector<xcb_window_t> Windows::knownWindows() const {
-    std::vector<xcb_window_t> windows;
-    std::ranges::transform(identities_, std::back_inserter(windows),
-                           [](const auto& known) { return known.first; });
+std::vector<platform::ClientWindow> Windows::clientWindows() {
+    const auto* snapshot = snapshotOfThisTurn();
+    std::vector<platform::ClientWindow> windows;
+    if (snapshot == nullptr) {
+        return windows;
+    }
+    for (const auto* record : snapshot->byAge()) {
+        if (record->identity->layer == ordinaryLayer) {
+            windows.push_back(
+                {.process = record->identity->facts.process, .owner = reader_->ownerOf(*record)});
+        }
+    }
     return windows;
 }
 
-// The server numbers windows anew once a client is gone: a known number is the known window only if
-// the process behind it is the same. Where the server cannot name the process, nothing is known.
-std::vector<xcb_window_t> Windows::unknownAmong(const std::vector<xcb_window_t>& windows,
-                                                const States& states) const {
-    std::vector<xcb_window_t> unknown;
-    std::ranges::copy_if(windows, std::back_inserter(unknown), [&](xcb_window_t window) {
-        const auto identity = identities_.find(window);
-        const auto state = states.find(window);
-        return identity == identities_.end() || state == states.end() ||
-               !state->second.clientProcess ||
-               state->second.clientProcess != identity->second.clientProcess ||
-               state->second.windowClass != identity->second.windowClass;
-    });
-    return unknown;
+bool Windows::bringToFront(std::int32_t processIdentifier) {
+    return raise(snapshot_, processIdentifier) || raise(read(), processIdentifier);
 }
 
-void Windows::learn(const std::vector<xcb_window_t>& unknown, States& states) {
-    WindowStateQuery stateQuery(connection_, atoms_, processes_, unknown);
-    WindowTraitsQuery traitsQuery(connection_, atoms_, unknown);
-    for (const auto window : unknown) {
-        states.erase(window);
+std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onChange) {
+    if (reader() == nullptr) {
+        return std::make_unique<NothingToWatch>();
     }
-    states.merge(stateQuery.take());
-    for (const auto& [window, traits] : traitsQuery.take()) {
-        if (const auto state = states.find(window); state != states.end()) {
-            identities_.insert_or_assign(window, identityOf(state->second, traits));
-        }
-    }
+    return changes_->watch(std::move(onChange));
 }
 
-void Windows::assemble(const DesktopState& desktop, const States& states) {
-    snapshot_ = {.windows = {},
-                 .oldestFirst = desktop.oldestFirst,
-                 .currentDesktop = desktop.currentDesktop,
-                 .canRestack = desktop.canRestack};
-    for (const auto window : desktop.windows) {
-        const auto state = states.find(window);
-        if (state == states.end()) {
-            continue;
-        }
-        const bool isIconic = std::ranges::find(desktop.iconic, window) != desktop.iconic.end();
-        snapshot_.windows.push_back({.window = window,
-                                     .isHidden = state->second.isHidden || isIconic,
-                                     .desktop = state->second.desktop,
-                                     .identity = &identities_.at(window)});
-    }
+const Snapshot* Windows::snapshotOfThisTurn() {
+    return snapshot_ != nullptr ? snapshot_ : read();
 }
 
-void Windows::forgetVanished() {
-    std::unordered_set<xcb_window_t> seen;
-    for (const auto& record : snapshot_.windows) {
-        seen.insert(record.window);
+const Snapshot* Windows::read() {
+    auto* const windows = reader();
+    snapshot_ = windows == nullptr ? nullptr : windows->read();
+    if (snapshot_ != nullptr) {
+        host_.mainQueue.async([self = std::weak_ptr(self_)] {
+            if (const auto read = self.lock()) {
+                (*read)->snapshot_ = nullptr;
+            }
+        });
     }
-    std::erase_if(identities_, [&seen](const auto& known) { return !seen.contains(known.first); });
+    return snapshot_;
 }
 
-void Windows::forgetChangedOwners() {
-    const auto generation = owners_.generation();
-    if (generation == ownersGeneration_) {
-        return;
+bool Windows::raise(const Snapshot* snapshot, std::int32_t process) {
+    if (snapshot == nullptr) {
+        return false;
     }
-    ownersGeneration_ = generation;
-    for (auto& [window, identity] : identities_) {
-        identity.owner.reset();
-    }
+    const auto pressed = userTime_.time();
+    const auto time = pressed != XCB_CURRENT_TIME ? pressed : reader_->events().serverTime();
+    return raiseProcess(*reader_, *snapshot, process, time);
+}
+
+platform::WindowInfo Windows::infoOf(const WindowRecord& record) {
+    const auto& name = reader_->ownerOf(record).name;
+    return {
+        .ownerName = name.empty() ? std::nullopt : std::optional(name),
+        .ownerProcess = record.identity->facts.process,
+        .layer = record.identity->layer,
+    };
 }
 
 } // namespace hollowfernpike::x11

@@ -1,113 +1,50 @@
 #pragma once
 
-#include "platform/WindowOwners.h"
-#include "platform/x11/Atoms.h"
-#include "platform/x11/ClientProcesses.h"
-#include "platform/x11/Connection.h"
-#include "platform/x11/DesktopQuery.h"
-#include "platform/x11/Events.h"
+#include "platform/Desktop.h"
+#include "platform/Windows.h"
 #include "platform/x11/UserTime.h"
-#include "platform/x11/WindowQueries.h"
+#include "platform/x11/WindowListChanges.h"
+#include "platform/x11/WindowReader.h"
 
-#include <chrono>
-#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
-#include <vector>
-
-#include <xcb/xcb.h>
 
 namespace hollowfernpike::x11 {
 
-/// Who a window is: what is kept of it from one key press to the next.
-struct WindowIdentity {
-    std::optional<std::int32_t> clientProcess;
-    std::string windowClass;
-    std::int32_t layer = 0;
-    platform::WindowFacts facts;
-    std::optional<platform::WindowOwner> owner; ///< once somebody wanted to know
-};
-
-/// A managed window at the moment of a snapshot.
-struct WindowRecord {
-    xcb_window_t window = XCB_NONE;
-    bool isHidden = false;
-    std::optional<std::uint32_t> desktop;
-    WindowIdentity* identity = nullptr; ///< never null
-};
-
-/// All managed windows.
-struct Snapshot {
-    std::vector<WindowRecord> windows;     ///< front to back
-    std::vector<xcb_window_t> oldestFirst; ///< as far as the window manager knows
-    std::optional<std::uint32_t> currentDesktop;
-    bool canRestack = false;
-
-    /// Whether the window is on the current desktop, or on all of them.
-    bool isHere(const WindowRecord& record) const;
-
-    /// The windows in the order in which they first appeared; those of unknown age last.
-    std::vector<const WindowRecord*> byAge() const;
-};
-
-/// What a snapshot is wanted for.
-enum class SnapshotUse : std::uint8_t { matching = 1, activation = 2, listing = 4 };
-
-/// The windows of the display, asked for in one round trip if all of them are known already, in two
-/// if some are new. What a window tells once is kept as long as it belongs to the same process and
-/// has the same class (programs do change that); who owns it, as long as the window owners stand by
-/// their answers. Main thread only.
-class Windows {
+/// The windows as the window manager tells of them (EWMH). Connects with the first question: a
+/// connection from before the server trusted us would stay without that trust. Main thread only.
+class Windows final : public platform::Windows {
 public:
-    /// Long enough for one pass through the launcher, too short for a person to change anything.
-    static constexpr std::chrono::milliseconds onePass{50};
+    /// What `host` refers to and `userTime` outlive this object, and this object its
+    /// subscriptions. The display of the environment if the name is empty.
+    Windows(const platform::DesktopHost& host, const UserTime& userTime,
+            std::string displayName = {});
+    Windows(const Windows&) = delete;
+    Windows& operator=(const Windows&) = delete;
+    ~Windows() override;
 
-    /// The first three outlive this object. A snapshot of `longestReuse` or older is not handed out
-    /// again; with zero, none is.
-    Windows(const Connection& connection, platform::WindowOwners& owners, const UserTime& userTime,
-            std::chrono::milliseconds longestReuse = onePass);
+    /// Null while there is no connection.
+    WindowReader* reader();
 
-    const Connection& connection() const { return connection_; }
-    const Atoms& atoms() const { return atoms_; }
-    Events& events() { return events_; }
-
-    /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
-    const Snapshot* read(SnapshotUse use);
-
-    /// The snapshot that was read for the key press that is still the last one; null if there is
-    /// none, or it is too old. Good once for each use, reading it included: who asks twice for the
-    /// same press wants to see what has changed in between.
-    const Snapshot* takeOfThisPress(SnapshotUse use);
-
-    /// The application behind a window of the snapshot that stands.
-    const platform::WindowOwner& ownerOf(const WindowRecord& record);
+    std::optional<std::vector<platform::WindowInfo>> copyWindowInfo() override;
+    std::vector<platform::ClientWindow> clientWindows() override;
+    bool bringToFront(std::int32_t processIdentifier) override;
+    std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
 private:
-    using States = std::unordered_map<xcb_window_t, WindowState>;
+    const Snapshot* snapshotOfThisTurn();
+    const Snapshot* read();
+    bool raise(const Snapshot* snapshot, std::int32_t process);
+    platform::WindowInfo infoOf(const WindowRecord& record);
 
-    std::vector<xcb_window_t> knownWindows() const;
-    std::vector<xcb_window_t> unknownAmong(const std::vector<xcb_window_t>& windows,
-                                           const States& states) const;
-    void learn(const std::vector<xcb_window_t>& unknown, States& states);
-    void assemble(const DesktopState& desktop, const States& states);
-    void forgetVanished();
-    void forgetChangedOwners();
-
-    const Connection& connection_;
-    platform::WindowOwners& owners_;
+    platform::DesktopHost host_;
     const UserTime& userTime_;
-    std::chrono::milliseconds longestReuse_;
-    Atoms atoms_;
-    ClientProcesses processes_;
-    Events events_;
-
-    std::unordered_map<xcb_window_t, WindowIdentity> identities_;
-    std::uint64_t ownersGeneration_ = 0;
-    Snapshot snapshot_;
-    std::uint64_t snapshotPress_ = 0;
-    std::uint8_t snapshotUses_ = 0; ///< those that it is no longer handed out for
-    std::chrono::steady_clock::time_point snapshotTime_;
+    std::string displayName_;
+    std::optional<WindowReader> reader_;
+    std::optional<WindowListChanges> changes_;
+    std::shared_ptr<Windows*> self_ = std::make_shared<Windows*>(this);
+    const Snapshot* snapshot_ = nullptr; ///< of this turn of the main loop
 };
 
 } // namespace hollowfernpike::x11

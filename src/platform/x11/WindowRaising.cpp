@@ -1,9 +1,9 @@
-#include "platform/x11/ProcessActivation.h"
+#include "platform/x11/WindowRaising.h"
 
 #include "platform/x11/WindowManagerMessage.h"
 #include "platform/x11/WindowTypes.h"
 
-#include <algorithm>
+#include <array>
 #include <vector>
 
 namespace hollowfernpike::x11 {
@@ -67,56 +67,45 @@ std::vector<xcb_window_t> windowsToRaise(const Snapshot& snapshot, const WindowR
     return isCovered ? windows : std::vector<xcb_window_t>{};
 }
 
-} // namespace
-
-bool ProcessActivation::bringToFront(std::int32_t processIdentifier) {
-    const auto* snapshot = windows_.takeOfThisPress(SnapshotUse::activation);
-    if (snapshot != nullptr && bringToFront(*snapshot, processIdentifier)) {
-        return true;
-    }
-    snapshot = windows_.read(SnapshotUse::activation);
-    return snapshot != nullptr && bringToFront(*snapshot, processIdentifier);
-}
-
-bool ProcessActivation::bringToFront(const Snapshot& snapshot, std::int32_t processIdentifier) {
-    const auto* top = nearest(snapshot, processIdentifier);
-    if (top == nullptr) {
-        return false;
-    }
-    const auto time = requestTime();
-    if (!snapshot.isHere(*top)) {
-        send(windows_.connection().root(), windows_.atoms().currentDesktop, {*top->desktop, time});
-    }
-    for (const auto window : windowsToRaise(snapshot, *top, processIdentifier)) {
-        raise(snapshot, window);
-    }
-    send(top->window, windows_.atoms().activeWindow, {fromUser, time, XCB_NONE});
-    xcb_flush(windows_.connection().get());
-    return !windows_.connection().isLost();
+void send(const WindowReader& windows, xcb_window_t window, xcb_atom_t type,
+          const std::array<std::uint32_t, 5>& data) {
+    const auto& connection = windows.connection();
+    WindowManagerMessage{window, type, data}.send(connection.get(), connection.root());
 }
 
 // Always to the very top, one after the other: window managers take "just below that one" for "to
 // the very bottom".
-void ProcessActivation::raise(const Snapshot& snapshot, xcb_window_t window) {
+void raise(const WindowReader& windows, const Snapshot& snapshot, xcb_window_t window) {
     if (snapshot.canRestack) {
-        send(window, windows_.atoms().restackWindow, {fromUser, XCB_NONE, XCB_STACK_MODE_ABOVE});
+        send(windows, window, windows.atoms().restackWindow,
+             {fromUser, XCB_NONE, XCB_STACK_MODE_ABOVE});
         return;
     }
-    auto* server = windows_.connection().get();
+    auto* server = windows.connection().get();
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     const auto request =
         xcb_configure_window_checked(server, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     xcb_discard_reply(server, request.sequence); // the window may be gone
 }
 
-void ProcessActivation::send(xcb_window_t window, xcb_atom_t type, const MessageData& data) {
-    const auto& connection = windows_.connection();
-    WindowManagerMessage{window, type, data}.send(connection.get(), connection.root());
-}
+} // namespace
 
-xcb_timestamp_t ProcessActivation::requestTime() {
-    const auto time = userTime_.time();
-    return time != XCB_CURRENT_TIME ? time : windows_.events().serverTime();
+bool raiseProcess(const WindowReader& windows, const Snapshot& snapshot, std::int32_t process,
+                  xcb_timestamp_t time) {
+    const auto* top = nearest(snapshot, process);
+    if (top == nullptr) {
+        return false;
+    }
+    const auto& connection = windows.connection();
+    if (!snapshot.isHere(*top)) {
+        send(windows, connection.root(), windows.atoms().currentDesktop, {*top->desktop, time});
+    }
+    for (const auto window : windowsToRaise(snapshot, *top, process)) {
+        raise(windows, snapshot, window);
+    }
+    send(windows, top->window, windows.atoms().activeWindow, {fromUser, time, XCB_NONE});
+    xcb_flush(connection.get());
+    return !connection.isLost();
 }
 
 } // namespace hollowfernpike::x11

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/Interface.h"
+#include "platform/LocalizedError.h"
+#include "platform/MainQueue.h"
+#include "platform/RunLoop.h"
+#include "platform/WindowOwners.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace hollowfernpike::platform {
+
+class EventTaps;
+class LaunchFeedback;
+class OwnWindows;
+class SystemTray;
+class Windows;
+
+/// The session that the program runs in. Owns its services, which can be used as long as it lives,
+/// whether or not the desktop trusts us yet. Main thread only.
+class Desktop : public Interface {
+public:
+    /// What keeps us from the keys of the whole desktop, and what the user can do about it; absent
+    /// if nothing does. Asked anew each time: the answer may change while the process runs.
+    virtual std::optional<LocalizedError> trustProblem() = 0;
+
+    virtual EventTaps& eventTaps() = 0;
+    virtual Windows& windows() = 0;
+    virtual OwnWindows& ownWindows() = 0;
+    virtual LaunchFeedback& launchFeedback() = 0;
+
+    /// Null where there is none of the older kind.
+    virtual SystemTray* systemTray() = 0;
+};
+
+/// What a desktop uses of the program, which outlives it.
+struct DesktopHost {
+    MainQueue& mainQueue;
+    RunLoop& runLoop;
+    WindowOwners& windowOwners;
+    std::function<void()> onLost; ///< called on the main thread when the session has gone away
+};
+
+/// A session that was found before the toolkit starts.
+class FoundDesktop : public Interface {
+public:
+    /// The name of the toolkit's plug-in for this session.
+    virtual const char* toolkitPlatform() const = 0;
+
+    /// To be called once, when the toolkit runs on that plug-in.
+    virtual std::unique_ptr<Desktop> open(const DesktopHost& host) = 0;
+};
+
+/// One kind of session.
+struct DesktopKind {
+    /// Null if this session is of another kind, or there is none. Starts nothing.
+    std::unique_ptr<FoundDesktop> (*find)();
+
+    /// What to tell the user if the session is of none of the kinds that the program knows.
+    LocalizedError (*absence)();
+};
+
+} // namespace hollowfernpike::platform

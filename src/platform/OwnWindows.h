@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/Interface.h"
+
+#include <cstdint>
+
+namespace hollowfernpike::platform {
+
+/// What only the desktop can do for a window of ours, named by its native identifier. Main thread
+/// only.
+class OwnWindows : public Interface {
+public:
+    /// Has task bars and pagers list a window or leave it out, whether it is on the screen already
+    /// or has yet to come.
+    virtual void setShownInTaskBar(std::uintptr_t window, bool shown) = 0;
+
+    /// Puts the window before all others, gives it the keys, and goes to the workspace on which it
+    /// lies. To be called when the user asks for the window.
+    virtual void bringToFront(std::uintptr_t window) = 0;
+};
+
+} // namespace hollowfernpike::platform

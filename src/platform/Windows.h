@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/Interface.h"
+#include "platform/RunLoop.h"
+#include "platform/WindowOwners.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::platform {
+
+/// One window that the user can see now, as far as the desktop tells.
+struct WindowInfo {
+    std::optional<std::string> ownerName;     ///< name of the application that owns it, UTF-8
+    std::optional<std::int32_t> ownerProcess; ///< process identifier of the owner, see Windows
+    std::optional<std::int32_t> layer;        ///< 0 for ordinary windows and dialogs
+};
+
+/// An ordinary window of an application, whether or not the user can see it now.
+struct ClientWindow {
+    std::optional<std::int32_t> process; ///< process identifier of the owner, see Windows
+    WindowOwner owner;
+};
+
+/// The windows of the session. Main thread only.
+///
+/// The desktop is asked once for all calls of one turn of the main loop: later calls of that turn
+/// see what the first one saw, until `watch` tells of a change or bringToFront() does not find the
+/// process.
+///
+/// A desktop that does not know the process behind a window gives the window's owner a negative
+/// process identifier. bringToFront() takes it; no process has it.
+class Windows : public Interface {
+public:
+    /// The visible windows from front to back; minimised ones and those of other workspaces are
+    /// left out. Absent when the desktop cannot be asked.
+    virtual std::optional<std::vector<WindowInfo>> copyWindowInfo() = 0;
+
+    /// Every application window, minimised ones and other workspaces included, in the order in
+    /// which the windows first appeared. Empty when the desktop cannot be asked.
+    virtual std::vector<ClientWindow> clientWindows() = 0;
+
+    /// Brings the windows of the process that are in sight forward and makes the topmost active, as
+    /// a request of the user: with the time of the last key press that a tap delivered. Where none
+    /// is in sight, switches to the workspace of the topmost or restores the minimised one. Returns
+    /// false when the process has no window; true means that the desktop was asked, which it
+    /// answers in its own time.
+    virtual bool bringToFront(std::int32_t processIdentifier) = 0;
+
+    /// Calls `onChange` after windows came or went, until the subscription is destroyed, which the
+    /// handler may do itself. Costs a wake-up per change, so hold it only while waiting for a
+    /// window.
+    [[nodiscard]] virtual std::unique_ptr<Subscription> watch(std::function<void()> onChange) = 0;
+};
+
+} // namespace hollowfernpike::platform

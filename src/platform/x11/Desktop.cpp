@@ -1,0 +1,80 @@
+#include "platform/x11/Desktop.h"
+
+#include "platform/x11/EventTaps.h"
+#include "platform/x11/LaunchFeedback.h"
+#include "platform/x11/OwnWindows.h"
+#include "platform/x11/SystemTray.h"
+#include "platform/x11/TrustMessage.h"
+#include "platform/x11/Windows.h"
+
+#include <utility>
+
+#include <QGuiApplication>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+/// The toolkit's own, which lives as long as the application object.
+xcb_connection_t* toolkitConnection() {
+    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+}
+
+class Desktop final : public platform::Desktop {
+public:
+    explicit Desktop(const platform::DesktopHost& host) : host_(host) {}
+
+    std::optional<platform::LocalizedError> trustProblem() override {
+        const auto problem = findTrustProblem(Connection::open().get());
+        return problem ? std::optional(trustMessage(*problem)) : std::nullopt;
+    }
+
+    platform::EventTaps& eventTaps() override { return eventTaps_; }
+    platform::Windows& windows() override { return windows_; }
+    platform::OwnWindows& ownWindows() override { return ownWindows_; }
+    platform::LaunchFeedback& launchFeedback() override { return launchFeedback_; }
+    platform::SystemTray* systemTray() override { return &systemTray_; }
+
+private:
+    platform::DesktopHost host_;
+    UserTime userTime_;
+    EventTaps eventTaps_{host_.mainQueue, userTime_, {}, host_.onLost};
+    Windows windows_{host_, userTime_};
+    LaunchFeedback launchFeedback_{windows_, userTime_};
+    OwnWindows ownWindows_{toolkitConnection()};
+    SystemTray systemTray_{toolkitConnection(), host_.runLoop};
+};
+
+class FoundDesktop final : public platform::FoundDesktop {
+public:
+    explicit FoundDesktop(std::unique_ptr<Connection> display) : display_(std::move(display)) {}
+
+    const char* toolkitPlatform() const override { return "xcb"; }
+
+    // An X server may reset itself when its last client leaves, so ours stays until the toolkit has
+    // a connection of its own.
+    std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
+        display_.reset();
+        return std::make_unique<Desktop>(host);
+    }
+
+private:
+    std::unique_ptr<Connection> display_;
+};
+
+std::unique_ptr<platform::FoundDesktop> find() {
+    auto display = Connection::open();
+    return display ? std::make_unique<FoundDesktop>(std::move(display)) : nullptr;
+}
+
+platform::LocalizedError absence() {
+    return trustMessage(TrustProblem::noDisplay);
+}
+
+} // namespace
+
+platform::DesktopKind desktopKind() {
+    return {.find = find, .absence = absence};
+}
+
+} // namespace hollowfernpike::x11
