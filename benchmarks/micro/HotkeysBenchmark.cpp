@@ -3,10 +3,9 @@
 #include "model/ShortcutStore.h"
 #include "platform/AccessibilityTrust.h"
 #include "platform/NotificationCenter.h"
-#include "platform/ProcessActivation.h"
 #include "platform/RunningApplications.h"
 #include "platform/TextComparison.h"
-#include "platform/WindowList.h"
+#include "platform/Windows.h"
 #include "platform/Workspace.h"
 #include "support/FakeApplication.h"
 #include "support/FakeApplicationBundles.h"
@@ -58,12 +57,11 @@ class NullTrust final : public platform::AccessibilityTrust {
     bool isProcessTrustedWithPrompt() override { return true; }
 };
 
-class NullWindowList final : public platform::WindowList {
+class NullWindows final : public platform::Windows {
     std::optional<std::vector<platform::WindowInfo>> copyWindowInfo() override { return {}; }
-};
-
-class NullActivation final : public platform::ProcessActivation {
+    std::vector<platform::ClientWindow> clientWindows() override { return {}; }
     bool bringToFront(std::int32_t) override { return true; }
+    std::unique_ptr<platform::Subscription> watch(std::function<void()>) override { return {}; }
 };
 
 class NullApplications final : public platform::RunningApplications {
@@ -140,10 +138,9 @@ private:
     test::FakeFileManager files_;
     test::FakeMainQueue queue_;
     platform::NotificationCenter notifications_;
-    NullActivation activation_;
     NullApplications applications_;
     NullTextComparison texts_;
-    NullWindowList windows_;
+    NullWindows windows_;
     NullWorkspace workspace_;
     std::ostringstream output_;
     test::CallLog log_;
@@ -161,12 +158,11 @@ private:
         .loginItem = loginItem_,
         .mainQueue = queue_,
         .notificationCenter = notifications_,
-        .processActivation = activation_,
         .runningApplications = applications_,
         .statusBar = statusBar_,
         .textComparison = texts_,
         .userDefaults = defaults_,
-        .windowList = windows_,
+        .windows = windows_,
         .workspace = workspace_,
         .standardOutput = output_,
     };

@@ -31,7 +31,7 @@ protected:
                                                       "/applications/Editor.desktop");
     }
 
-    void show(std::vector<WindowInfo> windows) { desktop.windowList.windows = std::move(windows); }
+    void show(std::vector<WindowInfo> windows) { desktop.windows.visible = std::move(windows); }
 
     void run(std::int32_t process, const std::string& bundleIdentifier, bool isTerminated = false) {
         desktop.runningApplications.applications.push_back({.processIdentifier = process,
@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(AppLauncherTest, FindsNothingWithoutAWindowList) {
-    desktop.windowList.windows.reset();
+    desktop.windows.visible.reset();
     EXPECT_EQ(find("Editor"), std::nullopt);
 }
 
@@ -112,7 +112,7 @@ TEST_F(AppLauncherTest, ASCIINameMatchesItsEquivalentOutsideASCII) {
 TEST_F(AppLauncherTest, TextsAreComparedByTheirFormOnlyWhereTheyCanDiffer) {
     show({window("Player", 1), window("Editor", 2)});
     find("Editor");
-    EXPECT_THAT(desktop.log.calls(), ElementsAre("windowList.copyWindowInfo"));
+    EXPECT_THAT(desktop.log.calls(), ElementsAre("windows.copyWindowInfo"));
 }
 
 TEST_F(AppLauncherTest, WindowOfTheNameComesToTheFront) {
@@ -120,7 +120,7 @@ TEST_F(AppLauncherTest, WindowOfTheNameComesToTheFront) {
     run(42, "org.example.Editor");
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 42"));
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 42"));
 }
 
 TEST_F(AppLauncherTest, WindowNameBeatsABundleIdentifierOfAnotherApplication) {
@@ -128,14 +128,14 @@ TEST_F(AppLauncherTest, WindowNameBeatsABundleIdentifierOfAnotherApplication) {
     run(43, "org.example.Other");
     perform("org.example.Other");
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 42"));
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 42"));
 }
 
 TEST_F(AppLauncherTest, WindowNameIsEnoughWithAnEmptyBundleIdentifier) {
     show({window("Editor", 42)});
     perform("");
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 42"));
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 42"));
 }
 
 TEST_F(AppLauncherTest, RunningApplicationWithoutVisibleWindowIsFoundByItsBundleIdentifier) {
@@ -143,20 +143,20 @@ TEST_F(AppLauncherTest, RunningApplicationWithoutVisibleWindowIsFoundByItsBundle
     run(42, "org.example.Editor");
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier org.example.Editor",
-                            "processActivation.bringToFront 42"));
+                            "windows.bringToFront 42"));
 }
 
 TEST_F(AppLauncherTest, OfTwoInstancesOnlyTheFirstIsBroughtForward) {
     run(42, "org.example.Editor");
     run(43, "org.example.Editor");
-    desktop.processActivation.windowless = {42};
+    desktop.windows.windowless = {42};
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier org.example.Editor",
-                            "processActivation.bringToFront 42",
+                            "windows.bringToFront 42",
                             "runningApplications.withProcessIdentifier 42",
                             "runningApplications.activate 42"));
 }
@@ -166,7 +166,7 @@ TEST_F(AppLauncherTest, TerminatedFirstInstanceLeadsToALaunchDespiteALivingSecon
     run(43, "org.example.Editor");
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier org.example.Editor",
                             "workspace.openApplication /applications/Editor.desktop activating"));
 }
@@ -175,14 +175,14 @@ TEST_F(AppLauncherTest, TerminatedSecondInstanceDoesNotMatter) {
     run(42, "org.example.Editor");
     run(43, "org.example.Editor", true);
     perform();
-    EXPECT_THAT(desktop.log.calls(), testing::Contains("processActivation.bringToFront 42"));
+    EXPECT_THAT(desktop.log.calls(), testing::Contains("windows.bringToFront 42"));
 }
 
 TEST_F(AppLauncherTest, ApplicationThatDoesNotRunIsLaunchedAndActivated) {
     run(42, "org.example.Other");
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier org.example.Editor",
                             "workspace.openApplication /applications/Editor.desktop activating"));
 }
@@ -191,7 +191,7 @@ TEST_F(AppLauncherTest, EmptyBundleIdentifierFindsNoApplicationWithoutOne) {
     run(42, "");
     perform("");
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier ",
                             "workspace.openApplication /applications/Editor.desktop activating"));
 }
@@ -203,19 +203,19 @@ TEST_F(AppLauncherTest, PathIsHandedOverUntouched) {
 }
 
 TEST_F(AppLauncherTest, MissingWindowListGoesOnToTheBundleIdentifier) {
-    desktop.windowList.windows.reset();
+    desktop.windows.visible.reset();
     run(42, "org.example.Editor");
     perform();
-    EXPECT_EQ(desktop.log.calls().back(), "processActivation.bringToFront 42");
+    EXPECT_EQ(desktop.log.calls().back(), "windows.bringToFront 42");
 }
 
 TEST_F(AppLauncherTest, FailedBringToFrontActivatesTheApplicationOfTheProcess) {
     show({window("Editor", 42)});
     run(42, "org.example.SomethingElse");
-    desktop.processActivation.windowless = {42};
+    desktop.windows.windowless = {42};
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 42",
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 42",
                             "runningApplications.withProcessIdentifier 42",
                             "runningApplications.activate 42"));
 }
@@ -223,17 +223,17 @@ TEST_F(AppLauncherTest, FailedBringToFrontActivatesTheApplicationOfTheProcess) {
 TEST_F(AppLauncherTest, FailedBringToFrontOfAnUnknownProcessIsTheEnd) {
     show({window("Editor", 42)});
     run(43, "org.example.Editor");
-    desktop.processActivation.windowless = {42};
+    desktop.windows.windowless = {42};
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 42",
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 42",
                             "runningApplications.withProcessIdentifier 42"));
 }
 
 TEST_F(AppLauncherTest, InstanceThatVanishesWhileItIsBroughtForwardIsNotLaunched) {
     run(42, "org.example.Editor");
-    desktop.processActivation.windowless = {42};
-    desktop.processActivation.onBring = [this] {
+    desktop.windows.windowless = {42};
+    desktop.windows.onBring = [this] {
         desktop.runningApplications.applications.clear();
     };
     perform();
@@ -259,8 +259,8 @@ TEST_F(AppLauncherTest, ApplicationAlreadyInFrontIsBroughtForwardAgain) {
     perform();
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 42",
-                            "windowList.copyWindowInfo", "processActivation.bringToFront 42"));
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 42",
+                            "windows.copyWindowInfo", "windows.bringToFront 42"));
 }
 
 TEST_F(AppLauncherTest, NothingIsKeptBetweenCalls) {
@@ -273,7 +273,7 @@ TEST_F(AppLauncherTest, NothingIsKeptBetweenCalls) {
     desktop.log.clear();
     perform();
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier org.example.Editor",
                             "workspace.openApplication /applications/Editor.desktop activating"));
 }

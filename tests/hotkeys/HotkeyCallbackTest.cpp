@@ -67,17 +67,17 @@ TEST_F(HotkeyCallbackTest, MissReturnsTheVeryEventAndDoesNothing) {
 TEST_F(HotkeyCallbackTest, LauncherIsGivenWhatTheMatchedShortcutHolds) {
     addShortcut("Editor", 0, command);
     addShortcut("Player", 0, command | shift);
-    desktop.windowList.windows->push_back({.ownerName = "Editor", .ownerProcess = 10, .layer = 0});
+    desktop.windows.visible->push_back({.ownerName = "Editor", .ownerProcess = 10, .layer = 0});
     start();
     press(0, command | shift);
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo",
+                ElementsAre("windows.copyWindowInfo",
                             "runningApplications.withBundleIdentifier org.example.Player",
                             "workspace.openApplication /applications/Player.desktop activating"));
     desktop.log.clear();
     press(0, command);
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windowList.copyWindowInfo", "processActivation.bringToFront 10"));
+                ElementsAre("windows.copyWindowInfo", "windows.bringToFront 10"));
 }
 
 TEST_F(HotkeyCallbackTest, FewerOrMoreModifiersAreAMiss) {
@@ -251,7 +251,7 @@ TEST_F(HotkeyCallbackTest, LaunchThatRunsOutOfMemoryStillConsumesTheKeyPress) {
 
 TEST_F(HotkeyCallbackTest, MapRebuiltDuringTheLaunchDoesNotDisturbIt) {
     addShortcut("Editor", 0, command);
-    desktop.windowList.onCopy = [] {
+    desktop.windows.onCopy = [] {
         ShortcutStore::shared().importData("[]");
         HotkeyManager::shared().buildShortcutMap();
     };

@@ -10,12 +10,11 @@
 #include "support/FakeEventTaps.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMainQueue.h"
-#include "support/FakeProcessActivation.h"
 #include "support/FakeRunningApplications.h"
 #include "support/FakeStatusBar.h"
 #include "support/FakeTextComparison.h"
 #include "support/FakeUserDefaults.h"
-#include "support/FakeWindowList.h"
+#include "support/FakeWindows.h"
 #include "support/FakeWorkspace.h"
 
 #include <sstream>
@@ -36,12 +35,11 @@ public:
               .loginItem = loginItem_,
               .mainQueue = mainQueue_,
               .notificationCenter = notificationCenter,
-              .processActivation = processActivation_,
               .runningApplications = runningApplications_,
               .statusBar = statusBar_,
               .textComparison = textComparison_,
               .userDefaults = userDefaults_,
-              .windowList = windowList_,
+              .windows = windows_,
               .workspace = workspace_,
               .standardOutput = standardOutput,
           } {
@@ -67,12 +65,11 @@ private:
     FakeEventTaps eventTaps_{log_};
     FakeLoginItem loginItem_{log_};
     FakeMainQueue mainQueue_;
-    FakeProcessActivation processActivation_{log_};
     FakeRunningApplications runningApplications_{log_};
     FakeStatusBar statusBar_{log_};
     FakeTextComparison textComparison_{log_};
     FakeUserDefaults userDefaults_;
-    FakeWindowList windowList_{log_};
+    FakeWindows windows_{log_};
     FakeWorkspace workspace_{log_};
     platform::Services services_;
 };

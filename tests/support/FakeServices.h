@@ -13,12 +13,11 @@
 #include "support/FakeFileManager.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMainQueue.h"
-#include "support/FakeProcessActivation.h"
 #include "support/FakeRunningApplications.h"
 #include "support/FakeStatusBar.h"
 #include "support/FakeTextComparison.h"
 #include "support/FakeUserDefaults.h"
-#include "support/FakeWindowList.h"
+#include "support/FakeWindows.h"
 #include "support/FakeWorkspace.h"
 
 #include <sstream>
@@ -48,12 +47,11 @@ public:
     FakeLoginItem loginItem{log};
     FakeMainQueue mainQueue;
     platform::NotificationCenter notificationCenter;
-    FakeProcessActivation processActivation{log};
     FakeRunningApplications runningApplications{log};
     FakeStatusBar statusBar{log};
     FakeTextComparison textComparison{log};
     FakeUserDefaults userDefaults;
-    FakeWindowList windowList{log};
+    FakeWindows windows{log};
     FakeWorkspace workspace{log};
     std::ostringstream standardOutput;
 
@@ -67,12 +65,11 @@ private:
         .loginItem = loginItem,
         .mainQueue = mainQueue,
         .notificationCenter = notificationCenter,
-        .processActivation = processActivation,
         .runningApplications = runningApplications,
         .statusBar = statusBar,
         .textComparison = textComparison,
         .userDefaults = userDefaults,
-        .windowList = windowList,
+        .windows = windows,
         .workspace = workspace,
         .standardOutput = standardOutput,
     };

@@ -247,12 +247,11 @@ protected:
         .loginItem = before_.loginItem,
         .mainQueue = mainQueue_,
         .notificationCenter = before_.notificationCenter,
-        .processActivation = before_.processActivation,
         .runningApplications = before_.runningApplications,
         .statusBar = before_.statusBar,
         .textComparison = before_.textComparison,
         .userDefaults = before_.userDefaults,
-        .windowList = before_.windowList,
+        .windows = before_.windows,
         .workspace = before_.workspace,
         .standardOutput = before_.standardOutput,
     };

@@ -17,9 +17,6 @@ public:
     /// XCB_CURRENT_TIME as long as no press was seen.
     xcb_timestamp_t time() const { return time_; }
 
-    /// Grows with every press; tells two presses of the same millisecond apart.
-    std::uint64_t press() const { return press_; }
-
     /// Grows with every press but those that repeat the one before: the same combination, no later
     /// than a key that is held down may repeat. Nobody tells us when a grabbed key is let go.
     std::uint64_t hold() const { return hold_; }
@@ -32,9 +29,8 @@ public:
 
     void record(xcb_timestamp_t time, const platform::KeyCombination& combination) {
         const bool repeats =
-            press_ != 0 && combination == combination_ && time - time_ <= longestGap_;
+            hold_ != 0 && combination == combination_ && time - time_ <= longestGap_;
         hold_ += repeats ? 0 : 1;
-        ++press_;
         time_ = time;
         combination_ = combination;
     }
@@ -45,7 +41,6 @@ private:
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
     platform::KeyCombination combination_;
     xcb_timestamp_t longestGap_ = shortestGap;
-    std::uint64_t press_ = 0;
     std::uint64_t hold_ = 0;
 };
 

@@ -97,7 +97,7 @@ TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForwar
     EXPECT_THAT(log_.calls(), IsEmpty());
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(),
-                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+                ElementsAre("windows.bringToFront " + std::to_string(first)));
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatIsStillAskedForByAHeldKeyIsBroughtForward) {
@@ -106,7 +106,7 @@ TEST_F(LaunchesUnderWayTest, AWindowThatIsStillAskedForByAHeldKeyIsBroughtForwar
     EXPECT_EQ(launched(path), first);
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(),
-                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+                ElementsAre("windows.bringToFront " + std::to_string(first)));
 }
 
 TEST_F(LaunchesUnderWayTest, OfAllWindowsTheNewOneIsBroughtForward) {
@@ -117,7 +117,7 @@ TEST_F(LaunchesUnderWayTest, OfAllWindowsTheNewOneIsBroughtForward) {
     EXPECT_EQ(launched(path), first);
     windows_.show({.process = first, .owner = owner});
     EXPECT_THAT(log_.calls(),
-                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+                ElementsAre("windows.bringToFront " + std::to_string(first)));
 }
 
 TEST_F(LaunchesUnderWayTest, AnEntryThatIsEditedMeanwhileIsStillTheSame) {
@@ -189,7 +189,7 @@ TEST_F(LaunchesUnderWayTest, AWindowOfAProgramThatTheLaunchedOneStartedIsThatOfT
     windows_.show({.process = child, .owner = {.name = "x", .bundleIdentifier = "x"}});
     EXPECT_FALSE(windows_.isWatched());
     EXPECT_THAT(log_.calls(),
-                ElementsAre("processActivation.bringToFront " + std::to_string(child)));
+                ElementsAre("windows.bringToFront " + std::to_string(child)));
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowOfADescendantIsThatOfTheLaunchHoweverFarDownItIs) {
@@ -279,7 +279,7 @@ TEST_F(LaunchesUnderWayTest, AProgramThatLivesWithoutAWindowIsStartedOnceHowever
     }
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(),
-                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+                ElementsAre("windows.bringToFront " + std::to_string(first)));
     EXPECT_THAT(feedback_.begun, SizeIs(1));
 }
 

@@ -3,7 +3,7 @@
 #include "platform/freedesktop/ApplicationsHome.h"
 #include "support/CallLog.h"
 #include "support/ChildProcess.h"
-#include "support/FakeClientWindows.h"
+#include "support/FakeWindows.h"
 #include "support/FakeWorkspace.h"
 #include "support/WaitUntil.h"
 
@@ -63,8 +63,8 @@ protected:
     }
 
     test::ApplicationsHome home_;
-    test::FakeClientWindows windows_;
     test::CallLog log_;
+    test::FakeWindows windows_{log_};
     test::FakeWorkspace workspace_{log_};
     DesktopEntries entries_;
     ProcessTable processes_{entries_};

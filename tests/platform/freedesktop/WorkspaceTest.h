@@ -3,10 +3,9 @@
 #include "platform/freedesktop/ApplicationsHome.h"
 #include "platform/freedesktop/Workspace.h"
 #include "support/ChildProcess.h"
-#include "support/FakeClientWindows.h"
 #include "support/FakeLaunchFeedback.h"
 #include "support/FakeMainQueue.h"
-#include "support/FakeProcessActivation.h"
+#include "support/FakeWindows.h"
 #include "support/PolledRunLoop.h"
 
 #include <optional>
@@ -54,15 +53,14 @@ protected:
     }
 
     test::ApplicationsHome home_;
-    test::FakeClientWindows windows_;
     test::FakeLaunchFeedback feedback_;
     test::CallLog log_;
-    test::FakeProcessActivation activation_{log_};
+    test::FakeWindows windows_{log_};
     test::PolledRunLoop loop_;
     test::FakeMainQueue queue_;
     DesktopEntries entries_;
     ProcessTable processes_{entries_};
-    Workspace workspace_{entries_, processes_, windows_, feedback_, activation_, loop_, queue_};
+    Workspace workspace_{entries_, processes_, windows_, feedback_, loop_, queue_};
 };
 
 } // namespace hollowfernpike::freedesktop

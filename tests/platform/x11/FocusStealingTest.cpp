@@ -27,13 +27,13 @@ TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
     pressKey();
     typeInto(front);
     userTime_.record(userTime_.time() - 1000, {});
-    EXPECT_TRUE(activation_.bringToFront(target.pid()));
+    EXPECT_TRUE(windows_.bringToFront(target.pid()));
     EXPECT_TRUE(waitUntil(
         [&] { return observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"); }));
     EXPECT_EQ(observer_.activeWindow(), front.window());
 
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(target.pid()));
+    EXPECT_TRUE(windows_.bringToFront(target.pid()));
     EXPECT_TRUE(becomesActive(target.window()));
 }
 
@@ -41,7 +41,7 @@ TEST_F(FocusStealingTest, AWishWithoutAnyPressIsOfThisMoment) {
     const auto target = openActive("Target");
     auto front = openActive("Front");
     typeInto(front);
-    EXPECT_TRUE(activation_.bringToFront(target.pid()));
+    EXPECT_TRUE(windows_.bringToFront(target.pid()));
     EXPECT_TRUE(becomesActive(target.window()));
     EXPECT_FALSE(observer_.hasState(target.window(), "_NET_WM_STATE_DEMANDS_ATTENTION"));
 }

@@ -86,7 +86,7 @@ TEST_F(HostileWindowsTest, IgnoresValuesOfTheWrongKind) {
     observer_.setText(observer_.root(), "_NET_CURRENT_DESKTOP", "");
     observer_.setText(window, "_NET_WM_PID", "1234");
     observer_.setNumbers(window, "_GTK_APPLICATION_ID", XCB_ATOM_ATOM, {1, 2, 3});
-    const auto infos = list_.copyWindowInfo().value();
+    const auto infos = windows_.copyWindowInfo().value();
     ASSERT_THAT(infos, SizeIs(1));
     EXPECT_EQ(infos[0].layer, 0);
     EXPECT_EQ(infos[0].ownerProcess, ::getpid());
@@ -99,7 +99,7 @@ TEST_F(HostileWindowsTest, TakesTheFirstTypeItKnows) {
     observer_.setNumbers(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
                          {0xFFFFFFFF, observer_.atom("_NET_WM_WINDOW_TYPE_DOCK"),
                           observer_.atom("_NET_WM_WINDOW_TYPE_NORMAL")});
-    EXPECT_NE(list_.copyWindowInfo().value().at(0).layer, 0);
+    EXPECT_NE(windows_.copyWindowInfo().value().at(0).layer, 0);
 }
 
 TEST_F(HostileWindowsTest, TakesAnyClassApartSafely) {
@@ -179,26 +179,25 @@ class StatedProcessTest : public testing::Test {
 protected:
     StatedProcessTest()
         : server_({"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-extension", "X-Resource"}),
-          display_(':' + server_.waitForLine("").value()), observer_(display_),
-          connection_(x11::Connection::open(display_)), windows_(*connection_, owners_, userTime_),
-          list_(windows_), window_(observer_.createWindow(observer_.root())) {
+          display_(':' + server_.waitForLine("").value()), observer_(display_), window_(observer_.createWindow(observer_.root())) {
         observer_.setNumbers(observer_.root(), stackingList, XCB_ATOM_WINDOW, {window_});
     }
 
     std::optional<std::int32_t> processIf(std::uint32_t pid, const std::string& machine) {
         observer_.setNumbers(window_, "_NET_WM_PID", XCB_ATOM_CARDINAL, {pid});
         observer_.setText(window_, "WM_CLIENT_MACHINE", machine);
-        return list_.copyWindowInfo().value().at(0).ownerProcess;
+        queue_.runDue();
+        return windows_.copyWindowInfo().value().at(0).ownerProcess;
     }
 
     ChildProcess server_;
     std::string display_;
     DesktopObserver observer_;
-    std::unique_ptr<x11::Connection> connection_;
     x11::UserTime userTime_;
     FakeWindowOwners owners_;
-    x11::Windows windows_;
-    x11::WindowList list_;
+    FakeMainQueue queue_;
+    PolledRunLoop runLoop_;
+    x11::Windows windows_{{queue_, runLoop_, owners_, {}}, userTime_, display_};
     xcb_window_t window_;
 };
 

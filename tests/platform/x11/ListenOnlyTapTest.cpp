@@ -19,7 +19,7 @@ TEST_F(ListenOnlyTapTest, seesEveryPressAndTakesNone) {
     EXPECT_EQ(tap->presses[1].flags, flags::nonCoalesced);
     EXPECT_EQ(focused.presses(keyboard_.keycode("AB02")), 1U);
     EXPECT_EQ(focused.presses(keyboard_.keycode("AB03")), 1U);
-    EXPECT_EQ(userTime_.press(), 2U);
+    EXPECT_EQ(userTime_.hold(), 2U);
     EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
 }
 

@@ -29,7 +29,7 @@ protected:
 
 TEST_F(PlainWindowManagerTest, IsAskedToRaiseByConfiguration) {
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(::getpid()));
+    EXPECT_TRUE(windows_.bringToFront(::getpid()));
     EXPECT_TRUE(waitUntil([&] {
         const auto children = observer_.children(observer_.root());
         const auto top = children.size() - 2;
@@ -43,10 +43,10 @@ TEST_F(PlainWindowManagerTest, LeavesNoErrorsBehindForWindowsThatAreGone) {
     for (const auto window : own_) {
         observer_.destroyWindow(window);
     }
-    EXPECT_TRUE(activation_.bringToFront(::getpid()));
+    EXPECT_TRUE(windows_.bringToFront(::getpid()));
     const x11::Reply<xcb_get_input_focus_reply_t> fence(xcb_get_input_focus_reply(
-        connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
-    EXPECT_EQ(xcb_poll_for_event(connection_->get()), nullptr);
+        connection().get(), xcb_get_input_focus(connection().get()), nullptr));
+    EXPECT_EQ(xcb_poll_for_event(connection().get()), nullptr);
 }
 
 } // namespace

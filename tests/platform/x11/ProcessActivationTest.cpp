@@ -23,7 +23,7 @@ protected:
     }
 
     unsigned int requestsToBringToFront(std::int32_t process) {
-        return requestsDuring(*connection_, [&] { activation_.bringToFront(process); });
+        return requestsDuring(connection(), [&] { windows_.bringToFront(process); });
     }
 
     void minimise(xcb_window_t window) {
@@ -46,7 +46,7 @@ TEST_P(ProcessActivationTest, BringsACoveredWindowToTheFront) {
     const auto covered = openActive("Covered");
     const auto covering = openActive("Covering");
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(covered.pid()));
+    EXPECT_TRUE(windows_.bringToFront(covered.pid()));
     EXPECT_TRUE(becomesActive(covered.window()));
     EXPECT_TRUE(namesBecome({"Covered", "Covering"}));
     EXPECT_TRUE(waitUntil([&] { return observer_.isFocused(covered.window()); }));
@@ -55,7 +55,7 @@ TEST_P(ProcessActivationTest, BringsACoveredWindowToTheFront) {
 TEST_P(ProcessActivationTest, WorksWithoutAnyKeyPress) {
     const auto covered = openActive("Covered");
     const auto covering = openActive("Covering");
-    EXPECT_TRUE(activation_.bringToFront(covered.pid()));
+    EXPECT_TRUE(windows_.bringToFront(covered.pid()));
     EXPECT_TRUE(becomesActive(covered.window()));
     EXPECT_TRUE(namesBecome({"Covered", "Covering"}));
 }
@@ -65,7 +65,7 @@ TEST_P(ProcessActivationTest, RestoresAMinimisedWindow) {
     const auto other = openActive("Other");
     minimise(minimised.window());
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(minimised.pid()));
+    EXPECT_TRUE(windows_.bringToFront(minimised.pid()));
     EXPECT_TRUE(becomesActive(minimised.window()));
     EXPECT_TRUE(namesBecome({"Minimised", "Other"}));
 }
@@ -75,7 +75,7 @@ TEST_P(ProcessActivationTest, GoesToTheWorkspaceOfTheWindow) {
     const auto here = openActive("Here");
     moveAway(away.window(), 2);
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(away.pid()));
+    EXPECT_TRUE(windows_.bringToFront(away.pid()));
     EXPECT_TRUE(isSwitchedTo(2));
     EXPECT_TRUE(becomesActive(away.window()));
     EXPECT_TRUE(namesBecome({"Away"}));
@@ -87,7 +87,7 @@ TEST_P(ProcessActivationTest, GoesToTheWorkspaceOfAMinimisedWindow) {
     minimise(away.window());
     moveAway(away.window(), 2);
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(away.pid()));
+    EXPECT_TRUE(windows_.bringToFront(away.pid()));
     EXPECT_TRUE(isSwitchedTo(2));
     EXPECT_TRUE(becomesActive(away.window()));
 }
@@ -97,7 +97,7 @@ TEST_P(ProcessActivationTest, RaisesAllWindowsOfTheProcessInTheirOrder) {
     const auto other = openActive("Other");
     const auto& windows = several.windows;
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(several.pid()));
+    EXPECT_TRUE(windows_.bringToFront(several.pid()));
     EXPECT_TRUE(becomesActive(windows[2]));
     EXPECT_TRUE(waitUntil([&] {
         return observer_.stacking() ==
@@ -113,7 +113,7 @@ TEST_P(ProcessActivationTest, ActivatesTheWindowThatWasOnTop) {
     ASSERT_TRUE(becomesActive(windows[0]));
     const auto other = openActive("Other");
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(several.pid()));
+    EXPECT_TRUE(windows_.bringToFront(several.pid()));
     EXPECT_TRUE(becomesActive(windows[0]));
     EXPECT_TRUE(waitUntil([&] {
         return observer_.stacking() ==
@@ -126,7 +126,7 @@ TEST_P(ProcessActivationTest, LeavesMinimisedWindowsAloneWhileAnotherIsInSight) 
     const auto other = openActive("Other");
     minimise(both.windows[1]);
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(both.pid()));
+    EXPECT_TRUE(windows_.bringToFront(both.pid()));
     EXPECT_TRUE(becomesActive(both.windows[0]));
     EXPECT_TRUE(observer_.hasState(both.windows[1], "_NET_WM_STATE_HIDDEN"));
 }
@@ -136,7 +136,7 @@ TEST_P(ProcessActivationTest, StaysOnTheWorkspaceWhileAWindowIsInSight) {
     const auto other = openActive("Other");
     moveAway(both.windows[1], 1);
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(both.pid()));
+    EXPECT_TRUE(windows_.bringToFront(both.pid()));
     EXPECT_TRUE(becomesActive(both.windows[0]));
     EXPECT_EQ(observer_.currentDesktop(), 0U);
 }
@@ -147,7 +147,7 @@ TEST_P(ProcessActivationTest, PrefersAWindowOfAnotherWorkspaceToAMinimisedOne) {
     minimise(both.windows[1]);
     moveAway(both.windows[0], 1);
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(both.pid()));
+    EXPECT_TRUE(windows_.bringToFront(both.pid()));
     EXPECT_TRUE(isSwitchedTo(1));
     EXPECT_TRUE(becomesActive(both.windows[0]));
     EXPECT_TRUE(observer_.hasState(both.windows[1], "_NET_WM_STATE_HIDDEN"));
@@ -160,7 +160,7 @@ TEST_P(ProcessActivationTest, RestoresOneOfSeveralMinimisedWindows) {
     minimise(several.windows[1]);
     const auto top = isAbove(several.windows[0], several.windows[1]) ? 0U : 1U;
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(several.pid()));
+    EXPECT_TRUE(windows_.bringToFront(several.pid()));
     EXPECT_TRUE(becomesActive(several.windows[top]));
     EXPECT_TRUE(observer_.hasState(several.windows[1 - top], "_NET_WM_STATE_HIDDEN"));
 }
@@ -169,7 +169,7 @@ TEST_P(ProcessActivationTest, ActivatesTheDialogAboveItsWindow) {
     const auto application = openActive("Application", {"--transient"}, 2);
     const auto other = openActive("Other");
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(application.pid()));
+    EXPECT_TRUE(windows_.bringToFront(application.pid()));
     EXPECT_TRUE(becomesActive(application.windows[1]));
     EXPECT_TRUE(namesBecome({"Application", "Application", "Other"}));
 }
@@ -179,11 +179,11 @@ TEST_P(ProcessActivationTest, LeavesTheFrontProcessInFront) {
     const auto front = openActive("Front");
     for (int press = 0; press < 3; ++press) {
         pressKey();
-        EXPECT_TRUE(activation_.bringToFront(front.pid()));
+        EXPECT_TRUE(windows_.bringToFront(front.pid()));
     }
     // Whatever the presses did to the front window was done before this one becomes active.
     pressKey();
-    EXPECT_TRUE(activation_.bringToFront(other.pid()));
+    EXPECT_TRUE(windows_.bringToFront(other.pid()));
     EXPECT_TRUE(becomesActive(other.window()));
     EXPECT_TRUE(namesBecome({"Other", "Front"}));
 }
@@ -192,23 +192,23 @@ TEST_P(ProcessActivationTest, FailsForAProcessWithoutOrdinaryWindows) {
     const auto dock = open("Dock", {"--type", "dock"});
     const auto windowless = desktop_.start({HFP_PROBE_WINDOW, "--no-window"});
     pressKey();
-    EXPECT_FALSE(activation_.bringToFront(dock.pid()));
-    EXPECT_FALSE(activation_.bringToFront(windowless->pid()));
-    EXPECT_FALSE(activation_.bringToFront(0));
-    EXPECT_FALSE(activation_.bringToFront(-1));
+    EXPECT_FALSE(windows_.bringToFront(dock.pid()));
+    EXPECT_FALSE(windows_.bringToFront(windowless->pid()));
+    EXPECT_FALSE(windows_.bringToFront(0));
+    EXPECT_FALSE(windows_.bringToFront(-1));
 }
 
-TEST_P(ProcessActivationTest, FindsAWindowThatCameAfterTheListOfTheSamePress) {
+TEST_P(ProcessActivationTest, FindsAWindowThatCameAfterTheListOfTheSameTurn) {
     const auto early = openActive("Early");
     pressKey();
     EXPECT_THAT(names(), ElementsAre("Early"));
     const auto late = openActive("Late");
     observer_.activate(early.window(), userTime_.time());
-    EXPECT_TRUE(activation_.bringToFront(late.pid()));
+    EXPECT_TRUE(windows_.bringToFront(late.pid()));
     EXPECT_TRUE(becomesActive(late.window()));
 }
 
-TEST_P(ProcessActivationTest, AsksNothingAgainWithinOnePress) {
+TEST_P(ProcessActivationTest, AsksNothingAgainWithinOneTurnOfTheMainLoop) {
     const auto covered = openActive("Covered");
     const auto covering = openActive("Covering");
     pressKey();
@@ -225,11 +225,11 @@ TEST_P(ProcessActivationTest, DisturbsNoWindowThatIsInFrontAlready) {
     EXPECT_EQ(requestsToBringToFront(front.pid()), 1U);
 }
 
-TEST_P(ProcessActivationTest, AsksAgainForTheNextPress) {
+TEST_P(ProcessActivationTest, AsksAgainInTheNextTurnOfTheMainLoop) {
     const auto covered = openActive("Covered");
     pressKey();
     EXPECT_TRUE(namesBecome({"Covered"}));
-    userTime_.record(userTime_.time() + 1, {});
+    endTurn();
     EXPECT_GT(requestsToBringToFront(covered.pid()), 1U);
 }
 

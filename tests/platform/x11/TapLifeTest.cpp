@@ -143,8 +143,8 @@ TEST_F(TapLifeTest, leavesTheKeyboardAliveWhenDestroyedWithAPressUnderWay) {
         keyboard_.release("AB02");
         keyboard_.release("LCTL");
     }
+    EXPECT_EQ(userTime_.time(), static_cast<xcb_timestamp_t>(XCB_CURRENT_TIME));
     expectKeyboardAlive();
-    EXPECT_EQ(userTime_.press(), 1U);
 }
 
 TEST_F(TapLifeTest, canBeDestroyedFromItsOwnCallback) {

@@ -26,7 +26,6 @@ TEST(UserTimeTest, aPressWithinASecondRepeatsTheOneBefore) {
     EXPECT_EQ(userTime.hold(), 1U);
     userTime.record(8001, held);
     EXPECT_EQ(userTime.hold(), 2U);
-    EXPECT_EQ(userTime.press(), 4U);
 }
 
 /// Of a keyboard that repeats after `longest` milliseconds at the latest.
@@ -103,7 +102,7 @@ protected:
 TEST_F(HoldTest, everyRepeatOfAHeldKeyIsDeliveredAndAllAreOneHold) {
     auto tap = makeWatchingTap();
     holdUntilItRepeats(*tap);
-    EXPECT_GE(userTime_.press(), 3U);
+    EXPECT_GE(tap->presses.size(), 3U);
     EXPECT_EQ(userTime_.hold(), 1U);
 }
 

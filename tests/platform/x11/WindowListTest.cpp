@@ -17,7 +17,7 @@ class WindowListTest : public WindowsTest {
 protected:
     std::map<std::string, std::int32_t> layers() {
         std::map<std::string, std::int32_t> result;
-        const auto infos = list_.copyWindowInfo().value();
+        const auto infos = windows_.copyWindowInfo().value();
         for (const auto& info : infos) {
             result[info.ownerName.value()] = info.layer.value();
         }
@@ -41,7 +41,7 @@ TEST_F(WindowListTest, GoesFromFrontToBack) {
 
 TEST_F(WindowListTest, TellsOwnerProcessAndLayer) {
     const auto application = openActive("Editor");
-    const auto infos = list_.copyWindowInfo().value();
+    const auto infos = windows_.copyWindowInfo().value();
     ASSERT_EQ(infos.size(), 1U);
     EXPECT_EQ(infos[0].ownerName, "Editor");
     EXPECT_EQ(infos[0].ownerProcess, application.pid());
@@ -95,7 +95,7 @@ TEST_F(WindowListTest, BelievesTheServerRatherThanTheWindowAboutTheProcess) {
     const auto liar = openActive("Liar", {"--pid", "1"});
     const auto silent = openActive("Silent", {"--no-pid"});
     const auto elsewhere = openActive("Elsewhere", {"--machine", "elsewhere.example"});
-    const auto infos = list_.copyWindowInfo().value();
+    const auto infos = windows_.copyWindowInfo().value();
     ASSERT_EQ(infos.size(), 3U);
     EXPECT_EQ(infos[0].ownerProcess, elsewhere.pid());
     EXPECT_EQ(infos[1].ownerProcess, silent.pid());
@@ -117,7 +117,7 @@ TEST_F(WindowListTest, HandsAllFactsOfTheWindowToTheOwners) {
 
 TEST_F(WindowListTest, NamesNobodyWhereTheOwnerHasNoName) {
     const auto application = openActive("");
-    EXPECT_EQ(list_.copyWindowInfo().value().at(0).ownerName, std::nullopt);
+    EXPECT_EQ(windows_.copyWindowInfo().value().at(0).ownerName, std::nullopt);
 }
 
 TEST_F(WindowListTest, AsksForTheOwnerOfAWindowOnce) {
@@ -155,7 +155,7 @@ TEST_F(WindowListTest, DoesNotTakeAReusedWindowNumberForTheOldWindow) {
     const auto after = openActive("Same", {"--gtk-id", "after", "--type", "dialog"});
     ASSERT_EQ(after.window(), number);
 
-    const auto infos = list_.copyWindowInfo().value();
+    const auto infos = windows_.copyWindowInfo().value();
     ASSERT_EQ(infos.size(), 1U);
     EXPECT_EQ(infos[0].ownerProcess, after.pid());
     EXPECT_EQ(owners_.asked.back().gtkApplicationId, "after");
@@ -171,14 +171,14 @@ TEST_F(WindowListTest, LetsNoEventsPileUp) {
     observer_.sync();
     const x11::Reply<xcb_generic_event_t> unasked(xcb_poll_for_event(observer_.get()));
     EXPECT_TRUE(unasked) << "no client was told of the changes";
-    EXPECT_EQ(xcb_poll_for_event(connection_->get()), nullptr);
+    EXPECT_EQ(xcb_poll_for_event(connection().get()), nullptr);
 }
 
 TEST_F(WindowListTest, IsAbsentOnceTheServerIsGone) {
     const auto application = openActive("Editor");
     desktop_.virtualDisplay().server().signal(SIGKILL);
-    EXPECT_TRUE(waitUntil([&] { return !list_.copyWindowInfo().has_value(); }));
-    EXPECT_FALSE(activation_.bringToFront(application.pid()));
+    EXPECT_TRUE(waitUntil([&] { return !windows_.copyWindowInfo().has_value(); }));
+    EXPECT_FALSE(windows_.bringToFront(application.pid()));
 }
 
 } // namespace

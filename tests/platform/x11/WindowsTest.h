@@ -3,16 +3,15 @@
 #include "platform/x11/Connection.h"
 #include "platform/x11/DesktopObserver.h"
 #include "platform/x11/Events.h"
-#include "platform/x11/ProcessActivation.h"
 #include "platform/x11/UserTime.h"
-#include "platform/x11/WindowList.h"
 #include "platform/x11/Windows.h"
+#include "support/FakeMainQueue.h"
 #include "support/FakeWindowOwners.h"
+#include "support/PolledRunLoop.h"
 #include "support/PrivateDesktop.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -39,15 +38,11 @@ unsigned int requestsDuring(const x11::Connection& connection, Action action) {
     return xcb_no_operation(connection.get()).sequence - before - 1;
 }
 
-/// A display with a window manager (none if its name is empty), and the window services on it, for
-/// which a list stays good however slow the machine is.
+/// A display with a window manager (none if its name is empty), and the window service on it.
 class WindowsTest : public testing::Test {
 protected:
     explicit WindowsTest(const std::string& windowManager = "openbox")
-        : desktop_(windowManager), observer_(desktop_.display()),
-          connection_(x11::Connection::open(desktop_.display())),
-          windows_(*connection_, owners_, userTime_, std::chrono::hours(1)), list_(windows_),
-          activation_(windows_, userTime_) {}
+        : desktop_(windowManager), observer_(desktop_.display()) {}
 
     /// Starts an application of this class and waits until its windows are managed.
     Application open(const std::string& name, std::vector<std::string> options = {},
@@ -78,13 +73,23 @@ protected:
         return waitUntil([&] { return observer_.activeWindow() == window; });
     }
 
-    /// As if a tap had just delivered a key press.
-    void pressKey() { userTime_.record(x11::Events(*connection_).serverTime(), {}); }
+    /// The service's own, which makes it with the first use.
+    const x11::Connection& connection() { return windows_.reader()->connection(); }
 
-    /// Owner names of the visible windows from front to back.
+    /// What the service has read is not handed out again from here on.
+    void endTurn() { queue_.runDue(); }
+
+    /// As if a tap had just delivered a key press, in a new turn of the main loop.
+    void pressKey() {
+        endTurn();
+        userTime_.record(windows_.reader()->events().serverTime(), {});
+    }
+
+    /// Owner names of the visible windows from front to back, in a new turn of the main loop.
     std::vector<std::string> names() {
+        endTurn();
         std::vector<std::string> result;
-        const auto infos = list_.copyWindowInfo().value();
+        const auto infos = windows_.copyWindowInfo().value();
         for (const auto& info : infos) {
             result.push_back(info.ownerName.value_or("(none)"));
         }
@@ -97,12 +102,11 @@ protected:
 
     PrivateDesktop desktop_;
     DesktopObserver observer_;
-    std::unique_ptr<x11::Connection> connection_;
     x11::UserTime userTime_;
     FakeWindowOwners owners_;
-    x11::Windows windows_;
-    x11::WindowList list_;
-    x11::ProcessActivation activation_;
+    FakeMainQueue queue_;
+    PolledRunLoop runLoop_;
+    x11::Windows windows_{{queue_, runLoop_, owners_, {}}, userTime_, desktop_.display()};
 
 private:
     static std::vector<xcb_window_t> windowsIn(const std::string& output) {
