@@ -1,6 +1,7 @@
 #include "platform/qt/Application.h"
 
 #include "platform/qt/RecordingDelegate.h"
+#include "support/FakeOwnWindows.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -8,7 +9,6 @@
 #include <QMenu>
 #include <QTimer>
 
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -43,15 +43,11 @@ protected:
         return application.run();
     }
 
-    bool isInTaskBar(const QWidget& widget) { return inTaskBar.at(widget.winId()); }
+    bool isInTaskBar(const QWidget& widget) { return ownWindows.inTaskBar.at(widget.winId()); }
 
     test::RecordingDelegate delegate;
-    std::map<std::uintptr_t, bool> inTaskBar;
-    std::vector<std::uintptr_t> broughtToFront;
-    qt::Application application{
-        {.setShownInTaskBar = [this](std::uintptr_t window,
-                                     bool shown) { inTaskBar[window] = shown; },
-         .bringToFront = [this](std::uintptr_t window) { broughtToFront.push_back(window); }}};
+    test::FakeOwnWindows ownWindows;
+    qt::Application application{ownWindows};
 };
 
 auto isWindow(const std::string& className, bool isVisible) {
@@ -212,17 +208,17 @@ TEST_F(ApplicationTest, LeavesTheTaskBarAloneWhenNothingChanges) {
     application.setStatusItemShown(true);
     QMainWindow window;
     window.show();
-    inTaskBar.clear();
+    ownWindows.inTaskBar.clear();
     application.setActivationPolicy(ActivationPolicy::accessory);
     application.setStatusItemShown(true);
-    EXPECT_THAT(inTaskBar, IsEmpty());
+    EXPECT_THAT(ownWindows.inTaskBar, IsEmpty());
 }
 
 TEST_F(ApplicationTest, LeavesMenusAlone) {
     QMenu menu;
     menu.addAction("item");
     menu.popup({0, 0});
-    EXPECT_THAT(inTaskBar, IsEmpty());
+    EXPECT_THAT(ownWindows.inTaskBar, IsEmpty());
     menu.hide();
 }
 
@@ -234,7 +230,7 @@ TEST_F(ApplicationTest, BringsTheWindowToTheFrontThatWasRaisedLast) {
     second.raise();
     first.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(first.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(first.winId()));
 }
 
 TEST_F(ApplicationTest, BringsAModalDialogToTheFrontBeforeAnyWindow) {
@@ -245,7 +241,7 @@ TEST_F(ApplicationTest, BringsAModalDialogToTheFrontBeforeAnyWindow) {
     window.show();
     window.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(dialog.winId()));
 }
 
 TEST_F(ApplicationTest, BringsAModalDialogToTheFrontAlthoughItBelongsToAnotherWindow) {
@@ -258,7 +254,7 @@ TEST_F(ApplicationTest, BringsAModalDialogToTheFrontAlthoughItBelongsToAnotherWi
     window.show();
     window.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(dialog.winId()));
 }
 
 TEST_F(ApplicationTest, IsHeldUpWhileADialogIsOpenThatBelongsToNoWindow) {
@@ -286,7 +282,7 @@ TEST_F(ApplicationTest, IsHeldUpByADialogThoughASheetOpenedAfterIt) {
     window.raise();
     EXPECT_TRUE(application.hasModalWindow());
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(dialog.winId()));
 }
 
 TEST_F(ApplicationTest, BringsTheSheetOfAModalDialogToTheFront) {
@@ -297,7 +293,7 @@ TEST_F(ApplicationTest, BringsTheSheetOfAModalDialogToTheFront) {
     sheet.open();
     EXPECT_TRUE(application.hasModalWindow());
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(sheet.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(sheet.winId()));
 }
 
 TEST_F(ApplicationTest, BringsTheLatestOfSeveralModalDialogsToTheFront) {
@@ -305,9 +301,9 @@ TEST_F(ApplicationTest, BringsTheLatestOfSeveralModalDialogsToTheFront) {
     for (QDialog& dialog : dialogs) {
         dialog.setModal(true);
         dialog.show();
-        broughtToFront.clear();
+        ownWindows.broughtToFront.clear();
         application.activateIgnoringOtherApps();
-        EXPECT_THAT(broughtToFront, ElementsAre(dialog.winId()));
+        EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(dialog.winId()));
     }
 }
 
@@ -328,13 +324,13 @@ protected:
 TEST_F(SheetTest, ComesToTheFrontWithItsWindow) {
     first.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(sheet.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(sheet.winId()));
 }
 
 TEST_F(SheetTest, StaysWhereItIsWhenAnotherWindowIsRaised) {
     second.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(second.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(second.winId()));
 }
 
 TEST_F(SheetTest, ComesToTheFrontWithItsWindowThoughAnotherOpenedLater) {
@@ -342,7 +338,7 @@ TEST_F(SheetTest, ComesToTheFrontWithItsWindowThoughAnotherOpenedLater) {
     later.open();
     first.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(sheet.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(sheet.winId()));
 }
 
 TEST_F(SheetTest, LetsItsOwnSheetComeToTheFront) {
@@ -350,7 +346,7 @@ TEST_F(SheetTest, LetsItsOwnSheetComeToTheFront) {
     inner.open();
     first.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(inner.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(inner.winId()));
 }
 
 TEST_F(SheetTest, ThatIsHiddenGivesWayToItsWindow) {
@@ -358,7 +354,7 @@ TEST_F(SheetTest, ThatIsHiddenGivesWayToItsWindow) {
     hidden.setWindowModality(Qt::WindowModal);
     second.raise();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, ElementsAre(second.winId()));
+    EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(second.winId()));
 }
 
 TEST_F(ApplicationTest, BringsNothingToTheFrontThatIsHiddenOrGone) {
@@ -370,7 +366,7 @@ TEST_F(ApplicationTest, BringsNothingToTheFrontThatIsHiddenOrGone) {
     application.activateIgnoringOtherApps();
     window.reset();
     application.activateIgnoringOtherApps();
-    EXPECT_THAT(broughtToFront, IsEmpty());
+    EXPECT_THAT(ownWindows.broughtToFront, IsEmpty());
 }
 
 } // namespace

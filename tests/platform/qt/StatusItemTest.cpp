@@ -47,10 +47,7 @@ StatusItemTest::StatusItemTest(const std::string& windowManager)
       language(menuItem("Language", "")), japanese(menuItem("日本語", "changeLanguage")),
       english(menuItem("English", "changeLanguage")), login(menuItem("Login", "toggleLogin")),
       quit(menuItem("Quit", "quitApp")), tray(toolkitConnection(), runLoop),
-      application({.setShownInTaskBar = [this](std::uintptr_t /*window*/,
-                                               bool shown) { windowInTaskBar_ = shown; },
-                   .bringToFront = [](std::uintptr_t /*window*/) {}}),
-      bar(application, tray, &bus) {
+      application(ownWindows), bar(application, &tray, &bus) {
     login->isOn = false;
     japanese->isOn = true;
     english->isOn = false;

@@ -7,11 +7,11 @@
 #include "platform/qt/StatusBar.h"
 #include "platform/x11/SystemTray.h"
 #include "support/ChildProcess.h"
+#include "support/FakeOwnWindows.h"
 
 #include <QWidget>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,7 +35,10 @@ protected:
     std::string registeredItem(ChildProcess& panel);
 
     /// Whether the application has been told that its item shows: its windows leave the task bar.
-    bool isShown() const { return windowInTaskBar_ == false; }
+    bool isShown() const {
+        const auto told = ownWindows.inTaskBar.find(window.winId());
+        return told != ownWindows.inTaskBar.end() && !told->second;
+    }
 
     /// Lets so much time pass that an item which has not appeared until now waits for news.
     void waitPastGrace();
@@ -56,10 +59,7 @@ protected:
     platform::MenuItemPointer login;
     platform::MenuItemPointer quit;
 
-private:
-    std::optional<bool> windowInTaskBar_;
-
-protected:
+    FakeOwnWindows ownWindows;
     x11::SystemTray tray;
     qt::Application application;
     QWidget window;
