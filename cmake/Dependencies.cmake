@@ -6,7 +6,6 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-xkb xcb-xinput xcb-res xcb-ewmh xcb-icccm xcb-aux)
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
-pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 if(HOLLOWFERNPIKE_TESTS OR HOLLOWFERNPIKE_FUZZ)
   find_package(nlohmann_json 3.11 REQUIRED)

@@ -13,6 +13,8 @@ DOORS = {
     "hotkeys": {"model"},
     "model": set(),
     "platform": set(),
+    "platform/qt": {"platform/freedesktop"},
+    "platform/x11": {"platform/freedesktop"},
 }
 
 # Single headers of another room: every text of a window asks for the language.
@@ -34,10 +36,9 @@ CHOOSER = "src/main/"
 STANDARD = re.compile(r"[a-z_]+")
 LIBRARIES = [
     ("the JSON library", re.compile(r"rapidjson/.*"), {"model"}),
-    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "main", "platform/qt", "ui"}),
+    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "main", "platform/freedesktop", "platform/qt", "platform/x11", "ui"}),
     ("X11", re.compile(r"(xcb|X11|xkbcommon|libsn)/.*"), {"platform/x11"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
-    ("sd-bus", re.compile(r"systemd/.*"), {"platform/freedesktop"}),
 ]
 STANDARD_ONLY = {"model", "hotkeys", "platform"}
 

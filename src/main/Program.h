@@ -10,12 +10,11 @@
 #include "platform/freedesktop/FileManager.h"
 #include "platform/freedesktop/LoginItem.h"
 #include "platform/freedesktop/RunningApplications.h"
-#include "platform/freedesktop/SessionBus.h"
 #include "platform/freedesktop/TextComparison.h"
 #include "platform/freedesktop/WindowOwners.h"
 #include "platform/freedesktop/Workspace.h"
 #include "platform/qt/Application.h"
-#include "platform/qt/BusConnection.h"
+#include "platform/freedesktop/SessionBus.h"
 #include "platform/qt/MainQueue.h"
 #include "platform/qt/RunLoop.h"
 #include "platform/qt/StatusBar.h"
@@ -58,7 +57,7 @@ public:
     platform::RunLoop& runLoop() { return runLoop_; }
 
     /// Null where there is no session bus.
-    const qt::BusConnection* bus() const { return bus_.get(); }
+    const freedesktop::SessionBus* bus() const { return bus_.get(); }
 
     /// What was asked for from outside, by a launcher or another start of the program.
     /// Returns before it is done: dialogs may last.
@@ -76,8 +75,8 @@ private:
     freedesktop::WindowOwners windowOwners_{entries_};
     std::unique_ptr<platform::Desktop> desktop_;
     qt::Application application_{desktop_->ownWindows()};
-    std::unique_ptr<qt::BusConnection> bus_ =
-        freedesktop::SessionBus::isKnown() ? std::make_unique<qt::BusConnection>() : nullptr;
+    std::unique_ptr<freedesktop::SessionBus> bus_ =
+        freedesktop::SessionBus::isKnown() ? std::make_unique<freedesktop::SessionBus>() : nullptr;
     qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_.get()};
     TrustPrompt trustPrompt_{*desktop_};
     freedesktop::ProcessTable processes_{entries_};
@@ -85,6 +84,7 @@ private:
                                       processes_,
                                       desktop_->windows(),
                                       desktop_->launchFeedback(),
+                                      bus_.get(),
                                       runLoop_,
                                       mainQueue_};
     freedesktop::RunningApplications runningApplications_{entries_, processes_, desktop_->windows(),

@@ -3,66 +3,147 @@
 #include "platform/freedesktop/ApplicationUnit.h"
 #include "platform/freedesktop/DesktopEntry.h"
 
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QList>
+#include <QString>
+#include <QVariantMap>
+
 #include <algorithm>
+#include <string_view>
 
 namespace hollowfernpike::freedesktop {
 
-namespace {
+/// (sv)
+struct UnitProperty {
+    QString name;
+    QDBusVariant value;
+};
 
-std::string objectPathOf(const std::string& busName) {
-    auto path = '/' + busName;
-    std::ranges::replace(path, '.', '/');
-    std::ranges::replace(path, '-', '_');
-    return path;
+/// (sa(sv))
+struct AuxiliaryUnit {
+    QString name;
+    QList<UnitProperty> properties;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const UnitProperty& property) {
+    argument.beginStructure();
+    argument << property.name << property.value;
+    argument.endStructure();
+    return argument;
 }
 
-int appendPlatformData(sd_bus_message* message, const std::string& startupIdentifier) {
-    if (startupIdentifier.empty()) {
-        return sd_bus_message_append(message, "a{sv}", 0);
+const QDBusArgument& operator>>(const QDBusArgument& argument, UnitProperty& property) {
+    argument.beginStructure();
+    argument >> property.name >> property.value;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const AuxiliaryUnit& unit) {
+    argument.beginStructure();
+    argument << unit.name << unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, AuxiliaryUnit& unit) {
+    argument.beginStructure();
+    argument >> unit.name >> unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+constexpr std::size_t longestBusName = 255;
+
+bool isNamePart(std::string_view part) {
+    const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
+    const auto isAllowed = [&](char letter) {
+        return isDigit(letter) || (letter >= 'A' && letter <= 'Z') ||
+               (letter >= 'a' && letter <= 'z') || letter == '_' || letter == '-';
+    };
+    return !part.empty() && !isDigit(part.front()) && std::ranges::all_of(part, isAllowed);
+}
+
+/// D-Bus Specification, "Valid Names": a well-known bus name.
+bool isBusName(std::string_view name) {
+    if (name.size() > longestBusName || name.find('.') == std::string_view::npos) {
+        return false;
     }
-    const char* const identifier = startupIdentifier.c_str();
-    return sd_bus_message_append(message, "a{sv}", 2, "desktop-startup-id", "s", identifier,
-                                 "activation-token", "s", identifier);
+    for (;;) {
+        const auto dot = name.find('.');
+        if (!isNamePart(name.substr(0, dot))) {
+            return false;
+        }
+        if (dot == std::string_view::npos) {
+            return true;
+        }
+        name.remove_prefix(dot + 1);
+    }
+}
+
+QString objectPathOf(std::string busName) {
+    std::ranges::replace(busName, '.', '/');
+    std::ranges::replace(busName, '-', '_');
+    return '/' + QString::fromStdString(busName);
+}
+
+QVariantMap platformData(const std::string& startupIdentifier) {
+    if (startupIdentifier.empty()) {
+        return {};
+    }
+    const auto identifier = QString::fromStdString(startupIdentifier);
+    return {{"desktop-startup-id", identifier}, {"activation-token", identifier}};
+}
+
+void registerTypes() {
+    qDBusRegisterMetaType<UnitProperty>();
+    qDBusRegisterMetaType<QList<UnitProperty>>();
+    qDBusRegisterMetaType<AuxiliaryUnit>();
+    qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
+    qDBusRegisterMetaType<QList<uint>>();
 }
 
 } // namespace
 
 bool isOpenedOverBus(const DesktopEntry& entry) {
-    return entry.dbusActivatable && !entry.name.starts_with(':') &&
-           sd_bus_service_name_is_valid(entry.name.c_str()) > 0;
+    return entry.dbusActivatable && isBusName(entry.name);
 }
 
-BusCall activationOf(const DesktopEntry& entry, const std::string& startupIdentifier) {
-    return {.destination = entry.name,
-            .object = objectPathOf(entry.name),
-            .interface = "org.freedesktop.Application",
-            .method = "Activate",
-            .appendArguments = [startupIdentifier](sd_bus_message* message) {
-                return appendPlatformData(message, startupIdentifier);
-            }};
+QDBusMessage activationOf(const DesktopEntry& entry, const std::string& startupIdentifier) {
+    auto call = QDBusMessage::createMethodCall(QString::fromStdString(entry.name),
+                                               objectPathOf(entry.name),
+                                               "org.freedesktop.Application", "Activate");
+    call << platformData(startupIdentifier);
+    return call;
 }
 
-std::optional<BusCall> scopeFor(const DesktopEntry& entry, std::int32_t process) {
+std::optional<QDBusMessage> scopeFor(const DesktopEntry& entry, std::int32_t process) {
     const auto& identifier = entry.identifier.empty() ? entry.name : entry.identifier;
     const auto unit = applicationScope(identifier, process);
     if (unit.empty()) {
         return std::nullopt;
     }
-    return BusCall{.destination = "org.freedesktop.systemd1",
-                   .object = "/org/freedesktop/systemd1",
-                   .interface = "org.freedesktop.systemd1.Manager",
-                   .method = "StartTransientUnit",
-                   .appendArguments =
-                       [unit, description = entry.displayName, process](sd_bus_message* message) {
-                           return sd_bus_message_append(message, "ssa(sv)a(sa(sv))", unit.c_str(),
-                                                        "fail", 4,                                //
-                                                        "Description", "s", description.c_str(),  //
-                                                        "Slice", "s", "app.slice",                //
-                                                        "CollectMode", "s", "inactive-or-failed", //
-                                                        "PIDs", "au", 1, process,                 //
-                                                        0);
-                       },
-                   .startsService = false};
+    registerTypes();
+    const auto property = [](const char* name, const auto& value) {
+        return UnitProperty{name, QDBusVariant(QVariant::fromValue(value))};
+    };
+    const QList<UnitProperty> properties{
+        property("Description", QString::fromStdString(entry.displayName)),
+        property("Slice", QStringLiteral("app.slice")),
+        property("CollectMode", QStringLiteral("inactive-or-failed")),
+        property("PIDs", QList<uint>{static_cast<uint>(process)}),
+    };
+    auto call = QDBusMessage::createMethodCall(
+        "org.freedesktop.systemd1", "/org/freedesktop/systemd1",
+        "org.freedesktop.systemd1.Manager", "StartTransientUnit");
+    call << QString::fromStdString(unit) << QStringLiteral("fail")
+         << QVariant::fromValue(properties) << QVariant::fromValue(QList<AuxiliaryUnit>{});
+    call.setAutoStartService(false);
+    return call;
 }
 
 } // namespace hollowfernpike::freedesktop

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/SessionBus.h"
+#include <QDBusMessage>
 
 #include <cstdint>
 #include <optional>
@@ -15,10 +15,10 @@ struct DesktopEntry;
 bool isOpenedOverBus(const DesktopEntry& entry);
 
 /// org.freedesktop.Application.Activate, which shows the application and starts it if need be.
-BusCall activationOf(const DesktopEntry& entry, const std::string& startupIdentifier);
+QDBusMessage activationOf(const DesktopEntry& entry, const std::string& startupIdentifier);
 
 /// Asks the user's service manager to put a process of ours into a scope of its own, named after
 /// the application. Absent if the application's name makes no unit name.
-std::optional<BusCall> scopeFor(const DesktopEntry& entry, std::int32_t process);
+std::optional<QDBusMessage> scopeFor(const DesktopEntry& entry, std::int32_t process);
 
 } // namespace hollowfernpike::freedesktop

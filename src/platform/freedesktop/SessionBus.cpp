@@ -1,23 +1,30 @@
 #include "platform/freedesktop/SessionBus.h"
 
 #include "platform/freedesktop/BaseDirectories.h"
-#include "platform/freedesktop/PercentEncoding.h"
-#include "platform/freedesktop/SystemCall.h"
 
-#include <cerrno>
-#include <cstdint>
+#include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
+#include <QDBusError>
+#include <QMetaObject>
+#include <QPointer>
+#include <QThreadPool>
+
+#include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <string_view>
 #include <system_error>
-#include <utility>
-
-#include <fcntl.h>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::uint64_t noTimeLimit = UINT64_MAX;
+using namespace std::chrono_literals;
+
+constexpr auto firstPause = 250ms;
+constexpr auto longestPause = 32s;
+
+constexpr int noTimeLimit = std::numeric_limits<int>::max(); // as libdbus has it
 
 // A socket on this machine is connected at once, and takes what is written to it. Of the others,
 // tcp would have to be waited for, and autolaunch starts a bus.
@@ -33,140 +40,94 @@ bool isUsable(std::string_view addresses) {
     return false;
 }
 
-std::optional<std::string> busAddress() {
-    const char* const variable = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    const std::string_view addresses = variable == nullptr ? "" : variable;
-    if (!addresses.empty()) {
-        return isUsable(addresses) ? std::optional(std::string{addresses}) : std::nullopt;
-    }
-    const auto directory = runtimeDirectory();
-    std::error_code unknown;
-    if (!directory || !std::filesystem::is_socket(*directory / "bus", unknown)) {
-        return std::nullopt;
-    }
-    // D-Bus Specification, "Server Addresses": what else is left as it is.
-    return "unix:path=" + percentEncoded((*directory / "bus").native(), R"(-_/.\*)");
-}
-
-/// As checked(), for the bus library, which returns the error.
-int checkedBus(int result, const char* what) {
-    if (result < 0) {
-        throw std::system_error(-result, std::generic_category(), what);
-    }
-    return result;
-}
-
-std::optional<std::string> failureIn(sd_bus_message* reply) {
-    const auto* const error = sd_bus_message_get_error(reply);
-    if (error == nullptr) {
-        return std::nullopt;
-    }
-    return error->message == nullptr ? error->name : error->message;
-}
-
 } // namespace
 
 bool SessionBus::isKnown() {
-    return busAddress().has_value();
+    const char* const variable = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    const std::string_view addresses = variable == nullptr ? "" : variable;
+    if (!addresses.empty()) {
+        return isUsable(addresses);
+    }
+    const auto directory = runtimeDirectory();
+    std::error_code unknown;
+    return directory && std::filesystem::is_socket(*directory / "bus", unknown);
 }
 
-void SessionBus::call(const BusCall& call, const Answer& answer) {
-    try {
-        if (!isOpen()) {
-            disconnect("the session bus is gone");
-        }
-        if (!isOpen()) { // an answer may have led to a call, and that to a new connection
-            connect();
-        }
-        send(call, answer);
-    } catch (const std::system_error& error) {
-        if (answer) {
-            answer(error.what());
-        }
+SessionBus::SessionBus() : connection_(QDSessionBus::sessionBus()) {
+    timer_.setSingleShot(true);
+    QObject::connect(&timer_, &QTimer::timeout, this, &SessionBus::look);
+    watch();
+}
+
+SessionBus::~SessionBus() {
+    giveUp();
+}
+
+void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
+    const auto pending = connection_.asyncCall(message, noTimeLimit);
+    if (!answer) {
+        return;
+    }
+    auto* const watcher = new QDBusPendingCallWatcher(pending, this);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
+        watcher->deleteLater();
+        answer(watcher->isError()
+                   ? std::optional(watcher->error().message().toStdString())
+                   : std::nullopt);
+    });
+}
+
+// The toolkit uses its first connection as long as the program runs, dead or alive.
+void SessionBus::giveUp() {
+    if (connection_.name() != QDSessionBus::sessionBus().name()) {
+        QDSessionBus::disconnectFromBus(connection_.name());
     }
 }
 
-bool SessionBus::isOpen() const {
-    return connection_ && sd_bus_is_open(connection_.get()) > 0;
-}
-
-void SessionBus::connect() {
-    const auto address = busAddress();
-    if (!address) {
-        throw std::system_error(ENOTCONN, std::generic_category(), "there is no session bus");
-    }
-    sd_bus* made = nullptr;
-    checkedBus(sd_bus_new(&made), "no connection");
-    Connection connection(made);
-    checkedBus(sd_bus_set_address(made, address->c_str()), "address of the session bus");
-    checkedBus(sd_bus_set_bus_client(made, 1), "no connection");
-    checkedBus(sd_bus_start(made), "session bus");
-    watched_ = Descriptor(checked(::fcntl(sd_bus_get_fd(made), F_DUPFD_CLOEXEC, 0)));
-    readable_ = runLoop_.watchReadable(watched_.get(), [this] { process(); });
-    connection_ = std::move(connection);
-}
-
-SessionBus::Message SessionBus::messageFor(const BusCall& call) const {
-    sd_bus_message* made = nullptr;
-    checkedBus(sd_bus_message_new_method_call(connection_.get(), &made, call.destination.c_str(),
-                                              call.object.c_str(), call.interface.c_str(),
-                                              call.method.c_str()),
-               "call over the session bus");
-    Message message(made);
-    checkedBus(sd_bus_message_set_auto_start(made, call.startsService ? 1 : 0),
-               "starting a service");
-    if (call.appendArguments) {
-        checkedBus(call.appendArguments(made), "arguments for the session bus");
-    }
-    return message;
-}
-
-void SessionBus::send(const BusCall& call, Answer answer) {
-    const auto message = messageFor(call);
-    std::list<Pending> added(1);
-    added.front().bus = this;
-    added.front().answer = std::move(answer);
-    sd_bus_slot* slot = nullptr;
-    checkedBus(sd_bus_call_async(connection_.get(), &slot, message.get(), &SessionBus::onAnswered,
-                                 &added.front(), noTimeLimit),
-               "call over the session bus");
-    added.front().slot.reset(slot);
-    pending_.splice(pending_.end(), added);
-}
-
-// An answer may lead to the next call, and that to a new connection.
-void SessionBus::process() {
-    const Connection processed(sd_bus_ref(connection_.get()));
-    int result = 0;
-    do {
-        result = sd_bus_process(processed.get(), nullptr);
-    } while (result > 0);
-    if (result < 0 && processed == connection_) {
-        disconnect(std::generic_category().message(-result));
+// A connection that is dead already, or dies before it is watched, tells nothing.
+void SessionBus::watch() {
+    connection_.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                        QStringLiteral("org.freedesktop.DBus.Local"),
+                        QStringLiteral("Disconnected"), this, SLOT(lookAgain()));
+    if (!connection_.isConnected()) {
+        lookAgain();
     }
 }
 
-void SessionBus::disconnect(const std::string& reason) {
-    readable_.reset();
-    watched_ = Descriptor();
-    connection_.reset();
-    const auto unanswered = std::exchange(pending_, {});
-    for (const auto& call : unanswered) {
-        if (call.answer) {
-            call.answer(reason);
-        }
-    }
+void SessionBus::lookAgain() {
+    pause_ = firstPause;
+    timer_.start(pause_);
 }
 
-int SessionBus::onAnswered(sd_bus_message* reply, void* pending, sd_bus_error*) {
-    auto* const answered = static_cast<Pending*>(pending);
-    auto& own = answered->bus->pending_;
-    const auto answer = std::move(answered->answer);
-    own.remove_if([answered](const Pending& one) { return &one == answered; });
-    if (answer) {
-        answer(failureIn(reply));
+// Connecting waits for the bus, which may accept and then be silent. The toolkit keeps what it has
+// connected under a name, dead or alive.
+void SessionBus::look() {
+    const auto name = QStringLiteral("session bus %1").arg(++count_);
+    QThreadPool::globalInstance()->start([self = QPointer(this), name] {
+        QDSessionBus::connectToBus(QDSessionBus::SessionBus, name);
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, name] {
+                if (self != nullptr) {
+                    self->take(name);
+                }
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void SessionBus::take(const QString& name) {
+    const QDSessionBus found(name);
+    if (!found.isConnected()) {
+        QDSessionBus::disconnectFromBus(name);
+        pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
+        timer_.start(pause_);
+        return;
     }
-    return 0;
+    giveUp();
+    connection_ = found;
+    watch();
+    Q_EMIT returned();
 }
 
 } // namespace hollowfernpike::freedesktop

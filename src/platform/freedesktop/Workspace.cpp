@@ -18,9 +18,9 @@ platform::OpenResult failure(const platform::LocalizedError& error) {
 
 Workspace::Workspace(DesktopEntries& entries, ProcessTable& processes,
                      platform::Windows& windows, platform::LaunchFeedback& feedback,
-                     platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
+                     SessionBus* bus, platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
     : entries_(entries), furtherCopies_(processes),
-      launches_(windows, feedback, mainQueue), children_(runLoop), bus_(runLoop) {}
+      launches_(windows, feedback, mainQueue), children_(runLoop), bus_(bus) {}
 
 void Workspace::openApplication(const std::string& path,
                                 const platform::OpenConfiguration& configuration,
@@ -52,7 +52,7 @@ void Workspace::open(const DesktopEntry& entry, bool activates, const OpenComple
         return;
     }
     const auto launch = launches_.begin(entry, activates, completion);
-    if (isOpenedOverBus(entry) && SessionBus::isKnown()) {
+    if (bus_ != nullptr && isOpenedOverBus(entry)) {
         activateOverBus(launch);
     } else {
         startProgram(launch);
@@ -61,7 +61,7 @@ void Workspace::open(const DesktopEntry& entry, bool activates, const OpenComple
 }
 
 void Workspace::activateOverBus(const std::shared_ptr<Launch>& launch) {
-    bus_.call(activationOf(launch->entry, launch->startupIdentifier),
+    bus_->call(activationOf(launch->entry, launch->startupIdentifier),
               [this, weak = std::weak_ptr(launch)](const auto& reason) {
                   const auto answered = weak.lock();
                   if (answered && !reason) {
@@ -95,8 +95,11 @@ void Workspace::startProgram(const std::shared_ptr<Launch>& launch) {
         }
     });
     launches_.settle(*launch, {.processIdentifier = number, .error = std::nullopt});
-    if (const auto scope = scopeFor(launch->entry, number); scope && SessionBus::isKnown()) {
-        bus_.call(*scope, {});
+    if (bus_ == nullptr) {
+        return;
+    }
+    if (const auto scope = scopeFor(launch->entry, number)) {
+        bus_->call(*scope, {});
     }
 }
 

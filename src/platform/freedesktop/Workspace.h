@@ -18,9 +18,9 @@ namespace hollowfernpike::freedesktop {
 /// service manager is there, and outlives us.
 class Workspace final : public platform::Workspace {
 public:
-    /// The services outlive this.
+    /// The services outlive this. Null for the bus if there is none.
     Workspace(DesktopEntries& entries, ProcessTable& processes, platform::Windows& windows,
-              platform::LaunchFeedback& feedback, platform::RunLoop& runLoop,
+              platform::LaunchFeedback& feedback, SessionBus* bus, platform::RunLoop& runLoop,
               platform::MainQueue& mainQueue);
 
     void openApplication(const std::string& path, const platform::OpenConfiguration& configuration,
@@ -36,7 +36,7 @@ private:
     FurtherCopies furtherCopies_;
     LaunchesUnderWay launches_;
     ChildProcesses children_;
-    SessionBus bus_;
+    SessionBus* bus_;
 };
 
 } // namespace hollowfernpike::freedesktop

@@ -35,12 +35,12 @@ std::string startupIdentifierIn(const QVariant& platformData) {
 
 } // namespace
 
-ApplicationService::ApplicationService(std::string_view name, const BusConnection& bus,
+ApplicationService::ApplicationService(std::string_view name, const freedesktop::SessionBus& bus,
                                        Handler handler)
     : name_(QString::fromUtf8(name)), handler_(std::move(handler)), bus_(bus) {}
 
 ApplicationService::Outcome ApplicationService::publish() {
-    QObject::connect(&bus_, &BusConnection::returned, this, &ApplicationService::requestName,
+    QObject::connect(&bus_, &freedesktop::SessionBus::returned, this, &ApplicationService::requestName,
                      Qt::UniqueConnection);
     const QDBusPendingReply<uint> reply = requestName();
     if (!isAnswered(reply)) {
@@ -50,7 +50,7 @@ ApplicationService::Outcome ApplicationService::publish() {
 }
 
 QDBusPendingCall ApplicationService::requestName() {
-    auto connection = bus_.get();
+    auto connection = bus_.connection();
     connection.registerVirtualObject(path(), this);
     auto call = QDBusMessage::createMethodCall(busName, busPath, busName, "RequestName");
     call << name_ << doNotQueue;
@@ -70,13 +70,13 @@ bool ApplicationService::handOver(const ApplicationRequest& request) const {
         call << QString::fromStdString(request.action) << QVariantList();
     }
     call << platformData;
-    return isAnswered(bus_.get().asyncCall(call));
+    return isAnswered(bus_.connection().asyncCall(call));
 }
 
 // The toolkit's own waiting never returns when the bus ends meanwhile.
 bool ApplicationService::isAnswered(const QDBusPendingCall& call) const {
     const QDeadlineTimer deadline(patience);
-    while (!call.isFinished() && bus_.get().isConnected() && !deadline.hasExpired()) {
+    while (!call.isFinished() && bus_.connection().isConnected() && !deadline.hasExpired()) {
         std::this_thread::sleep_for(recheckInterval);
     }
     return call.isFinished() && !call.isError();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/qt/BusConnection.h"
+#include "platform/freedesktop/SessionBus.h"
 
 #include <QDBusPendingCall>
 #include <QDBusVirtualObject>
@@ -26,7 +26,7 @@ public:
 
     /// `name` is also the path of the object, with "/" for ".". The bus outlives this. `handler` is
     /// never called from within a call of ours.
-    ApplicationService(std::string_view name, const BusConnection& bus, Handler handler);
+    ApplicationService(std::string_view name, const freedesktop::SessionBus& bus, Handler handler);
 
     enum class Outcome {
         owned,      ///< requests arrive from now on
@@ -50,7 +50,7 @@ private:
 
     QString name_;
     Handler handler_;
-    const BusConnection& bus_;
+    const freedesktop::SessionBus& bus_;
 };
 
 } // namespace hollowfernpike::qt

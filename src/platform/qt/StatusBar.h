@@ -3,7 +3,7 @@
 #include "platform/StatusBar.h"
 #include "platform/SystemTray.h"
 #include "platform/qt/Application.h"
-#include "platform/qt/BusConnection.h"
+#include "platform/freedesktop/SessionBus.h"
 
 namespace hollowfernpike::qt {
 
@@ -12,7 +12,7 @@ namespace hollowfernpike::qt {
 class StatusBar final : public platform::StatusBar {
 public:
     /// All outlive the bar and its items. Null for the tray or the bus if there is none.
-    StatusBar(Application& application, platform::SystemTray* tray, const BusConnection* bus)
+    StatusBar(Application& application, platform::SystemTray* tray, const freedesktop::SessionBus* bus)
         : application_(application), tray_(tray), bus_(bus) {}
 
     std::unique_ptr<platform::StatusItem> createStatusItem() override;
@@ -20,7 +20,7 @@ public:
 private:
     Application& application_;
     platform::SystemTray* tray_;
-    const BusConnection* bus_;
+    const freedesktop::SessionBus* bus_;
 };
 
 } // namespace hollowfernpike::qt

@@ -29,16 +29,16 @@ void forgetConnectionOf(int item) {
 } // namespace
 
 StatusItem::StatusItem(Application& application, platform::SystemTray* tray,
-                       const BusConnection* bus)
+                       const freedesktop::SessionBus* bus)
     : application_(application), tray_(tray),
       menu_([this](const platform::MenuItem& item) { application_.sendAction(item); }) {
     grace_.setSingleShot(true);
     grace_.setInterval(grace);
     QObject::connect(&grace_, &QTimer::timeout, this, &StatusItem::showInTray);
     if (bus != nullptr) {
-        QObject::connect(bus, &BusConnection::returned, this,
-                         [this, bus] { lookForHosts(bus->get()); });
-        lookForHosts(bus->get());
+        QObject::connect(bus, &freedesktop::SessionBus::returned, this,
+                         [this, bus] { lookForHosts(bus->connection()); });
+        lookForHosts(bus->connection());
     }
     if (tray_ != nullptr) {
         trayWatch_ = tray_->watch([this] { onTrayNews(); });

@@ -1,17 +1,16 @@
 #include "platform/freedesktop/BusService.h"
 #include "platform/freedesktop/RunningApplications.h"
 #include "platform/freedesktop/WorkspaceTest.h"
+#include "platform/qt/QtEventLoop.h"
 #include "support/PrivateDesktop.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
 
@@ -42,18 +41,39 @@ protected:
 
     void request(const std::string& path) {
         answer_.reset();
-        workspace_.openApplication(path, {.activates = true},
+        workspace().openApplication(path, {.activates = true},
                                    [this](const auto& result) { answer_ = result; });
     }
 
     platform::OpenResult openAndWait(const std::string& path) {
         request(path);
-        EXPECT_TRUE(loop_.runUntil([this] { return answer_.has_value(); }));
+        EXPECT_TRUE(runUntil([this] { return answer_.has_value(); }));
         return answer_.value_or(platform::OpenResult{});
     }
 
+    /// Connected, with its first use, to the bus that the environment then names.
+    Workspace& workspace() {
+        if (!workspaceOnBus_) {
+            if (SessionBus::isKnown()) {
+                connection_.emplace();
+            }
+            workspaceOnBus_.emplace(entries_, processes_, windows_, feedback_,
+                                    connection_ ? &*connection_ : nullptr, loop_, queue_);
+        }
+        return *workspaceOnBus_;
+    }
+
+    template <class Condition> bool runUntil(Condition condition) {
+        return events_.runUntil([&] { return loop_.runUntil(condition, 0ms); });
+    }
+
+    test::EventLoop events_;
     std::optional<test::SessionBus> bus_;
     std::optional<platform::OpenResult> answer_;
+
+private:
+    std::optional<SessionBus> connection_;
+    std::optional<Workspace> workspaceOnBus_;
 };
 
 TEST_F(BusLaunchTest, AnApplicationThatListensIsActivatedWithTheStartUpIdentifier) {
@@ -73,10 +93,10 @@ TEST_F(BusLaunchTest, ARequestWhileTheBusIsAskedJoins) {
     const auto path = addBusEntry("org.example.Active");
     int answers = 0;
     for (int press = 0; press < 5; ++press) {
-        workspace_.openApplication(path, {.activates = true}, [&](const auto&) { ++answers; });
+        workspace().openApplication(path, {.activates = true}, [&](const auto&) { ++answers; });
     }
     EXPECT_EQ(answers, 0);
-    EXPECT_TRUE(loop_.runUntil([&] { return answers == 5; }));
+    EXPECT_TRUE(runUntil([&] { return answers == 5; }));
     EXPECT_THAT(service.calls(), SizeIs(1));
 }
 
@@ -112,7 +132,7 @@ TEST_F(BusLaunchTest, TheBusStartsAnApplicationThatDoesNotRunYet) {
                     home_.witness("stay", "by-bus") + '\n');
     startBus();
     request(addBusEntry("org.example.Started"));
-    EXPECT_TRUE(loop_.runUntil([this] { return !home_.witnesses().empty(); }));
+    EXPECT_TRUE(runUntil([this] { return !home_.witnesses().empty(); }));
     EXPECT_EQ(home_.awaitWitnesses(1)[0].all("argument").back(), "by-bus");
 }
 
@@ -149,9 +169,9 @@ TEST_F(BusLaunchTest, AFileNameThatIsNoBusNameIsStartedByItsProgram) {
 TEST_F(BusLaunchTest, AWindowlessInstanceIsActivatedOverTheBus) {
     const test::BusService service(startBus().address(), "org.example.Active");
     addBusEntry("org.example.Active");
-    RunningApplications running(entries_, processes_, windows_, workspace_);
+    RunningApplications running(entries_, processes_, windows_, workspace());
     running.activate({.processIdentifier = 1, .bundleIdentifier = "org.example.Active"});
-    EXPECT_TRUE(loop_.runUntil([&] { return service.calls().size() == 1; }));
+    EXPECT_TRUE(runUntil([&] { return service.calls().size() == 1; }));
     EXPECT_THAT(home_.witnesses(), IsEmpty());
 }
 
@@ -161,14 +181,9 @@ TEST_F(BusLaunchTest, ABusThatIsGoneLeavesTheProgram) {
 }
 
 TEST_F(BusLaunchTest, ABusThatNeverAnswersHoldsNobodyUp) {
-    const auto socketPath = (home_.path() / "mute").string();
-    const int mute = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
-    ASSERT_EQ(::bind(mute, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    ASSERT_EQ(::listen(mute, 8), 0);
-    useBus("unix:path=" + socketPath);
-
+    const auto& daemon = startBus().daemon();
+    workspace();
+    daemon.signal(SIGSTOP);
     EXPECT_TRUE(openAndWait(home_.addEntry("plain", home_.witness("stay"))).processIdentifier);
     request(addBusEntry("org.example.Active"));
     EXPECT_FALSE(answer_);
@@ -176,7 +191,16 @@ TEST_F(BusLaunchTest, ABusThatNeverAnswersHoldsNobodyUp) {
     ASSERT_TRUE(answer_);
     EXPECT_TRUE(answer_->error);
     EXPECT_THAT(feedback_.ended, SizeIs(2));
-    ::close(mute);
+}
+
+TEST_F(BusLaunchTest, ABusThatEndsWhileItIsAskedLeavesTheProgram) {
+    const auto& daemon = startBus().daemon();
+    workspace();
+    daemon.signal(SIGSTOP);
+    request(addBusEntry("org.example.Active"));
+    daemon.signal(SIGKILL);
+    EXPECT_TRUE(runUntil([this] { return answer_.has_value(); }));
+    EXPECT_TRUE(answer_->processIdentifier);
 }
 
 TEST_F(BusLaunchTest, WithoutASessionBusNoneIsStarted) {
@@ -214,7 +238,7 @@ TEST_F(BusLaunchTest, TheUsersBusIsKnownByItsSocketInTheRuntimeDirectory) {
 TEST_F(BusLaunchTest, AStartedProgramGetsAScopeOfItsOwn) {
     const test::BusService manager(startBus().address(), "org.freedesktop.systemd1");
     const auto result = openAndWait(home_.addEntry("my-app", home_.witness("stay"), "Comment=c\n"));
-    EXPECT_TRUE(loop_.runUntil([&] { return !manager.calls().empty(); }));
+    EXPECT_TRUE(runUntil([&] { return !manager.calls().empty(); }));
     const auto number = std::to_string(*result.processIdentifier);
     EXPECT_THAT(manager.calls(),
                 ElementsAre(AllOf(StartsWith("/org/freedesktop/systemd1 "

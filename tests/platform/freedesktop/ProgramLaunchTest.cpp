@@ -162,7 +162,7 @@ TEST_F(ProgramLaunchTest, AProgramOutlivesUs) {
     const pid_t us = ::fork();
     if (us == 0) {
         {
-            Workspace ours(entries_, processes_, windows_, feedback_, loop_, queue_);
+            Workspace ours(entries_, processes_, windows_, feedback_, nullptr, loop_, queue_);
             ours.openApplication(path, {.activates = true}, {});
         }
         ::_exit(0);

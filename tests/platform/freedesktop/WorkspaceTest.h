@@ -60,7 +60,7 @@ protected:
     test::FakeMainQueue queue_;
     DesktopEntries entries_;
     ProcessTable processes_{entries_};
-    Workspace workspace_{entries_, processes_, windows_, feedback_, loop_, queue_};
+    Workspace workspace_{entries_, processes_, windows_, feedback_, nullptr, loop_, queue_};
 };
 
 } // namespace hollowfernpike::freedesktop

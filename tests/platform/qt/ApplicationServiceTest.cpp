@@ -42,7 +42,7 @@ protected:
     test::SessionBus bus_;
     const int environment_ = ::setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str(), 1);
     test::EventLoop loop_;
-    qt::BusConnection connection_;
+    freedesktop::SessionBus connection_;
     ApplicationService service_{busName, connection_, [this](const ApplicationRequest& request) {
                                     requests_.push_back(request);
                                 }};
@@ -106,7 +106,7 @@ TEST_F(ApplicationServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
 TEST_F(ApplicationServiceTest, WithoutABusThereIsNoService) {
     bus_.daemon().signal(SIGKILL);
     ASSERT_TRUE(bus_.daemon().wait());
-    const qt::BusConnection dead;
+    const freedesktop::SessionBus dead;
     ApplicationService late(busName, dead, [](const ApplicationRequest&) {});
     EXPECT_EQ(late.publish(), ApplicationService::Outcome::unavailable);
     EXPECT_FALSE(late.handOver({}));

@@ -63,7 +63,7 @@ protected:
     x11::SystemTray tray;
     qt::Application application;
     QWidget window;
-    qt::BusConnection bus;
+    freedesktop::SessionBus bus;
     qt::StatusBar bar;
     std::unique_ptr<platform::StatusItem> item;
 };
