@@ -53,7 +53,7 @@ bool SessionBus::isKnown() {
     return directory && std::filesystem::is_socket(*directory / "bus", unknown);
 }
 
-SessionBus::SessionBus() : connection_(QDSessionBus::sessionBus()) {
+SessionBus::SessionBus() : connection_(QDBusConnection::sessionBus()) {
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, this, &SessionBus::look);
     watch();
@@ -79,8 +79,8 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
 
 // The toolkit uses its first connection as long as the program runs, dead or alive.
 void SessionBus::giveUp() {
-    if (connection_.name() != QDSessionBus::sessionBus().name()) {
-        QDSessionBus::disconnectFromBus(connection_.name());
+    if (connection_.name() != QDBusConnection::sessionBus().name()) {
+        QDBusConnection::disconnectFromBus(connection_.name());
     }
 }
 
@@ -104,7 +104,7 @@ void SessionBus::lookAgain() {
 void SessionBus::look() {
     const auto name = QStringLiteral("session bus %1").arg(++count_);
     QThreadPool::globalInstance()->start([self = QPointer(this), name] {
-        QDSessionBus::connectToBus(QDSessionBus::SessionBus, name);
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
         QMetaObject::invokeMethod(
             qApp,
             [self, name] {
@@ -117,9 +117,9 @@ void SessionBus::look() {
 }
 
 void SessionBus::take(const QString& name) {
-    const QDSessionBus found(name);
+    const QDBusConnection found(name);
     if (!found.isConnected()) {
-        QDSessionBus::disconnectFromBus(name);
+        QDBusConnection::disconnectFromBus(name);
         pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
         timer_.start(pause_);
         return;

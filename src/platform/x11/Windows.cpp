@@ -68,6 +68,7 @@ std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onC
     if (reader() == nullptr) {
         return std::make_unique<NothingToWatch>();
     }
+    snapshot_ = nullptr; // from before the watch, which would not tell of what came in between
     return changes_->watch(std::move(onChange));
 }
 
