@@ -7,13 +7,13 @@
 #include "platform/TextComparison.h"
 #include "platform/Windows.h"
 #include "platform/Workspace.h"
-#include "support/FakeApplication.h"
-#include "support/FakeApplicationBundles.h"
-#include "support/FakeFileManager.h"
-#include "support/FakeLoginItem.h"
-#include "support/FakeMainQueue.h"
-#include "support/FakeStatusBar.h"
-#include "support/FakeUserDefaults.h"
+#include "support/fakes/FakeApplication.h"
+#include "support/fakes/FakeApplicationBundles.h"
+#include "support/fakes/FakeFileManager.h"
+#include "support/fakes/FakeLoginItem.h"
+#include "support/fakes/FakeMainQueue.h"
+#include "support/fakes/FakeStatusBar.h"
+#include "support/fakes/FakeUserDefaults.h"
 
 #include <benchmark/benchmark.h>
 

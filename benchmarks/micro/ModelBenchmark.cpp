@@ -1,6 +1,6 @@
 #include "model/ShortcutDecoder.h"
 #include "model/ShortcutEncoder.h"
-#include "platform/freedesktop/FileManager.h"
+#include "platform/freedesktop/files/FileManager.h"
 #include "support/TemporaryDirectory.h"
 
 #include <cstdint>

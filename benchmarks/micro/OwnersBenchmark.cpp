@@ -1,11 +1,11 @@
 // What it costs to tell whose window is whose, to find running applications, and to read and
 // list the installed entries: 500 of them, as long as translated ones are.
 
-#include "platform/freedesktop/ApplicationBundles.h"
-#include "platform/freedesktop/DesktopEntries.h"
-#include "platform/freedesktop/OwnerResolution.h"
-#include "platform/freedesktop/ProcessTable.h"
-#include "platform/freedesktop/ProgramLaunch.h"
+#include "platform/freedesktop/entries/ApplicationBundles.h"
+#include "platform/freedesktop/entries/DesktopEntries.h"
+#include "platform/freedesktop/launching/ProgramLaunch.h"
+#include "platform/freedesktop/owners/OwnerResolution.h"
+#include "platform/freedesktop/owners/ProcessTable.h"
 #include "support/TemporaryDirectory.h"
 
 #include <fstream>

@@ -8,8 +8,8 @@
 #include "platform/AccessibilityTrust.h"
 #include "platform/FatalError.h"
 #include "platform/NotificationCenter.h"
-#include "ui/MainWindowController.h"
-#include "ui/MenuExchange.h"
+#include "ui/exchange/MenuExchange.h"
+#include "ui/window/MainWindowController.h"
 
 #include <utility>
 

@@ -6,15 +6,15 @@
 #include "platform/Desktop.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"
-#include "platform/freedesktop/ApplicationBundles.h"
-#include "platform/freedesktop/FileManager.h"
-#include "platform/freedesktop/LoginItem.h"
-#include "platform/freedesktop/RunningApplications.h"
 #include "platform/freedesktop/TextComparison.h"
-#include "platform/freedesktop/WindowOwners.h"
-#include "platform/freedesktop/Workspace.h"
+#include "platform/freedesktop/autostart/LoginItem.h"
+#include "platform/freedesktop/bus/SessionBus.h"
+#include "platform/freedesktop/entries/ApplicationBundles.h"
+#include "platform/freedesktop/files/FileManager.h"
+#include "platform/freedesktop/launching/Workspace.h"
+#include "platform/freedesktop/owners/RunningApplications.h"
+#include "platform/freedesktop/owners/WindowOwners.h"
 #include "platform/qt/Application.h"
-#include "platform/freedesktop/SessionBus.h"
 #include "platform/qt/MainQueue.h"
 #include "platform/qt/RunLoop.h"
 #include "platform/qt/StatusBar.h"
@@ -80,13 +80,9 @@ private:
     qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_.get()};
     TrustPrompt trustPrompt_{*desktop_};
     freedesktop::ProcessTable processes_{entries_};
-    freedesktop::Workspace workspace_{entries_,
-                                      processes_,
-                                      desktop_->windows(),
-                                      desktop_->launchFeedback(),
-                                      bus_.get(),
-                                      runLoop_,
-                                      mainQueue_};
+    freedesktop::Workspace workspace_{
+        entries_,   processes_, desktop_->windows(), desktop_->launchFeedback(),
+        bus_.get(), runLoop_,   mainQueue_};
     freedesktop::RunningApplications runningApplications_{entries_, processes_, desktop_->windows(),
                                                           workspace_};
     freedesktop::FileManager fileManager_;

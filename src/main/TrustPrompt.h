@@ -3,7 +3,7 @@
 #include "main/Messages.h"
 #include "platform/AccessibilityTrust.h"
 #include "platform/Desktop.h"
-#include "ui/PermissionPrompt.h"
+#include "ui/window/PermissionPrompt.h"
 
 #include <string>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include "app/Language.h"
 #include "hotkeys/Shortcuts.h"
-#include "support/FakeServices.h"
+#include "support/fakes/FakeServices.h"
 
 #include <functional>
 

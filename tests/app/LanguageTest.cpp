@@ -1,7 +1,7 @@
 #include "app/Language.h"
 
 #include "app/L10n.h"
-#include "support/FakeServices.h"
+#include "support/fakes/FakeServices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "desktop/KeyGrabber.h"
 
 #include "desktop/XReplies.h"
-#include "platform/x11/Xkb.h"
+#include "platform/x11/keyboard/Xkb.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>

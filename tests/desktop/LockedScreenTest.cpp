@@ -1,5 +1,5 @@
 #include "desktop/Story.h"
-#include "platform/x11/TakenInput.h"
+#include "platform/x11/taps/TakenInput.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>

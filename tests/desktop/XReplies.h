@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/x11/Atoms.h"
-#include "platform/x11/EventKinds.h"
-#include "platform/x11/Reply.h"
+#include "platform/x11/server/Atoms.h"
+#include "platform/x11/server/Reply.h"
+#include "platform/x11/taps/EventKinds.h"
 
 namespace hollowfernpike::test {
 

@@ -1,8 +1,8 @@
 #include "model/ModelServices.h"
 #include "model/ShortcutEncoder.h"
 #include "model/Shortcuts.h"
-#include "platform/freedesktop/FileManager.h"
-#include "platform/freedesktop/Files.h"
+#include "platform/freedesktop/files/FileManager.h"
+#include "platform/freedesktop/files/Files.h"
 #include "support/TemporaryDirectory.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include "fuzz/Require.h"
 #include "platform/LocalizedError.h"
-#include "platform/freedesktop/CommandLine.h"
-#include "platform/freedesktop/Descriptor.h"
-#include "platform/freedesktop/EntryFile.h"
+#include "platform/freedesktop/entries/CommandLine.h"
+#include "platform/freedesktop/entries/EntryFile.h"
+#include "platform/freedesktop/files/Descriptor.h"
 
 #include <algorithm>
 #include <string>

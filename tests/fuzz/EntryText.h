@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/DesktopEntry.h"
+#include "platform/freedesktop/entries/DesktopEntry.h"
 
 #include <optional>
 #include <string_view>

@@ -5,10 +5,10 @@
 #include "fuzz/Require.h"
 #include "fuzz/Target.h"
 #include "fuzz/WindowText.h"
-#include "platform/freedesktop/CommandLine.h"
-#include "platform/freedesktop/EntryIndex.h"
-#include "platform/freedesktop/ExecQuoting.h"
-#include "platform/freedesktop/OwnerResolution.h"
+#include "platform/freedesktop/entries/CommandLine.h"
+#include "platform/freedesktop/entries/EntryIndex.h"
+#include "platform/freedesktop/entries/ExecQuoting.h"
+#include "platform/freedesktop/owners/OwnerResolution.h"
 
 #include <algorithm>
 #include <span>

@@ -1,7 +1,7 @@
 #include "fuzz/WindowText.h"
 
-#include "platform/x11/Properties.h"
-#include "platform/x11/WindowQueries.h"
+#include "platform/x11/server/Properties.h"
+#include "platform/x11/windows/WindowQueries.h"
 
 #include <algorithm>
 #include <cstdlib>

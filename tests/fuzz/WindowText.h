@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/WindowOwners.h"
-#include "platform/freedesktop/ProcessFacts.h"
+#include "platform/freedesktop/owners/ProcessFacts.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "hotkeys/AppLauncher.h"
 
-#include "support/FakeServices.h"
+#include "support/fakes/FakeServices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -191,8 +191,7 @@ TEST_F(AppLauncherTest, EmptyBundleIdentifierFindsNoApplicationWithoutOne) {
     run(42, "");
     perform("");
     EXPECT_THAT(desktop.log.calls(),
-                ElementsAre("windows.copyWindowInfo",
-                            "runningApplications.withBundleIdentifier ",
+                ElementsAre("windows.copyWindowInfo", "runningApplications.withBundleIdentifier ",
                             "workspace.openApplication /applications/Editor.desktop activating"));
 }
 
@@ -233,9 +232,7 @@ TEST_F(AppLauncherTest, FailedBringToFrontOfAnUnknownProcessIsTheEnd) {
 TEST_F(AppLauncherTest, InstanceThatVanishesWhileItIsBroughtForwardIsNotLaunched) {
     run(42, "org.example.Editor");
     desktop.windows.windowless = {42};
-    desktop.windows.onBring = [this] {
-        desktop.runningApplications.applications.clear();
-    };
+    desktop.windows.onBring = [this] { desktop.runningApplications.applications.clear(); };
     perform();
     EXPECT_EQ(desktop.log.calls().back(), "runningApplications.withProcessIdentifier 42");
 }

@@ -1,7 +1,7 @@
 #include "hotkeys/HotkeyManager.h"
 
 #include "hotkeys/Shortcuts.h"
-#include "support/FakeServices.h"
+#include "support/fakes/FakeServices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/Shortcuts.h"
-#include "support/FakeServices.h"
+#include "support/fakes/FakeServices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

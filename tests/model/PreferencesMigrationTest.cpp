@@ -1,6 +1,6 @@
 #include "model/PreferencesMigration.h"
 
-#include "support/FakeUserDefaults.h"
+#include "support/fakes/FakeUserDefaults.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 #include "model/ModelServices.h"
 #include "model/Shortcuts.h"
-#include "platform/freedesktop/FileManager.h"
+#include "platform/freedesktop/files/FileManager.h"
 #include "support/TemporaryDirectory.h"
 
 #include <cstdlib>

@@ -3,7 +3,7 @@
 #include "model/ModelServices.h"
 #include "model/ShortcutStore.h"
 #include "model/Shortcuts.h"
-#include "support/FakeFileManager.h"
+#include "support/fakes/FakeFileManager.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "support/KeyInjector.h"
 
-#include "platform/x11/Xkb.h"
+#include "platform/x11/keyboard/Xkb.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "ui/ModalAnswers.h"
 
-#include "ui/Symbols.h"
+#include "ui/icons/Symbols.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>

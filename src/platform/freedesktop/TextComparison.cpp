@@ -1,6 +1,6 @@
 #include "platform/freedesktop/TextComparison.h"
 
-#include "platform/freedesktop/GlibPointers.h"
+#include "platform/freedesktop/entries/GlibPointers.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/SessionBus.h"
+#include "platform/freedesktop/bus/SessionBus.h"
 
 #include <QDBusPendingCall>
 #include <QDBusVirtualObject>

@@ -2,8 +2,8 @@
 
 #include "platform/StatusBar.h"
 #include "platform/SystemTray.h"
+#include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/qt/Application.h"
-#include "platform/freedesktop/SessionBus.h"
 
 namespace hollowfernpike::qt {
 
@@ -12,7 +12,8 @@ namespace hollowfernpike::qt {
 class StatusBar final : public platform::StatusBar {
 public:
     /// All outlive the bar and its items. Null for the tray or the bus if there is none.
-    StatusBar(Application& application, platform::SystemTray* tray, const freedesktop::SessionBus* bus)
+    StatusBar(Application& application, platform::SystemTray* tray,
+              const freedesktop::SessionBus* bus)
         : application_(application), tray_(tray), bus_(bus) {}
 
     std::unique_ptr<platform::StatusItem> createStatusItem() override;

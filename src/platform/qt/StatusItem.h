@@ -2,8 +2,8 @@
 
 #include "platform/StatusBar.h"
 #include "platform/SystemTray.h"
+#include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/qt/Application.h"
-#include "platform/freedesktop/SessionBus.h"
 #include "platform/qt/StatusMenu.h"
 #include "platform/qt/StatusNotifierHosts.h"
 #include "platform/qt/TrayWindow.h"
@@ -23,7 +23,8 @@ namespace hollowfernpike::qt {
 class StatusItem final : public QObject, public platform::StatusItem {
 public:
     /// All outlive this. Null for the tray or the bus if there is none.
-    StatusItem(Application& application, platform::SystemTray* tray, const freedesktop::SessionBus* bus);
+    StatusItem(Application& application, platform::SystemTray* tray,
+               const freedesktop::SessionBus* bus);
     StatusItem(const StatusItem&) = delete;
     StatusItem& operator=(const StatusItem&) = delete;
     ~StatusItem() override;

@@ -1,11 +1,11 @@
 #include "platform/x11/Desktop.h"
 
-#include "platform/x11/EventTaps.h"
-#include "platform/x11/LaunchFeedback.h"
-#include "platform/x11/OwnWindows.h"
-#include "platform/x11/SystemTray.h"
 #include "platform/x11/TrustMessage.h"
-#include "platform/x11/Windows.h"
+#include "platform/x11/startup/LaunchFeedback.h"
+#include "platform/x11/taps/EventTaps.h"
+#include "platform/x11/tray/SystemTray.h"
+#include "platform/x11/windows/OwnWindows.h"
+#include "platform/x11/windows/Windows.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "platform/x11/TrustProblem.h"
 
-#include "platform/x11/Xkb.h"
+#include "platform/x11/keyboard/Xkb.h"
 
 #include <string_view>
 #include <utility>

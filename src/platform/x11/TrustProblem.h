@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/x11/Connection.h"
+#include "platform/x11/server/Connection.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #include "platform/qt/Application.h"
 
 #include "platform/qt/RecordingDelegate.h"
-#include "support/FakeOwnWindows.h"
+#include "support/fakes/FakeOwnWindows.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,7 +1,7 @@
 #include "platform/qt/Pointer.h"
 #include "platform/qt/StatusItemTest.h"
 #include "platform/x11/DesktopObserver.h"
-#include "platform/x11/Reply.h"
+#include "platform/x11/server/Reply.h"
 #include "support/KeyInjector.h"
 
 #include <QApplication>

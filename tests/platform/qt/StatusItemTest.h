@@ -5,9 +5,9 @@
 #include "platform/qt/RecordingDelegate.h"
 #include "platform/qt/RunLoop.h"
 #include "platform/qt/StatusBar.h"
-#include "platform/x11/SystemTray.h"
+#include "platform/x11/tray/SystemTray.h"
 #include "support/ChildProcess.h"
-#include "support/FakeOwnWindows.h"
+#include "support/fakes/FakeOwnWindows.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "platform/x11/DesktopObserver.h"
 
-#include "platform/x11/Reply.h"
+#include "platform/x11/server/Reply.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,6 +1,6 @@
 #include "platform/x11/TrustProblem.h"
 
-#include "platform/x11/KeyTapTest.h"
+#include "platform/x11/taps/KeyTapTest.h"
 #include "support/TemporaryDirectory.h"
 
 #include <csignal>

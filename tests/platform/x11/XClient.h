@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/x11/Atoms.h"
-#include "platform/x11/Connection.h"
-#include "platform/x11/Reply.h"
-#include "platform/x11/Xkb.h"
+#include "platform/x11/keyboard/Xkb.h"
+#include "platform/x11/server/Atoms.h"
+#include "platform/x11/server/Connection.h"
+#include "platform/x11/server/Reply.h"
 
 #include <memory>
 #include <stdexcept>

@@ -1,0 +1,132 @@
+#include "platform/freedesktop/bus/SessionBus.h"
+
+#include "platform/freedesktop/files/BaseDirectories.h"
+
+#include <QCoreApplication>
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+#include <QMetaObject>
+#include <QPointer>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto firstPause = 250ms;
+constexpr auto longestPause = 32s;
+
+constexpr int noTimeLimit = std::numeric_limits<int>::max(); // as libdbus has it
+
+// A socket on this machine is connected at once, and takes what is written to it. Of the others,
+// tcp would have to be waited for, and autolaunch starts a bus.
+bool isUsable(std::string_view addresses) {
+    constexpr std::string_view local = "unix:";
+    while (addresses.starts_with(local)) {
+        const auto end = addresses.find(';');
+        if (end == std::string_view::npos) {
+            return true;
+        }
+        addresses.remove_prefix(end + 1);
+    }
+    return false;
+}
+
+} // namespace
+
+bool SessionBus::isKnown() {
+    const char* const variable = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    const std::string_view addresses = variable == nullptr ? "" : variable;
+    if (!addresses.empty()) {
+        return isUsable(addresses);
+    }
+    const auto directory = runtimeDirectory();
+    std::error_code unknown;
+    return directory && std::filesystem::is_socket(*directory / "bus", unknown);
+}
+
+SessionBus::SessionBus() : connection_(QDBusConnection::sessionBus()) {
+    timer_.setSingleShot(true);
+    QObject::connect(&timer_, &QTimer::timeout, this, &SessionBus::look);
+    watch();
+}
+
+SessionBus::~SessionBus() {
+    giveUp();
+}
+
+void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
+    const auto pending = connection_.asyncCall(message, noTimeLimit);
+    if (!answer) {
+        return;
+    }
+    auto* const watcher = new QDBusPendingCallWatcher(pending, this);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
+        watcher->deleteLater();
+        answer(watcher->isError() ? std::optional(watcher->error().message().toStdString())
+                                  : std::nullopt);
+    });
+}
+
+// The toolkit uses its first connection as long as the program runs, dead or alive.
+void SessionBus::giveUp() {
+    if (connection_.name() != QDBusConnection::sessionBus().name()) {
+        QDBusConnection::disconnectFromBus(connection_.name());
+    }
+}
+
+// A connection that is dead already, or dies before it is watched, tells nothing.
+void SessionBus::watch() {
+    connection_.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                        QStringLiteral("org.freedesktop.DBus.Local"),
+                        QStringLiteral("Disconnected"), this, SLOT(lookAgain()));
+    if (!connection_.isConnected()) {
+        lookAgain();
+    }
+}
+
+void SessionBus::lookAgain() {
+    pause_ = firstPause;
+    timer_.start(pause_);
+}
+
+// Connecting waits for the bus, which may accept and then be silent. The toolkit keeps what it has
+// connected under a name, dead or alive.
+void SessionBus::look() {
+    const auto name = QStringLiteral("session bus %1").arg(++count_);
+    QThreadPool::globalInstance()->start([self = QPointer(this), name] {
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, name] {
+                if (self != nullptr) {
+                    self->take(name);
+                }
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void SessionBus::take(const QString& name) {
+    const QDBusConnection found(name);
+    if (!found.isConnected()) {
+        QDBusConnection::disconnectFromBus(name);
+        pause_ = std::min<std::chrono::milliseconds>(2 * pause_, longestPause);
+        timer_.start(pause_);
+        return;
+    }
+    giveUp();
+    connection_ = found;
+    watch();
+    Q_EMIT returned();
+}
+
+} // namespace hollowfernpike::freedesktop

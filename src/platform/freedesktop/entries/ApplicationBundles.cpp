@@ -1,0 +1,105 @@
+#include "platform/freedesktop/entries/ApplicationBundles.h"
+
+#include "platform/LocalizedError.h"
+#include "platform/freedesktop/entries/EntryFile.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+// Icon themes want names, but some entries carry the file name of an image that no path leads to.
+std::string withoutImageExtension(std::string name) {
+    for (const std::string_view extension : {".png", ".svg", ".xpm"}) {
+        if (name.ends_with(extension)) {
+            name.resize(name.size() - extension.size());
+            break;
+        }
+    }
+    return name;
+}
+
+platform::FileIcon iconOf(const DesktopEntry& entry) {
+    if (entry.icon.starts_with('/')) {
+        return {.themeName = {}, .imageFile = entry.icon};
+    }
+    return {.themeName = withoutImageExtension(entry.icon), .imageFile = {}};
+}
+
+platform::InstalledApplication described(const DesktopEntry& entry, const EntryFile& file,
+                                         const std::string& language) {
+    const auto name = file.textIn(language, G_KEY_FILE_DESKTOP_KEY_NAME);
+    return {
+        .path = entry.path,
+        .bundleIdentifier = entry.identifier,
+        .name = name.empty() ? entry.name : name,
+        .genericName = file.textIn(language, G_KEY_FILE_DESKTOP_KEY_GENERIC_NAME),
+        .keywords = file.listIn(language, "Keywords"),
+        .icon = iconOf(entry),
+    };
+}
+
+} // namespace
+
+std::optional<platform::ApplicationBundle> ApplicationBundles::bundleAt(const std::string& path) {
+    try {
+        auto entry = entries_.entryAt(path);
+        if (entry.hidden) {
+            return std::nullopt;
+        }
+        platform::ApplicationBundle bundle;
+        if (!entry.identifier.empty()) {
+            bundle.bundleIdentifier = std::move(entry.identifier);
+        }
+        return bundle;
+    } catch (const platform::LocalizedError&) {
+        return std::nullopt;
+    }
+}
+
+platform::FileIcon ApplicationBundles::iconForFile(const std::string& path) {
+    try {
+        return iconOf(entries_.entryAt(path));
+    } catch (const platform::LocalizedError&) {
+        return {};
+    }
+}
+
+// Translations are read for the listing and not kept: it is asked for seldom, and a resident would
+// hold them for months.
+std::vector<platform::InstalledApplication>
+ApplicationBundles::installedApplications(std::string_view language) {
+    const std::string code(language);
+    std::vector<platform::InstalledApplication> applications;
+    for (const auto& entry : entries_.index().entries()) {
+        if (entry.noDisplay) {
+            continue;
+        }
+        try {
+            const EntryFile file(entry.path, Translations::all);
+            if (file.isForThisDesktop()) {
+                applications.push_back(described(entry, file, code));
+            }
+        } catch (const platform::LocalizedError&) {
+            continue; // gone since the index was made
+        }
+    }
+    return applications;
+}
+
+std::vector<std::string> ApplicationBundles::applicationDirectories() {
+    std::vector<std::string> directories;
+    for (const auto& directory : entries_.directories()) {
+        std::error_code unknown;
+        const auto isListed =
+            std::ranges::find(directories, directory.string()) != directories.end();
+        if (!isListed && std::filesystem::is_directory(directory, unknown)) {
+            directories.push_back(directory.string());
+        }
+    }
+    return directories;
+}
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/ApplicationBundles.h"
+#include "platform/freedesktop/entries/DesktopEntries.h"
+
+namespace hollowfernpike::freedesktop {
+
+/// Applications by their desktop entries. A bundle's identifier is its desktop-file id without
+/// ".desktop".
+class ApplicationBundles final : public platform::ApplicationBundles {
+public:
+    /// The entries outlive this.
+    explicit ApplicationBundles(DesktopEntries& entries) : entries_(entries) {}
+
+    std::optional<platform::ApplicationBundle> bundleAt(const std::string& path) override;
+    platform::FileIcon iconForFile(const std::string& path) override;
+    std::vector<platform::InstalledApplication>
+    installedApplications(std::string_view language) override;
+    std::vector<std::string> applicationDirectories() override;
+
+private:
+    DesktopEntries& entries_;
+};
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/freedesktop/entries/ApplicationsDirectories.h"
+#include "platform/freedesktop/entries/EntryIndex.h"
+#include "platform/freedesktop/files/DirectoryWatch.h"
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::freedesktop {
+
+/// The applications that are installed, as the entry files tell at the moment of asking. Nothing is
+/// read before the first question, only changed files are read again, and nothing wakes us when
+/// files change. Where the kernel would not watch the directories (it has limits), answers may be a
+/// second old. Main thread only.
+class DesktopEntries {
+public:
+    explicit DesktopEntries(
+        std::vector<std::filesystem::path> directories = applicationsDirectories())
+        : directories_(std::move(directories)) {}
+
+    /// Where applications may be installed, the most important directory first.
+    const std::vector<std::filesystem::path>& directories() const { return directories_; }
+
+    /// Valid until the next call of any member.
+    const EntryIndex& index();
+
+    /// Grows whenever the index differs from what it was.
+    std::uint64_t generation();
+
+    /// The entry at `path`, installed or not, as it is now. Throws platform::LocalizedError as
+    /// readDesktopEntry() does.
+    DesktopEntry entryAt(const std::string& path);
+
+    /// The desktop-file id that stands for the file at `path`, without ".desktop"; empty if looking
+    /// that id up would lead to another file or to none.
+    std::string identifierOf(const std::string& path);
+
+private:
+    bool isOutdated();
+    void renew();
+    std::optional<DesktopEntry> current(const InstalledFile& file) const;
+
+    std::vector<std::filesystem::path> directories_;
+    std::optional<DirectoryWatch> watch_;
+    std::chrono::steady_clock::time_point renewed_;
+    EntryIndex index_;
+    std::uint64_t generation_ = 0;
+};
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,121 @@
+#include "platform/freedesktop/files/AtomicFile.h"
+
+#include "platform/freedesktop/files/FileErrors.h"
+#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/freedesktop/files/TemporaryFile.h"
+
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+constexpr auto writing = FileOperation::write;
+constexpr int longestChain = 40; // of symbolic links, as the kernel follows them
+
+/// Where the file really is, or would be made.
+std::filesystem::path withoutLinks(std::filesystem::path file) {
+    for (int link = 0; link <= longestChain; ++link) {
+        std::error_code notALink;
+        const auto next = std::filesystem::read_symlink(file, notALink);
+        if (notALink) {
+            return file;
+        }
+        file = file.parent_path() / next;
+    }
+    throw std::system_error{ELOOP, std::generic_category()};
+}
+
+std::filesystem::path folderOf(const std::filesystem::path& file) {
+    return file.has_parent_path() ? file.parent_path() : ".";
+}
+
+std::optional<struct stat> statusOf(const std::filesystem::path& file) {
+    struct stat status = {};
+    if (::stat(file.c_str(), &status) == 0) {
+        return status;
+    }
+    if (errno == ENOENT) {
+        return std::nullopt;
+    }
+    throw std::system_error{errno, std::generic_category()};
+}
+
+void requireRegular(const std::filesystem::path& file, const struct stat& status) {
+    if (S_ISDIR(status.st_mode)) {
+        throw fileError(writing, file, EISDIR);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw notARegularFile(writing, file);
+    }
+}
+
+/// Failures are passed over: some file systems have no owners or modes, some do not let us, and the
+/// new file is private until told otherwise.
+void takeOver(int descriptor, const struct stat& old) {
+    constexpr auto unchanged = static_cast<uid_t>(-1);
+    const bool kept = ::fchown(descriptor, unchanged, old.st_gid) == 0 &&
+                      ::fchown(descriptor, old.st_uid, unchanged) == 0 &&
+                      ::fchmod(descriptor, old.st_mode & 07777) == 0;
+    static_cast<void>(kept);
+}
+
+void writeAll(int descriptor, std::string_view data) {
+    while (!data.empty()) {
+        const auto written =
+            checked(uninterrupted([&] { return ::write(descriptor, data.data(), data.size()); }));
+        data.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+void synchronize(int descriptor) {
+    checked(uninterrupted([&] { return ::fsync(descriptor); }));
+}
+
+/// A folder that may be written but not read, or whose file system knows no such request, is left
+/// to the system.
+void synchronizeFolder(const std::filesystem::path& folder) {
+    const Descriptor descriptor{::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    if (!descriptor) {
+        return;
+    }
+    try {
+        synchronize(descriptor.get());
+    } catch (const std::system_error& error) {
+        if (error.code() != std::errc::invalid_argument) {
+            throw;
+        }
+    }
+}
+
+void replace(const std::filesystem::path& target, std::string_view data) {
+    const auto old = statusOf(target);
+    if (old) {
+        requireRegular(target, *old);
+    }
+    const auto folder = folderOf(target);
+    TemporaryFile replacement{folder};
+    if (old) {
+        takeOver(replacement.descriptor(), *old);
+    }
+    writeAll(replacement.descriptor(), data);
+    synchronize(replacement.descriptor());
+    replacement.rename(target);
+    synchronizeFolder(folder);
+}
+
+} // namespace
+
+void writeFileAtomically(const std::filesystem::path& file, std::string_view data) {
+    try {
+        replace(withoutLinks(file), data);
+    } catch (const std::system_error& error) {
+        throw fileError(writing, file, error.code().value());
+    }
+}
+
+} // namespace hollowfernpike::freedesktop

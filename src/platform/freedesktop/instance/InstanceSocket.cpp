@@ -1,0 +1,55 @@
+#include "platform/freedesktop/instance/InstanceSocket.h"
+
+#include "platform/freedesktop/files/SystemCall.h"
+
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+constexpr int longestQueue = 16;
+
+// By way of the open directory: an address has little room, and paths may be long.
+sockaddr_un addressOf(const PrivateDirectory& directory, const std::string& name) {
+    const auto path = "/proc/self/fd/" + std::to_string(directory.descriptor()) + '/' + name;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        throw std::system_error{ENAMETOOLONG, std::generic_category()};
+    }
+    std::memcpy(&address.sun_path, path.c_str(), path.size() + 1);
+    return address;
+}
+
+Descriptor newSocket() {
+    return Descriptor{checked(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))};
+}
+
+} // namespace
+
+Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name) {
+    const auto address = addressOf(directory, name);
+    auto socket = newSocket();
+    ::unlinkat(directory.descriptor(), name.c_str(), 0);
+    checked(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    // The sticky bit keeps it from those who clean up runtime directories.
+    checked(::fchmodat(directory.descriptor(), name.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0));
+    checked(::listen(socket.get(), longestQueue));
+    return socket;
+}
+
+Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name) {
+    const auto address = addressOf(directory, name);
+    auto socket = newSocket();
+    checked(::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    return socket;
+}
+
+} // namespace hollowfernpike::freedesktop

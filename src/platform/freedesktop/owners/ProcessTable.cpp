@@ -1,0 +1,211 @@
+#include "platform/freedesktop/owners/ProcessTable.h"
+
+#include "platform/freedesktop/owners/OwnerResolution.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <tuple>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+constexpr std::uint64_t youth = 2; // seconds, of which the first counts whole
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
+};
+
+std::optional<std::int32_t> numberIn(std::string_view text) {
+    std::int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc{} && end != text.data() ? std::optional(number) : std::nullopt;
+}
+
+// A number comes back for another process one day, the inode of its directory does not.
+struct Listed {
+    std::int32_t number;
+    ino_t inode;
+};
+
+std::vector<Listed> allProcesses() {
+    std::vector<Listed> processes;
+    const std::unique_ptr<DIR, DirectoryCloser> directory(::opendir("/proc"));
+    while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr) {
+        if (const auto number = numberIn(entry->d_name)) {
+            processes.push_back({*number, entry->d_ino});
+        }
+    }
+    return processes;
+}
+
+// The last field of /proc/loadavg. As long as it stays, no process has begun.
+std::optional<std::int32_t> newestNumber(const Descriptor& counter) {
+    std::array<char, 128> buffer{};
+    const auto count = ::pread(counter.get(), buffer.data(), buffer.size(), 0);
+    const std::string_view text(buffer.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    return numberIn(text.substr(text.rfind(' ') + 1));
+}
+
+bool isOfUser(uid_t user, std::int32_t process) {
+    struct stat status = {};
+    return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0 &&
+           status.st_uid == user;
+}
+
+bool startedJustNow(const ProcessStatus& status) {
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    const auto ticks = static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
+    return static_cast<std::uint64_t>(now.tv_sec) < status.startTime / ticks + youth;
+}
+
+std::string_view withoutScreen(std::string_view display) {
+    const auto colon = display.rfind(':');
+    const auto dot = display.rfind('.');
+    const bool hasScreen =
+        colon != std::string_view::npos && dot != std::string_view::npos && dot > colon;
+    return hasScreen ? display.substr(0, dot) : display;
+}
+
+// Not while a program is being loaded or ends, and so cannot tell its display.
+bool isInPlace(const ProcessFacts& process) {
+    return process.executable.empty() || process.hasEnvironment;
+}
+
+bool isOfThisDisplay(const ProcessFacts& process) {
+    const char* const ourDisplay = std::getenv("DISPLAY");
+    return ourDisplay == nullptr || process.display.empty() ||
+           withoutScreen(process.display) == withoutScreen(ourDisplay);
+}
+
+} // namespace
+
+void sortByAge(std::vector<LiveProcess>& processes) {
+    std::ranges::sort(processes, {}, [](const auto& process) {
+        return std::tuple(process.status.hasEnded, process.status.startTime, process.number);
+    });
+}
+
+ProcessTable::ProcessTable(DesktopEntries& entries, uid_t user)
+    : entries_(entries), user_(user), counter_(::open("/proc/loadavg", O_RDONLY | O_CLOEXEC)) {}
+
+void ProcessTable::refresh() {
+    const auto newest = newestNumber(counter_);
+    const auto generation = entries_.generation();
+    if (generation != generation_) {
+        processes_.clear();
+        newest_.reset();
+        generation_ = generation;
+    }
+    for (auto& [number, known] : processes_) {
+        if (known.isYoung) {
+            lookAgain(number, known);
+        }
+    }
+    if (!newest || newest != newest_) {
+        scan();
+        newest_ = newest;
+    }
+}
+
+void ProcessTable::scan() {
+    ++scans_;
+    for (const auto [number, inode] : allProcesses()) {
+        auto& known = processes_[number];
+        if (known.inode != inode) {
+            known = look(number);
+            known.inode = inode;
+        }
+        known.scan = scans_;
+    }
+    std::erase_if(processes_, [&](const auto& process) { return process.second.scan != scans_; });
+}
+
+ProcessTable::Known ProcessTable::look(std::int32_t process) const {
+    Known known;
+    known.scan = scans_;
+    if (!isOfUser(user_, process)) {
+        return known;
+    }
+    if (const auto status = processStatus(process)) {
+        known.status = *status;
+        const auto facts = processFacts(process);
+        known.isYoung = startedJustNow(*status) || !isInPlace(facts);
+        known.identifier = resolve(facts);
+    }
+    return known;
+}
+
+// What a process was is still known when it has ended and tells nothing any more.
+void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
+    const auto status = processStatus(process);
+    if (status && status->hasEnded && status->startTime == known.status.startTime) {
+        known.isYoung = false;
+    } else {
+        const auto inode = known.inode;
+        known = look(process);
+        known.inode = inode;
+    }
+}
+
+std::string ProcessTable::resolve(const ProcessFacts& process) const {
+    if (!isInPlace(process) || !isOfThisDisplay(process)) {
+        return {};
+    }
+    const auto* entry = freedesktop::applicationOf(process, entries_.index());
+    return entry == nullptr ? std::string{} : entry->identifier;
+}
+
+bool ProcessTable::isHelper(const LiveProcess& process,
+                            const std::vector<LiveProcess>& candidates) const {
+    auto ancestor = process.status.parent;
+    for (std::size_t generation = 0; generation < processes_.size(); ++generation) {
+        const auto isAncestor = [&](const auto& other) {
+            return other.number == ancestor && !other.status.hasEnded;
+        };
+        if (std::ranges::any_of(candidates, isAncestor)) {
+            return true;
+        }
+        const auto known = processes_.find(ancestor);
+        if (known == processes_.end()) {
+            return false;
+        }
+        ancestor = known->second.status.parent;
+    }
+    return false;
+}
+
+std::vector<LiveProcess> ProcessTable::running(std::string_view identifier) {
+    refresh();
+    std::vector<LiveProcess> candidates;
+    for (const auto& [number, known] : processes_) {
+        if (known.identifier != identifier) {
+            continue;
+        }
+        const auto status = processStatus(number);
+        if (status && status->startTime == known.status.startTime) {
+            candidates.push_back({number, *status});
+        }
+    }
+    auto instances = candidates;
+    std::erase_if(instances, [&](const auto& process) { return isHelper(process, candidates); });
+    sortByAge(instances);
+    return instances;
+}
+
+std::string ProcessTable::applicationOf(std::int32_t process) {
+    refresh();
+    const auto known = processes_.find(process);
+    return known == processes_.end() ? std::string{} : known->second.identifier;
+}
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/freedesktop/entries/DesktopEntries.h"
+#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/freedesktop/owners/ProcessFacts.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <unistd.h>
+
+namespace hollowfernpike::freedesktop {
+
+/// A process and where it stands.
+struct LiveProcess {
+    std::int32_t number = 0;
+    ProcessStatus status;
+};
+
+/// The longest running first; those that have ended come last.
+void sortByAge(std::vector<LiveProcess>& processes);
+
+/// Which of a user's processes runs which application, by what the processes themselves reveal.
+/// A process of another display runs none as far as we are concerned. What was learned of a process
+/// is kept, so that asking again costs a look at the processes that are new. Main thread only.
+class ProcessTable {
+public:
+    /// The entries outlive this.
+    explicit ProcessTable(DesktopEntries& entries, uid_t user = ::geteuid());
+
+    /// The processes that run this application and descend from no other one that does, sorted by
+    /// age.
+    std::vector<LiveProcess> running(std::string_view identifier);
+
+    /// The id of the application that the process runs; empty for none.
+    std::string applicationOf(std::int32_t process);
+
+private:
+    struct Known {
+        std::string identifier; ///< empty for a process that runs no application of ours
+        ProcessStatus status;
+        bool isYoung = false;    ///< it may yet become another program, or tell more
+        std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
+        std::uint64_t scan = 0;
+    };
+
+    void refresh();
+    void scan();
+    Known look(std::int32_t process) const;
+    void lookAgain(std::int32_t process, Known& known) const;
+    std::string resolve(const ProcessFacts& process) const;
+    bool isHelper(const LiveProcess& process, const std::vector<LiveProcess>& candidates) const;
+
+    DesktopEntries& entries_;
+    uid_t user_;
+    Descriptor counter_;
+    std::optional<std::int32_t> newest_; ///< the number that was given out last before the scan
+    std::uint64_t generation_ = 0;
+    std::uint64_t scans_ = 0;
+    std::unordered_map<std::int32_t, Known> processes_;
+};
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/RunningApplications.h"
+#include "platform/Windows.h"
+#include "platform/Workspace.h"
+#include "platform/freedesktop/entries/DesktopEntries.h"
+#include "platform/freedesktop/owners/ProcessTable.h"
+
+namespace hollowfernpike::freedesktop {
+
+/// Finds running applications by their windows, and where an application shows none, by what its
+/// processes reveal. Beside processes that show windows, those of the same application that show
+/// none are helpers.
+class RunningApplications final : public platform::RunningApplications {
+public:
+    /// The services outlive this.
+    RunningApplications(DesktopEntries& entries, ProcessTable& processes,
+                        platform::Windows& windows, platform::Workspace& workspace)
+        : entries_(entries), processes_(processes), windows_(windows), workspace_(workspace) {}
+
+    std::vector<platform::RunningApplication>
+    withBundleIdentifier(std::string_view bundleIdentifier) override;
+
+    std::optional<platform::RunningApplication>
+    withProcessIdentifier(std::int32_t processIdentifier) override;
+
+    /// Opens the application's entry again: over the bus if it listens there, else as a second
+    /// process, by which single-instance programs show the first one.
+    void activate(const platform::RunningApplication& application) override;
+
+private:
+    std::vector<LiveProcess> showingWindows(std::string_view bundleIdentifier);
+
+    DesktopEntries& entries_;
+    ProcessTable& processes_;
+    platform::Windows& windows_;
+    platform::Workspace& workspace_;
+};
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/x11/server/Atoms.h"
+#include "platform/x11/server/Connection.h"
+
+#include <vector>
+
+#include <xcb/xcb.h>
+
+namespace hollowfernpike::x11 {
+
+/// The windows that keys can be typed into: those that the window manager lists and the one that
+/// has the focus, which is one of the window manager's own while no other is open.
+class FocusableWindows {
+public:
+    /// The connection outlives this object.
+    explicit FocusableWindows(const Connection& connection)
+        : connection_(connection), atoms_(connection) {}
+
+    /// What somebody who wants `isChange` to see changes has to select on the root.
+    static constexpr std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE;
+
+    /// Whether the event tells that windows have come or gone, or that the focus is elsewhere.
+    bool isChange(const xcb_generic_event_t& event) const;
+
+    /// Waits for the server.
+    std::vector<xcb_window_t> read() const;
+
+private:
+    const Connection& connection_;
+    Atoms atoms_;
+};
+
+} // namespace hollowfernpike::x11

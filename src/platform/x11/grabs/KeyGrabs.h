@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/x11/keyboard/KeyboardMap.h"
+
+#include <map>
+#include <set>
+#include <span>
+#include <vector>
+
+namespace hollowfernpike::x11 {
+
+/// The passive key grabs of one client. The server freezes the keyboard with each grabbed press
+/// until this client gives it back, so whoever reads the connection must do that at once.
+class KeyGrabs {
+public:
+    explicit KeyGrabs(const Connection& connection);
+
+    /// Grabs every press of these combinations on the root window and gives back what else was
+    /// held; what stays is not touched. Returns the combinations of which another client holds a
+    /// part: nothing of them is held. Of those, the part that was refused is tried first and alone,
+    /// so that nothing is swallowed meanwhile. Combinations that the map cannot produce are left
+    /// out. Waits for the server.
+    std::vector<platform::KeyCombination>
+    update(const KeyboardMap& map, std::span<const platform::KeyCombination> combinations);
+
+    /// The windows on which presses with the Super key are grabbed besides the root, now and after
+    /// later updates, instead of those given before. Does not wait for the server; what other
+    /// clients hold there remains theirs.
+    void setWindows(std::vector<xcb_window_t> windows);
+
+    /// Gives everything back, and forgets the windows. Waits for the server, so that others can
+    /// have it from here on.
+    void release();
+
+    /// Whether such a press was held when the server sent an event with this sequence number.
+    bool held(const KeyState& press, std::uint32_t sequence) const;
+
+private:
+    struct Wish {
+        std::size_t combination;
+        bool isWithSuper;
+    };
+    struct Hold {
+        std::uint32_t sequence; ///< of the request
+        bool isWithSuper;
+    };
+    using Wishes = std::map<KeyState, Wish>;
+
+    void ungrabUnwanted(const Wishes& wishes);
+    void grabMissing(const Wishes& wishes, bool refusedBefore, std::vector<bool>& refused);
+    void grabOn(xcb_window_t window, const KeyState& press);
+    void ungrabOn(xcb_window_t window, const KeyState& press);
+
+    const Connection& connection_;
+    std::map<KeyState, Hold> held_;
+    std::set<KeyState> refused_;        ///< by another client, when last asked for
+    std::vector<xcb_window_t> windows_; ///< sorted
+    bool isUnconfirmed_ = false; ///< whether something was asked for that may not be done yet
+};
+
+} // namespace hollowfernpike::x11

@@ -1,0 +1,67 @@
+#include "platform/x11/taps/EventTaps.h"
+
+#include "platform/x11/TrustProblem.h"
+#include "platform/x11/grabs/GrabbedKeys.h"
+#include "platform/x11/keyboard/Xkb.h"
+#include "platform/x11/taps/KeyTap.h"
+#include "platform/x11/taps/ObservedKeys.h"
+
+#include <utility>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+void selectKeyboardChanges(const Connection& connection) {
+    constexpr std::uint16_t events =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t allParts = 0xFF;
+    xcb_xkb_select_events_details_t repetition{};
+    repetition.affectCtrls = XCB_XKB_BOOL_CTRL_REPEAT_KEYS;
+    repetition.ctrlDetails = repetition.affectCtrls;
+    xcb_xkb_select_events_aux(connection.get(), XCB_XKB_ID_USE_CORE_KBD,
+                              events | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY, 0, events, allParts,
+                              allParts, &repetition);
+}
+
+std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
+                                      const Connection& connection, platform::MainQueue& queue) {
+    if (options == platform::EventTapOptions::active) {
+        return std::make_unique<GrabbedKeys>(connection, queue);
+    }
+    return std::make_unique<ObservedKeys>(connection);
+}
+
+std::function<void()> once(std::function<void()> action) {
+    return [action = std::move(action), done = std::make_shared<bool>(false)] {
+        if (action && !std::exchange(*done, true)) {
+            action();
+        }
+    };
+}
+
+} // namespace
+
+EventTaps::EventTaps(platform::MainQueue& queue, UserTime& userTime, std::string displayName,
+                     std::function<void()> onConnectionLost)
+    : queue_(queue), userTime_(userTime), displayName_(std::move(displayName)),
+      connectionLost_(once(std::move(onConnectionLost))) {}
+
+std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions options,
+                                                      platform::EventTapCallback callback,
+                                                      void* userInfo) {
+    auto connection = Connection::open(displayName_);
+    if (findTrustProblem(connection.get())) {
+        return nullptr;
+    }
+    selectKeyboardChanges(*connection);
+    if (!KeyboardDescription::read(*connection)) {
+        return nullptr;
+    }
+    auto source = makeSource(options, *connection, queue_);
+    return std::make_unique<KeyTap>(KeyTap::Services{queue_, userTime_, connectionLost_},
+                                    std::move(connection), std::move(source),
+                                    KeyTap::Listener{callback, userInfo});
+}
+
+} // namespace hollowfernpike::x11

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/EventTap.h"
+#include "platform/MainQueue.h"
+#include "platform/x11/taps/UserTime.h"
+
+#include <functional>
+#include <string>
+
+namespace hollowfernpike::x11 {
+
+/// Taps on an X display. An active tap grabs the combinations of interest; a listen-only tap sees
+/// every key press, grabbed or not, but no repeats. Neither reports modifier keys.
+class EventTaps final : public platform::EventTaps {
+public:
+    /// The queue and the user time must outlive this object and its taps. The display is that of
+    /// the environment if the name is empty. `onConnectionLost` is called on the main thread when
+    /// the server of some tap goes away, once however many taps there are.
+    EventTaps(platform::MainQueue& queue, UserTime& userTime, std::string displayName = {},
+              std::function<void()> onConnectionLost = {});
+
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
+                                               platform::EventTapCallback callback,
+                                               void* userInfo) override;
+
+private:
+    platform::MainQueue& queue_;
+    UserTime& userTime_;
+    std::string displayName_;
+    std::function<void()> connectionLost_;
+};
+
+} // namespace hollowfernpike::x11

@@ -1,0 +1,92 @@
+#include "platform/x11/taps/RawKeys.h"
+
+#include "platform/x11/keyboard/Xkb.h"
+#include "platform/x11/server/Sequence.h"
+#include "platform/x11/taps/EventKinds.h"
+
+#include <utility>
+
+#include <xcb/xinput.h>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+struct EventMask {
+    xcb_input_event_mask_t head;
+    std::uint32_t events;
+};
+
+} // namespace
+
+RawKeys::RawKeys(const Connection& connection) : connection_(connection), input_(connection) {}
+
+void RawKeys::start() {
+    if (started_) {
+        return;
+    }
+    select(true);
+    const auto cookie = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const Reply<xcb_xkb_get_state_reply_t> state{
+        xcb_xkb_get_state_reply(connection_.get(), cookie, nullptr)};
+    started_ = state != nullptr;
+    startedAt_ = cookie.sequence;
+    modifiers_ = state ? state->mods : ModifierState{0};
+    isModifierHeld_ = state && state->baseMods != 0;
+    wasInputTaken_ = input_.isTaken();
+}
+
+void RawKeys::stop() {
+    if (started_) {
+        started_ = false;
+        stoppedAt_ = select(false);
+        xcb_flush(connection_.get());
+    }
+}
+
+// The raw event of a key comes before the change of state that the key causes, and both in the
+// order in which they happened; asking the server on receipt would tell of a later moment.
+std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
+    if (!covers(event)) {
+        return std::nullopt;
+    }
+    if (isXkbEvent(connection_, event, XCB_XKB_STATE_NOTIFY)) {
+        const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+        modifiers_ = state.mods;
+        isModifierHeld_ = state.baseMods != 0;
+    }
+    if (!isXInputEvent(connection_, event, XCB_INPUT_RAW_KEY_PRESS) || isForAnother()) {
+        return std::nullopt;
+    }
+    const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
+    return Press{
+        {static_cast<xcb_keycode_t>(raw.detail), modifiers_}, raw.time, event.full_sequence};
+}
+
+bool RawKeys::covers(const xcb_generic_event_t& event) const {
+    return !isBefore(event.full_sequence, startedAt_) &&
+           (started_ || isBefore(event.full_sequence, stoppedAt_));
+}
+
+// Whoever shares a combination may take the input because of this very press (Alt+Tab of a window
+// manager), so the press of its modifiers counts, too.
+bool RawKeys::isForAnother() {
+    const bool isTaken = input_.isTaken();
+    const bool wasTaken = std::exchange(wasInputTaken_, isTaken);
+    return isTaken && (wasTaken || !isModifierHeld_);
+}
+
+std::uint32_t RawKeys::select(bool wanted) const {
+    const EventMask mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                         wanted ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
+    const auto cookie =
+        xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &mask.head);
+    xcb_xkb_select_events_details_t details{};
+    details.affectState = XCB_XKB_STATE_PART_MODIFIER_STATE;
+    details.stateDetails = wanted ? details.affectState : std::uint16_t{0};
+    xcb_xkb_select_events_aux(connection_.get(), XCB_XKB_ID_USE_CORE_KBD,
+                              XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
+    return cookie.sequence;
+}
+
+} // namespace hollowfernpike::x11

@@ -1,0 +1,32 @@
+#include "platform/x11/taps/TakenInput.h"
+
+namespace hollowfernpike::x11 {
+
+TakenInput::TakenInput(const Connection& connection)
+    : connection_(connection), window_(xcb_generate_id(connection.get())) {
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, 1,
+                      1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+}
+
+TakenInput::~TakenInput() {
+    xcb_destroy_window(connection_.get(), window_);
+}
+
+// No grab succeeds on a window that is not shown. The server says so only if nobody else has the
+// device; else it says that.
+bool TakenInput::isTaken() const {
+    auto* const server = connection_.get();
+    const auto pointer =
+        xcb_grab_pointer(server, 0, window_, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
+                         XCB_NONE, XCB_CURRENT_TIME);
+    const auto keyboard = xcb_grab_keyboard(server, 0, window_, XCB_CURRENT_TIME,
+                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const Reply<xcb_grab_pointer_reply_t> ofPointer{
+        xcb_grab_pointer_reply(server, pointer, nullptr)};
+    const Reply<xcb_grab_keyboard_reply_t> ofKeyboard{
+        xcb_grab_keyboard_reply(server, keyboard, nullptr)};
+    return ofPointer && ofPointer->status == XCB_GRAB_STATUS_ALREADY_GRABBED && ofKeyboard &&
+           ofKeyboard->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
+} // namespace hollowfernpike::x11

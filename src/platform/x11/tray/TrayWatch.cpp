@@ -1,0 +1,69 @@
+#include "platform/x11/tray/TrayWatch.h"
+
+#include "platform/x11/server/Reply.h"
+#include "platform/x11/taps/EventKinds.h"
+
+#include <utility>
+
+namespace hollowfernpike::x11 {
+
+namespace {
+
+constexpr std::uint32_t structureEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+
+void selectStructureEvents(xcb_connection_t* server, xcb_window_t window) {
+    xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &structureEvents);
+}
+
+} // namespace
+
+TrayWatch::TrayWatch(std::unique_ptr<Connection> connection, platform::RunLoop& runLoop,
+                     std::function<void()> onChange)
+    : connection_(std::move(connection)), onChange_(std::move(onChange)),
+      selection_(connection_->get(), trayPrefix, connection_->screenNumber()),
+      readable_(runLoop.watchReadable(connection_->descriptor(), [this] { onReadable(); })) {
+    selectStructureEvents(connection_->get(), connection_->root());
+    follow();
+    readNews();
+}
+
+void TrayWatch::onReadable() {
+    if (connection_->isLost()) {
+        readable_.reset(); // it would be readable for ever
+    } else if (readNews()) {
+        onChange_();
+    }
+}
+
+// Waiting for a reply reads events, too, after which the connection is not readable any more. So
+// whoever has waited calls this.
+bool TrayWatch::readNews() {
+    bool changed = false;
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
+        if (isNews(*event)) {
+            changed = true;
+            follow();
+        }
+    }
+    return changed;
+}
+
+bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
+    return selection_.isAnnouncedBy(event) ||
+           (eventCode(event) == XCB_DESTROY_NOTIFY &&
+            reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == tray_);
+}
+
+// Its end can only be seen by who has asked for it in time, so the owner is asked for once more
+// behind that request.
+void TrayWatch::follow() {
+    auto* const server = connection_->get();
+    tray_ = XCB_NONE;
+    for (auto owner = selection_.owner(); owner != tray_; owner = selection_.owner()) {
+        tray_ = owner;
+        selectStructureEvents(server, owner);
+    }
+    xcb_flush(server);
+}
+
+} // namespace hollowfernpike::x11

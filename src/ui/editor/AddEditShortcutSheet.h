@@ -1,0 +1,71 @@
+#pragma once
+
+#include "model/AppShortcut.h"
+#include "ui/editor/EditorViews.h"
+
+#include <QIcon>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace hollowfernpike {
+
+/// The window in which a shortcut is made or changed: first the application, then the keys. It
+/// hands the result to its owner and touches no store. Main thread only.
+///
+/// While it is shown it keeps itself alive; once it is closed it lives as long as somebody holds
+/// it. A recording that is under way when it is closed goes on without it.
+class AddEditShortcutSheet final : public QWidget,
+                                   public std::enable_shared_from_this<AddEditShortcutSheet> {
+public:
+    /// For a new shortcut, or for changing an existing one. Not shown yet.
+    static std::shared_ptr<AddEditShortcutSheet>
+    make(std::optional<AppShortcut> editing = std::nullopt);
+    AddEditShortcutSheet(const AddEditShortcutSheet&) = delete;
+    AddEditShortcutSheet& operator=(const AddEditShortcutSheet&) = delete;
+    ~AddEditShortcutSheet() override;
+
+    /// Called once with the finished shortcut, before the window closes. The owner's to set.
+    std::function<void(const AppShortcut& shortcut)> onSave;
+
+    /// Lets the user choose the application, in a panel on this window.
+    void selectApp();
+
+    /// Hands the shortcut over and closes the window; says what is missing if something is.
+    void saveSheet();
+
+    /// Closes the window and tells nobody.
+    void cancelSheet();
+
+    KeyRecorderView& keyRecorder() { return *keyRecorder_; }
+
+private:
+    explicit AddEditShortcutSheet(std::optional<AppShortcut> editing);
+
+    void takeEditedShortcut();
+    void buildUI();
+    void buildKeyboardUse();
+    void setSelectedApp(const std::string& path);
+    void showSelectedApp();
+    void showStep2();
+    void tell(const char* message);
+
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+    const std::optional<AppShortcut> editingShortcut_;
+    std::optional<std::string> selectedAppPath_;
+    std::optional<std::string> selectedAppName_;
+    std::optional<std::string> selectedBundleIdentifier_;
+    std::optional<QIcon> selectedAppIcon_;
+    std::shared_ptr<KeyRecorderView> keyRecorder_;
+    EditorViews views_;
+    std::shared_ptr<AddEditShortcutSheet> heldWhileShown_; ///< ourselves
+};
+
+} // namespace hollowfernpike

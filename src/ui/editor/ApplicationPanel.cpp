@@ -1,0 +1,159 @@
+#include "ui/editor/ApplicationPanel.h"
+
+#include "app/Language.h"
+#include "platform/Services.h"
+#include "ui/editor/EntryFilePanel.h"
+#include "ui/parts/Sheets.h"
+#include "ui/parts/SystemColors.h"
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr QSize initialSize(360, 420);
+constexpr QSize rowIcon(24, 24);
+
+ApplicationSearch installedApplications() {
+    const Language language = Language::current();
+    auto& bundles = platform::services().applicationBundles;
+    return {bundles.installedApplications(language.rawValue()), language};
+}
+
+bool movesInList(int key) {
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
+           key == Qt::Key_PageDown;
+}
+
+} // namespace
+
+void ApplicationPanel::beginSheet(QWidget& window, Completion onChosen) {
+    (new ApplicationPanel(window, std::move(onChosen)))->open();
+}
+
+ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
+    : QDialog(&window), onChosen_(std::move(onChosen)), model_(installedApplications()),
+      searchField_(new QLineEdit), list_(new QListView), emptyLabel_(new QLabel),
+      stack_(new QStackedWidget), otherButton_(new QPushButton(localized("その他...", "Other..."))),
+      cancelButton_(new QPushButton(localized("キャンセル", "Cancel"))),
+      openButton_(new QPushButton(localized("開く", "Open"))) {
+    setObjectName("applicationPanel");
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(localized("アプリを選択", "Select an App"));
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(searchField_);
+    column->addWidget(stack_);
+    auto* buttons = new QHBoxLayout;
+    column->addLayout(buttons);
+    buttons->addWidget(otherButton_);
+    buttons->addStretch();
+    buttons->addWidget(cancelButton_);
+    buttons->addWidget(openButton_);
+    buildList();
+    buildButtons();
+    buildSearchField();
+    find({});
+    resize(initialSize);
+}
+
+void ApplicationPanel::buildSearchField() {
+    searchField_->setObjectName("searchField");
+    searchField_->setPlaceholderText(localized("検索", "Search"));
+    searchField_->setAccessibleName(localized("検索", "Search"));
+    searchField_->setClearButtonEnabled(true);
+    if (auto* clear = searchField_->findChild<QToolButton*>()) {
+        clear->setAccessibleName(localized("消去", "Clear"));
+    }
+    searchField_->installEventFilter(this);
+    QPalette palette = searchField_->palette(); // some desktops leave this one dark on dark
+    palette.setColor(QPalette::PlaceholderText, secondaryLabelColor(palette));
+    searchField_->setPalette(palette);
+    searchField_->setFocus();
+    connect(searchField_, &QLineEdit::textChanged, this, &ApplicationPanel::find);
+}
+
+void ApplicationPanel::buildList() {
+    list_->setObjectName("list");
+    list_->setAccessibleName(localized("アプリ", "Apps"));
+    list_->setModel(&model_);
+    list_->setIconSize(rowIcon);
+    list_->setUniformItemSizes(true);
+    list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &ApplicationPanel::updateOpenButton);
+    emptyLabel_->setObjectName("emptyLabel");
+    emptyLabel_->setAlignment(Qt::AlignCenter);
+    emptyLabel_->setWordWrap(true);
+    stack_->addWidget(list_);
+    stack_->addWidget(emptyLabel_);
+    setTabOrder(searchField_, list_);
+}
+
+void ApplicationPanel::buildButtons() {
+    otherButton_->setObjectName("otherButton");
+    otherButton_->setAutoDefault(false);
+    cancelButton_->setObjectName("cancelButton");
+    cancelButton_->setAutoDefault(false);
+    openButton_->setObjectName("openButton");
+    openButton_->setDefault(true);
+    onClick(*otherButton_, [this] { chooseOtherFile(); });
+    onClick(*cancelButton_, [this] { reject(); });
+    onClick(*openButton_, [this] { openSelected(); });
+}
+
+void ApplicationPanel::find(const QString& text) {
+    model_.setText(text);
+    list_->setCurrentIndex(model_.index(0));
+    emptyLabel_->setText(model_.isEmpty()
+                             ? localized("アプリがありません", "There are no apps.")
+                             : localized("一致するアプリがありません", "No apps match."));
+    stack_->setCurrentIndex(model_.rowCount() > 0 ? 0 : 1);
+    updateOpenButton();
+}
+
+void ApplicationPanel::updateOpenButton() {
+    openButton_->setEnabled(list_->selectionModel()->hasSelection());
+}
+
+void ApplicationPanel::openSelected() {
+    if (const auto selected = list_->selectionModel()->selectedIndexes(); !selected.isEmpty()) {
+        choose(model_.pathAt(selected.front().row()));
+    }
+}
+
+void ApplicationPanel::chooseOtherFile() {
+    beginEntryFilePanel(*this, [this](const std::string& path) { choose(path); });
+}
+
+// Whoever is told may destroy the window and the panel with it.
+void ApplicationPanel::choose(const std::string& path) {
+    const Completion onChosen = onChosen_;
+    accept();
+    onChosen(path);
+}
+
+// The arrow keys move in the list while the text goes on being typed.
+bool ApplicationPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == searchField_ && event->type() == QEvent::KeyPress &&
+        movesInList(static_cast<QKeyEvent*>(event)->key())) {
+        QCoreApplication::sendEvent(list_, event);
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+} // namespace hollowfernpike

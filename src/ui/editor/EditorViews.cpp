@@ -1,0 +1,125 @@
+#include "ui/editor/EditorViews.h"
+
+#include "app/Language.h"
+#include "ui/editor/KeyRecorderView.h"
+#include "ui/icons/IconView.h"
+#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Fonts.h"
+#include "ui/parts/LargeButton.h"
+
+#include <algorithm>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr int margin = 20;
+constexpr int bottomMargin = 16;
+constexpr int iconSide = 32;
+
+FittingLabel* makeLabel(QWidget* parent, const char* name, int fontSize, QFont::Weight weight) {
+    auto* label = new FittingLabel(parent);
+    label->setObjectName(name);
+    label->setFont(systemFont(fontSize, weight));
+    return label;
+}
+
+FittingLabel* makeHeading(QWidget* parent, const char* name, const QString& text) {
+    auto* heading = makeLabel(parent, name, 15, QFont::DemiBold);
+    heading->setText(text);
+    return heading;
+}
+
+template <class Button = QPushButton>
+QPushButton* makeButton(QWidget* parent, const char* name, const QString& title) {
+    auto* button = new Button(title, parent);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    return button;
+}
+
+KeyRecorderView* adopted(KeyRecorderView& recorder, QWidget* parent) {
+    recorder.setParent(parent);
+    return &recorder;
+}
+
+QSize fitting(const QWidget& view, int maximumWidth) {
+    const QSize size = view.sizeHint();
+    return {std::min(size.width(), maximumWidth), size.height()};
+}
+
+QRect centeredBeside(const QRect& neighbour, int left, const QSize& size) {
+    return {QPoint(left, neighbour.top() + (neighbour.height() - size.height()) / 2), size};
+}
+
+int endOf(const QRect& rect) {
+    return rect.x() + rect.width();
+}
+
+int bottomOf(const QRect& rect) {
+    return rect.y() + rect.height();
+}
+
+} // namespace
+
+EditorViews::EditorViews(QWidget& window, KeyRecorderView& recorder)
+    : step1Heading(makeHeading(&window, "step1Heading",
+                               localized("ステップ 1: アプリを選択", "Step 1: Select an App"))),
+      selectButton(makeButton<LargeButton>(&window, "selectButton",
+                                           localized("アプリを選択...", "Select App..."))),
+      step1AppIconView(new IconView(&window)),
+      step1AppNameLabel(makeLabel(&window, "step1AppNameLabel", 14, QFont::Medium)),
+      step2Container(new QWidget(&window)),
+      step2Heading(makeHeading(
+          step2Container, "step2Heading",
+          localized("ステップ 2: ショートカットキーを記録", "Step 2: Record Shortcut Key"))),
+      keyRecorder(adopted(recorder, step2Container)),
+      cancelButton(makeButton(&window, "cancelButton", localized("キャンセル", "Cancel"))),
+      saveButton(makeButton(&window, "saveButton", localized("保存", "Save"))) {
+    step1AppIconView->setObjectName("step1AppIconView");
+    step2Container->setObjectName("step2Container");
+    saveButton->setDefault(true);
+}
+
+void EditorViews::layOut(const QSize& size) const {
+    const int bottomOfStep1 = layOutStep1(size.width());
+    layOutStep2(bottomOfStep1 + margin, size.width());
+    layOutButtons(size);
+}
+
+int EditorViews::layOutStep1(int width) const {
+    const QPoint corner(margin, margin);
+    step1Heading->setGeometry(QRect(corner, fitting(*step1Heading, width - 2 * margin)));
+
+    const QRect button(QPoint(margin, bottomOf(step1Heading->geometry()) + 16),
+                       selectButton->sizeHint());
+    selectButton->setGeometry(button);
+
+    const QRect icon = centeredBeside(button, endOf(button) + 12, QSize(iconSide, iconSide));
+    step1AppIconView->setGeometry(icon);
+
+    const int nameLeft = endOf(icon) + 8;
+    const QSize name = fitting(*step1AppNameLabel, width - margin - nameLeft);
+    step1AppNameLabel->setGeometry(centeredBeside(icon, nameLeft, name));
+    return bottomOf(button);
+}
+
+void EditorViews::layOutStep2(int top, int width) const {
+    const QSize heading = fitting(*step2Heading, width - 2 * margin);
+    step2Heading->setGeometry(QRect(QPoint(margin, 0), heading));
+    const int recorderTop = heading.height() + 12;
+    keyRecorder->setGeometry(margin, recorderTop, width - 2 * margin, keyRecorder->height());
+    step2Container->setGeometry(0, top, width, recorderTop + keyRecorder->height());
+}
+
+void EditorViews::layOutButtons(const QSize& size) const {
+    QRect save(QPoint(), saveButton->sizeHint());
+    save.moveBottomRight(QPoint(size.width() - margin - 1, size.height() - bottomMargin - 1));
+    saveButton->setGeometry(save);
+
+    QRect cancel(QPoint(), cancelButton->sizeHint());
+    cancel.moveBottomRight(QPoint(save.left() - 8 - 1, save.bottom()));
+    cancelButton->setGeometry(cancel);
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,54 @@
+#include "ui/icons/SymbolButton.h"
+
+#include "ui/parts/SystemColors.h"
+
+#include <QPainter>
+#include <QPen>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr int symbolSide = 20; // one point for one unit of the drawings' grid
+constexpr qreal faceRadius = 6;
+
+} // namespace
+
+SymbolButton::SymbolButton(Symbol symbol, SymbolTint tint, const QString& description,
+                           QWidget* parent)
+    : QAbstractButton(parent) {
+    setIcon(symbolImage(symbol, tint));
+    setIconSize({symbolSide, symbolSide});
+    setFixedSize(side, side);
+    setAccessibleName(description);
+    setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void SymbolButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintBackground(painter);
+    QRect symbol(QPoint(), iconSize());
+    symbol.moveCenter(rect().center());
+    icon().paint(&painter, symbol, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+}
+
+void SymbolButton::paintBackground(QPainter& painter) const {
+    if (isEnabled() && (isDown() || underMouse())) {
+        QColor shade = palette().color(QPalette::ButtonText);
+        shade.setAlphaF(isDown() ? 0.16F : 0.08F);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(shade);
+        painter.drawRoundedRect(rect(), faceRadius, faceRadius);
+    }
+    if (hasFocus()) {
+        constexpr qreal width = 2;
+        painter.setPen(QPen(accentColor(palette()), width));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), faceRadius - 1,
+                                faceRadius - 1);
+    }
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,75 @@
+#include "ui/parts/Alert.h"
+
+#include "ui/parts/MessageBox.h"
+
+#include <QPushButton>
+
+#include <cstddef>
+#include <utility>
+
+namespace hollowfernpike {
+
+namespace {
+
+QString withoutMnemonics(const std::string& title) {
+    return QString::fromStdString(title).replace('&', "&&");
+}
+
+class AlertBox final : public MessageBox {
+public:
+    AlertBox(const Alert& alert, QWidget* parent) : MessageBox(parent) {
+        const bool warns = alert.style == Alert::Style::warning;
+        setPicture(warns ? Warning : Information, alert.icon);
+        setTexts(QString::fromStdString(alert.message),
+                 QString::fromStdString(alert.informativeText));
+        for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
+            addButton(alert, index);
+        }
+        setDefaultButton(buttons_.front());
+        setEscapeButton(buttons_.back());
+    }
+
+    int pressedButton() const {
+        for (std::size_t index = 0; index < buttons_.size(); ++index) {
+            if (buttons_[index] == clickedButton()) {
+                return static_cast<int>(index);
+            }
+        }
+        return static_cast<int>(buttons_.size()) - 1;
+    }
+
+private:
+    void addButton(const Alert& alert, std::size_t index) {
+        const bool isLast = index + 1 == alert.buttons.size();
+        const ButtonRole later = isLast ? RejectRole : ActionRole;
+        const ButtonRole role = index == 0 ? AcceptRole : later;
+        const QString title = withoutMnemonics(alert.buttons[index]);
+        buttons_.push_back(QMessageBox::addButton(title, role));
+    }
+
+    std::vector<QPushButton*> buttons_;
+};
+
+} // namespace
+
+int Alert::runModal() const {
+    AlertBox box(*this, nullptr);
+    box.exec();
+    return box.pressedButton();
+}
+
+void Alert::beginSheet(QWidget& window, Completion completion) const {
+    auto* box = new AlertBox(*this, &window);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(
+        box, &QDialog::finished, &window, [box, &window, completion = std::move(completion)] {
+            if (completion) {
+                QMetaObject::invokeMethod(
+                    &window, [completion, button = box->pressedButton()] { completion(button); },
+                    Qt::QueuedConnection);
+            }
+        });
+    box->open();
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,103 @@
+#include "ui/parts/FittingLabel.h"
+
+#include <QHelpEvent>
+#include <QStyle>
+#include <QStylePainter>
+#include <QTextLayout>
+#include <QToolTip>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr int smallestFont = 9;
+
+QTextOption wrapping() {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
+/// The text's lines in a column of `width`; what goes beyond `count` lines is in the last one.
+QStringList wrapped(const QString& text, const QFont& font, int width, int count) {
+    QTextLayout layout(text, font);
+    layout.setTextOption(wrapping());
+    QStringList lines;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        const bool isLast = lines.size() + 1 == count;
+        const QString rest = text.sliced(line.textStart());
+        lines += isLast ? rest : rest.first(line.textLength());
+        if (isLast) {
+            break;
+        }
+    }
+    layout.endLayout();
+    return lines;
+}
+
+} // namespace
+
+FittingLabel::FittingLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+}
+
+void FittingLabel::setMaximumLineCount(int count) {
+    maximumLineCount_ = count;
+    update();
+}
+
+QSize FittingLabel::sizeHint() const {
+    return fontMetrics().size(Qt::TextSingleLine, text());
+}
+
+QStringList FittingLabel::shownLines() const {
+    if (fitsInOneLine()) {
+        return {text()};
+    }
+    const QFont font = fontForLines();
+    QStringList lines = wrapped(text(), font, width(), maximumLineCount_);
+    lines.back() = QFontMetrics(font).elidedText(lines.back(), Qt::ElideRight, width());
+    return lines;
+}
+
+bool FittingLabel::fitsInOneLine() const {
+    return sizeHint().width() <= width();
+}
+
+QFont FittingLabel::fontForLines() const {
+    QFont font = this->font();
+    if (maximumLineCount_ > 1) {
+        while (QFontMetrics(font).lineSpacing() * maximumLineCount_ > height() &&
+               font.pixelSize() > smallestFont) {
+            font.setPixelSize(font.pixelSize() - 1);
+        }
+    }
+    return font;
+}
+
+bool FittingLabel::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && !fitsInOneLine()) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        QToolTip::showText(help->globalPos(), "<p>" + text().toHtmlEscaped() + "</p>", this);
+        return true;
+    }
+    return QLabel::event(event);
+}
+
+void FittingLabel::paintEvent(QPaintEvent*) {
+    QStylePainter painter(this);
+    const QStringList lines = shownLines();
+    painter.setFont(fitsInOneLine() ? font() : fontForLines());
+    const int lineHeight = lines.size() == 1 ? height() : painter.fontMetrics().lineSpacing();
+    QRect line(0, 0, width(), lineHeight);
+    line.moveTop((height() - lineHeight * static_cast<int>(lines.size())) / 2);
+    for (const QString& text : lines) {
+        painter.drawItemText(line, static_cast<int>(alignment()) | Qt::TextSingleLine, palette(),
+                             isEnabled(), text, foregroundRole());
+        line.translate(0, lineHeight);
+    }
+}
+
+} // namespace hollowfernpike

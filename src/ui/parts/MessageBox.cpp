@@ -1,0 +1,99 @@
+#include "ui/parts/MessageBox.h"
+
+#include "ui/icons/Symbols.h"
+
+#include <QLabel>
+#include <QStyle>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr auto explanationName = "qt_msgbox_informativelabel"; // the toolkit's
+
+/// Lets a line end inside of what has no blank, such as a path, which would widen the window
+/// without bound.
+QString breakable(const QString& text) {
+    constexpr qsizetype longestRun = 48;
+    constexpr QChar zeroWidthSpace(0x200B);
+    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    QString result;
+    qsizetype runBegin = 0;
+    for (qsizetype at = 0, next = 0; at < text.size(); at = next) {
+        next = characters.toNextBoundary();
+        breaks.setPosition(at);
+        if (breaks.isAtBoundary()) {
+            runBegin = at;
+        } else if (at - runBegin >= longestRun) {
+            result += zeroWidthSpace;
+            runBegin = at;
+        }
+        result += text.sliced(at, next - at);
+    }
+    return result;
+}
+
+/// The toolkit gives an explanation no more room than a short message beside it takes. What cannot
+/// be broken may need more than the column.
+void giveRoom(QLabel* explanation) {
+    constexpr int widestColumn = 320;
+    if (explanation != nullptr) {
+        const QSize oneLine =
+            explanation->fontMetrics().size(Qt::TextSingleLine, explanation->text());
+        explanation->setMinimumWidth(std::max(std::min(oneLine.width(), widestColumn),
+                                              explanation->minimumSizeHint().width()));
+    }
+}
+
+} // namespace
+
+MessageBox::MessageBox(QWidget* parent) : QMessageBox(parent) {
+    setWindowTitle("Hollowfernpike");
+}
+
+// The message last: the toolkit fits an open box to its parts whenever a text is set.
+void MessageBox::setTexts(const QString& message, const QString& explanation) {
+    if (auto* previous = findChild<QLabel*>(explanationName)) {
+        previous->setMinimumWidth(0);
+    }
+    setInformativeText(breakable(explanation));
+    for (QLabel* label : findChildren<QLabel*>()) {
+        label->setTextFormat(Qt::PlainText);
+    }
+    giveRoom(findChild<QLabel*>(explanationName));
+    setText(breakable(message));
+    setAccessibleName(message);
+    setAccessibleDescription(explanation);
+}
+
+void MessageBox::setPicture(Icon kind, const QIcon& own) {
+    if (!own.isNull()) {
+        setIconPixmap(pictureOf(own));
+        return;
+    }
+    setIcon(kind);
+    const bool warns = kind == Warning;
+    if (!QIcon::hasThemeIcon(warns ? "dialog-warning" : "dialog-information")) {
+        replacePicture(symbolImage(warns ? Symbol::exclamationmarkTriangle : Symbol::infoCircle));
+    }
+}
+
+QPixmap MessageBox::pictureOf(const QIcon& icon) const {
+    const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+    return icon.pixmap(QSize(side, side), devicePixelRatioF());
+}
+
+/// The toolkit's own is coarse.
+void MessageBox::replacePicture(const QIcon& icon) {
+    for (QLabel* label : findChildren<QLabel*>()) {
+        if (!label->pixmap(Qt::ReturnByValue).isNull()) {
+            label->setPixmap(pictureOf(icon));
+        }
+    }
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,94 @@
+#include "ui/window/CardStackView.h"
+
+#include "ui/icons/SymbolButton.h"
+#include "ui/window/ShortcutCardView.h"
+
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace hollowfernpike {
+
+namespace {
+
+/// A view that comes or goes while it can be seen has the whole list laid out again, each for
+/// itself.
+class WhileHidden {
+public:
+    explicit WhileHidden(QWidget& list) : list_(list) {
+        if (QWidget* focused = list_.focusWidget()) {
+            focused->clearFocus();
+        }
+        list_.hide();
+    }
+    WhileHidden(const WhileHidden&) = delete;
+    WhileHidden& operator=(const WhileHidden&) = delete;
+    ~WhileHidden() {
+        list_.layout()->activate();
+        list_.resize(list_.width(), list_.sizeHint().height());
+        list_.show();
+    }
+
+private:
+    QWidget& list_;
+};
+
+} // namespace
+
+CardStackView::CardStackView(QWidget* parent) : QWidget(parent), layout_(new QVBoxLayout(this)) {
+    layout_->setContentsMargins(16, 8, 16, 8);
+    layout_->setSpacing(8);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void CardStackView::setCards(const std::vector<ShortcutCardView*>& cards) {
+    const WhileHidden hidden(*this);
+    removeViews();
+    for (ShortcutCardView* card : cards) {
+        layout_->addWidget(card);
+    }
+}
+
+void CardStackView::setHint(QWidget* hint) {
+    const WhileHidden hidden(*this);
+    removeViews();
+    layout_->addWidget(hint, 0, Qt::AlignHCenter);
+}
+
+void CardStackView::removeViews() {
+    while (QLayoutItem* item = layout_->takeAt(0)) {
+        item->widget()->hide();
+        item->widget()->deleteLater();
+        delete item;
+    }
+}
+
+std::vector<ShortcutCardView*> CardStackView::cards() const {
+    std::vector<ShortcutCardView*> cards;
+    for (int index = 0; index < layout_->count(); ++index) {
+        if (auto* card = dynamic_cast<ShortcutCardView*>(layout_->itemAt(index)->widget())) {
+            cards.push_back(card);
+        }
+    }
+    return cards;
+}
+
+std::optional<CardStackView::Place> CardStackView::focusedPlace() const {
+    const QWidget* focused = window()->focusWidget();
+    const auto shown = cards();
+    const auto card = std::ranges::find_if(
+        shown, [&](const ShortcutCardView* known) { return known->isAncestorOf(focused); });
+    if (focused == nullptr || card == shown.end()) {
+        return std::nullopt;
+    }
+    return Place{.card = static_cast<std::size_t>(card - shown.begin()),
+                 .isDeleteButton = focused == &(*card)->deleteButton()};
+}
+
+void CardStackView::focusOn(const Place& place) {
+    const auto shown = cards();
+    const ShortcutCardView& card = *shown.at(std::min(place.card, shown.size() - 1));
+    (place.isDeleteButton ? card.deleteButton() : card.editButton()).setFocus();
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,46 @@
+#include "ui/window/HeaderBar.h"
+
+#include "app/Language.h"
+#include "ui/icons/SymbolButton.h"
+#include "ui/parts/LargeButton.h"
+
+#include <QHBoxLayout>
+
+namespace hollowfernpike {
+
+namespace {
+
+const char* exportTitle() {
+    return localized("エクスポート", "Export");
+}
+
+const char* importTitle() {
+    return localized("インポート", "Import");
+}
+
+} // namespace
+
+HeaderBar::HeaderBar(QWidget* parent)
+    : QWidget(parent),
+      exportButton_(new SymbolButton(Symbol::squareAndArrowUp, SymbolTint::text, exportTitle())),
+      importButton_(new SymbolButton(Symbol::squareAndArrowDown, SymbolTint::text, importTitle())),
+      addButton_(new LargeButton) {
+    constexpr int height = 52;
+    setFixedHeight(height);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(16, 0, 16, 0);
+    layout->setSpacing(4);
+    layout->addWidget(exportButton_);
+    layout->addWidget(importButton_);
+    layout->addStretch();
+    layout->addWidget(addButton_);
+    relabel();
+}
+
+void HeaderBar::relabel() {
+    addButton_->setText(localized("+ ショートカット追加", "+ Add Shortcut"));
+    exportButton_->setToolTip(exportTitle());
+    importButton_->setToolTip(importTitle());
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,195 @@
+#include "ui/window/MainWindowController.h"
+
+#include "app/L10n.h"
+#include "app/Language.h"
+#include "model/ShortcutStore.h"
+#include "platform/Application.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Services.h"
+#include "ui/editor/AddEditShortcutSheet.h"
+#include "ui/exchange/ShortcutExchange.h"
+#include "ui/icons/SymbolButton.h"
+#include "ui/parts/Alert.h"
+#include "ui/parts/Sheets.h"
+#include "ui/parts/Windows.h"
+#include "ui/window/CardScrollView.h"
+#include "ui/window/CardStackView.h"
+#include "ui/window/HeaderBar.h"
+#include "ui/window/ManagementWindow.h"
+#include "ui/window/ShortcutCardView.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <functional>
+#include <optional>
+#include <utility>
+
+namespace hollowfernpike {
+
+namespace {
+
+const char* windowTitle() {
+    return localized("Hollowfernpike - ショートカット管理", "Hollowfernpike - Manage Shortcuts");
+}
+
+/// Shows an editor in a window of its own, which keeps itself alive.
+void openEditor(const std::optional<AppShortcut>& editing,
+                std::function<void(const AppShortcut&)> onSave) {
+    const auto editor = AddEditShortcutSheet::make(editing);
+    editor->onSave = std::move(onSave);
+    center(*editor);
+    makeKeyAndOrderFront(*editor);
+    platform::services().application.activateIgnoringOtherApps();
+}
+
+} // namespace
+
+MainWindowController::MainWindowController() : window_(new ManagementWindow) {
+    window_->resize(480, 400);
+    window_->setWindowTitle(windowTitle());
+    center(*window_);
+    window_->setMinimumSize(400, 300);
+    setupUI();
+    reloadCards();
+    auto& notifications = platform::services().notificationCenter;
+    shortcutsObservation_ =
+        notifications.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
+    languageObservation_ =
+        notifications.observe(hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+}
+
+MainWindowController::~MainWindowController() {
+    delete window_;
+}
+
+void MainWindowController::showWindow() {
+    if (window_ != nullptr) {
+        window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+        makeKeyAndOrderFront(*window_);
+    }
+}
+
+QWidget* MainWindowController::window() const {
+    return window_;
+}
+
+QScrollArea* MainWindowController::scrollView() const {
+    return scrollView_;
+}
+
+CardStackView* MainWindowController::stackView() const {
+    return scrollView_ == nullptr ? nullptr : scrollView_->stackView();
+}
+
+QPushButton* MainWindowController::addButton() const {
+    return headerBar_ == nullptr ? nullptr : headerBar_->addButton();
+}
+
+SymbolButton* MainWindowController::exportButton() const {
+    return headerBar_ == nullptr ? nullptr : headerBar_->exportButton();
+}
+
+SymbolButton* MainWindowController::importButton() const {
+    return headerBar_ == nullptr ? nullptr : headerBar_->importButton();
+}
+
+void MainWindowController::setupUI() {
+    auto* layout = new QVBoxLayout(window_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHeaderBar());
+    scrollView_ = new CardScrollView;
+    layout->addWidget(scrollView_, 1);
+    window_->setScrollView(scrollView_);
+    addButton()->setFocus();
+}
+
+QWidget* MainWindowController::makeHeaderBar() {
+    headerBar_ = new HeaderBar;
+    onClick(*exportButton(), [this] { exportShortcuts(); });
+    onClick(*importButton(), [this] { importShortcuts(); });
+    onClick(*addButton(), [this] { addShortcut(); });
+    return headerBar_;
+}
+
+void MainWindowController::reloadCards() {
+    if (scrollView_ == nullptr) {
+        return;
+    }
+    const auto focused = stackView()->focusedPlace();
+    const auto cards = makeCards();
+    scrollView_->setCards(cards);
+    if (focused) {
+        cards.empty() ? addButton()->setFocus() : stackView()->focusOn(*focused);
+    }
+}
+
+std::vector<ShortcutCardView*> MainWindowController::makeCards() {
+    std::vector<ShortcutCardView*> cards;
+    for (const AppShortcut& shortcut : ShortcutStore::shared().shortcuts()) {
+        cards.push_back(makeCard(shortcut));
+    }
+    return cards;
+}
+
+ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
+    auto* card = new ShortcutCardView(shortcut);
+    const QPointer<MainWindowController> controller = this;
+    card->onEdit = [controller, shortcut] {
+        if (controller != nullptr) {
+            controller->editShortcut(shortcut);
+        }
+    };
+    card->onDelete = [controller, shortcut] {
+        if (controller != nullptr) {
+            controller->deleteShortcut(shortcut);
+        }
+    };
+    return card;
+}
+
+void MainWindowController::addShortcut() {
+    openEditor(std::nullopt, [](const AppShortcut& added) { ShortcutStore::shared().add(added); });
+}
+
+void MainWindowController::editShortcut(const AppShortcut& shortcut) {
+    openEditor(shortcut, [](const AppShortcut& edited) { ShortcutStore::shared().update(edited); });
+}
+
+void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
+    if (window_ == nullptr) {
+        return;
+    }
+    const Alert question{
+        .message = L10n::Main::deleteConfirmTitle(shortcut.appName),
+        .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
+        .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")}};
+    question.beginSheet(*window_, [id = shortcut.id](int button) {
+        if (button == 0) {
+            ShortcutStore::shared().remove(id);
+        }
+    });
+}
+
+void MainWindowController::exportShortcuts() {
+    ShortcutExchange::exportShortcuts(ExchangePresentation::sheetsOn(window_));
+}
+
+void MainWindowController::importShortcuts() {
+    ShortcutExchange::importShortcuts(ExchangePresentation::sheetsOn(window_));
+}
+
+void MainWindowController::shortcutsDidChange() {
+    reloadCards();
+}
+
+void MainWindowController::languageDidChange() {
+    if (window_ != nullptr) {
+        window_->setWindowTitle(windowTitle());
+        headerBar_->relabel();
+    }
+    reloadCards();
+}
+
+} // namespace hollowfernpike

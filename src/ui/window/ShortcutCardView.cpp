@@ -1,0 +1,122 @@
+#include "ui/window/ShortcutCardView.h"
+
+#include "app/Language.h"
+#include "ui/icons/IconView.h"
+#include "ui/icons/LazyFileIcon.h"
+#include "ui/icons/SymbolButton.h"
+#include "ui/parts/AccessibleRole.h"
+#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Fonts.h"
+#include "ui/parts/HotkeyBadge.h"
+#include "ui/parts/Sheets.h"
+#include "ui/parts/SystemColors.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace hollowfernpike {
+
+namespace {
+
+constexpr int cardMargin = 12; // from the card's sides, and between what it shows
+constexpr int cardIconSide = 32;
+constexpr int gapBetweenButtons = 4;
+constexpr int leastNameWidth = 100;
+
+/// Calls a copy: the callback may destroy the card, and itself with it.
+void call(const ShortcutCardView::Callback& callback) {
+    if (const auto copy = callback) {
+        copy();
+    }
+}
+
+} // namespace
+
+ShortcutCardView::ShortcutCardView(QWidget* parent)
+    : QWidget(parent), iconView_(new IconView(this)), appNameLabel_(new FittingLabel(this)),
+      hotkeyBadge_(new HotkeyBadge(this)),
+      editButton_(
+          new SymbolButton(Symbol::pencil, SymbolTint::text, localized("編集", "Edit"), this)),
+      deleteButton_(
+          new SymbolButton(Symbol::trash, SymbolTint::red, localized("削除", "Delete"), this)) {
+    setupUI();
+}
+
+ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
+    : ShortcutCardView(parent) {
+    configure(shortcut);
+}
+
+void ShortcutCardView::setupUI() {
+    setAccessibleRole(*this, QAccessible::Pane);
+    setFixedHeight(height);
+    appNameLabel_->setFont(systemFont(14, QFont::Medium));
+    onClick(*editButton_, [this] { editTapped(); });
+    onClick(*deleteButton_, [this] { deleteTapped(); });
+}
+
+void ShortcutCardView::configure(const AppShortcut& shortcut) {
+    const QString combination = QString::fromStdString(shortcut.displayString());
+    appNameLabel_->setText(QString::fromStdString(shortcut.appName));
+    hotkeyBadge_->setText(" " + combination + " ");
+    iconView_->setIcon(lazyIconForFile(shortcut.appPath));
+    setAccessibleName(appNameLabel_->text() + " " + combination);
+    placeViews();
+}
+
+void ShortcutCardView::editTapped() {
+    call(onEdit);
+}
+
+void ShortcutCardView::deleteTapped() {
+    call(onDelete);
+}
+
+QSize ShortcutCardView::sizeHint() const {
+    return {0, height};
+}
+
+void ShortcutCardView::resizeEvent(QResizeEvent*) {
+    placeViews();
+}
+
+void ShortcutCardView::placeViews() {
+    const auto place = [](QWidget& view, int left, QSize size) {
+        view.setGeometry(left, (height - size.height()) / 2, size.width(), size.height());
+    };
+    const int deleteLeft = width() - cardMargin - SymbolButton::side;
+    const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
+    const int nameLeft = cardMargin + cardIconSide + cardMargin;
+    const int forTexts = editLeft - cardMargin - nameLeft - cardMargin;
+    const QSize name = appNameLabel_->sizeHint();
+    const QSize badge = hotkeyBadge_->sizeHint();
+    const int nameWidth =
+        std::max(leastNameWidth, std::min(name.width(), forTexts - badge.width()));
+    const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
+
+    place(*iconView_, cardMargin, {cardIconSide, cardIconSide});
+    place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
+    place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
+    place(*editButton_, editLeft, editButton_->sizeHint());
+    place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
+}
+
+void ShortcutCardView::paintEvent(QPaintEvent*) {
+    constexpr qreal cornerRadius = 8;
+    const qreal scale = devicePixelRatioF();
+    const qreal border = std::max<qreal>(1, std::floor(scale)) / scale; // whole device pixels
+    const qreal inset = border / 2;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.setPen(QPen(separatorColor(palette()), border));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
+                            cornerRadius - inset, cornerRadius - inset);
+}
+
+} // namespace hollowfernpike

@@ -1,0 +1,112 @@
+#include "platform/freedesktop/files/AtomicFileTest.h"
+
+#include "support/Privileges.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include <unistd.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+using freedesktop::writeFileAtomically;
+using testing::ElementsAre;
+
+TEST_F(AtomicFileTest, makesANewFileForTheUserAlone) {
+    writeFileAtomically(file(), "new");
+    EXPECT_EQ(contentsOf(file()), "new");
+    EXPECT_EQ(modeOf(file()), 0600U);
+    EXPECT_THAT(namesIn(folder()), ElementsAre("file"));
+}
+
+TEST_F(AtomicFileTest, replacesAFileByAnotherOne) {
+    putFile(file(), "a longer old text");
+    fs::create_hard_link(file(), folder() / "old");
+    writeFileAtomically(file(), "new");
+    EXPECT_EQ(contentsOf(file()), "new");
+    EXPECT_EQ(contentsOf(folder() / "old"), "a longer old text");
+}
+
+TEST_F(AtomicFileTest, writesNothingAndAnyBytes) {
+    const std::string bytes("\0\xFF\n\r\0", 5);
+    writeFileAtomically(file(), bytes);
+    EXPECT_EQ(contentsOf(file()), bytes);
+    writeFileAtomically(file(), "");
+    EXPECT_EQ(contentsOf(file()), "");
+    EXPECT_TRUE(fs::exists(file()));
+}
+
+TEST_F(AtomicFileTest, writesMoreThanOneSystemCallTakes) {
+    std::string bytes(40 << 20, 'x');
+    bytes.back() = 'y';
+    writeFileAtomically(file(), bytes);
+    EXPECT_EQ(contentsOf(file()), bytes);
+}
+
+TEST_F(AtomicFileTest, keepsTheModeWhateverTheMask) {
+    putFile(file(), "old");
+    for (const auto mode : {0640U, 0666U, 0400U, 0755U, 0600U}) {
+        ASSERT_EQ(::chmod(file().c_str(), mode), 0);
+        const auto mask = ::umask(0777);
+        writeFileAtomically(file(), "new");
+        ::umask(mask);
+        EXPECT_EQ(modeOf(file()), mode);
+    }
+}
+
+/// A group that an ordinary user may give files to: a further one, for whoever is in several.
+gid_t ownGroup() {
+    std::vector<gid_t> groups(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
+    EXPECT_EQ(::getgroups(static_cast<int>(groups.size()), groups.data()), std::ssize(groups));
+    const auto further = std::ranges::find_if(groups, [](gid_t g) { return g != ::getegid(); });
+    return further == groups.end() ? ::getegid() : *further;
+}
+
+TEST_F(AtomicFileTest, keepsTheOwnerWhereTheSystemLetsUs) {
+    putFile(file(), "old");
+    uid_t user = 12345;
+    gid_t group = 54321;
+    if (::chown(file().c_str(), user, group) != 0) {
+        user = ::geteuid();
+        group = ownGroup();
+        ASSERT_EQ(::chown(file().c_str(), user, group), 0);
+    }
+    writeFileAtomically(file(), "new");
+    EXPECT_EQ(contentsOf(file()), "new");
+    struct stat after = {};
+    ASSERT_EQ(::stat(file().c_str(), &after), 0);
+    EXPECT_EQ(after.st_uid, user);
+    EXPECT_EQ(after.st_gid, group);
+}
+
+TEST_F(AtomicFileTest, writesAFileOfAnotherUserAsOurs) {
+    putFile(file(), "old");
+    ASSERT_EQ(::chmod(file().c_str(), 0644), 0);
+    ASSERT_EQ(::chmod(folder().c_str(), 0777), 0);
+    const auto write = [this] {
+        ::_exit(becomeOrdinaryUser() && !failure(file()) && contentsOf(file()) == "new" ? 0 : 1);
+    };
+    EXPECT_EXIT(write(), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(contentsOf(file()), "new");
+}
+
+TEST_F(AtomicFileTest, takesANameAsLongAsTheFileSystemAllows) {
+    const auto path = folder() / std::string(255, 'n');
+    writeFileAtomically(path, "new");
+    EXPECT_EQ(contentsOf(path), "new");
+    EXPECT_EQ(failure(folder() / std::string(256, 'n')), std::errc::filename_too_long);
+    EXPECT_THAT(namesIn(folder()), ElementsAre(path.filename().string()));
+}
+
+TEST_F(AtomicFileTest, takesARelativePath) {
+    fs::current_path(folder());
+    writeFileAtomically("file", "new");
+    EXPECT_EQ(contentsOf(file()), "new");
+    writeFileAtomically("./file", "newer");
+    EXPECT_EQ(contentsOf(file()), "newer");
+}
+
+} // namespace
+} // namespace hollowfernpike::test

@@ -1,0 +1,175 @@
+#include "platform/freedesktop/instance/InstanceListener.h"
+
+#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/freedesktop/instance/InstanceSocket.h"
+#include "support/TemporaryDirectory.h"
+#include "support/fakes/PolledRunLoop.h"
+
+#include <array>
+#include <list>
+#include <system_error>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+using freedesktop::connectedSocket;
+using freedesktop::Descriptor;
+using freedesktop::encoded;
+using freedesktop::InstanceListener;
+using freedesktop::InstanceRequest;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const InstanceRequest honest{"show", "id"};
+
+class InstanceListenerTest : public testing::Test {
+protected:
+    void listen(uid_t user = ::geteuid()) {
+        listener_.emplace(
+            private_, "socket", loop_,
+            [this](const InstanceRequest& request) { requests_.push_back(request); }, user);
+    }
+
+    /// Tries while the listener serves: its queue has an end.
+    Descriptor connect() {
+        Descriptor socket;
+        EXPECT_TRUE(loop_.runUntil([&] {
+            try {
+                socket = connectedSocket(private_, "socket");
+            } catch (const std::system_error& error) {
+                EXPECT_EQ(error.code(), std::errc::resource_unavailable_try_again);
+            }
+            return static_cast<bool>(socket);
+        }));
+        return socket;
+    }
+
+    static void send(const Descriptor& socket, const std::string& text) {
+        freedesktop::checked(::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL));
+    }
+
+    /// What the listener answers, before it hangs up.
+    std::string answerOn(const Descriptor& socket) {
+        std::string answer;
+        std::array<char, 100> buffer{};
+        EXPECT_TRUE(loop_.runUntil([&] {
+            const auto size = ::recv(socket.get(), buffer.data(), buffer.size(), 0);
+            answer.append(buffer.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+            return size == 0 || (size < 0 && errno != EAGAIN);
+        }));
+        return answer;
+    }
+
+    std::string answerTo(const std::string& text) {
+        const auto socket = connect();
+        send(socket, text);
+        return answerOn(socket);
+    }
+
+    TemporaryDirectory directory_;
+    freedesktop::PrivateDirectory private_{directory_.path()};
+    PolledRunLoop loop_;
+    std::vector<InstanceRequest> requests_;
+    std::optional<InstanceListener> listener_;
+};
+
+TEST_F(InstanceListenerTest, aRequestIsAnsweredAndPassedOn) {
+    listen();
+    EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
+    EXPECT_THAT(requests_, ElementsAre(honest));
+    EXPECT_EQ(loop_.watched(), 1U);
+}
+
+TEST_F(InstanceListenerTest, garbageIsDroppedWithoutAnAnswer) {
+    listen();
+    const auto good = encoded(honest);
+    const std::vector<std::string> garbage{
+        "\n",
+        std::string(3, '\0'),
+        "GET / HTTP/1.1\r\n\r\n",
+        good.substr(0, good.size() - 1),
+        good + '\n',
+        good + good,
+        good.substr(1),
+        "hollowfernpike request 2\n",
+        "hollowfernpike request 2\n\n\n",
+        "hollowfernpike request 1\nshow\n\n",
+        "hollowfernpike request 2\nsh\x1bow\n\n",
+        "hollowfernpike request 2\nshow\n" + std::string(1025, 'i') + "\n",
+        std::string(freedesktop::longestRequest, 'x'),
+        good + std::string(50000, 'x'),
+    };
+    for (const auto& text : garbage) {
+        EXPECT_EQ(answerTo(text), "") << text.substr(0, 40);
+    }
+    EXPECT_THAT(requests_, IsEmpty());
+    EXPECT_EQ(answerTo(good), freedesktop::acknowledgement);
+    EXPECT_THAT(requests_, ElementsAre(honest));
+    EXPECT_EQ(loop_.watched(), 1U);
+}
+
+TEST_F(InstanceListenerTest, oneThatHangsUpIsForgotten) {
+    listen();
+    connect();
+    send(connect(), encoded({"gone", ""}));
+    EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
+    EXPECT_TRUE(loop_.runUntil([this] { return loop_.watched() == 1; }));
+    EXPECT_THAT(requests_, ElementsAre(honest));
+}
+
+TEST_F(InstanceListenerTest, theSilentDoNotKeepOthersWaiting) {
+    listen();
+    std::list<Descriptor> silent;
+    for (int count = 0; count < 50; ++count) {
+        silent.push_back(connect());
+    }
+    EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
+    EXPECT_LE(loop_.watched(), 17U);
+    EXPECT_EQ(answerOn(silent.front()), "");
+    send(silent.back(), encoded({"at last", ""}));
+    EXPECT_EQ(answerOn(silent.back()), freedesktop::acknowledgement);
+    EXPECT_THAT(requests_, ElementsAre(honest, InstanceRequest{"at last", ""}));
+}
+
+TEST_F(InstanceListenerTest, anotherUserIsNotHeard) {
+    listen(::geteuid() + 1);
+    const auto socket = connect();
+    ::send(socket.get(), encoded(honest).data(), encoded(honest).size(), MSG_NOSIGNAL);
+    EXPECT_EQ(answerOn(socket), "");
+    EXPECT_THAT(requests_, IsEmpty());
+    EXPECT_EQ(loop_.watched(), 1U);
+}
+
+TEST_F(InstanceListenerTest, theSocketGoesWithTheListener) {
+    listen();
+    EXPECT_TRUE(std::filesystem::is_socket(directory_.path() / "socket"));
+    const auto socket = connect();
+    listener_.reset();
+    EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
+    EXPECT_EQ(answerOn(socket), "");
+    EXPECT_EQ(loop_.watched(), 0U);
+}
+
+TEST_F(InstanceListenerTest, requestsKeepTheirTextsOnTheWay) {
+    for (const InstanceRequest& request :
+         {InstanceRequest{"a", ""}, InstanceRequest{"表示", " 識別子 with  blanks "},
+          InstanceRequest{std::string(1024, 'a'), std::string(1024, 'i')}}) {
+        EXPECT_EQ(freedesktop::decoded(encoded(request)), request);
+        EXPECT_LE(encoded(request).size(), freedesktop::longestRequest);
+    }
+}
+
+TEST_F(InstanceListenerTest, anIdentifierThatCannotBeHandedOverIsLeftOut) {
+    const InstanceRequest bare{"a", ""};
+    for (const auto& identifier : {std::string("two\nlines"), std::string(1025, 'i'),
+                                   std::string("i\0", 2), std::string("\x7f")}) {
+        EXPECT_EQ(freedesktop::decoded(encoded({"a", identifier})), bare);
+    }
+}
+
+} // namespace
+} // namespace hollowfernpike::test

@@ -1,0 +1,146 @@
+#include "platform/freedesktop/instance/InstanceLockTest.h"
+
+#include "platform/freedesktop/files/Files.h"
+#include "support/ChildProcess.h"
+#include "support/WaitUntil.h"
+
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace hollowfernpike::test {
+namespace {
+
+TEST_F(InstanceLockTest, oneHoldsItAtATime) {
+    auto lock = InstanceLock::acquire(name);
+    ASSERT_TRUE(lock);
+    EXPECT_FALSE(InstanceLock::acquire(name));
+    lock.reset();
+    EXPECT_TRUE(InstanceLock::acquire(name));
+}
+
+TEST_F(InstanceLockTest, anotherProcessDoesNotGetItEither) {
+    const auto lock = InstanceLock::acquire(name);
+    EXPECT_EQ(endOf(fork([] { return InstanceLock::acquire(name) ? 1 : 0; })), 0);
+}
+
+TEST_F(InstanceLockTest, locksOfOtherNamesAreOthers) {
+    std::vector<InstanceLock> locks;
+    for (const auto* other : {":0", ":1", "host:0.1", "a/b", "..", "", "日本", "%2f", "/"}) {
+        auto lock = InstanceLock::acquire(other);
+        ASSERT_TRUE(lock) << other;
+        EXPECT_FALSE(InstanceLock::acquire(other)) << other;
+        locks.push_back(std::move(*lock));
+        listen(locks.back());
+    }
+    EXPECT_THAT(namesIn(directory_.path()), testing::SizeIs(2 * locks.size()));
+    locks.clear();
+    EXPECT_THAT(namesIn(directory_.path()), testing::Each(testing::EndsWith(".lock")));
+}
+
+TEST_F(InstanceLockTest, aMovedLockIsStillHeld) {
+    auto first = InstanceLock::acquire(name);
+    listen(*first);
+    std::optional<InstanceLock> second = std::move(first);
+    EXPECT_FALSE(InstanceLock::acquire(name));
+    EXPECT_TRUE(handOverWhileServing(showWindow).isTaken);
+    second = InstanceLock::acquire("another");
+    EXPECT_TRUE(InstanceLock::acquire(name));
+}
+
+TEST_F(InstanceLockTest, filesAreTheUsersAloneAndStayWhenDirectoriesAreCleanedUp) {
+    auto lock = InstanceLock::acquire(name);
+    listen(*lock);
+    for (const auto& file : namesIn(directory_.path())) {
+        struct stat status = {};
+        ASSERT_EQ(::stat((directory_.path() / file).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, 01600U) << file;
+    }
+}
+
+TEST_F(InstanceLockTest, programsThatAreStartedMeanwhileDoNotKeepIt) {
+    auto lock = InstanceLock::acquire(name);
+    listen(*lock);
+    const ChildProcess child({"sleep", "60"});
+    lock.reset();
+    // Until it runs, the new process is a copy of this one, descriptors and all.
+    EXPECT_TRUE(waitUntil([] { return InstanceLock::acquire(name).has_value(); }));
+}
+
+TEST_F(InstanceLockTest, ofTenStartsAtOnceOneWinsAndTheOthersHandOver) {
+    constexpr int starts = 10;
+    constexpr int won = 100;
+    Signal go;
+    std::vector<pid_t> children;
+    for (int number = 0; number < starts; ++number) {
+        children.push_back(fork([&] {
+            go.wait();
+            const InstanceRequest request{"start" + std::to_string(number), ""};
+            auto lock = InstanceLock::acquire(name);
+            if (!lock) {
+                return handOver(name, request, 60s).isTaken ? 0 : 1;
+            }
+            listen(*lock);
+            std::set<std::string> others;
+            const bool allCame = loop_.runUntil(
+                [&] {
+                    for (const auto& other : requests_) {
+                        others.insert(other.action);
+                    }
+                    return others.size() == starts - 1;
+                },
+                60s);
+            return allCame && !others.contains(request.action) ? won : 2;
+        }));
+    }
+    go.tell();
+    std::multiset<int> ends;
+    for (const pid_t child : children) {
+        ends.insert(endOf(child));
+    }
+    EXPECT_EQ(ends.count(won), 1U);
+    EXPECT_EQ(ends.count(0), starts - 1U);
+}
+
+// --- failures ---
+
+TEST_F(InstanceLockTest, aLockFileThatCannotBeUsedIsNamed) {
+    fs::create_directory(directory_.path() / "hollowfernpike-:0.lock");
+    EXPECT_EQ(failureOf([] { InstanceLock::acquire(name); }), std::errc::is_a_directory);
+    fs::create_symlink("elsewhere", directory_.path() / "hollowfernpike-:1.lock");
+    EXPECT_EQ(failureOf([] { InstanceLock::acquire(":1"); }),
+              std::errc::too_many_symbolic_link_levels);
+    EXPECT_FALSE(fs::exists(directory_.path() / "elsewhere"));
+}
+
+TEST_F(InstanceLockTest, aSocketThatCannotBeMadeIsNamed) {
+    fs::create_directory(socketFile());
+    auto lock = InstanceLock::acquire(name);
+    ASSERT_TRUE(lock);
+    EXPECT_EQ(failureOf([&] { listen(*lock); }), std::errc::address_in_use);
+    const std::string longName(90, 'n');
+    auto longLock = InstanceLock::acquire(longName);
+    ASSERT_TRUE(longLock);
+    EXPECT_EQ(failureOf([&] { listen(*longLock); }), std::errc::filename_too_long);
+}
+
+TEST_F(InstanceLockTest, aDirectoryWithALongPathIsNoObstacle) {
+    const auto deep = directory_.path() / std::string(120, 'd');
+    fs::create_directory(deep);
+    fs::permissions(deep, fs::perms::owner_all);
+    ::setenv("XDG_RUNTIME_DIR", deep.c_str(), 1);
+    auto lock = InstanceLock::acquire(name);
+    ASSERT_TRUE(lock);
+    listen(*lock);
+    EXPECT_TRUE(handOverWhileServing(showWindow).isTaken);
+    EXPECT_THAT(namesIn(deep), testing::SizeIs(2));
+}
+
+} // namespace
+} // namespace hollowfernpike::test

@@ -1,0 +1,86 @@
+#include "platform/freedesktop/owners/ProcessTable.h"
+
+#include "platform/freedesktop/ApplicationsHome.h"
+#include "support/ChildProcess.h"
+#include "support/OwnProcesses.h"
+#include "support/WaitUntil.h"
+
+#include <ctime>
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace hollowfernpike::freedesktop {
+
+namespace {
+
+using test::ChildProcess;
+using test::OwnProcesses;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::int32_t> numbersOf(const std::vector<LiveProcess>& processes) {
+    std::vector<std::int32_t> numbers;
+    for (const auto& process : processes) {
+        numbers.push_back(process.number);
+    }
+    return numbers;
+}
+
+TEST(ProcessTableTest, ProcessesOfAnotherUserRunNoneOfOurApplications) {
+    const test::ApplicationsHome home;
+    home.addEntry("app", home.witness("stay"));
+    const ChildProcess process({home.program(), home.reports().string(), "stay"});
+    home.awaitWitnesses(1);
+    DesktopEntries entries;
+    ProcessTable ours(entries);
+    EXPECT_THAT(numbersOf(ours.running("app")), ElementsAre(process.pid()));
+    EXPECT_EQ(ours.applicationOf(process.pid()), "app");
+    ProcessTable theirs(entries, ::geteuid() + 1);
+    EXPECT_THAT(numbersOf(theirs.running("app")), IsEmpty());
+    EXPECT_EQ(theirs.applicationOf(process.pid()), "");
+}
+
+/// Old enough not to be looked at again for its youth.
+bool hasGrownUp(pid_t process) {
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    const auto status = processStatus(process);
+    const auto second = static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
+    return status && static_cast<std::uint64_t>(now.tv_sec) > status->startTime / second + 2;
+}
+
+void giveANumberOutAgain() {
+    const test::ApplicationsHome home;
+    home.addEntry("before", home.witnessNamed("before", "stay"));
+    home.addEntry("after", home.witnessNamed("after", "stay"));
+    DesktopEntries entries;
+    ProcessTable table(entries);
+
+    std::optional<ChildProcess> before;
+    before.emplace(
+        std::vector{home.program("before"), home.reports().string(), std::string("stay")});
+    const ChildProcess later({home.program(), home.reports().string(), "stay"});
+    const auto number = before->pid();
+    ASSERT_TRUE(test::waitUntil([&] { return hasGrownUp(number); }));
+    ASSERT_THAT(numbersOf(table.running("before")), ElementsAre(number));
+
+    before.reset();
+    OwnProcesses::giveOutNext(number);
+    const ChildProcess after({home.program("after"), home.reports().string(), "stay"});
+    ASSERT_EQ(after.pid(), number);
+    ASSERT_TRUE(
+        test::waitUntil([&] { return processFacts(number).executable == home.program("after"); }));
+    EXPECT_THAT(numbersOf(table.running("after")), ElementsAre(number));
+    EXPECT_THAT(numbersOf(table.running("before")), IsEmpty());
+}
+
+TEST(ProcessTableTest, ANumberThatIsGivenOutAgainIsAnotherProcess) {
+    EXPECT_EXIT(OwnProcesses::run(giveANumberOutAgain), testing::ExitedWithCode(0), "");
+}
+
+} // namespace
+
+} // namespace hollowfernpike::freedesktop

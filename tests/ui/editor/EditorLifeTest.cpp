@@ -1,0 +1,106 @@
+#include "ui/editor/EditorSheetTest.h"
+
+#include <gmock/gmock.h>
+
+namespace hollowfernpike {
+
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+using testing::Not;
+using namespace test;
+
+using EditorLifeTest = EditorSheetTest;
+
+TEST_F(EditorLifeTest, LivesWhileItIsShownAndGoesLater) {
+    auto& sheet = open();
+    EXPECT_FALSE(sheet_.expired());
+    sheet.cancelSheet();
+    EXPECT_FALSE(sheet_.expired());
+    turn();
+    EXPECT_TRUE(sheet_.expired());
+}
+
+TEST_F(EditorLifeTest, IsTheOwnersWhileItIsNotShown) {
+    auto sheet = AddEditShortcutSheet::make();
+    const std::weak_ptr<AddEditShortcutSheet> weak = sheet;
+    sheet.reset();
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(EditorLifeTest, OutlivesItsClosingWhileSomebodyHoldsIt) {
+    const auto sheet = AddEditShortcutSheet::make(mailShortcut());
+    sheet->show();
+    sheet->close();
+    turn();
+    EXPECT_EQ(shownName(*sheet), "Post");
+}
+
+TEST_F(EditorLifeTest, ClosesWhenTheProgramEnds) {
+    open();
+    QMetaObject::invokeMethod(qApp, "aboutToQuit");
+    turn();
+    EXPECT_TRUE(sheet_.expired());
+}
+
+TEST_F(EditorLifeTest, ARecordingGoesOnAfterTheWindowIsGone) {
+    auto& sheet = open(mailShortcut());
+    const std::weak_ptr<KeyRecorderView> recorder = sheet.keyRecorder().weak_from_this();
+    sheet.keyRecorder().toggleRecording();
+    sheet.close();
+    turn();
+    ASSERT_TRUE(sheet_.expired());
+    ASSERT_FALSE(recorder.expired());
+    EXPECT_TRUE(services_.eventTaps.tap()->isEnabled());
+
+    strike(0, 0x100000);
+    EXPECT_TRUE(recorder.expired());
+    EXPECT_EQ(services_.eventTaps.tap(), nullptr);
+    EXPECT_EQ(calls().back(), "application.setActivationPolicy accessory");
+    EXPECT_THAT(saved_, IsEmpty());
+}
+
+TEST_F(EditorLifeTest, EscapeEndsARecordingWhoseWindowIsGone) {
+    auto& sheet = open();
+    const std::weak_ptr<KeyRecorderView> recorder = sheet.keyRecorder().weak_from_this();
+    sheet.keyRecorder().toggleRecording();
+    sheet.close();
+    turn();
+    strike(53, 0);
+    EXPECT_TRUE(recorder.expired());
+    EXPECT_EQ(services_.eventTaps.tap(), nullptr);
+}
+
+TEST_F(EditorLifeTest, ALateCombinationOnlyEnablesAButtonThatNobodySees) {
+    const auto sheet = AddEditShortcutSheet::make();
+    sheet->show();
+    sheet->keyRecorder().toggleRecording();
+    sheet->close();
+    strike(0, 0x100000);
+    EXPECT_TRUE(saveButton(*sheet).isEnabled());
+    EXPECT_FALSE(sheet->isVisible());
+}
+
+TEST_F(EditorLifeTest, StaysARegularApplicationAfterRecordingInItsWindow) {
+    auto& sheet = open();
+    services_.application.openWindows = {{.isVisible = true, .className = "QWidget"}};
+    record(sheet, 0, 0x100000);
+    EXPECT_THAT(calls(), Not(Contains("application.setActivationPolicy accessory")));
+}
+
+TEST_F(EditorLifeTest, AnotherEditorNeitherClosesNorRecordsWithIt) {
+    auto& one = open(mailShortcut());
+    const std::weak_ptr<AddEditShortcutSheet> first = sheet_;
+    auto& other = open();
+    record(one, 11, 0x80000);
+    EXPECT_FALSE(other.keyRecorder().capturedKeyCode());
+    EXPECT_FALSE(saveButton(other).isEnabled());
+    one.saveSheet();
+    turn();
+    EXPECT_TRUE(first.expired());
+    EXPECT_TRUE(other.isVisible());
+}
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,131 @@
+#include "ui/exchange/ExchangeTest.h"
+
+#include <QFileDialog>
+
+#include <filesystem>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Pair;
+using testing::SizeIs;
+
+using ExportFromEach = ExchangeFromEach;
+
+INSTANTIATE_TEST_SUITE_P(EntryPoints, ExportFromEach, entryPoints(), entryPointName);
+
+TEST_P(ExportFromEach, ExportWritesTheWholeListToTheChosenFile) {
+    const auto shown = exportSuccessfully({choose(newFile("list.json"))});
+    EXPECT_EQ(shown, withSuccess({kind("save panel | Hollowfernpike.json")},
+                                 "modal checkmark.circle | Shortcuts exported successfully. | OK"));
+    EXPECT_EQ(desktop.fileManager.files[newFile("list.json")],
+              ShortcutStore::shared().exportData());
+}
+
+TEST_P(ExportFromEach, ExportThatCannotBeEncodedIsToldWithoutAPanel) {
+    spoilTheList();
+    EXPECT_THAT(exportAnswering({press("OK")}),
+                ElementsAre("modal warning | Failed to export shortcuts. | OK"));
+}
+
+TEST_P(ExportFromEach, CancellingTheSavePanelWritesAndShowsNothing) {
+    const int writes = desktop.fileManager.writes;
+    EXPECT_THAT(exportAnswering({dismiss()}), SizeIs(1));
+    EXPECT_EQ(desktop.fileManager.writes, writes);
+}
+
+TEST_P(ExportFromEach, ExportOntoAFileThatExistsAsksAndReplacesItWhole) {
+    const auto path = file("list.json", std::string(10'000, 'x'));
+    exportSuccessfully({choose(path), press("&Yes")});
+    EXPECT_EQ(desktop.fileManager.files[path], ShortcutStore::shared().exportData());
+}
+
+TEST_P(ExportFromEach, ExportLeavesAFileThatShallNotBeReplaced) {
+    const auto path = file("list.json", "old");
+    exportAnswering({choose(path), [](QWidget& question) {
+                         QWidget* panel = question.parentWidget();
+                         press("&No")(question);
+                         QMetaObject::invokeMethod(
+                             panel, [panel] { dismiss()(*panel); }, Qt::QueuedConnection);
+                     }});
+    EXPECT_EQ(desktop.fileManager.files[path], "old");
+}
+
+TEST_P(ExportFromEach, ExportThatCannotBeWrittenIsToldWithTheReason) {
+    desktop.fileManager.writeError =
+        FakeFileManager::error(std::errc::no_space_on_device, "空き容量がありません");
+    EXPECT_THAT(exportAnswering({choose(newFile("list.json")), press("OK")}),
+                ElementsAre(kind("save panel | Hollowfernpike.json"),
+                            "modal warning | Failed to export shortcuts. | No space left on "
+                            "device | OK"));
+    EXPECT_FALSE(desktop.fileManager.files.contains(newFile("list.json")));
+}
+
+TEST_P(ExportFromEach, ExportWritesTheListAsItWasWhenTheExportWasChosen) {
+    const auto before = ShortcutStore::shared().exportData();
+    exportSuccessfully({[&](QWidget& panel) {
+        addShortcut("Later", 5, commandKey);
+        choose(newFile("list.json"))(panel);
+    }});
+    EXPECT_EQ(desktop.fileManager.files[newFile("list.json")], before);
+}
+
+TEST_P(ExportFromEach, ExportGivesEveryNameTheExtension) {
+    for (const auto* name :
+         {"list", "my.list", "list.txt", "list.json.bak", "v1.", "\"quoted.x\""}) {
+        SCOPED_TRACE(name);
+        desktop.fileManager.files.clear();
+        exportSuccessfully({choose(newFile(name))});
+        std::string plain = name;
+        std::erase(plain, '"');
+        EXPECT_THAT(
+            desktop.fileManager.files,
+            ElementsAre(Pair(newFile(plain + ".json"), ShortcutStore::shared().exportData())));
+    }
+}
+
+TEST_P(ExportFromEach, ExportLeavesAnExtensionAsItIsWritten) {
+    exportSuccessfully({choose(newFile("LIST.JSON"))});
+    EXPECT_TRUE(desktop.fileManager.files.contains(newFile("LIST.JSON")));
+}
+
+TEST_P(ExportFromEach, ExportAsksAboutTheFileThatIsReallyWritten) {
+    const auto other = file("my.list", "other");
+    const auto replaced = file("my.list.json", "old");
+    const auto shown = exportSuccessfully({choose(other), press("&Yes")});
+    EXPECT_THAT(shown.at(1), HasSubstr("my.list.json"));
+    EXPECT_EQ(desktop.fileManager.files[replaced], ShortcutStore::shared().exportData());
+    EXPECT_EQ(desktop.fileManager.files[other], "other");
+}
+
+TEST_P(ExportFromEach, ExportAsksNothingAboutAFileThatIsNotTouched) {
+    const auto other = file("my.list", "other");
+    const auto shown = exportSuccessfully({choose(other)});
+    EXPECT_EQ(shown.size(), GetParam().isMenu ? 2 : 1);
+    EXPECT_EQ(desktop.fileManager.files[other], "other");
+}
+
+TEST_P(ExportFromEach, AFolderThatIsTypedIsGoneInto) {
+    std::filesystem::create_directory(folder.path() / "sub.folder");
+    const int writes = desktop.fileManager.writes;
+    exportAnswering({[this](QWidget& panel) {
+        choose(newFile("sub.folder"))(panel);
+        EXPECT_TRUE(panel.isVisible());
+        EXPECT_EQ(dynamic_cast<QFileDialog&>(panel).directory().path().toStdString(),
+                  newFile("sub.folder"));
+        dismiss()(panel);
+    }});
+    EXPECT_EQ(desktop.fileManager.writes, writes);
+}
+
+TEST_P(ExportFromEach, ExportTakesNamesInEveryScript) {
+    exportSuccessfully({choose(newFile("ショートカット.json"))});
+    EXPECT_TRUE(desktop.fileManager.files.contains(newFile("ショートカット.json")));
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,78 @@
+#include "ui/window/MainWindowTest.h"
+
+namespace hollowfernpike::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_F(MainWindowTest, TheFirstShortcutReplacesTheHintByACard) {
+    open();
+    ASSERT_NE(hint(), nullptr);
+    addShortcut("Editor", 0, commandKey);
+    settle();
+    EXPECT_EQ(hint(), nullptr);
+    EXPECT_THAT(shownNames(), ElementsAre("Editor"));
+    ShortcutStore::shared().remove(ShortcutStore::shared().shortcuts().front().id);
+    settle();
+    EXPECT_NE(hint(), nullptr);
+    EXPECT_THAT(shownNames(), IsEmpty());
+}
+
+TEST_F(MainWindowTest, CardsComeInTheStoresOrder) {
+    for (const auto* name : {"Zebra", "apple", "Mango"}) {
+        addShortcut(name, static_cast<std::uint16_t>(name[0]), commandKey);
+    }
+    open();
+    EXPECT_THAT(shownNames(), ElementsAre("Zebra", "apple", "Mango"));
+}
+
+TEST_F(MainWindowTest, AChangedShortcutKeepsItsPlace) {
+    fill(3);
+    open();
+    auto changed = ShortcutStore::shared().shortcuts()[1];
+    changed.appName = "Changed";
+    ShortcutStore::shared().update(changed);
+    EXPECT_THAT(shownNames(), ElementsAre("Application 0", "Changed", "Application 2"));
+}
+
+TEST_F(MainWindowTest, EveryReloadMakesNewCards) {
+    fill(1);
+    open();
+    const QPointer<ShortcutCardView> before = &card(0);
+    controller->reloadCards();
+    EXPECT_NE(&card(0), before);
+    settle();
+    EXPECT_EQ(before, nullptr);
+}
+
+TEST_F(MainWindowTest, AChangeIsLaidOutAtOnce) {
+    open();
+    fill(3);
+    EXPECT_EQ(controller->stackView()->height(), 8 + 3 * 52 + 2 * 8 + 8);
+    EXPECT_EQ(card(2).geometry(), QRect(16, 8 + 2 * 60, 448, 52));
+}
+
+TEST_F(MainWindowTest, AReloadKeepsWhereTheListIsScrolledTo) {
+    fill(50);
+    open();
+    controller->scrollView()->verticalScrollBar()->setValue(700);
+    auto changed = ShortcutStore::shared().shortcuts()[20];
+    changed.appName = "Changed";
+    ShortcutStore::shared().update(changed);
+    settle();
+    EXPECT_EQ(scrolled(), 700);
+}
+
+TEST_F(MainWindowTest, IconsOfCardsOutOfSightAreNotLookedFor) {
+    fill(100);
+    open();
+    EXPECT_THAT(desktop.applicationBundles.iconsAsked,
+                testing::Contains("/applications/Application 0.desktop"));
+    EXPECT_LT(desktop.applicationBundles.iconsAsked.size(), 10);
+}
+
+} // namespace
+
+} // namespace hollowfernpike::test
