@@ -7,40 +7,40 @@
 namespace hollowfernpike {
 
 Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
-                 qt::TerminationSignals& terminationSignals)
+                 qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus)
     : desktop_(desktop.open({.mainQueue = mainQueue_,
                              .runLoop = runLoop_,
                              .windowOwners = windowOwners_,
                              .onLost = [this] { application_.terminate(); }})),
-      services_{
-          .accessibilityTrust = trustPrompt_,
-          .application = application_,
-          .applicationBundles = applicationBundles_,
-          .eventTaps = desktop_->eventTaps(),
-          .fileManager = fileManager_,
-          .loginItem = loginItem_,
-          .mainQueue = mainQueue_,
-          .notificationCenter = notificationCenter_,
-          .runningApplications = runningApplications_,
-          .statusBar = statusBar_,
-          .textComparison = textComparison_,
-          .userDefaults = userDefaults,
-          .windows = desktop_->windows(),
-          .workspace = workspace_,
-          .standardOutput = std::cout,
-      } {
+      bus_(bus), services_{
+                     .accessibilityTrust = trustPrompt_,
+                     .application = application_,
+                     .applicationBundles = applicationBundles_,
+                     .eventTaps = desktop_->eventTaps(),
+                     .fileManager = fileManager_,
+                     .loginItem = loginItem_,
+                     .mainQueue = mainQueue_,
+                     .notificationCenter = notificationCenter_,
+                     .runningApplications = runningApplications_,
+                     .statusBar = statusBar_,
+                     .textComparison = textComparison_,
+                     .userDefaults = userDefaults,
+                     .windows = desktop_->windows(),
+                     .workspace = workspace_,
+                     .standardOutput = std::cout,
+                 } {
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);
     terminationSignals.watch(runLoop_, [this] { application_.terminate(); });
 }
 
-void Program::perform(const std::string& action, const std::string& startupIdentifier) {
-    mainQueue_.async([this, action, startupIdentifier] {
-        if (!startupIdentifier.empty() && isLive()) {
-            desktop_->launchFeedback().end(startupIdentifier);
+void Program::perform(const freedesktop::InstanceRequest& request) {
+    mainQueue_.async([this, request] {
+        if (!request.startupIdentifier.empty() && isLive()) {
+            desktop_->launchFeedback().end(request.startupIdentifier);
         }
-        application_.performAction(action.empty() ? defaultAction : action);
+        application_.performAction(request.action);
     });
 }
 
@@ -52,7 +52,7 @@ int Program::run(const std::string& action) {
         }
     });
     if (!action.empty()) {
-        perform(action, {});
+        perform({.action = action, .startupIdentifier = {}});
     }
     return application_.run();
 }

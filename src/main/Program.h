@@ -11,6 +11,7 @@
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/entries/ApplicationBundles.h"
 #include "platform/freedesktop/files/FileManager.h"
+#include "platform/freedesktop/instance/InstanceRequest.h"
 #include "platform/freedesktop/launching/Workspace.h"
 #include "platform/freedesktop/owners/RunningApplications.h"
 #include "platform/freedesktop/owners/WindowOwners.h"
@@ -47,21 +48,18 @@ public:
 /// The program from its start to its end. Made when there is a QApplication. Main thread only.
 class Program {
 public:
-    /// The last two outlive this.
+    /// All but the first outlive this. The bus is null where there is none.
     Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
-            qt::TerminationSignals& terminationSignals);
+            qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program() = default;
 
     platform::RunLoop& runLoop() { return runLoop_; }
 
-    /// Null where there is no session bus.
-    const freedesktop::SessionBus* bus() const { return bus_.get(); }
-
     /// What was asked for from outside, by a launcher or another start of the program.
     /// Returns before it is done: dialogs may last.
-    void perform(const std::string& action, const std::string& startupIdentifier);
+    void perform(const freedesktop::InstanceRequest& request);
 
     /// Performs the action, if there is one, and everything that comes; returns the exit status.
     int run(const std::string& action);
@@ -75,14 +73,13 @@ private:
     freedesktop::WindowOwners windowOwners_{entries_};
     std::unique_ptr<platform::Desktop> desktop_;
     qt::Application application_{desktop_->ownWindows()};
-    std::unique_ptr<freedesktop::SessionBus> bus_ =
-        freedesktop::SessionBus::isKnown() ? std::make_unique<freedesktop::SessionBus>() : nullptr;
-    qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_.get()};
+    freedesktop::SessionBus* bus_;
+    qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_};
     TrustPrompt trustPrompt_{*desktop_};
     freedesktop::ProcessTable processes_{entries_};
     freedesktop::Workspace workspace_{
-        entries_,   processes_, desktop_->windows(), desktop_->launchFeedback(),
-        bus_.get(), runLoop_,   mainQueue_};
+        entries_, processes_, desktop_->windows(), desktop_->launchFeedback(),
+        bus_,     runLoop_,   mainQueue_};
     freedesktop::RunningApplications runningApplications_{entries_, processes_, desktop_->windows(),
                                                           workspace_};
     freedesktop::FileManager fileManager_;

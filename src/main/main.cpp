@@ -2,11 +2,11 @@
 #include "main/Messages.h"
 #include "main/Program.h"
 #include "model/PreferencesMigration.h"
+#include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
-#include "platform/freedesktop/instance/InstanceLock.h"
+#include "platform/freedesktop/instance/Instance.h"
 #include "platform/freedesktop/launching/CoreLimit.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
-#include "platform/qt/ApplicationService.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
 #include "platform/x11/Desktop.h"
@@ -28,8 +28,10 @@ namespace hollowfernpike {
 namespace {
 
 constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
-constexpr auto lockName = "hollowfernpike";
 constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
+
+const freedesktop::Instance::Names names{
+    .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
 
 /// In the order in which they are looked for.
 const std::array desktopKinds{x11::desktopKind()};
@@ -74,20 +76,6 @@ freedesktop::InstanceRequest requestFor(const std::string& action) {
             .startupIdentifier = ownStartupIdentifier()};
 }
 
-/// The lock, once no other instance has it; absent if another one has taken over what we were
-/// started for.
-std::optional<freedesktop::InstanceLock> becomeTheInstance(const std::string& action) {
-    if (auto lock = freedesktop::InstanceLock::acquire(lockName)) {
-        return lock;
-    }
-    auto handedOver = freedesktop::handOver(lockName, requestFor(action));
-    if (!handedOver.lock && !handedOver.isTaken) {
-        throw platform::LocalizedError("起動中の Hollowfernpike が応答しません",
-                                       "Hollowfernpike is running but does not answer");
-    }
-    return std::move(handedOver.lock);
-}
-
 /// Not by QT_QPA_PLATFORM: programs that we launch would inherit it.
 struct ToolkitArguments {
     std::string program;
@@ -97,35 +85,24 @@ struct ToolkitArguments {
     int count = 3;
 };
 
-/// The program as the session bus knows it; null where there is no bus.
-std::unique_ptr<qt::ApplicationService> serviceOf(Program& program) {
-    if (program.bus() == nullptr) {
-        return nullptr;
-    }
-    return std::make_unique<qt::ApplicationService>(
-        domain, *program.bus(), [&program](const qt::ApplicationRequest& asked) {
-            program.perform(asked.action, asked.startupIdentifier);
-        });
-}
-
-int runInstance(freedesktop::InstanceLock lock, platform::FoundDesktop& desktop,
+int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop,
                 const std::string& action, const std::string& command) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
-    const auto startupIdentifier = ownStartupIdentifier();
+    const auto request = requestFor(action);
     qt::TerminationSignals terminationSignals;
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(QString::fromUtf8(domain));
     ToolkitArguments arguments{.program = command, .platform = desktop.toolkitPlatform()};
     QApplication application(arguments.count, arguments.words.data());
-    Program program(desktop, userDefaults, terminationSignals);
-    const auto service = serviceOf(program);
-    if (service && service->publish() == qt::ApplicationService::Outcome::taken &&
-        service->handOver({.action = action, .startupIdentifier = startupIdentifier})) {
+    const auto bus =
+        freedesktop::SessionBus::isKnown() ? std::make_unique<freedesktop::SessionBus>() : nullptr;
+    if (bus && !instance.publish(*bus, request)) {
         return EXIT_SUCCESS;
     }
-    lock.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
-        program.perform(asked.action, asked.startupIdentifier);
+    Program program(desktop, userDefaults, terminationSignals, bus.get());
+    instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
+        program.perform(asked);
     });
     return program.run(action);
 }
@@ -141,11 +118,11 @@ int run(const std::string& action, const std::string& command) {
         return EXIT_FAILURE;
     }
     try {
-        auto lock = becomeTheInstance(action);
-        if (!lock || action == "quitApp") {
+        const auto instance = freedesktop::Instance::become(names, requestFor(action));
+        if (!instance || action == "quitApp") {
             return EXIT_SUCCESS;
         }
-        return runInstance(std::move(*lock), *desktop, action, command);
+        return runInstance(*instance, *desktop, action, command);
     } catch (const platform::LocalizedError& error) {
         tell(error);
         return EXIT_FAILURE;

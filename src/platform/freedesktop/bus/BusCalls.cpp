@@ -8,7 +8,6 @@
 #include <QDBusVariant>
 #include <QList>
 #include <QString>
-#include <QVariantMap>
 
 #include <algorithm>
 #include <string_view>
@@ -91,14 +90,6 @@ QString objectPathOf(std::string busName) {
     return '/' + QString::fromStdString(busName);
 }
 
-QVariantMap platformData(const std::string& startupIdentifier) {
-    if (startupIdentifier.empty()) {
-        return {};
-    }
-    const auto identifier = QString::fromStdString(startupIdentifier);
-    return {{"desktop-startup-id", identifier}, {"activation-token", identifier}};
-}
-
 void registerTypes() {
     qDBusRegisterMetaType<UnitProperty>();
     qDBusRegisterMetaType<QList<UnitProperty>>();
@@ -108,6 +99,14 @@ void registerTypes() {
 }
 
 } // namespace
+
+QVariantMap platformData(const std::string& startupIdentifier) {
+    if (startupIdentifier.empty()) {
+        return {};
+    }
+    const auto identifier = QString::fromStdString(startupIdentifier);
+    return {{"desktop-startup-id", identifier}, {"activation-token", identifier}};
+}
 
 bool isOpenedOverBus(const DesktopEntry& entry) {
     return entry.dbusActivatable && isBusName(entry.name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusMessage>
+#include <QVariantMap>
 
 #include <cstdint>
 #include <optional>
@@ -13,6 +14,10 @@ struct DesktopEntry;
 /// Whether the entry's application is to be opened over the bus (Desktop Entry Specification,
 /// "D-Bus Activation"): the entry says so and its name can be a name on the bus.
 bool isOpenedOverBus(const DesktopEntry& entry);
+
+/// What tells the other side by which start-up notice it was asked (Desktop Entry Specification,
+/// "D-Bus Activation"); empty without one.
+QVariantMap platformData(const std::string& startupIdentifier);
 
 /// org.freedesktop.Application.Activate, which shows the application and starts it if need be.
 QDBusMessage activationOf(const DesktopEntry& entry, const std::string& startupIdentifier);

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
+#include <QEventLoop>
 #include <QMetaObject>
 #include <QPointer>
 #include <QThreadPool>
@@ -76,6 +77,19 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     });
 }
 
+// The toolkit's own way to wait never ends when the bus ends meanwhile.
+bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const {
+    QEventLoop loop;
+    const QDBusPendingCallWatcher watcher(call);
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    QObject::connect(this, &SessionBus::lost, &loop, &QEventLoop::quit);
+    QTimer::singleShot(longest, &loop, &QEventLoop::quit);
+    if (!call.isFinished() && connection_.isConnected()) {
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+    return call.isFinished() && !call.isError();
+}
+
 // The toolkit uses its first connection as long as the program runs, dead or alive.
 void SessionBus::giveUp() {
     if (connection_.name() != QDBusConnection::sessionBus().name()) {
@@ -94,6 +108,7 @@ void SessionBus::watch() {
 }
 
 void SessionBus::lookAgain() {
+    Q_EMIT lost();
     pause_ = firstPause;
     timer_.start(pause_);
 }

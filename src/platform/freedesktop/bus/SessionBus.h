@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QObject>
 #include <QTimer>
 
@@ -43,7 +44,14 @@ public:
     /// empty.
     void call(const QDBusMessage& message, const Answer& answer);
 
+    /// Turns the main loop until the call is answered, the bus ends or `longest` passes. Whether it
+    /// was answered without an error.
+    bool waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const;
+
 Q_SIGNALS:
+    /// The connection in force has ended.
+    void lost();
+
     /// There is a new connection, on which nothing is registered yet.
     void returned();
 

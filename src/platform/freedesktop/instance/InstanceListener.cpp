@@ -1,11 +1,12 @@
 #include "platform/freedesktop/instance/InstanceListener.h"
 
-#include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/SystemCall.h"
 #include "platform/freedesktop/instance/InstanceSocket.h"
 
 #include <array>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include <sys/socket.h>
 
@@ -14,14 +15,6 @@ namespace hollowfernpike::freedesktop {
 namespace {
 
 constexpr std::size_t mostClients = 16;
-
-Descriptor openSocket(const PrivateDirectory& directory, const std::string& name) {
-    try {
-        return listeningSocket(directory, name);
-    } catch (const std::system_error& error) {
-        throw fileError(FileOperation::write, directory.path() / name, error.code().value());
-    }
-}
 
 bool isOf(uid_t user, int socket) {
     ucred peer{};
@@ -49,16 +42,10 @@ bool acknowledge(int socket) {
 
 } // namespace
 
-InstanceListener::InstanceListener(const PrivateDirectory& directory, std::string name,
-                                   platform::RunLoop& runLoop, InstanceRequestHandler onRequest,
-                                   uid_t user)
-    : directory_(directory), name_(std::move(name)), runLoop_(runLoop),
-      onRequest_(std::move(onRequest)), user_(user), socket_(openSocket(directory_, name_)),
+InstanceListener::InstanceListener(const Descriptor& socket, platform::RunLoop& runLoop,
+                                   InstanceRequestHandler onRequest, uid_t user)
+    : socket_(socket), runLoop_(runLoop), onRequest_(std::move(onRequest)), user_(user),
       watch_(runLoop_.watchReadable(socket_.get(), [this] { accept(); })) {}
-
-InstanceListener::~InstanceListener() {
-    ::unlinkat(directory_.descriptor(), name_.c_str(), 0);
-}
 
 void InstanceListener::accept() {
     Descriptor socket{::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)};

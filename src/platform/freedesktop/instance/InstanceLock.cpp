@@ -7,11 +7,13 @@
 
 #include <array>
 #include <string_view>
-#include <thread>
+#include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 
@@ -20,7 +22,6 @@ namespace hollowfernpike::freedesktop {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds pause{10}; // between two attempts
 
 std::string runtimeName(const std::string& name, std::string_view extension) {
     return "hollowfernpike-" + percentEncoded(name, "-_:.") + std::string{extension};
@@ -72,11 +73,18 @@ Descriptor lockedFile(const PrivateDirectory& directory, const std::string& name
     }
 }
 
-bool isAcknowledged(int socket, Clock::time_point deadline) {
+int millisecondsUntil(Clock::time_point deadline) {
     const auto rest = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-    pollfd readable{socket, POLLIN, 0};
-    const int wait = rest.count() > 0 ? static_cast<int>(rest.count()) : 0;
-    if (::poll(&readable, 1, wait) <= 0) {
+    return rest.count() > 0 ? static_cast<int>(rest.count()) : 0;
+}
+
+bool isReadable(int descriptor, Clock::time_point deadline) {
+    pollfd readable{descriptor, POLLIN, 0};
+    return ::poll(&readable, 1, millisecondsUntil(deadline)) > 0;
+}
+
+bool isAcknowledged(int socket, Clock::time_point deadline) {
+    if (!isReadable(socket, deadline)) {
         return false;
     }
     std::array<char, acknowledgement.size()> answer{};
@@ -84,6 +92,29 @@ bool isAcknowledged(int socket, Clock::time_point deadline) {
     return size > 0 &&
            acknowledgement == std::string_view(answer.data(), static_cast<std::size_t>(size));
 }
+
+/// Tells of what is moved into a directory, since this is there; of nothing where the system has no
+/// watches left.
+class Arrivals {
+public:
+    explicit Arrivals(const PrivateDirectory& directory)
+        : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        const auto path = "/proc/self/fd/" + std::to_string(directory.descriptor());
+        ::inotify_add_watch(queue_.get(), path.c_str(), IN_MOVED_TO);
+    }
+
+    /// Whether there was one before the deadline.
+    bool wait(Clock::time_point deadline) {
+        if (!isReadable(queue_.get(), deadline)) {
+            return false;
+        }
+        alignas(inotify_event) std::array<char, 4096> events{};
+        return ::read(queue_.get(), events.data(), events.size()) > 0;
+    }
+
+private:
+    Descriptor queue_;
+};
 
 bool deliver(const PrivateDirectory& directory, const std::string& name, const std::string& text,
              Clock::time_point deadline) {
@@ -98,43 +129,52 @@ bool deliver(const PrivateDirectory& directory, const std::string& name, const s
 
 } // namespace
 
-std::optional<InstanceLock> InstanceLock::acquire(const std::string& name) {
+InstanceLock::InstanceLock(PrivateDirectory directory, std::string socketName, Descriptor file)
+    : directory_(std::move(directory)), socketName_(std::move(socketName)), file_(std::move(file)),
+      socket_(listeningSocket(directory_, socketName_)) {}
+
+InstanceLock::~InstanceLock() {
+    ::unlinkat(directory_.descriptor(), socketName_.c_str(), 0);
+}
+
+std::unique_ptr<InstanceLock> InstanceLock::acquire(const std::string& name) {
     auto directory = PrivateDirectory::forRuntime();
+    const auto path = directory.path();
+    auto failed = lockName(name);
     try {
-        auto file = lockedFile(directory, lockName(name));
+        auto file = lockedFile(directory, failed);
         if (!file) {
-            return std::nullopt;
+            return nullptr;
         }
-        return InstanceLock(
-            std::make_unique<Held>(Held{std::move(directory), name, std::move(file), nullptr}));
+        failed = socketName(name);
+        return std::unique_ptr<InstanceLock>(
+            new InstanceLock(std::move(directory), failed, std::move(file)));
     } catch (const std::system_error& error) {
-        throw fileError(FileOperation::write, directory.path() / lockName(name),
-                        error.code().value());
+        throw fileError(FileOperation::write, path / failed, error.code().value());
     }
 }
 
 void InstanceLock::listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest) {
-    held_->listener.reset();
-    held_->listener = std::make_unique<InstanceListener>(held_->directory, socketName(held_->name),
-                                                         runLoop, std::move(onRequest));
+    listener_.reset();
+    listener_.emplace(socket_, runLoop, std::move(onRequest));
 }
 
+// Between having the lock and listening there is a moment in which a holder may be waited for.
 HandOver handOver(const std::string& name, const InstanceRequest& request,
                   std::chrono::milliseconds patience) {
     const auto text = encoded(request);
     const auto directory = PrivateDirectory::forRuntime();
     const auto deadline = Clock::now() + patience;
+    Arrivals arrivals(directory);
+    bool isLate = false;
     for (;;) {
         if (deliver(directory, socketName(name), text, deadline)) {
             return {.isTaken = true, .lock = {}};
         }
-        if (auto lock = InstanceLock::acquire(name)) {
+        if (auto lock = InstanceLock::acquire(name); lock || isLate) {
             return {.isTaken = false, .lock = std::move(lock)};
         }
-        if (Clock::now() >= deadline) {
-            return {};
-        }
-        std::this_thread::sleep_for(pause);
+        isLate = !arrivals.wait(deadline);
     }
 }
 

@@ -13,36 +13,37 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Held by one process of a user at a time. It is free again as soon as that process has ended, in
-/// whatever way.
+/// Held by one process of a user at a time, and free again as soon as that process has ended, in
+/// whatever way. Requests to the holder wait until it listens.
 class InstanceLock {
 public:
-    /// Absent if another one holds the lock. `name` tells locks apart, and may hold any text, such
-    /// as the name of a display. Throws platform::FileError if the lock's file cannot be used.
-    static std::optional<InstanceLock> acquire(const std::string& name);
+    /// Null if another one holds the lock. `name` tells locks apart, and may hold any text, such as
+    /// the name of a display. Throws platform::FileError if the lock's files cannot be used.
+    static std::unique_ptr<InstanceLock> acquire(const std::string& name);
+
+    InstanceLock(const InstanceLock&) = delete;
+    InstanceLock& operator=(const InstanceLock&) = delete;
+    ~InstanceLock();
 
     /// From now on takes what others hand over, on the main loop, which outlives this, as the
-    /// handler need not: it may destroy the lock. Throws platform::FileError if that cannot be.
+    /// handler need not: it may destroy the lock.
     void listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest);
 
 private:
-    struct Held {
-        PrivateDirectory directory;
-        std::string name;
-        Descriptor file;
-        std::unique_ptr<InstanceListener> listener;
-    };
+    InstanceLock(PrivateDirectory directory, std::string socketName, Descriptor file);
 
-    explicit InstanceLock(std::unique_ptr<Held> held) : held_(std::move(held)) {}
-
-    std::unique_ptr<Held> held_;
+    PrivateDirectory directory_;
+    std::string socketName_;
+    Descriptor file_;
+    Descriptor socket_;
+    std::optional<InstanceListener> listener_;
 };
 
 /// How an attempt to hand over a request has ended. Neither if the holder of the lock is alive but
 /// does not answer.
 struct HandOver {
-    bool isTaken = false;             ///< the holder has the request
-    std::optional<InstanceLock> lock; ///< the holder is gone, and the lock is ours
+    bool isTaken = false;               ///< the holder has the request
+    std::unique_ptr<InstanceLock> lock; ///< the holder is gone, and the lock is ours
 };
 
 /// Hands a request over to the holder of the lock and waits until it is taken, also for a holder

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,9 @@ struct InstanceRequest {
 
     bool operator==(const InstanceRequest&) const = default;
 };
+
+/// Called with each request, on the main thread. It may destroy who calls.
+using InstanceRequestHandler = std::function<void(const InstanceRequest&)>;
 
 /// Bytes of one text of a request, and of a whole one on its way.
 constexpr std::size_t longestRequestText = 1024;

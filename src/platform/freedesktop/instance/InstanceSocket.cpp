@@ -2,7 +2,9 @@
 
 #include "platform/freedesktop/files/SystemCall.h"
 
+#include <cerrno>
 #include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -14,7 +16,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr int longestQueue = 16;
+constexpr int longestQueue = 128;
 
 // By way of the open directory: an address has little room, and paths may be long.
 sockaddr_un addressOf(const PrivateDirectory& directory, const std::string& name) {
@@ -35,13 +37,20 @@ Descriptor newSocket() {
 } // namespace
 
 Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name) {
-    const auto address = addressOf(directory, name);
+    const auto early = name + ".new";
+    const auto address = addressOf(directory, early);
     auto socket = newSocket();
-    ::unlinkat(directory.descriptor(), name.c_str(), 0);
+    ::unlinkat(directory.descriptor(), early.c_str(), 0);
     checked(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
     // The sticky bit keeps it from those who clean up runtime directories.
-    checked(::fchmodat(directory.descriptor(), name.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0));
+    checked(::fchmodat(directory.descriptor(), early.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0));
     checked(::listen(socket.get(), longestQueue));
+    if (::renameat(directory.descriptor(), early.c_str(), directory.descriptor(), name.c_str()) !=
+        0) {
+        const int failure = errno;
+        ::unlinkat(directory.descriptor(), early.c_str(), 0);
+        throw std::system_error{failure, std::generic_category()};
+    }
     return socket;
 }
 

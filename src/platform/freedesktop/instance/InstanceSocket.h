@@ -15,6 +15,7 @@ constexpr std::string_view acknowledgement = "taken\n";
 /// that we start do not get them. What fails throws std::system_error.
 
 /// One that accepts connections at this name, in place of a socket that an earlier process left.
+/// Whoever sees it there can connect: it is moved there when it is ready.
 Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name);
 
 /// One that is connected to the name; fails if nobody listens there.

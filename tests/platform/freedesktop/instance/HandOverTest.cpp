@@ -8,9 +8,11 @@
 #include <stdexcept>
 #include <thread>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -40,6 +42,13 @@ public:
 private:
     Descriptor descriptor_;
 };
+
+/// Has the lock as a holder has it that does not listen yet.
+Descriptor lockAlone(const fs::path& file) {
+    Descriptor lock{::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR)};
+    EXPECT_EQ(::flock(lock.get(), LOCK_EX), 0);
+    return lock;
+}
 
 /// Waits for a client and its request, and leaves it without an answer.
 Descriptor requestOn(const Descriptor& socket) {
@@ -91,14 +100,36 @@ TEST_F(HandOverTest, aRequestArrivesAsItWas) {
 
 TEST_F(HandOverTest, aRequestWaitsForAHolderThatIsStillStarting) {
     auto lock = InstanceLock::acquire(name);
-    const Openings openings(lockFile());
     std::atomic<bool> isTaken = false;
     std::thread other([&] { isTaken = handOver(name, showWindow).isTaken; });
-    EXPECT_TRUE(openings.wait()) << "nobody listens, so it tries to get the lock";
     listen(*lock);
     EXPECT_TRUE(loop_.runUntil([&] { return isTaken.load(); }));
     other.join();
     EXPECT_THAT(requests_, ElementsAre(showWindow));
+}
+
+TEST_F(HandOverTest, aRequestWaitsForAHolderThatCannotBeReachedYet) {
+    const auto begun = lockAlone(lockFile());
+    const Openings openings(lockFile());
+    std::atomic<bool> isTaken = false;
+    std::thread other([&] { isTaken = handOver(name, showWindow, 60s).isTaken; });
+    EXPECT_TRUE(openings.wait()) << "nobody listens, so it tries to get the lock";
+    const PrivateDirectory runtime(directory_.path());
+    const auto socket = freedesktop::listeningSocket(runtime, socketFile().filename());
+    const freedesktop::InstanceListener listener(
+        socket, loop_, [this](const InstanceRequest& request) { requests_.push_back(request); });
+    EXPECT_TRUE(loop_.runUntil([&] { return isTaken.load(); }));
+    other.join();
+    EXPECT_THAT(requests_, ElementsAre(showWindow));
+}
+
+TEST_F(HandOverTest, aHolderThatEndsBeforeItCanBeReachedLeavesTheLock) {
+    auto begun = lockAlone(lockFile());
+    std::thread other([&] { begun = {}; });
+    const auto result = handOver(name, showWindow, 100ms);
+    other.join();
+    EXPECT_FALSE(result.isTaken);
+    EXPECT_TRUE(result.lock);
 }
 
 TEST_F(HandOverTest, aHolderThatDoesNotAnswerIsGivenUp) {
@@ -157,11 +188,7 @@ TEST_F(HandOverTest, aHolderThatIsKilledWhileItStartsLeavesTheLock) {
         return ::pause();
     });
     holds.wait();
-    const Openings openings(lockFile());
-    std::thread other([&] {
-        EXPECT_TRUE(openings.wait()) << "nobody listens, so it tries to get the lock";
-        ::kill(holder, SIGKILL);
-    });
+    std::thread other([&] { ::kill(holder, SIGKILL); });
     expectLockInstead(holder, other);
 }
 

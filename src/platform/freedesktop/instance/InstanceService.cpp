@@ -1,16 +1,16 @@
-#include "platform/qt/ApplicationService.h"
+#include "platform/freedesktop/instance/InstanceService.h"
+
+#include "platform/freedesktop/bus/BusCalls.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
-#include <QDeadlineTimer>
 #include <QVariantMap>
 
 #include <chrono>
-#include <thread>
 #include <utility>
 
-namespace hollowfernpike::qt {
+namespace hollowfernpike::freedesktop {
 
 namespace {
 
@@ -18,7 +18,6 @@ using namespace std::chrono_literals;
 
 constexpr auto interfaceName = "org.freedesktop.Application";
 constexpr auto patience = 5s;
-constexpr auto recheckInterval = 100us;
 
 // D-Bus Specification, "Message Bus Messages".
 constexpr auto busName = "org.freedesktop.DBus";
@@ -35,21 +34,21 @@ std::string startupIdentifierIn(const QVariant& platformData) {
 
 } // namespace
 
-ApplicationService::ApplicationService(std::string_view name, const freedesktop::SessionBus& bus,
-                                       Handler handler)
-    : name_(QString::fromUtf8(name)), handler_(std::move(handler)), bus_(bus) {}
+InstanceService::InstanceService(const std::string& name, std::string plainAction,
+                                 const SessionBus& bus)
+    : name_(QString::fromStdString(name)), plainAction_(std::move(plainAction)), bus_(bus) {}
 
-ApplicationService::Outcome ApplicationService::publish() {
-    QObject::connect(&bus_, &freedesktop::SessionBus::returned, this, &ApplicationService::requestName,
+InstanceService::Outcome InstanceService::publish() {
+    QObject::connect(&bus_, &SessionBus::returned, this, &InstanceService::requestName,
                      Qt::UniqueConnection);
     const QDBusPendingReply<uint> reply = requestName();
-    if (!isAnswered(reply)) {
+    if (!bus_.waitFor(reply, patience)) {
         return Outcome::unavailable;
     }
     return reply.value() == primaryOwner ? Outcome::owned : Outcome::taken;
 }
 
-QDBusPendingCall ApplicationService::requestName() {
+QDBusPendingCall InstanceService::requestName() {
     auto connection = bus_.connection();
     connection.registerVirtualObject(path(), this);
     auto call = QDBusMessage::createMethodCall(busName, busPath, busName, "RequestName");
@@ -57,32 +56,19 @@ QDBusPendingCall ApplicationService::requestName() {
     return connection.asyncCall(call);
 }
 
-bool ApplicationService::handOver(const ApplicationRequest& request) const {
-    QVariantMap platformData;
-    if (!request.startupIdentifier.empty()) {
-        const auto identifier = QString::fromStdString(request.startupIdentifier);
-        platformData = {{"desktop-startup-id", identifier}, {"activation-token", identifier}};
-    }
-    const bool hasAction = !request.action.empty();
-    auto call = QDBusMessage::createMethodCall(name_, path(), interfaceName,
-                                               hasAction ? "ActivateAction" : "Activate");
-    if (hasAction) {
-        call << QString::fromStdString(request.action) << QVariantList();
-    }
-    call << platformData;
-    return isAnswered(bus_.connection().asyncCall(call));
+bool InstanceService::handOver(const InstanceRequest& request) const {
+    auto call = QDBusMessage::createMethodCall(name_, path(), interfaceName, "ActivateAction");
+    call << QString::fromStdString(request.action) << QVariantList()
+         << platformData(request.startupIdentifier);
+    return bus_.waitFor(bus_.connection().asyncCall(call), patience);
 }
 
-// The toolkit's own waiting never returns when the bus ends meanwhile.
-bool ApplicationService::isAnswered(const QDBusPendingCall& call) const {
-    const QDeadlineTimer deadline(patience);
-    while (!call.isFinished() && bus_.connection().isConnected() && !deadline.hasExpired()) {
-        std::this_thread::sleep_for(recheckInterval);
-    }
-    return call.isFinished() && !call.isError();
+void InstanceService::listen(InstanceRequestHandler onRequest) {
+    onRequest_ = std::move(onRequest);
+    QMetaObject::invokeMethod(this, &InstanceService::passOn, Qt::QueuedConnection);
 }
 
-QString ApplicationService::introspect(const QString& /*path*/) const {
+QString InstanceService::introspect(const QString& /*path*/) const {
     return R"(<interface name="org.freedesktop.Application">
   <method name="Activate">
     <arg name="platform_data" type="a{sv}" direction="in"/>
@@ -101,11 +87,11 @@ QString ApplicationService::introspect(const QString& /*path*/) const {
 }
 
 // The answer comes before the work: whatever was asked for may last, or end the process.
-bool ApplicationService::handleMessage(const QDBusMessage& message,
-                                       const QDBusConnection& connection) {
+bool InstanceService::handleMessage(const QDBusMessage& message,
+                                    const QDBusConnection& connection) {
     const auto arguments = message.arguments();
     const auto signature = message.signature();
-    ApplicationRequest request;
+    InstanceRequest request{.action = plainAction_, .startupIdentifier = {}};
     if (message.member() == "ActivateAction" && signature == "sava{sv}") {
         request.action = arguments.front().toString().toStdString();
     } else if (!(message.member() == "Activate" && signature == "a{sv}") &&
@@ -114,13 +100,22 @@ bool ApplicationService::handleMessage(const QDBusMessage& message,
     }
     request.startupIdentifier = startupIdentifierIn(arguments.back());
     connection.send(message.createReply());
-    const auto handle = [this, request] { handler_(request); };
-    QMetaObject::invokeMethod(this, handle, Qt::QueuedConnection);
+    waiting_.push_back(std::move(request));
+    QMetaObject::invokeMethod(this, &InstanceService::passOn, Qt::QueuedConnection);
     return true;
 }
 
-QString ApplicationService::path() const {
+void InstanceService::passOn() {
+    if (!onRequest_) {
+        return;
+    }
+    for (const auto& request : std::exchange(waiting_, {})) {
+        onRequest_(request);
+    }
+}
+
+QString InstanceService::path() const {
     return '/' + QString(name_).replace('.', '/');
 }
 
-} // namespace hollowfernpike::qt
+} // namespace hollowfernpike::freedesktop

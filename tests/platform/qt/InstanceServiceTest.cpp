@@ -1,8 +1,9 @@
-#include "platform/qt/ApplicationService.h"
+#include "platform/freedesktop/instance/InstanceService.h"
 
 #include "platform/qt/QtEventLoop.h"
 #include "support/ChildProcess.h"
 #include "support/PrivateDesktop.h"
+
 #include <QDBusConnection>
 
 #include <csignal>
@@ -16,14 +17,14 @@ namespace hollowfernpike {
 
 namespace {
 
-using qt::ApplicationRequest;
-using qt::ApplicationService;
+using freedesktop::InstanceRequest;
+using freedesktop::InstanceService;
 using testing::HasSubstr;
 using testing::SizeIs;
 
 constexpr auto busName = "app.hollowfernpike.Hollowfernpike";
 
-class ApplicationServiceTest : public testing::Test {
+class InstanceServiceTest : public testing::Test {
 protected:
     /// Calls a method of the service from another process, and waits for its end.
     std::unique_ptr<test::ChildProcess> call(const std::string& method,
@@ -38,48 +39,64 @@ protected:
         return caller;
     }
 
-    std::vector<ApplicationRequest> requests_;
+    void listen() {
+        service_.listen([this](const InstanceRequest& request) { requests_.push_back(request); });
+    }
+
+    std::vector<InstanceRequest> requests_;
     test::SessionBus bus_;
     const int environment_ = ::setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str(), 1);
     test::EventLoop loop_;
     freedesktop::SessionBus connection_;
-    ApplicationService service_{busName, connection_, [this](const ApplicationRequest& request) {
-                                    requests_.push_back(request);
-                                }};
+    InstanceService service_{busName, "show", connection_};
 };
 
-TEST_F(ApplicationServiceTest, ActivateArrivesWithItsStartupIdentifier) {
-    ASSERT_EQ(service_.publish(), ApplicationService::Outcome::owned);
+TEST_F(InstanceServiceTest, ActivateArrivesWithItsStartupIdentifier) {
+    ASSERT_EQ(service_.publish(), InstanceService::Outcome::owned);
+    listen();
     call("org.freedesktop.Application.Activate", {"{'desktop-startup-id': <'abc_TIME42'>}"});
     ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
-    EXPECT_EQ(requests_.front().action, "");
+    EXPECT_EQ(requests_.front().action, "show");
     EXPECT_EQ(requests_.front().startupIdentifier, "abc_TIME42");
 }
 
-TEST_F(ApplicationServiceTest, AnActivationTokenWillDo) {
+TEST_F(InstanceServiceTest, WhatComesBeforeAnybodyListensWaits) {
+    ASSERT_EQ(service_.publish(), InstanceService::Outcome::owned);
+    call("org.freedesktop.Application.ActivateAction", {"import", "[]", "{}"});
+    EXPECT_THAT(requests_, SizeIs(0));
+    listen();
+    EXPECT_THAT(requests_, SizeIs(0)) << "not from within the call";
+    EXPECT_TRUE(loop_.runUntil([&] { return requests_.size() == 1; }));
+}
+
+TEST_F(InstanceServiceTest, AnActivationTokenWillDo) {
     service_.publish();
+    listen();
     call("org.freedesktop.Application.Activate", {"{'activation-token': <'token'>}"});
     ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
     EXPECT_EQ(requests_.front().startupIdentifier, "token");
 }
 
-TEST_F(ApplicationServiceTest, AnActionArrivesByItsName) {
+TEST_F(InstanceServiceTest, AnActionArrivesByItsName) {
     service_.publish();
+    listen();
     call("org.freedesktop.Application.ActivateAction", {"export-shortcuts", "[]", "{}"});
     ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
     EXPECT_EQ(requests_.front().action, "export-shortcuts");
     EXPECT_EQ(requests_.front().startupIdentifier, "");
 }
 
-TEST_F(ApplicationServiceTest, OpeningFilesIsAnActivation) {
+TEST_F(InstanceServiceTest, OpeningFilesIsAnActivation) {
     service_.publish();
+    listen();
     call("org.freedesktop.Application.Open", {"['file:///tmp/x']", "{}"});
     ASSERT_TRUE(loop_.runUntil([&] { return !requests_.empty(); }));
-    EXPECT_EQ(requests_.front().action, "");
+    EXPECT_EQ(requests_.front().action, "show");
 }
 
-TEST_F(ApplicationServiceTest, WhatIsNoRequestIsRefused) {
+TEST_F(InstanceServiceTest, WhatIsNoRequestIsRefused) {
     service_.publish();
+    listen();
     const auto unknown = call("org.freedesktop.Application.Format");
     EXPECT_NE(unknown->wait(), 0);
     EXPECT_THAT(unknown->errors(), HasSubstr("DBus.Error.Unknown"));
@@ -89,27 +106,28 @@ TEST_F(ApplicationServiceTest, WhatIsNoRequestIsRefused) {
     EXPECT_THAT(requests_, SizeIs(1));
 }
 
-TEST_F(ApplicationServiceTest, TheInterfaceIsDescribed) {
+TEST_F(InstanceServiceTest, TheInterfaceIsDescribed) {
     service_.publish();
+    listen();
     const auto description = call("org.freedesktop.DBus.Introspectable.Introspect");
     EXPECT_THAT(description->output(), HasSubstr("org.freedesktop.Application"));
     EXPECT_THAT(description->output(), HasSubstr("ActivateAction"));
 }
 
-TEST_F(ApplicationServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
+TEST_F(InstanceServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
     auto owner = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), "owner");
     ASSERT_TRUE(owner.registerService(busName));
-    EXPECT_EQ(service_.publish(), ApplicationService::Outcome::taken);
-    EXPECT_FALSE(service_.handOver({})) << "this owner is another program";
+    EXPECT_EQ(service_.publish(), InstanceService::Outcome::taken);
+    EXPECT_FALSE(service_.handOver({"show", ""})) << "this owner is another program";
 }
 
-TEST_F(ApplicationServiceTest, WithoutABusThereIsNoService) {
+TEST_F(InstanceServiceTest, WithoutABusThereIsNoService) {
     bus_.daemon().signal(SIGKILL);
     ASSERT_TRUE(bus_.daemon().wait());
     const freedesktop::SessionBus dead;
-    ApplicationService late(busName, dead, [](const ApplicationRequest&) {});
-    EXPECT_EQ(late.publish(), ApplicationService::Outcome::unavailable);
-    EXPECT_FALSE(late.handOver({}));
+    InstanceService late(busName, "show", dead);
+    EXPECT_EQ(late.publish(), InstanceService::Outcome::unavailable);
+    EXPECT_FALSE(late.handOver({"show", ""}));
 }
 
 } // namespace

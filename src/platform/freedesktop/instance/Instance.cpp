@@ -1,0 +1,37 @@
+#include "platform/freedesktop/instance/Instance.h"
+
+#include "platform/LocalizedError.h"
+
+#include <utility>
+
+namespace hollowfernpike::freedesktop {
+
+std::unique_ptr<Instance> Instance::become(Names names, const InstanceRequest& request) {
+    auto lock = InstanceLock::acquire(names.lock);
+    if (!lock) {
+        auto handedOver = freedesktop::handOver(names.lock, request);
+        if (handedOver.isTaken) {
+            return nullptr;
+        }
+        lock = std::move(handedOver.lock);
+    }
+    if (!lock) {
+        throw platform::LocalizedError("起動中の Hollowfernpike が応答しません",
+                                       "Hollowfernpike is running but does not answer");
+    }
+    return std::unique_ptr<Instance>(new Instance(std::move(names), std::move(lock)));
+}
+
+bool Instance::publish(const SessionBus& bus, const InstanceRequest& request) {
+    service_.emplace(names_.bus, names_.plainAction, bus);
+    return service_->publish() != InstanceService::Outcome::taken || !service_->handOver(request);
+}
+
+void Instance::listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest) {
+    lock_->listen(runLoop, onRequest);
+    if (service_) {
+        service_->listen(onRequest);
+    }
+}
+
+} // namespace hollowfernpike::freedesktop

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/RunLoop.h"
+#include "platform/freedesktop/bus/SessionBus.h"
+#include "platform/freedesktop/instance/InstanceLock.h"
+#include "platform/freedesktop/instance/InstanceRequest.h"
+#include "platform/freedesktop/instance/InstanceService.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace hollowfernpike::freedesktop {
+
+/// The one instance of the program that a user runs. Further starts find it by a lock and a socket
+/// in the runtime directory; launchers, and starts with another runtime directory, find it by its
+/// name on the session bus. Main thread only.
+class Instance {
+public:
+    struct Names {
+        std::string lock;        ///< as InstanceLock has it
+        std::string bus;         ///< as InstanceService has it
+        std::string plainAction; ///< likewise
+    };
+
+    /// Hands `request` over to the instance that there is. Null if that has taken it; else this
+    /// process is the instance from now on. Throws platform::LocalizedError if the other one does
+    /// not answer, and platform::FileError if the lock cannot be used.
+    static std::unique_ptr<Instance> become(Names names, const InstanceRequest& request);
+
+    /// The same over the bus, once there is an application object: false if another process has
+    /// taken the request. The bus outlives this.
+    bool publish(const SessionBus& bus, const InstanceRequest& request);
+
+    /// From now on takes requests, those that came before included. The loop outlives this.
+    void listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest);
+
+private:
+    Instance(Names names, std::unique_ptr<InstanceLock> lock)
+        : names_(std::move(names)), lock_(std::move(lock)) {}
+
+    Names names_;
+    std::unique_ptr<InstanceLock> lock_;
+    std::optional<InstanceService> service_;
+};
+
+} // namespace hollowfernpike::freedesktop
