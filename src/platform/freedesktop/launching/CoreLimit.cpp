@@ -10,21 +10,31 @@ namespace {
 
 std::optional<rlimit> limitAtStart;
 
+// The hard limit stays: once it is lowered, nobody could give it back.
+void setLimit(rlim_t size) {
+    const rlimit limit{size, limitAtStart->rlim_max};
+    ::setrlimit(RLIMIT_CORE, &limit);
+}
+
 } // namespace
 
-// The hard limit stays: once it is lowered, nobody could give it back.
 void turnOffCoreFiles() {
     rlimit limit{};
     if (!limitAtStart && ::getrlimit(RLIMIT_CORE, &limit) == 0) {
         limitAtStart = limit;
-        limit.rlim_cur = 0;
-        ::setrlimit(RLIMIT_CORE, &limit);
+        setLimit(0);
     }
 }
 
-void giveBackCoreFiles() {
+CoreFilesGivenBack::CoreFilesGivenBack() {
     if (limitAtStart) {
-        ::setrlimit(RLIMIT_CORE, &*limitAtStart);
+        setLimit(limitAtStart->rlim_cur);
+    }
+}
+
+CoreFilesGivenBack::~CoreFilesGivenBack() {
+    if (limitAtStart) {
+        setLimit(0);
     }
 }
 

@@ -8,7 +8,13 @@ namespace hollowfernpike::freedesktop {
 /// which look into /proc to know whom they deal with.
 void turnOffCoreFiles();
 
-/// What a new process does to have the limit that we were started with. Safe between fork and exec.
-void giveBackCoreFiles();
+/// As long as it lives, new processes get the limit that we were started with.
+class CoreFilesGivenBack {
+public:
+    CoreFilesGivenBack();
+    CoreFilesGivenBack(const CoreFilesGivenBack&) = delete;
+    CoreFilesGivenBack& operator=(const CoreFilesGivenBack&) = delete;
+    ~CoreFilesGivenBack();
+};
 
 } // namespace hollowfernpike::freedesktop

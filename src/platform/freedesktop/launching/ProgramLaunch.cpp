@@ -3,17 +3,45 @@
 #include "platform/freedesktop/entries/CommandLine.h"
 #include "platform/freedesktop/entries/DesktopEntry.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
-#include "platform/freedesktop/launching/LaunchEnvironment.h"
 #include "platform/freedesktop/launching/LaunchError.h"
+#include "platform/freedesktop/launching/OwnEnvironment.h"
 #include "platform/freedesktop/launching/ProgramFile.h"
 #include "platform/freedesktop/launching/Terminal.h"
+#include "platform/freedesktop/owners/ProcessFacts.h"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
+
+constexpr std::array<std::string_view, 15> ours{
+    "DESKTOP_STARTUP_ID",   "XDG_ACTIVATION_TOKEN", launchedFileVariable, launchedNumberVariable,
+    "DESKTOP_AUTOSTART_ID", "INVOCATION_ID",        "JOURNAL_STREAM",     "SYSTEMD_EXEC_PID",
+    "MANAGERPID",           "NOTIFY_SOCKET",        "WATCHDOG_PID",       "WATCHDOG_USEC",
+    "LISTEN_PID",           "LISTEN_FDS",           "LISTEN_FDNAMES"};
+
+bool isOurs(std::string_view variable) {
+    return std::ranges::find(ours, variable.substr(0, variable.find('='))) != ours.end();
+}
+
+/// The user's, without what tells about our own start and our own service unit, with what tells
+/// about the program's.
+std::vector<std::string> launchEnvironment(const std::string& entryPath,
+                                           const std::string& startupIdentifier) {
+    auto variables = usersEnvironment();
+    std::erase_if(variables, isOurs);
+    variables.push_back(std::string{launchedFileVariable} + '=' + entryPath);
+    if (!startupIdentifier.empty()) {
+        variables.push_back("DESKTOP_STARTUP_ID=" + startupIdentifier);
+        variables.push_back("XDG_ACTIVATION_TOKEN=" + startupIdentifier);
+    }
+    return variables;
+}
 
 std::vector<std::string> argumentsOf(const DesktopEntry& entry) {
     auto arguments = commandLineOf(entry);
@@ -49,7 +77,6 @@ StartedProcess launchProgram(const DesktopEntry& entry, const std::string& start
         throw missingProgram(entry.path, start.arguments.front());
     }
     start.environment = launchEnvironment(entry.path, startupIdentifier);
-    start.ownNumberVariable = launchedNumberVariable;
     start.workingDirectory = workingDirectoryOf(entry);
     try {
         return spawn(std::move(start));

@@ -3,14 +3,13 @@
 #include "platform/freedesktop/launching/CoreLimit.h"
 
 #include <cerrno>
-#include <charconv>
 #include <csignal>
-#include <cstddef>
-#include <memory>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
-#include <sched.h>
+#include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,67 +17,50 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-// Below what the allocator maps anew each time.
-constexpr std::size_t stackSize = std::size_t{64} * 1024;
-constexpr std::size_t numberWidth = 12;
-
-// All that the new process needs, laid out before it exists. It runs on our memory until it has
-// become the program (we stand still meanwhile), so it must neither allocate nor throw nor return.
-struct Plan {
-    const char* program = nullptr;
-    const char* workingDirectory = nullptr;
-    char* const* arguments = nullptr;
-    char* const* environment = nullptr;
-    char* ownNumber = nullptr;
-    int failure = 0;
-};
-
-void resetSignals() {
-    struct sigaction standard = {};
-    standard.sa_handler = SIG_DFL;
-    for (int number = 1; number < NSIG; ++number) {
-        ::sigaction(number, &standard, nullptr);
+void check(int failure) {
+    if (failure != 0) {
+        throw std::system_error{failure, std::generic_category()};
     }
 }
 
-bool emptyStandardInput() {
-    const int nothing = ::open("/dev/null", O_RDONLY);
-    return nothing == STDIN_FILENO || ::dup2(nothing, STDIN_FILENO) == STDIN_FILENO;
-}
-
-int becomeProgram(void* argument) {
-    auto& plan = *static_cast<Plan*>(argument);
-    resetSignals();
-    giveBackCoreFiles();
-    ::setsid();
-    if (plan.ownNumber != nullptr) {
-        *std::to_chars(plan.ownNumber, plan.ownNumber + numberWidth - 1, ::getpid()).ptr = '\0';
-    }
-    if (emptyStandardInput() && ::chdir(plan.workingDirectory) == 0) {
-        ::close_range(STDERR_FILENO + 1, ~0U, 0);
-        sigset_t none{};
-        sigemptyset(&none);
-        ::sigprocmask(SIG_SETMASK, &none, nullptr);
-        ::execve(plan.program, plan.arguments, plan.environment);
-    }
-    plan.failure = errno;
-    ::_exit(127);
-}
-
-// A handler of ours must never run in the new process as long as it shares our memory.
-class SignalsBlocked {
+class Attributes {
 public:
-    SignalsBlocked() {
-        sigset_t all{};
-        sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+    Attributes() {
+        check(::posix_spawnattr_init(&value_));
+        sigset_t signals{};
+        sigemptyset(&signals);
+        ::posix_spawnattr_setsigmask(&value_, &signals);
+        sigfillset(&signals);
+        ::posix_spawnattr_setsigdefault(&value_, &signals);
+        ::posix_spawnattr_setflags(&value_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK |
+                                                POSIX_SPAWN_SETSIGDEF);
     }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+    ~Attributes() { ::posix_spawnattr_destroy(&value_); }
+
+    const posix_spawnattr_t* get() const { return &value_; }
 
 private:
-    sigset_t before_{};
+    posix_spawnattr_t value_{};
+};
+
+class FileActions {
+public:
+    explicit FileActions(const std::string& workingDirectory) {
+        check(::posix_spawn_file_actions_init(&value_));
+        check(::posix_spawn_file_actions_addopen(&value_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        check(::posix_spawn_file_actions_addchdir_np(&value_, workingDirectory.c_str()));
+        check(::posix_spawn_file_actions_addclosefrom_np(&value_, STDERR_FILENO + 1));
+    }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+    ~FileActions() { ::posix_spawn_file_actions_destroy(&value_); }
+
+    const posix_spawn_file_actions_t* get() const { return &value_; }
+
+private:
+    posix_spawn_file_actions_t value_{};
 };
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
@@ -91,44 +73,28 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-// As posix_spawn does it, which itself can neither tell the program its own number nor give us a
-// descriptor of the process.
-StartedProcess run(Plan& plan) {
-    const auto stack = std::make_unique_for_overwrite<std::byte[]>(stackSize);
-    const SignalsBlocked guard;
-    int descriptor = -1;
-    const pid_t number =
-        ::clone(&becomeProgram, stack.get() + stackSize,
-                CLONE_VM | CLONE_VFORK | CLONE_PIDFD | SIGCHLD, &plan, &descriptor);
-    if (number < 0) {
-        throw std::system_error(errno, std::generic_category());
-    }
-    return {number, Descriptor(descriptor)};
-}
-
 } // namespace
 
 StartedProcess spawn(ProgramStart start) {
-    Plan plan;
-    if (!start.ownNumberVariable.empty()) {
-        auto& variable = start.environment.emplace_back(start.ownNumberVariable + '=');
-        const auto valueAt = variable.size();
-        variable.append(numberWidth, '\0');
-        plan.ownNumber = &variable[valueAt];
+    const Attributes attributes;
+    const FileActions actions(start.workingDirectory);
+    const auto arguments = pointersTo(start.arguments);
+    const auto environment = pointersTo(start.environment);
+    pid_t number = 0;
+    {
+        const CoreFilesGivenBack limit;
+        check(::posix_spawn(&number, start.program.c_str(), actions.get(), attributes.get(),
+                            arguments.data(), environment.data()));
     }
-    const auto argumentPointers = pointersTo(start.arguments);
-    const auto environmentPointers = pointersTo(start.environment);
-    plan.program = start.program.c_str();
-    plan.workingDirectory = start.workingDirectory.c_str();
-    plan.arguments = argumentPointers.data();
-    plan.environment = environmentPointers.data();
-
-    auto process = run(plan);
-    if (plan.failure != 0) {
-        ::waitid(P_PID, static_cast<id_t>(process.number), nullptr, WEXITED);
-        throw std::system_error(plan.failure, std::generic_category());
+    // The number is the child's as long as nobody has waited for it.
+    Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, number, 0)));
+    if (!descriptor) {
+        const int failure = errno;
+        ::kill(number, SIGKILL);
+        ::waitid(P_PID, static_cast<id_t>(number), nullptr, WEXITED);
+        check(failure);
     }
-    return process;
+    return {number, std::move(descriptor)};
 }
 
 } // namespace hollowfernpike::freedesktop

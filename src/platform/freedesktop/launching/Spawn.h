@@ -14,9 +14,6 @@ struct ProgramStart {
     std::vector<std::string> arguments;   ///< the first one is the name that the program sees
     std::vector<std::string> environment; ///< "NAME=value", the whole of it
     std::string workingDirectory;
-
-    /// Name of a variable that is to hold the new process's own number; empty for none.
-    std::string ownNumberVariable;
 };
 
 struct StartedProcess {

@@ -1,7 +1,6 @@
 #include "platform/freedesktop/owners/ProcessFacts.h"
 
 #include "platform/freedesktop/files/Descriptor.h"
-#include "platform/freedesktop/launching/LaunchEnvironment.h"
 
 #include <array>
 #include <charconv>
@@ -9,6 +8,7 @@
 #include <string_view>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
 
@@ -82,6 +82,14 @@ std::string executable(int directory) {
     return std::string{file};
 }
 
+bool isTheLaunched(std::int32_t process, const std::string& launchedNumber) {
+    if (!launchedNumber.empty()) {
+        return launchedNumber == std::to_string(process);
+    }
+    const auto status = processStatus(process);
+    return status && status->parent == ::getpid();
+}
+
 void readEnvironment(int directory, std::int32_t process, ProcessFacts& facts) {
     std::string launchedNumber;
     const std::array<std::pair<std::string, std::string*>, 3> wanted{
@@ -97,8 +105,7 @@ void readEnvironment(int directory, std::int32_t process, ProcessFacts& facts) {
             }
         }
     });
-    // Children inherit the variables, the number tells whom they are about.
-    if (launchedNumber != std::to_string(process)) {
+    if (!facts.launchedEntry.empty() && !isTheLaunched(process, launchedNumber)) {
         facts.launchedEntry.clear();
     }
 }

@@ -13,12 +13,18 @@ namespace hollowfernpike::freedesktop {
 struct ProcessFacts {
     std::string flatpakApplication; ///< told by the sandbox that it lives in
     std::string controlGroup;       ///< path in the hierarchy that the service manager keeps
-    std::string launchedEntry;      ///< path of the entry by which this very process was started
+    std::string launchedEntry;      ///< path of the entry by which this very process was started,
+                                    ///< by GLib or as a child of ours
     bool hasEnvironment = false;    ///< whether it tells any of its variables
     std::string display;            ///< DISPLAY
     std::string executable;         ///< path of the file
     std::vector<std::string> commandLine;
 };
+
+/// By which entry a process was started, and which process that was: its children inherit both
+/// variables. GLib sets both; we cannot tell a program its number, but know our children.
+inline constexpr auto launchedFileVariable = "GIO_LAUNCHED_DESKTOP_FILE";
+inline constexpr auto launchedNumberVariable = "GIO_LAUNCHED_DESKTOP_FILE_PID";
 
 /// Where a process stands.
 struct ProcessStatus {

@@ -24,8 +24,7 @@ rlimit limitOfNewProcess() {
     const auto process = spawn({.program = "/bin/sleep",
                                 .arguments = {"sleep", "60"},
                                 .environment = {},
-                                .workingDirectory = "/",
-                                .ownNumberVariable = {}});
+                                .workingDirectory = "/"});
     const auto limit = limitOf(process.number);
     ::kill(process.number, SIGKILL);
     ::waitpid(process.number, nullptr, 0);
@@ -61,6 +60,7 @@ TEST(CoreLimitTest, WhatWeStartHasTheLimitThatWeWereStartedWith) {
         const auto limit = limitOfNewProcess();
         EXPECT_EQ(limit.rlim_cur, someLimit);
         EXPECT_EQ(limit.rlim_max, hardLimit);
+        EXPECT_EQ(limitOf(0).rlim_cur, 0U) << "ours again";
     });
 }
 

@@ -62,13 +62,14 @@ TEST_F(ProgramLaunchTest, TheProgramLeadsASessionOfItsOwn) {
     EXPECT_EQ(witness.first("session"), std::to_string(witness.process));
 }
 
-TEST_F(ProgramLaunchTest, TheProgramKnowsItsEntryAndItsOwnNumber) {
+TEST_F(ProgramLaunchTest, TheProgramKnowsItsEntryAndNotOurs) {
     ::setenv("GIO_LAUNCHED_DESKTOP_FILE", "/ours.desktop", 1);
     ::setenv("GIO_LAUNCHED_DESKTOP_FILE_PID", "1", 1);
     const auto path = home_.addEntry("known", home_.witness("stay"));
     const auto witness = launchOne(path);
     EXPECT_EQ(witness.variable("GIO_LAUNCHED_DESKTOP_FILE"), path);
-    EXPECT_EQ(witness.variable("GIO_LAUNCHED_DESKTOP_FILE_PID"), std::to_string(witness.process));
+    EXPECT_EQ(witness.variable("GIO_LAUNCHED_DESKTOP_FILE_PID"), "(unset)");
+    EXPECT_EQ(processFacts(witness.process).launchedEntry, path);
 }
 
 TEST_F(ProgramLaunchTest, TheProgramInheritsOurEnvironmentButNotWhatIsAboutUs) {

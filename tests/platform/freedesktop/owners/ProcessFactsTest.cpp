@@ -50,6 +50,18 @@ TEST(ProcessFactsTest, TheLaunchEnvironmentCountsOnlyForTheProcessThatItNames) {
     EXPECT_EQ(processFacts(other.pid()).launchedEntry, "");
 }
 
+TEST(ProcessFactsTest, ALaunchEnvironmentWithoutANumberIsAboutOurChildNotItsChildren) {
+    ChildProcess process({"/bin/sh", "-c", "sleep 300 & echo child $!; wait"},
+                         {{"GIO_LAUNCHED_DESKTOP_FILE", "/a/b.desktop"},
+                          {"GIO_LAUNCHED_DESKTOP_FILE_PID", std::nullopt}});
+    const auto line = process.waitForLine("child ");
+    ASSERT_TRUE(line);
+    EXPECT_EQ(processFacts(process.pid()).launchedEntry, "/a/b.desktop");
+    const auto child = std::stoi(line->substr(line->find(' ')));
+    EXPECT_TRUE(test::waitUntil([&] { return processFacts(child).executable.ends_with("/sleep"); }));
+    EXPECT_EQ(processFacts(child).launchedEntry, "");
+}
+
 TEST(ProcessFactsTest, AProcessThatIsNotThereTellsNothing) {
     EXPECT_FALSE(processStatus(-1));
     EXPECT_FALSE(processStatus(0));
