@@ -1,5 +1,6 @@
 #include "platform/freedesktop/bus/SessionBus.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 
 #include <QCoreApplication>
@@ -65,15 +66,17 @@ SessionBus::~SessionBus() {
 }
 
 void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
-    const auto pending = connection_.asyncCall(message, noTimeLimit);
-    if (!answer) {
-        return;
-    }
-    auto* const watcher = new QDBusPendingCallWatcher(pending, this);
+    auto* const watcher =
+        new QDBusPendingCallWatcher(connection_.asyncCall(message, noTimeLimit), this);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
         watcher->deleteLater();
-        answer(watcher->isError() ? std::optional(watcher->error().message().toStdString())
-                                  : std::nullopt);
+        const auto error = watcher->error();
+        if (error.isValid()) {
+            qCDebug(busLog) << error;
+        }
+        if (answer) {
+            answer(error.isValid() ? std::optional(error.message().toStdString()) : std::nullopt);
+        }
     });
 }
 
@@ -108,6 +111,7 @@ void SessionBus::watch() {
 }
 
 void SessionBus::lookAgain() {
+    qCDebug(busLog, "the session bus has gone");
     Q_EMIT lost();
     pause_ = firstPause;
     timer_.start(pause_);
@@ -138,6 +142,7 @@ void SessionBus::take(const QString& name) {
         timer_.start(pause_);
         return;
     }
+    qCDebug(busLog, "the session bus is there again");
     giveUp();
     connection_ = found;
     watch();

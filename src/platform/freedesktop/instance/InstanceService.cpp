@@ -1,5 +1,6 @@
 #include "platform/freedesktop/instance/InstanceService.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/freedesktop/bus/BusCalls.h"
 
 #include <QDBusArgument>
@@ -43,6 +44,7 @@ InstanceService::Outcome InstanceService::publish() {
                      Qt::UniqueConnection);
     const QDBusPendingReply<uint> reply = requestName();
     if (!bus_.waitFor(reply, patience)) {
+        qCDebug(busLog, "the session bus does not give us a name");
         return Outcome::unavailable;
     }
     return reply.value() == primaryOwner ? Outcome::owned : Outcome::taken;

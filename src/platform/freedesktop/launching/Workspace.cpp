@@ -1,5 +1,6 @@
 #include "platform/freedesktop/launching/Workspace.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/freedesktop/bus/BusCalls.h"
 #include "platform/freedesktop/launching/LaunchError.h"
 #include "platform/freedesktop/launching/ProgramLaunch.h"
@@ -11,6 +12,7 @@ namespace hollowfernpike::freedesktop {
 namespace {
 
 platform::OpenResult failure(const platform::LocalizedError& error) {
+    qCDebug(launchingLog, "%s", error.english().c_str());
     return {.processIdentifier = std::nullopt, .error = error};
 }
 
@@ -77,6 +79,8 @@ void Workspace::activateOverBus(const std::shared_ptr<Launch>& launch) {
 
 void Workspace::startProgram(const std::shared_ptr<Launch>& launch) {
     if (!furtherCopies_.mayStart(launch->entry.identifier)) {
+        qCDebug(launchingLog, "%s: a copy stays beside the first one, no third one is started",
+                launch->entry.path.c_str());
         launches_.settle(*launch, {});
         launches_.finish(*launch);
         return;

@@ -1,5 +1,6 @@
 #include "platform/x11/grabs/GrabbedKeys.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/x11/taps/EventKinds.h"
 
 #include <algorithm>
@@ -21,6 +22,15 @@ constexpr std::array<std::chrono::milliseconds, 3> laterOn{1s, 5s, 20s};
 
 /// Longer than the first of these delays, so that we have asked again by then.
 constexpr auto longestDoubt = 5s;
+
+void logShared(const std::vector<platform::KeyCombination>& combinations) {
+    for (const auto& combination : combinations) {
+        qCDebug(freedesktop::keysLog,
+                "key %d with flags %#llx is only observed: another client holds it",
+                int{combination.keyCode},
+                static_cast<unsigned long long>(combination.modifierFlags));
+    }
+}
 
 bool isWithSuper(const platform::KeyCombination& combination) {
     return (combination.modifierFlags & platform::event_flags::command) != 0;
@@ -79,12 +89,15 @@ std::optional<KeyPress> GrabbedKeys::read(const xcb_generic_event_t& event) {
 
 void GrabbedKeys::update() {
     followLoneSuperKey();
-    shared_ = grabs_.update(*map_, interest_);
+    const auto before = std::exchange(shared_, grabs_.update(*map_, interest_));
     for (const auto& combination : interest_) {
         if (passesByGrabs(combination) &&
             std::ranges::find(shared_, combination) == shared_.end()) {
             shared_.push_back(combination);
         }
+    }
+    if (shared_ != before) {
+        logShared(shared_);
     }
     if (shared_.empty()) {
         rawKeys_.stop();

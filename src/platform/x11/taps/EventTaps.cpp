@@ -1,6 +1,7 @@
 #include "platform/x11/taps/EventTaps.h"
 
-#include "platform/x11/TrustProblem.h"
+#include "platform/freedesktop/Logging.h"
+#include "platform/x11/TrustMessage.h"
 #include "platform/x11/grabs/GrabbedKeys.h"
 #include "platform/x11/keyboard/Xkb.h"
 #include "platform/x11/taps/KeyTap.h"
@@ -35,6 +36,7 @@ std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
 std::function<void()> once(std::function<void()> action) {
     return [action = std::move(action), done = std::make_shared<bool>(false)] {
         if (action && !std::exchange(*done, true)) {
+            qCDebug(freedesktop::keysLog, "the X server has closed the connection");
             action();
         }
     };
@@ -51,7 +53,8 @@ std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions 
                                                       platform::EventTapCallback callback,
                                                       void* userInfo) {
     auto connection = Connection::open(displayName_);
-    if (findTrustProblem(connection.get())) {
+    if (const auto problem = findTrustProblem(connection.get())) {
+        qCDebug(freedesktop::keysLog, "no tap: %s", trustMessage(*problem).english().c_str());
         return nullptr;
     }
     selectKeyboardChanges(*connection);

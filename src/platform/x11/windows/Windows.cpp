@@ -1,5 +1,6 @@
 #include "platform/x11/windows/Windows.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/x11/windows/WindowRaising.h"
 #include "platform/x11/windows/WindowTypes.h"
 
@@ -23,6 +24,7 @@ WindowReader* Windows::reader() {
     if (!reader_) {
         auto connection = Connection::open(displayName_);
         if (!connection) {
+            qCDebug(freedesktop::windowsLog, "the X server does not answer");
             return nullptr;
         }
         reader_.emplace(std::move(connection), host_.windowOwners);
