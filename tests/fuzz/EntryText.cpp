@@ -2,8 +2,8 @@
 
 #include "fuzz/Require.h"
 #include "platform/LocalizedError.h"
-#include "platform/freedesktop/entries/CommandLine.h"
 #include "platform/freedesktop/entries/EntryFile.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/files/Descriptor.h"
 
 #include <algorithm>

@@ -5,9 +5,8 @@
 #include "fuzz/Require.h"
 #include "fuzz/Target.h"
 #include "fuzz/WindowText.h"
-#include "platform/freedesktop/entries/CommandLine.h"
 #include "platform/freedesktop/entries/EntryIndex.h"
-#include "platform/freedesktop/entries/ExecQuoting.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/owners/OwnerResolution.h"
 
 #include <algorithm>

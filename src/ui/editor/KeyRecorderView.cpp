@@ -8,7 +8,7 @@
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
 #include "ui/parts/FittingLabel.h"
-#include "ui/parts/Windows.h"
+#include "ui/parts/WindowPlacing.h"
 
 #include <QPushButton>
 

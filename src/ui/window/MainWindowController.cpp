@@ -11,7 +11,7 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/Alert.h"
 #include "ui/parts/Sheets.h"
-#include "ui/parts/Windows.h"
+#include "ui/parts/WindowPlacing.h"
 #include "ui/window/CardScrollView.h"
 #include "ui/window/CardStackView.h"
 #include "ui/window/HeaderBar.h"

@@ -1,7 +1,7 @@
 #include "platform/freedesktop/entries/DesktopEntry.h"
 
-#include "platform/freedesktop/entries/CommandLine.h"
 #include "platform/freedesktop/entries/EntryFile.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/launching/LaunchError.h"
 #include "platform/freedesktop/launching/ProgramFile.h"
 #include "platform/freedesktop/owners/ProgramIdentity.h"

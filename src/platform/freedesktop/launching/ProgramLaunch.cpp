@@ -1,7 +1,7 @@
 #include "platform/freedesktop/launching/ProgramLaunch.h"
 
-#include "platform/freedesktop/entries/CommandLine.h"
 #include "platform/freedesktop/entries/DesktopEntry.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/launching/LaunchError.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"

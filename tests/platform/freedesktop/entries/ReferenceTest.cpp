@@ -2,9 +2,9 @@
 
 #include "platform/LocalizedError.h"
 #include "platform/freedesktop/ApplicationsHome.h"
-#include "platform/freedesktop/entries/CommandLine.h"
 #include "platform/freedesktop/entries/DesktopEntries.h"
 #include "platform/freedesktop/entries/EntryFile.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/entries/GlibPointers.h"
 
 #include <cstdlib>

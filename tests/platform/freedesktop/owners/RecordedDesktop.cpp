@@ -1,6 +1,6 @@
 #include "platform/freedesktop/owners/RecordedDesktop.h"
 
-#include "platform/freedesktop/entries/CommandLine.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 
 #include <string>
 #include <vector>

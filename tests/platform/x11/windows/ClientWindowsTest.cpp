@@ -73,6 +73,14 @@ TEST_F(ClientWindowsTest, AskOnceInATurnOfTheMainLoop) {
     EXPECT_EQ(requestsDuring(connection(), [&] { windows_.copyWindowInfo(); }), 0U);
 }
 
+TEST_F(ClientWindowsTest, AskAgainOnceAWatchBegins) {
+    EXPECT_THAT(owners(), IsEmpty());
+    const auto first = open("First");
+    EXPECT_THAT(owners(), IsEmpty()) << "of the same turn";
+    const auto watch = windows_.watch([] {});
+    EXPECT_THAT(owners(), ElementsAre("First")) << "or nobody would hear of it";
+}
+
 TEST_F(ClientWindowsTest, AskAgainWhenAChangeIsTold) {
     const auto watch = windows_.watch([] {});
     const auto first = open("First");

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/entries/CommandLine.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 
 #include "platform/freedesktop/entries/DesktopEntry.h"
 
@@ -21,48 +21,48 @@ std::vector<std::string> expand(const std::string& exec) {
     return commandLineOf(entry);
 }
 
-TEST(CommandLineTest, CodesForFilesFallAway) {
+TEST(ExecLineTest, CodesForFilesFallAway) {
     EXPECT_THAT(expand("edit %f"), ElementsAre("edit"));
     EXPECT_THAT(expand("edit %F --new %u end %U"), ElementsAre("edit", "--new", "end"));
 }
 
-TEST(CommandLineTest, ACodeForFilesInsideAWordLeavesTheRestOfIt) {
+TEST(ExecLineTest, ACodeForFilesInsideAWordLeavesTheRestOfIt) {
     EXPECT_THAT(expand("edit --file=%f"), ElementsAre("edit", "--file="));
 }
 
-TEST(CommandLineTest, DeprecatedCodesFallAway) {
+TEST(ExecLineTest, DeprecatedCodesFallAway) {
     EXPECT_THAT(expand("edit %d %D %n %N %v %m"), ElementsAre("edit"));
 }
 
-TEST(CommandLineTest, IconNameAndPathAreFilledIn) {
+TEST(ExecLineTest, IconNameAndPathAreFilledIn) {
     EXPECT_THAT(expand("edit %i %c %k"), ElementsAre("edit", "--icon", "editor-icon", "The Editor",
                                                      "/apps/the editor.desktop"));
 }
 
-TEST(CommandLineTest, AnEntryWithoutIconGetsNoIconOption) {
+TEST(ExecLineTest, AnEntryWithoutIconGetsNoIconOption) {
     DesktopEntry entry;
     entry.words = {"edit", "%i"};
     EXPECT_THAT(commandLineOf(entry), ElementsAre("edit"));
 }
 
-TEST(CommandLineTest, TwoPercentSignsAreOneAndNeverACode) {
+TEST(ExecLineTest, TwoPercentSignsAreOneAndNeverACode) {
     EXPECT_THAT(expand("edit 100%% %%f"), ElementsAre("edit", "100%", "%f"));
 }
 
-TEST(CommandLineTest, ALonePercentSignAtTheEndFallsAway) {
+TEST(ExecLineTest, ALonePercentSignAtTheEndFallsAway) {
     EXPECT_THAT(expand("edit 100%"), ElementsAre("edit", "100"));
 }
 
-TEST(CommandLineTest, QuotedWordsKeepTheirSpacesAndSpecialCharacters) {
+TEST(ExecLineTest, QuotedWordsKeepTheirSpacesAndSpecialCharacters) {
     EXPECT_THAT(expand(R"("/opt/My Editor/edit" "a \"b\" \$c \`d\` \\e" ;rm *)"),
                 ElementsAre("/opt/My Editor/edit", R"(a "b" $c `d` \e)", ";rm", "*"));
 }
 
-TEST(CommandLineTest, AnEmptyQuotedWordStays) {
+TEST(ExecLineTest, AnEmptyQuotedWordStays) {
     EXPECT_THAT(expand(R"(edit "" x)"), ElementsAre("edit", "", "x"));
 }
 
-TEST(CommandLineTest, BrokenQuotingOrNothingGivesNothing) {
+TEST(ExecLineTest, BrokenQuotingOrNothingGivesNothing) {
     EXPECT_THAT(expand(R"(edit "open)"), IsEmpty());
     EXPECT_THAT(expand(""), IsEmpty());
     EXPECT_THAT(expand("   "), IsEmpty());

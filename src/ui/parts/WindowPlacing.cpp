@@ -1,4 +1,4 @@
-#include "ui/parts/Windows.h"
+#include "ui/parts/WindowPlacing.h"
 
 #include <QScreen>
 #include <QWidget>

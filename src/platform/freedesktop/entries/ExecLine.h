@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,5 +17,10 @@ std::vector<std::string> wordsOf(const std::string& exec);
 /// so does an argument that consists of nothing else; %i, %c, %k and %% are filled in. The first
 /// word is the program as the entry names it. Empty if the entry has no usable command line.
 std::vector<std::string> commandLineOf(const DesktopEntry& entry);
+
+/// The Exec line that starts `program`, an absolute path, without arguments: quoted by the Desktop
+/// Entry Specification, not yet escaped as a text of the file. Absent if no line can say that path:
+/// it is not UTF-8, or has both "%" and "=" in it.
+std::optional<std::string> execLineFor(const std::filesystem::path& program);
 
 } // namespace hollowfernpike::freedesktop
