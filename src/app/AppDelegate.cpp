@@ -8,7 +8,7 @@
 #include "platform/AccessibilityTrust.h"
 #include "platform/FatalError.h"
 #include "platform/NotificationCenter.h"
-#include "ui/exchange/MenuExchange.h"
+#include "ui/exchange/ShortcutExchange.h"
 #include "ui/window/MainWindowController.h"
 
 #include <utility>
@@ -93,11 +93,11 @@ void AppDelegate::openMainWindow() {
 }
 
 void AppDelegate::exportShortcuts() {
-    MenuExchange::exportShortcuts();
+    ShortcutExchange::exportShortcuts(ExchangePresentation::modal());
 }
 
 void AppDelegate::importShortcuts() {
-    MenuExchange::importShortcuts();
+    ShortcutExchange::importShortcuts(ExchangePresentation::modal());
 }
 
 void AppDelegate::changeLanguage(const MenuItem* sender) {

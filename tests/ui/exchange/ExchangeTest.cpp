@@ -87,7 +87,7 @@ TEST_P(ExchangeInEach, SpeaksJapanese) {
 TEST_F(MenuExchangeTest, TheMenuTellsOfAnExportInJapanese) {
     speak(Language::japanese);
     ModalAnswers answers({choose(newFile("list.json")), press("OK")});
-    MenuExchange::exportShortcuts();
+    ShortcutExchange::exportShortcuts(ExchangePresentation::modal());
     EXPECT_EQ(answers.shown().at(1),
               "modal checkmark.circle | ショートカットをエクスポートしました。 | OK");
 }
@@ -96,7 +96,7 @@ TEST_F(MenuExchangeTest, TheMenuTellsOfAnImportInJapanese) {
     speak(Language::japanese);
     ModalAnswers answers(
         {choose(file("in.json", documentWith("Other"))), press("OK"), press("OK")});
-    MenuExchange::importShortcuts();
+    ShortcutExchange::importShortcuts(ExchangePresentation::modal());
     EXPECT_EQ(answers.shown().at(2),
               "modal information | ショートカットをインポートしました。 | OK");
 }
@@ -118,8 +118,8 @@ TEST_F(MenuExchangeTest, PanelsShowJsonFilesAlone) {
                               EXPECT_EQ(dialog.windowTitle(), "Import Shortcuts");
                               dialog.close();
                           }});
-    MenuExchange::exportShortcuts();
-    MenuExchange::importShortcuts();
+    ShortcutExchange::exportShortcuts(ExchangePresentation::modal());
+    ShortcutExchange::importShortcuts(ExchangePresentation::modal());
     EXPECT_TRUE(answers.allGiven());
 }
 
@@ -128,7 +128,7 @@ TEST_F(MenuExchangeTest, AnEndOfTheProgramEndsTheMenusFlowAtOnce) {
     ModalAnswers answers({[](QWidget&) { QCoreApplication::exit(7); }});
     bool returned = false;
     QTimer::singleShot(0, [&] {
-        MenuExchange::exportShortcuts();
+        ShortcutExchange::exportShortcuts(ExchangePresentation::modal());
         returned = true;
     });
     EXPECT_EQ(QApplication::exec(), 7);
@@ -140,7 +140,7 @@ TEST_F(MenuExchangeTest, AnEndOfTheProgramEndsTheMenusFlowAtOnce) {
 TEST_F(MenuExchangeTest, AnEndOfTheProgramAtTheQuestionKeepsTheList) {
     ModalAnswers answers({choose(file("in.json", documentWith("Other"))),
                           [](QWidget&) { QCoreApplication::exit(7); }});
-    QTimer::singleShot(0, [] { MenuExchange::importShortcuts(); });
+    QTimer::singleShot(0, [] { ShortcutExchange::importShortcuts(ExchangePresentation::modal()); });
     EXPECT_EQ(QApplication::exec(), 7);
     EXPECT_THAT(answers.shown(), SizeIs(2));
     EXPECT_THAT(names(), ElementsAre("Editor"));

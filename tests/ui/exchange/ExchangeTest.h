@@ -2,7 +2,7 @@
 
 #include "support/TemporaryDirectory.h"
 #include "ui/ModalAnswers.h"
-#include "ui/exchange/MenuExchange.h"
+#include "ui/exchange/ShortcutExchange.h"
 #include "ui/window/WindowTest.h"
 
 #include <deque>

@@ -1,12 +1,19 @@
 #pragma once
 
-#include "platform/freedesktop/files/Releaser.h"
-
 #include <memory>
 
 #include <glib.h>
 
 namespace hollowfernpike::freedesktop {
+
+/// Gives what a C library handed over back to it, by one of its functions.
+template <auto release>
+struct Releaser {
+    template <class T>
+    void operator()(T* held) const noexcept {
+        release(held);
+    }
+};
 
 /// What GLib hands over for us to release, each kind in the way it wants.
 using TextPointer = std::unique_ptr<char, Releaser<&g_free>>;

@@ -6,7 +6,6 @@
 #include "platform/freedesktop/launching/LaunchError.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
 #include "platform/freedesktop/launching/ProgramFile.h"
-#include "platform/freedesktop/launching/Terminal.h"
 #include "platform/freedesktop/owners/ProcessFacts.h"
 
 #include <algorithm>
@@ -41,6 +40,40 @@ std::vector<std::string> launchEnvironment(const std::string& entryPath,
         variables.push_back("XDG_ACTIVATION_TOKEN=" + startupIdentifier);
     }
     return variables;
+}
+
+struct Terminal {
+    const char* program;
+    const char* beforeCommand;
+};
+
+constexpr std::array<Terminal, 12> terminals{{{"xdg-terminal-exec", nullptr},
+                                              {"x-terminal-emulator", "-e"},
+                                              {"gnome-terminal", "--"},
+                                              {"kgx", "-e"},
+                                              {"konsole", "-e"},
+                                              {"xfce4-terminal", "-x"},
+                                              {"mate-terminal", "-x"},
+                                              {"tilix", "-e"},
+                                              {"kitty", "--"},
+                                              {"alacritty", "-e"},
+                                              {"urxvt", "-e"},
+                                              {"xterm", "-e"}}};
+
+/// The first words of a command that runs another one in a terminal window: the user's choice where
+/// the desktop knows it, else the first terminal that is installed. Empty if there is none.
+std::vector<std::string> terminalPrefix() {
+    for (const auto& terminal : terminals) {
+        if (findProgram(terminal.program).empty()) {
+            continue;
+        }
+        std::vector<std::string> words{terminal.program};
+        if (terminal.beforeCommand != nullptr) {
+            words.emplace_back(terminal.beforeCommand);
+        }
+        return words;
+    }
+    return {};
 }
 
 std::vector<std::string> argumentsOf(const DesktopEntry& entry) {

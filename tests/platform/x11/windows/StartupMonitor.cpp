@@ -1,4 +1,4 @@
-#include "platform/x11/startup/StartupMonitor.h"
+#include "platform/x11/windows/StartupMonitor.h"
 
 #include "platform/x11/server/Reply.h"
 

@@ -1,6 +1,6 @@
-#include "platform/x11/startup/LaunchFeedback.h"
+#include "platform/x11/LaunchFeedback.h"
 
-#include "platform/x11/startup/StartupMonitor.h"
+#include "platform/x11/windows/StartupMonitor.h"
 #include "platform/x11/windows/WindowsTest.h"
 #include "support/KeyInjector.h"
 
