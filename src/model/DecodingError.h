@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/JsonValue.h"
 #include "model/RecordKeys.h"
+#include "model/json/JsonValue.h"
 #include "platform/LocalizedError.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "model/OneLine.h"
 
-#include "model/Utf8.h"
+#include "model/json/Utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "model/RecordDecoder.h"
 
 #include "model/DecodingError.h"
-#include "model/JsonInteger.h"
+#include "model/json/JsonInteger.h"
 
 #include <limits>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/AppShortcut.h"
-#include "model/JsonValue.h"
 #include "model/RecordKeys.h"
+#include "model/json/JsonValue.h"
 
 #include <array>
 #include <cstddef>

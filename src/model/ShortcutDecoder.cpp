@@ -1,9 +1,9 @@
 #include "model/ShortcutDecoder.h"
 
 #include "model/DecodingError.h"
-#include "model/JsonNumbers.h"
 #include "model/ShortcutListReader.h"
-#include "model/Utf8.h"
+#include "model/json/JsonNumbers.h"
+#include "model/json/Utf8.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "model/ShortcutEncoder.h"
 
-#include "model/JsonString.h"
 #include "model/OneLine.h"
 #include "model/RecordKeys.h"
-#include "model/Utf8.h"
+#include "model/json/JsonString.h"
+#include "model/json/Utf8.h"
 
 #include <array>
 #include <string_view>

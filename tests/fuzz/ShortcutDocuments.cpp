@@ -5,7 +5,7 @@
 #include "fuzz/Target.h"
 #include "model/ShortcutDecoder.h"
 #include "model/ShortcutEncoder.h"
-#include "model/Utf8.h"
+#include "model/json/Utf8.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "model/JsonInteger.h"
+#include "model/json/JsonInteger.h"
 
 #include <cstdint>
 #include <limits>

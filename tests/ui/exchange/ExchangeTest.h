@@ -81,14 +81,19 @@ protected:
     using Answers = std::deque<ModalAnswers::Answer>;
     using Shown = std::vector<std::string>;
 
+    static void exportFromMenu() {
+        ShortcutExchange::exportShortcuts(ExchangePresentation::modal());
+    }
+    static void importFromMenu() {
+        ShortcutExchange::importShortcuts(ExchangePresentation::modal());
+    }
+
     /// Exports, or imports, and returns what was shown until every answer was given.
     Shown exportAnswering(const Answers& given) {
-        return answering(given, MenuExchange::exportShortcuts,
-                         &MainWindowController::exportShortcuts);
+        return answering(given, exportFromMenu, &MainWindowController::exportShortcuts);
     }
     Shown importAnswering(const Answers& given) {
-        return answering(given, MenuExchange::importShortcuts,
-                         &MainWindowController::importShortcuts);
+        return answering(given, importFromMenu, &MainWindowController::importShortcuts);
     }
 
     /// The same for what succeeds, which the menu tells.

@@ -1,4 +1,4 @@
-#include "model/JsonString.h"
+#include "model/json/JsonString.h"
 
 #include <array>
 #include <cstdint>

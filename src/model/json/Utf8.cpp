@@ -1,4 +1,4 @@
-#include "model/Utf8.h"
+#include "model/json/Utf8.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "model/JsonNumbers.h"
+#include "model/json/JsonNumbers.h"
 
 #include <algorithm>
 
