@@ -71,8 +71,10 @@ void giveANumberOutAgain() {
     OwnProcesses::giveOutNext(number);
     const ChildProcess after({home.program("after"), home.reports().string(), "stay"});
     ASSERT_EQ(after.pid(), number);
-    ASSERT_TRUE(
-        test::waitUntil([&] { return processFacts(number).executable == home.program("after"); }));
+    ASSERT_TRUE(test::waitUntil([&] {
+        const auto facts = processFacts(number);
+        return facts.executable == home.program("after") && facts.hasEnvironment;
+    }));
     EXPECT_THAT(numbersOf(table.running("after")), ElementsAre(number));
     EXPECT_THAT(numbersOf(table.running("before")), IsEmpty());
 }
