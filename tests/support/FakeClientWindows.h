@@ -22,9 +22,11 @@ public:
 
     /// Lets a window appear and tells whoever watches.
     void show(platform::ClientWindow window) {
-        windows_.push_back(std::move(window));
+        showSilently(std::move(window));
         tell();
     }
+
+    void showSilently(platform::ClientWindow window) { windows_.push_back(std::move(window)); }
 
     void closeAll() {
         windows_.clear();
