@@ -18,27 +18,24 @@ using namespace test;
 constexpr std::uint16_t letterJ = 38;
 const Combination superJ{letterJ, command};
 
-/// Whether, after some waiting, the utility has Super+J on the application's newest window, too. It
-/// is all prepared then.
-testing::AssertionResult isLiveOn(Story& story, const Application& application) {
+/// Whether, after some waiting, the utility has Super+J on this window, too. It is all prepared
+/// then.
+testing::AssertionResult isLiveOn(Story& story, xcb_window_t window) {
     auto grab = story.grabOf(superJ);
-    grab.window = application.windows().back();
+    grab.window = window;
     return story.isLive(grab);
 }
 
-/// Who holds the Super key freezes the keyboard until it has answered a press. If that takes longer
-/// than a key has to be held down to repeat, the server repeats the key without end, though it was
-/// let go, and the program in front takes it for typing. To be called when the window manager runs:
-/// mutter turns the repetition on.
-void turnRepetitionOff(Story& story) {
-    story.run({"xset", "r", "off"});
+/// The same for the application's newest window.
+testing::AssertionResult isLiveOn(Story& story, const Application& application) {
+    return isLiveOn(story, application.windows().back());
 }
 
 /// Window managers that open something of theirs with the Super key alone.
 class LoneSuperKeyTest : public testing::TestWithParam<const char*> {
 protected:
     LoneSuperKeyTest() {
-        turnRepetitionOff(story);
+        story.turnRepetitionOff();
         for (const auto set : modifierSets()) {
             if ((set & command) != 0) {
                 story.bind({letterJ, set}, target);
@@ -78,6 +75,7 @@ TEST_P(LoneSuperKeyTest, EveryOrderOfTheModifiersBringsTheApplication) {
 
 TEST_P(LoneSuperKeyTest, TheApplicationIsLaunchedWhereNoWindowIsOpen) {
     story.startUtility();
+    ASSERT_TRUE(isLiveOn(story, story.pager.focusedWindow()));
     story.strike(superJ);
     ASSERT_TRUE(story.isInFront(target));
     auto& later = story.open("Later");
@@ -103,7 +101,7 @@ protected:
     void replaceBy(const std::vector<std::string>& program) {
         story->desktop.windowManager().signal(SIGKILL);
         successor = startNewWindowManager(*story, program);
-        turnRepetitionOff(*story);
+        story->turnRepetitionOff();
     }
 
     std::optional<Story> story;
@@ -136,7 +134,7 @@ TEST_F(NewWindowManagerTest, ThatItDoesNotHoldTheSuperKeyIsNoticed) {
 class SuperKeyUnderIcewmTest : public testing::Test {
 protected:
     SuperKeyUnderIcewmTest() {
-        turnRepetitionOff(story);
+        story.turnRepetitionOff();
         story.bind(superJ, target);
         story.startUtility();
         EXPECT_TRUE(isLiveOn(story, front));

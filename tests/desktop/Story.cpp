@@ -146,6 +146,10 @@ testing::AssertionResult Story::isFree(const Combination& combination) {
     return testing::AssertionFailure() << combination.keyName() << " is still taken";
 }
 
+void Story::turnRepetitionOff() {
+    run({"xset", "r", "off"});
+}
+
 void Story::unbindWindowManager() {
     writeFile(desktop.home() / ".config" / "openbox" / "rc.xml",
               R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard/></openbox_config>)");
@@ -211,10 +215,19 @@ testing::AssertionResult Story::getsKeys(const Application& application) {
 }
 
 testing::AssertionResult Story::switchTo(const Application& application) {
-    if (!bringForward([&] { return application.windows(); })) {
-        return isInFront(application);
-    }
-    return getsKeys(application);
+    const auto key = keyboard.keycode(unboundKey);
+    const auto before = application.downs(key);
+    const auto getsKeysSoon = [&] {
+        if (!bringForward([&] { return application.windows(); })) {
+            return false;
+        }
+        keyboard.strike({unboundKey});
+        return waitUntil([&] { return application.downs(key) > before; }, 5s);
+    };
+    return waitUntil(getsKeysSoon) ? testing::AssertionSuccess()
+                                   : testing::AssertionFailure()
+                                         << application.name() << " does not get the keys\n"
+                                         << diary();
 }
 
 bool Story::bringForward(const std::function<std::vector<xcb_window_t>()>& windows) {

@@ -71,6 +71,11 @@ public:
     /// Whether, after some waiting, nobody holds the combination any more.
     testing::AssertionResult isFree(const Combination& combination);
 
+    /// Keeps the server from repeating keys: it does so without end if it has to wait for somebody
+    /// who has the keyboard longer than a key is held down before it repeats. Some window managers
+    /// turn the repetition on when they start.
+    void turnRepetitionOff();
+
     /// Takes all key bindings from the window manager, which must be Openbox.
     void unbindWindowManager();
 
@@ -94,7 +99,8 @@ public:
     /// struck before has then reached it, or never will.
     testing::AssertionResult getsKeys(const Application& application);
 
-    /// Brings it to the front as a task bar does, then as `getsKeys`.
+    /// Brings it to the front as a task bar does, then as `getsKeys`; both again if need be: what
+    /// was opened before may still be asking for the front.
     testing::AssertionResult switchTo(const Application& application);
 
     /// Asks for the first of these windows as a task bar does, again if need be: what was opened

@@ -14,6 +14,8 @@ using namespace test;
 
 class TargetsTest : public testing::TestWithParam<const char*> {
 protected:
+    TargetsTest() { story.turnRepetitionOff(); }
+
     Story story{GetParam()};
 
     /// Opens the target, then another application that covers it, and starts the utility.

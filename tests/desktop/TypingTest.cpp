@@ -16,6 +16,8 @@ const Combination toOther{38, control | option};
 
 class TypingTest : public testing::Test {
 protected:
+    TypingTest() { story.turnRepetitionOff(); }
+
     Story story;
     Application& front = story.open("Front");
 

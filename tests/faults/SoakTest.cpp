@@ -91,6 +91,7 @@ std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
 class SoakTest : public testing::Test {
 protected:
     SoakTest() {
+        story.turnRepetitionOff();
         story.bind(toOne, one);
         story.bind(toOther, other);
         story.writeShortcuts();

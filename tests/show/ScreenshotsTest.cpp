@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::UnorderedElementsAre;
 
-constexpr auto longestRun = 100s;
+constexpr auto longestRun = 280s;
 
 class ScreenshotsTest : public testing::Test {
 protected:

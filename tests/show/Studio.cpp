@@ -36,7 +36,7 @@ void Studio::start(const test::Environment& changes) {
     }
     story.writeShortcuts();
     story.launchUtility(environment);
-    user.require([this] { return story.pager.clients(story.utility().pid()) > 1; },
+    user.require([this] { return story.pager.clients(story.utility().pid()) > 2; },
                  "the utility does not come");
 }
 

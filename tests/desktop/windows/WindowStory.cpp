@@ -13,8 +13,8 @@ WindowStory::WindowStory() : WindowUser(static_cast<Story&>(*this)), front(open(
 
 void WindowStory::start(const Environment& changes) {
     launchUtility(changes);
-    // The toolkit's connection and the one for the keys: by then it is the one that runs.
-    require([this] { return pager.clients(utility().pid()) > 1; }, "the utility does not come");
+    // Connected for its own windows, for the keys and for others' windows: it is the one that runs.
+    require([this] { return pager.clients(utility().pid()) > 2; }, "the utility does not come");
 }
 
 void WindowStory::add(const Application& application, const Combination& combination) {

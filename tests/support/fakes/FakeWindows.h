@@ -50,9 +50,11 @@ public:
 
     /// Lets a client window appear and tells whoever watches.
     void show(platform::ClientWindow window) {
-        clients_.push_back(std::move(window));
+        showSilently(std::move(window));
         tell();
     }
+
+    void showSilently(platform::ClientWindow window) { clients_.push_back(std::move(window)); }
 
     void closeAll() {
         clients_.clear();

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace hollowfernpike::test {
@@ -36,6 +37,12 @@ public:
         return true;
     }
 
+    /// From now on work for later becomes due by advance() alone.
+    void stopClock() {
+        const std::scoped_lock lock(mutex_);
+        stopped_ = Clock::now();
+    }
+
     /// Has what waits become due so much earlier.
     void advance(std::chrono::milliseconds time) {
         const std::scoped_lock lock(mutex_);
@@ -52,15 +59,17 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    Clock::time_point now() const { return stopped_.value_or(Clock::now()); }
+
     void schedule(std::chrono::milliseconds delay, Work work) {
         const std::scoped_lock lock(mutex_);
-        waiting_.emplace(Clock::now() + delay, std::move(work));
+        waiting_.emplace(now() + delay, std::move(work));
         arrival_.notify_one();
     }
 
     Work takeDue() {
         const std::scoped_lock lock(mutex_);
-        if (waiting_.empty() || waiting_.begin()->first > Clock::now()) {
+        if (waiting_.empty() || waiting_.begin()->first > now()) {
             return {};
         }
         return std::move(waiting_.extract(waiting_.begin()).mapped());
@@ -79,6 +88,7 @@ private:
     std::mutex mutex_;
     std::condition_variable arrival_;
     std::multimap<Clock::time_point, Work> waiting_;
+    std::optional<Clock::time_point> stopped_;
 };
 
 } // namespace hollowfernpike::test

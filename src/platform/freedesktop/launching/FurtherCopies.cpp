@@ -21,13 +21,17 @@ bool FurtherCopies::mayStart(const std::string& identifier) {
     }
     auto running = processes_.running(identifier);
     std::erase_if(running, [](const auto& process) { return process.status.hasEnded; });
-    auto& before = runningBefore_[identifier];
-    const auto stayed = static_cast<std::size_t>(
-        std::ranges::count_if(running, [&](const auto& process) { return isIn(before, process); }));
-    if (stayed > 0 && stayed < running.size()) {
+    auto& [before, time] = lastStarts_[identifier];
+    const auto latest = time + clockTicks(longestStart_);
+    const auto hasStayed = [&](const auto& process) { return isIn(before, process); };
+    const auto isOfThatStart = [&](const auto& process) {
+        return !hasStayed(process) && process.status.startTime <= latest;
+    };
+    if (std::ranges::any_of(running, hasStayed) && std::ranges::any_of(running, isOfThatStart)) {
         return false;
     }
     before = std::move(running);
+    time = processClock();
     return true;
 }
 

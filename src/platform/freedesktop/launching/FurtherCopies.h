@@ -2,6 +2,8 @@
 
 #include "platform/freedesktop/owners/ProcessTable.h"
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -14,16 +16,25 @@ namespace hollowfernpike::freedesktop {
 /// thread only.
 class FurtherCopies {
 public:
-    /// The table outlives this.
-    explicit FurtherCopies(ProcessTable& processes) : processes_(processes) {}
+    /// The table outlives this. An instance that came later than `longestStart` after our start is
+    /// somebody else's.
+    explicit FurtherCopies(ProcessTable& processes,
+                           std::chrono::seconds longestStart = std::chrono::minutes{1})
+        : processes_(processes), longestStart_(longestStart) {}
 
-    /// To be asked right before each start of an application's program: false if another instance
-    /// has run beside an earlier one since the start before, and both still do.
+    /// To be asked right before each start of an application's program: false if the start before
+    /// has made another instance run beside an earlier one, and both still do.
     bool mayStart(const std::string& identifier);
 
 private:
+    struct Start {
+        std::vector<LiveProcess> runningBefore;
+        std::uint64_t time = 0; ///< by the clock of processes
+    };
+
     ProcessTable& processes_;
-    std::map<std::string, std::vector<LiveProcess>, std::less<>> runningBefore_;
+    std::chrono::seconds longestStart_;
+    std::map<std::string, Start, std::less<>> lastStarts_;
 };
 
 } // namespace hollowfernpike::freedesktop

@@ -74,6 +74,9 @@ platform::StartingApplication announcementOf(const DesktopEntry& entry) {
 } // namespace
 
 bool LaunchesUnderWay::join(const FileStamp& file, bool activates, const Completion& completion) {
+    if (find(file)) {
+        lookForWindows(); // not every window manager tells of new ones
+    }
     if (const auto ended = find(file); ended && hasEnded(*ended)) {
         finish(*ended);
     }
@@ -175,6 +178,10 @@ void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& w
 }
 
 void LaunchesUnderWay::giveUp(Launch& launch) {
+    lookForWindows();
+    if (find(launch.entry.stamp).get() != &launch) {
+        return;
+    }
     if (!launch.result) {
         settle(launch, {.processIdentifier = std::nullopt, .error = noAnswer(launch.entry.path)});
     } else if (launch.process) {

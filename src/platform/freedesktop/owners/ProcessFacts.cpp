@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <climits>
+#include <ctime>
 #include <string_view>
 
 #include <fcntl.h>
@@ -169,6 +170,24 @@ ProcessFacts processFacts(std::int32_t process) {
     readEnvironment(directory.get(), process, facts);
     facts.commandLine = commandLine(directory.get());
     return facts;
+}
+
+std::string executableOf(std::int32_t process) {
+    return executable(processDirectory(process).get());
+}
+
+std::uint64_t processClock() {
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    constexpr std::uint64_t nanosecondsOfASecond = 1'000'000'000;
+    const auto ofThisSecond = static_cast<std::uint64_t>(now.tv_nsec) *
+                              clockTicks(std::chrono::seconds{1}) / nanosecondsOfASecond;
+    return clockTicks(std::chrono::seconds{now.tv_sec}) + ofThisSecond;
+}
+
+std::uint64_t clockTicks(std::chrono::seconds time) {
+    return static_cast<std::uint64_t>(time.count()) *
+           static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
 }
 
 } // namespace hollowfernpike::freedesktop

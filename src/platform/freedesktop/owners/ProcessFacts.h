@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -42,5 +43,14 @@ std::optional<ProcessStatus> processStatus(std::int32_t process);
 bool descendsFrom(std::int32_t process, std::int32_t ancestor);
 
 ProcessFacts processFacts(std::int32_t process);
+
+/// The file that the process runs, as in its facts.
+std::string executableOf(std::int32_t process);
+
+/// Now, as start times count it.
+std::uint64_t processClock();
+
+/// Seconds, as start times count them.
+std::uint64_t clockTicks(std::chrono::seconds time);
 
 } // namespace hollowfernpike::freedesktop

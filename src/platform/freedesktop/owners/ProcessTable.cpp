@@ -1,12 +1,14 @@
 #include "platform/freedesktop/owners/ProcessTable.h"
 
+#include "platform/freedesktop/entries/Names.h"
 #include "platform/freedesktop/owners/OwnerResolution.h"
+#include "platform/freedesktop/owners/ProgramIdentity.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <tuple>
 
@@ -18,7 +20,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::uint64_t youth = 2; // seconds, of which the first counts whole
+constexpr std::chrono::seconds youth{2};
 
 struct DirectoryCloser {
     void operator()(DIR* directory) const noexcept { ::closedir(directory); }
@@ -62,10 +64,7 @@ bool isOfUser(uid_t user, std::int32_t process) {
 }
 
 bool startedJustNow(const ProcessStatus& status) {
-    timespec now{};
-    ::clock_gettime(CLOCK_BOOTTIME, &now);
-    const auto ticks = static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
-    return static_cast<std::uint64_t>(now.tv_sec) < status.startTime / ticks + youth;
+    return processClock() < status.startTime + clockTicks(youth);
 }
 
 std::string_view withoutScreen(std::string_view display) {
@@ -107,7 +106,7 @@ void ProcessTable::refresh() {
         generation_ = generation;
     }
     for (auto& [number, known] : processes_) {
-        if (known.isYoung) {
+        if (known.isYoung || hasBecomeAnother(number, known)) {
             lookAgain(number, known);
         }
     }
@@ -141,6 +140,9 @@ ProcessTable::Known ProcessTable::look(std::int32_t process) const {
         const auto facts = processFacts(process);
         known.isYoung = startedJustNow(*status) || !isInPlace(facts);
         known.identifier = resolve(facts);
+        if (isInterpreter(fileName(facts.executable))) {
+            known.interpreter = facts.executable;
+        }
     }
     return known;
 }
@@ -155,6 +157,11 @@ void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
         known = look(process);
         known.inode = inode;
     }
+}
+
+// As a script that waits for something and then becomes the program.
+bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
+    return !known.interpreter.empty() && executableOf(process) != known.interpreter;
 }
 
 std::string ProcessTable::resolve(const ProcessFacts& process) const {

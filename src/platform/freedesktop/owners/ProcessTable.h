@@ -44,6 +44,7 @@ private:
         std::string identifier; ///< empty for a process that runs no application of ours
         ProcessStatus status;
         bool isYoung = false;    ///< it may yet become another program, or tell more
+        std::string interpreter; ///< the file of one that is no program of its own; empty for none
         std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
         std::uint64_t scan = 0;
     };
@@ -52,6 +53,7 @@ private:
     void scan();
     Known look(std::int32_t process) const;
     void lookAgain(std::int32_t process, Known& known) const;
+    static bool hasBecomeAnother(std::int32_t process, const Known& known);
     std::string resolve(const ProcessFacts& process) const;
     bool isHelper(const LiveProcess& process, const std::vector<LiveProcess>& candidates) const;
 

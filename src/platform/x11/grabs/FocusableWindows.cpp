@@ -15,18 +15,21 @@ bool FocusableWindows::isChange(const xcb_generic_event_t& event) const {
     return change.atom == atoms_.clientList || change.atom == atoms_.activeWindow;
 }
 
-std::vector<xcb_window_t> FocusableWindows::read() const {
+Focusable FocusableWindows::read() const {
     const auto focusQuestion = xcb_get_input_focus(connection_.get());
-    auto windows = DesktopQuery(connection_, atoms_).take().windows;
+    Focusable result{.windows = DesktopQuery(connection_, atoms_).take().windows};
     const Reply<xcb_get_input_focus_reply_t> focus{
         xcb_get_input_focus_reply(connection_.get(), focusQuestion, nullptr)};
     const bool isWindow = focus && focus->focus != XCB_NONE &&
                           focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT &&
                           focus->focus != connection_.root();
-    if (isWindow && std::ranges::find(windows, focus->focus) == windows.end()) {
-        windows.push_back(focus->focus);
+    if (isWindow) {
+        result.focused = focus->focus;
+        if (std::ranges::find(result.windows, focus->focus) == result.windows.end()) {
+            result.windows.push_back(focus->focus);
+        }
     }
-    return windows;
+    return result;
 }
 
 } // namespace hollowfernpike::x11

@@ -9,6 +9,12 @@
 
 namespace hollowfernpike::x11 {
 
+/// Where keys can be typed.
+struct Focusable {
+    std::vector<xcb_window_t> windows;
+    xcb_window_t focused = XCB_NONE; ///< one of them
+};
+
 /// The windows that keys can be typed into: those that the window manager lists and the one that
 /// has the focus, which is one of the window manager's own while no other is open.
 class FocusableWindows {
@@ -24,7 +30,7 @@ public:
     bool isChange(const xcb_generic_event_t& event) const;
 
     /// Waits for the server.
-    std::vector<xcb_window_t> read() const;
+    Focusable read() const;
 
 private:
     const Connection& connection_;

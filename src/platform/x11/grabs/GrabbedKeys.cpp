@@ -128,7 +128,7 @@ void GrabbedKeys::followLoneSuperKey() {
         }
         selectRootEvents();
     }
-    grabs_.setWindows(windows_ ? windows_->read() : std::vector<xcb_window_t>{});
+    grabs_.setWindows(windows_ ? windows_->read() : Focusable{});
     if (loneSuperKey_ == LoneSuperKey::unguarded) {
         rawKeys_.start();
     }

@@ -42,8 +42,11 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
     return taken;
 }
 
-// A window may be gone before the server reads what is asked of it: an error that nobody reads.
-void KeyGrabs::setWindows(std::vector<xcb_window_t> windows) {
+// A window may be gone before the server reads what is asked of it: an error that nobody reads. And
+// a new one may have the number of one that has gone since the last time, without its grabs: so
+// those on the window that gets the keys are always made anew.
+void KeyGrabs::setWindows(Focusable focusable) {
+    auto& [windows, focused] = focusable;
     std::ranges::sort(windows);
     for (const auto window : windows_) {
         if (!std::ranges::binary_search(windows, window)) {
@@ -51,7 +54,7 @@ void KeyGrabs::setWindows(std::vector<xcb_window_t> windows) {
         }
     }
     for (const auto window : windows) {
-        if (std::ranges::binary_search(windows_, window)) {
+        if (window != focused && std::ranges::binary_search(windows_, window)) {
             continue;
         }
         for (const auto& [press, hold] : held_) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/x11/grabs/FocusableWindows.h"
 #include "platform/x11/keyboard/KeyboardMap.h"
 
 #include <map>
@@ -26,7 +27,7 @@ public:
     /// The windows on which presses with the Super key are grabbed besides the root, now and after
     /// later updates, instead of those given before. Does not wait for the server; what other
     /// clients hold there remains theirs.
-    void setWindows(std::vector<xcb_window_t> windows);
+    void setWindows(Focusable focusable);
 
     /// Gives everything back, and forgets the windows. Waits for the server, so that others can
     /// have it from here on.

@@ -110,6 +110,27 @@ TEST_F(FurtherCopiesTest, ACopyThatNobodyHasWaitedForHasEndedAllTheSame) {
     EXPECT_TRUE(start(path));
 }
 
+TEST_F(FurtherCopiesTest, ACopyThatSomebodyElseStartsLaterSaysNothingOfTheProgram) {
+    home_.addEntry("org.example.tray", home_.witnessNamed("org.example.tray", "stay"));
+    const auto run = [this](std::size_t copies) {
+        auto copy = std::make_unique<test::ChildProcess>(std::vector{
+            home_.program("org.example.tray"), home_.reports().string(), std::string("stay")});
+        home_.awaitWitnesses(copies);
+        return copy;
+    };
+    FurtherCopies copies(processes_, std::chrono::seconds{0});
+    const auto first = run(1);
+    EXPECT_TRUE(copies.mayStart("org.example.tray"));
+    const auto start = processClock();
+    ASSERT_TRUE(test::waitUntil([&] { return processClock() > start + 1; }));
+    const auto theirs = run(2);
+    EXPECT_TRUE(copies.mayStart("org.example.tray"));
+    FurtherCopies impatient(processes_);
+    EXPECT_TRUE(impatient.mayStart("org.example.tray"));
+    const auto ours = run(3);
+    EXPECT_FALSE(impatient.mayStart("org.example.tray"));
+}
+
 TEST_F(FurtherCopiesTest, ApplicationsDoNotCountForEachOther) {
     const auto one = home_.addEntry("one", home_.witness("stay", "one"));
     const auto other = home_.addEntry("other", home_.witness("stay", "other"));

@@ -74,6 +74,26 @@ TEST_F(LaunchesUnderWayTest, AWindowThatIsThereBeforeAnybodyWatchesEndsTheLaunch
     EXPECT_NE(launched(path), first);
 }
 
+TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWithTheNextRequest) {
+    const auto path = home_.addEntry("double", home_.witness("stay"));
+    const auto first = launched(path);
+    windows_.showSilently({.process = first, .owner = {}});
+    ++feedback_.holds;
+    EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWhenThePatienceEnds) {
+    const auto path = home_.addEntry("double", home_.witness("stay"));
+    const auto first = launched(path);
+    windows_.showSilently({.process = first, .owner = {}});
+    queue_.advance(LaunchesUnderWay::limit);
+    EXPECT_FALSE(windows_.isWatched());
+    EXPECT_THAT(feedback_.ended, IsEmpty()) << "the application has taken its notice back";
+    windows_.closeAll();
+    ++feedback_.holds;
+    EXPECT_NE(launched(path), first);
+}
+
 TEST_F(LaunchesUnderWayTest, TheSameHoldStartsNothingMoreOnceTheWindowWasShownAndClosed) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);

@@ -5,11 +5,13 @@
 #include "support/OwnProcesses.h"
 #include "support/WaitUntil.h"
 
-#include <ctime>
+#include <chrono>
+#include <fstream>
 #include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
@@ -45,11 +47,25 @@ TEST(ProcessTableTest, ProcessesOfAnotherUserRunNoneOfOurApplications) {
 
 /// Old enough not to be looked at again for its youth.
 bool hasGrownUp(pid_t process) {
-    timespec now{};
-    ::clock_gettime(CLOCK_BOOTTIME, &now);
     const auto status = processStatus(process);
-    const auto second = static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
-    return status && static_cast<std::uint64_t>(now.tv_sec) > status->startTime / second + 2;
+    return status && processClock() > status->startTime + clockTicks(std::chrono::seconds{3});
+}
+
+TEST(ProcessTableTest, AScriptThatBecomesTheProgramLongAfterItsStartIsFoundThen) {
+    const test::ApplicationsHome home;
+    home.addEntry("late", home.witnessNamed("late", "stay"));
+    const auto gate = home.path() / "gate";
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    const auto script = home.write(home.path() / "go", "read line < \"$1\"\nshift\nexec \"$@\"\n");
+    const ChildProcess process(
+        {"/bin/sh", script, gate.string(), home.program("late"), home.reports().string(), "stay"});
+    DesktopEntries entries;
+    ProcessTable table(entries);
+    ASSERT_TRUE(test::waitUntil([&] { return hasGrownUp(process.pid()); }));
+    EXPECT_THAT(numbersOf(table.running("late")), IsEmpty());
+    std::ofstream(gate) << "go\n";
+    home.awaitWitnesses(1);
+    EXPECT_THAT(numbersOf(table.running("late")), ElementsAre(process.pid()));
 }
 
 void giveANumberOutAgain() {
@@ -71,8 +87,10 @@ void giveANumberOutAgain() {
     OwnProcesses::giveOutNext(number);
     const ChildProcess after({home.program("after"), home.reports().string(), "stay"});
     ASSERT_EQ(after.pid(), number);
-    ASSERT_TRUE(
-        test::waitUntil([&] { return processFacts(number).executable == home.program("after"); }));
+    ASSERT_TRUE(test::waitUntil([&] {
+        const auto facts = processFacts(number);
+        return facts.executable == home.program("after") && facts.hasEnvironment;
+    }));
     EXPECT_THAT(numbersOf(table.running("after")), ElementsAre(number));
     EXPECT_THAT(numbersOf(table.running("before")), IsEmpty());
 }

@@ -31,6 +31,7 @@ protected:
     x11::KeyGrabs grabs_{client_.connection()};
     const platform::KeyCombination controlX_{.keyCode = 7, .modifierFlags = flags::control};
     const platform::KeyCombination controlC_{.keyCode = 8, .modifierFlags = flags::control};
+    const platform::KeyCombination superX_{.keyCode = 7, .modifierFlags = flags::command};
     const platform::KeyCombination controlV_{.keyCode = 9, .modifierFlags = flags::control};
 };
 
@@ -64,6 +65,31 @@ TEST_F(KeyGrabsTest, aPartHeldElsewhereMakesTheWholeCombinationTaken) {
     client_.sync();
     EXPECT_TRUE(other.grabKey(x, XCB_MOD_MASK_CONTROL));
     EXPECT_FALSE(other.grabKey(keyboard.keycode("AB03"), XCB_MOD_MASK_CONTROL));
+}
+
+TEST_F(KeyGrabsTest, makesThoseOnTheFocusedWindowAnewForItMayBeAnotherOne) {
+    XClient other(display_.name());
+    const auto window = xcb_generate_id(other.server());
+    const auto open = [&] {
+        xcb_create_window(other.server(), XCB_COPY_FROM_PARENT, window, other.connection().root(),
+                          0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
+                          nullptr);
+        other.sync();
+    };
+    const auto isGrabbed = [&] {
+        client_.sync();
+        const auto x = KeyInjector(display_.name()).keycode("AB02");
+        return !other.isFreeOn(window, x, XCB_MOD_MASK_4);
+    };
+    EXPECT_TRUE(grabs_.update(map_, Combinations{superX_}).empty());
+    open();
+    grabs_.setWindows({.windows = {window}});
+    EXPECT_TRUE(isGrabbed());
+    xcb_destroy_window(other.server(), window);
+    open();
+    EXPECT_FALSE(isGrabbed());
+    grabs_.setWindows({.windows = {window}, .focused = window});
+    EXPECT_TRUE(isGrabbed());
 }
 
 TEST_F(KeyGrabsTest, triesNothingButThePartThatWasTakenBefore) {

@@ -2,6 +2,7 @@
 #include "platform/x11/taps/KeyTapTest.h"
 
 #include <array>
+#include <functional>
 
 namespace hollowfernpike::test {
 
@@ -38,6 +39,22 @@ protected:
         bool reached = false;
         queue_.asyncAfter(100ms, [&] { reached = true; });
         ASSERT_TRUE(queue_.runUntil([&] { return reached; }));
+    }
+
+    /// Has the tap see all events of a change, which may take any time on a busy machine, before
+    /// its patience with them ends.
+    void expectOneReport(ListeningTap& tap, const std::function<void()>& change) {
+        queue_.stopClock();
+        tap.disabledReports = 0;
+        change();
+        expectDelivered(tap, {"LCTL", "AC01"}, keyA);
+        EXPECT_EQ(tap.disabledReports, 0);
+        queue_.advance(100ms);
+        ASSERT_TRUE(reported(tap));
+        expectDelivered(tap, {"LCTL", "AC01"}, keyA);
+        queue_.advance(100ms);
+        expectDelivered(tap, {"LCTL", "AC01"}, keyA);
+        EXPECT_EQ(tap.disabledReports, 1);
     }
 
     /// Waits until the tap holds this key with these modifiers.
@@ -81,23 +98,15 @@ TEST_F(KeyboardChangeTest, keepsEveryPositionWhenTheLayoutIsReplaced) {
 
 TEST_F(KeyboardChangeTest, reportsItselfDisabledOncePerChange) {
     auto tap = makeUsedTap();
-    run({"setxkbmap", "fr"});
-    ASSERT_TRUE(reported(*tap));
-    letSettle(*tap);
-    EXPECT_EQ(tap->disabledReports, 1);
+    expectOneReport(*tap, [&] { run({"setxkbmap", "fr"}); });
 }
 
 TEST_F(KeyboardChangeTest, reportsItselfDisabledOnceForABurst) {
     auto tap = makeUsedTap();
     XClient client(display_.name());
-    client.changeKeySymbols(20);
-    ASSERT_TRUE(reported(*tap));
-    letSettle(*tap);
-    EXPECT_EQ(tap->disabledReports, 1);
-    client.changeKeySymbols(20);
-    ASSERT_TRUE(reported(*tap, 2));
-    letSettle(*tap);
-    EXPECT_EQ(tap->disabledReports, 2);
+    for (int burst = 0; burst < 2; ++burst) {
+        expectOneReport(*tap, [&] { client.changeKeySymbols(20); });
+    }
 }
 
 TEST_F(KeyboardChangeTest, aTapDisabledWithinABurstReportsNothing) {
