@@ -21,17 +21,16 @@ bool FurtherCopies::mayStart(const std::string& identifier) {
     }
     auto running = processes_.running(identifier);
     std::erase_if(running, [](const auto& process) { return process.status.hasEnded; });
-    auto& [before, time] = lastStarts_[identifier];
-    const auto latest = time + clockTicks(longestStart_);
-    const auto hasStayed = [&](const auto& process) { return isIn(before, process); };
+    auto& last = lastStarts_[identifier];
+    const auto latest = last.time + clockTicks(longestStart_);
+    const auto hasStayed = [&](const auto& process) { return isIn(last.runningBefore, process); };
     const auto isOfThatStart = [&](const auto& process) {
         return !hasStayed(process) && process.status.startTime <= latest;
     };
     if (std::ranges::any_of(running, hasStayed) && std::ranges::any_of(running, isOfThatStart)) {
         return false;
     }
-    before = std::move(running);
-    time = processClock();
+    last = {.runningBefore = std::move(running), .time = processClock()};
     return true;
 }
 
