@@ -151,7 +151,7 @@ TEST_F(StatusItemOnHostTest, IsNotShownAnyMoreWhenItIsGone) {
 
 TEST_F(StatusItemOnHostTest, TouchesNoBusWhereItIsTold) {
     const auto host = startHost();
-    qt::StatusBar withoutBus(application, tray, nullptr);
+    qt::StatusBar withoutBus(application, &tray, nullptr);
     item = withoutBus.createStatusItem();
     item->setImage("keyboard", "Keys & more");
     waitPastGrace();

@@ -65,7 +65,7 @@ protected:
 
     template <class Condition>
     bool runUntil(Condition condition) {
-        return events_.runUntil([&] { return loop_.runUntil(condition, 0ms); });
+        return events_.runUntil([&] { return loop_.runUntil(condition, std::chrono::milliseconds{0}); });
     }
 
     test::EventLoop events_;
