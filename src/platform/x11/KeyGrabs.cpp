@@ -46,7 +46,7 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
 // a new one may have the number of one that has gone since the last time, without its grabs: so
 // those on the window that gets the keys are always made anew.
 void KeyGrabs::setWindows(Focusable focusable) {
-    auto& [windows, focused] = focusable;
+    auto windows = std::move(focusable.windows);
     std::ranges::sort(windows);
     for (const auto window : windows_) {
         if (!std::ranges::binary_search(windows, window)) {
@@ -54,7 +54,7 @@ void KeyGrabs::setWindows(Focusable focusable) {
         }
     }
     for (const auto window : windows) {
-        if (window != focused && std::ranges::binary_search(windows_, window)) {
+        if (window != focusable.focused && std::ranges::binary_search(windows_, window)) {
             continue;
         }
         for (const auto& [press, hold] : held_) {
