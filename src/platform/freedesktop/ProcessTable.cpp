@@ -75,7 +75,7 @@ std::string_view withoutScreen(std::string_view display) {
     return hasScreen ? display.substr(0, dot) : display;
 }
 
-// Not while a program is being loaded or ends, and so cannot tell its display.
+// False while a program is being loaded or ends: its file can be read then, its display cannot.
 bool isInPlace(const ProcessFacts& process) {
     return process.executable.empty() || process.hasEnvironment;
 }
@@ -159,7 +159,7 @@ void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
     }
 }
 
-// As a script that waits for something and then becomes the program.
+// As a script does that waits for something and then replaces itself by the program (exec).
 bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
     return !known.interpreter.empty() && executableOf(process) != known.interpreter;
 }

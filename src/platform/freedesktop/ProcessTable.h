@@ -25,8 +25,9 @@ struct LiveProcess {
 void sortByAge(std::vector<LiveProcess>& processes);
 
 /// Which of a user's processes runs which application, by what the processes themselves reveal.
-/// A process of another display runs none as far as we are concerned. What was learned of a process
-/// is kept, so that asking again costs a look at the processes that are new. Main thread only.
+/// A process of another display, or with no environment at all, runs none as far as we are
+/// concerned. What was learned of a process is kept, so that asking again costs a look at the
+/// processes that are new. Main thread only.
 class ProcessTable {
 public:
     /// The entries outlive this.
@@ -44,7 +45,7 @@ private:
         std::string identifier; ///< empty for a process that runs no application of ours
         ProcessStatus status;
         bool isYoung = false;    ///< it may yet become another program, or tell more
-        std::string interpreter; ///< the file of one that is no program of its own; empty for none
+        std::string interpreter; ///< its file, if that is a shell or another interpreter
         std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
         std::uint64_t scan = 0;
     };
