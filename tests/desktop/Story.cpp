@@ -219,7 +219,10 @@ testing::AssertionResult Story::switchTo(const Application& application) {
     const auto getsKeysSoon = [&] {
         return bringForward([&] { return application.windows(); }) && getsKeys(application, 5s);
     };
-    return waitUntil(getsKeysSoon) ? testing::AssertionSuccess() : getsKeys(application);
+    return waitUntil(getsKeysSoon) ? testing::AssertionSuccess()
+                                   : testing::AssertionFailure()
+                                         << application.name() << " does not come to the front\n"
+                                         << diary();
 }
 
 bool Story::bringForward(const std::function<std::vector<xcb_window_t>()>& windows) {

@@ -118,10 +118,11 @@ void KeyGrabs::grabMissing(const Wishes& wishes, bool refusedBefore, std::vector
         }
         refused_.erase(press);
         held_.emplace(press, Hold{cookie.sequence, wanted.isWithSuper});
-        if (wanted.isWithSuper) {
+        if (wanted.isWithSuper && !windows_.empty()) {
             for (const auto window : windows_) {
                 grabOn(window, press);
             }
+            isUnconfirmed_ = true;
         }
     }
 }
@@ -129,7 +130,6 @@ void KeyGrabs::grabMissing(const Wishes& wishes, bool refusedBefore, std::vector
 void KeyGrabs::grabOn(xcb_window_t window, const KeyState& press) {
     xcb_grab_key(connection_.get(), 0, window, press.modifiers, press.key, XCB_GRAB_MODE_ASYNC,
                  XCB_GRAB_MODE_SYNC);
-    isUnconfirmed_ = true;
 }
 
 void KeyGrabs::ungrabOn(xcb_window_t window, const KeyState& press) {
