@@ -17,7 +17,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
-std::vector<std::string> namesIn(const std::filesystem::path& directory) {
+std::vector<std::string> sharedNames(const std::filesystem::path& directory) {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(directory)) {
         names.push_back(entry.path().filename());
@@ -28,10 +28,10 @@ std::vector<std::string> namesIn(const std::filesystem::path& directory) {
 TEST(PrivateDesktopTest, SeesNothingOfTheMachineThatItWasNotGiven) {
     const PrivateDesktop desktop("");
     const std::filesystem::path shared = *desktop.environment().at("XDG_DATA_DIRS");
-    EXPECT_THAT(namesIn(shared / "applications"), IsEmpty());
-    EXPECT_THAT(namesIn(shared / "icons"),
+    EXPECT_THAT(sharedNames(shared / "applications"), IsEmpty());
+    EXPECT_THAT(sharedNames(shared / "icons"),
                 UnorderedElementsAre("Adwaita", "breeze", "breeze-dark", "default"));
-    EXPECT_THAT(namesIn(shared / "themes"),
+    EXPECT_THAT(sharedNames(shared / "themes"),
                 UnorderedElementsAre("Adwaita", "Clearlooks", "Default"));
     const auto services = callOnBus(desktop, {"org.freedesktop.DBus", "/org/freedesktop/DBus",
                                               "org.freedesktop.DBus.ListActivatableNames"});

@@ -27,7 +27,7 @@ public:
     void begin() const { std::ofstream(gate_) << "go\n"; }
 
 private:
-    static constexpr auto waits = "read line < \"$1\"; shift; exec \"$@\"";
+    static constexpr auto waits = R"(read line < "$1"; shift; exec "$@")";
 
     static std::string made(const std::filesystem::path& gate) {
         ::mkfifo(gate.c_str(), 0600);
