@@ -203,11 +203,12 @@ testing::AssertionResult Story::isActive(xcb_window_t window) {
            << diary();
 }
 
-testing::AssertionResult Story::getsKeys(const Application& application) {
+testing::AssertionResult Story::getsKeys(const Application& application,
+                                         std::chrono::milliseconds longest) {
     const auto key = keyboard.keycode(unboundKey);
     const auto before = application.downs(key);
     keyboard.strike({unboundKey});
-    if (waitUntil([&] { return application.downs(key) > before; })) {
+    if (waitUntil([&] { return application.downs(key) > before; }, longest)) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << application.name() << " does not get the keys\n"
@@ -215,18 +216,12 @@ testing::AssertionResult Story::getsKeys(const Application& application) {
 }
 
 testing::AssertionResult Story::switchTo(const Application& application) {
-    const auto key = keyboard.keycode(unboundKey);
-    const auto before = application.downs(key);
     const auto getsKeysSoon = [&] {
-        if (!bringForward([&] { return application.windows(); })) {
-            return false;
-        }
-        keyboard.strike({unboundKey});
-        return waitUntil([&] { return application.downs(key) > before; }, 5s);
+        return bringForward([&] { return application.windows(); }) && getsKeys(application, 5s);
     };
     return waitUntil(getsKeysSoon) ? testing::AssertionSuccess()
                                    : testing::AssertionFailure()
-                                         << application.name() << " does not get the keys\n"
+                                         << application.name() << " does not come to the front\n"
                                          << diary();
 }
 

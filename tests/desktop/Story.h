@@ -6,7 +6,9 @@
 #include "desktop/Pager.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
+#include "support/WaitUntil.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -71,9 +73,9 @@ public:
     /// Whether, after some waiting, nobody holds the combination any more.
     testing::AssertionResult isFree(const Combination& combination);
 
-    /// Keeps the server from repeating keys: it does so without end if it has to wait for somebody
-    /// who has the keyboard longer than a key is held down before it repeats. Some window managers
-    /// turn the repetition on when they start.
+    /// Keeps the server from repeating keys. If a client freezes the keyboard for longer than the
+    /// repeat delay, the server repeats a key without end although it was let go. To be called when
+    /// the window manager runs: mutter turns the repetition on.
     void turnRepetitionOff();
 
     /// Takes all key bindings from the window manager, which must be Openbox.
@@ -97,7 +99,8 @@ public:
 
     /// Strikes a key that nobody binds and waits until the application has seen it. What was
     /// struck before has then reached it, or never will.
-    testing::AssertionResult getsKeys(const Application& application);
+    testing::AssertionResult getsKeys(const Application& application,
+                                      std::chrono::milliseconds longest = patience);
 
     /// Brings it to the front as a task bar does, then as `getsKeys`; both again if need be: what
     /// was opened before may still be asking for the front.

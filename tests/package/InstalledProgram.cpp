@@ -8,6 +8,7 @@ namespace installed {
 
 void show(const PrivateDesktop& desktop) {
     desktop.showApplicationOfMachine(std::string{identifier} + ".desktop");
+    desktop.showServiceOfMachine(identifier);
 }
 
 void call(const PrivateDesktop& desktop, const std::string& method,

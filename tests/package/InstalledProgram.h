@@ -20,7 +20,7 @@ namespace installed {
 inline constexpr auto identifier = "app.hollowfernpike.Hollowfernpike";
 inline constexpr auto program = "/usr/bin/hollowfernpike";
 
-/// Has a desktop list the utility among its applications.
+/// Has a desktop list the utility among its applications, and its bus start it.
 void show(const PrivateDesktop& desktop);
 
 /// Calls the utility as launchers do, which starts it: "Activate" or "ActivateAction", and the

@@ -4,14 +4,11 @@
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <stdexcept>
 
 namespace hollowfernpike::show {
 
 namespace {
-
-namespace files = std::filesystem;
 
 constexpr const char* frameThemeName = "Plain";
 
@@ -169,15 +166,11 @@ test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& ed
     test::writeFile(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
                     frameTheme(palette, edition.scale));
     installApplications(desktop);
-    const auto shared = desktop.home() / "shared";
-    files::create_directories(shared);
-    files::create_directory_symlink("/usr/share/icons", shared / "icons");
     paintGround(desktop, palette.ground);
     if (desktop.start({"openbox", "--reconfigure"})->wait() != 0) {
         throw std::runtime_error("the frames cannot be set");
     }
-    return {{"XDG_DATA_DIRS", shared.string()},
-            {"XDG_CURRENT_DESKTOP", "KDE"},
+    return {{"XDG_CURRENT_DESKTOP", "KDE"},
             {"KDE_SESSION_VERSION", "5"},
             {"QT_SCALE_FACTOR", std::to_string(edition.scale)}};
 }

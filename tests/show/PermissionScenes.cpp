@@ -11,7 +11,7 @@ void takePermission(const Edition& edition, const std::filesystem::path& folder)
     const auto authority = studio.file("authority");
     studio.story.run({"xauth", "-f", authority, "generate", studio.story.desktop.display(), ".",
                       "untrusted", "timeout", "600"});
-    studio.start({{"XAUTHORITY", authority.string()}});
+    studio.launch({{"XAUTHORITY", authority.string()}});
     const auto prompt = user.comes(user.titles.alert);
     studio.take("permission");
     user.strikeAndLeave(prompt, "RTRN");

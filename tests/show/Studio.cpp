@@ -30,14 +30,18 @@ void Studio::bind(const std::string& application, const test::Combination& combi
 }
 
 void Studio::start(const test::Environment& changes) {
+    launch(changes);
+    user.require([this] { return story.pager.clients(story.utility().pid()) > 2; },
+                 "the utility does not come");
+}
+
+void Studio::launch(const test::Environment& changes) {
     auto environment = environment_;
     for (const auto& [variable, value] : changes) {
         environment[variable] = value;
     }
     story.writeShortcuts();
     story.launchUtility(environment);
-    user.require([this] { return story.pager.clients(story.utility().pid()) > 2; },
-                 "the utility does not come");
 }
 
 std::filesystem::path Studio::entry(const std::string& application) const {

@@ -21,8 +21,11 @@ public:
     /// Adds a shortcut of one of the known applications to the list that the utility will read.
     void bind(const std::string& application, const test::Combination& combination);
 
-    /// Starts the utility with these shortcuts.
+    /// Starts the utility with these shortcuts, and waits until it listens to the keyboard.
     void start(const test::Environment& changes = {});
+
+    /// The same without waiting, for when it will not be able to listen.
+    void launch(const test::Environment& changes);
 
     /// Takes a picture of all that is on the desktop. It has to look differently from the last
     /// picture.

@@ -1,9 +1,10 @@
 #include "support/PrivateDesktop.h"
 
 #include "support/WaitUntil.h"
+#include "support/WriteFile.h"
 
 #include <array>
-
+#include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
@@ -82,9 +83,14 @@ Environment environmentOf(Environment session) {
 
 namespace fs = std::filesystem;
 
-constexpr std::array sharedData{"cinnamon", "dbus-1", "glib-2.0", "icons",
-                                "mime",     "themes", "xfce4"};
+constexpr std::array sharedData{
+    "cinnamon",          "glib-2.0",       "icons/Adwaita", "icons/breeze",
+    "icons/breeze-dark", "icons/default",  "mime",          "themes/Adwaita",
+    "themes/Clearlooks", "themes/Default", "xfce4"};
 constexpr std::array sharedConfiguration{"menus", "openbox", "tint2", "xfce4"};
+
+/// What the bus may start: the services that screen readers, panels and window managers need.
+constexpr std::array sharedServices{"org.a11y.Bus", "org.xfce.Xfconf"};
 
 /// The folders for all users, as a session knows them.
 fs::path dataIn(const fs::path& shared) {
@@ -94,15 +100,52 @@ fs::path configurationIn(const fs::path& shared) {
     return shared / "configuration";
 }
 
+void share(const fs::path& original, const fs::path& seen) {
+    fs::create_directories(seen.parent_path());
+    fs::create_symlink(original, seen);
+}
+
+void shareService(const std::string& name, const fs::path& shared) {
+    const auto file = fs::path("dbus-1/services") / (name + ".service");
+    share("/usr/share" / file, dataIn(shared) / file);
+}
+
 void shareParts(const fs::path& shared) {
     fs::create_directories(dataIn(shared) / "applications");
-    fs::create_directories(configurationIn(shared));
     for (const auto* part : sharedData) {
-        fs::create_directory_symlink(fs::path("/usr/share") / part, dataIn(shared) / part);
+        share(fs::path("/usr/share") / part, dataIn(shared) / part);
     }
     for (const auto* part : sharedConfiguration) {
-        fs::create_directory_symlink(fs::path("/etc/xdg") / part, configurationIn(shared) / part);
+        share(fs::path("/etc/xdg") / part, configurationIn(shared) / part);
     }
+    for (const auto* name : sharedServices) {
+        shareService(name, shared);
+    }
+}
+
+std::string valueIn(const Environment& environment, const std::string& name) {
+    const auto given = environment.find(name);
+    if (given != environment.end()) {
+        return given->second.value_or("");
+    }
+    const char* own = std::getenv(name.c_str());
+    return own == nullptr ? "" : own;
+}
+
+/// That of the system's session bus, except that services of the machine are none of ours.
+std::string busConfiguration(const Environment& environment) {
+    std::string directories;
+    for (const auto* data : {"XDG_DATA_HOME", "XDG_DATA_DIRS"}) {
+        directories +=
+            "<servicedir>" + valueIn(environment, data) + "/dbus-1/services</servicedir>";
+    }
+    return "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+           "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
+           "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>" +
+           directories +
+           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
+           "<limit name=\"service_start_timeout\">120000</limit></busconfig>\n";
 }
 
 Environment sessionEnvironment(const fs::path& home, const fs::path& shared,
@@ -141,10 +184,13 @@ VirtualDisplay::VirtualDisplay(const std::string& name, ScreenSize size) {
     name_ = ':' + *line;
 }
 
-SessionBus::SessionBus(const Environment& environment)
-    : daemon_(std::make_unique<ChildProcess>(
-          std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--print-address=1"},
-          environment)) {
+SessionBus::SessionBus(const Environment& environment) {
+    const auto configuration = directory_.path() / "session.conf";
+    writeFile(configuration, busConfiguration(environment));
+    daemon_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration.string(),
+                                 "--nofork", "--print-address=1"},
+        environment);
     const auto line = daemon_->waitForLine("");
     if (!line) {
         throw std::runtime_error("dbus-daemon did not start: " + daemon_->errors());
@@ -199,13 +245,31 @@ bool PrivateDesktop::closeFirstOverview() const {
 }
 
 void PrivateDesktop::showApplicationOfMachine(const std::string& entryName) const {
-    fs::create_symlink(fs::path("/usr/share/applications") / entryName,
-                       dataIn(shared_.path()) / "applications" / entryName);
+    const auto file = fs::path("applications") / entryName;
+    share("/usr/share" / file, dataIn(shared_.path()) / file);
+}
+
+void PrivateDesktop::showServiceOfMachine(const std::string& name) const {
+    shareService(name, shared_.path());
+    callOnBus(*this, {"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                      "org.freedesktop.DBus.ReloadConfig"});
 }
 
 std::unique_ptr<ChildProcess>
 PrivateDesktop::start(const std::vector<std::string>& arguments) const {
     return std::make_unique<ChildProcess>(arguments, environment_);
+}
+
+std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::string>& arguments) {
+    std::vector<std::string> line{"gdbus",      "call",     "--session",  "--timeout",
+                                  "20",         "--dest",   arguments[0], "--object-path",
+                                  arguments[1], "--method", arguments[2], "--"};
+    line.insert(line.end(), arguments.begin() + 3, arguments.end());
+    const auto caller = desktop.start(line);
+    if (caller->wait() != 0) {
+        throw std::runtime_error(arguments[2] + ": " + caller->errors());
+    }
+    return caller->output();
 }
 
 } // namespace hollowfernpike::test

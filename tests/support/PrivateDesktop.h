@@ -29,7 +29,8 @@ private:
     std::string name_;
 };
 
-/// A session bus of its own (dbus-daemon), ready for clients.
+/// A session bus of its own (dbus-daemon), ready for clients. It starts the services in the data
+/// directories that the environment names, and no others of the machine.
 class SessionBus {
 public:
     explicit SessionBus(const Environment& environment = {});
@@ -38,6 +39,7 @@ public:
     ChildProcess& daemon() { return *daemon_; }
 
 private:
+    TemporaryDirectory directory_;
     std::unique_ptr<ChildProcess> daemon_;
     std::string address_;
 };
@@ -66,6 +68,9 @@ public:
     /// Has the session see this entry of the machine's own applications, of which it sees no other.
     void showApplicationOfMachine(const std::string& entryName) const;
 
+    /// Has the session's bus start this service of the machine when it is asked for.
+    void showServiceOfMachine(const std::string& name) const;
+
     /// What a program needs in its environment to live in this session.
     const Environment& environment() const { return environment_; }
 
@@ -82,5 +87,10 @@ private:
     SessionBus bus_;
     std::unique_ptr<ChildProcess> windowManager_;
 };
+
+/// Calls a method on the desktop's session bus and returns the answer: the name on the bus, the
+/// object, the method with its interface, and arguments in GVariant's text form. Throws
+/// std::runtime_error if it fails.
+std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::string>& arguments);
 
 } // namespace hollowfernpike::test

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
+#include <system_error>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -75,7 +76,9 @@ ApplicationsHome::~ApplicationsHome() {
         ::waitpid(child, nullptr, 0);
     }
     for (const auto& witness : witnesses()) {
-        ::kill(witness.process, SIGKILL);
+        if (isOfThisHome(witness.process)) {
+            ::kill(witness.process, SIGKILL);
+        }
     }
 }
 
@@ -106,6 +109,14 @@ std::string ApplicationsHome::witness(const std::string& manner, const std::stri
 std::string ApplicationsHome::witnessNamed(const std::string& name,
                                            const std::string& manner) const {
     return program(name) + ' ' + reports().string() + ' ' + manner;
+}
+
+// The number of one that has ended may be another's by now.
+bool ApplicationsHome::isOfThisHome(pid_t process) const {
+    std::error_code error;
+    const auto file =
+        std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/exe", error);
+    return file.string().starts_with(path().string() + '/');
 }
 
 std::vector<WitnessReport> ApplicationsHome::witnesses() const {

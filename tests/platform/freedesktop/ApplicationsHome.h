@@ -61,6 +61,8 @@ public:
     std::vector<WitnessReport> awaitWitnesses(std::size_t count) const;
 
 private:
+    bool isOfThisHome(pid_t process) const;
+
     TemporaryDirectory directory_;
 };
 

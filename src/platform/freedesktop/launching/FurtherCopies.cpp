@@ -22,10 +22,11 @@ bool FurtherCopies::mayStart(const std::string& identifier) {
     auto running = processes_.running(identifier);
     std::erase_if(running, [](const auto& process) { return process.status.hasEnded; });
     auto& last = lastStarts_[identifier];
-    const auto latest = last.time + clockTicks(longestStart_);
+    const auto latest = last.time + clockTicks(latestAfterStart_);
     const auto hasStayed = [&](const auto& process) { return isIn(last.runningBefore, process); };
     const auto isOfThatStart = [&](const auto& process) {
-        return !hasStayed(process) && process.status.startTime <= latest;
+        const auto started = process.status.startTime;
+        return !hasStayed(process) && started >= last.time && started <= latest;
     };
     if (std::ranges::any_of(running, hasStayed) && std::ranges::any_of(running, isOfThatStart)) {
         return false;

@@ -16,11 +16,11 @@ namespace hollowfernpike::freedesktop {
 /// thread only.
 class FurtherCopies {
 public:
-    /// The table outlives this. An instance that came later than `longestStart` after our start is
-    /// somebody else's.
+    /// The table outlives this. An instance that started before our start, or later than
+    /// `latestAfterStart` after it, is somebody else's.
     explicit FurtherCopies(ProcessTable& processes,
-                           std::chrono::seconds longestStart = std::chrono::minutes{1})
-        : processes_(processes), longestStart_(longestStart) {}
+                           std::chrono::seconds latestAfterStart = std::chrono::minutes{1})
+        : processes_(processes), latestAfterStart_(latestAfterStart) {}
 
     /// To be asked right before each start of an application's program: false if the start before
     /// has made another instance run beside an earlier one, and both still do.
@@ -33,7 +33,7 @@ private:
     };
 
     ProcessTable& processes_;
-    std::chrono::seconds longestStart_;
+    std::chrono::seconds latestAfterStart_;
     std::map<std::string, Start, std::less<>> lastStarts_;
 };
 

@@ -74,20 +74,21 @@ platform::StartingApplication announcementOf(const DesktopEntry& entry) {
 } // namespace
 
 bool LaunchesUnderWay::join(const FileStamp& file, bool activates, const Completion& completion) {
-    if (find(file)) {
-        lookForWindows(); // not every window manager tells of new ones
-    }
     if (const auto ended = find(file); ended && hasEnded(*ended)) {
         finish(*ended);
     }
     const auto hold = feedback_.holdCount();
     std::erase_if(outcomes_, [&](const auto& kept) { return hold == 0 || kept.hold != hold; });
     if (const auto launch = find(file)) {
+        const bool isSameHold = hold != 0 && launch->hold == hold;
         if (activates) {
             launch->hold = hold;
             launch->isRepeated = true;
         }
         await(*launch, completion);
+        if (!isSameHold) {
+            lookForWindows(); // not every window manager tells of new ones
+        }
         return true;
     }
     const auto outcome = std::ranges::find_if(
@@ -177,12 +178,12 @@ void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& w
     }
 }
 
+// A window of which nobody told stays where it is: the user may be elsewhere by now.
 void LaunchesUnderWay::giveUp(Launch& launch) {
-    lookForWindows();
-    if (find(launch.entry.stamp).get() != &launch) {
-        return;
-    }
-    if (!launch.result) {
+    if (hasShownItself(launch, windows_.clientWindows())) {
+        forget(launch);
+        answer(launch, launch.result.value_or(platform::OpenResult{}));
+    } else if (!launch.result) {
         settle(launch, {.processIdentifier = std::nullopt, .error = noAnswer(launch.entry.path)});
     } else if (launch.process) {
         takeNoticeBack(launch);

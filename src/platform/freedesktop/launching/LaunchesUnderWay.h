@@ -38,7 +38,8 @@ class LaunchesUnderWay {
 public:
     using Completion = platform::Workspace::OpenCompletion;
 
-    /// A start-up notice is shown no longer than this either.
+    /// A start-up notice is shown no longer than this either, unless a window has appeared by then:
+    /// the application ends it.
     static constexpr std::chrono::seconds limit{10};
 
     /// The services outlive this.

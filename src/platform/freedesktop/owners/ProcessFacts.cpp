@@ -172,8 +172,10 @@ ProcessFacts processFacts(std::int32_t process) {
     return facts;
 }
 
-std::string executableOf(std::int32_t process) {
-    return executable(processDirectory(process).get());
+std::string commandOf(std::int32_t process) {
+    const auto directory = processDirectory(process);
+    const auto file = executable(directory.get());
+    return file.empty() ? file : file + '\0' + contents(directory.get(), "cmdline");
 }
 
 std::uint64_t processClock() {

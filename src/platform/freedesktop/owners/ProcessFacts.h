@@ -9,8 +9,8 @@
 namespace hollowfernpike::freedesktop {
 
 /// What a process reveals of the application that it runs. What it hides from us is empty. While a
-/// program is being loaded, its file can be read before its environment and its arguments; while it
-/// ends, a moment longer.
+/// program is being loaded or ends, `executable` may be known and the environment not, although the
+/// program has one; what has ended tells neither.
 struct ProcessFacts {
     std::string flatpakApplication; ///< told by the sandbox that it lives in
     std::string controlGroup;       ///< path in the hierarchy that the service manager keeps
@@ -44,13 +44,14 @@ bool descendsFrom(std::int32_t process, std::int32_t ancestor);
 
 ProcessFacts processFacts(std::int32_t process);
 
-/// The file that the process runs, as in its facts.
-std::string executableOf(std::int32_t process);
+/// The file that the process runs and its arguments, to be compared with the same at another time;
+/// empty if it does not tell.
+std::string commandOf(std::int32_t process);
 
-/// Now, as start times count it.
+/// The time since the system started, in clock ticks, comparable with `startTime`.
 std::uint64_t processClock();
 
-/// Seconds, as start times count them.
+/// This duration in clock ticks.
 std::uint64_t clockTicks(std::chrono::seconds time);
 
 } // namespace hollowfernpike::freedesktop

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <memory>
 #include <tuple>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -75,11 +76,6 @@ std::string_view withoutScreen(std::string_view display) {
     return hasScreen ? display.substr(0, dot) : display;
 }
 
-// Not while a program is being loaded or ends, and so cannot tell its display.
-bool isInPlace(const ProcessFacts& process) {
-    return process.executable.empty() || process.hasEnvironment;
-}
-
 bool isOfThisDisplay(const ProcessFacts& process) {
     const char* const ourDisplay = std::getenv("DISPLAY");
     return ourDisplay == nullptr || process.display.empty() ||
@@ -106,8 +102,8 @@ void ProcessTable::refresh() {
         generation_ = generation;
     }
     for (auto& [number, known] : processes_) {
-        if (known.isYoung || hasBecomeAnother(number, known)) {
-            lookAgain(number, known);
+        if (known.isUnsettled || hasBecomeAnother(number, known)) {
+            look(number, known);
         }
     }
     if (!newest || newest != newest_) {
@@ -121,51 +117,59 @@ void ProcessTable::scan() {
     for (const auto [number, inode] : allProcesses()) {
         auto& known = processes_[number];
         if (known.inode != inode) {
-            known = look(number);
+            known = {};
             known.inode = inode;
+            look(number, known);
         }
         known.scan = scans_;
     }
     std::erase_if(processes_, [&](const auto& process) { return process.second.scan != scans_; });
 }
 
-ProcessTable::Known ProcessTable::look(std::int32_t process) const {
-    Known known;
-    known.scan = scans_;
-    if (!isOfUser(user_, process)) {
-        return known;
-    }
-    if (const auto status = processStatus(process)) {
-        known.status = *status;
-        const auto facts = processFacts(process);
-        known.isYoung = startedJustNow(*status) || !isInPlace(facts);
-        known.identifier = resolve(facts);
-        if (isInterpreter(fileName(facts.executable))) {
-            known.interpreter = facts.executable;
-        }
-    }
-    return known;
-}
-
-// What a process was is still known when it has ended and tells nothing any more.
-void ProcessTable::lookAgain(std::int32_t process, Known& known) const {
-    const auto status = processStatus(process);
-    if (status && status->hasEnded && status->startTime == known.status.startTime) {
-        known.isYoung = false;
-    } else {
+// What a process was stays known while it is between two programs, while it ends, and when it has
+// ended.
+void ProcessTable::look(std::int32_t process, Known& known) const {
+    const auto status = isOfUser(user_, process) ? processStatus(process) : std::nullopt;
+    if (!status || status->startTime != known.status.startTime) {
         const auto inode = known.inode;
-        known = look(process);
+        known = {};
         known.inode = inode;
     }
+    known.status = status.value_or(ProcessStatus{});
+    known.isUnsettled = false;
+    if (!status || status->hasEnded) {
+        return;
+    }
+    auto command = commandOf(process); // first: if the program changes meanwhile, that is noticed
+    const auto facts = processFacts(process);
+    const bool isWhole = facts.hasEnvironment || (facts.executable.empty() && !known.hasTold);
+    const bool mayTellMore = !isWhole && isMissingForAMoment(known);
+    known.isUnsettled = mayTellMore || startedJustNow(*status);
+    known.hasTold = known.hasTold || !facts.executable.empty();
+    if (isWhole || (!mayTellMore && !facts.executable.empty())) {
+        known.missingSince.reset();
+        known.identifier = applicationOf(facts);
+        known.command = isInterpreter(fileName(facts.executable)) ? std::move(command) : "";
+    }
 }
 
-// As a script that waits for something and then becomes the program.
+// An environment that is missing for longer is empty, or has been hidden.
+bool ProcessTable::isMissingForAMoment(Known& known) {
+    known.missingSince = known.missingSince.value_or(processClock());
+    return processClock() < *known.missingSince + clockTicks(youth);
+}
+
+// As a script does that waits for something and then replaces itself by the program (exec).
 bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
-    return !known.interpreter.empty() && executableOf(process) != known.interpreter;
+    if (known.command.empty()) {
+        return false;
+    }
+    const auto command = commandOf(process);
+    return !command.empty() && command != known.command;
 }
 
-std::string ProcessTable::resolve(const ProcessFacts& process) const {
-    if (!isInPlace(process) || !isOfThisDisplay(process)) {
+std::string ProcessTable::applicationOf(const ProcessFacts& process) const {
+    if (!isOfThisDisplay(process)) {
         return {};
     }
     const auto* entry = freedesktop::applicationOf(process, entries_.index());

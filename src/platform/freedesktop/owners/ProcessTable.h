@@ -26,7 +26,8 @@ void sortByAge(std::vector<LiveProcess>& processes);
 
 /// Which of a user's processes runs which application, by what the processes themselves reveal.
 /// A process of another display runs none as far as we are concerned. What was learned of a process
-/// is kept, so that asking again costs a look at the processes that are new. Main thread only.
+/// is kept, so that asking again costs a look at the processes that are new and at what
+/// interpreters run. Main thread only.
 class ProcessTable {
 public:
     /// The entries outlive this.
@@ -43,18 +44,20 @@ private:
     struct Known {
         std::string identifier; ///< empty for a process that runs no application of ours
         ProcessStatus status;
-        bool isYoung = false;    ///< it may yet become another program, or tell more
-        std::string interpreter; ///< the file of one that is no program of its own; empty for none
+        bool isUnsettled = false; ///< it may yet become another program, or tell more
+        bool hasTold = false;     ///< whether it has told anything of its program
+        std::optional<std::uint64_t> missingSince; ///< when its environment began to be missing
+        std::string command;     ///< of a shell or another interpreter; empty for other programs
         std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
         std::uint64_t scan = 0;
     };
 
     void refresh();
     void scan();
-    Known look(std::int32_t process) const;
-    void lookAgain(std::int32_t process, Known& known) const;
+    void look(std::int32_t process, Known& known) const;
+    static bool isMissingForAMoment(Known& known);
     static bool hasBecomeAnother(std::int32_t process, const Known& known);
-    std::string resolve(const ProcessFacts& process) const;
+    std::string applicationOf(const ProcessFacts& process) const;
     bool isHelper(const LiveProcess& process, const std::vector<LiveProcess>& candidates) const;
 
     DesktopEntries& entries_;

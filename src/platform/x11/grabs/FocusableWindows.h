@@ -12,7 +12,7 @@ namespace hollowfernpike::x11 {
 /// Where keys can be typed.
 struct Focusable {
     std::vector<xcb_window_t> windows;
-    xcb_window_t focused = XCB_NONE; ///< one of them
+    xcb_window_t focused = XCB_NONE; ///< one of them, if any has the focus
 };
 
 /// The windows that keys can be typed into: those that the window manager lists and the one that

@@ -42,11 +42,11 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
     return taken;
 }
 
-// A window may be gone before the server reads what is asked of it: an error that nobody reads. And
-// a new one may have the number of one that has gone since the last time, without its grabs: so
-// those on the window that gets the keys are always made anew.
+// A window may be gone before the server reads what is asked of it: an error that nobody reads. The
+// server reuses the numbers of windows that are gone, so the focused one may be new, without grabs,
+// though its number was given before: it is always grabbed anew.
 void KeyGrabs::setWindows(Focusable focusable) {
-    auto& [windows, focused] = focusable;
+    auto windows = std::move(focusable.windows);
     std::ranges::sort(windows);
     for (const auto window : windows_) {
         if (!std::ranges::binary_search(windows, window)) {
@@ -54,7 +54,7 @@ void KeyGrabs::setWindows(Focusable focusable) {
         }
     }
     for (const auto window : windows) {
-        if (window != focused && std::ranges::binary_search(windows_, window)) {
+        if (window != focusable.focused && std::ranges::binary_search(windows_, window)) {
             continue;
         }
         for (const auto& [press, hold] : held_) {
@@ -118,10 +118,11 @@ void KeyGrabs::grabMissing(const Wishes& wishes, bool refusedBefore, std::vector
         }
         refused_.erase(press);
         held_.emplace(press, Hold{cookie.sequence, wanted.isWithSuper});
-        if (wanted.isWithSuper) {
+        if (wanted.isWithSuper && !windows_.empty()) {
             for (const auto window : windows_) {
                 grabOn(window, press);
             }
+            isUnconfirmed_ = true;
         }
     }
 }
@@ -129,7 +130,6 @@ void KeyGrabs::grabMissing(const Wishes& wishes, bool refusedBefore, std::vector
 void KeyGrabs::grabOn(xcb_window_t window, const KeyState& press) {
     xcb_grab_key(connection_.get(), 0, window, press.modifiers, press.key, XCB_GRAB_MODE_ASYNC,
                  XCB_GRAB_MODE_SYNC);
-    isUnconfirmed_ = true;
 }
 
 void KeyGrabs::ungrabOn(xcb_window_t window, const KeyState& press) {

@@ -25,8 +25,9 @@ public:
     update(const KeyboardMap& map, std::span<const platform::KeyCombination> combinations);
 
     /// The windows on which presses with the Super key are grabbed besides the root, now and after
-    /// later updates, instead of those given before. Does not wait for the server; what other
-    /// clients hold there remains theirs.
+    /// later updates, instead of those given before; the focused one is grabbed again even if it
+    /// was given before. Does not wait for the server; what other clients hold there remains
+    /// theirs.
     void setWindows(Focusable focusable);
 
     /// Gives everything back, and forgets the windows. Waits for the server, so that others can

@@ -1,11 +1,13 @@
 #include "platform/freedesktop/autostart/AutostartEntry.h"
 
 #include "platform/freedesktop/autostart/LoginItemTest.h"
+#include "platform/freedesktop/entries/GlibPointers.h"
 #include "platform/freedesktop/files/Files.h"
 #include "support/WaitUntil.h"
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <gio/gdesktopappinfo.h>
@@ -20,8 +22,21 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
+using EntryAsRead = std::unique_ptr<GDesktopAppInfo, freedesktop::Releaser<&g_object_unref>>;
+
 class AutostartEntryTest : public LoginItemTest {
 protected:
+    EntryAsRead readBack() const {
+        return EntryAsRead{g_desktop_app_info_new_from_filename(file().c_str())};
+    }
+
+    std::string textOf(const char* key) const {
+        const auto info = readBack();
+        const freedesktop::TextPointer text(info ? g_desktop_app_info_get_string(info.get(), key)
+                                                 : nullptr);
+        return freedesktop::orEmpty(text.get());
+    }
+
     /// Registers a program at this path below the home and lets GIO start it as a session would.
     void registerAndStart(const fs::path& relative) {
         const auto program = home_.path() / relative;
@@ -84,6 +99,27 @@ TEST_F(AutostartEntryTest, aPathThatNoEntryCanNameIsRefused) {
         EXPECT_THAT(english, HasSubstr("cannot be written to an autostart entry")) << program;
         EXPECT_FALSE(fs::exists(file())) << program;
     }
+}
+
+TEST_F(AutostartEntryTest, registeringAgainNamesTheProgramThatRunsNow) {
+    item_.registerItem();
+    freedesktop::LoginItem{"/bin/false"}.registerItem();
+    EXPECT_EQ(textOf("Exec"), "/bin/false");
+}
+
+TEST_F(AutostartEntryTest, takingOutAnEntryForAllUsersHidesItFromThisOne) {
+    home_.write(sharedFile(), minimal);
+    item_.unregisterItem();
+    EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
+    EXPECT_EQ(contentsOf(sharedFile()), minimal);
+    const auto info = readBack();
+    ASSERT_TRUE(info);
+    EXPECT_TRUE(g_desktop_app_info_get_is_hidden(info.get()));
+    EXPECT_EQ(textOf("Exec"), "/bin/true");
+    item_.registerItem();
+    EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
+    item_.unregisterItem();
+    EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
 }
 
 // --- what the status says ---

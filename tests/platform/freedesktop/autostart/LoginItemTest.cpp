@@ -45,12 +45,6 @@ TEST_F(LoginItemTest, theDefaultPlacesAreTheStandardsOwn) {
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, registeringAgainNamesTheProgramThatRunsNow) {
-    item_.registerItem();
-    freedesktop::LoginItem{"/bin/false"}.registerItem();
-    EXPECT_EQ(textOf("Exec"), "/bin/false");
-}
-
 TEST_F(LoginItemTest, registeringTurnsASwitchedOffEntryOnAgain) {
     for (const auto* lines : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n",
                               "X-MATE-Autostart-enabled=false\n", "OnlyShowIn=KDE;\n"}) {
@@ -118,21 +112,6 @@ TEST_F(LoginItemTest, theMoreImportantOfTwoSharedDirectoriesCounts) {
     home_.write(sharedFile(), minimal);
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
     home_.write(other / "autostart" / entryName, std::string{minimal} + "Hidden=true\n");
-    EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
-}
-
-TEST_F(LoginItemTest, takingOutAnEntryForAllUsersHidesItFromThisOne) {
-    home_.write(sharedFile(), minimal);
-    item_.unregisterItem();
-    EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
-    EXPECT_EQ(contentsOf(sharedFile()), minimal);
-    const auto info = readBack();
-    ASSERT_TRUE(info);
-    EXPECT_TRUE(g_desktop_app_info_get_is_hidden(info.get()));
-    EXPECT_EQ(textOf("Exec"), "/bin/true");
-    item_.registerItem();
-    EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
-    item_.unregisterItem();
     EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
 }
 

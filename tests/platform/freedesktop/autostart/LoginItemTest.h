@@ -3,15 +3,12 @@
 #include "platform/LocalizedError.h"
 #include "platform/freedesktop/ApplicationsHome.h"
 #include "platform/freedesktop/autostart/LoginItem.h"
-#include "platform/freedesktop/entries/GlibPointers.h"
 
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <utility>
 
-#include <gio/gdesktopappinfo.h>
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
@@ -21,8 +18,6 @@ using platform::LoginItemStatus;
 
 inline constexpr auto entryName = "app.hollowfernpike.Hollowfernpike.desktop";
 inline constexpr auto minimal = "[Desktop Entry]\nType=Application\nName=H\nExec=true\n";
-
-using EntryAsRead = std::unique_ptr<GDesktopAppInfo, freedesktop::Releaser<&g_object_unref>>;
 
 /// A login item of a home whose autostart directories are its own.
 class LoginItemTest : public testing::Test {
@@ -43,17 +38,6 @@ protected:
     LoginItemStatus statusOf(const std::string& entry) {
         home_.write(file(), entry);
         return item_.status();
-    }
-
-    EntryAsRead readBack() const {
-        return EntryAsRead{g_desktop_app_info_new_from_filename(file().c_str())};
-    }
-
-    std::string textOf(const char* key) const {
-        const auto info = readBack();
-        const freedesktop::TextPointer text(info ? g_desktop_app_info_get_string(info.get(), key)
-                                                 : nullptr);
-        return freedesktop::orEmpty(text.get());
     }
 
     ApplicationsHome home_;

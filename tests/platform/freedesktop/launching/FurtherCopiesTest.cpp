@@ -1,8 +1,10 @@
+#include "platform/freedesktop/LateProgram.h"
 #include "platform/freedesktop/launching/WorkspaceTest.h"
 #include "support/ChildProcess.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
+#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,6 +29,16 @@ protected:
             windows_.show({.process = result.processIdentifier, .owner = {}});
         }
         return result.processIdentifier;
+    }
+
+    /// A copy of an application that we do not start ourselves, once it has told so.
+    std::unique_ptr<test::ChildProcess> startByHand() {
+        home_.addEntry("org.example.tray", home_.witnessNamed("org.example.tray", "stay"));
+        const auto before = home_.witnesses().size();
+        auto copy = std::make_unique<test::ChildProcess>(std::vector{
+            home_.program("org.example.tray"), home_.reports().string(), std::string("stay")});
+        home_.awaitWitnesses(before + 1);
+        return copy;
     }
 
     void end(std::optional<pid_t> process) {
@@ -111,24 +123,31 @@ TEST_F(FurtherCopiesTest, ACopyThatNobodyHasWaitedForHasEndedAllTheSame) {
 }
 
 TEST_F(FurtherCopiesTest, ACopyThatSomebodyElseStartsLaterSaysNothingOfTheProgram) {
-    home_.addEntry("org.example.tray", home_.witnessNamed("org.example.tray", "stay"));
-    const auto run = [this](std::size_t copies) {
-        auto copy = std::make_unique<test::ChildProcess>(std::vector{
-            home_.program("org.example.tray"), home_.reports().string(), std::string("stay")});
-        home_.awaitWitnesses(copies);
-        return copy;
-    };
     FurtherCopies copies(processes_, std::chrono::seconds{0});
-    const auto first = run(1);
+    const auto first = startByHand();
     EXPECT_TRUE(copies.mayStart("org.example.tray"));
-    const auto start = processClock();
-    ASSERT_TRUE(test::waitUntil([&] { return processClock() > start + 1; }));
-    const auto theirs = run(2);
+    const auto begin = processClock();
+    ASSERT_TRUE(test::waitUntil([&] { return processClock() > begin + 1; }));
+    const auto theirs = startByHand();
     EXPECT_TRUE(copies.mayStart("org.example.tray"));
-    FurtherCopies impatient(processes_);
-    EXPECT_TRUE(impatient.mayStart("org.example.tray"));
-    const auto ours = run(3);
-    EXPECT_FALSE(impatient.mayStart("org.example.tray"));
+    FurtherCopies patient(processes_);
+    EXPECT_TRUE(patient.mayStart("org.example.tray"));
+    const auto ours = startByHand();
+    EXPECT_FALSE(patient.mayStart("org.example.tray"));
+}
+
+TEST_F(FurtherCopiesTest, ACopyThatWasStartedBeforeAndIsKnownLaterSaysNothingEither) {
+    const auto first = startByHand();
+    const test::LateProgram theirs(home_, "org.example.tray");
+    FurtherCopies copies(processes_);
+    const auto begin = processClock();
+    ASSERT_TRUE(test::waitUntil([&] { return processClock() > begin + 1; }));
+    EXPECT_TRUE(copies.mayStart("org.example.tray"));
+    theirs.begin();
+    home_.awaitWitnesses(2);
+    ASSERT_TRUE(test::waitUntil(
+        [&] { return processes_.applicationOf(theirs.pid()) == "org.example.tray"; }));
+    EXPECT_TRUE(copies.mayStart("org.example.tray"));
 }
 
 TEST_F(FurtherCopiesTest, ApplicationsDoNotCountForEachOther) {

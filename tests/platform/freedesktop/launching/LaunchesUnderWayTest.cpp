@@ -79,16 +79,32 @@ TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWithTheNextRequest) 
     const auto first = launched(path);
     windows_.showSilently({.process = first, .owner = {}});
     ++feedback_.holds;
+    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path), first);
+    EXPECT_THAT(log_.calls(),
+                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+    ++feedback_.holds;
     EXPECT_NE(launched(path), first);
+}
+
+TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsAnswersARequestThatNoHoldIsBehind) {
+    feedback_.holds = 0;
+    const auto path = home_.addEntry("double", home_.witness("stay"));
+    const auto first = launched(path);
+    windows_.showSilently({.process = first, .owner = {}});
+    EXPECT_EQ(launched(path), first);
+    EXPECT_FALSE(windows_.isWatched());
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWhenThePatienceEnds) {
     const auto path = home_.addEntry("double", home_.witness("stay"));
     const auto first = launched(path);
+    EXPECT_EQ(launched(path), first);
     windows_.showSilently({.process = first, .owner = {}});
     queue_.advance(LaunchesUnderWay::limit);
     EXPECT_FALSE(windows_.isWatched());
     EXPECT_THAT(feedback_.ended, IsEmpty()) << "the application has taken its notice back";
+    EXPECT_THAT(log_.calls(), IsEmpty()) << "the user may be elsewhere by now";
     windows_.closeAll();
     ++feedback_.holds;
     EXPECT_NE(launched(path), first);

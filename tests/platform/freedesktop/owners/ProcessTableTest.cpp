@@ -1,12 +1,16 @@
 #include "platform/freedesktop/owners/ProcessTable.h"
 
 #include "platform/freedesktop/ApplicationsHome.h"
+#include "platform/freedesktop/LateProgram.h"
 #include "support/ChildProcess.h"
 #include "support/OwnProcesses.h"
 #include "support/WaitUntil.h"
 
 #include <chrono>
+#include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <memory>
 #include <optional>
 
 #include <gmock/gmock.h>
@@ -54,18 +58,69 @@ bool hasGrownUp(pid_t process) {
 TEST(ProcessTableTest, AScriptThatBecomesTheProgramLongAfterItsStartIsFoundThen) {
     const test::ApplicationsHome home;
     home.addEntry("late", home.witnessNamed("late", "stay"));
+    std::vector<std::unique_ptr<test::LateProgram>> programs;
+    for (int number = 0; number < 10; ++number) {
+        programs.push_back(std::make_unique<test::LateProgram>(home, "late", number));
+    }
+    DesktopEntries entries;
+    ProcessTable table(entries);
+    ASSERT_TRUE(test::waitUntil([&] { return hasGrownUp(programs.back()->pid()); }));
+    std::size_t begun = 0;
+    for (const auto& program : programs) {
+        EXPECT_EQ(table.applicationOf(program->pid()), "");
+        program->begin();
+        ++begun;
+        ASSERT_TRUE(test::waitUntil([&] {
+            table.running("late"); // also while it is between the two
+            return home.witnesses().size() == begun;
+        }));
+        EXPECT_EQ(table.applicationOf(program->pid()), "late");
+    }
+}
+
+TEST(ProcessTableTest, AScriptThatBecomesAnotherScriptIsFoundAsThat) {
+    const test::ApplicationsHome home;
     const auto gate = home.path() / "gate";
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
-    const auto script = home.write(home.path() / "go", "read line < \"$1\"\nshift\nexec \"$@\"\n");
-    const ChildProcess process(
-        {"/bin/sh", script, gate.string(), home.program("late"), home.reports().string(), "stay"});
+    const auto tool = home.write(home.path() / "tool", "#!/bin/sh\nread line < \"$1\"\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    const auto wrapper =
+        home.write(home.path() / "wrapper", "#!/bin/sh\nread line < \"$2\"\nexec \"$@\"\n");
+    std::filesystem::permissions(wrapper, std::filesystem::perms::owner_all);
+    home.addEntry("tool", tool + ' ' + gate.string());
+    const ChildProcess process({wrapper, tool, gate.string()});
     DesktopEntries entries;
     ProcessTable table(entries);
     ASSERT_TRUE(test::waitUntil([&] { return hasGrownUp(process.pid()); }));
-    EXPECT_THAT(numbersOf(table.running("late")), IsEmpty());
+    EXPECT_EQ(table.applicationOf(process.pid()), "");
     std::ofstream(gate) << "go\n";
-    home.awaitWitnesses(1);
-    EXPECT_THAT(numbersOf(table.running("late")), ElementsAre(process.pid()));
+    EXPECT_TRUE(test::waitUntil([&] { return table.applicationOf(process.pid()) == "tool"; }));
+}
+
+TEST(ProcessTableTest, AProgramWithAnEmptyEnvironmentIsFound) {
+    const test::ApplicationsHome home;
+    home.addEntry("bare", home.witnessNamed("bare", "stay"));
+    const ChildProcess process(
+        {"env", "-i", home.program("bare"), home.reports().string(), "stay"});
+    DesktopEntries entries;
+    ProcessTable table(entries);
+    EXPECT_TRUE(test::waitUntil([&] { return table.applicationOf(process.pid()) == "bare"; }));
+}
+
+TEST(ProcessTableTest, AProcessThatEndsIsKnownToTheEnd) {
+    const test::ApplicationsHome home;
+    home.addEntry("brief", home.witnessNamed("brief", "stay"));
+    DesktopEntries entries;
+    ProcessTable table(entries);
+    for (std::size_t round = 1; round <= 60; ++round) {
+        const ChildProcess process({home.program("brief"), home.reports().string(), "stay"});
+        home.awaitWitnesses(round);
+        ASSERT_EQ(table.applicationOf(process.pid()), "brief");
+        process.signal(SIGKILL);
+        while (test::processState(process.pid()) != "Z") {
+            ASSERT_EQ(table.applicationOf(process.pid()), "brief") << round;
+        }
+    }
 }
 
 void giveANumberOutAgain() {

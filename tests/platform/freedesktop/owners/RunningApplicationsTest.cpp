@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include <gmock/gmock.h>
@@ -166,15 +167,17 @@ TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSessionWhileI
     install("org.example.remote");
     const std::vector<std::string> program{home_.program("org.example.remote"),
                                            home_.reports().string(), "stay"};
-    for (std::size_t round = 1; round <= 150; ++round) {
+    for (int round = 1; round <= 150; ++round) {
         const ChildProcess theirs(program, {{"DISPLAY", ":8"}});
-        while (home_.witnesses().size() < round) {
+        const auto report = home_.reports() / std::to_string(theirs.pid());
+        while (!std::filesystem::exists(report)) {
             ASSERT_THAT(running("org.example.remote"), IsEmpty()) << round;
         }
         theirs.signal(SIGKILL);
         while (test::processState(theirs.pid()) != "Z") {
             ASSERT_THAT(running("org.example.remote"), IsEmpty()) << round;
         }
+        std::filesystem::remove(report);
     }
 }
 

@@ -67,7 +67,7 @@ TEST_F(KeyGrabsTest, aPartHeldElsewhereMakesTheWholeCombinationTaken) {
     EXPECT_FALSE(other.grabKey(keyboard.keycode("AB03"), XCB_MOD_MASK_CONTROL));
 }
 
-TEST_F(KeyGrabsTest, makesThoseOnTheFocusedWindowAnewForItMayBeAnotherOne) {
+TEST_F(KeyGrabsTest, grabsTheFocusedWindowAnewBecauseItsNumberMayBeReused) {
     XClient other(display_.name());
     const auto window = xcb_generate_id(other.server());
     const auto open = [&] {

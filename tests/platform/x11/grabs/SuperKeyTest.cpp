@@ -19,7 +19,7 @@ protected:
     /// The first press from another keyboard than before is a change of the keyboard, after which a
     /// tap asks anew who holds the Super key.
     SuperKeyTest() {
-        // Or who holds the keyboard for longer than a key takes to repeat finds it repeated.
+        // A key that is frozen for longer than the repeat delay would come twice.
         EXPECT_EQ(desktop_.start({"xset", "r", "off"})->wait(), 0);
         keyboard_.strike({"AB03"});
         keyboard_.sync();
