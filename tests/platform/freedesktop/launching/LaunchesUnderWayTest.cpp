@@ -82,7 +82,7 @@ TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWithTheNextRequest) 
     EXPECT_EQ(launched(path), first);
     EXPECT_EQ(launched(path), first);
     EXPECT_THAT(log_.calls(),
-                ElementsAre("processActivation.bringToFront " + std::to_string(first)));
+                ElementsAre("windows.bringToFront " + std::to_string(first)));
     ++feedback_.holds;
     EXPECT_NE(launched(path), first);
 }
