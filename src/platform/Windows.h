@@ -29,8 +29,8 @@ struct ClientWindow {
 /// The windows of the session. Main thread only.
 ///
 /// The desktop is asked once for all calls of one turn of the main loop: later calls of that turn
-/// see what the first one saw, until a watch begins or tells of a change, or bringToFront() does not
-/// find the process.
+/// see what the first one saw, until a watch begins or tells of a change, or bringToFront() does
+/// not find the process.
 ///
 /// A desktop that does not know the process behind a window gives the window's owner a negative
 /// process identifier. bringToFront() takes it; no process has it.

@@ -65,7 +65,8 @@ protected:
 
     template <class Condition>
     bool runUntil(Condition condition) {
-        return events_.runUntil([&] { return loop_.runUntil(condition, std::chrono::milliseconds{0}); });
+        return events_.runUntil(
+            [&] { return loop_.runUntil(condition, std::chrono::milliseconds{0}); });
     }
 
     test::EventLoop events_;

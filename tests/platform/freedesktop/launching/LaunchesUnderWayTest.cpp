@@ -81,8 +81,7 @@ TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWithTheNextRequest) 
     ++feedback_.holds;
     EXPECT_EQ(launched(path), first);
     EXPECT_EQ(launched(path), first);
-    EXPECT_THAT(log_.calls(),
-                ElementsAre("windows.bringToFront " + std::to_string(first)));
+    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
     ++feedback_.holds;
     EXPECT_NE(launched(path), first);
 }

@@ -58,7 +58,8 @@ TEST(ProcessFactsTest, ALaunchEnvironmentWithoutANumberIsAboutOurChildNotItsChil
     ASSERT_TRUE(line);
     EXPECT_EQ(processFacts(process.pid()).launchedEntry, "/a/b.desktop");
     const auto child = std::stoi(line->substr(line->find(' ')));
-    EXPECT_TRUE(test::waitUntil([&] { return processFacts(child).executable.ends_with("/sleep"); }));
+    EXPECT_TRUE(
+        test::waitUntil([&] { return processFacts(child).executable.ends_with("/sleep"); }));
     EXPECT_EQ(processFacts(child).launchedEntry, "");
 }
 
