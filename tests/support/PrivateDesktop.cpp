@@ -89,8 +89,8 @@ constexpr std::array sharedData{
     "themes/Clearlooks", "themes/Default", "xfce4"};
 constexpr std::array sharedConfiguration{"menus", "openbox", "tint2", "xfce4"};
 
-/// What the bus may start: the services that screen readers, panels and window managers need.
-constexpr std::array sharedServices{"org.a11y.Bus", "org.xfce.Xfconf"};
+/// What the bus may start: the services that screen readers, lockers and window managers need.
+constexpr std::array sharedServices{"org.a11y.Bus", "org.cinnamon.ScreenSaver", "org.xfce.Xfconf"};
 
 /// The folders for all users, as a session knows them.
 fs::path dataIn(const fs::path& shared) {
