@@ -17,12 +17,12 @@ using namespace test;
 using Command = std::vector<std::string>;
 
 struct Locker {
-    Command program;
-    Command request; ///< what asks the program to lock; empty if it does by itself
+    Command lock;
+    Command unlock; ///< ends what the first command has left behind; empty if that stays itself
 };
 
 std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
-    return stream << locker.program.front();
+    return stream << locker.lock.front();
 }
 
 /// A combination that another program holds, too, is only observed, and what is observed goes on
@@ -39,15 +39,16 @@ protected:
     }
 
     void lock() {
-        locker_ = story.desktop.start(GetParam().program);
-        ASSERT_TRUE(waitUntil([&] {
-            if (!GetParam().request.empty()) {
-                story.desktop.start(GetParam().request)->wait();
-            }
-            return input_.isTaken();
-        })) << locker_->errors();
+        locker_ = story.desktop.start(GetParam().lock);
+        if (!GetParam().unlock.empty()) {
+            ASSERT_EQ(locker_->wait(), 0) << locker_->errors();
+        }
+        ASSERT_TRUE(waitUntil([this] { return input_.isTaken(); })) << locker_->errors();
     }
     void unlock() {
+        if (!GetParam().unlock.empty()) {
+            story.run(GetParam().unlock);
+        }
         locker_.reset();
         ASSERT_TRUE(waitUntil([&] { return !input_.isTaken(); }));
     }
@@ -85,16 +86,17 @@ TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
 }
 
 std::string lockerName(const testing::TestParamInfo<Locker>& info) {
-    auto name = info.param.program.front();
+    auto name = info.param.lock.front();
     std::ranges::replace(name, '-', '_');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Of, LockedScreenTest,
-    testing::Values(Locker{{"i3lock", "--nofork"}, {}}, Locker{{"xsecurelock"}, {}},
-                    Locker{{"cinnamon-screensaver"}, {"cinnamon-screensaver-command", "--lock"}}),
-    lockerName);
+INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
+                         testing::Values(Locker{{"i3lock", "--nofork"}, {}},
+                                         Locker{{"xsecurelock"}, {}},
+                                         Locker{{"cinnamon-screensaver-command", "--lock"},
+                                                {"cinnamon-screensaver-command", "--exit"}}),
+                         lockerName);
 
 } // namespace
 } // namespace hollowfernpike
