@@ -4,14 +4,16 @@
 #include "platform/x11/TakenInput.h"
 
 #include <optional>
+#include <span>
+#include <vector>
 
 namespace hollowfernpike::x11 {
 
 /// Sees key presses without taking part in them, through raw events of XInput 2.1 or later (its
 /// version must have been agreed on this connection): also those that some client grabs. Repeats
-/// are not seen, nor what is typed while a client has taken keyboard and pointer for itself: that
-/// may be a screen locker. It may also be somebody who takes them because of a press, so the first
-/// one counts if a modifier was held before. One at most per connection.
+/// are not seen, nor what is typed while a client has taken the keyboard for itself: that may be a
+/// screen locker. It may also be somebody who takes it because of a press, so the first one counts
+/// if a modifier was held before. One at most per connection.
 class RawKeys {
 public:
     struct Press {
@@ -24,8 +26,9 @@ public:
 
     explicit RawKeys(const Connection& connection);
 
-    /// Selects the events. Waits for the server.
-    void start();
+    /// Selects the events. Some desktops hold the Super keys, so that pressing one of them says
+    /// nothing of who has the keyboard. Waits for the server.
+    void start(std::span<const xcb_keycode_t> superKeys);
 
     /// Selects them no longer. What the server sent before can still be read.
     void stop();
@@ -37,7 +40,7 @@ public:
 private:
     std::uint32_t select(bool wanted) const;
     bool covers(const xcb_generic_event_t& event) const;
-    bool isForAnother();
+    bool isForAnother(xcb_keycode_t key);
 
     const Connection& connection_;
     TakenInput input_;
@@ -46,7 +49,8 @@ private:
     std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period
     ModifierState modifiers_ = 0;
     bool isModifierHeld_ = false;
-    bool wasInputTaken_ = false; ///< when the press before was read
+    std::vector<xcb_keycode_t> superKeys_;
+    bool isKeyboardTaken_ = false; ///< by somebody who did not take it because of one press
 };
 
 } // namespace hollowfernpike::x11

@@ -6,6 +6,7 @@
 #include "support/PrivateDesktop.h"
 
 #include <algorithm>
+#include <array>
 
 #include <gtest/gtest.h>
 
@@ -32,17 +33,20 @@ protected:
         return result;
     }
 
+    void start() { raw_.start(std::array{super_}); }
+
     VirtualDisplay display_;
     XClient client_{display_.name()};
     XClient other_{display_.name()};
     KeyInjector keyboard_{display_.name()};
     xcb_keycode_t x_ = keyboard_.keycode("AB02");
     xcb_keycode_t control_ = keyboard_.keycode("LCTL");
+    xcb_keycode_t super_ = keyboard_.keycode("LWIN");
     x11::RawKeys raw_{client_.connection()};
 };
 
 TEST_F(RawKeysTest, whatWasSentBeforeItStoppedIsReadBehindTheStop) {
-    raw_.start();
+    start();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
     raw_.stop();
@@ -53,18 +57,18 @@ TEST_F(RawKeysTest, whatWasSentBeforeItStoppedIsReadBehindTheStop) {
 
 // The modifiers are read anew with the start, so they are not those of older presses.
 TEST_F(RawKeysTest, whatWasSentBeforeItStartedAnewIsPassedOver) {
-    raw_.start();
+    start();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
     raw_.stop();
-    raw_.start();
+    start();
     keyboard_.strike({"AB02"});
     keyboard_.sync();
     EXPECT_EQ(states(), (States{{x_, 0}}));
 }
 
 TEST_F(RawKeysTest, nothingIsSeenWhileAnotherHasKeyboardAndPointer) {
-    raw_.start();
+    start();
     ASSERT_TRUE(other_.takeInput());
     keyboard_.strike({"AB02"});
     keyboard_.strike({"LCTL", "AB02"});
@@ -77,21 +81,54 @@ TEST_F(RawKeysTest, nothingIsSeenWhileAnotherHasKeyboardAndPointer) {
 TEST_F(RawKeysTest, nothingIsSeenIfAnotherHadThemBefore) {
     keyboard_.press("LCTL");
     ASSERT_TRUE(other_.takeInput());
-    raw_.start();
+    start();
     keyboard_.strike({"AB02"});
     EXPECT_EQ(states(), States{});
 }
 
-TEST_F(RawKeysTest, whoHasTheKeyboardAloneHidesNothing) {
-    raw_.start();
+TEST_F(RawKeysTest, nothingIsSeenWhileAnotherHasTheKeyboardAlone) {
+    start();
     ASSERT_TRUE(other_.grabKeyboard());
     keyboard_.strike({"LCTL", "AB02"});
-    EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
+    EXPECT_EQ(states(), States{});
+    other_.giveInputBack();
+    keyboard_.strike({"AB02"});
+    EXPECT_EQ(states(), (States{{x_, 0}}));
+}
+
+// As Cinnamon's locker does with the first key press, for its dialog.
+TEST_F(RawKeysTest, nothingIsSeenWhenALockerGivesThePointerBack) {
+    start();
+    ASSERT_TRUE(other_.takeInput());
+    keyboard_.strike({"AB02"});
+    EXPECT_EQ(states(), States{});
+    other_.givePointerBack();
+    keyboard_.strike({"LWIN", "AB02"});
+    keyboard_.strike({"LCTL", "AB02"});
+    EXPECT_EQ(states(), States{});
+}
+
+TEST_F(RawKeysTest, whoHoldsTheSameCombinationHidesNothing) {
+    start();
+    ASSERT_TRUE(other_.grabKey(x_, XCB_MOD_MASK_CONTROL));
+    const States both{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}};
+    for (int strike = 0; strike < 2; ++strike) {
+        keyboard_.strike({"LCTL", "AB02"});
+        EXPECT_EQ(states(), both);
+    }
+}
+
+// As some desktops do, for a press of that key alone.
+TEST_F(RawKeysTest, whoHoldsTheSuperKeyHidesNothing) {
+    start();
+    ASSERT_TRUE(other_.grabKey(super_, XCB_MOD_MASK_ANY));
+    keyboard_.strike({"LWIN", "AB02"});
+    EXPECT_EQ(states(), (States{{super_, 0}, {x_, XCB_MOD_MASK_4}}));
 }
 
 // As every program does while a mouse button is held on one of its windows.
 TEST_F(RawKeysTest, whoHasThePointerAloneHidesNothing) {
-    raw_.start();
+    start();
     ASSERT_TRUE(other_.grabPointer());
     keyboard_.strike({"LCTL", "AB02"});
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
@@ -99,7 +136,7 @@ TEST_F(RawKeysTest, whoHasThePointerAloneHidesNothing) {
 
 TEST_F(RawKeysTest, aLockIsNoModifierThatIsHeld) {
     other_.lockModifiers(XCB_MOD_MASK_LOCK, true);
-    raw_.start();
+    start();
     other_.lockModifiers(XCB_MOD_MASK_2, true);
     ASSERT_TRUE(other_.takeInput());
     keyboard_.strike({"AB02"});
@@ -108,7 +145,7 @@ TEST_F(RawKeysTest, aLockIsNoModifierThatIsHeld) {
 
 // A window manager that switches windows takes both as soon as it is told of Alt+Tab.
 TEST_F(RawKeysTest, aPressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
-    raw_.start();
+    start();
     keyboard_.press("LCTL");
     EXPECT_EQ(states(), (States{{control_, 0}}));
     keyboard_.press("AB02");
@@ -121,7 +158,7 @@ TEST_F(RawKeysTest, aPressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
 TEST_F(RawKeysTest, aModifierHeldBeforeTheStartCountsForSuchAPressToo) {
     keyboard_.press("LCTL");
     keyboard_.sync();
-    raw_.start();
+    start();
     keyboard_.press("AB02");
     ASSERT_TRUE(other_.takeInput());
     EXPECT_EQ(states(), (States{{x_, XCB_MOD_MASK_CONTROL}}));
