@@ -89,7 +89,7 @@ void GrabbedKeys::update() {
     if (shared_.empty()) {
         rawKeys_.stop();
     } else {
-        rawKeys_.start(map_->superKeys());
+        rawKeys_.start();
     }
 }
 
@@ -117,7 +117,7 @@ void GrabbedKeys::followLoneSuperKey() {
     }
     grabs_.setWindows(windows_ ? windows_->read() : Focusable{});
     if (loneSuperKey_ == LoneSuperKey::unguarded) {
-        rawKeys_.start(map_->superKeys());
+        rawKeys_.start();
     }
 }
 

@@ -12,7 +12,7 @@ std::vector<platform::KeyCombination> ObservedKeys::listenOnlyCombinations() con
 
 void ObservedKeys::start(const KeyboardMap& map) {
     map_ = map;
-    rawKeys_.start(map.superKeys());
+    rawKeys_.start();
 }
 
 void ObservedKeys::stop() {

@@ -4,8 +4,6 @@
 #include "platform/x11/Sequence.h"
 #include "platform/x11/Xkb.h"
 
-#include <algorithm>
-
 #include <xcb/xinput.h>
 
 namespace hollowfernpike::x11 {
@@ -21,8 +19,7 @@ struct EventMask {
 
 RawKeys::RawKeys(const Connection& connection) : connection_(connection), input_(connection) {}
 
-void RawKeys::start(std::span<const xcb_keycode_t> superKeys) {
-    superKeys_.assign(superKeys.begin(), superKeys.end());
+void RawKeys::start() {
     if (started_) {
         return;
     }
@@ -35,7 +32,7 @@ void RawKeys::start(std::span<const xcb_keycode_t> superKeys) {
     modifiers_ = state ? state->mods : ModifierState{0};
     isModifierHeld_ = state && state->baseMods != 0;
     const auto taken = input_.devices();
-    isKeyboardTaken_ = taken.keyboard && taken.pointer;
+    wasInputTaken_ = taken.keyboard && taken.pointer;
 }
 
 void RawKeys::stop() {
@@ -57,15 +54,12 @@ std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
         modifiers_ = state.mods;
         isModifierHeld_ = state.baseMods != 0;
     }
-    if (!isXInputEvent(connection_, event, XCB_INPUT_RAW_KEY_PRESS)) {
+    if (!isXInputEvent(connection_, event, XCB_INPUT_RAW_KEY_PRESS) || isForAnother()) {
         return std::nullopt;
     }
     const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
-    const auto key = static_cast<xcb_keycode_t>(raw.detail);
-    if (isForAnother(key)) {
-        return std::nullopt;
-    }
-    return Press{{key, modifiers_}, raw.time, event.full_sequence};
+    return Press{
+        {static_cast<xcb_keycode_t>(raw.detail), modifiers_}, raw.time, event.full_sequence};
 }
 
 bool RawKeys::covers(const xcb_generic_event_t& event) const {
@@ -73,15 +67,14 @@ bool RawKeys::covers(const xcb_generic_event_t& event) const {
            (started_ || isBefore(event.full_sequence, stoppedAt_));
 }
 
-// Whoever shares a combination has the keyboard because of this very press, or takes the pointer as
-// well then (Alt+Tab of a window manager); so the press of its modifiers counts, too.
-bool RawKeys::isForAnother(xcb_keycode_t key) {
+// Whoever shares a combination may take the input because of this very press (Alt+Tab of a window
+// manager), so the press of its modifiers counts, too. Who has the keyboard alone may hold nothing
+// but this press, unless a locker has left the pointer to the user, for its dialog.
+bool RawKeys::isForAnother() {
     const auto taken = input_.devices();
-    const bool isSuper = std::ranges::find(superKeys_, key) != superKeys_.end();
-    const bool isOfThisPress = isModifierHeld_ || isSuper;
-    const bool wasTaken = isKeyboardTaken_;
-    isKeyboardTaken_ = taken.keyboard && (wasTaken || taken.pointer || !isOfThisPress);
-    return isKeyboardTaken_ && (wasTaken || !isModifierHeld_);
+    const bool wasTaken = wasInputTaken_;
+    wasInputTaken_ = taken.keyboard && (taken.pointer || wasTaken);
+    return wasInputTaken_ && (wasTaken || !isModifierHeld_);
 }
 
 std::uint32_t RawKeys::select(bool wanted) const {

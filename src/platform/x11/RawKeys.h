@@ -4,16 +4,15 @@
 #include "platform/x11/TakenInput.h"
 
 #include <optional>
-#include <span>
-#include <vector>
 
 namespace hollowfernpike::x11 {
 
 /// Sees key presses without taking part in them, through raw events of XInput 2.1 or later (its
 /// version must have been agreed on this connection): also those that some client grabs. Repeats
-/// are not seen, nor what is typed while a client has taken the keyboard for itself: that may be a
-/// screen locker. It may also be somebody who takes it because of a press, so the first one counts
-/// if a modifier was held before. One at most per connection.
+/// are not seen, nor what is typed after a client has taken keyboard and pointer for itself, as
+/// long as it keeps the keyboard: that may be a screen locker. It may also be somebody who takes
+/// them because of a press, so the first one counts if a modifier was held before. One at most per
+/// connection.
 class RawKeys {
 public:
     struct Press {
@@ -26,9 +25,8 @@ public:
 
     explicit RawKeys(const Connection& connection);
 
-    /// Selects the events. Some desktops hold the Super keys, so that pressing one of them says
-    /// nothing of who has the keyboard. Waits for the server.
-    void start(std::span<const xcb_keycode_t> superKeys);
+    /// Selects the events. Waits for the server.
+    void start();
 
     /// Selects them no longer. What the server sent before can still be read.
     void stop();
@@ -40,7 +38,7 @@ public:
 private:
     std::uint32_t select(bool wanted) const;
     bool covers(const xcb_generic_event_t& event) const;
-    bool isForAnother(xcb_keycode_t key);
+    bool isForAnother();
 
     const Connection& connection_;
     TakenInput input_;
@@ -49,8 +47,7 @@ private:
     std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period
     ModifierState modifiers_ = 0;
     bool isModifierHeld_ = false;
-    std::vector<xcb_keycode_t> superKeys_;
-    bool isKeyboardTaken_ = false; ///< by somebody who did not take it because of one press
+    bool wasInputTaken_ = false; ///< when the press before was read
 };
 
 } // namespace hollowfernpike::x11

@@ -54,6 +54,15 @@ TEST_F(ListenOnlyTapTest, seesWhatAnActiveTapSwallows) {
     EXPECT_EQ(tap->presses[0].flags, flags::control | flags::nonCoalesced);
 }
 
+TEST_F(ListenOnlyTapTest, seesWhatAClientWithTheWholeKeyboardGets) {
+    auto tap = makeListenOnlyTap();
+    XClient other(display_.name());
+    ASSERT_TRUE(other.grabKeyboard());
+    keyboard_.strike({"LCTL", "AB02"});
+    ASSERT_TRUE(delivered(*tap, 1));
+    EXPECT_EQ(tap->presses[0].flags, flags::control | flags::nonCoalesced);
+}
+
 TEST_F(ListenOnlyTapTest, knowsTheModifiersHeldWhenItStarts) {
     keyboard_.press("LCTL");
     keyboard_.press("LWIN");
