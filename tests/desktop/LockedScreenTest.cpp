@@ -1,3 +1,4 @@
+#include "desktop/RecordedTraffic.h"
 #include "desktop/Story.h"
 #include "platform/x11/taps/TakenInput.h"
 #include "support/WaitUntil.h"
@@ -17,12 +18,13 @@ using namespace test;
 using Command = std::vector<std::string>;
 
 struct Locker {
-    Command program;
-    Command request; ///< what asks the program to lock; empty if it does by itself
+    Command lock;
+    Command unlock; ///< ends what the first command has left behind; empty if that stays itself
+    bool givesPointerBack = false; ///< for its dialog, with the first key press
 };
 
 std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
-    return stream << locker.program.front();
+    return stream << locker.lock.front();
 }
 
 /// A combination that another program holds, too, is only observed, and what is observed goes on
@@ -39,24 +41,32 @@ protected:
     }
 
     void lock() {
-        locker_ = story.desktop.start(GetParam().program);
-        ASSERT_TRUE(waitUntil([&] {
-            if (!GetParam().request.empty()) {
-                story.desktop.start(GetParam().request)->wait();
-            }
-            return input_.isTaken();
+        locker_ = story.desktop.start(GetParam().lock);
+        if (!GetParam().unlock.empty()) {
+            ASSERT_EQ(locker_->wait(), 0) << locker_->errors();
+        }
+        ASSERT_TRUE(waitUntil([this] {
+            return input_.devices().pointer && input_.devices().keyboard;
         })) << locker_->errors();
     }
     void unlock() {
+        if (!GetParam().unlock.empty()) {
+            story.run(GetParam().unlock);
+        }
         locker_.reset();
-        ASSERT_TRUE(waitUntil([&] { return !input_.isTaken(); }));
+        ASSERT_TRUE(waitUntil([this] { return !input_.devices().keyboard; }));
     }
 
-    /// Has the utility open its window, which it does behind the presses that came before.
-    void waitForTheUtility() {
-        story.run({HFP_PROGRAM});
-        ASSERT_TRUE(waitUntil(
-            [&] { return story.pager.classOf(story.pager.focusedWindow()) == "Hollowfernpike"; }));
+    bool givesPointerBack() const {
+        return waitUntil([this] { return !input_.devices().pointer; });
+    }
+
+    /// Waits until the utility has seen so many presses: with each it asks who has the input.
+    testing::AssertionResult isSeenByTheUtility(std::size_t presses) {
+        return waitUntil([&] { return questions_.of(story.utility().pid()) >= presses; })
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure()
+                         << questions_.of(story.utility().pid()) << " presses of " << presses;
     }
 
     Story story;
@@ -67,14 +77,20 @@ protected:
 private:
     std::unique_ptr<x11::Connection> connection_ = x11::Connection::open(story.desktop.display());
     x11::TakenInput input_{*connection_};
+    RecordedTraffic questions_ =
+        RecordedTraffic::ofRequests(story.desktop.display(), XCB_GRAB_KEYBOARD);
     std::unique_ptr<ChildProcess> locker_;
 };
 
 TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
     lock();
     story.strike(bound);
+    ASSERT_TRUE(isSeenByTheUtility(bound.keys().size()));
+    if (GetParam().givesPointerBack) {
+        ASSERT_TRUE(givesPointerBack());
+    }
     story.strike(bound);
-    waitForTheUtility();
+    ASSERT_TRUE(isSeenByTheUtility(2 * bound.keys().size()));
     unlock();
     story.strike(another);
     ASSERT_TRUE(story.isInFront(front));
@@ -85,16 +101,18 @@ TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
 }
 
 std::string lockerName(const testing::TestParamInfo<Locker>& info) {
-    auto name = info.param.program.front();
+    auto name = info.param.lock.front();
     std::ranges::replace(name, '-', '_');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Of, LockedScreenTest,
-    testing::Values(Locker{{"i3lock", "--nofork"}, {}}, Locker{{"xsecurelock"}, {}},
-                    Locker{{"cinnamon-screensaver"}, {"cinnamon-screensaver-command", "--lock"}}),
-    lockerName);
+INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
+                         testing::Values(Locker{{"i3lock", "--nofork"}, {}},
+                                         Locker{{"xsecurelock"}, {}},
+                                         Locker{{"cinnamon-screensaver-command", "--lock"},
+                                                {"cinnamon-screensaver-command", "--exit"},
+                                                true}),
+                         lockerName);
 
 } // namespace
 } // namespace hollowfernpike

@@ -1,14 +1,19 @@
 #include "package/InstalledProgram.h"
 
 #include <stdexcept>
+#include <string>
 
 namespace hollowfernpike::test {
 
 namespace installed {
 
 void show(const PrivateDesktop& desktop) {
-    desktop.showApplicationOfMachine(std::string{identifier} + ".desktop");
-    desktop.showServiceOfMachine(identifier);
+    const std::string name = identifier;
+    desktop.showOfMachine("applications/" + name + ".desktop");
+    desktop.showOfMachine("dbus-1/services/" + name + ".service");
+    desktop.showOfMachine("icons/hicolor");
+    callOnBus(desktop, {"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                        "org.freedesktop.DBus.ReloadConfig"});
 }
 
 void call(const PrivateDesktop& desktop, const std::string& method,

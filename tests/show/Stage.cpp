@@ -44,8 +44,9 @@ std::string numberedIdentifier(std::size_t number) {
 } // namespace
 
 Stage::Stage(std::vector<Binding> bindings) : bindings_(std::move(bindings)) {
+    desktop.showOfMachine("icons/hicolor");
     for (const auto& binding : bindings_) {
-        desktop.showApplicationOfMachine(binding.entry.filename());
+        desktop.showOfMachine("applications" / binding.entry.filename());
         if (!std::filesystem::exists(binding.entry)) {
             throw std::runtime_error(binding.application + " is not installed");
         }

@@ -83,14 +83,21 @@ Environment environmentOf(Environment session) {
 
 namespace fs = std::filesystem;
 
-constexpr std::array sharedData{
-    "cinnamon",          "glib-2.0",       "icons/Adwaita", "icons/breeze",
-    "icons/breeze-dark", "icons/default",  "mime",          "themes/Adwaita",
-    "themes/Clearlooks", "themes/Default", "xfce4"};
+constexpr std::array sharedData{"cinnamon",
+                                "dbus-1/services/org.a11y.Bus.service",
+                                "dbus-1/services/org.cinnamon.ScreenSaver.service",
+                                "dbus-1/services/org.xfce.Xfconf.service",
+                                "glib-2.0",
+                                "icons/Adwaita",
+                                "icons/breeze",
+                                "icons/breeze-dark",
+                                "icons/default",
+                                "mime",
+                                "themes/Adwaita",
+                                "themes/Clearlooks",
+                                "themes/Default",
+                                "xfce4"};
 constexpr std::array sharedConfiguration{"menus", "openbox", "tint2", "xfce4"};
-
-/// What the bus may start: the services that screen readers, panels and window managers need.
-constexpr std::array sharedServices{"org.a11y.Bus", "org.xfce.Xfconf"};
 
 /// The folders for all users, as a session knows them.
 fs::path dataIn(const fs::path& shared) {
@@ -105,11 +112,6 @@ void share(const fs::path& original, const fs::path& seen) {
     fs::create_symlink(original, seen);
 }
 
-void shareService(const std::string& name, const fs::path& shared) {
-    const auto file = fs::path("dbus-1/services") / (name + ".service");
-    share("/usr/share" / file, dataIn(shared) / file);
-}
-
 void shareParts(const fs::path& shared) {
     fs::create_directories(dataIn(shared) / "applications");
     for (const auto* part : sharedData) {
@@ -117,9 +119,6 @@ void shareParts(const fs::path& shared) {
     }
     for (const auto* part : sharedConfiguration) {
         share(fs::path("/etc/xdg") / part, configurationIn(shared) / part);
-    }
-    for (const auto* name : sharedServices) {
-        shareService(name, shared);
     }
 }
 
@@ -244,15 +243,8 @@ bool PrivateDesktop::closeFirstOverview() const {
            });
 }
 
-void PrivateDesktop::showApplicationOfMachine(const std::string& entryName) const {
-    const auto file = fs::path("applications") / entryName;
-    share("/usr/share" / file, dataIn(shared_.path()) / file);
-}
-
-void PrivateDesktop::showServiceOfMachine(const std::string& name) const {
-    shareService(name, shared_.path());
-    callOnBus(*this, {"org.freedesktop.DBus", "/org/freedesktop/DBus",
-                      "org.freedesktop.DBus.ReloadConfig"});
+void PrivateDesktop::showOfMachine(const fs::path& part) const {
+    share(fs::path("/usr/share") / part, dataIn(shared_.path()) / part);
 }
 
 std::unique_ptr<ChildProcess>

@@ -65,11 +65,8 @@ public:
     VirtualDisplay& virtualDisplay() { return display_; }
     ChildProcess& windowManager() { return *windowManager_; }
 
-    /// Has the session see this entry of the machine's own applications, of which it sees no other.
-    void showApplicationOfMachine(const std::string& entryName) const;
-
-    /// Has the session's bus start this service of the machine when it is asked for.
-    void showServiceOfMachine(const std::string& name) const;
+    /// Has the session see this file or folder below the machine's /usr/share, too.
+    void showOfMachine(const std::filesystem::path& part) const;
 
     /// What a program needs in its environment to live in this session.
     const Environment& environment() const { return environment_; }
