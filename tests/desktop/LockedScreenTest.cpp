@@ -1,3 +1,4 @@
+#include "desktop/RecordedTraffic.h"
 #include "desktop/Story.h"
 #include "platform/x11/TakenInput.h"
 #include "support/WaitUntil.h"
@@ -19,6 +20,7 @@ using Command = std::vector<std::string>;
 struct Locker {
     Command lock;
     Command unlock; ///< ends what the first command has left behind; empty if that stays itself
+    bool givesPointerBack = false; ///< for its dialog, with the first key press
 };
 
 std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
@@ -43,21 +45,28 @@ protected:
         if (!GetParam().unlock.empty()) {
             ASSERT_EQ(locker_->wait(), 0) << locker_->errors();
         }
-        ASSERT_TRUE(waitUntil([this] { return input_.isTaken(); })) << locker_->errors();
+        ASSERT_TRUE(waitUntil([this] {
+            return input_.devices().pointer && input_.devices().keyboard;
+        })) << locker_->errors();
     }
     void unlock() {
         if (!GetParam().unlock.empty()) {
             story.run(GetParam().unlock);
         }
         locker_.reset();
-        ASSERT_TRUE(waitUntil([&] { return !input_.isTaken(); }));
+        ASSERT_TRUE(waitUntil([this] { return !input_.devices().keyboard; }));
     }
 
-    /// Has the utility open its window, which it does behind the presses that came before.
-    void waitForTheUtility() {
-        story.run({HFP_PROGRAM});
-        ASSERT_TRUE(waitUntil(
-            [&] { return story.pager.classOf(story.pager.focusedWindow()) == "Hollowfernpike"; }));
+    bool givesPointerBack() const {
+        return waitUntil([this] { return !input_.devices().pointer; });
+    }
+
+    /// Waits until the utility has seen so many presses: with each it asks who has the input.
+    testing::AssertionResult isSeenByTheUtility(std::size_t presses) {
+        return waitUntil([&] { return questions_.of(story.utility().pid()) >= presses; })
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure()
+                         << questions_.of(story.utility().pid()) << " presses of " << presses;
     }
 
     Story story;
@@ -68,14 +77,20 @@ protected:
 private:
     std::unique_ptr<x11::Connection> connection_ = x11::Connection::open(story.desktop.display());
     x11::TakenInput input_{*connection_};
+    RecordedTraffic questions_ =
+        RecordedTraffic::ofRequests(story.desktop.display(), XCB_GRAB_KEYBOARD);
     std::unique_ptr<ChildProcess> locker_;
 };
 
 TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
     lock();
     story.strike(bound);
+    ASSERT_TRUE(isSeenByTheUtility(bound.keys().size()));
+    if (GetParam().givesPointerBack) {
+        ASSERT_TRUE(givesPointerBack());
+    }
     story.strike(bound);
-    waitForTheUtility();
+    ASSERT_TRUE(isSeenByTheUtility(2 * bound.keys().size()));
     unlock();
     story.strike(another);
     ASSERT_TRUE(story.isInFront(front));
@@ -95,7 +110,8 @@ INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
                          testing::Values(Locker{{"i3lock", "--nofork"}, {}},
                                          Locker{{"xsecurelock"}, {}},
                                          Locker{{"cinnamon-screensaver-command", "--lock"},
-                                                {"cinnamon-screensaver-command", "--exit"}}),
+                                                {"cinnamon-screensaver-command", "--exit"},
+                                                true}),
                          lockerName);
 
 } // namespace

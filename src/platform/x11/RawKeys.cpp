@@ -4,8 +4,6 @@
 #include "platform/x11/Sequence.h"
 #include "platform/x11/Xkb.h"
 
-#include <utility>
-
 #include <xcb/xinput.h>
 
 namespace hollowfernpike::x11 {
@@ -33,7 +31,8 @@ void RawKeys::start() {
     startedAt_ = cookie.sequence;
     modifiers_ = state ? state->mods : ModifierState{0};
     isModifierHeld_ = state && state->baseMods != 0;
-    wasInputTaken_ = input_.isTaken();
+    const auto taken = input_.devices();
+    wasInputTaken_ = taken.keyboard && taken.pointer;
 }
 
 void RawKeys::stop() {
@@ -69,11 +68,13 @@ bool RawKeys::covers(const xcb_generic_event_t& event) const {
 }
 
 // Whoever shares a combination may take the input because of this very press (Alt+Tab of a window
-// manager), so the press of its modifiers counts, too.
+// manager), so the press of its modifiers counts, too. Who has the keyboard alone may hold nothing
+// but this press, unless a locker has left the pointer to the user, for its dialog.
 bool RawKeys::isForAnother() {
-    const bool isTaken = input_.isTaken();
-    const bool wasTaken = std::exchange(wasInputTaken_, isTaken);
-    return isTaken && (wasTaken || !isModifierHeld_);
+    const auto taken = input_.devices();
+    const bool wasTaken = wasInputTaken_;
+    wasInputTaken_ = taken.keyboard && (taken.pointer || wasTaken);
+    return wasInputTaken_ && (wasTaken || !isModifierHeld_);
 }
 
 std::uint32_t RawKeys::select(bool wanted) const {

@@ -9,9 +9,10 @@ namespace hollowfernpike::x11 {
 
 /// Sees key presses without taking part in them, through raw events of XInput 2.1 or later (its
 /// version must have been agreed on this connection): also those that some client grabs. Repeats
-/// are not seen, nor what is typed while a client has taken keyboard and pointer for itself: that
-/// may be a screen locker. It may also be somebody who takes them because of a press, so the first
-/// one counts if a modifier was held before. One at most per connection.
+/// are not seen, nor what is typed after a client has taken keyboard and pointer for itself, as
+/// long as it keeps the keyboard: that may be a screen locker. It may also be somebody who takes
+/// them because of a press, so the first one counts if a modifier was held before. One at most per
+/// connection.
 class RawKeys {
 public:
     struct Press {

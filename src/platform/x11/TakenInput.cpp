@@ -14,7 +14,7 @@ TakenInput::~TakenInput() {
 
 // No grab succeeds on a window that is not shown. The server says so only if nobody else has the
 // device; else it says that.
-bool TakenInput::isTaken() const {
+TakenDevices TakenInput::devices() const {
     auto* const server = connection_.get();
     const auto pointer =
         xcb_grab_pointer(server, 0, window_, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
@@ -25,8 +25,8 @@ bool TakenInput::isTaken() const {
         xcb_grab_pointer_reply(server, pointer, nullptr)};
     const Reply<xcb_grab_keyboard_reply_t> ofKeyboard{
         xcb_grab_keyboard_reply(server, keyboard, nullptr)};
-    return ofPointer && ofPointer->status == XCB_GRAB_STATUS_ALREADY_GRABBED && ofKeyboard &&
-           ofKeyboard->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+    return {.keyboard = ofKeyboard && ofKeyboard->status == XCB_GRAB_STATUS_ALREADY_GRABBED,
+            .pointer = ofPointer && ofPointer->status == XCB_GRAB_STATUS_ALREADY_GRABBED};
 }
 
 } // namespace hollowfernpike::x11

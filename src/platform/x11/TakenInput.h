@@ -4,9 +4,16 @@
 
 namespace hollowfernpike::x11 {
 
-/// Whether another client has taken both the keyboard and the pointer for itself (an active grab of
-/// each), as screen lockers do for as long as they are up and menus while they are open. Asking
-/// takes nothing and nobody notices.
+/// What another client has taken for itself (an active grab). Screen lockers take both for as long
+/// as they are up, menus while they are open; some lockers leave the pointer to the user once their
+/// dialog shows. A client that holds a key press (a passive grab) has the keyboard until the
+/// release.
+struct TakenDevices {
+    bool keyboard = false;
+    bool pointer = false;
+};
+
+/// Asks for them, which takes nothing, and nobody notices.
 class TakenInput {
 public:
     /// The connection outlives this object.
@@ -16,7 +23,7 @@ public:
     ~TakenInput();
 
     /// Waits for the server, once.
-    bool isTaken() const;
+    TakenDevices devices() const;
 
 private:
     const Connection& connection_;

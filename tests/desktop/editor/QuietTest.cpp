@@ -1,4 +1,4 @@
-#include "desktop/editor/DeliveredKeys.h"
+#include "desktop/RecordedTraffic.h"
 #include "desktop/editor/EditorStory.h"
 
 #include "support/WaitUntil.h"
@@ -21,7 +21,7 @@ using namespace test;
 class QuietTest : public EditorStoryTest {
 protected:
     const std::string_view editing = story.titles.editing;
-    DeliveredKeys delivered{story.desktop.display()};
+    RecordedTraffic delivered = RecordedTraffic::ofKeyEvents(story.desktop.display());
 
     /// Keys that are nothing to a recorder by themselves.
     static std::vector<std::string> bareKeys() {
@@ -39,16 +39,16 @@ protected:
     std::size_t deliveredWhileTypingElsewhere() {
         EXPECT_TRUE(story.switchTo(quartz));
         const auto other = quartz.copies().at(0);
-        const auto toUtility = [this] { return delivered.to(story.utility().pid()); };
-        const auto isUpToDate = [&] { return delivered.to(other) >= quartz.keys().size(); };
+        const auto toUtility = [this] { return delivered.of(story.utility().pid()); };
+        const auto isUpToDate = [&] { return delivered.of(other) >= quartz.keys().size(); };
         EXPECT_TRUE(waitUntil(isUpToDate));
-        const auto settled = delivered.to(other);
+        const auto settled = delivered.of(other);
         const auto already = toUtility();
         for (const auto& name : bareKeys()) {
             story.keyboard.strike({name});
         }
         const auto expected = settled + 2 * bareKeys().size();
-        EXPECT_TRUE(waitUntil([&] { return delivered.to(other) >= expected; }));
+        EXPECT_TRUE(waitUntil([&] { return delivered.of(other) >= expected; }));
         return toUtility() - already;
     }
 

@@ -89,6 +89,20 @@ TEST_F(RawKeysTest, whoHasTheKeyboardAloneHidesNothing) {
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
 }
 
+// As Cinnamon's locker does with the first key press, for its dialog.
+TEST_F(RawKeysTest, nothingIsSeenWhenALockerGivesThePointerBack) {
+    raw_.start();
+    ASSERT_TRUE(other_.takeInput());
+    keyboard_.strike({"AB02"});
+    EXPECT_EQ(states(), States{});
+    other_.givePointerBack();
+    keyboard_.strike({"LCTL", "AB02"});
+    EXPECT_EQ(states(), States{});
+    other_.giveInputBack();
+    keyboard_.strike({"LCTL", "AB02"});
+    EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
+}
+
 // As every program does while a mouse button is held on one of its windows.
 TEST_F(RawKeysTest, whoHasThePointerAloneHidesNothing) {
     raw_.start();

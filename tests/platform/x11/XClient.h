@@ -58,6 +58,9 @@ public:
     bool takeInput() { return grabPointer() && grabKeyboard(); }
     void giveInputBack() {
         xcb_ungrab_keyboard(server(), XCB_CURRENT_TIME);
+        givePointerBack();
+    }
+    void givePointerBack() {
         xcb_ungrab_pointer(server(), XCB_CURRENT_TIME);
         sync();
     }

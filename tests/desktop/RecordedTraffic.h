@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include <sys/types.h>
+#include <xcb/record.h>
+#include <xcb/xcb.h>
+
+namespace hollowfernpike::test {
+
+/// Counts what goes between the server and each process of a display (RECORD). It watches from its
+/// construction on.
+class RecordedTraffic {
+public:
+    /// The key events that are delivered, raw ones included.
+    static RecordedTraffic ofKeyEvents(const std::string& display);
+
+    /// The requests of this kind, by its number in the core protocol.
+    static RecordedTraffic ofRequests(const std::string& display, std::uint8_t kind);
+
+    RecordedTraffic(const RecordedTraffic&) = delete;
+    RecordedTraffic& operator=(const RecordedTraffic&) = delete;
+    ~RecordedTraffic();
+
+    /// How many went to or came from this process, as far as is known yet. What went earlier to or
+    /// from whomever is known earlier.
+    std::size_t of(pid_t process);
+
+private:
+    RecordedTraffic(const std::string& display, const xcb_record_range_t& range);
+
+    void readOn();
+    std::size_t countIn(const xcb_record_enable_context_reply_t& report) const;
+    pid_t processOf(std::uint32_t client);
+
+    xcb_connection_t* control_;
+    xcb_connection_t* data_;
+    xcb_record_context_t context_;
+    unsigned int reports_ = 0;
+    std::map<pid_t, std::size_t> counts_;
+};
+
+} // namespace hollowfernpike::test
