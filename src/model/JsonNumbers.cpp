@@ -44,15 +44,17 @@ std::size_t endOfNumber(std::string_view text, std::size_t at) {
 } // namespace
 
 // A zero with an exponent: its digits are the last part that a number can have, so what is wrong
-// behind a number, as in 1e400.5, is as wrong behind its zero.
+// behind a number, as in 1e400.5, is as wrong behind its zero. The sign stays, so that what is
+// wrong before a number, as in 1-1e400, is so before its zero, too.
 std::string withZerosForNumbers(std::string_view document) {
     std::string result{document};
     std::size_t at = 0;
     while ((at = document.find_first_of("\"-0123456789", at)) != std::string_view::npos) {
         const bool isString = document[at] == '"';
         const auto end = isString ? endOfString(document, at) : endOfNumber(document, at);
-        if (!isString && end - at > 2) {
-            result.replace(at, end - at, end - at, '0').replace(at + 1, 1, 1, 'e');
+        const auto start = document[at] == '-' ? at + 1 : at;
+        if (!isString && end > start + 2) {
+            result.replace(start, end - start, end - start, '0').replace(start + 1, 1, 1, 'e');
         }
         at = end;
     }
