@@ -20,6 +20,25 @@ bool isOfKey(const xcb_generic_event_t& event) {
            kind == XCB_INPUT_RAW_KEY_PRESS || kind == XCB_INPUT_RAW_KEY_RELEASE;
 }
 
+// A report holds one request, or some events.
+std::size_t countIn(const xcb_record_enable_context_reply_t& report) {
+    constexpr std::uint8_t fromServer = 0;
+    constexpr std::uint8_t fromClient = 1;
+    constexpr std::size_t eventSize = 32;
+    if (report.category != fromServer) {
+        return report.category == fromClient ? 1 : 0;
+    }
+    const auto size = static_cast<std::size_t>(xcb_record_enable_context_data_length(&report));
+    const auto* const events = xcb_record_enable_context_data(&report);
+    std::size_t found = 0;
+    for (std::size_t offset = 0; offset + eventSize <= size; offset += eventSize) {
+        if (isOfKey(reinterpret_cast<const xcb_generic_event_t&>(events[offset]))) {
+            ++found;
+        }
+    }
+    return found;
+}
+
 } // namespace
 
 RecordedTraffic RecordedTraffic::ofKeyEvents(const std::string& display) {
@@ -63,25 +82,6 @@ void RecordedTraffic::readOn() {
             counts_[processOf(traffic->xid_base)] += found;
         }
     }
-}
-
-// A report holds one request, or some events.
-std::size_t RecordedTraffic::countIn(const xcb_record_enable_context_reply_t& report) const {
-    constexpr std::uint8_t fromServer = 0;
-    constexpr std::uint8_t fromClient = 1;
-    constexpr std::size_t eventSize = 32;
-    if (report.category != fromServer) {
-        return report.category == fromClient ? 1 : 0;
-    }
-    const auto size = static_cast<std::size_t>(xcb_record_enable_context_data_length(&report));
-    const auto* const events = xcb_record_enable_context_data(&report);
-    std::size_t found = 0;
-    for (std::size_t offset = 0; offset + eventSize <= size; offset += eventSize) {
-        if (isOfKey(reinterpret_cast<const xcb_generic_event_t&>(events[offset]))) {
-            ++found;
-        }
-    }
-    return found;
 }
 
 pid_t RecordedTraffic::processOf(std::uint32_t client) {

@@ -33,7 +33,6 @@ private:
     RecordedTraffic(const std::string& display, const xcb_record_range_t& range);
 
     void readOn();
-    std::size_t countIn(const xcb_record_enable_context_reply_t& report) const;
     pid_t processOf(std::uint32_t client);
 
     xcb_connection_t* control_;
