@@ -4,8 +4,8 @@
 #include "platform/freedesktop/entries/ApplicationBundles.h"
 #include "platform/freedesktop/entries/DesktopEntries.h"
 #include "platform/freedesktop/launching/ProgramLaunch.h"
-#include "platform/freedesktop/owners/OwnerResolution.h"
 #include "platform/freedesktop/owners/ProcessTable.h"
+#include "platform/freedesktop/owners/WindowOwners.h"
 #include "support/TemporaryDirectory.h"
 
 #include <fstream>

@@ -2,14 +2,20 @@
 
 #include "model/AppShortcut.h"
 #include "model/DecodingError.h"
-#include "model/RecordDecoder.h"
+#include "model/RecordKeys.h"
+#include "model/json/JsonValue.h"
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 namespace hollowfernpike {
+
+/// What an object of the document holds under the keys of a record, by `RecordKey`; absent where
+/// the key is missing.
+using RecordMembers = std::array<std::optional<JsonValue>, recordKeyNames.size()>;
 
 /// Makes a list of shortcuts out of the events of a JSON reader: a value for every scalar, open and
 /// close around what arrays and objects hold, a key before every member.

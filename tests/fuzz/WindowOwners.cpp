@@ -1,13 +1,13 @@
 // The input is a window that may lie about itself, on a desktop whose entry files may be anything:
 // the window's facts, then the entry files, with lines of "%%" between them.
 
+#include "platform/freedesktop/owners/WindowOwners.h"
 #include "fuzz/EntryText.h"
 #include "fuzz/Require.h"
 #include "fuzz/Target.h"
 #include "fuzz/WindowText.h"
 #include "platform/freedesktop/entries/EntryIndex.h"
 #include "platform/freedesktop/entries/ExecLine.h"
-#include "platform/freedesktop/owners/OwnerResolution.h"
 
 #include <algorithm>
 #include <span>

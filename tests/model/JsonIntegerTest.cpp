@@ -1,4 +1,4 @@
-#include "model/json/JsonInteger.h"
+#include "model/json/JsonNumbers.h"
 
 #include <cstdint>
 #include <limits>

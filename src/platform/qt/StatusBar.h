@@ -1,9 +1,7 @@
 #pragma once
 
 #include "platform/StatusBar.h"
-#include "platform/SystemTray.h"
-#include "platform/freedesktop/bus/SessionBus.h"
-#include "platform/qt/Application.h"
+#include "platform/qt/StatusItem.h"
 
 namespace hollowfernpike::qt {
 
@@ -16,7 +14,9 @@ public:
               const freedesktop::SessionBus* bus)
         : application_(application), tray_(tray), bus_(bus) {}
 
-    std::unique_ptr<platform::StatusItem> createStatusItem() override;
+    std::unique_ptr<platform::StatusItem> createStatusItem() override {
+        return std::make_unique<StatusItem>(application_, tray_, bus_);
+    }
 
 private:
     Application& application_;

@@ -1,7 +1,7 @@
 #include "platform/x11/Desktop.h"
 
 #include "platform/x11/LaunchFeedback.h"
-#include "platform/x11/TrustMessage.h"
+#include "platform/x11/TrustProblem.h"
 #include "platform/x11/taps/EventTaps.h"
 #include "platform/x11/tray/SystemTray.h"
 #include "platform/x11/windows/OwnWindows.h"

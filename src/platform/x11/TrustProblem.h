@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/LocalizedError.h"
 #include "platform/x11/server/Connection.h"
 
 #include <optional>
@@ -17,5 +18,8 @@ enum class TrustProblem {
 /// Asks the server behind the connection, or says noDisplay if there is none. Agrees with the
 /// server on the versions of XKB and XInput that taps use.
 std::optional<TrustProblem> findTrustProblem(const Connection* connection);
+
+/// What to tell the user: what is missing and what to do about it.
+platform::LocalizedError trustMessage(TrustProblem problem);
 
 } // namespace hollowfernpike::x11

@@ -10,7 +10,7 @@
 #include "ui/icons/IconView.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
-#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,6 @@
 #include "ui/editor/ApplicationListModel.h"
 
 #include "ui/icons/FileIcons.h"
-#include "ui/icons/GenericApplicationIcon.h"
 
 #include <QElapsedTimer>
 #include <QSize>

@@ -3,8 +3,7 @@
 #include "app/Language.h"
 #include "ui/editor/KeyRecorderView.h"
 #include "ui/icons/IconView.h"
-#include "ui/parts/FittingLabel.h"
-#include "ui/parts/Fonts.h"
+#include "ui/parts/Labels.h"
 #include "ui/parts/LargeButton.h"
 
 #include <algorithm>

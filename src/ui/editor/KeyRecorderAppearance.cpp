@@ -4,8 +4,7 @@
 
 #include "app/Language.h"
 #include "ui/parts/AccessibleRole.h"
-#include "ui/parts/FittingLabel.h"
-#include "ui/parts/Fonts.h"
+#include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 

@@ -7,7 +7,7 @@
 #include "platform/KeyCode.h"
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
-#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Labels.h"
 #include "ui/parts/WindowPlacing.h"
 
 #include <QPushButton>

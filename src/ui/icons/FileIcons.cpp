@@ -1,11 +1,62 @@
 #include "ui/icons/FileIcons.h"
 
 #include "platform/Services.h"
-#include "ui/icons/GenericApplicationIcon.h"
+#include "ui/icons/DrawnIcon.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+
+#include <utility>
 
 namespace hollowfernpike {
 
 namespace {
+
+class LazyIconEngine final : public QIconEngine {
+public:
+    explicit LazyIconEngine(std::string path) : path_(std::move(path)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
+               QIcon::State state) override {
+        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        return icon().pixmap(size, 1.0, mode, state);
+    }
+
+    QIconEngine* clone() const override { return new LazyIconEngine(*this); }
+
+private:
+    const QIcon& icon() {
+        if (icon_.isNull()) {
+            icon_ = iconForFile(path_);
+        }
+        return icon_;
+    }
+
+    std::string path_;
+    QIcon icon_;
+};
+
+void drawWindow(QPainter& painter, const QRectF& square, QIcon::Mode mode) {
+    const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+    const QPalette palette = QGuiApplication::palette();
+    const qreal unit = square.width() / 16;
+    const QRectF window = square.adjusted(unit, 2 * unit, -unit, -2 * unit);
+    QPainterPath outline;
+    outline.addRoundedRect(window, unit, unit);
+
+    painter.fillPath(outline, palette.color(group, QPalette::Base));
+    painter.setClipPath(outline);
+    painter.fillRect(QRectF(window.topLeft(), QSizeF(window.width(), 3 * unit)),
+                     palette.color(group, QPalette::Highlight));
+    painter.setClipping(false);
+    painter.strokePath(outline, QPen(palette.color(group, QPalette::WindowText), unit / 2));
+}
 
 /// An icon may have a name and a size and yet be a file that nobody can read.
 bool showsSomething(const QIcon& icon) {
@@ -37,6 +88,14 @@ QIcon iconFor(const platform::FileIcon& icon) {
 
 QIcon iconForFile(const std::string& path) {
     return iconFor(platform::services().applicationBundles.iconForFile(path));
+}
+
+QIcon genericApplicationIcon() {
+    return drawnIcon(drawWindow);
+}
+
+QIcon lazyIconForFile(std::string path) {
+    return QIcon(new LazyIconEngine(std::move(path)));
 }
 
 } // namespace hollowfernpike

@@ -6,8 +6,6 @@
 
 #include <string>
 
-/// Icons ready to be shown, sharp at any scale and never empty: what cannot be found or read looks
-/// like an application of no particular kind. Main thread only.
 namespace hollowfernpike {
 
 /// From the user's icon theme, else from the icon's own image. Reads files.
@@ -15,5 +13,14 @@ QIcon iconFor(const platform::FileIcon& icon);
 
 /// The icon of the application at `path`.
 QIcon iconForFile(const std::string& path);
+
+/// A window without contents, in the colours of the palette, drawn at the size that is asked for.
+/// Main thread only.
+QIcon genericApplicationIcon();
+
+/// The icon of the application at `path`, which is not looked for until it is drawn for the first
+/// time: of a long list most icons are never seen. The desktop's services must be there then. Main
+/// thread only.
+QIcon lazyIconForFile(std::string path);
 
 } // namespace hollowfernpike

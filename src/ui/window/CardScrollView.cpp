@@ -1,7 +1,7 @@
 #include "ui/window/CardScrollView.h"
 
 #include "app/Language.h"
-#include "ui/parts/HintLabel.h"
+#include "ui/parts/Labels.h"
 #include "ui/window/CardStackView.h"
 
 namespace hollowfernpike {

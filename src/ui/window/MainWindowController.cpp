@@ -9,16 +9,19 @@
 #include "ui/editor/AddEditShortcutSheet.h"
 #include "ui/exchange/ShortcutExchange.h"
 #include "ui/icons/SymbolButton.h"
+#include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/WindowPlacing.h"
 #include "ui/window/CardScrollView.h"
 #include "ui/window/CardStackView.h"
 #include "ui/window/HeaderBar.h"
-#include "ui/window/ManagementWindow.h"
 #include "ui/window/ShortcutCardView.h"
 
+#include <QKeySequence>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <functional>
@@ -26,6 +29,37 @@
 #include <utility>
 
 namespace hollowfernpike {
+
+/// The management window as a window: it closes on the desktop's key for that, and its list scrolls
+/// to whatever the keyboard focus moves to. Closing hides it. Main thread only.
+class ManagementWindow final : public QWidget {
+public:
+    ManagementWindow();
+
+    /// The list, without which nothing scrolls. It must be in the window.
+    void setScrollView(QScrollArea* scrollView) { scrollView_ = scrollView; }
+
+private:
+    bool focusNextPrevChild(bool next) override;
+
+    QScrollArea* scrollView_ = nullptr;
+};
+
+ManagementWindow::ManagementWindow() {
+    setAccessibleRole(*this, QAccessible::Window);
+    auto* close = new QShortcut(QKeySequence::Close, this);
+    connect(close, &QShortcut::activated, this, &QWidget::close);
+}
+
+bool ManagementWindow::focusNextPrevChild(bool next) {
+    const bool moved = QWidget::focusNextPrevChild(next);
+    QWidget* focused = focusWidget();
+    if (moved && scrollView_ != nullptr && scrollView_->widget()->isAncestorOf(focused)) {
+        constexpr int roomForTheCard = 20; // above and below a button of it
+        scrollView_->ensureWidgetVisible(focused, 0, roomForTheCard);
+    }
+    return moved;
+}
 
 namespace {
 

@@ -5,12 +5,10 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QWidget>
 
 #include <memory>
 #include <vector>
-
-class QPushButton;
-class QScrollArea;
 
 namespace hollowfernpike {
 

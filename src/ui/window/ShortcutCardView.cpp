@@ -1,13 +1,12 @@
 #include "ui/window/ShortcutCardView.h"
 
 #include "app/Language.h"
+#include "ui/icons/FileIcons.h"
 #include "ui/icons/IconView.h"
-#include "ui/icons/LazyFileIcon.h"
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
-#include "ui/parts/FittingLabel.h"
-#include "ui/parts/Fonts.h"
 #include "ui/parts/HotkeyBadge.h"
+#include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 

@@ -1,5 +1,5 @@
 #include "ui/editor/EditorSheetTest.h"
-#include "ui/icons/GenericApplicationIcon.h"
+#include "ui/icons/FileIcons.h"
 #include "ui/icons/IconView.h"
 
 #include "support/TemporaryDirectory.h"

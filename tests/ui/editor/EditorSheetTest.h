@@ -4,7 +4,7 @@
 #include "ui/editor/ApplicationPanel.h"
 #include "ui/editor/EditorTest.h"
 #include "ui/editor/KeyRecorderView.h"
-#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Labels.h"
 
 #include <QListView>
 #include <QMessageBox>

@@ -2,7 +2,7 @@
 
 #include "ui/editor/EditorTest.h"
 #include "ui/editor/KeyRecorderView.h"
-#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Labels.h"
 
 #include <QPushButton>
 

@@ -1,6 +1,5 @@
 #include "ui/icons/FileIcons.h"
 #include "ui/editor/EditorTest.h"
-#include "ui/icons/GenericApplicationIcon.h"
 #include "ui/icons/IconView.h"
 
 #include "support/TemporaryDirectory.h"

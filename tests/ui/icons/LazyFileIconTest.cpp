@@ -1,4 +1,4 @@
-#include "ui/icons/LazyFileIcon.h"
+#include "ui/icons/FileIcons.h"
 
 #include "ui/Colors.h"
 #include "ui/window/WindowTest.h"

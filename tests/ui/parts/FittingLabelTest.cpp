@@ -1,6 +1,4 @@
-#include "ui/parts/FittingLabel.h"
-
-#include "ui/parts/Fonts.h"
+#include "ui/parts/Labels.h"
 
 #include <QApplication>
 #include <QHelpEvent>

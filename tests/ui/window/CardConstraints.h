@@ -2,8 +2,8 @@
 
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
-#include "ui/parts/FittingLabel.h"
 #include "ui/parts/HotkeyBadge.h"
+#include "ui/parts/Labels.h"
 #include "ui/window/ShortcutCardView.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/parts/HintLabel.h"
+#include "ui/parts/Labels.h"
 #include "ui/window/WindowTest.h"
 
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "ui/window/ShortcutCardView.h"
 
 #include "ui/Colors.h"
-#include "ui/icons/GenericApplicationIcon.h"
+#include "ui/icons/FileIcons.h"
 #include "ui/parts/SystemColors.h"
 #include "ui/window/CardConstraints.h"
 #include "ui/window/WholeBadge.h"

@@ -3,6 +3,8 @@
 #include "platform/freedesktop/entries/DesktopEntry.h"
 #include "platform/freedesktop/entries/GlibPointers.h"
 
+#include <climits>
+#include <cstdlib>
 #include <string_view>
 
 namespace hollowfernpike::freedesktop {
@@ -105,6 +107,17 @@ std::optional<std::string> execLineFor(const std::filesystem::path& program) {
         return std::nullopt;
     }
     return (needsEnv ? "env " : "") + quoted(withoutFieldCodes(path));
+}
+
+std::string findProgram(const std::string& program, const std::string& directory) {
+    const bool isRelativePath = program.find('/') != std::string::npos && program.front() != '/';
+    const auto wanted = isRelativePath && !directory.empty() ? directory + '/' + program : program;
+    return orEmpty(TextPointer(g_find_program_in_path(wanted.c_str())).get());
+}
+
+std::string resolvedFile(const std::string& path) {
+    char resolved[PATH_MAX];
+    return ::realpath(path.c_str(), resolved) == nullptr ? std::string{} : std::string{resolved};
 }
 
 } // namespace hollowfernpike::freedesktop

@@ -1,12 +1,14 @@
 #include "platform/freedesktop/files/AtomicFile.h"
 
+#include "platform/freedesktop/files/Descriptor.h"
 #include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/SystemCall.h"
-#include "platform/freedesktop/files/TemporaryFile.h"
 
 #include <optional>
+#include <string>
 
 #include <fcntl.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,6 +18,37 @@ namespace {
 
 constexpr auto writing = FileOperation::write;
 constexpr int longestChain = 40; // of symbolic links, as the kernel follows them
+
+/// A new, empty file for the user alone, removed with the object unless it was given another name.
+/// A process that is killed meanwhile leaves it behind, and nobody removes it then: a name does not
+/// tell whose a file is.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::filesystem::path& folder) {
+        std::string name = folder / ".hollowfernpike-XXXXXX";
+        descriptor_ = Descriptor{checked(::mkostemp(name.data(), O_CLOEXEC))};
+        path_ = name;
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!path_.empty()) {
+            ::unlink(path_.c_str());
+        }
+    }
+
+    int descriptor() const { return descriptor_.get(); }
+
+    /// Gives the file this name, in place of whatever has it.
+    void rename(const std::filesystem::path& target) {
+        checked(::rename(path_.c_str(), target.c_str()));
+        path_.clear();
+    }
+
+private:
+    std::filesystem::path path_;
+    Descriptor descriptor_;
+};
 
 /// Where the file really is, or would be made.
 std::filesystem::path withoutLinks(std::filesystem::path file) {

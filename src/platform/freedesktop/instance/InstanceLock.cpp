@@ -1,7 +1,6 @@
 #include "platform/freedesktop/instance/InstanceLock.h"
 
 #include "platform/freedesktop/files/FileErrors.h"
-#include "platform/freedesktop/files/PercentEncoding.h"
 #include "platform/freedesktop/files/SystemCall.h"
 #include "platform/freedesktop/instance/InstanceSocket.h"
 
@@ -23,16 +22,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-std::string runtimeName(const std::string& name, std::string_view extension) {
-    return "hollowfernpike-" + percentEncoded(name, "-_:.") + std::string{extension};
-}
-
 std::string lockName(const std::string& name) {
-    return runtimeName(name, ".lock");
+    return name + ".lock";
 }
 
 std::string socketName(const std::string& name) {
-    return runtimeName(name, ".socket");
+    return name + ".socket";
 }
 
 Descriptor openLockFile(const PrivateDirectory& directory, const std::string& name) {

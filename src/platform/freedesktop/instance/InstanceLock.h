@@ -2,9 +2,9 @@
 
 #include "platform/RunLoop.h"
 #include "platform/freedesktop/files/Descriptor.h"
-#include "platform/freedesktop/files/PrivateDirectory.h"
 #include "platform/freedesktop/instance/InstanceListener.h"
 #include "platform/freedesktop/instance/InstanceRequest.h"
+#include "platform/freedesktop/instance/PrivateDirectory.h"
 
 #include <chrono>
 #include <memory>
@@ -17,8 +17,9 @@ namespace hollowfernpike::freedesktop {
 /// whatever way. Requests to the holder wait until it listens.
 class InstanceLock {
 public:
-    /// Null if another one holds the lock. `name` tells locks apart, and may hold any text, such as
-    /// the name of a display. Throws platform::FileError if the lock's files cannot be used.
+    /// Null if another one holds the lock. `name` is what the lock's files are called in the
+    /// runtime directory, before the extension. Throws platform::FileError if the lock's files
+    /// cannot be used.
     static std::unique_ptr<InstanceLock> acquire(const std::string& name);
 
     InstanceLock(const InstanceLock&) = delete;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/freedesktop/files/Descriptor.h"
-#include "platform/freedesktop/files/PrivateDirectory.h"
+#include "platform/freedesktop/instance/PrivateDirectory.h"
 
 #include <string>
 #include <string_view>

@@ -5,7 +5,6 @@
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/launching/LaunchError.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
-#include "platform/freedesktop/launching/ProgramFile.h"
 #include "platform/freedesktop/owners/ProcessFacts.h"
 
 #include <algorithm>

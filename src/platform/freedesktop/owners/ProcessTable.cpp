@@ -1,8 +1,8 @@
 #include "platform/freedesktop/owners/ProcessTable.h"
 
 #include "platform/freedesktop/entries/Names.h"
-#include "platform/freedesktop/owners/OwnerResolution.h"
 #include "platform/freedesktop/owners/ProgramIdentity.h"
+#include "platform/freedesktop/owners/WindowOwners.h"
 
 #include <algorithm>
 #include <array>

@@ -2,6 +2,8 @@
 
 #include "platform/WindowOwners.h"
 #include "platform/freedesktop/entries/DesktopEntries.h"
+#include "platform/freedesktop/entries/EntryIndex.h"
+#include "platform/freedesktop/owners/ProcessFacts.h"
 
 namespace hollowfernpike::freedesktop {
 
@@ -17,5 +19,27 @@ public:
 private:
     DesktopEntries& entries_;
 };
+
+/// Which installed application a window or a process belongs to, as far as plain facts tell. The
+/// sources are asked from the most to the least trustworthy, and the first that names an installed
+/// application decides: the sandbox around the process; the window's own word of its entry; its
+/// class and instance against StartupWMClass, then against desktop-file ids; the application unit
+/// of the service manager; the launch that the process descends from; its program.
+///
+/// Where a source leads to several entries, those are left out whose program the process runs
+/// without having all their arguments. Of the others, the one decides whose command line the
+/// process was started with, then the one whose id is the name that was looked for, then one that
+/// menus show, then the most important.
+
+/// Null if no installed application answers for the window.
+const DesktopEntry* applicationOf(const platform::WindowFacts& window, const ProcessFacts& process,
+                                  const EntryIndex& index);
+
+/// The same for a process of which no window is known.
+const DesktopEntry* applicationOf(const ProcessFacts& process, const EntryIndex& index);
+
+/// The owner as the desktop names it: after its entry, else after the window's class.
+platform::WindowOwner ownerOf(const platform::WindowFacts& window, const ProcessFacts& process,
+                              const EntryIndex& index);
 
 } // namespace hollowfernpike::freedesktop

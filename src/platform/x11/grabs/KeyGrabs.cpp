@@ -1,6 +1,6 @@
 #include "platform/x11/grabs/KeyGrabs.h"
 
-#include "platform/x11/server/Sequence.h"
+#include "platform/x11/server/Reply.h"
 
 #include <algorithm>
 #include <utility>

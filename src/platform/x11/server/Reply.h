@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 
@@ -12,5 +13,11 @@ struct FreeDeleter {
 /// A reply, event or error that xcb allocated; ours to free.
 template <class T>
 using Reply = std::unique_ptr<T, FreeDeleter>;
+
+/// Whether one of a connection's request numbers, as xcb widens them, comes before another; they
+/// wrap around.
+constexpr bool isBefore(std::uint32_t sequence, std::uint32_t other) {
+    return static_cast<std::int32_t>(sequence - other) < 0;
+}
 
 } // namespace hollowfernpike::x11

@@ -1,11 +1,11 @@
 #include "platform/x11/taps/EventTaps.h"
 
 #include "platform/freedesktop/Logging.h"
-#include "platform/x11/TrustMessage.h"
+#include "platform/x11/TrustProblem.h"
 #include "platform/x11/grabs/GrabbedKeys.h"
 #include "platform/x11/keyboard/Xkb.h"
 #include "platform/x11/taps/KeyTap.h"
-#include "platform/x11/taps/ObservedKeys.h"
+#include "platform/x11/taps/RawKeys.h"
 
 #include <utility>
 
@@ -24,6 +24,29 @@ void selectKeyboardChanges(const Connection& connection) {
                               events | XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY, 0, events, allParts,
                               allParts, &repetition);
 }
+
+/// Every key press of the desktop, taken from nobody: the source of a listen-only tap.
+class ObservedKeys final : public KeySource {
+public:
+    explicit ObservedKeys(const Connection& connection) : rawKeys_(connection) {}
+
+    void setInterest(std::span<const platform::KeyCombination>) override {}
+    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    void start(const KeyboardMap& map) override {
+        map_ = map;
+        rawKeys_.start();
+    }
+    void stop() override { rawKeys_.stop(); }
+    std::optional<KeyPress> read(const xcb_generic_event_t& event) override {
+        const auto press = rawKeys_.read(event);
+        const auto keyEvent = press ? map_->event(press->state) : std::nullopt;
+        return keyEvent ? std::optional{KeyPress{*keyEvent, press->time}} : std::nullopt;
+    }
+
+private:
+    RawKeys rawKeys_;
+    std::optional<KeyboardMap> map_;
+};
 
 std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
                                       const Connection& connection, platform::MainQueue& queue) {

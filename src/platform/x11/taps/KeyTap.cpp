@@ -1,6 +1,6 @@
 #include "platform/x11/taps/KeyTap.h"
 
-#include "platform/x11/server/Sequence.h"
+#include "platform/x11/server/Reply.h"
 #include "platform/x11/taps/EventKinds.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
 #include "platform/x11/taps/RawKeys.h"
 
 #include "platform/x11/keyboard/Xkb.h"
-#include "platform/x11/server/Sequence.h"
+#include "platform/x11/server/Reply.h"
 #include "platform/x11/taps/EventKinds.h"
 
 #include <xcb/xinput.h>

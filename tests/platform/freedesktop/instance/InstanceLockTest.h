@@ -64,7 +64,7 @@ inline int endOf(pid_t child) {
 /// A runtime directory of its own, for locks and for those who would have them.
 class InstanceLockTest : public testing::Test {
 protected:
-    static constexpr auto name = ":0";
+    static constexpr auto name = "some";
     inline static const InstanceRequest showWindow{"show", "host id 2_TIME3"};
 
     InstanceLockTest() { ::setenv("XDG_RUNTIME_DIR", directory_.path().c_str(), 1); }
@@ -88,8 +88,8 @@ protected:
         return result;
     }
 
-    fs::path lockFile() const { return directory_.path() / "hollowfernpike-:0.lock"; }
-    fs::path socketFile() const { return directory_.path() / "hollowfernpike-:0.socket"; }
+    fs::path lockFile() const { return directory_.path() / "some.lock"; }
+    fs::path socketFile() const { return directory_.path() / "some.socket"; }
 
     TemporaryDirectory directory_;
     PolledRunLoop loop_;

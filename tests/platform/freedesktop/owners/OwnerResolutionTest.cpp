@@ -1,4 +1,4 @@
-#include "platform/freedesktop/owners/OwnerResolution.h"
+#include "platform/freedesktop/owners/WindowOwners.h"
 
 #include "platform/freedesktop/owners/RecordedDesktop.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QLabel>
 
 namespace hollowfernpike {
@@ -29,5 +30,17 @@ private:
 
     int maximumLineCount_ = 1;
 };
+
+/// Text that stands back and says what could be here. Main thread only.
+class HintLabel final : public QLabel {
+public:
+    explicit HintLabel(const QString& text, QWidget* parent = nullptr);
+
+private:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+/// The desktop's font for user interfaces, `size` device-independent pixels high. Main thread only.
+QFont systemFont(int size, QFont::Weight weight);
 
 } // namespace hollowfernpike

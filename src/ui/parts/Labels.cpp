@@ -1,6 +1,10 @@
-#include "ui/parts/FittingLabel.h"
+#include "ui/parts/Labels.h"
 
+#include "ui/parts/SystemColors.h"
+
+#include <QGuiApplication>
 #include <QHelpEvent>
+#include <QPainter>
 #include <QStyle>
 #include <QStylePainter>
 #include <QTextLayout>
@@ -98,6 +102,25 @@ void FittingLabel::paintEvent(QPaintEvent*) {
                              isEnabled(), text, foregroundRole());
         line.translate(0, lineHeight);
     }
+}
+
+HintLabel::HintLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+    setTextFormat(Qt::PlainText);
+    setFont(systemFont(14, QFont::Normal));
+    setAlignment(Qt::AlignCenter);
+}
+
+void HintLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(secondaryLabelColor(palette()));
+    painter.drawText(rect(), static_cast<int>(alignment()), text());
+}
+
+QFont systemFont(int size, QFont::Weight weight) {
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(size);
+    font.setWeight(weight);
+    return font;
 }
 
 } // namespace hollowfernpike

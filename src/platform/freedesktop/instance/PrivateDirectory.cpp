@@ -1,4 +1,4 @@
-#include "platform/freedesktop/files/PrivateDirectory.h"
+#include "platform/freedesktop/instance/PrivateDirectory.h"
 
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/files/FileErrors.h"
