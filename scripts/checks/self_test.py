@@ -95,15 +95,11 @@ def write(tree, files):
 
 
 def compile_commands(tree, build):
-    together = build / "CMakeFiles/list.dir/Unity/unity_0_cxx.cxx"
-    together.parent.mkdir(parents=True)
-    sources = [str(tree / name) for name in GOOD if name.endswith(".cpp")]
-    alone = sources.pop()
-    together.write_text("".join(f'#include "{source}"\n' for source in sources))
+    build.mkdir()
     (build / "compile_commands.json").write_text(json.dumps([{
-        "directory": str(tree), "file": str(file),
-        "command": f"c++ -std=c++20 -I {tree}/src -c {file} -o some.o"}
-        for file in (together, alone)]))
+        "directory": str(tree), "file": str(tree / name),
+        "command": f"c++ -std=c++20 -I {tree}/src -c {tree / name} -o some.o"}
+        for name in GOOD if name.endswith(".cpp")]))
 
 
 def findings(name, tree, build):

@@ -20,7 +20,6 @@ from itertools import chain
 
 import tree
 
-COMPILED_TOGETHER = re.compile(r"/CMakeFiles/\w+\.dir/Unity/unity_\d+_cxx\.cxx$")
 PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx\b")
 INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 ENTRY_POINT = re.compile(r"^int (main|LLVMFuzzerTestOneInput)\(", re.MULTILINE)
@@ -59,13 +58,8 @@ def options(command):
 def compile_options(build):
     """The compiler's options for each source, by its path, less precompiled headers: clang cannot
     read another compiler's."""
-    found = {}
-    for entry in json.loads((build / "compile_commands.json").read_text()):
-        sources = [entry["file"]]
-        if COMPILED_TOGETHER.search(entry["file"]):
-            sources = INCLUDED.findall(pathlib.Path(entry["file"]).read_text())
-        found |= dict.fromkeys(sources, options(PRECOMPILED.sub(" ", entry["command"])))
-    return found
+    return {entry["file"]: options(PRECOMPILED.sub(" ", entry["command"]))
+            for entry in json.loads((build / "compile_commands.json").read_text())}
 
 
 class Includes:

@@ -49,9 +49,6 @@ std::size_t wantedPresses() {
     return (presses + step - 1) / step * step;
 }
 
-/// Only what people run says how much they need: a sanitizer keeps freed memory to catch late uses.
-constexpr bool measuresMemory = HFP_MEASURES_MEMORY != 0;
-
 /// What a process takes up.
 struct Footprint {
     std::size_t memory = 0; ///< bytes that are nobody else's and no file's
@@ -154,9 +151,7 @@ protected:
     void expectNoMoreThan(const Footprint& before, std::size_t presses) {
         const auto now = footprint();
         std::cout << presses << " presses of each kind: " << now << std::endl;
-        if (measuresMemory) {
-            EXPECT_LE(now.memory, before.memory + slackAfter(presses));
-        }
+        EXPECT_LE(now.memory, before.memory + slackAfter(presses));
         EXPECT_EQ(now.threads, before.threads);
         EXPECT_EQ(now.descriptors, before.descriptors);
         EXPECT_EQ(now.displayClients, before.displayClients);
