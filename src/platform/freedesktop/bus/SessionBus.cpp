@@ -42,6 +42,15 @@ bool isUsable(std::string_view addresses) {
     return false;
 }
 
+void tell(const SessionBus::Answer& answer, const QDBusError& error) {
+    if (error.isValid()) {
+        qCDebug(busLog) << error;
+    }
+    if (answer) {
+        answer(error.isValid() ? std::optional(error.message().toStdString()) : std::nullopt);
+    }
+}
+
 } // namespace
 
 bool SessionBus::isKnown() {
@@ -52,7 +61,8 @@ bool SessionBus::isKnown() {
     }
     const auto directory = runtimeDirectory();
     std::error_code unknown;
-    return directory && std::filesystem::is_socket(*directory / "bus", unknown);
+    // The toolkit's library does not follow a link there, and would start a bus.
+    return directory && is_socket(std::filesystem::symlink_status(*directory / "bus", unknown));
 }
 
 SessionBus::SessionBus() : connection_(QDBusConnection::sessionBus()) {
@@ -66,17 +76,15 @@ SessionBus::~SessionBus() {
 }
 
 void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
-    auto* const watcher =
-        new QDBusPendingCallWatcher(connection_.asyncCall(message, noTimeLimit), this);
+    const auto call = connection_.asyncCall(message, noTimeLimit);
+    if (call.isFinished()) { // a dead connection takes no calls
+        tell(answer, call.error());
+        return;
+    }
+    auto* const watcher = new QDBusPendingCallWatcher(call, this);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
         watcher->deleteLater();
-        const auto error = watcher->error();
-        if (error.isValid()) {
-            qCDebug(busLog) << error;
-        }
-        if (answer) {
-            answer(error.isValid() ? std::optional(error.message().toStdString()) : std::nullopt);
-        }
+        tell(answer, watcher->error());
     });
 }
 

@@ -85,8 +85,8 @@ TEST_F(BusLaunchTest, AnApplicationThatListensIsActivatedWithTheStartUpIdentifie
     EXPECT_FALSE(result.error);
     EXPECT_THAT(service.calls(),
                 ElementsAre("/org/example/Active org.freedesktop.Application.Activate "
-                            "({'desktop-startup-id': <'start-1_TIME4711'>, "
-                            "'activation-token': <'start-1_TIME4711'>},)"));
+                            "({'activation-token': <'start-1_TIME4711'>, "
+                            "'desktop-startup-id': <'start-1_TIME4711'>},)"));
     EXPECT_THAT(home_.witnesses(), IsEmpty());
 }
 
@@ -230,7 +230,7 @@ TEST_F(BusLaunchTest, TheUsersBusIsKnownByItsSocketInTheRuntimeDirectory) {
     const auto path =
         address.substr(std::strlen("unix:path="), address.find(',') - std::strlen("unix:path="));
     ASSERT_THAT(address, StartsWith("unix:path="));
-    std::filesystem::create_symlink(path, home_.path() / "run/bus");
+    std::filesystem::create_hard_link(path, home_.path() / "run/bus");
     ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
     const test::BusService service(address, "org.example.Active");
     openAndWait(addBusEntry("org.example.Active"));

@@ -109,8 +109,8 @@ TEST_F(ClientWindowsTest, TellOfWindowsThatComeAndGo) {
     const auto watch = windows_.watch([&] { ++changes; });
     {
         const auto application = desktop_.start({HFP_PROBE_WINDOW, "--class", "p,New"});
-        EXPECT_TRUE(runLoop_.runUntil(
-            [&] { return changes > 0 && owners() == std::vector<std::string>{"New"}; }));
+        EXPECT_TRUE(
+            runUntil([&] { return changes > 0 && owners() == std::vector<std::string>{"New"}; }));
         changes = 0;
     }
     EXPECT_TRUE(runUntil([&] { return changes > 0 && owners().empty(); }));

@@ -133,6 +133,7 @@ TEST_F(LaunchFeedbackTest, EndsNothingThatItDidNotBegin) {
 
 TEST_F(LaunchFeedbackTest, WaitsForNothing) {
     // A stopped server answers nobody; what needs an answer would wait here for ever.
+    ASSERT_NE(windows_.reader(), nullptr) << "whoever launches has looked at the windows before";
     auto& server = desktop_.virtualDisplay().server();
     server.signal(SIGSTOP);
     const auto id = feedback_.begin(editor_);

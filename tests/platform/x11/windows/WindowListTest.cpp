@@ -155,6 +155,7 @@ TEST_F(WindowListTest, DoesNotTakeAReusedWindowNumberForTheOldWindow) {
     const auto after = openActive("Same", {"--gtk-id", "after", "--type", "dialog"});
     ASSERT_EQ(after.window(), number);
 
+    endTurn();
     const auto infos = windows_.copyWindowInfo().value();
     ASSERT_EQ(infos.size(), 1U);
     EXPECT_EQ(infos[0].ownerProcess, after.pid());
