@@ -1,9 +1,9 @@
 #pragma once
 
 #include "desktop/Combination.h"
-#include "desktop/KeyGrabber.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
+#include "support/XClient.h"
 
 #include <filesystem>
 #include <memory>
@@ -58,7 +58,7 @@ public:
 private:
     bool holdsCombination();
 
-    test::KeyGrabber prober_;
+    test::XClient prober_;
     test::KeyGrab grab_;
     std::unique_ptr<test::ChildProcess> process_;
 };

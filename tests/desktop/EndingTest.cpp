@@ -45,7 +45,7 @@ TEST_P(SignalTest, EndsWithSuccessAndLeavesNothingButWhatItLaunched) {
     story.utility().signal(GetParam());
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
 
-    KeyGrabber successor(story.desktop.display());
+    XClient successor(story.desktop.display());
     EXPECT_TRUE(successor.grab(story.grabOf(bound)));
     EXPECT_TRUE(successor.grab(story.grabOf(another)));
     EXPECT_EQ(target.copies().size(), 1);

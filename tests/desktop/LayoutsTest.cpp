@@ -21,10 +21,10 @@ TEST_F(LayoutsTest, TheSecondLayoutOfTwoKeepsEveryKeyInItsPlace) {
     story.run({"setxkbmap", "-layout", "us,ru"});
     story.bind(boundLetter, target);
     story.startUtility();
-    KeyGrabber switcher(story.desktop.display());
-    switcher.lockGroup(1);
+    XClient switcher(story.desktop.display());
+    switcher.lockLayoutGroup(1);
     EXPECT_TRUE(story.brings(target, front, {"LCTL", "LFSH", "AD01"}));
-    switcher.lockGroup(0);
+    switcher.lockLayoutGroup(0);
     EXPECT_TRUE(story.brings(target, front, {"LCTL", "LFSH", "AD01"}));
 }
 

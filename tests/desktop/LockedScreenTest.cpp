@@ -70,7 +70,7 @@ protected:
     }
 
     Story story;
-    KeyGrabber rival{story.desktop.display()};
+    XClient rival{story.desktop.display()};
     Application& front = story.open("Front");
     Application& hidden = story.install("Hidden");
 

@@ -125,7 +125,7 @@ TEST_F(NewWindowManagerTest, ThatItDoesNotHoldTheSuperKeyIsNoticed) {
     replaceBy({"openbox"});
     auto grab = story->grabOf(superJ);
     grab.window = front->windows().back();
-    KeyGrabber other(story->desktop.display());
+    XClient other(story->desktop.display());
     EXPECT_TRUE(waitUntil([&] { return !other.areTaken({grab}); })) << "still held on windows";
     EXPECT_TRUE(story->brings(*target, *front, superJ));
 }

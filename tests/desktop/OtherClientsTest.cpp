@@ -15,7 +15,7 @@ protected:
     Story story;
     Application& front = story.open("Front");
     Application& target = story.open("Target");
-    KeyGrabber rival{story.desktop.display()};
+    XClient rival{story.desktop.display()};
 
     /// Starts the utility while `rival` holds `wanted`.
     void startUtility() {

@@ -2,11 +2,11 @@
 
 #include "desktop/Application.h"
 #include "desktop/Combination.h"
-#include "desktop/KeyGrabber.h"
 #include "desktop/Pager.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
 #include "support/WaitUntil.h"
+#include "support/XClient.h"
 
 #include <chrono>
 #include <filesystem>
@@ -136,7 +136,7 @@ private:
         ShortcutTarget target;
     };
 
-    KeyGrabber prober_{desktop.display()};
+    XClient prober_{desktop.display()};
     std::vector<std::unique_ptr<Application>> applications_;
     std::vector<Entry> shortcuts_;
     std::unique_ptr<ChildProcess> utility_;

@@ -35,7 +35,7 @@ TEST_P(DisplayGoneTest, ItEndsLeavesItsFileAndTheNextOneWorksOnAnotherDisplay) {
                 testing::ElementsAre("shortcuts.json"));
 
     const VirtualDisplay another;
-    KeyGrabber prober(another.name());
+    XClient prober(another.name());
     story.launchUtility({{"DISPLAY", another.name()}});
     EXPECT_TRUE(waitUntil([&] { return prober.areTaken({grab}); })) << story.utility().errors();
     story.utility().signal(SIGTERM);

@@ -135,7 +135,7 @@ protected:
     ModelServices services_{files_};
 };
 
-TEST_F(StoreKilledTest, leavesTheOldOrTheNewListWheneverItIs) {
+TEST_F(StoreKilledTest, LeavesTheOldOrTheNewListWheneverItIs) {
     std::mt19937 random{20261121};
     std::uniform_int_distribution<int> microseconds{0, 3000};
     std::uint64_t change = 1;
@@ -161,7 +161,7 @@ TEST_F(StoreKilledTest, leavesTheOldOrTheNewListWheneverItIs) {
     EXPECT_EQ(contentsOf(file()), "[]");
 }
 
-TEST_F(StoreKilledTest, theNextStartReadsTheListThatWasLeft) {
+TEST_F(StoreKilledTest, TheNextStartReadsTheListThatWasLeft) {
     const auto written = killedAfter(7, [] { spendTime(std::chrono::microseconds{500}); });
     const auto count = ShortcutStore::shared().shortcuts().size();
     EXPECT_EQ(services_.standardOutput.str(), "");

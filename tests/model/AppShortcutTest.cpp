@@ -11,43 +11,43 @@ std::string shown(std::uint16_t keyCode, std::uint64_t modifierFlags) {
     return makeShortcut(1, keyCode, modifierFlags).displayString();
 }
 
-TEST(DisplayStringTest, withoutFlagsIsTheBareKey) {
+TEST(DisplayStringTest, WithoutFlagsIsTheBareKey) {
     EXPECT_EQ(shown(0, 0), "A");
     EXPECT_EQ(shown(122, 0), "F1");
 }
 
-TEST(DisplayStringTest, ignoresFlagsOutsideTheModifierMask) {
+TEST(DisplayStringTest, IgnoresFlagsOutsideTheModifierMask) {
     EXPECT_EQ(shown(0, capsLock), "A");
     EXPECT_EQ(shown(0, functionKey), "A");
     EXPECT_EQ(shown(0, ~modifierMask), "A");
     EXPECT_EQ(shown(0, ~modifierMask | commandKey), "⌘A");
 }
 
-TEST(DisplayStringTest, showsEachModifier) {
+TEST(DisplayStringTest, ShowsEachModifier) {
     EXPECT_EQ(shown(0, controlKey), "\u2303A");
     EXPECT_EQ(shown(0, optionKey), "\u2325A");
     EXPECT_EQ(shown(0, shiftKey), "\u21E7A");
     EXPECT_EQ(shown(0, commandKey), "\u2318A");
 }
 
-TEST(DisplayStringTest, orderIsControlOptionShiftCommand) {
+TEST(DisplayStringTest, OrderIsControlOptionShiftCommand) {
     EXPECT_EQ(shown(0, commandKey | shiftKey | optionKey | controlKey), "⌃⌥⇧⌘A");
     EXPECT_EQ(shown(0, modifierMask), "⌃⌥⇧⌘A");
     EXPECT_EQ(shown(0, 0x120000), "⇧⌘A");
     EXPECT_EQ(shown(49, 0x1C0000), "⌃⌥⌘Space");
 }
 
-TEST(DisplayStringTest, showsKeysWithoutANameByTheirCode) {
+TEST(DisplayStringTest, ShowsKeysWithoutANameByTheirCode) {
     EXPECT_EQ(shown(50, commandKey), "⌘Key(50)");
     EXPECT_EQ(shown(65535, commandKey), "⌘Key(65535)");
 }
 
-TEST(DisplayStringTest, keypadDigitsReadLikeTheTopRow) {
+TEST(DisplayStringTest, KeypadDigitsReadLikeTheTopRow) {
     EXPECT_EQ(shown(83, commandKey), "⌘1");
     EXPECT_EQ(shown(18, commandKey), "⌘1");
 }
 
-TEST(AppShortcutTest, modifierMaskHoldsTheFourModifiers) {
+TEST(AppShortcutTest, ModifierMaskHoldsTheFourModifiers) {
     EXPECT_EQ(modifierMask, shiftKey | controlKey | optionKey | commandKey);
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(DecodeNumberTest, keyCodesFrom0To65535) {
+TEST(DecodeNumberTest, KeyCodesFrom0To65535) {
     EXPECT_EQ(decodeOne(recordWith("keyCode", "0")).keyCode, 0);
     EXPECT_EQ(decodeOne(recordWith("keyCode", "-0")).keyCode, 0);
     EXPECT_EQ(decodeOne(recordWith("keyCode", "65535")).keyCode, 65535);
@@ -18,7 +18,7 @@ TEST(DecodeNumberTest, keyCodesFrom0To65535) {
     EXPECT_EQ(decodeOne(recordWith("keyCode", "100.0")).keyCode, 100);
 }
 
-TEST(DecodeNumberTest, flagWordsOf64BitsExactly) {
+TEST(DecodeNumberTest, FlagWordsOf64BitsExactly) {
     EXPECT_EQ(decodeOne(recordWith("modifierFlags", "18446744073709551615")).modifierFlags,
               18446744073709551615U);
     EXPECT_EQ(decodeOne(recordWith("modifierFlags", "9007199254740993")).modifierFlags,
@@ -28,7 +28,7 @@ TEST(DecodeNumberTest, flagWordsOf64BitsExactly) {
     EXPECT_EQ(decodeOne(recordWith("modifierFlags", "0")).modifierFlags, 0U);
 }
 
-TEST(DecodeNumberTest, outOfRange) {
+TEST(DecodeNumberTest, OutOfRange) {
     EXPECT_EQ(refusalOfSecond(recordWith("keyCode", "65536")),
               ", key \"keyCode\": 65536 is out of range (0 to 65535)");
     EXPECT_EQ(refusalOfSecond(recordWith("keyCode", "70000")),
@@ -42,19 +42,19 @@ TEST(DecodeNumberTest, outOfRange) {
               "18446744073709551615)");
 }
 
-TEST(DecodeNumberTest, fractions) {
+TEST(DecodeNumberTest, Fractions) {
     EXPECT_EQ(refusalOfSecond(recordWith("keyCode", "1.5")),
               ", key \"keyCode\": 1.5 is not an integer");
     EXPECT_EQ(refusalOfSecond(recordWith("modifierFlags", "1e-1")),
               ", key \"modifierFlags\": 1e-1 is not an integer");
 }
 
-TEST(DecodeNumberTest, longNumbersAreCutInTheDescription) {
+TEST(DecodeNumberTest, LongNumbersAreCutInTheDescription) {
     EXPECT_EQ(refusalOfSecond(recordWith("keyCode", std::string(200, '7'))),
               ", key \"keyCode\": " + std::string(60, '7') + "... is out of range (0 to 65535)");
 }
 
-TEST(DecodeNumberTest, formsThatAreNoJsonNumbersAreRefused) {
+TEST(DecodeNumberTest, FormsThatAreNoJsonNumbersAreRefused) {
     for (const auto* text :
          {"+1", "01", ".5", "1.", "1e", "0x10", "NaN", "Infinity", "-", "1_000", "\xEF\xBC\x91"}) {
         EXPECT_EQ(refusal(list(recordWith("keyCode", text))).find("Not valid JSON"), 0U) << text;
@@ -78,7 +78,7 @@ std::string threeTimes(const std::string& number) {
     return text.append(number).append("]");
 }
 
-TEST(DecodeNumberTest, numbersOfAnySizeAreIgnoredUnderKeysThatAre) {
+TEST(DecodeNumberTest, NumbersOfAnySizeAreIgnoredUnderKeysThatAre) {
     for (const auto& number : hugeNumbers) {
         for (const auto& value : {number, threeTimes(number)}) {
             EXPECT_EQ(decodeOne(recordWith("comment", value)).modifierFlags, 1179648U) << value;
@@ -86,7 +86,7 @@ TEST(DecodeNumberTest, numbersOfAnySizeAreIgnoredUnderKeysThatAre) {
     }
 }
 
-TEST(DecodeNumberTest, numbersBesideHugeOnesAreReadExactly) {
+TEST(DecodeNumberTest, NumbersBesideHugeOnesAreReadExactly) {
     auto members = validMembers();
     members["a"] = "1e400";
     members["appPath"] = R"("\"1e400, -1e400\\")";
@@ -99,7 +99,7 @@ TEST(DecodeNumberTest, numbersBesideHugeOnesAreReadExactly) {
     EXPECT_EQ(shortcut.modifierFlags, 18446744073709551615U);
 }
 
-TEST(DecodeNumberTest, numbersBeyondADoubleAreJudgedByValue) {
+TEST(DecodeNumberTest, NumbersBeyondADoubleAreJudgedByValue) {
     EXPECT_EQ(decodeOne(recordWith("keyCode", "0e400")).keyCode, 0);
     EXPECT_EQ(decodeOne(recordWith("keyCode", "-0.00e+99999999999999999999")).keyCode, 0);
     EXPECT_EQ(decodeOne(recordWith("keyCode", "65535" + zeros + "e-400")).keyCode, 65535);
@@ -112,7 +112,7 @@ TEST(DecodeNumberTest, numbersBeyondADoubleAreJudgedByValue) {
               "Element 1 of the list (counted from 1) is not an object but a number 1e400");
 }
 
-TEST(DecodeNumberTest, hugeNumbersDoNotHideWhatIsNoJson) {
+TEST(DecodeNumberTest, HugeNumbersDoNotHideWhatIsNoJson) {
     for (const std::string& wrong : {"[1e400, 1-1e400]"s,
                                      "[1e400, -1-1e400]"s,
                                      "[1e400, 12-1234567890123456789012]"s,
@@ -145,7 +145,7 @@ TEST(DecodeNumberTest, hugeNumbersDoNotHideWhatIsNoJson) {
     EXPECT_EQ(refusal("[1e400"), "Not valid JSON (line 1, column 7): the document ends too early");
 }
 
-TEST(DecodeNumberTest, manyHugeNumbersAreReadInOneGo) {
+TEST(DecodeNumberTest, ManyHugeNumbersAreReadInOneGo) {
     std::string many;
     for (int count = 0; count < 200000; ++count) {
         many += "1e400,";

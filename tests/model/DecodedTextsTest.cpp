@@ -11,27 +11,27 @@ std::string decodedName(const std::string& json) {
     return decodeOne(recordWith("appName", '"' + json + '"')).appName;
 }
 
-TEST(DecodeTextTest, everyEscape) {
+TEST(DecodeTextTest, EveryEscape) {
     EXPECT_EQ(decodedName(R"(\"\\\/\b\f\n\r\t)"), "\"\\/\b\f\n\r\t");
     EXPECT_EQ(decodedName(R"(\u0041\u00e9\u3042\u3042)"), "Aéああ");
     EXPECT_EQ(decodedName(R"(\ud83d\ude00\uDBFF\uDFFF)"), "😀\U0010FFFF");
     EXPECT_EQ(decodedName(R"(a\u0000b)"), std::string("a\0b", 3));
 }
 
-TEST(DecodeTextTest, nonAsciiAndSlashesAsTheyStand) {
+TEST(DecodeTextTest, NonAsciiAndSlashesAsTheyStand) {
     EXPECT_EQ(decodedName("テキスト/é/😀/\x7F"), "テキスト/é/😀/\x7F");
 }
 
-TEST(DecodeTextTest, emptyTextsAreTexts) {
+TEST(DecodeTextTest, EmptyTextsAreTexts) {
     EXPECT_EQ(decodedName(""), "");
 }
 
-TEST(DecodeTextTest, longTexts) {
+TEST(DecodeTextTest, LongTexts) {
     const std::string text(1 << 20, 'x');
     EXPECT_EQ(decodedName(text), text);
 }
 
-TEST(DecodeTextTest, badEscapesAreRefused) {
+TEST(DecodeTextTest, BadEscapesAreRefused) {
     for (const auto* text : {R"(\x)", R"(\u12)", R"(\u12G4)", R"(\')", "\\", R"(\U0041)"}) {
         EXPECT_EQ(refusal(list(recordWith("appName", std::string{'"'} + text + '"')))
                       .find("Not valid JSON"),
@@ -40,7 +40,7 @@ TEST(DecodeTextTest, badEscapesAreRefused) {
     }
 }
 
-TEST(DecodeTextTest, halfASurrogatePairIsRefused) {
+TEST(DecodeTextTest, HalfASurrogatePairIsRefused) {
     for (const auto* text : {R"(\ud83d)", R"(\ud83dx)", R"(\ud83d\n)", R"(\ud83d\u0041)",
                              R"(\ud83d\ud83d)", R"(\ude00)", R"(a\udfffb)", R"(\ude00\ud83d)"}) {
         for (const auto& element :
@@ -53,14 +53,14 @@ TEST(DecodeTextTest, halfASurrogatePairIsRefused) {
     }
 }
 
-TEST(DecodeTextTest, bareControlCharactersAreRefused) {
+TEST(DecodeTextTest, BareControlCharactersAreRefused) {
     for (char control = 0; control < 0x20; ++control) {
         const auto document = list(recordWith("appName", std::string{'"', control, '"'}));
         EXPECT_EQ(refusal(document).find("Not valid JSON"), 0U) << static_cast<int>(control);
     }
 }
 
-TEST(DecodeTextTest, textThatIsNotUtf8IsRefusedWhereItStands) {
+TEST(DecodeTextTest, TextThatIsNotUtf8IsRefusedWhereItStands) {
     for (const std::string bytes :
          {"\xFF", "\xC3", "\x80", "\xC0\xAF", "\xE0\x80\xAF", "\xF0\x80\x80\xAF", "\xED\xA0\x80",
           "\xED\xBF\xBF", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80"}) {
@@ -73,7 +73,7 @@ TEST(DecodeTextTest, textThatIsNotUtf8IsRefusedWhereItStands) {
     }
 }
 
-TEST(DecodeTextTest, documentsInOtherEncodingsAreRefused) {
+TEST(DecodeTextTest, DocumentsInOtherEncodingsAreRefused) {
     EXPECT_EQ(refusal(std::string("\xFF\xFE[\0]\0", 6)),
               "Not valid JSON (line 1, column 1): there is a byte that is not UTF-8");
     EXPECT_EQ(refusal(std::string("[\0]\0", 4)).find("Not valid JSON"), 0U);

@@ -12,18 +12,18 @@ namespace {
 
 class RequiredKeyTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(RequiredKeyTest, mustBeThere) {
+TEST_P(RequiredKeyTest, MustBeThere) {
     EXPECT_EQ(refusalOfSecond(recordWithout(GetParam())),
               ", key \"" + GetParam() + "\": the key is missing");
 }
 
-TEST_P(RequiredKeyTest, mustNotBeNull) {
+TEST_P(RequiredKeyTest, MustNotBeNull) {
     const auto description = refusalOfSecond(recordWith(GetParam(), "null"));
     EXPECT_EQ(description.find(", key \"" + GetParam() + "\": not a "), 0U) << description;
     EXPECT_TRUE(description.ends_with(" but null")) << description;
 }
 
-TEST_P(RequiredKeyTest, mustHaveItsType) {
+TEST_P(RequiredKeyTest, MustHaveItsType) {
     const bool isNumber = GetParam() == "keyCode" || GetParam() == "modifierFlags";
     const std::string start =
         ", key \"" + GetParam() + "\": not a " + (isNumber ? "number" : "string") + " but ";
@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(Keys, RequiredKeyTest,
                                          "appBundleIdentifier"),
                          [](const auto& key) { return key.param; });
 
-TEST(DecodeErrorTest, theFirstKeyInEncodingOrderIsNamed) {
+TEST(DecodeErrorTest, TheFirstKeyInEncodingOrderIsNamed) {
     const std::vector<std::string> order{"id",      "keyCode", "modifierFlags",
                                          "appPath", "appName", "appBundleIdentifier"};
     auto members = validMembers();
@@ -51,22 +51,22 @@ TEST(DecodeErrorTest, theFirstKeyInEncodingOrderIsNamed) {
     EXPECT_EQ(refusalOfSecond("{}"), ", key \"id\": the key is missing");
 }
 
-TEST(DecodeErrorTest, theFirstBadElementIsNamed) {
+TEST(DecodeErrorTest, TheFirstBadElementIsNamed) {
     EXPECT_EQ(refusal(list("5," + recordWithout("id"))),
               "Element 1 of the list (counted from 1) is not an object but a number 5");
 }
 
-TEST(DecodeErrorTest, badIds) {
+TEST(DecodeErrorTest, BadIds) {
     EXPECT_EQ(refusalOfSecond(recordWith("id", R"("abc")")), ", key \"id\": \"abc\" is not a UUID");
     EXPECT_EQ(refusalOfSecond(recordWith("id", R"("")")), ", key \"id\": \"\" is not a UUID");
 }
 
-TEST(DecodeErrorTest, quotedValuesAreCutAndKeptOnOneLine) {
+TEST(DecodeErrorTest, QuotedValuesAreCutAndKeptOnOneLine) {
     EXPECT_EQ(refusalOfSecond(recordWith("id", "\"a\\nb" + std::string(100, 'x') + '"')),
               ", key \"id\": \"a\\nb" + std::string(57, 'x') + "...\" is not a UUID");
 }
 
-TEST(DecodeErrorTest, elementsThatAreNoObjects) {
+TEST(DecodeErrorTest, ElementsThatAreNoObjects) {
     const std::string start = " is not an object but ";
     EXPECT_EQ(refusalOfSecond("null"), start + "null");
     EXPECT_EQ(refusalOfSecond("false"), start + "a boolean false");
@@ -75,7 +75,7 @@ TEST(DecodeErrorTest, elementsThatAreNoObjects) {
     EXPECT_EQ(refusalOfSecond(list(record(validMembers()))), start + "an array");
 }
 
-TEST(DecodeErrorTest, topLevelsThatAreNoList) {
+TEST(DecodeErrorTest, TopLevelsThatAreNoList) {
     const std::string start =
         "The top level of the document is not an array (the list of shortcuts) but ";
     EXPECT_EQ(refusal(record(validMembers())), start + "an object");
@@ -86,7 +86,7 @@ TEST(DecodeErrorTest, topLevelsThatAreNoList) {
     EXPECT_EQ(refusal(R"({"shortcuts":[{"id":1}]})"), start + "an object");
 }
 
-TEST(DecodeErrorTest, describedInJapaneseToo) {
+TEST(DecodeErrorTest, DescribedInJapaneseToo) {
     const auto japanese = [](const std::string& document) -> std::string {
         try {
             decodeShortcuts(document);

@@ -32,7 +32,7 @@ Result value(std::uint64_t integer) {
 const Result notAnInteger = IntegerFault::notAnInteger;
 const Result outOfRange = IntegerFault::outOfRange;
 
-TEST(JsonIntegerTest, keepsThe16BitRange) {
+TEST(JsonIntegerTest, KeepsThe16BitRange) {
     EXPECT_EQ(integerValue("0", max16), value(0));
     EXPECT_EQ(integerValue("65535", max16), value(65535));
     EXPECT_EQ(integerValue("65536", max16), outOfRange);
@@ -40,7 +40,7 @@ TEST(JsonIntegerTest, keepsThe16BitRange) {
     EXPECT_EQ(integerValue("-1", max16), outOfRange);
 }
 
-TEST(JsonIntegerTest, keepsThe64BitRangeExactly) {
+TEST(JsonIntegerTest, KeepsThe64BitRangeExactly) {
     EXPECT_EQ(integerValue("18446744073709551615", max64), value(max64));
     EXPECT_EQ(integerValue("18446744073709551614", max64), value(max64 - 1));
     EXPECT_EQ(integerValue("9007199254740993", max64), value(9007199254740993));
@@ -51,7 +51,7 @@ TEST(JsonIntegerTest, keepsThe64BitRangeExactly) {
     EXPECT_EQ(integerValue(std::string(1000, '9'), max64), outOfRange);
 }
 
-TEST(JsonIntegerTest, judgesByValueNotByForm) {
+TEST(JsonIntegerTest, JudgesByValueNotByForm) {
     EXPECT_EQ(integerValue("1e2", max16), value(100));
     EXPECT_EQ(integerValue("1E+2", max16), value(100));
     EXPECT_EQ(integerValue("100.0", max16), value(100));
@@ -63,13 +63,13 @@ TEST(JsonIntegerTest, judgesByValueNotByForm) {
     EXPECT_EQ(integerValue("1.8446744073709551616e19", max64), outOfRange);
 }
 
-TEST(JsonIntegerTest, knowsZeroInEveryForm) {
+TEST(JsonIntegerTest, KnowsZeroInEveryForm) {
     for (const auto* text : {"-0", "0.0", "-0.0", "0e5", "0e-5", "-0.000E+99999999999999999999"}) {
         EXPECT_EQ(integerValue(text, max16), value(0)) << text;
     }
 }
 
-TEST(JsonIntegerTest, refusesFractions) {
+TEST(JsonIntegerTest, RefusesFractions) {
     EXPECT_EQ(integerValue("1.5", max16), notAnInteger);
     EXPECT_EQ(integerValue("-1.5", max16), notAnInteger);
     EXPECT_EQ(integerValue("1e-1", max16), notAnInteger);
@@ -77,7 +77,7 @@ TEST(JsonIntegerTest, refusesFractions) {
     EXPECT_EQ(integerValue("1e-99999999999999999999", max16), notAnInteger);
 }
 
-TEST(JsonIntegerTest, refusesHugeExponents) {
+TEST(JsonIntegerTest, RefusesHugeExponents) {
     EXPECT_EQ(integerValue("1e20", max64), outOfRange);
     EXPECT_EQ(integerValue("1e9223372036854775807", max64), outOfRange);
     EXPECT_EQ(integerValue("1e99999999999999999999", max64), outOfRange);

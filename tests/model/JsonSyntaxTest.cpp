@@ -8,19 +8,19 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST(SyntaxErrorTest, emptyDocuments) {
+TEST(SyntaxErrorTest, EmptyDocuments) {
     EXPECT_EQ(refusal(""), "Not valid JSON (line 1, column 1): the document is empty");
     EXPECT_EQ(refusal(" \n "), "Not valid JSON (line 2, column 2): the document is empty");
     EXPECT_EQ(refusal("\xEF\xBB\xBF"), "Not valid JSON (line 1, column 1): the document is empty");
 }
 
-TEST(SyntaxErrorTest, namesLineAndColumn) {
+TEST(SyntaxErrorTest, NamesLineAndColumn) {
     EXPECT_EQ(refusal("[\n  {\"日本\" : ?}\n]"),
               "Not valid JSON (line 2, column 11): unexpected character");
     EXPECT_EQ(refusal("hello"), "Not valid JSON (line 1, column 1): unexpected character");
 }
 
-TEST(SyntaxErrorTest, textAfterTheEnd) {
+TEST(SyntaxErrorTest, TextAfterTheEnd) {
     const std::string end = "): there is text after the document's end";
     EXPECT_EQ(refusal("[] x"), "Not valid JSON (line 1, column 4" + end);
     EXPECT_EQ(refusal("[][]"), "Not valid JSON (line 1, column 3" + end);
@@ -31,7 +31,7 @@ TEST(SyntaxErrorTest, textAfterTheEnd) {
     EXPECT_EQ(refusal("[]\xEF\xBB\xBF"), "Not valid JSON (line 1, column 3" + end);
 }
 
-TEST(SyntaxErrorTest, everyTruncationIsRefused) {
+TEST(SyntaxErrorTest, EveryTruncationIsRefused) {
     const auto whole = list(recordWith("comment", R"([{"a":[null,true,1.5e3,"日\ud83d\ude00"]}])"));
     ASSERT_EQ(decodeShortcuts(whole).size(), 1U);
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -40,7 +40,7 @@ TEST(SyntaxErrorTest, everyTruncationIsRefused) {
     EXPECT_EQ(refusal("[\n{"), "Not valid JSON (line 2, column 2): the document ends too early");
 }
 
-TEST(SyntaxErrorTest, laxFormsAreRefused) {
+TEST(SyntaxErrorTest, LaxFormsAreRefused) {
     for (const auto* document : {"[,]", "[1,]", "[1 2]", "['a']", "[{a:1}]", "[{\"a\":1,}]",
                                  "[{\"a\"}]", "[{\"a\" 1}]", "[// x\n]", "[/**/]", "[nul]",
                                  "[True]", "]", "}", "[}", "{]", "[\xC2\xA0]", "[\v]", "[\"a]"}) {
@@ -48,7 +48,7 @@ TEST(SyntaxErrorTest, laxFormsAreRefused) {
     }
 }
 
-TEST(SyntaxErrorTest, comesBeforeWhatElseIsWrong) {
+TEST(SyntaxErrorTest, ComesBeforeWhatElseIsWrong) {
     EXPECT_EQ(refusal("[{\"id\":5},"),
               "Not valid JSON (line 1, column 11): the document ends too early");
     EXPECT_EQ(refusal("{} x").find("Not valid JSON"), 0U);
@@ -68,12 +68,12 @@ std::string nested(std::size_t depth, const std::string& opening, const std::str
 
 constexpr std::size_t deep = 1000000;
 
-TEST(DeepNestingTest, atTheTopIsRefused) {
+TEST(DeepNestingTest, AtTheTopIsRefused) {
     EXPECT_EQ(refusal(nested(deep, "[", "]")),
               "Element 1 of the list (counted from 1) is not an object but an array");
 }
 
-TEST(DeepNestingTest, unclosedIsRefused) {
+TEST(DeepNestingTest, UnclosedIsRefused) {
     EXPECT_EQ(refusal(std::string(deep, '[')),
               "Not valid JSON (line 1, column 1000001): the document ends too early");
     EXPECT_EQ(refusal(std::string(deep, '{')),
@@ -81,7 +81,7 @@ TEST(DeepNestingTest, unclosedIsRefused) {
     EXPECT_EQ(refusal(nested(deep, "{\"a\":", "")).find("Not valid JSON"), 0U);
 }
 
-TEST(DeepNestingTest, underAKeyThatIsIgnoredIsIgnored) {
+TEST(DeepNestingTest, UnderAKeyThatIsIgnoredIsIgnored) {
     EXPECT_EQ(decodeOne(recordWith("comment", nested(deep, "[", "]"))).keyCode, 36);
     EXPECT_EQ(
         decodeOne(recordWith("comment", nested(deep, "[{\"id\":", "}]").insert(deep * 7, 1, '1')))
@@ -89,7 +89,7 @@ TEST(DeepNestingTest, underAKeyThatIsIgnoredIsIgnored) {
         36);
 }
 
-TEST(DeepNestingTest, underAKeyThatIsReadIsRefused) {
+TEST(DeepNestingTest, UnderAKeyThatIsReadIsRefused) {
     EXPECT_EQ(refusalOfSecond(recordWith("appPath", nested(deep, "[", "]"))),
               ", key \"appPath\": not a string but an array");
 }

@@ -10,14 +10,14 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST(KeyCodeMapperTest, namesEightyKeys) {
+TEST(KeyCodeMapperTest, NamesEightyKeys) {
     ASSERT_EQ(keyNames.size(), 80U);
     for (const auto& [keyCode, name] : keyNames) {
         EXPECT_EQ(KeyCodeMapper::keyName(keyCode), name) << keyCode;
     }
 }
 
-TEST(KeyCodeMapperTest, showsEveryOtherCodeAsANumber) {
+TEST(KeyCodeMapperTest, ShowsEveryOtherCodeAsANumber) {
     for (std::uint32_t keyCode = 0; keyCode <= 65535; ++keyCode) {
         const auto code = static_cast<std::uint16_t>(keyCode);
         if (!keyNames.contains(code)) {
@@ -26,12 +26,12 @@ TEST(KeyCodeMapperTest, showsEveryOtherCodeAsANumber) {
     }
 }
 
-TEST(KeyCodeMapperTest, callsKeypadDigitsAsThoseOfTheTopRow) {
+TEST(KeyCodeMapperTest, CallsKeypadDigitsAsThoseOfTheTopRow) {
     EXPECT_EQ(KeyCodeMapper::keyName(82), KeyCodeMapper::keyName(29));
     EXPECT_EQ(KeyCodeMapper::keyName(83), KeyCodeMapper::keyName(18));
 }
 
-TEST(KeyCodeMapperTest, answersOnEveryThread) {
+TEST(KeyCodeMapperTest, AnswersOnEveryThread) {
     std::vector<std::string> names(8);
     std::vector<std::thread> threads;
     for (auto& name : names) {

@@ -10,13 +10,13 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST(DecodeTest, emptyList) {
+TEST(DecodeTest, EmptyList) {
     EXPECT_TRUE(decodeShortcuts("[]").empty());
     EXPECT_TRUE(decodeShortcuts("[\n\n]").empty());
     EXPECT_TRUE(decodeShortcuts(" \t\r\n[ ] \n").empty());
 }
 
-TEST(DecodeTest, allFieldsOfARecord) {
+TEST(DecodeTest, AllFieldsOfARecord) {
     const auto shortcut = decodeOne(record(validMembers()));
     EXPECT_EQ(shortcut.id, UUID::parse("E621E1F8-C36C-495A-93FC-0C247A3E6E5F"));
     EXPECT_EQ(shortcut.keyCode, 36);
@@ -26,7 +26,7 @@ TEST(DecodeTest, allFieldsOfARecord) {
     EXPECT_EQ(shortcut.appBundleIdentifier, "org.example.Name");
 }
 
-TEST(DecodeTest, elementsInTheOrderOfTheDocument) {
+TEST(DecodeTest, ElementsInTheOrderOfTheDocument) {
     const auto shortcuts =
         decodeShortcuts(list(recordWith("keyCode", "3") + ',' + recordWith("keyCode", "1") + ',' +
                              recordWith("keyCode", "2")));
@@ -36,7 +36,7 @@ TEST(DecodeTest, elementsInTheOrderOfTheDocument) {
     EXPECT_EQ(shortcuts[2].keyCode, 2);
 }
 
-TEST(DecodeTest, keysInAnyOrderAndIndented) {
+TEST(DecodeTest, KeysInAnyOrderAndIndented) {
     const auto shortcut = decodeOne(R"(
       {
         "modifierFlags" : 1,
@@ -53,12 +53,12 @@ TEST(DecodeTest, keysInAnyOrderAndIndented) {
                                         .appBundleIdentifier = "B"}));
 }
 
-TEST(DecodeTest, idsInLowerCaseAreWrittenBackInUpperCase) {
+TEST(DecodeTest, IdsInLowerCaseAreWrittenBackInUpperCase) {
     const auto shortcut = decodeOne(recordWith("id", R"("e621e1f8-c36c-495a-93fc-0c247a3e6e5f")"));
     EXPECT_EQ(shortcut.id.text(), "E621E1F8-C36C-495A-93FC-0C247A3E6E5F");
 }
 
-TEST(DecodeTest, otherKeysAreIgnoredWhateverTheyHold) {
+TEST(DecodeTest, OtherKeysAreIgnoredWhateverTheyHold) {
     for (const auto* value :
          {R"("x")", "null", "-1.5e300", "true", "[]", "[[],{}]",
           R"({"id":5,"keyCode":null,"appPath":{"id":1}})", R"([{"id":"x"},{"keyCode":70000}])"}) {
@@ -68,11 +68,11 @@ TEST(DecodeTest, otherKeysAreIgnoredWhateverTheyHold) {
     }
 }
 
-TEST(DecodeTest, keysDifferByCase) {
+TEST(DecodeTest, KeysDifferByCase) {
     EXPECT_EQ(decodeOne(recordWith("Keycode", "null")).keyCode, 36);
 }
 
-TEST(DecodeTest, ofAKeyThatOccursTwiceTheLastCounts) {
+TEST(DecodeTest, OfAKeyThatOccursTwiceTheLastCounts) {
     const auto twice = [](const std::string& first, const std::string& last) {
         return "{\"keyCode\":" + first + ',' +
                record(validMembers()).substr(1, record(validMembers()).size() - 2) +
@@ -86,18 +86,18 @@ TEST(DecodeTest, ofAKeyThatOccursTwiceTheLastCounts) {
               "Element 1 of the list (counted from 1), key \"keyCode\": not a number but an array");
 }
 
-TEST(DecodeTest, keysMayBeWrittenWithEscapes) {
+TEST(DecodeTest, KeysMayBeWrittenWithEscapes) {
     auto members = validMembers();
     members.erase("id");
     members[R"(\u0069\u0064)"] = validMembers().at("id");
     EXPECT_EQ(decodeOne(record(members)).id, UUID::parse("E621E1F8-C36C-495A-93FC-0C247A3E6E5F"));
 }
 
-TEST(DecodeTest, aByteOrderMarkIsPassedOver) {
+TEST(DecodeTest, AByteOrderMarkIsPassedOver) {
     EXPECT_EQ(decodeShortcuts("\xEF\xBB\xBF" + list(record(validMembers()))).size(), 1U);
 }
 
-TEST(DecodeTest, theSameIdAndCombinationTwiceStandAsTheyAre) {
+TEST(DecodeTest, TheSameIdAndCombinationTwiceStandAsTheyAre) {
     EXPECT_EQ(decodeShortcuts(list(record(validMembers()) + ',' + record(validMembers()))).size(),
               2U);
 }

@@ -46,11 +46,11 @@ std::string encodedName(const std::string& name) {
     return document.substr(start, document.find(R"(","appBundleIdentifier")") - start);
 }
 
-TEST(CompactLayoutTest, emptyList) {
+TEST(CompactLayoutTest, EmptyList) {
     EXPECT_EQ(compact({}), "[]");
 }
 
-TEST(CompactLayoutTest, keysInEncodingOrderAndNothingBetweenTokens) {
+TEST(CompactLayoutTest, KeysInEncodingOrderAndNothingBetweenTokens) {
     EXPECT_EQ(compact(twoShortcuts),
               R"([{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","keyCode":0,)"
               R"("modifierFlags":1179648,"appPath":"\/Applications\/Name.app",)"
@@ -60,11 +60,11 @@ TEST(CompactLayoutTest, keysInEncodingOrderAndNothingBetweenTokens) {
               R"("appName":"","appBundleIdentifier":""}])");
 }
 
-TEST(PrettyLayoutTest, emptyList) {
+TEST(PrettyLayoutTest, EmptyList) {
     EXPECT_EQ(pretty({}), "[\n\n]");
 }
 
-TEST(PrettyLayoutTest, sortedKeysOnLinesOfTheirOwn) {
+TEST(PrettyLayoutTest, SortedKeysOnLinesOfTheirOwn) {
     EXPECT_EQ(pretty(twoShortcuts), R"([
   {
     "appBundleIdentifier" : "org.example.Name",
@@ -85,30 +85,30 @@ TEST(PrettyLayoutTest, sortedKeysOnLinesOfTheirOwn) {
 ])");
 }
 
-TEST(EncodedTextTest, quotesBackslashesAndSlashes) {
+TEST(EncodedTextTest, QuotesBackslashesAndSlashes) {
     EXPECT_EQ(encodedName(R"(a"b\c/d)"), R"(a\"b\\c\/d)");
     EXPECT_EQ(encodedName("\"\"\\\\//"), R"(\"\"\\\\\/\/)");
 }
 
-TEST(EncodedTextTest, controlCharacters) {
+TEST(EncodedTextTest, ControlCharacters) {
     EXPECT_EQ(encodedName("\b\t\n\f\r"), R"(\b\t\n\f\r)");
     EXPECT_EQ(encodedName(std::string("\0\x01\x0B\x1B\x1F", 5)),
               R"(\u0000\u0001\u000b\u001b\u001f)");
     EXPECT_EQ(encodedName(" \x7F"), " \x7F");
 }
 
-TEST(EncodedTextTest, nonAsciiStandsAsItIs) {
+TEST(EncodedTextTest, NonAsciiStandsAsItIs) {
     EXPECT_EQ(encodedName("テキストエディタ é"),
               "\xE3\x83\x86\xE3\x82\xAD\xE3\x82\xB9\xE3\x83\x88\xE3\x82\xA8\xE3\x83\x87\xE3\x82\xA3"
               "\xE3\x82\xBF \xC3\xA9");
     EXPECT_EQ(encodedName("\u0080\u2028\u2029\uFEFF\uFFFF"), "\u0080\u2028\u2029\uFEFF\uFFFF");
 }
 
-TEST(EncodedTextTest, charactersOutsideTheBasicPlane) {
+TEST(EncodedTextTest, CharactersOutsideTheBasicPlane) {
     EXPECT_EQ(encodedName("😀\U0010FFFF"), "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
 }
 
-TEST(EncodedTextTest, everyByteValueThatIsAsciiSurvivesAnotherReader) {
+TEST(EncodedTextTest, EveryByteValueThatIsAsciiSurvivesAnotherReader) {
     for (int value = 0; value < 0x80; ++value) {
         auto shortcut = makeShortcut(1, 0, commandKey);
         shortcut.appName = std::string("a") + static_cast<char>(value) + "b";
@@ -118,7 +118,7 @@ TEST(EncodedTextTest, everyByteValueThatIsAsciiSurvivesAnotherReader) {
     }
 }
 
-TEST(EncodedTextTest, textThatIsNotUtf8IsRefusedByPlaceAndKey) {
+TEST(EncodedTextTest, TextThatIsNotUtf8IsRefusedByPlaceAndKey) {
     auto second = makeShortcut(2, 1, commandKey);
     second.appPath = "/Applications/caf\xE9\n.app";
     try {
@@ -134,7 +134,7 @@ TEST(EncodedTextTest, textThatIsNotUtf8IsRefusedByPlaceAndKey) {
     }
 }
 
-TEST(EncodedTextTest, everyTextOfARecordIsChecked) {
+TEST(EncodedTextTest, EveryTextOfARecordIsChecked) {
     for (const auto field :
          {&AppShortcut::appPath, &AppShortcut::appName, &AppShortcut::appBundleIdentifier}) {
         auto shortcut = makeShortcut(1, 0, commandKey);
@@ -144,7 +144,7 @@ TEST(EncodedTextTest, everyTextOfARecordIsChecked) {
     }
 }
 
-TEST(RoundTripTest, bothLayoutsReadBackToTheSameRecords) {
+TEST(RoundTripTest, BothLayoutsReadBackToTheSameRecords) {
     auto odd = makeShortcut(3, 36, 0x1E0000, "😀 \"quoted\" \\ / \t");
     odd.appPath = std::string("/\0\x1F", 3);
     auto shortcuts = twoShortcuts;

@@ -3,7 +3,7 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST_F(ShortcutStoreTest, addAppendsWritesAndAnnounces) {
+TEST_F(ShortcutStoreTest, AddAppendsWritesAndAnnounces) {
     store().add(b);
     store().add(a);
     EXPECT_EQ(names(), (std::vector<std::string>{"B", "A"}));
@@ -12,7 +12,7 @@ TEST_F(ShortcutStoreTest, addAppendsWritesAndAnnounces) {
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreTest, observersFindTheFileWrittenAndTheListChanged) {
+TEST_F(ShortcutStoreTest, ObserversFindTheFileWrittenAndTheListChanged) {
     std::string seen;
     std::size_t count = 0;
     const auto observer = services_.notificationCenter.observe(shortcutsDidChange, [&] {
@@ -24,7 +24,7 @@ TEST_F(ShortcutStoreTest, observersFindTheFileWrittenAndTheListChanged) {
     EXPECT_EQ(count, 1U);
 }
 
-TEST_F(ShortcutStoreTest, addingATakenCombinationWarnsAndChangesNothing) {
+TEST_F(ShortcutStoreTest, AddingATakenCombinationWarnsAndChangesNothing) {
     store().add(a);
     auto same = makeShortcut(9, 0, commandKey, "Other");
     store().add(same);
@@ -34,26 +34,26 @@ TEST_F(ShortcutStoreTest, addingATakenCombinationWarnsAndChangesNothing) {
     EXPECT_EQ(posts_, 1);
 }
 
-TEST_F(ShortcutStoreTest, addComparesTheWholeFlagWord) {
+TEST_F(ShortcutStoreTest, AddComparesTheWholeFlagWord) {
     store().add(makeShortcut(1, 0, commandKey | capsLock, "Locked"));
     store().add(a);
     EXPECT_EQ(names(), (std::vector<std::string>{"Locked", "A"}));
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreTest, addKeepsOneKeyWithDifferentModifiers) {
+TEST_F(ShortcutStoreTest, AddKeepsOneKeyWithDifferentModifiers) {
     store().add(a);
     store().add(makeShortcut(2, 0, optionKey, "OptionA"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "OptionA"}));
 }
 
-TEST_F(ShortcutStoreTest, addDoesNotCompareIds) {
+TEST_F(ShortcutStoreTest, AddDoesNotCompareIds) {
     store().add(a);
     store().add(makeShortcut(1, 11, commandKey, "SameId"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "SameId"}));
 }
 
-TEST_F(ShortcutStoreTest, updateReplacesAllFieldsInPlace) {
+TEST_F(ShortcutStoreTest, UpdateReplacesAllFieldsInPlace) {
     store().add(a);
     store().add(b);
     const auto changed = makeShortcut(1, 36, optionKey, "Changed");
@@ -64,14 +64,14 @@ TEST_F(ShortcutStoreTest, updateReplacesAllFieldsInPlace) {
     EXPECT_EQ(posts_, 3);
 }
 
-TEST_F(ShortcutStoreTest, updateWithItsOwnCombinationIsAccepted) {
+TEST_F(ShortcutStoreTest, UpdateWithItsOwnCombinationIsAccepted) {
     store().add(a);
     store().update(makeShortcut(1, 0, commandKey, "OtherApplication"));
     EXPECT_EQ(names(), std::vector<std::string>{"OtherApplication"});
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreTest, updateToATakenCombinationWarnsAndChangesNothing) {
+TEST_F(ShortcutStoreTest, UpdateToATakenCombinationWarnsAndChangesNothing) {
     store().add(a);
     store().add(b);
     store().update(makeShortcut(2, 0, commandKey, "Changed"));
@@ -81,14 +81,14 @@ TEST_F(ShortcutStoreTest, updateToATakenCombinationWarnsAndChangesNothing) {
     EXPECT_EQ(posts_, 2);
 }
 
-TEST_F(ShortcutStoreTest, updateComparesTheWholeFlagWord) {
+TEST_F(ShortcutStoreTest, UpdateComparesTheWholeFlagWord) {
     store().add(a);
     store().add(b);
     store().update(makeShortcut(2, 0, commandKey | capsLock, "Changed"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "Changed"}));
 }
 
-TEST_F(ShortcutStoreTest, updateOfAnUnknownIdDoesNothing) {
+TEST_F(ShortcutStoreTest, UpdateOfAnUnknownIdDoesNothing) {
     store().add(a);
     store().update(makeShortcut(9, 0, commandKey, "Unknown"));
     EXPECT_EQ(names(), std::vector<std::string>{"A"});
@@ -97,7 +97,7 @@ TEST_F(ShortcutStoreTest, updateOfAnUnknownIdDoesNothing) {
     EXPECT_EQ(posts_, 1);
 }
 
-TEST_F(ShortcutStoreTest, updateReplacesOnlyTheFirstOfOneId) {
+TEST_F(ShortcutStoreTest, UpdateReplacesOnlyTheFirstOfOneId) {
     files_.files[file] = document(
         {makeShortcut(7, 1, commandKey, "First"), makeShortcut(7, 2, commandKey, "Second")});
     store().update(makeShortcut(7, 2, commandKey, "Changed"));
@@ -105,7 +105,7 @@ TEST_F(ShortcutStoreTest, updateReplacesOnlyTheFirstOfOneId) {
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreTest, removeClosesTheGap) {
+TEST_F(ShortcutStoreTest, RemoveClosesTheGap) {
     files_.files[file] = document({a, b, c});
     store().remove(b.id);
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "C"}));
@@ -113,14 +113,14 @@ TEST_F(ShortcutStoreTest, removeClosesTheGap) {
     EXPECT_EQ(posts_, 1);
 }
 
-TEST_F(ShortcutStoreTest, removeTakesEveryRecordOfOneId) {
+TEST_F(ShortcutStoreTest, RemoveTakesEveryRecordOfOneId) {
     files_.files[file] = document(
         {makeShortcut(7, 1, commandKey, "First"), b, makeShortcut(7, 2, commandKey, "Second")});
     store().remove(idNumber(7));
     EXPECT_EQ(names(), std::vector<std::string>{"B"});
 }
 
-TEST_F(ShortcutStoreTest, removeOfAnUnknownIdWritesAndAnnouncesAnyway) {
+TEST_F(ShortcutStoreTest, RemoveOfAnUnknownIdWritesAndAnnouncesAnyway) {
     store().add(a);
     files_.files.clear();
     store().remove(idNumber(9));
@@ -129,7 +129,7 @@ TEST_F(ShortcutStoreTest, removeOfAnUnknownIdWritesAndAnnouncesAnyway) {
     EXPECT_EQ(posts_, 2);
 }
 
-TEST_F(ShortcutStoreTest, removeTakesAnIdOutOfTheListItself) {
+TEST_F(ShortcutStoreTest, RemoveTakesAnIdOutOfTheListItself) {
     files_.files[file] = document(
         {makeShortcut(7, 1, commandKey, "First"), b, makeShortcut(7, 2, commandKey, "Second"), c});
     store().remove(store().shortcuts()[0].id);

@@ -4,7 +4,7 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST_F(ShortcutStoreTest, exportIsTheIndentedDocumentAndTouchesNothing) {
+TEST_F(ShortcutStoreTest, ExportIsTheIndentedDocumentAndTouchesNothing) {
     store().add(a);
     EXPECT_EQ(store().exportData(), R"([
   {
@@ -21,11 +21,11 @@ TEST_F(ShortcutStoreTest, exportIsTheIndentedDocumentAndTouchesNothing) {
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreTest, exportOfAnEmptyList) {
+TEST_F(ShortcutStoreTest, ExportOfAnEmptyList) {
     EXPECT_EQ(store().exportData(), "[\n\n]");
 }
 
-TEST_F(ShortcutStoreTest, exportThatFailsIsLoggedAndGivesNothing) {
+TEST_F(ShortcutStoreTest, ExportThatFailsIsLoggedAndGivesNothing) {
     auto odd = a;
     odd.appName = "\xFF";
     store().add(odd);
@@ -36,7 +36,7 @@ TEST_F(ShortcutStoreTest, exportThatFailsIsLoggedAndGivesNothing) {
     EXPECT_EQ(posts_, 1);
 }
 
-TEST_F(ShortcutStoreTest, importReplacesTheListInTheDocumentsOrder) {
+TEST_F(ShortcutStoreTest, ImportReplacesTheListInTheDocumentsOrder) {
     store().add(a);
     store().importData(document({c, b}));
     EXPECT_EQ(names(), (std::vector<std::string>{"C", "B"}));
@@ -44,7 +44,7 @@ TEST_F(ShortcutStoreTest, importReplacesTheListInTheDocumentsOrder) {
     EXPECT_EQ(posts_, 2);
 }
 
-TEST_F(ShortcutStoreTest, importOfItsOwnExportChangesNothing) {
+TEST_F(ShortcutStoreTest, ImportOfItsOwnExportChangesNothing) {
     files_.files[file] = document({c, a, b});
     const auto exported = store().exportData();
     files_.files[file] = "overwritten";
@@ -53,7 +53,7 @@ TEST_F(ShortcutStoreTest, importOfItsOwnExportChangesNothing) {
     EXPECT_EQ(files_.files[file], document({c, a, b}));
 }
 
-TEST_F(ShortcutStoreTest, importOfAnEmptyListEmptiesListAndFile) {
+TEST_F(ShortcutStoreTest, ImportOfAnEmptyListEmptiesListAndFile) {
     store().add(a);
     store().importData("[]");
     EXPECT_TRUE(store().shortcuts().empty());
@@ -61,13 +61,13 @@ TEST_F(ShortcutStoreTest, importOfAnEmptyListEmptiesListAndFile) {
     EXPECT_EQ(posts_, 2);
 }
 
-TEST_F(ShortcutStoreTest, importKeepsRecordsThatShareACombinationOrAnId) {
+TEST_F(ShortcutStoreTest, ImportKeepsRecordsThatShareACombinationOrAnId) {
     store().importData(document({a, makeShortcut(9, 0, commandKey, "Twin"), a}));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "Twin", "A"}));
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreTest, importThatFailsHandsTheErrorOnAndChangesNothing) {
+TEST_F(ShortcutStoreTest, ImportThatFailsHandsTheErrorOnAndChangesNothing) {
     store().add(a);
     for (const auto& bad : {std::string{R"({"id":1})"}, std::string{"[{}]"}, std::string{},
                             document({b}) + "x", document({b}).substr(1)}) {

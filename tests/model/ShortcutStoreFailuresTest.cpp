@@ -3,7 +3,7 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST_F(ShortcutStoreTest, aFullDiskIsLoggedAndTheChangeKept) {
+TEST_F(ShortcutStoreTest, AFullDiskIsLoggedAndTheChangeKept) {
     store().add(a);
     files_.writeError =
         FakeFileManager::error(std::errc::no_space_on_device, "ディスクに空き容量がありません");
@@ -19,7 +19,7 @@ TEST_F(ShortcutStoreTest, aFullDiskIsLoggedAndTheChangeKept) {
     EXPECT_NE(files_.files[file].find("Later"), std::string::npos);
 }
 
-TEST_F(ShortcutStoreTest, everyChangingOperationLogsAFailedSaveAndAnnounces) {
+TEST_F(ShortcutStoreTest, EveryChangingOperationLogsAFailedSaveAndAnnounces) {
     store().add(a);
     files_.writeError = FakeFileManager::error(std::errc::io_error, "E");
     store().update(makeShortcut(1, 1, commandKey, "Updated"));
@@ -31,7 +31,7 @@ TEST_F(ShortcutStoreTest, everyChangingOperationLogsAFailedSaveAndAnnounces) {
     EXPECT_EQ(posts_, 4);
 }
 
-TEST_F(ShortcutStoreTest, aPathThatJsonCannotCarryFailsTheSaveAndLosesNothing) {
+TEST_F(ShortcutStoreTest, APathThatJsonCannotCarryFailsTheSaveAndLosesNothing) {
     store().add(a);
     auto odd = b;
     odd.appPath = "/Applications/caf\xE9.app";

@@ -48,7 +48,7 @@ protected:
     ModelServices services_{files_};
 };
 
-TEST_F(ShortcutStoreFilesTest, makesItsFolderWithMissingParentsAndWritesOnTheFirstChange) {
+TEST_F(ShortcutStoreFilesTest, MakesItsFolderWithMissingParentsAndWritesOnTheFirstChange) {
     EXPECT_EQ(store().fileURL(), file());
     EXPECT_TRUE(std::filesystem::is_directory(file().parent_path()));
     EXPECT_FALSE(std::filesystem::exists(file()));
@@ -59,7 +59,7 @@ TEST_F(ShortcutStoreFilesTest, makesItsFolderWithMissingParentsAndWritesOnTheFir
               R"("appBundleIdentifier":"org.example.A"}])");
 }
 
-TEST_F(ShortcutStoreFilesTest, theListSurvivesARestart) {
+TEST_F(ShortcutStoreFilesTest, TheListSurvivesARestart) {
     const auto odd = makeShortcut(1, 65535, ~0ULL, "日本語 😀 \"\\/\n");
     store().add(odd);
     store().add(makeShortcut(2, 11, commandKey, "B"));
@@ -69,7 +69,7 @@ TEST_F(ShortcutStoreFilesTest, theListSurvivesARestart) {
     EXPECT_EQ(output(), "");
 }
 
-TEST_F(ShortcutStoreFilesTest, aFolderThatCannotBeMadeFailsTheSaveAlone) {
+TEST_F(ShortcutStoreFilesTest, AFolderThatCannotBeMadeFailsTheSaveAlone) {
     std::ofstream{home_.path() / "occupied"} << "a file";
     useDataHome(home_.path() / "occupied");
     EXPECT_TRUE(store().shortcuts().empty());
@@ -82,14 +82,14 @@ TEST_F(ShortcutStoreFilesTest, aFolderThatCannotBeMadeFailsTheSaveAlone) {
     EXPECT_EQ(contents(home_.path() / "occupied"), "a file");
 }
 
-TEST_F(ShortcutStoreFilesTest, aFileThatCannotBeReadLoadsEmpty) {
+TEST_F(ShortcutStoreFilesTest, AFileThatCannotBeReadLoadsEmpty) {
     std::filesystem::create_directories(file());
     EXPECT_TRUE(store().shortcuts().empty());
     EXPECT_EQ(output(), "ショートカット読み込みエラー: 「" + file().string() +
                             "」を読み込めません: フォルダです\n");
 }
 
-TEST_F(ShortcutStoreFilesTest, aBrokenFileIsKeptUntilTheNextSave) {
+TEST_F(ShortcutStoreFilesTest, ABrokenFileIsKeptUntilTheNextSave) {
     write("[{");
     EXPECT_TRUE(store().shortcuts().empty());
     EXPECT_EQ(contents(file()), "[{");
@@ -99,7 +99,7 @@ TEST_F(ShortcutStoreFilesTest, aBrokenFileIsKeptUntilTheNextSave) {
     EXPECT_EQ(contents(file()), "[]");
 }
 
-TEST_F(ShortcutStoreFilesTest, leavesNothingBesideItsFile) {
+TEST_F(ShortcutStoreFilesTest, LeavesNothingBesideItsFile) {
     for (std::uint8_t number = 0; number < 20; ++number) {
         store().add(makeShortcut(number, number, commandKey));
     }

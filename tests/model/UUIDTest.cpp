@@ -9,7 +9,7 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST(UUIDTest, parsesAndWritesTheCanonicalFormInUpperCase) {
+TEST(UUIDTest, ParsesAndWritesTheCanonicalFormInUpperCase) {
     const std::string text = "E621E1F8-C36C-495A-93FC-0C247A3E6E5F";
     const auto uuid = UUID::parse(text);
     ASSERT_TRUE(uuid);
@@ -18,13 +18,13 @@ TEST(UUIDTest, parsesAndWritesTheCanonicalFormInUpperCase) {
     EXPECT_EQ(uuid->text(), text);
 }
 
-TEST(UUIDTest, readsLowerAndMixedCase) {
+TEST(UUIDTest, ReadsLowerAndMixedCase) {
     const auto upper = UUID::parse("E621E1F8-C36C-495A-93FC-0C247A3E6E5F");
     EXPECT_EQ(UUID::parse("e621e1f8-c36c-495a-93fc-0c247a3e6e5f"), upper);
     EXPECT_EQ(UUID::parse("e621E1f8-C36c-495A-93fc-0c247A3E6e5F"), upper);
 }
 
-TEST(UUIDTest, keepsUUIDsOfEveryVersion) {
+TEST(UUIDTest, KeepsUUIDsOfEveryVersion) {
     for (const std::string text :
          {"00000000-0000-0000-0000-000000000000", "FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF",
           "C232AB00-9414-11EC-B3C8-9F6BDECED846"}) {
@@ -34,7 +34,7 @@ TEST(UUIDTest, keepsUUIDsOfEveryVersion) {
     }
 }
 
-TEST(UUIDTest, refusesEveryOtherForm) {
+TEST(UUIDTest, RefusesEveryOtherForm) {
     for (const std::string text :
          {"", "E621E1F8", "E621E1F8-C36C-495A-93FC-0C247A3E6E5",
           "E621E1F8-C36C-495A-93FC-0C247A3E6E5F0", "E621E1F8C36C495A93FC0C247A3E6E5F",
@@ -49,7 +49,7 @@ TEST(UUIDTest, refusesEveryOtherForm) {
     EXPECT_EQ(UUID::parse({"E621E1F8-C36C-495A-93FC-0C247A3E6E5\0", 36}), std::nullopt);
 }
 
-TEST(UUIDTest, freshOnesAreRandomOfVersion4) {
+TEST(UUIDTest, FreshOnesAreRandomOfVersion4) {
     std::set<std::string> seen;
     for (int round = 0; round < 1000; ++round) {
         const auto uuid = UUID::random();
@@ -59,7 +59,7 @@ TEST(UUIDTest, freshOnesAreRandomOfVersion4) {
     }
 }
 
-TEST(UUIDTest, freshOnesUseEveryBitThatIsFree) {
+TEST(UUIDTest, FreshOnesUseEveryBitThatIsFree) {
     UUID::Bytes everSet{};
     UUID::Bytes alwaysSet{};
     alwaysSet.fill(0xFF);

@@ -29,7 +29,7 @@ bool isScalar(std::uint32_t value) {
     return value < 0xD800 || (value > 0xDFFF && value < 0x110000);
 }
 
-TEST(Utf8Test, acceptsEveryCodePointAndNoSurrogate) {
+TEST(Utf8Test, AcceptsEveryCodePointAndNoSurrogate) {
     for (std::uint32_t value = 0; value < 0x120000; ++value) {
         const auto text = encoded(value);
         ASSERT_EQ(utf8SequenceLength(text), isScalar(value) ? text.size() : 0) << value;
@@ -37,7 +37,7 @@ TEST(Utf8Test, acceptsEveryCodePointAndNoSurrogate) {
     }
 }
 
-TEST(Utf8Test, refusesOverlongForms) {
+TEST(Utf8Test, RefusesOverlongForms) {
     for (const std::string text :
          {"\xC0\x80", "\xC0\xAF", "\xC1\xBF", "\xE0\x80\xAF", "\xE0\x9F\xBF", "\xF0\x80\x80\xAF",
           "\xF0\x8F\xBF\xBF", "\xF8\x88\x80\x80\x80", "\xFC\x84\x80\x80\x80\x80"}) {
@@ -45,7 +45,7 @@ TEST(Utf8Test, refusesOverlongForms) {
     }
 }
 
-TEST(Utf8Test, refusesStrayAndMissingTrailBytes) {
+TEST(Utf8Test, RefusesStrayAndMissingTrailBytes) {
     EXPECT_EQ(firstInvalidUtf8("ab\x80"), 2U);
     EXPECT_EQ(firstInvalidUtf8("ab\xC3"), 2U);
     EXPECT_EQ(firstInvalidUtf8("ab\xC3 c"), 2U);
@@ -56,7 +56,7 @@ TEST(Utf8Test, refusesStrayAndMissingTrailBytes) {
     EXPECT_EQ(firstInvalidUtf8("ab\xFE\xFF"), 2U);
 }
 
-TEST(Utf8Test, findsABadByteWhereverItStands) {
+TEST(Utf8Test, FindsABadByteWhereverItStands) {
     for (std::size_t position = 0; position < 40; ++position) {
         std::string text(40, 'a');
         text[position] = '\xFF';
@@ -64,7 +64,7 @@ TEST(Utf8Test, findsABadByteWhereverItStands) {
     }
 }
 
-TEST(Utf8Test, acceptsTextWithoutAny) {
+TEST(Utf8Test, AcceptsTextWithoutAny) {
     EXPECT_EQ(firstInvalidUtf8(""), allValid);
     EXPECT_EQ(utf8SequenceLength(""), 0U);
     EXPECT_EQ(firstInvalidUtf8("plain text and 日本語, then 😀 and plain text again"), allValid);

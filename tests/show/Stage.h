@@ -2,10 +2,10 @@
 
 #include "desktop/Combination.h"
 #include "desktop/FrontWatch.h"
-#include "desktop/KeyGrabber.h"
 #include "desktop/Pager.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
+#include "support/XClient.h"
 
 #include <memory>
 #include <string>
@@ -46,7 +46,7 @@ private:
     test::KeyGrab grabOf(const Binding& binding);
 
     std::vector<Binding> bindings_;
-    test::KeyGrabber prober_{desktop.display()};
+    test::XClient prober_{desktop.display()};
     std::unique_ptr<test::ChildProcess> utility_;
 };
 

@@ -104,7 +104,7 @@ TEST_F(InstanceTest, QuitWithoutAnInstanceStartsNone) {
     EXPECT_EQ(quit->wait(), 0);
     EXPECT_EQ(quit->output() + quit->errors(), "");
     EXPECT_FALSE(std::filesystem::exists(settings())) << "the first thing that an instance does";
-    KeyGrabber other(story.desktop.display());
+    XClient other(story.desktop.display());
     EXPECT_TRUE(other.grab(story.grabOf(bound)));
 }
 

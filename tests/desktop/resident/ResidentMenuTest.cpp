@@ -126,7 +126,7 @@ TEST_F(ResidentMenuTest, QuitEndsTheProcessAndFreesTheCombinations) {
     startOnHost();
     menu.choose("終了");
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
-    KeyGrabber successor(story.desktop.display());
+    XClient successor(story.desktop.display());
     EXPECT_TRUE(successor.grab(story.grabOf(bound)));
 }
 

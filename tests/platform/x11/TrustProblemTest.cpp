@@ -32,22 +32,22 @@ protected:
     TemporaryDirectory home_;
 };
 
-TEST_F(TrustProblemTest, anOrdinaryClientIsTrusted) {
+TEST_F(TrustProblemTest, AnOrdinaryClientIsTrusted) {
     EXPECT_EQ(problem(), std::nullopt);
 }
 
-TEST_F(TrustProblemTest, anUntrustedClientIsRefused) {
+TEST_F(TrustProblemTest, AnUntrustedClientIsRefused) {
     loseTrust();
     EXPECT_EQ(problem(), TrustProblem::restrictedClient);
 }
 
-TEST_F(TrustProblemTest, anUntrustedClientGetsNoTap) {
+TEST_F(TrustProblemTest, AnUntrustedClientGetsNoTap) {
     loseTrust();
     EXPECT_FALSE(ListeningTap(taps_, platform::EventTapOptions::active).exists());
     EXPECT_FALSE(ListeningTap(taps_, platform::EventTapOptions::listenOnly).exists());
 }
 
-TEST_F(TrustProblemTest, theAnswerFollowsTheServer) {
+TEST_F(TrustProblemTest, TheAnswerFollowsTheServer) {
     loseTrust();
     ASSERT_TRUE(problem());
     regainTrust();
@@ -55,11 +55,11 @@ TEST_F(TrustProblemTest, theAnswerFollowsTheServer) {
     EXPECT_TRUE(ListeningTap(taps_, platform::EventTapOptions::active).exists());
 }
 
-TEST_F(TrustProblemTest, withoutAServerThereIsNoTrust) {
+TEST_F(TrustProblemTest, WithoutAServerThereIsNoTrust) {
     EXPECT_EQ(problemOn("no display at all"), TrustProblem::noDisplay);
 }
 
-TEST_F(TrustProblemTest, aServerThatIsAGuestOfWaylandIsRefused) {
+TEST_F(TrustProblemTest, AServerThatIsAGuestOfWaylandIsRefused) {
     const Environment session{{"XDG_RUNTIME_DIR", home_.path().string()},
                               {"DISPLAY", display_.name()},
                               {"WAYLAND_DISPLAY", "compositor"}};
@@ -77,7 +77,7 @@ TEST_F(TrustProblemTest, aServerThatIsAGuestOfWaylandIsRefused) {
     EXPECT_EQ(problemOn(':' + *number), TrustProblem::guestOfWayland);
 }
 
-TEST_F(TrustProblemTest, aServerThatWentAwayIsNoDisplay) {
+TEST_F(TrustProblemTest, AServerThatWentAwayIsNoDisplay) {
     display_.server().signal(SIGKILL);
     ASSERT_TRUE(display_.server().wait());
     EXPECT_EQ(problem(), TrustProblem::noDisplay);

@@ -53,7 +53,7 @@ protected:
     PermissionPrompt prompt_;
 };
 
-TEST_F(PermissionPromptTest, saysWhatIsMissingInTheLanguageOfTheProgram) {
+TEST_F(PermissionPromptTest, SaysWhatIsMissingInTheLanguageOfTheProgram) {
     prompt_.show(missing_);
     EXPECT_TRUE(window().isVisible());
     EXPECT_EQ(window().text(), "ショートカットキーを検出できません");
@@ -62,7 +62,7 @@ TEST_F(PermissionPromptTest, saysWhatIsMissingInTheLanguageOfTheProgram) {
     EXPECT_TRUE(button("OK").isVisible());
 }
 
-TEST_F(PermissionPromptTest, anOpenWindowTakesUpANewLanguageWithTheNextQuestion) {
+TEST_F(PermissionPromptTest, AnOpenWindowTakesUpANewLanguageWithTheNextQuestion) {
     prompt_.show(missing_);
     Language::setCurrent(Language::english);
     prompt_.show(missing_);
@@ -71,19 +71,19 @@ TEST_F(PermissionPromptTest, anOpenWindowTakesUpANewLanguageWithTheNextQuestion)
     EXPECT_TRUE(button("Quit").isVisible());
 }
 
-TEST_F(PermissionPromptTest, questionsDoNotPileUpWindows) {
+TEST_F(PermissionPromptTest, QuestionsDoNotPileUpWindows) {
     for (int question = 0; question < 5; ++question) {
         prompt_.show(missing_);
     }
     EXPECT_THAT(windows(), SizeIs(1));
 }
 
-TEST_F(PermissionPromptTest, holdsUpNobody) {
+TEST_F(PermissionPromptTest, HoldsUpNobody) {
     prompt_.show(missing_);
     EXPECT_FALSE(window().isModal());
 }
 
-TEST_F(PermissionPromptTest, comesWithTheKeysOnceAndThenLeavesThemWhereTheyAre) {
+TEST_F(PermissionPromptTest, ComesWithTheKeysOnceAndThenLeavesThemWhereTheyAre) {
     prompt_.show(missing_);
     EXPECT_FALSE(window().testAttribute(Qt::WA_ShowWithoutActivating));
     button("OK").click();
@@ -93,13 +93,13 @@ TEST_F(PermissionPromptTest, comesWithTheKeysOnceAndThenLeavesThemWhereTheyAre) 
     EXPECT_TRUE(window().testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
-TEST_F(PermissionPromptTest, anotherProblemChangesTheTextOfTheOpenWindow) {
+TEST_F(PermissionPromptTest, AnotherProblemChangesTheTextOfTheOpenWindow) {
     prompt_.show(missing_);
     prompt_.show({"別の問題", "Another problem"});
     EXPECT_EQ(window().informativeText(), "別の問題");
 }
 
-TEST_F(PermissionPromptTest, isWhatAssistiveTechnologyReads) {
+TEST_F(PermissionPromptTest, IsWhatAssistiveTechnologyReads) {
     prompt_.show(missing_);
     EXPECT_EQ(window().accessibleName(), "ショートカットキーを検出できません");
     EXPECT_EQ(window().accessibleDescription(), "許可がありません");
@@ -107,14 +107,14 @@ TEST_F(PermissionPromptTest, isWhatAssistiveTechnologyReads) {
     EXPECT_EQ(window().accessibleDescription(), "別の問題");
 }
 
-TEST_F(PermissionPromptTest, showsMarkupAsItIs) {
+TEST_F(PermissionPromptTest, ShowsMarkupAsItIs) {
     prompt_.show({"<b>太字</b>", "<b>bold</b>"});
     for (const QLabel* label : window().findChildren<QLabel*>()) {
         EXPECT_EQ(label->textFormat(), Qt::PlainText);
     }
 }
 
-TEST_F(PermissionPromptTest, anOpenWindowMakesRoomForALongerText) {
+TEST_F(PermissionPromptTest, AnOpenWindowMakesRoomForALongerText) {
     prompt_.show({"いいえ", "No"});
     const int narrow = window().width();
     const std::string sentence(40, 'w');
@@ -126,7 +126,7 @@ TEST_F(PermissionPromptTest, anOpenWindowMakesRoomForALongerText) {
     EXPECT_EQ(window().width(), narrow);
 }
 
-TEST_F(PermissionPromptTest, aLongPathIsShownToItsEnd) {
+TEST_F(PermissionPromptTest, ALongPathIsShownToItsEnd) {
     const std::string path = "/" + std::string(2000, 'x');
     prompt_.show({path, path});
     const auto& explanation = *window().findChild<QLabel*>("qt_msgbox_informativelabel");
@@ -135,7 +135,7 @@ TEST_F(PermissionPromptTest, aLongPathIsShownToItsEnd) {
     EXPECT_GE(lines * explanation.width(), metrics.horizontalAdvance(QString::fromStdString(path)));
 }
 
-TEST_F(PermissionPromptTest, onlyQuitEndsTheProgram) {
+TEST_F(PermissionPromptTest, OnlyQuitEndsTheProgram) {
     prompt_.show(missing_);
     button("OK").click();
     EXPECT_THAT(services_.log.calls(), Not(Contains("application.terminate")));
@@ -144,13 +144,13 @@ TEST_F(PermissionPromptTest, onlyQuitEndsTheProgram) {
     EXPECT_THAT(services_.log.calls(), Contains("application.terminate"));
 }
 
-TEST_F(PermissionPromptTest, escapeAndReturnMeanOk) {
+TEST_F(PermissionPromptTest, EscapeAndReturnMeanOk) {
     prompt_.show(missing_);
     EXPECT_EQ(window().defaultButton(), &button("OK"));
     EXPECT_EQ(window().escapeButton(), &button("OK"));
 }
 
-TEST_F(PermissionPromptTest, isGoneOnceThereIsPermission) {
+TEST_F(PermissionPromptTest, IsGoneOnceThereIsPermission) {
     prompt_.show(missing_);
     prompt_.close();
     EXPECT_THAT(windows(), IsEmpty());

@@ -60,7 +60,7 @@ protected:
 
 // --- the text ---
 
-TEST_F(AutostartEntryTest, theEntrySaysWhatDesktopsAskFor) {
+TEST_F(AutostartEntryTest, TheEntrySaysWhatDesktopsAskFor) {
     item_.registerItem();
     EXPECT_EQ(textOf("Type"), "Application");
     EXPECT_EQ(textOf("Name"), "Hollowfernpike");
@@ -77,7 +77,7 @@ TEST_F(AutostartEntryTest, theEntrySaysWhatDesktopsAskFor) {
     EXPECT_THAT(contentsOf(file()), Not(HasSubstr("X-GNOME-Autostart-Phase")));
 }
 
-TEST_F(AutostartEntryTest, theProgramRunsWhateverItsPathIs) {
+TEST_F(AutostartEntryTest, TheProgramRunsWhateverItsPathIs) {
     registerAndStart("plain/hollowfernpike");
     registerAndStart("with spaces and\ttabs/hollow fern pike");
     registerAndStart("\"double\" 'single'/it's");
@@ -91,7 +91,7 @@ TEST_F(AutostartEntryTest, theProgramRunsWhateverItsPathIs) {
     registerAndStart(" /-leading and trailing ");
 }
 
-TEST_F(AutostartEntryTest, aPathThatNoEntryCanNameIsRefused) {
+TEST_F(AutostartEntryTest, APathThatNoEntryCanNameIsRefused) {
     for (const std::string program : {"/caf\xE9/a", "/a=b/100%"}) {
         freedesktop::LoginItem item(program);
         const auto [japanese, english] = messagesOf([&] { item.registerItem(); });
@@ -101,13 +101,13 @@ TEST_F(AutostartEntryTest, aPathThatNoEntryCanNameIsRefused) {
     }
 }
 
-TEST_F(AutostartEntryTest, registeringAgainNamesTheProgramThatRunsNow) {
+TEST_F(AutostartEntryTest, RegisteringAgainNamesTheProgramThatRunsNow) {
     item_.registerItem();
     freedesktop::LoginItem{"/bin/false"}.registerItem();
     EXPECT_EQ(textOf("Exec"), "/bin/false");
 }
 
-TEST_F(AutostartEntryTest, takingOutAnEntryForAllUsersHidesItFromThisOne) {
+TEST_F(AutostartEntryTest, TakingOutAnEntryForAllUsersHidesItFromThisOne) {
     home_.write(sharedFile(), minimal);
     item_.unregisterItem();
     EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
@@ -124,7 +124,7 @@ TEST_F(AutostartEntryTest, takingOutAnEntryForAllUsersHidesItFromThisOne) {
 
 // --- what the status says ---
 
-TEST_F(AutostartEntryTest, anEntryThatStartsSomethingIsEnabled) {
+TEST_F(AutostartEntryTest, AnEntryThatStartsSomethingIsEnabled) {
     EXPECT_EQ(statusWith(""), LoginItemStatus::enabled);
     EXPECT_EQ(statusWith("Hidden=false\nX-GNOME-Autostart-enabled=true\n"),
               LoginItemStatus::enabled);
@@ -134,14 +134,14 @@ TEST_F(AutostartEntryTest, anEntryThatStartsSomethingIsEnabled) {
               LoginItemStatus::enabled);
 }
 
-TEST_F(AutostartEntryTest, anEntryThatIsSwitchedOffWaitsForApproval) {
+TEST_F(AutostartEntryTest, AnEntryThatIsSwitchedOffWaitsForApproval) {
     EXPECT_EQ(statusWith("Hidden=true\n"), LoginItemStatus::requiresApproval);
     EXPECT_EQ(statusWith("X-GNOME-Autostart-enabled=false\n"), LoginItemStatus::requiresApproval);
     EXPECT_EQ(statusWith("X-MATE-Autostart-enabled=false\n"), LoginItemStatus::requiresApproval);
     EXPECT_EQ(statusOf("[Desktop Entry]\nHidden=true\n"), LoginItemStatus::requiresApproval);
 }
 
-TEST_F(AutostartEntryTest, anEntryForOtherDesktopsWaitsForApproval) {
+TEST_F(AutostartEntryTest, AnEntryForOtherDesktopsWaitsForApproval) {
     ::setenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME", 1);
     EXPECT_EQ(statusWith("OnlyShowIn=KDE;XFCE;\n"), LoginItemStatus::requiresApproval);
     EXPECT_EQ(statusWith("NotShowIn=GNOME;\n"), LoginItemStatus::requiresApproval);
@@ -149,7 +149,7 @@ TEST_F(AutostartEntryTest, anEntryForOtherDesktopsWaitsForApproval) {
     EXPECT_EQ(statusWith("NotShowIn=KDE;\n"), LoginItemStatus::enabled);
 }
 
-TEST_F(AutostartEntryTest, anEntryThatStartsNothingIsNotFound) {
+TEST_F(AutostartEntryTest, AnEntryThatStartsNothingIsNotFound) {
     const std::string start = "[Desktop Entry]\nType=Application\nName=H\n";
     EXPECT_EQ(statusOf(start + "Exec=/nowhere/at/all\n"), LoginItemStatus::notFound);
     EXPECT_EQ(statusOf(start + "Exec=env \"/nowhere/100%%\"\n"), LoginItemStatus::notFound);
@@ -163,7 +163,7 @@ TEST_F(AutostartEntryTest, anEntryThatStartsNothingIsNotFound) {
     EXPECT_EQ(statusOf("\x01\xFF[[[\n"), LoginItemStatus::notFound);
 }
 
-TEST_F(AutostartEntryTest, whatIsNoFileIsNotFound) {
+TEST_F(AutostartEntryTest, WhatIsNoFileIsNotFound) {
     fs::create_directories(file());
     EXPECT_EQ(item_.status(), LoginItemStatus::notFound);
     fs::remove(file());
@@ -171,7 +171,7 @@ TEST_F(AutostartEntryTest, whatIsNoFileIsNotFound) {
     EXPECT_EQ(item_.status(), LoginItemStatus::notFound);
 }
 
-TEST_F(AutostartEntryTest, aProgramThatIsNotExecutableIsNotFound) {
+TEST_F(AutostartEntryTest, AProgramThatIsNotExecutableIsNotFound) {
     const auto program = home_.write(home_.path() / "program", "");
     freedesktop::LoginItem item(program);
     item.registerItem();

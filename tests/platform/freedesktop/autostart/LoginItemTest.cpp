@@ -24,12 +24,12 @@ using ::testing::HasSubstr;
 
 // --- registering ---
 
-TEST_F(LoginItemTest, withoutAnEntryItIsNotRegistered) {
+TEST_F(LoginItemTest, WithoutAnEntryItIsNotRegistered) {
     EXPECT_EQ(item_.status(), LoginItemStatus::notRegistered);
     EXPECT_FALSE(fs::exists(config()));
 }
 
-TEST_F(LoginItemTest, registersAndTakesOut) {
+TEST_F(LoginItemTest, RegistersAndTakesOut) {
     item_.registerItem();
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
     EXPECT_THAT(namesIn(config() / "autostart"), ElementsAre(entryName));
@@ -38,14 +38,14 @@ TEST_F(LoginItemTest, registersAndTakesOut) {
     EXPECT_FALSE(fs::exists(file()));
 }
 
-TEST_F(LoginItemTest, theDefaultPlacesAreTheStandardsOwn) {
+TEST_F(LoginItemTest, TheDefaultPlacesAreTheStandardsOwn) {
     ::unsetenv("XDG_CONFIG_HOME");
     item_.registerItem();
     EXPECT_TRUE(fs::exists(home_.path() / ".config/autostart" / entryName));
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, registeringTurnsASwitchedOffEntryOnAgain) {
+TEST_F(LoginItemTest, RegisteringTurnsASwitchedOffEntryOnAgain) {
     for (const auto* lines : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n",
                               "X-MATE-Autostart-enabled=false\n", "OnlyShowIn=KDE;\n"}) {
         EXPECT_EQ(statusWith(lines), LoginItemStatus::requiresApproval) << lines;
@@ -56,7 +56,7 @@ TEST_F(LoginItemTest, registeringTurnsASwitchedOffEntryOnAgain) {
 
 // --- links ---
 
-TEST_F(LoginItemTest, registeringKeepsALinkAndReplacesItsTarget) {
+TEST_F(LoginItemTest, RegisteringKeepsALinkAndReplacesItsTarget) {
     const auto target = home_.write(home_.path() / "dotfiles/entry", "old");
     fs::create_directories(file().parent_path());
     fs::create_symlink(target, file());
@@ -66,7 +66,7 @@ TEST_F(LoginItemTest, registeringKeepsALinkAndReplacesItsTarget) {
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, takingOutALinkLeavesItsTarget) {
+TEST_F(LoginItemTest, TakingOutALinkLeavesItsTarget) {
     const auto target = home_.write(home_.path() / "dotfiles/entry", minimal);
     fs::create_directories(file().parent_path());
     fs::create_symlink(target, file());
@@ -76,13 +76,13 @@ TEST_F(LoginItemTest, takingOutALinkLeavesItsTarget) {
     EXPECT_EQ(contentsOf(target), minimal);
 }
 
-TEST_F(LoginItemTest, aBrokenLinkIsNoRegistration) {
+TEST_F(LoginItemTest, ABrokenLinkIsNoRegistration) {
     fs::create_directories(file().parent_path());
     fs::create_symlink("missing", file());
     EXPECT_EQ(item_.status(), LoginItemStatus::notRegistered);
 }
 
-TEST_F(LoginItemTest, takingOutWhatIsNotThereIsNoError) {
+TEST_F(LoginItemTest, TakingOutWhatIsNotThereIsNoError) {
     item_.unregisterItem();
     EXPECT_EQ(item_.status(), LoginItemStatus::notRegistered);
     home_.write(config() / "autostart", "a file where the folder would be");
@@ -92,12 +92,12 @@ TEST_F(LoginItemTest, takingOutWhatIsNotThereIsNoError) {
 
 // --- an entry for all users ---
 
-TEST_F(LoginItemTest, anEntryForAllUsersCounts) {
+TEST_F(LoginItemTest, AnEntryForAllUsersCounts) {
     home_.write(sharedFile(), minimal);
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, theUsersEntryHidesTheOneForAllUsers) {
+TEST_F(LoginItemTest, TheUsersEntryHidesTheOneForAllUsers) {
     home_.write(sharedFile(), minimal);
     EXPECT_EQ(statusWith("Hidden=true\n"), LoginItemStatus::requiresApproval);
     EXPECT_EQ(statusOf("nonsense"), LoginItemStatus::notFound);
@@ -105,7 +105,7 @@ TEST_F(LoginItemTest, theUsersEntryHidesTheOneForAllUsers) {
     EXPECT_EQ(statusWith(""), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, theMoreImportantOfTwoSharedDirectoriesCounts) {
+TEST_F(LoginItemTest, TheMoreImportantOfTwoSharedDirectoriesCounts) {
     const auto other = home_.path() / "other";
     ::setenv("XDG_CONFIG_DIRS", (other.string() + ':' + (home_.path() / "shared").string()).c_str(),
              1);
@@ -115,7 +115,7 @@ TEST_F(LoginItemTest, theMoreImportantOfTwoSharedDirectoriesCounts) {
     EXPECT_EQ(item_.status(), LoginItemStatus::requiresApproval);
 }
 
-TEST_F(LoginItemTest, aUsersDirectoryThatIsSharedToo) {
+TEST_F(LoginItemTest, AUsersDirectoryThatIsSharedToo) {
     ::setenv("XDG_CONFIG_DIRS", config().c_str(), 1);
     item_.registerItem();
     item_.unregisterItem();
@@ -124,7 +124,7 @@ TEST_F(LoginItemTest, aUsersDirectoryThatIsSharedToo) {
 
 // --- failures ---
 
-TEST_F(LoginItemTest, withoutAHomeDirectoryThereIsNoRegistration) {
+TEST_F(LoginItemTest, WithoutAHomeDirectoryThereIsNoRegistration) {
     const auto check = [this] {
         ::unsetenv("XDG_CONFIG_HOME");
         ::setenv("XDG_CONFIG_DIRS", "/nonexistent", 1);
@@ -143,7 +143,7 @@ TEST_F(LoginItemTest, withoutAHomeDirectoryThereIsNoRegistration) {
     EXPECT_EXIT(check(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(LoginItemTest, aFolderThatMayNotBeWrittenIsNamed) {
+TEST_F(LoginItemTest, AFolderThatMayNotBeWrittenIsNamed) {
     home_.write(file(), minimal);
     fs::permissions(home_.path(), fs::perms{0755});
     fs::permissions(file().parent_path(), fs::perms{0555});
@@ -167,7 +167,7 @@ TEST_F(LoginItemTest, aFolderThatMayNotBeWrittenIsNamed) {
     EXPECT_EQ(item_.status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, aWriteThatFailsLeavesTheEntryAsItWas) {
+TEST_F(LoginItemTest, AWriteThatFailsLeavesTheEntryAsItWas) {
     home_.write(file(), minimal);
     const auto check = [this] {
         rlimit none{0, 0};
@@ -181,7 +181,7 @@ TEST_F(LoginItemTest, aWriteThatFailsLeavesTheEntryAsItWas) {
     EXPECT_THAT(namesIn(file().parent_path()), ElementsAre(entryName));
 }
 
-TEST_F(LoginItemTest, aFileWhereTheFolderWouldBeIsNamed) {
+TEST_F(LoginItemTest, AFileWhereTheFolderWouldBeIsNamed) {
     const auto blocking = home_.write(config() / "autostart", "not a folder");
     const auto [japanese, english] = messagesOf([&] { item_.registerItem(); });
     EXPECT_THAT(english, AllOf(HasSubstr(blocking), HasSubstr("Not a directory")));
@@ -189,7 +189,7 @@ TEST_F(LoginItemTest, aFileWhereTheFolderWouldBeIsNamed) {
     EXPECT_EQ(contentsOf(blocking), "not a folder");
 }
 
-TEST_F(LoginItemTest, aFolderWhereTheEntryWouldBeIsNamed) {
+TEST_F(LoginItemTest, AFolderWhereTheEntryWouldBeIsNamed) {
     fs::create_directories(file());
     const auto write = failureOf([&] { item_.registerItem(); });
     EXPECT_EQ(write, std::errc::is_a_directory);

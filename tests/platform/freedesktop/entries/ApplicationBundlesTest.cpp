@@ -45,7 +45,7 @@ protected:
 
 // --- what lies at a path ---
 
-TEST_F(ApplicationBundlesTest, aBundlesIdentifierIsThatOfItsEntry) {
+TEST_F(ApplicationBundlesTest, ABundlesIdentifierIsThatOfItsEntry) {
     const auto path = home_.addEntry("org.example.Editor", "true");
     const auto below = home_.write(home_.applications() / "kde/App.desktop",
                                    "[Desktop Entry]\nType=Application\nName=A\nExec=true\n");
@@ -53,7 +53,7 @@ TEST_F(ApplicationBundlesTest, aBundlesIdentifierIsThatOfItsEntry) {
     EXPECT_EQ(bundles_.bundleAt(below).value().bundleIdentifier, "kde-App");
 }
 
-TEST_F(ApplicationBundlesTest, anEntryElsewhereHasNoIdentifier) {
+TEST_F(ApplicationBundlesTest, AnEntryElsewhereHasNoIdentifier) {
     home_.addEntry("app", "true");
     const auto* const text = "[Desktop Entry]\nType=Application\nName=Other\nExec=true\n";
     const auto bundle = bundles_.bundleAt(home_.write(home_.path() / "Desktop/app.desktop", text));
@@ -61,14 +61,14 @@ TEST_F(ApplicationBundlesTest, anEntryElsewhereHasNoIdentifier) {
     EXPECT_EQ(bundle->bundleIdentifier, std::nullopt);
 }
 
-TEST_F(ApplicationBundlesTest, aLinkToAnInstalledEntryIsThatApplication) {
+TEST_F(ApplicationBundlesTest, ALinkToAnInstalledEntryIsThatApplication) {
     const auto path = home_.addEntry("app", "true");
     const auto link = home_.path() / "app.desktop";
     std::filesystem::create_symlink(path, link);
     EXPECT_EQ(bundles_.bundleAt(link).value().bundleIdentifier, "app");
 }
 
-TEST_F(ApplicationBundlesTest, whatIsNoApplicationIsNoBundle) {
+TEST_F(ApplicationBundlesTest, WhatIsNoApplicationIsNoBundle) {
     const auto& directory = home_.applications();
     EXPECT_FALSE(bundles_.bundleAt(""));
     EXPECT_FALSE(bundles_.bundleAt(directory / "nothing.desktop"));
@@ -81,7 +81,7 @@ TEST_F(ApplicationBundlesTest, whatIsNoApplicationIsNoBundle) {
     EXPECT_FALSE(bundles_.bundleAt(home_.addEntry("app", "true") + '\0' + "/app.desktop"));
 }
 
-TEST_F(ApplicationBundlesTest, aBundleIsAsItsFileIsNow) {
+TEST_F(ApplicationBundlesTest, ABundleIsAsItsFileIsNow) {
     const auto path = home_.addEntry("app", "true");
     EXPECT_TRUE(bundles_.bundleAt(path));
     std::filesystem::remove(path);
@@ -92,16 +92,16 @@ TEST_F(ApplicationBundlesTest, aBundleIsAsItsFileIsNow) {
 
 // --- icons ---
 
-TEST_F(ApplicationBundlesTest, anIconIsANameInTheTheme) {
+TEST_F(ApplicationBundlesTest, AnIconIsANameInTheTheme) {
     EXPECT_EQ(iconOf("org.example.Editor"), (FileIcon{"org.example.Editor", ""}));
     EXPECT_EQ(iconOf("web-browser"), (FileIcon{"web-browser", ""}));
 }
 
-TEST_F(ApplicationBundlesTest, orAnImageAtAnAbsolutePath) {
+TEST_F(ApplicationBundlesTest, OrAnImageAtAnAbsolutePath) {
     EXPECT_EQ(iconOf("/opt/a b/icon.png"), (FileIcon{"", "/opt/a b/icon.png"}));
 }
 
-TEST_F(ApplicationBundlesTest, aNameLosesTheExtensionOfAnImage) {
+TEST_F(ApplicationBundlesTest, ANameLosesTheExtensionOfAnImage) {
     EXPECT_EQ(iconOf("editor.png").themeName, "editor");
     EXPECT_EQ(iconOf("editor.svg").themeName, "editor");
     EXPECT_EQ(iconOf("editor.xpm").themeName, "editor");
@@ -109,7 +109,7 @@ TEST_F(ApplicationBundlesTest, aNameLosesTheExtensionOfAnImage) {
     EXPECT_EQ(iconOf("editor.jpeg").themeName, "editor.jpeg");
 }
 
-TEST_F(ApplicationBundlesTest, withoutAnIconThereIsNone) {
+TEST_F(ApplicationBundlesTest, WithoutAnIconThereIsNone) {
     EXPECT_EQ(bundles_.iconForFile(home_.addEntry("app", "true", "Icon=edit\n") + '\0'),
               FileIcon{});
     EXPECT_EQ(bundles_.iconForFile(home_.addEntry("app", "true")), FileIcon{});
@@ -119,7 +119,7 @@ TEST_F(ApplicationBundlesTest, withoutAnIconThereIsNone) {
 
 // --- the listing ---
 
-TEST_F(ApplicationBundlesTest, listsWhatMenusShow) {
+TEST_F(ApplicationBundlesTest, ListsWhatMenusShow) {
     home_.addEntry("shown", "true");
     home_.addEntry("hidden", "true", "Hidden=true\n");
     home_.addEntry("helper", "true", "NoDisplay=true\n");
@@ -133,7 +133,7 @@ TEST_F(ApplicationBundlesTest, listsWhatMenusShow) {
     EXPECT_THAT(offered(), ElementsAre("shown", "theirs"));
 }
 
-TEST_F(ApplicationBundlesTest, aListedApplicationIsDescribedInFull) {
+TEST_F(ApplicationBundlesTest, AListedApplicationIsDescribedInFull) {
     const auto path = home_.addEntry("org.example.Web", "true %U",
                                      "GenericName=Web Browser\nKeywords=Internet;WWW;\n"
                                      "Icon=web.png\n");
@@ -146,7 +146,7 @@ TEST_F(ApplicationBundlesTest, aListedApplicationIsDescribedInFull) {
     EXPECT_EQ(application.icon, (FileIcon{"web", ""}));
 }
 
-TEST_F(ApplicationBundlesTest, textsAreInTheLanguageThatWasAskedFor) {
+TEST_F(ApplicationBundlesTest, TextsAreInTheLanguageThatWasAskedFor) {
     home_.addEntry("app", "true",
                    "Name[ja]=ファイル\nName[de]=Dateien\nGenericName=Manager\n"
                    "GenericName[ja]=管理\nKeywords=folder;\nKeywords[ja]=フォルダ;整理\n");
@@ -160,7 +160,7 @@ TEST_F(ApplicationBundlesTest, textsAreInTheLanguageThatWasAskedFor) {
     EXPECT_THAT(english.keywords, ElementsAre("folder"));
 }
 
-TEST_F(ApplicationBundlesTest, theLanguageOfTheProcessDoesNotMatter) {
+TEST_F(ApplicationBundlesTest, TheLanguageOfTheProcessDoesNotMatter) {
     ::setenv("LANGUAGE", "ja", 1);
     ::setenv("LC_ALL", "ja_JP.UTF-8", 1);
     home_.addEntry("app", "true", "Name[ja]=ファイル\nName[de]=Dateien\n");
@@ -168,18 +168,18 @@ TEST_F(ApplicationBundlesTest, theLanguageOfTheProcessDoesNotMatter) {
     EXPECT_EQ(only("de").name, "Dateien");
 }
 
-TEST_F(ApplicationBundlesTest, anEnglishTranslationWinsOverTheUntranslatedText) {
+TEST_F(ApplicationBundlesTest, AnEnglishTranslationWinsOverTheUntranslatedText) {
     home_.addEntry("app", "true", "Name[en]=Files\n");
     EXPECT_EQ(only("en").name, "Files");
     EXPECT_EQ(only("ja").name, "app");
 }
 
-TEST_F(ApplicationBundlesTest, aNameThatIsNoTextIsReplacedByThatOfTheFile) {
+TEST_F(ApplicationBundlesTest, ANameThatIsNoTextIsReplacedByThatOfTheFile) {
     home_.addEntry("app", "true", "Name[ja]=caf\xE9\n");
     EXPECT_EQ(only("ja").name, "app");
 }
 
-TEST_F(ApplicationBundlesTest, applicationsOfOtherDesktopsAreNotListed) {
+TEST_F(ApplicationBundlesTest, ApplicationsOfOtherDesktopsAreNotListed) {
     home_.addEntry("everywhere", "true");
     home_.addEntry("gnome", "true", "OnlyShowIn=GNOME;Unity;\n");
     home_.addEntry("no-gnome", "true", "NotShowIn=GNOME;\n");
@@ -191,7 +191,7 @@ TEST_F(ApplicationBundlesTest, applicationsOfOtherDesktopsAreNotListed) {
     EXPECT_THAT(offered(), ElementsAre("everywhere", "no-gnome"));
 }
 
-TEST_F(ApplicationBundlesTest, ofSeveralDesktopNamesTheFirstThatIsMentionedCounts) {
+TEST_F(ApplicationBundlesTest, OfSeveralDesktopNamesTheFirstThatIsMentionedCounts) {
     home_.addEntry("gnome", "true", "OnlyShowIn=GNOME;\nNotShowIn=ubuntu;\n");
     ::setenv("XDG_CURRENT_DESKTOP", "other:GNOME:ubuntu", 1);
     EXPECT_THAT(offered(), ElementsAre("gnome"));
@@ -199,7 +199,7 @@ TEST_F(ApplicationBundlesTest, ofSeveralDesktopNamesTheFirstThatIsMentionedCount
     EXPECT_THAT(offered(), IsEmpty());
 }
 
-TEST_F(ApplicationBundlesTest, theListingFollowsTheFiles) {
+TEST_F(ApplicationBundlesTest, TheListingFollowsTheFiles) {
     const auto path = home_.addEntry("app", "true", "Name[ja]=前\n");
     EXPECT_EQ(only("ja").name, "前");
     home_.addEntry("app", "true", "Name[ja]=後の\n");
@@ -210,14 +210,14 @@ TEST_F(ApplicationBundlesTest, theListingFollowsTheFiles) {
 
 // --- directories ---
 
-TEST_F(ApplicationBundlesTest, directoriesAreThoseThatExistTheUsersFirst) {
+TEST_F(ApplicationBundlesTest, DirectoriesAreThoseThatExistTheUsersFirst) {
     EXPECT_THAT(bundles_.applicationDirectories(),
                 ElementsAre(home_.applications(), home_.systemApplications()));
     std::filesystem::remove(home_.applications());
     EXPECT_THAT(bundles_.applicationDirectories(), ElementsAre(home_.systemApplications()));
 }
 
-TEST_F(ApplicationBundlesTest, aDirectoryThatIsNamedTwiceIsListedOnce) {
+TEST_F(ApplicationBundlesTest, ADirectoryThatIsNamedTwiceIsListedOnce) {
     freedesktop::DesktopEntries twice({home_.applications(), home_.applications()});
     EXPECT_THAT(freedesktop::ApplicationBundles(twice).applicationDirectories(),
                 ElementsAre(home_.applications()));

@@ -31,7 +31,7 @@ void makeOld(const fs::path& path) {
     ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times.data(), AT_SYMLINK_NOFOLLOW), 0);
 }
 
-TEST_F(AtomicFileCrashTest, leavesEveryOtherFileWhateverItsNameAndAge) {
+TEST_F(AtomicFileCrashTest, LeavesEveryOtherFileWhateverItsNameAndAge) {
     putFile(folder() / ".hollowfernpike-backup", "theirs");
     putFile(folder() / ".hollowfernpike-abc123", "theirs");
     putFile(folder() / ".hollowfernpike-", "theirs");
@@ -64,7 +64,7 @@ bool isWhole(const std::string& contents) {
     return !contents.empty() && contents == version(contents.front());
 }
 
-TEST_F(AtomicFileCrashTest, aProcessKilledAtAnyMomentLeavesTheFileWhole) {
+TEST_F(AtomicFileCrashTest, AProcessKilledAtAnyMomentLeavesTheFileWhole) {
     std::mt19937 random{20240229};
     std::uniform_int_distribution<int> microseconds{0, 4000};
     writeFileAtomically(file(), version('0'));
@@ -85,7 +85,7 @@ TEST_F(AtomicFileCrashTest, aProcessKilledAtAnyMomentLeavesTheFileWhole) {
     EXPECT_EQ(contentsOf(file()), "last");
 }
 
-TEST_F(AtomicFileCrashTest, writersAtTheSameTimeDoNotMix) {
+TEST_F(AtomicFileCrashTest, WritersAtTheSameTimeDoNotMix) {
     std::vector<std::thread> writers;
     for (char letter = 'a'; letter < 'e'; ++letter) {
         writers.emplace_back([letter, path = file()] {

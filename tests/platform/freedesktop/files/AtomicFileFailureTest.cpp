@@ -25,7 +25,7 @@ std::error_code writeWithLimit(const fs::path& path, std::string_view data, rlim
     return failureOf([&] { writeFileAtomically(path, data); });
 }
 
-TEST_F(AtomicFileFailureTest, withoutRoomTheOldFileStandsAndNothingIsLeft) {
+TEST_F(AtomicFileFailureTest, WithoutRoomTheOldFileStandsAndNothingIsLeft) {
     for (const rlim_t limit : {0U, 1U, 4096U, 99999U}) {
         putFile(file(), "old");
         const auto write = [&] {
@@ -38,7 +38,7 @@ TEST_F(AtomicFileFailureTest, withoutRoomTheOldFileStandsAndNothingIsLeft) {
     }
 }
 
-TEST_F(AtomicFileFailureTest, withJustEnoughRoomItSucceeds) {
+TEST_F(AtomicFileFailureTest, WithJustEnoughRoomItSucceeds) {
     const auto write = [&] {
         ::_exit(writeWithLimit(file(), std::string(100000, 'x'), 100000) ? 1 : 0);
     };
@@ -46,7 +46,7 @@ TEST_F(AtomicFileFailureTest, withJustEnoughRoomItSucceeds) {
     EXPECT_EQ(contentsOf(file()), std::string(100000, 'x'));
 }
 
-TEST_F(AtomicFileFailureTest, inAFolderThatMayNotBeWrittenItFails) {
+TEST_F(AtomicFileFailureTest, InAFolderThatMayNotBeWrittenItFails) {
     putFile(file(), "old");
     ASSERT_EQ(::chmod(folder().c_str(), 0555), 0);
     const auto write = [this] {
@@ -57,7 +57,7 @@ TEST_F(AtomicFileFailureTest, inAFolderThatMayNotBeWrittenItFails) {
     EXPECT_THAT(namesIn(folder()), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileFailureTest, inAFolderThatMayBeWrittenButNotReadItSucceeds) {
+TEST_F(AtomicFileFailureTest, InAFolderThatMayBeWrittenButNotReadItSucceeds) {
     ASSERT_EQ(::chmod(folder().c_str(), 0333), 0);
     const auto write = [this] { ::_exit(becomeOrdinaryUser() && !failure(file()) ? 0 : 1); };
     EXPECT_EXIT(write(), testing::ExitedWithCode(0), "");
@@ -65,7 +65,7 @@ TEST_F(AtomicFileFailureTest, inAFolderThatMayBeWrittenButNotReadItSucceeds) {
     EXPECT_THAT(namesIn(folder()), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileFailureTest, whereNoFileCanBeItFails) {
+TEST_F(AtomicFileFailureTest, WhereNoFileCanBeItFails) {
     putFile(file(), "old");
     EXPECT_EQ(failure(folder() / "missing/file"), std::errc::no_such_file_or_directory);
     EXPECT_EQ(failure(file() / "below"), std::errc::not_a_directory);
@@ -75,14 +75,14 @@ TEST_F(AtomicFileFailureTest, whereNoFileCanBeItFails) {
     EXPECT_THAT(namesIn(folder()), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileFailureTest, aPipeIsNotReplaced) {
+TEST_F(AtomicFileFailureTest, APipeIsNotReplaced) {
     ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
     EXPECT_EQ(failure(file()), std::errc::invalid_argument);
     EXPECT_TRUE(fs::is_fifo(file()));
     EXPECT_THAT(namesIn(folder()), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileFailureTest, theErrorNamesThePathThatWasAskedFor) {
+TEST_F(AtomicFileFailureTest, TheErrorNamesThePathThatWasAskedFor) {
     fs::create_symlink("missing/target", file());
     try {
         writeFileAtomically(file(), "new");

@@ -150,13 +150,13 @@ protected:
     TemporaryDirectory directory_;
 };
 
-TEST_F(AtomicFileFaultsTest, theNewFileIsOnTheDiskBeforeItHasTheNameAndTheNameBeforeReturn) {
+TEST_F(AtomicFileFaultsTest, TheNewFileIsOnTheDiskBeforeItHasTheNameAndTheNameBeforeReturn) {
     EXPECT_EQ(write(), std::error_code{});
     EXPECT_THAT(disk.calls, ElementsAre("create", "write", "sync file", "rename", "sync folder"));
     EXPECT_EQ(contentsOf(file()), "new text");
 }
 
-TEST_F(AtomicFileFaultsTest, theNameThatIsOnTheDiskIsThatBehindALink) {
+TEST_F(AtomicFileFaultsTest, TheNameThatIsOnTheDiskIsThatBehindALink) {
     disk.folder = directory_.path() / "below";
     std::filesystem::create_directory(disk.folder);
     std::filesystem::rename(file(), disk.folder / "file");
@@ -166,7 +166,7 @@ TEST_F(AtomicFileFaultsTest, theNameThatIsOnTheDiskIsThatBehindALink) {
     EXPECT_EQ(contentsOf(disk.folder / "file"), "new text");
 }
 
-TEST_F(AtomicFileFaultsTest, whatASignalInterruptsIsDoneAgain) {
+TEST_F(AtomicFileFaultsTest, WhatASignalInterruptsIsDoneAgain) {
     disk.interruptions = 2;
     EXPECT_EQ(write(), std::error_code{});
     EXPECT_EQ(contentsOf(file()), "new text");
@@ -176,14 +176,14 @@ TEST_F(AtomicFileFaultsTest, whatASignalInterruptsIsDoneAgain) {
                             "interrupted sync folder", "interrupted sync folder", "sync folder"));
 }
 
-TEST_F(AtomicFileFaultsTest, aDiskThatTakesABitAtATimeGetsAll) {
+TEST_F(AtomicFileFaultsTest, ADiskThatTakesABitAtATimeGetsAll) {
     disk.largestWrite = 3;
     EXPECT_EQ(write(), std::error_code{});
     EXPECT_EQ(contentsOf(file()), "new text");
     EXPECT_EQ(std::ranges::count(disk.calls, "write"), 3);
 }
 
-TEST_F(AtomicFileFaultsTest, aFullDiskLeavesTheOldFile) {
+TEST_F(AtomicFileFaultsTest, AFullDiskLeavesTheOldFile) {
     for (const std::size_t room : {0U, 1U, 7U}) {
         for (const auto error : {ENOSPC, EDQUOT, EIO}) {
             disk.room = room;
@@ -194,33 +194,33 @@ TEST_F(AtomicFileFaultsTest, aFullDiskLeavesTheOldFile) {
     }
 }
 
-TEST_F(AtomicFileFaultsTest, aDiskThatCannotKeepTheFileLeavesTheOldOne) {
+TEST_F(AtomicFileFaultsTest, ADiskThatCannotKeepTheFileLeavesTheOldOne) {
     disk.fileSyncError = EIO;
     EXPECT_EQ(write(), std::errc::io_error);
     EXPECT_THAT(disk.calls, ElementsAre("create", "write", "sync file"));
     expectTheOldFileAndNothingElse();
 }
 
-TEST_F(AtomicFileFaultsTest, aNameThatCannotBeGivenLeavesTheOldFile) {
+TEST_F(AtomicFileFaultsTest, ANameThatCannotBeGivenLeavesTheOldFile) {
     disk.renameError = EPERM;
     EXPECT_EQ(write(), std::errc::operation_not_permitted);
     expectTheOldFileAndNothingElse();
 }
 
-TEST_F(AtomicFileFaultsTest, withoutFreeDescriptorsTheOldFileStands) {
+TEST_F(AtomicFileFaultsTest, WithoutFreeDescriptorsTheOldFileStands) {
     disk.createError = EMFILE;
     EXPECT_EQ(write(), std::errc::too_many_files_open);
     EXPECT_THAT(disk.calls, ElementsAre("create"));
     expectTheOldFileAndNothingElse();
 }
 
-TEST_F(AtomicFileFaultsTest, aFolderThatCannotBeKeptIsAnError) {
+TEST_F(AtomicFileFaultsTest, AFolderThatCannotBeKeptIsAnError) {
     disk.folderSyncError = EIO;
     EXPECT_EQ(write(), std::errc::io_error);
     EXPECT_THAT(namesIn(directory_.path()), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileFaultsTest, aFileSystemThatKnowsNoSyncOfFoldersIsTakenAsItIs) {
+TEST_F(AtomicFileFaultsTest, AFileSystemThatKnowsNoSyncOfFoldersIsTakenAsItIs) {
     disk.folderSyncError = EINVAL;
     EXPECT_EQ(write(), std::error_code{});
     EXPECT_EQ(contentsOf(file()), "new text");

@@ -24,18 +24,18 @@ protected:
     }
 };
 
-TEST_F(AtomicFileLinkTest, anAbsoluteLinkStaysOne) {
+TEST_F(AtomicFileLinkTest, AnAbsoluteLinkStaysOne) {
     fs::create_symlink(target(), file());
     expectWrittenThrough(file());
 }
 
-TEST_F(AtomicFileLinkTest, aRelativeLinkStaysOne) {
+TEST_F(AtomicFileLinkTest, ARelativeLinkStaysOne) {
     fs::create_symlink("real/target", file());
     expectWrittenThrough(file());
     EXPECT_EQ(fs::read_symlink(file()), "real/target");
 }
 
-TEST_F(AtomicFileLinkTest, aRelativeLinkCountsFromWhereItReallyStands) {
+TEST_F(AtomicFileLinkTest, ARelativeLinkCountsFromWhereItReallyStands) {
     fs::create_directory(folder() / "real/links");
     fs::create_symlink("../target", folder() / "real/links/link");
     fs::create_directory_symlink("real/links", folder() / "short");
@@ -44,7 +44,7 @@ TEST_F(AtomicFileLinkTest, aRelativeLinkCountsFromWhereItReallyStands) {
     EXPECT_TRUE(fs::is_symlink(folder() / "real/links/link"));
 }
 
-TEST_F(AtomicFileLinkTest, aChainOfLinksStays) {
+TEST_F(AtomicFileLinkTest, AChainOfLinksStays) {
     fs::create_symlink("third", file());
     fs::create_symlink(folder() / "second", folder() / "third");
     fs::create_symlink("real/target", folder() / "second");
@@ -53,26 +53,26 @@ TEST_F(AtomicFileLinkTest, aChainOfLinksStays) {
     EXPECT_TRUE(fs::is_symlink(folder() / "third"));
 }
 
-TEST_F(AtomicFileLinkTest, theModeIsThatOfTheTarget) {
+TEST_F(AtomicFileLinkTest, TheModeIsThatOfTheTarget) {
     ASSERT_EQ(::chmod(target().c_str(), 0640), 0);
     fs::create_symlink("real/target", file());
     expectWrittenThrough(file());
     EXPECT_EQ(modeOf(target()), 0640U);
 }
 
-TEST_F(AtomicFileLinkTest, aBrokenLinkIsMended) {
+TEST_F(AtomicFileLinkTest, ABrokenLinkIsMended) {
     fs::remove(target());
     fs::create_symlink("real/target", file());
     expectWrittenThrough(file());
 }
 
-TEST_F(AtomicFileLinkTest, aLinkIntoAMissingFolderFails) {
+TEST_F(AtomicFileLinkTest, ALinkIntoAMissingFolderFails) {
     fs::create_symlink("missing/target", file());
     EXPECT_EQ(failure(file()), std::errc::no_such_file_or_directory);
     EXPECT_TRUE(fs::is_symlink(file()));
 }
 
-TEST_F(AtomicFileLinkTest, aLoopFails) {
+TEST_F(AtomicFileLinkTest, ALoopFails) {
     fs::create_symlink("file", file());
     EXPECT_EQ(failure(file()), std::errc::too_many_symbolic_link_levels);
     fs::create_symlink("two", folder() / "one");
@@ -81,7 +81,7 @@ TEST_F(AtomicFileLinkTest, aLoopFails) {
     EXPECT_THAT(namesIn(folder()), ElementsAre("file", "one", "real", "two"));
 }
 
-TEST_F(AtomicFileLinkTest, aLinkToAPipeFailsAndThePipeStays) {
+TEST_F(AtomicFileLinkTest, ALinkToAPipeFailsAndThePipeStays) {
     const auto pipe = folder() / "pipe"; // nothing of the system's: a test may go wrong
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     fs::create_symlink("pipe", file());

@@ -14,14 +14,14 @@ namespace {
 using freedesktop::writeFileAtomically;
 using testing::ElementsAre;
 
-TEST_F(AtomicFileTest, makesANewFileForTheUserAlone) {
+TEST_F(AtomicFileTest, MakesANewFileForTheUserAlone) {
     writeFileAtomically(file(), "new");
     EXPECT_EQ(contentsOf(file()), "new");
     EXPECT_EQ(modeOf(file()), 0600U);
     EXPECT_THAT(namesIn(folder()), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileTest, replacesAFileByAnotherOne) {
+TEST_F(AtomicFileTest, ReplacesAFileByAnotherOne) {
     putFile(file(), "a longer old text");
     fs::create_hard_link(file(), folder() / "old");
     writeFileAtomically(file(), "new");
@@ -29,7 +29,7 @@ TEST_F(AtomicFileTest, replacesAFileByAnotherOne) {
     EXPECT_EQ(contentsOf(folder() / "old"), "a longer old text");
 }
 
-TEST_F(AtomicFileTest, writesNothingAndAnyBytes) {
+TEST_F(AtomicFileTest, WritesNothingAndAnyBytes) {
     const std::string bytes("\0\xFF\n\r\0", 5);
     writeFileAtomically(file(), bytes);
     EXPECT_EQ(contentsOf(file()), bytes);
@@ -38,14 +38,14 @@ TEST_F(AtomicFileTest, writesNothingAndAnyBytes) {
     EXPECT_TRUE(fs::exists(file()));
 }
 
-TEST_F(AtomicFileTest, writesMoreThanOneSystemCallTakes) {
+TEST_F(AtomicFileTest, WritesMoreThanOneSystemCallTakes) {
     std::string bytes(40 << 20, 'x');
     bytes.back() = 'y';
     writeFileAtomically(file(), bytes);
     EXPECT_EQ(contentsOf(file()), bytes);
 }
 
-TEST_F(AtomicFileTest, keepsTheModeWhateverTheMask) {
+TEST_F(AtomicFileTest, KeepsTheModeWhateverTheMask) {
     putFile(file(), "old");
     for (const auto mode : {0640U, 0666U, 0400U, 0755U, 0600U}) {
         ASSERT_EQ(::chmod(file().c_str(), mode), 0);
@@ -64,7 +64,7 @@ gid_t ownGroup() {
     return further == groups.end() ? ::getegid() : *further;
 }
 
-TEST_F(AtomicFileTest, keepsTheOwnerWhereTheSystemLetsUs) {
+TEST_F(AtomicFileTest, KeepsTheOwnerWhereTheSystemLetsUs) {
     putFile(file(), "old");
     uid_t user = 12345;
     gid_t group = 54321;
@@ -81,7 +81,7 @@ TEST_F(AtomicFileTest, keepsTheOwnerWhereTheSystemLetsUs) {
     EXPECT_EQ(after.st_gid, group);
 }
 
-TEST_F(AtomicFileTest, writesAFileOfAnotherUserAsOurs) {
+TEST_F(AtomicFileTest, WritesAFileOfAnotherUserAsOurs) {
     putFile(file(), "old");
     ASSERT_EQ(::chmod(file().c_str(), 0644), 0);
     ASSERT_EQ(::chmod(folder().c_str(), 0777), 0);
@@ -92,7 +92,7 @@ TEST_F(AtomicFileTest, writesAFileOfAnotherUserAsOurs) {
     EXPECT_EQ(contentsOf(file()), "new");
 }
 
-TEST_F(AtomicFileTest, takesANameAsLongAsTheFileSystemAllows) {
+TEST_F(AtomicFileTest, TakesANameAsLongAsTheFileSystemAllows) {
     const auto path = folder() / std::string(255, 'n');
     writeFileAtomically(path, "new");
     EXPECT_EQ(contentsOf(path), "new");
@@ -100,7 +100,7 @@ TEST_F(AtomicFileTest, takesANameAsLongAsTheFileSystemAllows) {
     EXPECT_THAT(namesIn(folder()), ElementsAre(path.filename().string()));
 }
 
-TEST_F(AtomicFileTest, takesARelativePath) {
+TEST_F(AtomicFileTest, TakesARelativePath) {
     fs::current_path(folder());
     writeFileAtomically("file", "new");
     EXPECT_EQ(contentsOf(file()), "new");

@@ -48,7 +48,7 @@ protected:
     }
 };
 
-TEST_F(BaseDirectoriesTest, theirOwnVariablesComeFirst) {
+TEST_F(BaseDirectoriesTest, TheirOwnVariablesComeFirst) {
     set("HOME", "/home/someone");
     set("XDG_DATA_HOME", "/data");
     set("XDG_CONFIG_HOME", "/config");
@@ -59,14 +59,14 @@ TEST_F(BaseDirectoriesTest, theirOwnVariablesComeFirst) {
     EXPECT_EQ(homeDirectory(), "/home/someone");
 }
 
-TEST_F(BaseDirectoriesTest, thenStandardPlacesInTheHomeDirectory) {
+TEST_F(BaseDirectoriesTest, ThenStandardPlacesInTheHomeDirectory) {
     set("HOME", "/home/someone");
     EXPECT_EQ(dataHome(), "/home/someone/.local/share");
     EXPECT_EQ(configHome(), "/home/someone/.config");
     EXPECT_EQ(runtimeDirectory(), std::nullopt);
 }
 
-TEST_F(BaseDirectoriesTest, emptyAndRelativeValuesCountAsUnset) {
+TEST_F(BaseDirectoriesTest, EmptyAndRelativeValuesCountAsUnset) {
     for (const auto* value : {"", "relative/path", ".", "~", "~/data"}) {
         set("HOME", "/home/someone");
         set("XDG_DATA_HOME", value);
@@ -78,7 +78,7 @@ TEST_F(BaseDirectoriesTest, emptyAndRelativeValuesCountAsUnset) {
     }
 }
 
-TEST_F(BaseDirectoriesTest, withoutHomeTheUserDatabaseTells) {
+TEST_F(BaseDirectoriesTest, WithoutHomeTheUserDatabaseTells) {
     const auto* user = ::getpwuid(::getuid());
     ASSERT_NE(user, nullptr);
     const std::filesystem::path home = user->pw_dir;
@@ -90,18 +90,18 @@ TEST_F(BaseDirectoriesTest, withoutHomeTheUserDatabaseTells) {
     EXPECT_EQ(homeDirectory(), home);
 }
 
-TEST_F(BaseDirectoriesTest, namesWithBlanksAndOtherBytesAreKept) {
+TEST_F(BaseDirectoriesTest, NamesWithBlanksAndOtherBytesAreKept) {
     set("XDG_DATA_HOME", "/a b/日本\xFF\n/");
     EXPECT_EQ(dataHome(), "/a b/日本\xFF\n/");
 }
 
-TEST_F(BaseDirectoriesTest, applicationSupportIsTheDataHome) {
+TEST_F(BaseDirectoriesTest, ApplicationSupportIsTheDataHome) {
     set("XDG_DATA_HOME", "/data");
     EXPECT_EQ(freedesktop::FileManager{}.applicationSupportDirectories(),
               std::vector<std::filesystem::path>{"/data"});
 }
 
-TEST_F(BaseDirectoriesTest, sharedDirectoriesAreListedTheMostImportantFirst) {
+TEST_F(BaseDirectoriesTest, SharedDirectoriesAreListedTheMostImportantFirst) {
     using Directories = std::vector<std::filesystem::path>;
     EXPECT_EQ(sharedDataDirectories(), (Directories{"/usr/local/share", "/usr/share"}));
     EXPECT_EQ(sharedConfigDirectories(), Directories{"/etc/xdg"});
@@ -115,7 +115,7 @@ TEST_F(BaseDirectoriesTest, sharedDirectoriesAreListedTheMostImportantFirst) {
     }
 }
 
-TEST_F(BaseDirectoriesTest, settledVariablesSayTheSameToWhoeverTakesThemAsTheyAre) {
+TEST_F(BaseDirectoriesTest, SettledVariablesSayTheSameToWhoeverTakesThemAsTheyAre) {
     haveHomeInTheUserDatabase("/home/someone");
     for (const auto* value : {"", "relative"}) {
         for (const auto* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
@@ -136,7 +136,7 @@ TEST_F(BaseDirectoriesTest, settledVariablesSayTheSameToWhoeverTakesThemAsTheyAr
     }
 }
 
-TEST_F(BaseDirectoriesTest, theUserKeepsTheVariablesAsTheyWere) {
+TEST_F(BaseDirectoriesTest, TheUserKeepsTheVariablesAsTheyWere) {
     const auto expectThatTheyAreKept = [] {
         set("XDG_CONFIG_HOME", "relative");
         set("XDG_DATA_HOME", "");
@@ -158,7 +158,7 @@ TEST_F(BaseDirectoriesTest, theUserKeepsTheVariablesAsTheyWere) {
     EXPECT_EXIT(expectThatTheyAreKept(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(BaseDirectoriesTest, aUserWithoutAnyHomeHasNoDirectories) {
+TEST_F(BaseDirectoriesTest, AUserWithoutAnyHomeHasNoDirectories) {
     const auto asUnknownUser = [] {
         if (!becomeUnknownUser()) {
             ::_exit(2);

@@ -12,7 +12,7 @@ namespace {
 using freedesktop::fileError;
 using freedesktop::FileOperation;
 
-TEST(FileErrorsTest, nameTheOperationThePathAndTheReason) {
+TEST(FileErrorsTest, NameTheOperationThePathAndTheReason) {
     const auto read = fileError(FileOperation::read, "/a b", EACCES);
     EXPECT_EQ(read.japanese(), "「/a b」を読み込めません: アクセス権がありません");
     EXPECT_EQ(read.english(), "Cannot read \"/a b\": Permission denied");
@@ -34,7 +34,7 @@ TEST(FileErrorsTest, nameTheOperationThePathAndTheReason) {
     EXPECT_EQ(make.english(), "Cannot create the folder \"/a\": Read-only file system");
 }
 
-TEST(FileErrorsTest, haveJapaneseWordsForTheUsualReasons) {
+TEST(FileErrorsTest, HaveJapaneseWordsForTheUsualReasons) {
     const std::map<int, std::string> wordings{
         {ENOENT, "ファイルまたはフォルダがありません"},
         {EACCES, "アクセス権がありません"},
@@ -56,14 +56,14 @@ TEST(FileErrorsTest, haveJapaneseWordsForTheUsualReasons) {
     }
 }
 
-TEST(FileErrorsTest, passTheSystemsWordsOnForOtherReasons) {
+TEST(FileErrorsTest, PassTheSystemsWordsOnForOtherReasons) {
     EXPECT_EQ(fileError(FileOperation::read, "/a", ESTALE).japanese(),
               "「/a」を読み込めません: Stale file handle");
     EXPECT_EQ(fileError(FileOperation::read, "/a", 99999).english(),
               "Cannot read \"/a\": Unknown error 99999");
 }
 
-TEST(FileErrorsTest, ofAPipeOrDeviceSayThatItIsNoFile) {
+TEST(FileErrorsTest, OfAPipeOrDeviceSayThatItIsNoFile) {
     const auto error = freedesktop::notARegularFile(FileOperation::read, "/dev/null");
     EXPECT_EQ(error.japanese(), "「/dev/null」を読み込めません: 通常のファイルではありません");
     EXPECT_EQ(error.english(), "Cannot read \"/dev/null\": Not a regular file");

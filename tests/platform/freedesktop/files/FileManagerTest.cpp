@@ -33,7 +33,7 @@ protected:
 
 // --- folders ---
 
-TEST_F(FileManagerTest, makesAFolderWithItsParentsForTheUserAlone) {
+TEST_F(FileManagerTest, MakesAFolderWithItsParentsForTheUserAlone) {
     files_.createDirectory(folder() / "a/b/c");
     for (const auto* made : {"a", "a/b", "a/b/c"}) {
         struct stat status = {};
@@ -42,7 +42,7 @@ TEST_F(FileManagerTest, makesAFolderWithItsParentsForTheUserAlone) {
     }
 }
 
-TEST_F(FileManagerTest, aFolderThatExistsIsNoErrorAndStaysAsItIs) {
+TEST_F(FileManagerTest, AFolderThatExistsIsNoErrorAndStaysAsItIs) {
     fs::create_directory(folder() / "a");
     ASSERT_EQ(::chmod((folder() / "a").c_str(), 0751), 0);
     files_.createDirectory(folder() / "a");
@@ -51,7 +51,7 @@ TEST_F(FileManagerTest, aFolderThatExistsIsNoErrorAndStaysAsItIs) {
     EXPECT_EQ(fs::status(folder() / "a").permissions(), fs::perms{0751});
 }
 
-TEST_F(FileManagerTest, makesFoldersFromOddlyWrittenPaths) {
+TEST_F(FileManagerTest, MakesFoldersFromOddlyWrittenPaths) {
     files_.createDirectory(folder() / "a//b/./c/");
     EXPECT_TRUE(fs::is_directory(folder() / "a/b/c"));
     fs::current_path(folder());
@@ -59,7 +59,7 @@ TEST_F(FileManagerTest, makesFoldersFromOddlyWrittenPaths) {
     EXPECT_TRUE(fs::is_directory(folder() / "x/y"));
 }
 
-TEST_F(FileManagerTest, aLinkToAFolderIsOne) {
+TEST_F(FileManagerTest, ALinkToAFolderIsOne) {
     fs::create_directory(folder() / "real");
     fs::create_directory_symlink("real", folder() / "link");
     files_.createDirectory(folder() / "link");
@@ -67,7 +67,7 @@ TEST_F(FileManagerTest, aLinkToAFolderIsOne) {
     EXPECT_TRUE(fs::is_directory(folder() / "real/below"));
 }
 
-TEST_F(FileManagerTest, aFolderCannotBeMadeOverOrBelowAFile) {
+TEST_F(FileManagerTest, AFolderCannotBeMadeOverOrBelowAFile) {
     putFile(file(), "a file");
     EXPECT_EQ(createFailure(file()), std::errc::not_a_directory);
     EXPECT_EQ(createFailure(file() / "below/it"), std::errc::not_a_directory);
@@ -78,7 +78,7 @@ TEST_F(FileManagerTest, aFolderCannotBeMadeOverOrBelowAFile) {
     EXPECT_EQ(createFailure(folder() / std::string(256, 'n')), std::errc::filename_too_long);
 }
 
-TEST_F(FileManagerTest, aFolderCannotBeMadeWhereTheUserMayNotWrite) {
+TEST_F(FileManagerTest, AFolderCannotBeMadeWhereTheUserMayNotWrite) {
     ASSERT_EQ(::chmod(folder().c_str(), 0555), 0);
     const auto create = [this] {
         ::_exit(becomeOrdinaryUser() &&
@@ -91,7 +91,7 @@ TEST_F(FileManagerTest, aFolderCannotBeMadeWhereTheUserMayNotWrite) {
 
 // --- existence ---
 
-TEST_F(FileManagerTest, knowsWhatExists) {
+TEST_F(FileManagerTest, KnowsWhatExists) {
     EXPECT_FALSE(files_.fileExists(file()));
     EXPECT_FALSE(files_.fileExists(""));
     putFile(file(), "");
@@ -101,7 +101,7 @@ TEST_F(FileManagerTest, knowsWhatExists) {
     EXPECT_FALSE(files_.fileExists(folder() / std::string(300, 'n')));
 }
 
-TEST_F(FileManagerTest, aLinkExistsIfItsTargetDoes) {
+TEST_F(FileManagerTest, ALinkExistsIfItsTargetDoes) {
     fs::create_symlink("target", file());
     EXPECT_FALSE(files_.fileExists(file()));
     putFile(folder() / "target", "");
@@ -112,7 +112,7 @@ TEST_F(FileManagerTest, aLinkExistsIfItsTargetDoes) {
 
 // --- reading ---
 
-TEST_F(FileManagerTest, readsWholeFiles) {
+TEST_F(FileManagerTest, ReadsWholeFiles) {
     for (const std::size_t size : {0U, 1U, 65535U, 65536U, 65537U, 3000000U}) {
         std::string bytes(size, '\0');
         for (std::size_t index = 0; index < size; ++index) {
@@ -123,18 +123,18 @@ TEST_F(FileManagerTest, readsWholeFiles) {
     }
 }
 
-TEST_F(FileManagerTest, readsThroughLinks) {
+TEST_F(FileManagerTest, ReadsThroughLinks) {
     putFile(folder() / "target", "text");
     fs::create_symlink("target", file());
     EXPECT_EQ(files_.readFile(file()), "text");
 }
 
-TEST_F(FileManagerTest, readsFilesThatTellNoSize) {
+TEST_F(FileManagerTest, ReadsFilesThatTellNoSize) {
     EXPECT_EQ(files_.readFile("/proc/self/stat").substr(0, std::to_string(::getpid()).size() + 1),
               std::to_string(::getpid()) + ' ');
 }
 
-TEST_F(FileManagerTest, cannotReadWhatIsNotThereOrNoFile) {
+TEST_F(FileManagerTest, CannotReadWhatIsNotThereOrNoFile) {
     EXPECT_EQ(readFailure(file()), std::errc::no_such_file_or_directory);
     EXPECT_EQ(readFailure(""), std::errc::no_such_file_or_directory);
     EXPECT_EQ(readFailure(folder()), std::errc::is_a_directory);
@@ -144,7 +144,7 @@ TEST_F(FileManagerTest, cannotReadWhatIsNotThereOrNoFile) {
     EXPECT_EQ(readFailure(folder() / "loop"), std::errc::too_many_symbolic_link_levels);
 }
 
-TEST_F(FileManagerTest, doesNotWaitForPipesAndDevices) {
+TEST_F(FileManagerTest, DoesNotWaitForPipesAndDevices) {
     ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
     EXPECT_EQ(readFailure(file()), std::errc::invalid_argument);
     EXPECT_EQ(readFailure("/dev/zero"), std::errc::invalid_argument);
@@ -159,7 +159,7 @@ TEST_F(FileManagerTest, doesNotWaitForPipesAndDevices) {
     ::close(socket);
 }
 
-TEST_F(FileManagerTest, cannotReadWhatTheUserMayNot) {
+TEST_F(FileManagerTest, CannotReadWhatTheUserMayNot) {
     putFile(file(), "secret");
     ASSERT_EQ(::chmod(file().c_str(), 0), 0);
     ASSERT_EQ(::chmod(folder().c_str(), 0755), 0);
@@ -172,7 +172,7 @@ TEST_F(FileManagerTest, cannotReadWhatTheUserMayNot) {
     EXPECT_EXIT(read(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(FileManagerTest, refusesFilesBeyondAllMeasure) {
+TEST_F(FileManagerTest, RefusesFilesBeyondAllMeasure) {
     putFile(file(), "");
     for (const auto size : {(std::uintmax_t{1} << 30) + 1, std::uintmax_t{1} << 42}) {
         fs::resize_file(file(), size);
@@ -180,7 +180,7 @@ TEST_F(FileManagerTest, refusesFilesBeyondAllMeasure) {
     }
 }
 
-TEST_F(FileManagerTest, readsUpToItsLimitAlsoOfAFileThatGrowsMeanwhile) {
+TEST_F(FileManagerTest, ReadsUpToItsLimitAlsoOfAFileThatGrowsMeanwhile) {
     const fs::path grown = "/proc/version"; // tells no size, as if all of it came later
     ASSERT_EQ(fs::file_size(grown), 0U);
     const auto text = files_.readFile(grown);
@@ -195,7 +195,7 @@ TEST_F(FileManagerTest, readsUpToItsLimitAlsoOfAFileThatGrowsMeanwhile) {
 
 // --- writing ---
 
-TEST_F(FileManagerTest, writesWhatItReads) {
+TEST_F(FileManagerTest, WritesWhatItReads) {
     files_.writeFileAtomically(file(), "text");
     EXPECT_EQ(files_.readFile(file()), "text");
     EXPECT_EQ(namesIn(folder()), std::vector<std::string>{"file"});

@@ -90,7 +90,7 @@ protected:
     }
 };
 
-TEST_F(HandOverTest, aRequestArrivesAsItWas) {
+TEST_F(HandOverTest, ARequestArrivesAsItWas) {
     auto lock = InstanceLock::acquire(name);
     listen(*lock);
     EXPECT_TRUE(handOverWhileServing(showWindow).isTaken);
@@ -98,7 +98,7 @@ TEST_F(HandOverTest, aRequestArrivesAsItWas) {
     EXPECT_THAT(requests_, ElementsAre(showWindow, InstanceRequest{"設定", ""}));
 }
 
-TEST_F(HandOverTest, aRequestWaitsForAHolderThatIsStillStarting) {
+TEST_F(HandOverTest, ARequestWaitsForAHolderThatIsStillStarting) {
     auto lock = InstanceLock::acquire(name);
     std::atomic<bool> isTaken = false;
     std::thread other([&] { isTaken = handOver(name, showWindow).isTaken; });
@@ -108,7 +108,7 @@ TEST_F(HandOverTest, aRequestWaitsForAHolderThatIsStillStarting) {
     EXPECT_THAT(requests_, ElementsAre(showWindow));
 }
 
-TEST_F(HandOverTest, aRequestWaitsForAHolderThatCannotBeReachedYet) {
+TEST_F(HandOverTest, ARequestWaitsForAHolderThatCannotBeReachedYet) {
     const auto begun = lockAlone(lockFile());
     const Openings openings(lockFile());
     std::atomic<bool> isTaken = false;
@@ -123,7 +123,7 @@ TEST_F(HandOverTest, aRequestWaitsForAHolderThatCannotBeReachedYet) {
     EXPECT_THAT(requests_, ElementsAre(showWindow));
 }
 
-TEST_F(HandOverTest, aHolderThatEndsBeforeItCanBeReachedLeavesTheLock) {
+TEST_F(HandOverTest, AHolderThatEndsBeforeItCanBeReachedLeavesTheLock) {
     auto begun = lockAlone(lockFile());
     std::thread other([&] { begun = {}; });
     const auto result = handOver(name, showWindow, 100ms);
@@ -132,14 +132,14 @@ TEST_F(HandOverTest, aHolderThatEndsBeforeItCanBeReachedLeavesTheLock) {
     EXPECT_TRUE(result.lock);
 }
 
-TEST_F(HandOverTest, aHolderThatDoesNotAnswerIsGivenUp) {
+TEST_F(HandOverTest, AHolderThatDoesNotAnswerIsGivenUp) {
     const auto lock = InstanceLock::acquire(name);
     const auto result = handOver(name, showWindow, 30ms);
     EXPECT_FALSE(result.isTaken);
     EXPECT_FALSE(result.lock);
 }
 
-TEST_F(HandOverTest, aRequestThatWasGivenUpIsNotCarriedOutLater) {
+TEST_F(HandOverTest, ARequestThatWasGivenUpIsNotCarriedOutLater) {
     auto lock = InstanceLock::acquire(name);
     listen(*lock);
     EXPECT_FALSE(handOver(name, {"late", ""}, 30ms).isTaken);
@@ -147,7 +147,7 @@ TEST_F(HandOverTest, aRequestThatWasGivenUpIsNotCarriedOutLater) {
     EXPECT_THAT(requests_, ElementsAre(showWindow));
 }
 
-TEST_F(HandOverTest, aHolderThatWasStoppedIsGivenUp) {
+TEST_F(HandOverTest, AHolderThatWasStoppedIsGivenUp) {
     const pid_t holder = startHolder();
     ::kill(holder, SIGSTOP);
     EXPECT_EQ(::waitpid(holder, nullptr, WUNTRACED), holder);
@@ -158,14 +158,14 @@ TEST_F(HandOverTest, aHolderThatWasStoppedIsGivenUp) {
     EXPECT_EQ(endOf(holder), -SIGKILL);
 }
 
-TEST_F(HandOverTest, aFreeLockIsTakenInsteadOfHandingOver) {
+TEST_F(HandOverTest, AFreeLockIsTakenInsteadOfHandingOver) {
     const auto result = handOver(name, showWindow);
     EXPECT_FALSE(result.isTaken);
     ASSERT_TRUE(result.lock);
     EXPECT_FALSE(InstanceLock::acquire(name));
 }
 
-TEST_F(HandOverTest, afterAKilledHolderTheNextOneWins) {
+TEST_F(HandOverTest, AfterAKilledHolderTheNextOneWins) {
     const pid_t holder = startHolder();
     EXPECT_FALSE(InstanceLock::acquire(name));
     EXPECT_TRUE(handOver(name, showWindow).isTaken);
@@ -179,7 +179,7 @@ TEST_F(HandOverTest, afterAKilledHolderTheNextOneWins) {
     EXPECT_THAT(requests_, ElementsAre(showWindow));
 }
 
-TEST_F(HandOverTest, aHolderThatIsKilledWhileItStartsLeavesTheLock) {
+TEST_F(HandOverTest, AHolderThatIsKilledWhileItStartsLeavesTheLock) {
     Signal holds;
     const pid_t holder = fork([&] {
         ::alarm(60);
@@ -192,7 +192,7 @@ TEST_F(HandOverTest, aHolderThatIsKilledWhileItStartsLeavesTheLock) {
     expectLockInstead(holder, other);
 }
 
-TEST_F(HandOverTest, aHolderThatIsKilledBeforeItAnswersLeavesTheLock) {
+TEST_F(HandOverTest, AHolderThatIsKilledBeforeItAnswersLeavesTheLock) {
     Signal listens;
     Signal hasRequest;
     const pid_t holder = fork([&] {
@@ -216,13 +216,13 @@ TEST_F(HandOverTest, aHolderThatIsKilledBeforeItAnswersLeavesTheLock) {
     expectLockInstead(holder, other);
 }
 
-TEST_F(HandOverTest, anActionThatIsNoLineIsRefusedAtOnce) {
+TEST_F(HandOverTest, AnActionThatIsNoLineIsRefusedAtOnce) {
     EXPECT_THROW(handOver(name, {"", ""}), std::invalid_argument);
     EXPECT_THROW(handOver(name, {"a\nb", ""}), std::invalid_argument);
     EXPECT_THAT(namesIn(directory_.path()), IsEmpty());
 }
 
-TEST_F(HandOverTest, theHandlerMayDestroyTheLock) {
+TEST_F(HandOverTest, TheHandlerMayDestroyTheLock) {
     auto lock = InstanceLock::acquire(name);
     lock->listen(loop_, [&](const InstanceRequest& request) {
         lock.reset();
@@ -235,7 +235,7 @@ TEST_F(HandOverTest, theHandlerMayDestroyTheLock) {
     EXPECT_TRUE(InstanceLock::acquire(name));
 }
 
-TEST_F(HandOverTest, listeningAgainReplacesTheHandler) {
+TEST_F(HandOverTest, ListeningAgainReplacesTheHandler) {
     auto lock = InstanceLock::acquire(name);
     lock->listen(loop_, [](const InstanceRequest&) { ADD_FAILURE(); });
     listen(*lock);

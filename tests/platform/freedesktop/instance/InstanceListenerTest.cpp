@@ -78,14 +78,14 @@ protected:
     std::optional<InstanceListener> listener_;
 };
 
-TEST_F(InstanceListenerTest, aRequestIsAnsweredAndPassedOn) {
+TEST_F(InstanceListenerTest, ARequestIsAnsweredAndPassedOn) {
     listen();
     EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
     EXPECT_THAT(requests_, ElementsAre(honest));
     EXPECT_EQ(loop_.watched(), 1U);
 }
 
-TEST_F(InstanceListenerTest, garbageIsDroppedWithoutAnAnswer) {
+TEST_F(InstanceListenerTest, GarbageIsDroppedWithoutAnAnswer) {
     listen();
     const auto good = encoded(honest);
     const std::vector<std::string> garbage{
@@ -113,7 +113,7 @@ TEST_F(InstanceListenerTest, garbageIsDroppedWithoutAnAnswer) {
     EXPECT_EQ(loop_.watched(), 1U);
 }
 
-TEST_F(InstanceListenerTest, oneThatHangsUpIsForgotten) {
+TEST_F(InstanceListenerTest, OneThatHangsUpIsForgotten) {
     listen();
     connect();
     send(connect(), encoded({"gone", ""}));
@@ -122,7 +122,7 @@ TEST_F(InstanceListenerTest, oneThatHangsUpIsForgotten) {
     EXPECT_THAT(requests_, ElementsAre(honest));
 }
 
-TEST_F(InstanceListenerTest, theSilentDoNotKeepOthersWaiting) {
+TEST_F(InstanceListenerTest, TheSilentDoNotKeepOthersWaiting) {
     listen();
     std::list<Descriptor> silent;
     for (int count = 0; count < 50; ++count) {
@@ -136,7 +136,7 @@ TEST_F(InstanceListenerTest, theSilentDoNotKeepOthersWaiting) {
     EXPECT_THAT(requests_, ElementsAre(honest, InstanceRequest{"at last", ""}));
 }
 
-TEST_F(InstanceListenerTest, anotherUserIsNotHeard) {
+TEST_F(InstanceListenerTest, AnotherUserIsNotHeard) {
     listen(::geteuid() + 1);
     const auto socket = connect();
     ::send(socket.get(), encoded(honest).data(), encoded(honest).size(), MSG_NOSIGNAL);
@@ -145,7 +145,7 @@ TEST_F(InstanceListenerTest, anotherUserIsNotHeard) {
     EXPECT_EQ(loop_.watched(), 1U);
 }
 
-TEST_F(InstanceListenerTest, whoIsConnectedIsLetGoWithTheListener) {
+TEST_F(InstanceListenerTest, WhoIsConnectedIsLetGoWithTheListener) {
     listen();
     const auto socket = connect();
     EXPECT_TRUE(loop_.runUntil([this] { return loop_.watched() == 2; }));
@@ -154,7 +154,7 @@ TEST_F(InstanceListenerTest, whoIsConnectedIsLetGoWithTheListener) {
     EXPECT_EQ(loop_.watched(), 0U);
 }
 
-TEST_F(InstanceListenerTest, requestsKeepTheirTextsOnTheWay) {
+TEST_F(InstanceListenerTest, RequestsKeepTheirTextsOnTheWay) {
     for (const InstanceRequest& request :
          {InstanceRequest{"a", ""}, InstanceRequest{"表示", " 識別子 with  blanks "},
           InstanceRequest{std::string(1024, 'a'), std::string(1024, 'i')}}) {
@@ -163,7 +163,7 @@ TEST_F(InstanceListenerTest, requestsKeepTheirTextsOnTheWay) {
     }
 }
 
-TEST_F(InstanceListenerTest, anIdentifierThatCannotBeHandedOverIsLeftOut) {
+TEST_F(InstanceListenerTest, AnIdentifierThatCannotBeHandedOverIsLeftOut) {
     const InstanceRequest bare{"a", ""};
     for (const auto& identifier : {std::string("two\nlines"), std::string(1025, 'i'),
                                    std::string("i\0", 2), std::string("\x7f")}) {

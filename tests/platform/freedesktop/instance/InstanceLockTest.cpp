@@ -17,7 +17,7 @@
 namespace hollowfernpike::test {
 namespace {
 
-TEST_F(InstanceLockTest, oneHoldsItAtATime) {
+TEST_F(InstanceLockTest, OneHoldsItAtATime) {
     auto lock = InstanceLock::acquire(name);
     ASSERT_TRUE(lock);
     EXPECT_FALSE(InstanceLock::acquire(name));
@@ -25,12 +25,12 @@ TEST_F(InstanceLockTest, oneHoldsItAtATime) {
     EXPECT_TRUE(InstanceLock::acquire(name));
 }
 
-TEST_F(InstanceLockTest, anotherProcessDoesNotGetItEither) {
+TEST_F(InstanceLockTest, AnotherProcessDoesNotGetItEither) {
     const auto lock = InstanceLock::acquire(name);
     EXPECT_EQ(endOf(fork([] { return InstanceLock::acquire(name) ? 1 : 0; })), 0);
 }
 
-TEST_F(InstanceLockTest, locksOfOtherNamesAreOthers) {
+TEST_F(InstanceLockTest, LocksOfOtherNamesAreOthers) {
     auto lock = InstanceLock::acquire(name);
     auto other = InstanceLock::acquire("other");
     ASSERT_TRUE(other);
@@ -43,7 +43,7 @@ TEST_F(InstanceLockTest, locksOfOtherNamesAreOthers) {
     EXPECT_THAT(namesIn(directory_.path()), testing::Each(testing::EndsWith(".lock")));
 }
 
-TEST_F(InstanceLockTest, filesAreTheUsersAloneAndStayWhenDirectoriesAreCleanedUp) {
+TEST_F(InstanceLockTest, FilesAreTheUsersAloneAndStayWhenDirectoriesAreCleanedUp) {
     const auto lock = InstanceLock::acquire(name);
     EXPECT_THAT(namesIn(directory_.path()), testing::SizeIs(2));
     for (const auto& file : namesIn(directory_.path())) {
@@ -53,7 +53,7 @@ TEST_F(InstanceLockTest, filesAreTheUsersAloneAndStayWhenDirectoriesAreCleanedUp
     }
 }
 
-TEST_F(InstanceLockTest, programsThatAreStartedMeanwhileDoNotKeepIt) {
+TEST_F(InstanceLockTest, ProgramsThatAreStartedMeanwhileDoNotKeepIt) {
     auto lock = InstanceLock::acquire(name);
     listen(*lock);
     const ChildProcess child({"sleep", "60"});
@@ -62,7 +62,7 @@ TEST_F(InstanceLockTest, programsThatAreStartedMeanwhileDoNotKeepIt) {
     EXPECT_TRUE(waitUntil([] { return InstanceLock::acquire(name) != nullptr; }));
 }
 
-TEST_F(InstanceLockTest, ofTenStartsAtOnceOneWinsAndTheOthersHandOver) {
+TEST_F(InstanceLockTest, OfTenStartsAtOnceOneWinsAndTheOthersHandOver) {
     constexpr int starts = 10;
     constexpr int won = 100;
     Signal go;
@@ -99,7 +99,7 @@ TEST_F(InstanceLockTest, ofTenStartsAtOnceOneWinsAndTheOthersHandOver) {
 
 // --- failures ---
 
-TEST_F(InstanceLockTest, aLockFileThatCannotBeUsedIsNamed) {
+TEST_F(InstanceLockTest, ALockFileThatCannotBeUsedIsNamed) {
     fs::create_directory(directory_.path() / "some.lock");
     EXPECT_EQ(failureOf([] { InstanceLock::acquire(name); }), std::errc::is_a_directory);
     fs::create_symlink("elsewhere", directory_.path() / "other.lock");
@@ -108,7 +108,7 @@ TEST_F(InstanceLockTest, aLockFileThatCannotBeUsedIsNamed) {
     EXPECT_FALSE(fs::exists(directory_.path() / "elsewhere"));
 }
 
-TEST_F(InstanceLockTest, aSocketThatCannotBeMadeIsNamed) {
+TEST_F(InstanceLockTest, ASocketThatCannotBeMadeIsNamed) {
     fs::create_directory(socketFile());
     EXPECT_EQ(failureOf([] { InstanceLock::acquire(name); }), std::errc::is_a_directory);
     EXPECT_EQ(failureOf([] { InstanceLock::acquire(std::string(90, 'n')); }),
@@ -117,7 +117,7 @@ TEST_F(InstanceLockTest, aSocketThatCannotBeMadeIsNamed) {
                 testing::Not(testing::Contains(testing::EndsWith(".new"))));
 }
 
-TEST_F(InstanceLockTest, aDirectoryWithALongPathIsNoObstacle) {
+TEST_F(InstanceLockTest, ADirectoryWithALongPathIsNoObstacle) {
     const auto deep = directory_.path() / std::string(120, 'd');
     fs::create_directory(deep);
     fs::permissions(deep, fs::perms::owner_all);

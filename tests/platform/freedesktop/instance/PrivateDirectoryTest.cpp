@@ -35,13 +35,13 @@ protected:
     TemporaryDirectory directory_;
 };
 
-TEST_F(PrivateDirectoryTest, theRuntimeDirectoryComesFirst) {
+TEST_F(PrivateDirectoryTest, TheRuntimeDirectoryComesFirst) {
     make(runtime(), 0700);
     EXPECT_EQ(PrivateDirectory::forRuntime().path(), runtime());
     EXPECT_FALSE(fs::exists(own()));
 }
 
-TEST_F(PrivateDirectoryTest, withoutOneThereIsAPrivateOneOfOurOwn) {
+TEST_F(PrivateDirectoryTest, WithoutOneThereIsAPrivateOneOfOurOwn) {
     for (int time = 0; time < 2; ++time) {
         EXPECT_EQ(PrivateDirectory::forRuntime().path(), own());
         EXPECT_EQ(fs::status(own()).permissions(), fs::perms::owner_all);
@@ -50,7 +50,7 @@ TEST_F(PrivateDirectoryTest, withoutOneThereIsAPrivateOneOfOurOwn) {
     EXPECT_EQ(PrivateDirectory::forRuntime().path(), own());
 }
 
-TEST_F(PrivateDirectoryTest, aRuntimeDirectoryThatIsNotPrivateIsPassedOver) {
+TEST_F(PrivateDirectoryTest, ARuntimeDirectoryThatIsNotPrivateIsPassedOver) {
     make(runtime(), 0755);
     EXPECT_EQ(PrivateDirectory::forRuntime().path(), own());
     ASSERT_EQ(::chmod(runtime().c_str(), 0701), 0);
@@ -60,14 +60,14 @@ TEST_F(PrivateDirectoryTest, aRuntimeDirectoryThatIsNotPrivateIsPassedOver) {
     EXPECT_EQ(PrivateDirectory::forRuntime().path(), own());
 }
 
-TEST_F(PrivateDirectoryTest, anotherUsersDirectoryIsRefused) {
+TEST_F(PrivateDirectoryTest, AnotherUsersDirectoryIsRefused) {
     make(runtime(), 0700);
     EXPECT_EQ(failureOf([this] { PrivateDirectory(runtime(), ::geteuid() + 1); }),
               std::errc::file_exists);
     EXPECT_EQ(PrivateDirectory(runtime(), ::geteuid()).path(), runtime());
 }
 
-TEST_F(PrivateDirectoryTest, oneOfOurOwnThatIsOpenToOthersIsRefused) {
+TEST_F(PrivateDirectoryTest, OneOfOurOwnThatIsOpenToOthersIsRefused) {
     make(own(), 0777);
     try {
         PrivateDirectory::forRuntime();
@@ -82,7 +82,7 @@ TEST_F(PrivateDirectoryTest, oneOfOurOwnThatIsOpenToOthersIsRefused) {
     }
 }
 
-TEST_F(PrivateDirectoryTest, aLinkInItsPlaceIsRefused) {
+TEST_F(PrivateDirectoryTest, ALinkInItsPlaceIsRefused) {
     make(directory_.path() / "target", 0700);
     fs::create_directory_symlink(directory_.path() / "target", own());
     EXPECT_EQ(failureOf([] { PrivateDirectory::forRuntime(); }), std::errc::not_a_directory);
@@ -91,7 +91,7 @@ TEST_F(PrivateDirectoryTest, aLinkInItsPlaceIsRefused) {
     EXPECT_EQ(failureOf([] { PrivateDirectory::forRuntime(); }), std::errc::not_a_directory);
 }
 
-TEST_F(PrivateDirectoryTest, oneThatCannotBeMadeIsNamed) {
+TEST_F(PrivateDirectoryTest, OneThatCannotBeMadeIsNamed) {
     fs::remove(temporary());
     EXPECT_EQ(failureOf([] { PrivateDirectory::forRuntime(); }),
               std::errc::no_such_file_or_directory);
@@ -106,7 +106,7 @@ TEST_F(PrivateDirectoryTest, oneThatCannotBeMadeIsNamed) {
     EXPECT_EXIT(make(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(PrivateDirectoryTest, whatWasCheckedStaysTheDirectory) {
+TEST_F(PrivateDirectoryTest, WhatWasCheckedStaysTheDirectory) {
     make(runtime(), 0700);
     const PrivateDirectory checked(runtime());
     fs::rename(runtime(), directory_.path() / "moved");

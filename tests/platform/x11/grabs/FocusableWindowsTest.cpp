@@ -1,8 +1,8 @@
 #include "platform/x11/grabs/FocusableWindows.h"
 
-#include "platform/x11/XClient.h"
 #include "platform/x11/windows/FocusedWindow.h"
 #include "support/PrivateDesktop.h"
+#include "support/XClient.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

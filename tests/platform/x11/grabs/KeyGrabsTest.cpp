@@ -1,8 +1,8 @@
 #include "platform/x11/grabs/KeyGrabs.h"
 
-#include "platform/x11/XClient.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
+#include "support/XClient.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ protected:
     const platform::KeyCombination controlV_{.keyCode = 9, .modifierFlags = flags::control};
 };
 
-TEST_F(KeyGrabsTest, asksForTheDifferenceAlone) {
+TEST_F(KeyGrabsTest, AsksForTheDifferenceAlone) {
     // One request more is there to learn that the server has done the others.
     EXPECT_EQ(requestsFor({controlX_, controlC_}), 2 * lockStates + 1);
     EXPECT_EQ(requestsFor({controlC_, controlX_}), 0U);
@@ -44,7 +44,7 @@ TEST_F(KeyGrabsTest, asksForTheDifferenceAlone) {
     EXPECT_EQ(requestsFor({controlX_}), 0U);
 }
 
-TEST_F(KeyGrabsTest, knowsSinceWhenAPressIsHeld) {
+TEST_F(KeyGrabsTest, KnowsSinceWhenAPressIsHeld) {
     KeyInjector keyboard(display_.name());
     const x11::KeyState press{keyboard.keycode("AB02"), XCB_MOD_MASK_CONTROL};
     const auto before = xcb_no_operation(client_.server()).sequence;
@@ -56,18 +56,18 @@ TEST_F(KeyGrabsTest, knowsSinceWhenAPressIsHeld) {
     EXPECT_FALSE(grabs_.held(press, after));
 }
 
-TEST_F(KeyGrabsTest, aPartHeldElsewhereMakesTheWholeCombinationTaken) {
+TEST_F(KeyGrabsTest, APartHeldElsewhereMakesTheWholeCombinationTaken) {
     XClient other(display_.name());
     KeyInjector keyboard(display_.name());
     const auto x = keyboard.keycode("AB02");
-    ASSERT_TRUE(other.grabKey(x, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
+    ASSERT_TRUE(other.grab({x, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK}));
     EXPECT_EQ(grabs_.update(map_, Combinations{controlX_, controlC_}), Combinations{controlX_});
     client_.sync();
-    EXPECT_TRUE(other.grabKey(x, XCB_MOD_MASK_CONTROL));
-    EXPECT_FALSE(other.grabKey(keyboard.keycode("AB03"), XCB_MOD_MASK_CONTROL));
+    EXPECT_TRUE(other.grab({x, XCB_MOD_MASK_CONTROL}));
+    EXPECT_FALSE(other.grab({keyboard.keycode("AB03"), XCB_MOD_MASK_CONTROL}));
 }
 
-TEST_F(KeyGrabsTest, grabsTheFocusedWindowAnewBecauseItsNumberMayBeReused) {
+TEST_F(KeyGrabsTest, GrabsTheFocusedWindowAnewBecauseItsNumberMayBeReused) {
     XClient other(display_.name());
     const auto window = xcb_generate_id(other.server());
     const auto open = [&] {
@@ -79,7 +79,7 @@ TEST_F(KeyGrabsTest, grabsTheFocusedWindowAnewBecauseItsNumberMayBeReused) {
     const auto isGrabbed = [&] {
         client_.sync();
         const auto x = KeyInjector(display_.name()).keycode("AB02");
-        return !other.isFreeOn(window, x, XCB_MOD_MASK_4);
+        return !other.isFree({x, XCB_MOD_MASK_4, window});
     };
     EXPECT_TRUE(grabs_.update(map_, Combinations{superX_}).empty());
     open();
@@ -92,14 +92,14 @@ TEST_F(KeyGrabsTest, grabsTheFocusedWindowAnewBecauseItsNumberMayBeReused) {
     EXPECT_TRUE(isGrabbed());
 }
 
-TEST_F(KeyGrabsTest, triesNothingButThePartThatWasTakenBefore) {
+TEST_F(KeyGrabsTest, TriesNothingButThePartThatWasTakenBefore) {
     KeyInjector keyboard(display_.name());
     const auto x = keyboard.keycode("AB02");
     XClient other(display_.name());
-    ASSERT_TRUE(other.grabKey(x, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
+    ASSERT_TRUE(other.grab({x, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK}));
     EXPECT_EQ(grabs_.update(map_, Combinations{controlX_}), Combinations{controlX_});
     EXPECT_EQ(requestsFor({controlX_}), 2U) << "the part, and one to learn what became of it";
-    other.ungrabKey(x, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK);
+    other.ungrab({x, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK});
     other.sync();
     EXPECT_TRUE(grabs_.update(map_, Combinations{controlX_}).empty());
     for (const unsigned locks : {0U, unsigned{XCB_MOD_MASK_LOCK}}) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/x11/XClient.h"
+#include "support/XClient.h"
 
 #include <atomic>
 #include <string>

@@ -138,16 +138,16 @@ protected:
     xcb_keycode_t x_ = keyboard_.keycode("AB02");
 };
 
-TEST_F(SuperKeyTest, whatIsTypedBehindALoneSuperKeyPassesByGrabsOnTheRoot) {
+TEST_F(SuperKeyTest, WhatIsTypedBehindALoneSuperKeyPassesByGrabsOnTheRoot) {
     const auto holder = hold(Manner::mutter);
     XClient other(desktop_.display());
-    ASSERT_TRUE(other.grabKey(x_, XCB_MOD_MASK_4));
+    ASSERT_TRUE(other.grab({x_, XCB_MOD_MASK_4}));
     const auto window = open();
     keyboard_.strike({"LWIN", "AB02"});
     EXPECT_TRUE(waitUntil([&] { return window->presses(x_) == 1; }));
 }
 
-TEST_F(SuperKeyTest, everyOrderIsSwallowedOnceOnAWindowThatWasThere) {
+TEST_F(SuperKeyTest, EveryOrderIsSwallowedOnceOnAWindowThatWasThere) {
     const auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
@@ -156,7 +156,7 @@ TEST_F(SuperKeyTest, everyOrderIsSwallowedOnceOnAWindowThatWasThere) {
     EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
 }
 
-TEST_F(SuperKeyTest, everyOrderIsSwallowedOnceOnAWindowThatComesLater) {
+TEST_F(SuperKeyTest, EveryOrderIsSwallowedOnceOnAWindowThatComesLater) {
     const auto holder = hold(Manner::mutter);
     const auto tap = listenTo(everySetWithSuper());
     const auto first = open();
@@ -168,7 +168,7 @@ TEST_F(SuperKeyTest, everyOrderIsSwallowedOnceOnAWindowThatComesLater) {
     EXPECT_EQ(second->presses(x_), before);
 }
 
-TEST_F(SuperKeyTest, everyOrderIsSeenOnceWhereNoWindowIsOpen) {
+TEST_F(SuperKeyTest, EveryOrderIsSeenOnceWhereNoWindowIsOpen) {
     const auto holder = hold(Manner::mutter);
     const auto tap = listenTo(everySetWithSuper());
     expectEveryOrderOnce(*tap);
@@ -182,7 +182,7 @@ TEST_F(SuperKeyTest, everyOrderIsSeenOnceWhereNoWindowIsOpen) {
     expectEveryOrderOnce(*tap);
 }
 
-TEST_F(SuperKeyTest, theHolderKeepsTheLoneKey) {
+TEST_F(SuperKeyTest, TheHolderKeepsTheLoneKey) {
     const auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
@@ -194,7 +194,7 @@ TEST_F(SuperKeyTest, theHolderKeepsTheLoneKey) {
     ASSERT_TRUE(waitUntil([&] { return holder->menus() == 2; }));
 }
 
-TEST_F(SuperKeyTest, unboundPressesStillReachTheWindowAndWakeNobody) {
+TEST_F(SuperKeyTest, UnboundPressesStillReachTheWindowAndWakeNobody) {
     const auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo({superX(), {keyC, flags::control}});
@@ -209,7 +209,7 @@ TEST_F(SuperKeyTest, unboundPressesStillReachTheWindowAndWakeNobody) {
     EXPECT_EQ(window->presses(x_), 2U);
 }
 
-TEST_F(SuperKeyTest, aChangeOfTheInterestCountsOnTheWindowsToo) {
+TEST_F(SuperKeyTest, AChangeOfTheInterestCountsOnTheWindowsToo) {
     const auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo({{keyC, flags::control}, superX(flags::control)});
@@ -225,7 +225,7 @@ TEST_F(SuperKeyTest, aChangeOfTheInterestCountsOnTheWindowsToo) {
     EXPECT_EQ(window->presses(x_), 2U);
 }
 
-TEST_F(SuperKeyTest, nothingStaysHeldOnTheWindowsOfADisabledTap) {
+TEST_F(SuperKeyTest, NothingStaysHeldOnTheWindowsOfADisabledTap) {
     const auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
@@ -238,7 +238,7 @@ TEST_F(SuperKeyTest, nothingStaysHeldOnTheWindowsOfADisabledTap) {
     EXPECT_EQ(window->presses(x_), 1U);
 }
 
-TEST_F(SuperKeyTest, aHolderThatComesLaterIsNoticedWithTheNextChangeOfTheList) {
+TEST_F(SuperKeyTest, AHolderThatComesLaterIsNoticedWithTheNextChangeOfTheList) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     const auto holder = hold(Manner::mutter);
@@ -247,7 +247,7 @@ TEST_F(SuperKeyTest, aHolderThatComesLaterIsNoticedWithTheNextChangeOfTheList) {
     EXPECT_EQ(window->presses(x_), 0U);
 }
 
-TEST_F(SuperKeyTest, aHolderIsNoticedSomeTimeAfterAWindowManagerHasBegun) {
+TEST_F(SuperKeyTest, AHolderIsNoticedSomeTimeAfterAWindowManagerHasBegun) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     letTheDesktopHaveStarted(*tap);
@@ -257,14 +257,14 @@ TEST_F(SuperKeyTest, aHolderIsNoticedSomeTimeAfterAWindowManagerHasBegun) {
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
 
-TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheTapIsNoticed) {
+TEST_F(SuperKeyTest, AHolderThatComesALittleLaterThanTheTapIsNoticed) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     const auto holder = hold(Manner::mutter);
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
 
-TEST_F(SuperKeyTest, aHolderThatComesUpToTwentySecondsLaterIsNoticed) {
+TEST_F(SuperKeyTest, AHolderThatComesUpToTwentySecondsLaterIsNoticed) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     queue_.advance(18s);
@@ -273,7 +273,7 @@ TEST_F(SuperKeyTest, aHolderThatComesUpToTwentySecondsLaterIsNoticed) {
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
 
-TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheFirstBindingIsNoticed) {
+TEST_F(SuperKeyTest, AHolderThatComesALittleLaterThanTheFirstBindingIsNoticed) {
     const auto window = open();
     const auto tap = listenTo({{keyC, flags::control}});
     letTheDesktopHaveStarted(*tap);
@@ -282,7 +282,7 @@ TEST_F(SuperKeyTest, aHolderThatComesALittleLaterThanTheFirstBindingIsNoticed) {
     EXPECT_TRUE(isGrabbedOn(*window, *tap));
 }
 
-TEST_F(SuperKeyTest, aHolderThatGrabsItsKeysAnewWithEveryChangeOfTheKeyboardIsNotLost) {
+TEST_F(SuperKeyTest, AHolderThatGrabsItsKeysAnewWithEveryChangeOfTheKeyboardIsNotLost) {
     auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
@@ -299,19 +299,19 @@ TEST_F(SuperKeyTest, aHolderThatGrabsItsKeysAnewWithEveryChangeOfTheKeyboardIsNo
     EXPECT_EQ(window->presses(x_), 0U);
 }
 
-TEST_F(SuperKeyTest, aHolderThatHasGoneIsForgotten) {
+TEST_F(SuperKeyTest, AHolderThatHasGoneIsForgotten) {
     auto holder = hold(Manner::mutter);
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     XClient other(desktop_.display());
-    const auto isFree = [&] { return other.isFreeOn(window->window(), x_, XCB_MOD_MASK_4); };
+    const auto isFree = [&] { return other.isFree({x_, XCB_MOD_MASK_4, window->window()}); };
     EXPECT_FALSE(isFree());
     holder.reset();
     tap->watch(everySetWithSuper());
     EXPECT_TRUE(queue_.runUntil(isFree));
 }
 
-TEST_F(SuperKeyTest, aHolderOfOneOfTheKeysIsNoticed) {
+TEST_F(SuperKeyTest, AHolderOfOneOfTheKeysIsNoticed) {
     const auto window = open();
     for (const std::string name : {"LWIN", "RWIN"}) {
         const auto holder = hold(Manner::mutter, {name});
@@ -322,7 +322,7 @@ TEST_F(SuperKeyTest, aHolderOfOneOfTheKeysIsNoticed) {
     }
 }
 
-TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyItStaysFreeForOthers) {
+TEST_F(SuperKeyTest, WhereNobodyHoldsTheLoneKeyItStaysFreeForOthers) {
     const auto window = open();
     const auto tap = listenTo(everySetWithSuper());
     const auto superKey = keyboard_.keycode("LWIN");
@@ -332,10 +332,10 @@ TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyItStaysFreeForOthers) {
     EXPECT_EQ(pressesOfX(*tap), 0U);
     EXPECT_EQ(queue_.handedOver(), before + 1);
     EXPECT_EQ(window->presses(superKey), 1U);
-    EXPECT_TRUE(XClient(desktop_.display()).isFree(superKey, 0));
+    EXPECT_TRUE(XClient(desktop_.display()).isFree({superKey, 0}));
 }
 
-TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyWindowsThatComeAndGoWakeNobody) {
+TEST_F(SuperKeyTest, WhereNobodyHoldsTheLoneKeyWindowsThatComeAndGoWakeNobody) {
     const auto tap = listenTo(everySetWithSuper());
     EXPECT_EQ(pressesOfX(*tap), 0U);
     const auto before = queue_.handedOver();
@@ -345,7 +345,7 @@ TEST_F(SuperKeyTest, whereNobodyHoldsTheLoneKeyWindowsThatComeAndGoWakeNobody) {
     EXPECT_EQ(queue_.handedOver(), before + 1);
 }
 
-TEST_F(SuperKeyTest, withoutABoundSuperKeyAHolderCostsNothing) {
+TEST_F(SuperKeyTest, WithoutABoundSuperKeyAHolderCostsNothing) {
     const auto holder = hold(Manner::mutter);
     const auto tap = listenTo({{keyC, flags::control}});
     EXPECT_EQ(pressesOfX(*tap), 0U);
@@ -356,7 +356,7 @@ TEST_F(SuperKeyTest, withoutABoundSuperKeyAHolderCostsNothing) {
     EXPECT_EQ(queue_.handedOver(), before + 1);
 }
 
-TEST_F(SuperKeyTest, whereTheRootIsBareEveryOrderIsSeenOnceAndShared) {
+TEST_F(SuperKeyTest, WhereTheRootIsBareEveryOrderIsSeenOnceAndShared) {
     const auto holder = hold(Manner::icewm);
     const auto window = open();
     window->pointAt(false);
@@ -366,7 +366,7 @@ TEST_F(SuperKeyTest, whereTheRootIsBareEveryOrderIsSeenOnceAndShared) {
     EXPECT_EQ(tap->tap().listenOnlyCombinations().size(), 8U);
 }
 
-TEST_F(SuperKeyTest, whereTheRootIsBareAWindowUnderThePointerHelps) {
+TEST_F(SuperKeyTest, WhereTheRootIsBareAWindowUnderThePointerHelps) {
     const auto holder = hold(Manner::icewm);
     const auto window = open();
     window->pointAt(true);

@@ -16,7 +16,7 @@ protected:
     std::unique_ptr<ListeningTap> tap_ = makeActiveTap();
 };
 
-TEST_F(SwallowingTest, theFocusedWindowSeesEverythingButThePress) {
+TEST_F(SwallowingTest, TheFocusedWindowSeesEverythingButThePress) {
     keyboard_.strike({"LCTL", "AB02"});
     ASSERT_TRUE(delivered(*tap_, 1));
     keyboard_.strike({"LCTL", "AB03"});
@@ -28,7 +28,7 @@ TEST_F(SwallowingTest, theFocusedWindowSeesEverythingButThePress) {
     EXPECT_EQ(focused_.presses(control_), 2U);
 }
 
-TEST_F(SwallowingTest, aCombinationThatIsNotBoundReachesTheFocusedWindow) {
+TEST_F(SwallowingTest, ACombinationThatIsNotBoundReachesTheFocusedWindow) {
     keyboard_.strike({"LCTL", "LFSH", "AB02"});
     keyboard_.strike({"AB02"});
     ASSERT_TRUE(queue_.runUntil([&] { return focused_.releases(x_) == 2; }));
@@ -36,7 +36,7 @@ TEST_F(SwallowingTest, aCombinationThatIsNotBoundReachesTheFocusedWindow) {
     EXPECT_TRUE(tap_->presses.empty());
 }
 
-TEST_F(SwallowingTest, pressesThatAreNotBoundWakeNobody) {
+TEST_F(SwallowingTest, PressesThatAreNotBoundWakeNobody) {
     keyboard_.strike({"LCTL", "AB02"});
     ASSERT_TRUE(delivered(*tap_, 1));
     const auto before = queue_.handedOver();
@@ -49,7 +49,7 @@ TEST_F(SwallowingTest, pressesThatAreNotBoundWakeNobody) {
     EXPECT_EQ(queue_.handedOver(), before + 1);
 }
 
-TEST_F(SwallowingTest, noPressAndNoReleaseIsLostInALongRun) {
+TEST_F(SwallowingTest, NoPressAndNoReleaseIsLostInALongRun) {
     constexpr std::size_t times = 500;
     keyboard_.press("LCTL");
     for (std::size_t count = 0; count < times; ++count) {
@@ -66,7 +66,7 @@ TEST_F(SwallowingTest, noPressAndNoReleaseIsLostInALongRun) {
     EXPECT_EQ(focused_.releases(c_), times);
 }
 
-TEST_F(SwallowingTest, noPressAndNoReleaseIsLostWhenTheyComeAllAtOnce) {
+TEST_F(SwallowingTest, NoPressAndNoReleaseIsLostWhenTheyComeAllAtOnce) {
     constexpr std::size_t times = 200;
     std::vector<xcb_keycode_t> keys;
     for (std::size_t count = 0; count < times; ++count) {
@@ -82,7 +82,7 @@ TEST_F(SwallowingTest, noPressAndNoReleaseIsLostWhenTheyComeAllAtOnce) {
     EXPECT_EQ(focused_.releases(c_), times);
 }
 
-TEST_F(SwallowingTest, theKeyboardGoesOnWhileTheMainThreadIsBusy) {
+TEST_F(SwallowingTest, TheKeyboardGoesOnWhileTheMainThreadIsBusy) {
     keyboard_.press("LCTL");
     keyboard_.strike({"AB02"});
     keyboard_.strike({"AB03"});
@@ -93,7 +93,7 @@ TEST_F(SwallowingTest, theKeyboardGoesOnWhileTheMainThreadIsBusy) {
     EXPECT_TRUE(delivered(*tap_, 1));
 }
 
-TEST_F(SwallowingTest, anotherClientCanTakeTheKeyboardFromInsideTheCallback) {
+TEST_F(SwallowingTest, AnotherClientCanTakeTheKeyboardFromInsideTheCallback) {
     XClient launched(display_.name());
     bool taken = false;
     tap_->onPress = [&] { taken = launched.grabKeyboard(); };
@@ -103,7 +103,7 @@ TEST_F(SwallowingTest, anotherClientCanTakeTheKeyboardFromInsideTheCallback) {
     EXPECT_TRUE(taken);
 }
 
-TEST_F(SwallowingTest, aBareKeyOfInterestIsTakenFromTheFocusedWindow) {
+TEST_F(SwallowingTest, ABareKeyOfInterestIsTakenFromTheFocusedWindow) {
     tap_->watch({combination(keyX, 0)});
     keyboard_.strike({"AB02"});
     keyboard_.strike({"LFSH", "AB02"});
@@ -112,7 +112,7 @@ TEST_F(SwallowingTest, aBareKeyOfInterestIsTakenFromTheFocusedWindow) {
     EXPECT_EQ(focused_.presses(x_), 1U);
 }
 
-TEST_F(SwallowingTest, givenBackCombinationsReachTheFocusedWindowAgain) {
+TEST_F(SwallowingTest, GivenBackCombinationsReachTheFocusedWindowAgain) {
     tap_->watch({});
     keyboard_.strike({"LCTL", "AB02"});
     ASSERT_TRUE(queue_.runUntil([&] { return focused_.releases(x_) == 1; }));

@@ -16,10 +16,10 @@ protected:
         tap_->watch({controlX_, controlC_});
     }
 
-    void holdAtOther() { ASSERT_TRUE(other_.grabKey(x_, XCB_MOD_MASK_CONTROL)); }
-    void letGoAtOther() { other_.ungrabKey(x_, XCB_MOD_MASK_CONTROL); }
+    void holdAtOther() { ASSERT_TRUE(other_.grab({x_, XCB_MOD_MASK_CONTROL})); }
+    void letGoAtOther() { other_.ungrab({x_, XCB_MOD_MASK_CONTROL}); }
     bool othersHold(xcb_keycode_t key, unsigned modifiers) {
-        return !XClient(display_.name()).isFree(key, static_cast<std::uint16_t>(modifiers));
+        return !XClient(display_.name()).isFree({key, static_cast<std::uint16_t>(modifiers)});
     }
     std::vector<platform::KeyCombination> listenOnly() {
         return tap_->tap().listenOnlyCombinations();
@@ -35,19 +35,19 @@ protected:
     std::unique_ptr<ListeningTap> tap_ = makeActiveTap();
 };
 
-TEST_F(TakenCombinationTest, isReported) {
+TEST_F(TakenCombinationTest, IsReported) {
     EXPECT_EQ(listenOnly(), std::vector{controlX_});
     tap_->tap().enable(false);
     EXPECT_TRUE(listenOnly().empty());
 }
 
-TEST_F(TakenCombinationTest, leavesNoPartOfItHeld) {
+TEST_F(TakenCombinationTest, LeavesNoPartOfItHeld) {
     ASSERT_EQ(listenOnly(), std::vector{controlX_});
     EXPECT_FALSE(othersHold(x_, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
     EXPECT_TRUE(othersHold(c_, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
 }
 
-TEST_F(TakenCombinationTest, isSeenOncePerPressBesideThoseThatAreSwallowed) {
+TEST_F(TakenCombinationTest, IsSeenOncePerPressBesideThoseThatAreSwallowed) {
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.strike({"LCTL", "AB03"});
     keyboard_.strike({"LCTL", "AB02"});
@@ -64,7 +64,7 @@ TEST_F(TakenCombinationTest, isSeenOncePerPressBesideThoseThatAreSwallowed) {
     EXPECT_EQ(focused_.presses(c_), 0U);
 }
 
-TEST_F(TakenCombinationTest, bringsNoOtherPressWithIt) {
+TEST_F(TakenCombinationTest, BringsNoOtherPressWithIt) {
     keyboard_.strike({"AB02"});
     keyboard_.strike({"LFSH", "LCTL", "AB02"});
     keyboard_.strike({"LCTL", "AB04"});
@@ -73,7 +73,7 @@ TEST_F(TakenCombinationTest, bringsNoOtherPressWithIt) {
     EXPECT_EQ(tap_->presses.size(), 1U);
 }
 
-TEST_F(TakenCombinationTest, isMatchedWithTheLocksOn) {
+TEST_F(TakenCombinationTest, IsMatchedWithTheLocksOn) {
     keyboard_.strike({"CAPS"});
     keyboard_.strike({"NMLK"});
     keyboard_.strike({"LCTL", "AB02"});
@@ -81,7 +81,7 @@ TEST_F(TakenCombinationTest, isMatchedWithTheLocksOn) {
     EXPECT_EQ(tap_->presses[0].flags, flags::control | flags::capsLock | flags::nonCoalesced);
 }
 
-TEST_F(TakenCombinationTest, isSwallowedAfterItsFirstPressSinceTheOtherClientLetGo) {
+TEST_F(TakenCombinationTest, IsSwallowedAfterItsFirstPressSinceTheOtherClientLetGo) {
     letGoAtOther();
     keyboard_.strike({"LCTL", "AB02"});
     ASSERT_TRUE(delivered(*tap_, 1));
@@ -94,14 +94,14 @@ TEST_F(TakenCombinationTest, isSwallowedAfterItsFirstPressSinceTheOtherClientLet
     EXPECT_EQ(tap_->presses.size(), 2U);
 }
 
-TEST_F(TakenCombinationTest, isNotTriedAgainWithEveryOtherPress) {
+TEST_F(TakenCombinationTest, IsNotTriedAgainWithEveryOtherPress) {
     letGoAtOther();
     keyboard_.strike({"LCTL", "AB03"});
     ASSERT_TRUE(delivered(*tap_, 1));
     EXPECT_EQ(listenOnly(), std::vector{controlX_});
 }
 
-TEST_F(TakenCombinationTest, losesAndDoublesNoPressAroundItsRecovery) {
+TEST_F(TakenCombinationTest, LosesAndDoublesNoPressAroundItsRecovery) {
     constexpr std::size_t times = 50;
     letGoAtOther();
     for (std::size_t count = 0; count < times; ++count) {
@@ -117,7 +117,7 @@ TEST_F(TakenCombinationTest, losesAndDoublesNoPressAroundItsRecovery) {
     EXPECT_EQ(tap_->presses.size(), 2 * times + 1);
 }
 
-TEST_F(TakenCombinationTest, doublesNoPressOfOtherCombinationsThatFollowAtOnce) {
+TEST_F(TakenCombinationTest, DoublesNoPressOfOtherCombinationsThatFollowAtOnce) {
     constexpr std::size_t times = 100;
     tap_->watch({controlX_, controlC_, combination(keyV, flags::control), combination(keyV, 0)});
     std::vector<xcb_keycode_t> keys;
@@ -132,10 +132,10 @@ TEST_F(TakenCombinationTest, doublesNoPressOfOtherCombinationsThatFollowAtOnce) 
     EXPECT_EQ(tap_->presses.size(), 2 * times + 1);
 }
 
-TEST_F(TakenCombinationTest, doublesNoPressWhileItIsTriedAgain) {
+TEST_F(TakenCombinationTest, DoublesNoPressWhileItIsTriedAgain) {
     constexpr std::size_t times = 500;
     letGoAtOther();
-    ASSERT_TRUE(other_.grabKey(x_, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
+    ASSERT_TRUE(other_.grab({x_, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK}));
     std::thread typing([&] {
         keyboard_.press("LCTL");
         for (std::size_t count = 0; count < times; ++count) {
@@ -152,7 +152,7 @@ TEST_F(TakenCombinationTest, doublesNoPressWhileItIsTriedAgain) {
     EXPECT_EQ(listenOnly(), std::vector{controlX_});
 }
 
-TEST_F(TakenCombinationTest, isSwallowedAfterAChangeOfInterest) {
+TEST_F(TakenCombinationTest, IsSwallowedAfterAChangeOfInterest) {
     letGoAtOther();
     tap_->watch({controlX_});
     EXPECT_TRUE(listenOnly().empty());
@@ -161,14 +161,14 @@ TEST_F(TakenCombinationTest, isSwallowedAfterAChangeOfInterest) {
     EXPECT_EQ(focused_.presses(x_), 0U);
 }
 
-TEST_F(TakenCombinationTest, isSwallowedAfterAChangeOfTheKeyboard) {
+TEST_F(TakenCombinationTest, IsSwallowedAfterAChangeOfTheKeyboard) {
     letGoAtOther();
     XClient(display_.name()).changeKeySymbols(1);
     ASSERT_TRUE(queue_.runUntil([&] { return tap_->disabledReports == 1; }));
     EXPECT_TRUE(listenOnly().empty());
 }
 
-TEST_F(TakenCombinationTest, isForgottenWithTheInterest) {
+TEST_F(TakenCombinationTest, IsForgottenWithTheInterest) {
     tap_->watch({controlC_});
     EXPECT_TRUE(listenOnly().empty());
     keyboard_.strike({"LCTL", "AB02"});

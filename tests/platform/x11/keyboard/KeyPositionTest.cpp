@@ -53,29 +53,29 @@ const Positions keysWithoutACode{
     {"HELP", 256 + 138}, {"FK21", 256 + 191}, {"I148", 256 + 140}, {"I172", 256 + 164},
 };
 
-TEST_F(KeyPositionTest, lettersDigitsAndSigns) {
+TEST_F(KeyPositionTest, LettersDigitsAndSigns) {
     ASSERT_EQ(lettersDigitsAndSigns.size() + keypadDigitsFunctionKeysAndArrows.size(), 80U);
     expectEach(lettersDigitsAndSigns);
 }
 
-TEST_F(KeyPositionTest, keypadDigitsFunctionKeysAndArrows) {
+TEST_F(KeyPositionTest, KeypadDigitsFunctionKeysAndArrows) {
     expectEach(keypadDigitsFunctionKeysAndArrows);
 }
 
-TEST_F(KeyPositionTest, keysWithoutANameOfTheirOwn) {
+TEST_F(KeyPositionTest, KeysWithoutANameOfTheirOwn) {
     expectEach(keysWithoutANameOfTheirOwn);
 }
 
-TEST_F(KeyPositionTest, keysWithoutACode) {
+TEST_F(KeyPositionTest, KeysWithoutACode) {
     expectEach(keysWithoutACode);
 }
 
-TEST_F(KeyPositionTest, everyPositionStaysWithAnotherKeyCodeTable) {
+TEST_F(KeyPositionTest, EveryPositionStaysWithAnotherKeyCodeTable) {
     run({"setxkbmap", "-keycodes", "xfree86+aliases(qwerty)"});
     expectEach(lettersDigitsAndSigns);
 }
 
-TEST_F(KeyPositionTest, everyPositionStaysWithAnotherLayout) {
+TEST_F(KeyPositionTest, EveryPositionStaysWithAnotherLayout) {
     for (const auto* layout : {"fr", "ru", "us(dvorak)", "de", "jp"}) {
         SCOPED_TRACE(layout);
         run({"setxkbmap", layout});

@@ -43,18 +43,18 @@ std::int64_t codeOf(std::string_view keyName) {
     return KeyboardMap{keyboardWith(keyName)}.event({someKey, 0}).value().keyCode;
 }
 
-TEST(KeyboardMapTest, findsAPositionByTheNameOfTheKeyWhateverItsNumber) {
+TEST(KeyboardMapTest, FindsAPositionByTheNameOfTheKeyWhateverItsNumber) {
     EXPECT_EQ(codeOf("AC01"), 0);
     EXPECT_EQ(codeOf("TLDE"), 50);
 }
 
-TEST(KeyboardMapTest, findsAPositionByAnAliasOfTheKey) {
+TEST(KeyboardMapTest, FindsAPositionByAnAliasOfTheKey) {
     auto description = keyboardWith("ODD");
     description.aliases = {{"ODD", "STRG"}, {"ODD", "AC12"}, {"REST", "AC01"}};
     EXPECT_EQ(KeyboardMap{description}.event({someKey, 0})->keyCode, 42);
 }
 
-TEST(KeyboardMapTest, givesKeysWithoutAPositionTheKernelsCodeAbove255) {
+TEST(KeyboardMapTest, GivesKeysWithoutAPositionTheKernelsCodeAbove255) {
     EXPECT_EQ(codeOf("PRSC"), 256 + 99);
     EXPECT_EQ(codeOf("PAUS"), 256 + 119);
     EXPECT_EQ(codeOf("SCLK"), 256 + 70);
@@ -67,7 +67,7 @@ TEST(KeyboardMapTest, givesKeysWithoutAPositionTheKernelsCodeAbove255) {
     EXPECT_EQ(codeOf("I172"), 256 + 164);
 }
 
-TEST(KeyboardMapTest, givesKeysWithAnUnknownNameTheKernelsCodeOfTheirNumber) {
+TEST(KeyboardMapTest, GivesKeysWithAnUnknownNameTheKernelsCodeOfTheirNumber) {
     const auto expected = 256 + someKey - 8;
     EXPECT_EQ(codeOf(""), expected);
     EXPECT_EQ(codeOf("WHAT"), expected);
@@ -76,7 +76,7 @@ TEST(KeyboardMapTest, givesKeysWithAnUnknownNameTheKernelsCodeOfTheirNumber) {
     EXPECT_EQ(codeOf("I12x"), expected);
 }
 
-TEST(KeyboardMapTest, reportsNothingForModifierKeys) {
+TEST(KeyboardMapTest, ReportsNothingForModifierKeys) {
     for (const unsigned modifier :
          {XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_CONTROL, XCB_MOD_MASK_1,
           XCB_MOD_MASK_3, XCB_MOD_MASK_4, XCB_MOD_MASK_5}) {
@@ -89,13 +89,13 @@ TEST(KeyboardMapTest, reportsNothingForModifierKeys) {
     }
 }
 
-TEST(KeyboardMapTest, reportsNothingForAKeyOfAVirtualModifierAlone) {
+TEST(KeyboardMapTest, ReportsNothingForAKeyOfAVirtualModifierAlone) {
     auto description = keyboardWith("RALT");
     description.keys.at(someKey).virtualModifiers = 16;
     EXPECT_FALSE(KeyboardMap{description}.event({someKey, 0}));
 }
 
-TEST(KeyboardMapTest, reportsNothingForAKeyThatActsAsAModifierOrSwitchesTheLayout) {
+TEST(KeyboardMapTest, ReportsNothingForAKeyThatActsAsAModifierOrSwitchesTheLayout) {
     auto description = keyboardWith("RALT");
     description.keys.at(someKey).actionModifiers = XCB_MOD_MASK_5;
     description.keys.at(otherKey).changesGroup = true;
@@ -104,7 +104,7 @@ TEST(KeyboardMapTest, reportsNothingForAKeyThatActsAsAModifierOrSwitchesTheLayou
     EXPECT_FALSE(map.event({otherKey, 0}));
 }
 
-TEST(KeyboardMapTest, reportsTheLockKeysOfNumbersAndScrolling) {
+TEST(KeyboardMapTest, ReportsTheLockKeysOfNumbersAndScrolling) {
     auto description = keyboardWith("NMLK");
     auto& numLock = description.keys.at(someKey);
     numLock.modifiers = XCB_MOD_MASK_2;
@@ -117,7 +117,7 @@ TEST(KeyboardMapTest, reportsTheLockKeysOfNumbersAndScrolling) {
     EXPECT_EQ(map.event({otherKey, 0})->keyCode, 256 + 70);
 }
 
-TEST(KeyboardMapTest, knowsTheSuperKeysByWhatTheyDoWhateverTheyAreCalled) {
+TEST(KeyboardMapTest, KnowsTheSuperKeysByWhatTheyDoWhateverTheyAreCalled) {
     auto description = keyboardWith("LALT");
     description.keys.at(someKey).modifiers = XCB_MOD_MASK_4;
     description.keys.at(otherKey).name = "LWIN";
@@ -125,7 +125,7 @@ TEST(KeyboardMapTest, knowsTheSuperKeysByWhatTheyDoWhateverTheyAreCalled) {
     EXPECT_THAT(KeyboardMap{description}.superKeys(), testing::ElementsAre(someKey));
 }
 
-TEST(KeyboardMapTest, translatesTheModifiersHeld) {
+TEST(KeyboardMapTest, TranslatesTheModifiersHeld) {
     const KeyboardMap map{keyboardWith("AC01")};
     const auto flagsWith = [&](unsigned state) {
         return map.event({someKey, static_cast<x11::ModifierState>(state)})->flags;
@@ -139,7 +139,7 @@ TEST(KeyboardMapTest, translatesTheModifiersHeld) {
     EXPECT_EQ(flagsWith(XCB_MOD_MASK_2 | XCB_MOD_MASK_5), flags::nonCoalesced);
 }
 
-TEST(KeyboardMapTest, marksKeypadFunctionNavigationAndHelpKeys) {
+TEST(KeyboardMapTest, MarksKeypadFunctionNavigationAndHelpKeys) {
     const auto flagsOf = [](std::string_view name) {
         return KeyboardMap{keyboardWith(name)}.event({someKey, 0})->flags & ~flags::nonCoalesced;
     };
@@ -155,7 +155,7 @@ TEST(KeyboardMapTest, marksKeypadFunctionNavigationAndHelpKeys) {
     EXPECT_EQ(flagsOf("PRSC"), 0U);
 }
 
-TEST(KeyboardMapTest, fallsBackToMetaAndHyperWhereAltAndSuperAreNowhere) {
+TEST(KeyboardMapTest, FallsBackToMetaAndHyperWhereAltAndSuperAreNowhere) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers = {
         {"Alt", {.bit = 1, .modifiers = 0}},
@@ -169,7 +169,7 @@ TEST(KeyboardMapTest, fallsBackToMetaAndHyperWhereAltAndSuperAreNowhere) {
     EXPECT_FALSE(map.combination({someKey, XCB_MOD_MASK_4}));
 }
 
-TEST(KeyboardMapTest, listsAPressForEachStateOfTheLocks) {
+TEST(KeyboardMapTest, ListsAPressForEachStateOfTheLocks) {
     const KeyboardMap map{keyboardWith("AC01")};
     const auto presses = map.presses({.keyCode = 0, .modifierFlags = flags::command});
     const std::vector<KeyState> expected{
@@ -181,13 +181,13 @@ TEST(KeyboardMapTest, listsAPressForEachStateOfTheLocks) {
     EXPECT_THAT(presses, testing::UnorderedElementsAreArray(expected));
 }
 
-TEST(KeyboardMapTest, countsAScrollLockModifierAmongTheLocks) {
+TEST(KeyboardMapTest, CountsAScrollLockModifierAmongTheLocks) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers["ScrollLock"].modifiers = XCB_MOD_MASK_3;
     EXPECT_EQ(KeyboardMap{description}.presses({.keyCode = 0, .modifierFlags = 0}).size(), 8U);
 }
 
-TEST(KeyboardMapTest, listsEveryKeyOfAPosition) {
+TEST(KeyboardMapTest, ListsEveryKeyOfAPosition) {
     auto description = keyboardWith("BKSL");
     description.keys.at(otherKey).name = "AC12";
     const auto presses =
@@ -197,7 +197,7 @@ TEST(KeyboardMapTest, listsEveryKeyOfAPosition) {
     EXPECT_EQ(presses.back().key, otherKey);
 }
 
-TEST(KeyboardMapTest, listsNoPressForWhatTheKeyboardCannotProduce) {
+TEST(KeyboardMapTest, ListsNoPressForWhatTheKeyboardCannotProduce) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers.erase("Super");
     const KeyboardMap map{description};
@@ -206,7 +206,7 @@ TEST(KeyboardMapTest, listsNoPressForWhatTheKeyboardCannotProduce) {
     EXPECT_TRUE(map.presses({.keyCode = 65535, .modifierFlags = flags::control}).empty());
 }
 
-TEST(KeyboardMapTest, listsNoPressWhereTwoModifiersShareAPlace) {
+TEST(KeyboardMapTest, ListsNoPressWhereTwoModifiersShareAPlace) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers["Super"].modifiers = XCB_MOD_MASK_1;
     const KeyboardMap map{description};
@@ -215,7 +215,7 @@ TEST(KeyboardMapTest, listsNoPressWhereTwoModifiersShareAPlace) {
         map.presses({.keyCode = 0, .modifierFlags = flags::command | flags::option}).empty());
 }
 
-TEST(KeyboardMapTest, takesALevelShiftForAnotherCombination) {
+TEST(KeyboardMapTest, TakesALevelShiftForAnotherCombination) {
     const KeyboardMap map{keyboardWith("AC01")};
     const KeyState press{someKey, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | XCB_MOD_MASK_5};
     EXPECT_FALSE(map.combination(press));

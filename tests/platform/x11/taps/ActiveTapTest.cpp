@@ -1,5 +1,5 @@
-#include "platform/x11/XClient.h"
 #include "platform/x11/taps/KeyTapTest.h"
+#include "support/XClient.h"
 
 #include <array>
 #include <utility>
@@ -48,7 +48,7 @@ protected:
     }
 };
 
-TEST_F(ActiveTapTest, reportsACombinationOfInterestWithItsTime) {
+TEST_F(ActiveTapTest, ReportsACombinationOfInterestWithItsTime) {
     x11::UserTime timeSeenByAnotherClient;
     x11::EventTaps others(queue_, timeSeenByAnotherClient, display_.name());
     ListeningTap other(others, platform::EventTapOptions::listenOnly);
@@ -68,29 +68,29 @@ TEST_F(ActiveTapTest, reportsACombinationOfInterestWithItsTime) {
     EXPECT_EQ(holds, (std::vector<std::uint64_t>{1, 1})) << "recorded before it is told";
 }
 
-TEST_F(ActiveTapTest, tellsAllModifierSetsApart) {
+TEST_F(ActiveTapTest, TellsAllModifierSetsApart) {
     expectEveryModifierSet(0);
 }
 
-TEST_F(ActiveTapTest, tellsAllModifierSetsApartWithCapsLockOn) {
+TEST_F(ActiveTapTest, TellsAllModifierSetsApartWithCapsLockOn) {
     keyboard_.strike({"CAPS"});
     ASSERT_NE(XClient(display_.name()).lockedModifiers() & XCB_MOD_MASK_LOCK, 0);
     expectEveryModifierSet(flags::capsLock);
 }
 
-TEST_F(ActiveTapTest, tellsAllModifierSetsApartWithNumLockOn) {
+TEST_F(ActiveTapTest, TellsAllModifierSetsApartWithNumLockOn) {
     keyboard_.strike({"NMLK"});
     ASSERT_NE(XClient(display_.name()).lockedModifiers(), 0);
     expectEveryModifierSet(0);
 }
 
-TEST_F(ActiveTapTest, tellsAllModifierSetsApartWithBothLocksOn) {
+TEST_F(ActiveTapTest, TellsAllModifierSetsApartWithBothLocksOn) {
     keyboard_.strike({"NMLK"});
     keyboard_.strike({"CAPS"});
     expectEveryModifierSet(flags::capsLock);
 }
 
-TEST_F(ActiveTapTest, knowsTheModifiersOfBothHands) {
+TEST_F(ActiveTapTest, KnowsTheModifiersOfBothHands) {
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::shift), combination(keyX, flags::control),
                 combination(keyX, flags::option), combination(keyX, flags::command)});
@@ -104,7 +104,7 @@ TEST_F(ActiveTapTest, knowsTheModifiersOfBothHands) {
     EXPECT_EQ(tap->presses[3].flags, flags::command | flags::nonCoalesced);
 }
 
-TEST_F(ActiveTapTest, matchesKeysThatCarryFlagsOfTheirOwn) {
+TEST_F(ActiveTapTest, MatchesKeysThatCarryFlagsOfTheirOwn) {
     auto tap = makeActiveTap();
     tap->watch({combination(123, flags::command), combination(122, 0), combination(83, 0)});
     keyboard_.strike({"LWIN", "LEFT"});
@@ -117,7 +117,7 @@ TEST_F(ActiveTapTest, matchesKeysThatCarryFlagsOfTheirOwn) {
     EXPECT_EQ(tap->presses[2].flags, flags::numericPad | flags::nonCoalesced);
 }
 
-TEST_F(ActiveTapTest, staysSilentAboutOtherCombinationsAndModifierKeysAlone) {
+TEST_F(ActiveTapTest, StaysSilentAboutOtherCombinationsAndModifierKeysAlone) {
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::control), combination(keyC, 0)});
     for (const auto* key : {"LFSH", "LCTL", "LALT", "LWIN", "RTSH", "RCTL", "RALT", "RWIN"}) {
@@ -132,7 +132,7 @@ TEST_F(ActiveTapTest, staysSilentAboutOtherCombinationsAndModifierKeysAlone) {
     EXPECT_EQ(tap->presses[0].keyCode, keyC);
 }
 
-TEST_F(ActiveTapTest, takesAltGrForAnotherCombination) {
+TEST_F(ActiveTapTest, TakesAltGrForAnotherCombination) {
     run({"setxkbmap", "de"});
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::control), combination(keyC, 0)});
@@ -144,7 +144,7 @@ TEST_F(ActiveTapTest, takesAltGrForAnotherCombination) {
     EXPECT_EQ(tap->presses[0].keyCode, keyC);
 }
 
-TEST_F(ActiveTapTest, reportsEveryRepeatWhileTheCombinationIsHeld) {
+TEST_F(ActiveTapTest, ReportsEveryRepeatWhileTheCombinationIsHeld) {
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::control)});
     keyboard_.press("LCTL");
@@ -158,7 +158,7 @@ TEST_F(ActiveTapTest, reportsEveryRepeatWhileTheCombinationIsHeld) {
     }
 }
 
-TEST_F(ActiveTapTest, followsTheInterest) {
+TEST_F(ActiveTapTest, FollowsTheInterest) {
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::control), combination(keyX, flags::option)});
     tap->watch({combination(keyX, flags::option), combination(keyC, flags::option)});
@@ -171,7 +171,7 @@ TEST_F(ActiveTapTest, followsTheInterest) {
     EXPECT_EQ(tap->presses[1].keyCode, keyC);
 }
 
-TEST_F(ActiveTapTest, takesTheSameCombinationTwiceForOne) {
+TEST_F(ActiveTapTest, TakesTheSameCombinationTwiceForOne) {
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::control), combination(keyX, flags::control)});
     EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
@@ -181,7 +181,7 @@ TEST_F(ActiveTapTest, takesTheSameCombinationTwiceForOne) {
     EXPECT_EQ(tap->presses.size(), 2U);
 }
 
-TEST_F(ActiveTapTest, twoTapsKeepTheirOwnCombinations) {
+TEST_F(ActiveTapTest, TwoTapsKeepTheirOwnCombinations) {
     auto first = makeActiveTap();
     auto second = makeActiveTap();
     first->watch({combination(keyX, flags::control)});

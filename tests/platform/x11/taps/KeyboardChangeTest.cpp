@@ -1,5 +1,5 @@
-#include "platform/x11/XClient.h"
 #include "platform/x11/taps/KeyTapTest.h"
+#include "support/XClient.h"
 
 #include <array>
 #include <functional>
@@ -60,7 +60,7 @@ protected:
     /// Waits until the tap holds this key with these modifiers.
     bool comesToHold(xcb_keycode_t key, std::uint16_t modifiers) {
         XClient client(display_.name());
-        return queue_.runUntil([&] { return !client.isFree(key, modifiers); });
+        return queue_.runUntil([&] { return !client.isFree({key, modifiers}); });
     }
 
     void expectDelivered(ListeningTap& tap, const std::vector<std::string>& keys,
@@ -72,7 +72,7 @@ protected:
     }
 };
 
-TEST_F(KeyboardChangeTest, keepsEveryPositionInTheOtherLayoutsOfTheKeyboard) {
+TEST_F(KeyboardChangeTest, KeepsEveryPositionInTheOtherLayoutsOfTheKeyboard) {
     run({"setxkbmap", "us,ru,fr"});
     auto tap = makeUsedTap();
     tap->watch({combination(keyA, flags::control), combination(keyX, flags::command)});
@@ -86,7 +86,7 @@ TEST_F(KeyboardChangeTest, keepsEveryPositionInTheOtherLayoutsOfTheKeyboard) {
     EXPECT_EQ(tap->disabledReports, 0);
 }
 
-TEST_F(KeyboardChangeTest, keepsEveryPositionWhenTheLayoutIsReplaced) {
+TEST_F(KeyboardChangeTest, KeepsEveryPositionWhenTheLayoutIsReplaced) {
     auto tap = makeUsedTap();
     int changes = 0;
     for (const auto* layout : {"fr", "ru", "us(dvorak)"}) {
@@ -96,12 +96,12 @@ TEST_F(KeyboardChangeTest, keepsEveryPositionWhenTheLayoutIsReplaced) {
     }
 }
 
-TEST_F(KeyboardChangeTest, reportsItselfDisabledOncePerChange) {
+TEST_F(KeyboardChangeTest, ReportsItselfDisabledOncePerChange) {
     auto tap = makeUsedTap();
     expectOneReport(*tap, [&] { run({"setxkbmap", "fr"}); });
 }
 
-TEST_F(KeyboardChangeTest, reportsItselfDisabledOnceForABurst) {
+TEST_F(KeyboardChangeTest, ReportsItselfDisabledOnceForABurst) {
     auto tap = makeUsedTap();
     XClient client(display_.name());
     for (int burst = 0; burst < 2; ++burst) {
@@ -109,7 +109,7 @@ TEST_F(KeyboardChangeTest, reportsItselfDisabledOnceForABurst) {
     }
 }
 
-TEST_F(KeyboardChangeTest, aTapDisabledWithinABurstReportsNothing) {
+TEST_F(KeyboardChangeTest, ATapDisabledWithinABurstReportsNothing) {
     auto tap = makeUsedTap();
     int reportsBefore = 0;
     tap->onPress = [&] {
@@ -122,7 +122,7 @@ TEST_F(KeyboardChangeTest, aTapDisabledWithinABurstReportsNothing) {
     EXPECT_EQ(tap->disabledReports, reportsBefore);
 }
 
-TEST_F(KeyboardChangeTest, followsAModifierThatMoves) {
+TEST_F(KeyboardChangeTest, FollowsAModifierThatMoves) {
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::command)});
     expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
@@ -132,7 +132,7 @@ TEST_F(KeyboardChangeTest, followsAModifierThatMoves) {
     EXPECT_EQ(tap->presses.front().flags, flags::command | flags::nonCoalesced);
 }
 
-TEST_F(KeyboardChangeTest, followsAKeyWhoseNumberMoves) {
+TEST_F(KeyboardChangeTest, FollowsAKeyWhoseNumberMoves) {
     auto tap = makeActiveTap();
     tap->watch({combination(homeKey, flags::control)});
     const auto before = keyboard_.keycode("HOME");
@@ -140,10 +140,10 @@ TEST_F(KeyboardChangeTest, followsAKeyWhoseNumberMoves) {
     ASSERT_NE(keyboard_.keycode("HOME"), before);
     ASSERT_TRUE(comesToHold(keyboard_.keycode("HOME"), XCB_MOD_MASK_CONTROL));
     expectDelivered(*tap, {"LCTL", "HOME"}, homeKey);
-    EXPECT_TRUE(XClient(display_.name()).isFree(before, XCB_MOD_MASK_CONTROL));
+    EXPECT_TRUE(XClient(display_.name()).isFree({before, XCB_MOD_MASK_CONTROL}));
 }
 
-TEST_F(KeyboardChangeTest, keepsWhatItHoldsUntilItIsEnabledAgain) {
+TEST_F(KeyboardChangeTest, KeepsWhatItHoldsUntilItIsEnabledAgain) {
     auto tap = makeActiveTap();
     tap->reenables = false;
     tap->watch({combination(homeKey, flags::control)});
@@ -151,13 +151,13 @@ TEST_F(KeyboardChangeTest, keepsWhatItHoldsUntilItIsEnabledAgain) {
     run({"setxkbmap", "-keycodes", "xfree86+aliases(qwerty)"});
     ASSERT_TRUE(reported(*tap));
     XClient client(display_.name());
-    EXPECT_FALSE(client.isFree(before, XCB_MOD_MASK_CONTROL));
+    EXPECT_FALSE(client.isFree({before, XCB_MOD_MASK_CONTROL}));
     tap->tap().enable(true);
-    EXPECT_TRUE(client.isFree(before, XCB_MOD_MASK_CONTROL));
+    EXPECT_TRUE(client.isFree({before, XCB_MOD_MASK_CONTROL}));
     expectDelivered(*tap, {"LCTL", "HOME"}, homeKey);
 }
 
-TEST_F(KeyboardChangeTest, leavesOutAModifierThatTheMapLacksUntilItComes) {
+TEST_F(KeyboardChangeTest, LeavesOutAModifierThatTheMapLacksUntilItComes) {
     run({"setxkbmap", "-symbols", "us"});
     auto tap = makeActiveTap();
     tap->watch({combination(keyX, flags::command), combination(keyA, 0)});
@@ -171,7 +171,7 @@ TEST_F(KeyboardChangeTest, leavesOutAModifierThatTheMapLacksUntilItComes) {
     expectDelivered(*tap, {"LWIN", "AB02"}, keyX);
 }
 
-TEST_F(KeyboardChangeTest, leavesOutAKeyThatTheMapLacksUntilItComes) {
+TEST_F(KeyboardChangeTest, LeavesOutAKeyThatTheMapLacksUntilItComes) {
     run({"setxkbmap", "-keycodes", "xfree86+aliases(qwerty)"});
     ASSERT_EQ(keyboard_.keycode("I148"), 0);
     auto tap = makeActiveTap();
@@ -187,7 +187,7 @@ TEST_F(KeyboardChangeTest, leavesOutAKeyThatTheMapLacksUntilItComes) {
     expectDelivered(*tap, {"LCTL", "I148"}, calculatorKey);
 }
 
-TEST_F(KeyboardChangeTest, aListenOnlyTapFollowsToo) {
+TEST_F(KeyboardChangeTest, AListenOnlyTapFollowsToo) {
     auto tap = makeListenOnlyTap();
     run({"xmodmap", "-e", "remove mod4 = Super_L Super_R", "-e", "add mod3 = Super_L Super_R"});
     ASSERT_TRUE(reported(*tap));

@@ -7,7 +7,7 @@ namespace {
 
 class ListenOnlyTapTest : public KeyTapTest {};
 
-TEST_F(ListenOnlyTapTest, seesEveryPressAndTakesNone) {
+TEST_F(ListenOnlyTapTest, SeesEveryPressAndTakesNone) {
     auto tap = makeListenOnlyTap();
     FocusedWindow focused(display_.name());
     keyboard_.strike({"LCTL", "AB02"});
@@ -23,14 +23,14 @@ TEST_F(ListenOnlyTapTest, seesEveryPressAndTakesNone) {
     EXPECT_TRUE(tap->tap().listenOnlyCombinations().empty());
 }
 
-TEST_F(ListenOnlyTapTest, ignoresTheInterest) {
+TEST_F(ListenOnlyTapTest, IgnoresTheInterest) {
     auto tap = makeListenOnlyTap();
     tap->watch({combination(keyX, flags::control)});
     keyboard_.strike({"AB03"});
     EXPECT_TRUE(delivered(*tap, 1));
 }
 
-TEST_F(ListenOnlyTapTest, seesNoModifierKeysAlone) {
+TEST_F(ListenOnlyTapTest, SeesNoModifierKeysAlone) {
     run({"setxkbmap", "de"});
     auto tap = makeListenOnlyTap();
     for (const auto* key : {"LFSH", "LCTL", "LALT", "LWIN", "RTSH", "RCTL", "RALT", "RWIN"}) {
@@ -44,7 +44,7 @@ TEST_F(ListenOnlyTapTest, seesNoModifierKeysAlone) {
     EXPECT_EQ(tap->presses[0].keyCode, keyC);
 }
 
-TEST_F(ListenOnlyTapTest, seesWhatAnActiveTapSwallows) {
+TEST_F(ListenOnlyTapTest, SeesWhatAnActiveTapSwallows) {
     auto active = makeActiveTap();
     active->watch({combination(keyX, flags::control)});
     auto tap = makeListenOnlyTap();
@@ -54,7 +54,7 @@ TEST_F(ListenOnlyTapTest, seesWhatAnActiveTapSwallows) {
     EXPECT_EQ(tap->presses[0].flags, flags::control | flags::nonCoalesced);
 }
 
-TEST_F(ListenOnlyTapTest, seesWhatAClientWithTheWholeKeyboardGets) {
+TEST_F(ListenOnlyTapTest, SeesWhatAClientWithTheWholeKeyboardGets) {
     auto tap = makeListenOnlyTap();
     XClient other(display_.name());
     ASSERT_TRUE(other.grabKeyboard());
@@ -63,7 +63,7 @@ TEST_F(ListenOnlyTapTest, seesWhatAClientWithTheWholeKeyboardGets) {
     EXPECT_EQ(tap->presses[0].flags, flags::control | flags::nonCoalesced);
 }
 
-TEST_F(ListenOnlyTapTest, knowsTheModifiersHeldWhenItStarts) {
+TEST_F(ListenOnlyTapTest, KnowsTheModifiersHeldWhenItStarts) {
     keyboard_.press("LCTL");
     keyboard_.press("LWIN");
     auto tap = makeListenOnlyTap();
@@ -72,7 +72,7 @@ TEST_F(ListenOnlyTapTest, knowsTheModifiersHeldWhenItStarts) {
     EXPECT_EQ(tap->presses[0].flags, flags::control | flags::command | flags::nonCoalesced);
 }
 
-TEST_F(ListenOnlyTapTest, givesEachPressOfAFastSequenceItsOwnModifiers) {
+TEST_F(ListenOnlyTapTest, GivesEachPressOfAFastSequenceItsOwnModifiers) {
     constexpr std::size_t times = 200;
     auto tap = makeListenOnlyTap();
     for (std::size_t count = 0; count < times; ++count) {
@@ -86,7 +86,7 @@ TEST_F(ListenOnlyTapTest, givesEachPressOfAFastSequenceItsOwnModifiers) {
     }
 }
 
-TEST_F(ListenOnlyTapTest, seesNoRepeats) {
+TEST_F(ListenOnlyTapTest, SeesNoRepeats) {
     auto tap = makeListenOnlyTap();
     FocusedWindow focused(display_.name());
     const auto x = keyboard_.keycode("AB02");
@@ -99,7 +99,7 @@ TEST_F(ListenOnlyTapTest, seesNoRepeats) {
     EXPECT_EQ(tap->presses[1].keyCode, keyC);
 }
 
-TEST_F(ListenOnlyTapTest, seesNothingWhileDisabled) {
+TEST_F(ListenOnlyTapTest, SeesNothingWhileDisabled) {
     auto tap = makeListenOnlyTap();
     tap->tap().enable(false);
     keyboard_.strike({"AB02"});

@@ -1,9 +1,9 @@
 #include "platform/x11/taps/RawKeys.h"
 
 #include "platform/x11/TrustProblem.h"
-#include "platform/x11/XClient.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
+#include "support/XClient.h"
 
 #include <algorithm>
 
@@ -41,7 +41,7 @@ protected:
     x11::RawKeys raw_{client_.connection()};
 };
 
-TEST_F(RawKeysTest, whatWasSentBeforeItStoppedIsReadBehindTheStop) {
+TEST_F(RawKeysTest, WhatWasSentBeforeItStoppedIsReadBehindTheStop) {
     raw_.start();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
@@ -52,7 +52,7 @@ TEST_F(RawKeysTest, whatWasSentBeforeItStoppedIsReadBehindTheStop) {
 }
 
 // The modifiers are read anew with the start, so they are not those of older presses.
-TEST_F(RawKeysTest, whatWasSentBeforeItStartedAnewIsPassedOver) {
+TEST_F(RawKeysTest, WhatWasSentBeforeItStartedAnewIsPassedOver) {
     raw_.start();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
@@ -63,7 +63,7 @@ TEST_F(RawKeysTest, whatWasSentBeforeItStartedAnewIsPassedOver) {
     EXPECT_EQ(states(), (States{{x_, 0}}));
 }
 
-TEST_F(RawKeysTest, nothingIsSeenWhileAnotherHasKeyboardAndPointer) {
+TEST_F(RawKeysTest, NothingIsSeenWhileAnotherHasKeyboardAndPointer) {
     raw_.start();
     ASSERT_TRUE(other_.takeInput());
     keyboard_.strike({"AB02"});
@@ -74,7 +74,7 @@ TEST_F(RawKeysTest, nothingIsSeenWhileAnotherHasKeyboardAndPointer) {
     EXPECT_EQ(states(), (States{{x_, 0}}));
 }
 
-TEST_F(RawKeysTest, nothingIsSeenIfAnotherHadThemBefore) {
+TEST_F(RawKeysTest, NothingIsSeenIfAnotherHadThemBefore) {
     keyboard_.press("LCTL");
     ASSERT_TRUE(other_.takeInput());
     raw_.start();
@@ -82,7 +82,7 @@ TEST_F(RawKeysTest, nothingIsSeenIfAnotherHadThemBefore) {
     EXPECT_EQ(states(), States{});
 }
 
-TEST_F(RawKeysTest, whoHasTheKeyboardAloneHidesNothing) {
+TEST_F(RawKeysTest, WhoHasTheKeyboardAloneHidesNothing) {
     raw_.start();
     ASSERT_TRUE(other_.grabKeyboard());
     keyboard_.strike({"LCTL", "AB02"});
@@ -90,7 +90,7 @@ TEST_F(RawKeysTest, whoHasTheKeyboardAloneHidesNothing) {
 }
 
 // As Cinnamon's locker does with the first key press, for its dialog.
-TEST_F(RawKeysTest, nothingIsSeenWhenALockerGivesThePointerBack) {
+TEST_F(RawKeysTest, NothingIsSeenWhenALockerGivesThePointerBack) {
     raw_.start();
     ASSERT_TRUE(other_.takeInput());
     keyboard_.strike({"AB02"});
@@ -104,14 +104,14 @@ TEST_F(RawKeysTest, nothingIsSeenWhenALockerGivesThePointerBack) {
 }
 
 // As every program does while a mouse button is held on one of its windows.
-TEST_F(RawKeysTest, whoHasThePointerAloneHidesNothing) {
+TEST_F(RawKeysTest, WhoHasThePointerAloneHidesNothing) {
     raw_.start();
     ASSERT_TRUE(other_.grabPointer());
     keyboard_.strike({"LCTL", "AB02"});
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
 }
 
-TEST_F(RawKeysTest, aLockIsNoModifierThatIsHeld) {
+TEST_F(RawKeysTest, ALockIsNoModifierThatIsHeld) {
     other_.lockModifiers(XCB_MOD_MASK_LOCK, true);
     raw_.start();
     other_.lockModifiers(XCB_MOD_MASK_2, true);
@@ -121,7 +121,7 @@ TEST_F(RawKeysTest, aLockIsNoModifierThatIsHeld) {
 }
 
 // A window manager that switches windows takes both as soon as it is told of Alt+Tab.
-TEST_F(RawKeysTest, aPressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
+TEST_F(RawKeysTest, APressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
     raw_.start();
     keyboard_.press("LCTL");
     EXPECT_EQ(states(), (States{{control_, 0}}));
@@ -132,7 +132,7 @@ TEST_F(RawKeysTest, aPressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
     EXPECT_EQ(states(), States{});
 }
 
-TEST_F(RawKeysTest, aModifierHeldBeforeTheStartCountsForSuchAPressToo) {
+TEST_F(RawKeysTest, AModifierHeldBeforeTheStartCountsForSuchAPressToo) {
     keyboard_.press("LCTL");
     keyboard_.sync();
     raw_.start();

@@ -1,5 +1,5 @@
-#include "platform/x11/XClient.h"
 #include "platform/x11/taps/KeyTapTest.h"
+#include "support/XClient.h"
 
 #include <array>
 
@@ -79,7 +79,7 @@ private:
     }
 };
 
-TEST_P(TapAgreementTest, whatCanBeRecordedFiresAndNothingElse) {
+TEST_P(TapAgreementTest, WhatCanBeRecordedFiresAndNothingElse) {
     std::size_t recordableCount = 0;
     for (const auto& locked : lockSets) {
         for (const auto& held : keySets) {
@@ -98,7 +98,7 @@ TEST_P(TapAgreementTest, whatCanBeRecordedFiresAndNothingElse) {
     EXPECT_EQ(recordableCount, 15U * 4U);
 }
 
-TEST_P(TapAgreementTest, theThirdLevelTakesTheModifiersFromAPress) {
+TEST_P(TapAgreementTest, TheThirdLevelTakesTheModifiersFromAPress) {
     press({"LCTL", "LFSH", "RALT"}, {});
     EXPECT_EQ(recordable(), 0U);
     EXPECT_EQ(fired(), std::nullopt);

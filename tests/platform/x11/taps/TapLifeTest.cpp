@@ -1,5 +1,5 @@
-#include "platform/x11/XClient.h"
 #include "platform/x11/taps/KeyTapTest.h"
+#include "support/XClient.h"
 
 #include <csignal>
 
@@ -17,9 +17,9 @@ protected:
 
     bool isFree() {
         XClient client(display_.name());
-        return client.isFree(keyboard_.keycode("AB02"), XCB_MOD_MASK_CONTROL) &&
-               client.isFree(keyboard_.keycode("AB03"),
-                             XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2);
+        return client.isFree({keyboard_.keycode("AB02"), XCB_MOD_MASK_CONTROL}) &&
+               client.isFree({keyboard_.keycode("AB03"),
+                              XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2});
     }
 
     /// Makes a press that the tap has taken and not yet been told of.
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(TapLifeTest, holdsNothingUntilItIsEnabled) {
+TEST_F(TapLifeTest, HoldsNothingUntilItIsEnabled) {
     ListeningTap tap(taps_, platform::EventTapOptions::active);
     tap.watch({combination(keyX, flags::control)});
     EXPECT_TRUE(isFree());
@@ -44,7 +44,7 @@ TEST_F(TapLifeTest, holdsNothingUntilItIsEnabled) {
     EXPECT_FALSE(isFree());
 }
 
-TEST_F(TapLifeTest, holdsNothingUntilItIsAttached) {
+TEST_F(TapLifeTest, HoldsNothingUntilItIsAttached) {
     ListeningTap tap(taps_, platform::EventTapOptions::active);
     tap.source().removeFromMainRunLoop();
     tap.watch({combination(keyX, flags::control)});
@@ -54,31 +54,31 @@ TEST_F(TapLifeTest, holdsNothingUntilItIsAttached) {
     EXPECT_FALSE(isFree());
 }
 
-TEST_F(TapLifeTest, givesEverythingBackWhenDisabled) {
+TEST_F(TapLifeTest, GivesEverythingBackWhenDisabled) {
     auto tap = makeWatchingTap();
     ASSERT_FALSE(isFree());
     tap->tap().enable(false);
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(TapLifeTest, givesEverythingBackWhenDetached) {
+TEST_F(TapLifeTest, GivesEverythingBackWhenDetached) {
     auto tap = makeWatchingTap();
     tap->source().removeFromMainRunLoop();
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(TapLifeTest, givesEverythingBackWhenInvalidated) {
+TEST_F(TapLifeTest, GivesEverythingBackWhenInvalidated) {
     auto tap = makeWatchingTap();
     tap->tap().invalidate();
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(TapLifeTest, givesEverythingBackWhenDestroyed) {
+TEST_F(TapLifeTest, GivesEverythingBackWhenDestroyed) {
     makeWatchingTap().reset();
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(TapLifeTest, takesNoHarmFromUseAfterItsEnd) {
+TEST_F(TapLifeTest, TakesNoHarmFromUseAfterItsEnd) {
     auto tap = makeWatchingTap();
     tap->tap().invalidate();
     tap->tap().invalidate();
@@ -91,7 +91,7 @@ TEST_F(TapLifeTest, takesNoHarmFromUseAfterItsEnd) {
     EXPECT_EQ(connectionsLost_, 0);
 }
 
-TEST_F(TapLifeTest, reportsNoPressAfterItWasDisabled) {
+TEST_F(TapLifeTest, ReportsNoPressAfterItWasDisabled) {
     auto tap = makeWatchingTap();
     pressUnnoticed();
     tap->tap().enable(false);
@@ -99,7 +99,7 @@ TEST_F(TapLifeTest, reportsNoPressAfterItWasDisabled) {
     EXPECT_TRUE(tap->presses.empty());
 }
 
-TEST_F(TapLifeTest, reportsNoPressOfAnEarlierEnabling) {
+TEST_F(TapLifeTest, ReportsNoPressOfAnEarlierEnabling) {
     auto tap = makeWatchingTap();
     pressUnnoticed();
     tap->tap().enable(false);
@@ -110,14 +110,14 @@ TEST_F(TapLifeTest, reportsNoPressOfAnEarlierEnabling) {
     EXPECT_EQ(tap->presses[0].keyCode, keyC);
 }
 
-TEST_F(TapLifeTest, reportsAPressTakenBeforeItWasEnabledAfresh) {
+TEST_F(TapLifeTest, ReportsAPressTakenBeforeItWasEnabledAfresh) {
     auto tap = makeWatchingTap();
     pressUnnoticed();
     tap->tap().enable(true);
     EXPECT_TRUE(delivered(*tap, 1));
 }
 
-TEST_F(TapLifeTest, reportsNoPressAfterItWasDetached) {
+TEST_F(TapLifeTest, ReportsNoPressAfterItWasDetached) {
     auto tap = makeWatchingTap();
     pressUnnoticed();
     tap->source().removeFromMainRunLoop();
@@ -125,7 +125,7 @@ TEST_F(TapLifeTest, reportsNoPressAfterItWasDetached) {
     EXPECT_TRUE(tap->presses.empty());
 }
 
-TEST_F(TapLifeTest, reportsNoPressAfterItWasInvalidated) {
+TEST_F(TapLifeTest, ReportsNoPressAfterItWasInvalidated) {
     auto tap = makeWatchingTap();
     pressUnnoticed();
     tap->tap().invalidate();
@@ -134,7 +134,7 @@ TEST_F(TapLifeTest, reportsNoPressAfterItWasInvalidated) {
     EXPECT_EQ(connectionsLost_, 0);
 }
 
-TEST_F(TapLifeTest, leavesTheKeyboardAliveWhenDestroyedWithAPressUnderWay) {
+TEST_F(TapLifeTest, LeavesTheKeyboardAliveWhenDestroyedWithAPressUnderWay) {
     for (int count = 0; count < 20; ++count) {
         auto tap = makeWatchingTap();
         keyboard_.press("LCTL");
@@ -147,7 +147,7 @@ TEST_F(TapLifeTest, leavesTheKeyboardAliveWhenDestroyedWithAPressUnderWay) {
     expectKeyboardAlive();
 }
 
-TEST_F(TapLifeTest, canBeDestroyedFromItsOwnCallback) {
+TEST_F(TapLifeTest, CanBeDestroyedFromItsOwnCallback) {
     auto tap = makeWatchingTap();
     tap->onPress = [&] { tap->destroy(); };
     keyboard_.strike({"LCTL", "AB02"});
@@ -156,7 +156,7 @@ TEST_F(TapLifeTest, canBeDestroyedFromItsOwnCallback) {
     expectKeyboardAlive();
 }
 
-TEST_F(TapLifeTest, tellsOnceThatTheServerIsGone) {
+TEST_F(TapLifeTest, TellsOnceThatTheServerIsGone) {
     auto active = makeWatchingTap();
     auto listening = makeListenOnlyTap();
     display_.server().signal(SIGKILL);
@@ -171,7 +171,7 @@ TEST_F(TapLifeTest, tellsOnceThatTheServerIsGone) {
     EXPECT_TRUE(active->presses.empty());
 }
 
-TEST_F(TapLifeTest, cannotBeMadeWithoutAServer) {
+TEST_F(TapLifeTest, CannotBeMadeWithoutAServer) {
     x11::EventTaps nowhere(queue_, userTime_, "no display at all");
     ListeningTap tap(nowhere, platform::EventTapOptions::active);
     EXPECT_FALSE(tap.exists());

@@ -1,7 +1,7 @@
 #include "platform/x11/taps/UserTime.h"
 
-#include "platform/x11/XClient.h"
 #include "platform/x11/taps/KeyTapTest.h"
+#include "support/XClient.h"
 
 #include <array>
 
@@ -11,14 +11,14 @@ namespace {
 
 constexpr platform::KeyCombination held{.keyCode = keyX, .modifierFlags = flags::control};
 
-TEST(UserTimeTest, nothingIsHeldBeforeTheFirstPress) {
+TEST(UserTimeTest, NothingIsHeldBeforeTheFirstPress) {
     x11::UserTime userTime;
     EXPECT_EQ(userTime.hold(), 0U);
     userTime.record(1, {});
     EXPECT_EQ(userTime.hold(), 1U);
 }
 
-TEST(UserTimeTest, aPressWithinASecondRepeatsTheOneBefore) {
+TEST(UserTimeTest, APressWithinASecondRepeatsTheOneBefore) {
     x11::UserTime userTime;
     userTime.record(5000, held);
     userTime.record(6000, held);
@@ -39,15 +39,15 @@ void expectALongestGap(xcb_timestamp_t longest, xcb_timestamp_t gap) {
     EXPECT_EQ(userTime.hold(), 2U);
 }
 
-TEST(UserTimeTest, aKeyboardThatRepeatsSlowlyIsGivenTwiceItsTime) {
+TEST(UserTimeTest, AKeyboardThatRepeatsSlowlyIsGivenTwiceItsTime) {
     expectALongestGap(660, 1320);
 }
 
-TEST(UserTimeTest, aKeyboardThatRepeatsFastIsGivenASecond) {
+TEST(UserTimeTest, AKeyboardThatRepeatsFastIsGivenASecond) {
     expectALongestGap(25, 1000);
 }
 
-TEST(UserTimeTest, anotherCombinationIsAnotherHoldAndSoIsTheFirstOneAgain) {
+TEST(UserTimeTest, AnotherCombinationIsAnotherHoldAndSoIsTheFirstOneAgain) {
     x11::UserTime userTime;
     for (const platform::KeyCombination& combination :
          {held, {keyC, held.modifierFlags}, {keyC, flags::option}, held}) {
@@ -57,7 +57,7 @@ TEST(UserTimeTest, anotherCombinationIsAnotherHoldAndSoIsTheFirstOneAgain) {
     }
 }
 
-TEST(UserTimeTest, theClockOfTheServerBeginsAnewAfterSevenWeeks) {
+TEST(UserTimeTest, TheClockOfTheServerBeginsAnewAfterSevenWeeks) {
     x11::UserTime userTime;
     userTime.record(0xFFFF'FF00, held);
     userTime.record(0x0000'0100, held);
@@ -99,28 +99,28 @@ protected:
     }
 };
 
-TEST_F(HoldTest, everyRepeatOfAHeldKeyIsDeliveredAndAllAreOneHold) {
+TEST_F(HoldTest, EveryRepeatOfAHeldKeyIsDeliveredAndAllAreOneHold) {
     auto tap = makeWatchingTap();
     holdUntilItRepeats(*tap);
     EXPECT_GE(tap->presses.size(), 3U);
     EXPECT_EQ(userTime_.hold(), 1U);
 }
 
-TEST_F(HoldTest, aKeyboardThatRepeatsSlowlyIsWaitedFor) {
+TEST_F(HoldTest, AKeyboardThatRepeatsSlowlyIsWaitedFor) {
     slowDown();
     auto tap = makeWatchingTap();
     holdUntilItRepeats(*tap);
     EXPECT_EQ(userTime_.hold(), 1U);
 }
 
-TEST_F(HoldTest, aKeyboardThatRepeatsRarelyIsWaitedFor) {
+TEST_F(HoldTest, AKeyboardThatRepeatsRarelyIsWaitedFor) {
     repeatRarely();
     auto tap = makeWatchingTap();
     holdUntilItRepeats(*tap);
     EXPECT_EQ(userTime_.hold(), 1U);
 }
 
-TEST_F(HoldTest, aKeyboardThatComesToRepeatSlowlyIsWaitedFor) {
+TEST_F(HoldTest, AKeyboardThatComesToRepeatSlowlyIsWaitedFor) {
     auto tap = makeWatchingTap();
     slowDown();
     ASSERT_TRUE(queue_.runUntil([&] { return tap->disabledReports > 0; }));
@@ -128,7 +128,7 @@ TEST_F(HoldTest, aKeyboardThatComesToRepeatSlowlyIsWaitedFor) {
     EXPECT_EQ(userTime_.hold(), 1U);
 }
 
-TEST_F(HoldTest, theLocksDoNotMakeAnotherCombination) {
+TEST_F(HoldTest, TheLocksDoNotMakeAnotherCombination) {
     auto tap = makeWatchingTap();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.strike({"CAPS"});

@@ -4,7 +4,11 @@
 #include "platform/x11/server/Atoms.h"
 #include "platform/x11/server/Connection.h"
 #include "platform/x11/server/Reply.h"
+#include "platform/x11/taps/EventKinds.h"
+#include "support/WaitUntil.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -14,6 +18,13 @@
 #include <xcb/xtest.h>
 
 namespace hollowfernpike::test {
+
+/// A key with exactly this modifier state, on the root window if no other is named.
+struct KeyGrab {
+    xcb_keycode_t key = 0;
+    std::uint16_t state = 0;
+    xcb_window_t window = XCB_NONE;
+};
 
 /// Some other program on the display, which may want keys of its own.
 class XClient {
@@ -32,26 +43,36 @@ public:
     /// Returns when the server has done all that was asked of it.
     void sync() { xcb_aux_sync(server()); }
 
-    /// On the root; false if somebody else holds it.
-    bool grabKey(xcb_keycode_t key, std::uint16_t modifiers) {
-        return grabKeyOn(connection_->root(), key, modifiers);
-    }
-    void ungrabKey(xcb_keycode_t key, std::uint16_t modifiers) {
-        xcb_ungrab_key(server(), key, connection_->root(), modifiers);
+    /// Takes the key; false if somebody else holds it.
+    bool grab(const KeyGrab& grab) { return succeeded(request(grab)); }
+    void ungrab(const KeyGrab& grab) {
+        giveBack(grab);
         sync();
     }
 
-    /// Whether nobody holds it.
-    bool isFree(xcb_keycode_t key, std::uint16_t modifiers) {
-        return isFreeOn(connection_->root(), key, modifiers);
-    }
-    bool isFreeOn(xcb_window_t window, xcb_keycode_t key, std::uint16_t modifiers) {
-        const bool grabbed = grabKeyOn(window, key, modifiers);
-        if (grabbed) {
-            xcb_ungrab_key(server(), key, window, modifiers);
-            sync();
+    /// Whether other clients hold these, all of them. Nobody can notice the question.
+    bool areTaken(const std::vector<KeyGrab>& grabs) {
+        xcb_grab_server(server());
+        std::vector<xcb_void_cookie_t> attempts;
+        for (const auto& grab : grabs) {
+            attempts.push_back(request(grab));
+            giveBack(grab);
         }
-        return grabbed;
+        xcb_ungrab_server(server());
+        xcb_flush(server());
+        // Each answer has to be taken.
+        return std::ranges::count_if(attempts, [this](auto attempt) {
+                   return succeeded(attempt);
+               }) == 0;
+    }
+    bool isFree(const KeyGrab& grab) { return !areTaken({grab}); }
+
+    /// Waits for a press of a key that this client holds; false after a bound.
+    bool waitForPress(const KeyGrab& grab) {
+        return waitUntil([&] {
+            const x11::Reply<xcb_generic_event_t> event{xcb_poll_for_event(server())};
+            return event && x11::eventCode(*event) == XCB_KEY_PRESS && event->pad0 == grab.key;
+        });
     }
 
     /// As screen lockers and menus do; false if somebody else has the keyboard or the pointer.
@@ -106,6 +127,7 @@ public:
         sync();
     }
 
+    /// As a layout switcher does.
     void lockLayoutGroup(std::uint8_t group) {
         xcb_xkb_latch_lock_state(server(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
         sync();
@@ -135,11 +157,18 @@ public:
     }
 
 private:
-    bool grabKeyOn(xcb_window_t window, xcb_keycode_t key, std::uint16_t modifiers) {
-        const x11::Reply<xcb_generic_error_t> error{xcb_request_check(
-            server(), xcb_grab_key_checked(server(), 0, window, modifiers, key, XCB_GRAB_MODE_ASYNC,
-                                           XCB_GRAB_MODE_ASYNC))};
-        return !error;
+    xcb_window_t windowOf(const KeyGrab& grab) {
+        return grab.window == XCB_NONE ? connection_->root() : grab.window;
+    }
+    xcb_void_cookie_t request(const KeyGrab& grab) {
+        return xcb_grab_key_checked(server(), 0, windowOf(grab), grab.state, grab.key,
+                                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    }
+    void giveBack(const KeyGrab& grab) {
+        xcb_ungrab_key(server(), grab.key, windowOf(grab), grab.state);
+    }
+    bool succeeded(xcb_void_cookie_t cookie) {
+        return !x11::Reply<xcb_generic_error_t>{xcb_request_check(server(), cookie)};
     }
     void fake(std::uint8_t type, xcb_keycode_t key) {
         xcb_test_fake_input(server(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
