@@ -3,6 +3,7 @@
 #include "show/Camera.h"
 #include "show/Typing.h"
 #include "support/WaitUntil.h"
+#include "support/WriteFile.h"
 
 #include <csignal>
 #include <fstream>
@@ -18,6 +19,27 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int roundTrips = 3;
 
+constexpr const char* background = "#35506b";
+
+constexpr const char* terminalLook = R"(XTerm*faceName: DejaVu Sans Mono
+XTerm*faceSize: 12
+XTerm*geometry: 66x20+70+60
+XTerm*background: #1d2733
+XTerm*foreground: #e6edf3
+XTerm*cursorBlink: false
+)";
+
+constexpr const char* toolkitLook = R"([Settings]
+gtk-font-name=DejaVu Sans 10
+gtk-cursor-blink=0
+gtk-enable-animations=0
+)";
+
+/// Hides the editor's warning to root, who can do no harm here.
+constexpr const char* toolkitStyle = R"(window label { opacity: 0; font-size: 0; }
+menubar label { opacity: 1; font-size: 10pt; }
+)";
+
 std::string contents(const std::filesystem::path& file) {
     std::ostringstream text;
     text << std::ifstream{file}.rdbuf();
@@ -26,13 +48,35 @@ std::string contents(const std::filesystem::path& file) {
 
 } // namespace
 
-Show::Show(std::filesystem::path pictures)
-    : pictures_(std::move(pictures)), stage_({terminal_, editor_}) {
+Show::Show(std::filesystem::path pictures) : pictures_(std::move(pictures)) {
     std::filesystem::create_directories(pictures_);
+    furnish();
+    bind(terminal_);
+    bind(editor_);
+    story_.writeShortcuts();
+}
+
+void Show::furnish() {
+    story_.desktop.showOfMachine("icons/hicolor");
+    const auto home = story_.desktop.home();
+    test::writeFile(home / ".Xdefaults", terminalLook);
+    test::writeFile(home / ".config/gtk-3.0/settings.ini", toolkitLook);
+    test::writeFile(home / ".config/gtk-3.0/gtk.css", toolkitStyle);
+    story_.run({"xsetroot", "-solid", background});
+}
+
+void Show::bind(const Binding& binding) {
+    story_.desktop.showOfMachine("applications" / binding.entry.filename());
+    if (!std::filesystem::exists(binding.entry)) {
+        throw std::runtime_error(binding.application + " is not installed");
+    }
+    const auto name = binding.entry.stem().string();
+    story_.bind(binding.combination,
+                test::ShortcutTarget{.path = binding.entry, .name = name, .identifier = name});
 }
 
 bool Show::run() {
-    narrator_.heading("A private desktop " + stage_.desktop.display() +
+    narrator_.heading("A private desktop " + story_.desktop.display() +
                       ": X server, window manager, session bus and home directory of its own");
     start();
     launch(terminal_);
@@ -54,10 +98,11 @@ bool Show::run() {
 }
 
 void Show::start() {
-    stage_.keyboard.strike({"RTRN"}); // from now on this is the keyboard in use
+    story_.keyboard.strike({"RTRN"}); // from now on this is the keyboard in use
     const auto begin = Clock::now();
-    stage_.startUtility();
-    const bool areHeld = waitUntil([this] { return stage_.combinationsAreHeld(); });
+    story_.launchUtility(
+        {{"SHELL", "/bin/sh"}, {"PS1", "$ "}, {"ENV", std::nullopt}, {"LC_ALL", "C.UTF-8"}});
+    const bool areHeld{story_.areLive()};
     narrator_.fact("the utility holds " + terminal_.keys + " and " + editor_.keys + " after " +
                        format(Clock::now() - begin),
                    areHeld);
@@ -65,7 +110,7 @@ void Show::start() {
 
 void Show::launch(const Binding& binding) {
     const auto taken = strikeUntilInFront(binding);
-    windows_[binding.windowClass] = stage_.pager.activeWindow();
+    windows_[binding.windowClass] = story_.pager.activeWindow();
     narrator_.fact(binding.keys + ": " + binding.application +
                    " launched, its window in front after " + format(taken));
 }
@@ -74,27 +119,27 @@ void Show::bringForward(const Binding& binding) {
     const auto taken = strikeUntilInFront(binding);
     narrator_.fact(binding.keys + ": " + binding.application + " brought to the front in " +
                        format(taken),
-                   stage_.pager.activeWindow() == windows_[binding.windowClass]);
+                   story_.pager.activeWindow() == windows_[binding.windowClass]);
 }
 
 void Show::typeIntoTerminal() {
-    const auto file = stage_.desktop.home() / "typed";
+    const auto file = story_.desktop.home() / "typed";
     bringForward(terminal_);
     type(terminal_, "cd; tee typed\nunbound keys ");
     bringForward(editor_);
     bringForward(terminal_);
     strikeUntilInFront(terminal_);
     type(terminal_, "reach xterm\n");
-    stage_.keyboard.strike({"LCTL", "AC03"});
+    story_.keyboard.strike({"LCTL", "AC03"});
     const bool isWhole = waitUntil([&] { return contents(file) == "unbound keys reach xterm\n"; });
     narrator_.fact("xterm got all the unbound keys and none of the bound ones", isWhole);
 }
 
 void Show::restore(const Binding& binding) {
     const auto window = windows_[binding.windowClass];
-    stage_.pager.minimise(window);
+    story_.pager.minimise(window);
     const auto isAway = [&] {
-        return stage_.pager.isMinimised(window) && stage_.pager.activeWindow() != window;
+        return story_.pager.isMinimised(window) && story_.pager.activeWindow() != window;
     };
     if (!waitUntil(isAway)) {
         throw std::runtime_error(binding.application + " cannot be minimised");
@@ -102,40 +147,41 @@ void Show::restore(const Binding& binding) {
     const auto taken = strikeUntilInFront(binding);
     narrator_.fact(binding.keys + ": " + binding.application +
                        " was minimised, restored to the front in " + format(taken),
-                   waitUntil([&] { return !stage_.pager.isMinimised(window); }));
+                   waitUntil([&] { return !story_.pager.isMinimised(window); }));
 }
 
 void Show::end() {
-    const auto windows = stage_.pager.stacking().size();
+    const auto windows = story_.pager.stacking().size();
     const auto begin = Clock::now();
-    stage_.utility().signal(SIGTERM);
-    const auto status = stage_.utility().wait();
+    story_.utility().signal(SIGTERM);
+    const auto status = story_.utility().wait();
     narrator_.fact("SIGTERM: the utility ended with status 0 after " + format(Clock::now() - begin),
                    status == 0);
-    narrator_.fact("both combinations are free again", stage_.combinationsAreFree());
-    narrator_.fact("the applications stay", stage_.pager.stacking().size() == windows);
+    narrator_.fact("both combinations are free again",
+                   story_.isFree(terminal_.combination) && story_.isFree(editor_.combination));
+    narrator_.fact("the applications stay", story_.pager.stacking().size() == windows);
 }
 
 Show::Time Show::strikeUntilInFront(const Binding& binding) {
     const auto isWanted = [&](xcb_window_t window) {
-        return stage_.pager.classOf(window) == binding.windowClass;
+        return story_.pager.classOf(window) == binding.windowClass;
     };
-    const bool isThere = isWanted(stage_.pager.activeWindow());
+    const bool isThere = isWanted(story_.pager.activeWindow());
     auto modifiers = binding.combination.keys();
-    const auto key = stage_.keyboard.keycode(modifiers.back());
+    const auto key = story_.keyboard.keycode(modifiers.back());
     modifiers.pop_back();
     for (const auto& modifier : modifiers) {
-        stage_.keyboard.press(modifier);
+        story_.keyboard.press(modifier);
     }
-    stage_.front.forget();
+    front_.forget();
     const auto begin = Clock::now();
-    stage_.keyboard.press(key);
-    stage_.keyboard.release(key);
+    story_.keyboard.press(key);
+    story_.keyboard.release(key);
     for (const auto& modifier : modifiers) {
-        stage_.keyboard.release(modifier);
+        story_.keyboard.release(modifier);
     }
     const auto arrival = isThere ? test::FrontWatch::Arrival{.window = XCB_NONE, .time = begin}
-                                 : stage_.front.wait(isWanted);
+                                 : front_.wait(isWanted);
     if (!arrival) {
         throw std::runtime_error(binding.keys + " does not bring " + binding.application +
                                  " to the front");
@@ -148,16 +194,16 @@ void Show::type(const Binding& into, const std::string& text) {
     const auto terminal = windows_[terminal_.windowClass];
     const bool intoTerminal = into.windowClass == terminal_.windowClass;
     const auto getsKeys = [&] {
-        return (stage_.pager.focusedWindow() == terminal) == intoTerminal;
+        return (story_.pager.focusedWindow() == terminal) == intoTerminal;
     };
     if (!waitUntil(getsKeys)) {
         throw std::runtime_error(into.application + " does not get the keys");
     }
-    show::type(stage_.keyboard, text);
+    show::type(story_.keyboard, text);
 }
 
 void Show::picture(const std::string& name) {
-    save(show::picture(stage_.desktop.display()), pictures_ / (name + ".png"));
+    save(show::picture(story_.desktop.display()), pictures_ / (name + ".png"));
 }
 
 } // namespace hollowfernpike::show

@@ -1,12 +1,23 @@
 #pragma once
 
+#include "desktop/FrontWatch.h"
+#include "desktop/Story.h"
 #include "show/Narrator.h"
-#include "show/Stage.h"
 
 #include <filesystem>
 #include <map>
+#include <string>
 
 namespace hollowfernpike::show {
+
+/// A combination, the application that it is bound to, and how both look to people.
+struct Binding {
+    std::string keys;
+    test::Combination combination;
+    std::string application;
+    std::filesystem::path entry;
+    std::string windowClass;
+};
 
 /// The utility from its start to its end, on a private desktop with two real applications, driven
 /// by a keyboard alone.
@@ -22,6 +33,8 @@ public:
 private:
     using Time = std::chrono::nanoseconds;
 
+    void furnish();
+    void bind(const Binding& binding);
     void start();
     void launch(const Binding& binding);
     void bringForward(const Binding& binding);
@@ -45,7 +58,8 @@ private:
                           .application = "Mousepad",
                           .entry = "/usr/share/applications/org.xfce.mousepad.desktop",
                           .windowClass = "Mousepad"};
-    Stage stage_;
+    test::Story story_;
+    test::FrontWatch front_{story_.desktop.display()};
     std::map<std::string, xcb_window_t> windows_; ///< by window class
 };
 
