@@ -35,8 +35,13 @@ Panel::Panel(test::Story& story, test::WindowUser& user, int scale) : story_(sto
 }
 
 void Panel::showsSymbol() {
-    user_.require([this] { return user_.screen.statusSymbol().width > 0; },
-                  "the panel does not show the symbol: " + panel_->errors());
+    const auto isPainted = [this] {
+        const auto [x, y, width, height] = user_.screen.statusSymbol();
+        const QRect symbol(x, y, width, height);
+        const auto screen = glance(story_.desktop.display());
+        return width > 0 && !cropped(screen, symbol, screen.pixel(x, y), 0).isNull();
+    };
+    user_.require(isPainted, "the panel does not show the symbol: " + panel_->errors());
 }
 
 // Where another application has just come to the front, the toolkit tells so a tenth of a second
