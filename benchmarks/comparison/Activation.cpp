@@ -14,7 +14,7 @@ struct Ground {
     std::optional<double> manyWindows;
 };
 
-/// Mutter takes so much of the time itself that the ratio says little of us.
+/// No budgets for Mutter: it takes so much of the time itself that the ratio says little about us.
 const std::array<Ground, 2> grounds{{
     {.windowManager = "openbox", .fewWindows = 0.25, .manyWindows = 0.4},
     {.windowManager = "mutter", .fewWindows = {}, .manyWindows = {}},

@@ -14,7 +14,7 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-/// The windows that the program tells are on the screen.
+/// The windows that the program reports as mapped.
 std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     std::vector<xcb_window_t> windows;
     std::istringstream words(account);
@@ -27,7 +27,7 @@ std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     return windows;
 }
 
-/// Keys that are down, and let go again whatever happens.
+/// Keys that are held down until this is destroyed.
 class Held {
 public:
     Held(test::KeyInjector& keyboard, std::vector<std::string> modifiers)
@@ -55,11 +55,12 @@ Arena::Arena(const std::string& windowManager) : desktop(windowManager) {
     // The peers' manuals recommend a light shell for a quick start of their commands.
     ::setenv("SHELL", "/bin/sh", 1);
     ::unsetenv("SXHKD_SHELL");
-    // A held key that repeats would ask a slow contestant again and again.
+    // The key is held until the effect comes; repetition would trigger a slow contestant again.
     if (desktop.start({"xset", "r", "off"})->wait() != 0) {
         throw std::runtime_error("keys cannot be kept from repeating");
     }
-    // The first press from another keyboard than before changes the map, which everybody is told.
+    // Not to be measured: the first press from another keyboard than before changes the keyboard
+    // map, and the server tells every client.
     keyboard.strike({combination.keyName()});
 }
 

@@ -28,8 +28,8 @@ public:
     /// windows.
     std::filesystem::path install(const std::string& name, const std::string& exec) const;
 
-    /// Where open() keeps the program of that name. Each has a file of its own, for programs can be
-    /// told apart by their files.
+    /// Where open() puts the program of that name. Each program is a copy in a file of its own,
+    /// because programs may be told apart by their files.
     std::filesystem::path programFile(const std::string& name) const;
 
     /// Opens that many windows of one program and returns the first when all can be seen.
@@ -38,11 +38,12 @@ public:
     /// Brings the window to the front as a task bar does, with the keyboard's focus.
     void bringToFront(xcb_window_t window);
 
-    /// Waits until nothing is at work: the X server, the window manager and this process all sleep.
+    /// Waits until nothing is at work: the X server, the window manager and `process` all sleep.
     void settle(pid_t process);
 
-    /// Holds the combination's modifiers, presses its key and waits for what `arrival` waits for;
-    /// the time from one to the other in seconds. Throws std::runtime_error if it never comes.
+    /// Holds the combination's modifiers, presses its key and calls `arrival`, which waits for the
+    /// effect and returns its time. Returns the seconds from the press to the effect. Throws
+    /// std::runtime_error if `arrival` returns nothing.
     double timePress(const std::function<std::optional<Clock::time_point>()>& arrival);
 
 private:

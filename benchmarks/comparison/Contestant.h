@@ -15,9 +15,8 @@ namespace hollowfernpike::bench {
 /// The combination that every contestant waits for.
 inline const test::Combination combination{7, test::control | test::option};
 
-/// Another one, by which nobody starts anything. Struck in between, it makes two presses of the one
-/// above two requests: in quick succession they are a key that is held down, for which we launch
-/// once.
+/// Another combination, which launches nothing. It is struck between two presses of `combination`,
+/// because in quick succession those count as one held key, for which we launch only once.
 inline const test::Combination interlude{8, test::control | test::option};
 
 /// An application as the desktop has it installed.
@@ -29,14 +28,14 @@ struct InstalledApplication {
 /// A program that acts on the combination: how to configure and to start it.
 struct Contestant {
     std::string name;
-    std::filesystem::path file; ///< that it reads at its start
+    std::filesystem::path file; ///< for `configuration`, read at the start
     std::string configuration;
     std::vector<std::string> arguments;
 };
 
 Contestant ours(const test::PrivateDesktop& desktop, const InstalledApplication& application);
 
-/// Peers that run `command` through their shell; `name` says which pair it is.
+/// Peers that run `command` through their shell; `name` stands for peer and command in the table.
 Contestant sxhkd(const test::PrivateDesktop& desktop, const std::string& name,
                  const std::string& command);
 Contestant xbindkeys(const test::PrivateDesktop& desktop, const std::string& name,
@@ -45,7 +44,7 @@ Contestant xbindkeys(const test::PrivateDesktop& desktop, const std::string& nam
 /// A contestant at work, from the moment when it holds the combination to its orderly end.
 class RunningContestant {
 public:
-    /// Throws std::runtime_error if it does not get there. The desktop must outlive it.
+    /// Throws std::runtime_error if it does not get the combination. The desktop must outlive it.
     RunningContestant(const test::PrivateDesktop& desktop, const Contestant& contestant);
     RunningContestant(const RunningContestant&) = delete;
     RunningContestant& operator=(const RunningContestant&) = delete;

@@ -23,7 +23,7 @@ public:
         if (::mkfifo(path.c_str(), S_IRUSR | S_IWUSR) != 0) {
             throw std::system_error(errno, std::generic_category(), path);
         }
-        // Open for both, it never ends.
+        // Open for writing, too, so that reading never meets the end of the file.
         descriptor_ = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
     }
     LaunchReports(const LaunchReports&) = delete;

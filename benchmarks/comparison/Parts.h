@@ -6,8 +6,8 @@
 
 namespace hollowfernpike::bench {
 
-/// What the parts cost by themselves: runs the micro benchmarks, each several times for at least
-/// that long, and adds the medians.
+/// What single functions cost: runs each micro benchmark `repetitions` times for at least `atLeast`
+/// and adds the medians to the table.
 void measureParts(Table& table, int repetitions, std::chrono::milliseconds atLeast);
 
 } // namespace hollowfernpike::bench

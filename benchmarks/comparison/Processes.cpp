@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 
 // Longer than a toolkit waits before it draws what has changed.
 constexpr std::chrono::milliseconds rest{50};
-constexpr int looks = 3; // at least, that find everything asleep meanwhile
+constexpr int looks = 3; // at least, in a row, with everything asleep
 
 std::filesystem::path folderOf(pid_t process) {
     return std::filesystem::path("/proc") / std::to_string(process);

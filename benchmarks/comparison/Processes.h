@@ -8,12 +8,12 @@
 
 namespace hollowfernpike::bench {
 
-/// Waits until nothing is at work: the X server, the window manager and this process all sleep.
+/// Waits until nothing is at work: the X server, the window manager and `process` all sleep.
 /// Throws std::runtime_error if that does not happen.
 void settle(test::PrivateDesktop& desktop, pid_t process);
 
-/// How often the process's threads have been switched to or from so far, by their own will or not.
-/// A thread that sleeps adds nothing.
+/// Context switches of the process's threads so far, voluntary and involuntary. A thread that
+/// sleeps adds none.
 std::int64_t contextSwitches(pid_t process);
 
 struct Memory {

@@ -19,13 +19,13 @@ struct Series {
 };
 
 /// Measures all contestants in one interleaved run: in every block each of them runs alone for a
-/// few rounds, in another order than in the block before, so that neither another's presence nor
-/// the machine's moods favour anybody. The first rounds after its start do not count. `measure` is
-/// given the contestant's process and returns seconds.
+/// few rounds, in another order than in the block before, so that no contestant disturbs another
+/// and changes of the machine's speed affect all alike. The first 2 rounds after each start do not
+/// count. `measure` is given the contestant's process and returns seconds.
 std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Rounds rounds,
                          const std::function<double(pid_t)>& measure);
 
-/// What the readers of the figures ought to know about them.
+/// How the figures were measured, for their readers.
 std::string fairness(Rounds rounds);
 
 /// Adds all series, and our median divided by the best peer's. The first series is ours.

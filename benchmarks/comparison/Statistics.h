@@ -4,8 +4,8 @@
 
 namespace hollowfernpike::bench {
 
-/// The value below which this part of the values lies, from 0 to 1, by the nearest rank. Throws
-/// std::invalid_argument if there are none.
+/// The quantile by the nearest rank: `part` of the values, from 0 to 1, are not above it. Throws
+/// std::invalid_argument if there are no values.
 double quantile(std::vector<double> values, double part);
 
 double median(const std::vector<double>& values);

@@ -8,7 +8,7 @@ namespace hollowfernpike::bench {
 
 enum class Unit { seconds, bytes, count, ratio };
 
-/// For people: "0.91 ms", "85 ns", "24.3 MB", "0.25".
+/// For people: "1.91 ms", "85.0 ns", "24.3 MiB", "0.25".
 std::string format(double value, Unit unit);
 
 struct Figure {
@@ -25,13 +25,13 @@ public:
     /// A title above the figures that follow, and what has to be known about them.
     void section(const std::string& title, const std::string& remark = {});
 
-    /// Throws std::range_error if the figure cannot be true, whatever the machine.
+    /// Throws std::range_error if the figure is impossible on any machine, such as a time below 0.
     void add(const Figure& figure);
 
     /// What could not be measured, and why.
     void addFailure(const std::string& what, const std::string& why);
 
-    /// The last line: whether all budgets are met, or else which are missed.
+    /// Prints what could not be measured and which budgets are missed, or that none is.
     void finish() const;
 
     bool isComplete() const { return failures_.empty(); }

@@ -28,7 +28,7 @@ constexpr std::size_t shortcuts = 1000;
 constexpr std::size_t applications = 40;
 constexpr std::size_t entries = 500;
 
-/// None of those with which text is typed and marked.
+/// No bare keys and none with Shift or Control alone, because those type and select text.
 std::vector<test::Combination> combinations() {
     constexpr std::array<std::uint64_t, 3> typing{0, test::shift, test::control};
     std::vector<test::Combination> all;
@@ -53,7 +53,7 @@ std::string nameOf(std::size_t application) {
 class WindowsScene {
 public:
     WindowsScene() {
-        story_.unbindWindowManager(); // the list has what it would like to have
+        story_.unbindWindowManager(); // it would hold combinations of the list
         std::vector<const test::Application*> installed;
         for (std::size_t number = 0; number < applications; ++number) {
             installed.push_back(&story_.install(nameOf(number)));
@@ -123,7 +123,7 @@ private:
         user_.managementComes();
     }
 
-    /// The display takes some time to give back so many combinations.
+    /// Waits for the combinations, too: the X server takes some time to release so many.
     void end() {
         story_.utility().signal(SIGTERM);
         if (!story_.utility().wait() || !story_.isFree(combinations().back())) {
@@ -133,7 +133,7 @@ private:
 
     void rest() { settle(story_.desktop, story_.utility().pid()); }
 
-    /// Sees once how the list looks with all shortcuts and without the first.
+    /// Records how the list looks with all shortcuts and without the first, then the panel.
     void learnLooks() {
         story_.startUtility();
         user_.openManagement();

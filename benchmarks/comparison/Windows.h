@@ -6,7 +6,7 @@ namespace hollowfernpike::bench {
 
 struct WindowsEffort {
     int starts = 0;  ///< of the program, each with one first opening
-    int changes = 0; ///< of each kind, and openings of the panel
+    int changes = 0; ///< deletions, imports, openings of the panel: each
 };
 
 /// How long people wait for the management window when the list is long: from asking for it until

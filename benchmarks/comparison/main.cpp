@@ -1,6 +1,6 @@
-// Measures what the program promises: its parts by themselves, then the whole of it on a private
-// desktop, side by side with other hotkey tools. Ends with 0 unless something could not be
-// measured.
+// Measures what the program costs: single functions, then the whole program on a private desktop,
+// its key presses side by side with other hotkey tools. Ends with 0 unless something could not be
+// measured; a missed budget does not count.
 
 #include "comparison/Activation.h"
 #include "comparison/Launch.h"
@@ -32,7 +32,7 @@ struct Effort {
     std::chrono::milliseconds atLeast = 200ms;
 };
 
-/// Enough to see that everything can be measured, not for the figures' sake.
+/// Enough to see that everything can be measured; the figures say nothing.
 constexpr Effort quick{.activation = {.blocks = 1, .perBlock = 3},
                        .launch = {.blocks = 1, .perBlock = 3},
                        .residence = {.idle = 1s, .typedKeys = 20, .starts = 2},
@@ -40,7 +40,7 @@ constexpr Effort quick{.activation = {.blocks = 1, .perBlock = 3},
                        .repetitions = 2,
                        .atLeast = 1ms};
 
-/// Something to measure, by the name that chooses it.
+/// Something to measure, and the argument that chooses it.
 struct Section {
     std::string_view name;
     std::function<void(Table&, const Effort&)> measure;

@@ -168,7 +168,7 @@ private:
     };
 };
 
-/// `count` key presses in an order that no cache foresees, from the one numbered `first` on.
+/// `count` key presses from number `first` on, shuffled so that caches cannot predict them.
 std::vector<platform::KeyEvent> shuffledKeyPresses(std::int64_t first, std::int64_t count) {
     std::vector<platform::KeyEvent> presses;
     for (std::int64_t index = first; index < first + count; ++index) {

@@ -47,7 +47,7 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
     services_.accessibilityTrust.isProcessTrustedWithPrompt();
-    AppLauncher::shared(); // so that the first key press does not pay for it
+    AppLauncher::shared(); // made now, so that the first key press need not
     auto& center = services_.notificationCenter;
     shortcutsObservation_ =
         center.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });

@@ -12,9 +12,9 @@ namespace hollowfernpike {
 
 class MainWindowController;
 
-/// Starts the utility when the application object is ready, owns its status item and menu, answers
-/// to the menu's actions, and takes the utility down before it ends. Closing the last window does
-/// not end it. Lives for the whole run. Main thread only.
+/// Starts the utility when the application object is ready, owns its status item and menu, performs
+/// the menu's actions, and stops the utility before the process ends. Closing the last window does
+/// not end the utility. Lives for the whole run. Main thread only.
 class AppDelegate final : public platform::ApplicationDelegate {
 public:
     explicit AppDelegate(const platform::Services& services);
@@ -22,15 +22,15 @@ public:
     AppDelegate& operator=(const AppDelegate&) = delete;
     ~AppDelegate() override;
 
-    /// Asks for the permission to see key presses, brings the combinations to life, then shows the
-    /// status item.
+    /// Asks for the permission to see key presses, starts watching for the combinations, then shows
+    /// the status item.
     void applicationDidFinishLaunching() override;
 
     /// Gives back everything held of the desktop.
     void applicationWillTerminate() override;
 
-    /// The actions of the menu, by the names of the functions below. While a dialog waits for its
-    /// answer it comes to the front instead; only quitting does not wait.
+    /// Performs an action of the menu, named like one of the functions below. While a modal dialog
+    /// is open, brings it to the front instead; only quitApp is performed even then.
     void performAction(std::string_view action, const platform::MenuItem* sender) override;
 
     /// Shows the one management window, made on first use and kept from then on.

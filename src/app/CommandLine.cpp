@@ -10,7 +10,7 @@ namespace {
 
 using Purpose = CommandLine::Purpose;
 
-// Those that make sense without a menu item that asks for them.
+// The delegate's actions that make sense outside its menu.
 constexpr std::array<std::string_view, 4> actions{"openMainWindow", "exportShortcuts",
                                                   "importShortcuts", "quitApp"};
 

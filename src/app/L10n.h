@@ -9,7 +9,7 @@ namespace hollowfernpike::L10n::Main {
 /// The question before a shortcut is deleted. The name is inserted as it is.
 std::string deleteConfirmTitle(std::string_view appName);
 
-/// Which keys it is about.
+/// The text under that question: the shortcut's keys.
 std::string deleteConfirmInfo(std::string_view displayString);
 
 } // namespace hollowfernpike::L10n::Main

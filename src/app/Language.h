@@ -6,11 +6,11 @@
 
 namespace hollowfernpike {
 
-/// Posted on the notification centre whenever the language has been chosen, the same one included.
+/// Posted on the notification centre whenever a language was chosen, even if it is the same one.
 inline constexpr std::string_view languageDidChange = "languageDidChange";
 
-/// The language of the interface. Every text exists in both; which one is taken is decided when the
-/// text is built, and whoever built it builds it anew on `languageDidChange`.
+/// The language of the interface. Every text exists in both languages and is chosen when it is
+/// built; code that builds texts has to rebuild them on `languageDidChange`.
 class Language {
 public:
     enum Case : unsigned char { japanese, english };
@@ -24,11 +24,11 @@ public:
     static constexpr std::optional<Language> fromRawValue(std::string_view rawValue);
     constexpr std::string_view rawValue() const { return value_ == english ? "en" : "ja"; }
 
-    /// The user's choice, Japanese before there is one. The desktop's own language has no say.
-    /// Cheap: ask for every text, keep no answer. Main thread only.
+    /// The user's choice; Japanese before there is one, whatever the desktop's language. Cheap, so
+    /// call it for every text instead of keeping the result. Main thread only.
     static Language current();
 
-    /// Keeps the choice and announces it before it returns. Main thread only.
+    /// Stores the choice and posts `languageDidChange` before returning. Main thread only.
     static void setCurrent(Language language);
 
     constexpr bool operator==(const Language&) const = default;
@@ -50,7 +50,7 @@ constexpr std::optional<Language> Language::fromRawValue(std::string_view rawVal
 
 /// The one of two texts that is in the current language.
 template <class Text>
-// NOLINTNEXTLINE(performance-unnecessary-value-param): what is in quotes is passed as a pointer
+// NOLINTNEXTLINE(performance-unnecessary-value-param): string literals are passed as pointers
 Text localized(Text japanese, Text english) {
     return Language::current() == Language::english ? english : japanese;
 }

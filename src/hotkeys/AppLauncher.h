@@ -16,14 +16,14 @@ public:
     /// Made on first use.
     static AppLauncher& shared() { return *platform::SharedInstance<AppLauncher>::get(); }
 
-    /// Brings forward the process that owns a visible window named `appName`, whatever the bundle
-    /// identifier says; else the first running application with `bundleIdentifier`, unless that
-    /// one is terminated; else launches the bundle at `appPath`, without waiting for it.
+    /// Brings forward the process that findPIDByWindowOwnerName(appName) finds, whatever its bundle
+    /// identifier; else the first running application with `bundleIdentifier`, unless that one is
+    /// terminated; else launches the bundle at `appPath`, without waiting for it.
     void performLaunchOrActivate(const std::string& bundleIdentifier, const std::string& appName,
                                  const std::string& appPath);
 
-    /// The owner of the frontmost ordinary window whose owner's name is `name` under Unicode
-    /// canonical equivalence.
+    /// The process of the frontmost visible ordinary window whose owner's name equals `name` under
+    /// Unicode canonical equivalence.
     std::optional<std::int32_t> findPIDByWindowOwnerName(std::string_view name);
 
 private:

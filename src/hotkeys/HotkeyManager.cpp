@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::chrono::milliseconds retryInterval{5000};
 
-/// Most key presses are bound to nothing; an empty bucket tells without touching any shortcut.
+/// Load factor of the map. Low, because most key presses are bound to nothing, and an empty bucket
+/// shows that without a look at any shortcut.
 constexpr float sparse = 0.25F;
 
 void enableTapAfterCallback() {
@@ -27,8 +28,8 @@ void enableTapAfterCallback() {
     });
 }
 
-/// The key press is consumed whatever becomes of the launch. Services do not throw, but memory may
-/// run out.
+/// Drops exceptions, because the key press is consumed even if the launch fails. Services do not
+/// throw, but memory may run out.
 void launch(const AppShortcut& shortcut) {
     try {
         AppLauncher::shared().performLaunchOrActivate(shortcut.appBundleIdentifier,

@@ -12,13 +12,12 @@
 
 namespace hollowfernpike {
 
-/// Every shortcut under the text of its `ShortcutMapKey`.
+/// Shortcuts by the text of their `ShortcutMapKey`.
 using ShortcutMap =
     std::unordered_map<std::string, AppShortcut, TransparentTextHash, std::equal_to<>>;
 
 /// Watches the key presses of the whole desktop, swallows those that are bound and hands their
-/// shortcuts to the launcher. Silent: what fails here is neither logged nor shown. Main thread
-/// only.
+/// shortcuts to the launcher. Failures are neither logged nor shown. Main thread only.
 class HotkeyManager : public std::enable_shared_from_this<HotkeyManager> {
 public:
     /// Made on first use.
@@ -37,7 +36,7 @@ public:
     void stop();
 
     /// The map as it is now, never null. A later change makes a new map and leaves this one as it
-    /// is, so whoever looks a shortcut up may act on it while the list changes.
+    /// is, so a shortcut found in this one stays valid while the list changes.
     std::shared_ptr<const ShortcutMap> shortcutMap() const { return shortcutMap_; }
 
     /// The installed tap and what attaches it to the main loop; both null while there is none.
@@ -60,9 +59,9 @@ private:
 };
 
 /// The callback of the manager's tap, a `platform::EventTapCallback`. Launches what is bound to the
-/// key press and returns null; passes everything else on by returning `event`. Has a tap that
-/// reports itself disabled enabled again right after it returns. Needs neither `proxy` nor
-/// `userInfo`. Ends the process on a key code outside 0 to 65535. Never throws.
+/// key press and returns null; passes everything else on by returning `event`. When the tap reports
+/// itself disabled, enables it again right after returning. Ignores `proxy` and `userInfo`. Ends
+/// the process on a key code outside 0 to 65535. Never throws.
 const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* proxy,
                                                  platform::EventType type,
                                                  const platform::KeyEvent* event,

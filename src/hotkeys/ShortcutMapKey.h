@@ -12,8 +12,8 @@
 namespace hollowfernpike {
 
 /// The text under which a combination is kept and looked up: the key code, ":" and the masked
-/// modifier flags, both in decimal ("0:1179648"). Needs no memory of its own, since one is formed
-/// for every key press.
+/// modifier flags, both in decimal ("0:1179648"). Allocates nothing, because one is made for every
+/// key press.
 class ShortcutMapKey {
 public:
     ShortcutMapKey(std::uint16_t keyCode, std::uint64_t modifierFlags) {
@@ -34,7 +34,7 @@ private:
     std::size_t length_ = 0;
 };
 
-/// Lets a map with texts as keys be asked with any kind of text.
+/// Lets a map with string keys be searched with a string_view, without making a string.
 struct TransparentTextHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const noexcept {

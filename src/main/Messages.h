@@ -6,7 +6,7 @@
 
 namespace hollowfernpike {
 
-/// Tells whoever started the program, in both languages, on standard error.
+/// Writes the message to standard error, in both languages.
 inline void tell(const platform::LocalizedError& message) {
     std::cerr << message.japanese() << '\n' << message.english() << std::endl;
 }

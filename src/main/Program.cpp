@@ -45,7 +45,7 @@ void Program::perform(const freedesktop::InstanceRequest& request) {
 }
 
 int Program::run(const std::string& action) {
-    // The first key press would pay for reading the applications and the windows' owners.
+    // Reads the applications and the windows' owners now, so that the first key press need not.
     mainQueue_.async([this] {
         if (isLive()) {
             desktop_->windows().clientWindows();

@@ -31,10 +31,10 @@
 
 namespace hollowfernpike {
 
-/// What a launcher asks for that asks for nothing in particular.
+/// The action of a start that names none.
 inline constexpr auto defaultAction = "openMainWindow";
 
-/// Hands the services over for as long as it lives.
+/// Makes platform::services() return these services for as long as it lives.
 class ServicesHandOver {
 public:
     explicit ServicesHandOver(const platform::Services& services) {
@@ -45,10 +45,10 @@ public:
     ~ServicesHandOver() { platform::setServices(nullptr); }
 };
 
-/// The program from its start to its end. Made when there is a QApplication. Main thread only.
+/// The running program: its services and its delegate. Needs a QApplication. Main thread only.
 class Program {
 public:
-    /// All but the first outlive this. The bus is null where there is none.
+    /// All arguments but `desktop` outlive this. `bus` is null where there is none.
     Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
             qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus);
     Program(const Program&) = delete;
@@ -57,11 +57,11 @@ public:
 
     platform::RunLoop& runLoop() { return runLoop_; }
 
-    /// What was asked for from outside, by a launcher or another start of the program.
-    /// Returns before it is done: dialogs may last.
+    /// Performs a request from outside, by a launcher or another start of the program. Returns
+    /// before it is done, because it may open a dialog that blocks.
     void perform(const freedesktop::InstanceRequest& request);
 
-    /// Performs the action, if there is one, and everything that comes; returns the exit status.
+    /// Performs `action` unless it is empty, handles events to the end, returns the exit status.
     int run(const std::string& action);
 
 private:

@@ -10,8 +10,9 @@
 
 namespace hollowfernpike {
 
-/// Asks the desktop whether it trusts us, and tells the user what is missing: in a window as often
-/// as asked, and on standard error once. Closes the window when nothing is missing any more.
+/// Asks the desktop whether it trusts us. A prompt opens a window that says what is missing, and
+/// writes that to standard error unless the last prompt wrote the same. Closes the window once
+/// nothing is missing.
 class TrustPrompt final : public platform::AccessibilityTrust {
 public:
     /// The desktop outlives this.

@@ -46,15 +46,16 @@ std::unique_ptr<platform::FoundDesktop> findDesktop() {
     return nullptr;
 }
 
-/// A reader of our diagnostics may go away at any time; and a utility that a terminal has stopped
-/// would hold the keyboard at the next bound key press.
+/// SIGPIPE, because a reader of our diagnostics may go away. The others, because a program that its
+/// terminal has stopped would leave the keyboard frozen at the next bound key press.
 void ignoreSignals() {
     for (const int number : {SIGPIPE, SIGTSTP, SIGTTIN, SIGTTOU}) {
         std::signal(number, SIG_IGN);
     }
 }
 
-/// The toolkit asks the bus for answers without looking whether it has ended in this very moment.
+/// The toolkit may still use a bus connection that has just closed; libdbus would abort the process
+/// for that.
 void surviveTheEndOfTheBus() {
     freedesktop::setOwnVariable("DBUS_FATAL_WARNINGS", "0");
 }
@@ -64,8 +65,8 @@ std::string variable(const char* name) {
     return value == nullptr ? std::string{} : value;
 }
 
-/// Of our own start, which the desktop waits to see ended; empty if it does not. The toolkit takes
-/// it away.
+/// Identifier of our own start, whose notice the desktop shows until we end it; empty if there is
+/// none. To be read before the toolkit removes it from the environment.
 std::string ownStartupIdentifier() {
     const auto identifier = variable("DESKTOP_STARTUP_ID");
     return identifier.empty() ? variable("XDG_ACTIVATION_TOKEN") : identifier;

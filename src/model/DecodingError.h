@@ -16,7 +16,7 @@ struct Wording {
     std::string_view english;
 };
 
-/// A place in a document: both counted from 1, columns in characters.
+/// A place in a document. Line and column count from 1; columns are characters.
 struct TextPosition {
     std::size_t line = 1;
     std::size_t column = 1;
@@ -28,8 +28,8 @@ struct FieldPosition {
     RecordKey key = RecordKey::id;
 };
 
-/// Why a document is not a list of shortcuts. The descriptions say where; a value of the document
-/// is quoted in them on one line, and cut if it is long.
+/// Why a document is not a list of shortcuts. The descriptions say where, and quote the wrong value
+/// on one line, cut after 60 characters.
 class DecodingError : public platform::LocalizedError {
 public:
     using LocalizedError::LocalizedError;

@@ -11,7 +11,7 @@ public:
     KeyCodeMapper() = delete;
 
     /// The key's name, such as "A", "Space" or "←"; "Key(50)" for a code that has none. Keypad
-    /// digits are called as those of the top row.
+    /// digits have the same names as those of the top row.
     static std::string keyName(std::uint16_t keyCode);
 };
 

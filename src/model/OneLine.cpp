@@ -41,7 +41,7 @@ std::string longSequence(std::string_view sequence) {
     return std::string{sequence};
 }
 
-/// Takes one character, or one byte that is none, off the front of `rest`.
+/// Takes one character, or one byte that is not UTF-8, off the front of `rest`.
 std::string_view takeCharacter(std::string_view& rest) {
     const auto character = rest.substr(0, std::max<std::size_t>(utf8SequenceLength(rest), 1));
     rest.remove_prefix(character.size());

@@ -6,11 +6,11 @@
 
 namespace hollowfernpike {
 
-/// The text as it may stand in one line of a log or a message: line breaks and other control
-/// characters become escapes such as \n, \u0007 or \u2028, bytes that are not UTF-8 such as \xff.
+/// The text made fit for one line of a log or a message: line breaks and other control characters
+/// become escapes such as \n, \u0007 or \u2028; bytes that are not UTF-8 become ones such as \xff.
 std::string oneLine(std::string_view text);
 
-/// The same of the first `characters` code points, with "..." behind if some were left out.
+/// The same for the first `characters` code points, followed by "..." if some were left out.
 std::string excerpt(std::string_view text, std::size_t characters = 60);
 
 } // namespace hollowfernpike

@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-/// Carries the user's settings over from a domain that an earlier build wrote. Runs once for a
-/// user: a marker in the target says so, whatever was found. Main thread only.
+/// Carries the user's settings over from a domain that an earlier build wrote. Runs once per user:
+/// it leaves a marker in the target, even if it found nothing. Main thread only.
 namespace hollowfernpike::PreferencesMigration {
 
-/// Copies from the first of the domains `previous` that holds anything worth keeping what `into`
-/// has no value for, and returns the domain's name; nothing if there is none, or if this has run
-/// before. What desktops write of their own accord, such as where windows were, is left behind; the
-/// old domain stays as it is.
+/// Takes the first domain of `previous` that has settings worth keeping, copies those for which
+/// `into` has no value, and returns the domain's name; nothing if there is no such domain, or if
+/// this has run before. Settings that desktops write by themselves, such as window positions, are
+/// not copied. The old domain stays as it is.
 std::optional<std::string> run(platform::UserDefaults& into,
                                std::span<const std::string_view> previous);
 

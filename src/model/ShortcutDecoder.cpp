@@ -16,9 +16,9 @@ namespace {
 
 using rapidjson::SizeType;
 
-/// Hands the reader's events on. Every string passes through here once, so this is where its text
-/// is checked; the reader itself lets a lone low surrogate through. The text of a number is that of
-/// the document, whatever the stream has in its place.
+/// Passes the reader's events on to the list. Checks that strings are UTF-8, because the reader
+/// lets a lone low surrogate through. Takes the text of a number from the document, because the
+/// stream may have a zero in its place.
 class EventHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, EventHandler> {
 public:
     EventHandler(std::string_view document, const rapidjson::MemoryStream& stream,
@@ -63,7 +63,7 @@ private:
     ShortcutListReader& list_;
 };
 
-/// Reads the document, or rather `text`, which differs from it in its numbers at most.
+/// Parses `text`: the document, or a copy of it with zeros for long numbers.
 rapidjson::ParseResult read(std::string_view document, std::string_view text,
                             ShortcutListReader& list) {
     rapidjson::MemoryStream stream{text.data(), text.size()};
@@ -74,7 +74,7 @@ rapidjson::ParseResult read(std::string_view document, std::string_view text,
     constexpr unsigned flags =
         rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
     const auto result = reader.Parse<flags>(stream, handler);
-    // The stream shows its end as a zero byte, so a zero byte in the document looks like one.
+    // The stream marks its end by a zero byte, so the reader also stops at one in the document.
     if (!result.IsError() && stream.Tell() < text.size()) {
         return {rapidjson::kParseErrorDocumentRootNotSingular, stream.Tell()};
     }
@@ -129,7 +129,7 @@ std::vector<AppShortcut> decodeShortcuts(std::string_view document) {
     document = withoutByteOrderMark(document);
     ShortcutListReader list;
     auto result = read(document, document, list);
-    // The reader refuses numbers beyond a double, although it leaves their values to us.
+    // The reader refuses numbers too large for a double, although it only passes on their text.
     if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
         list = {};
         result = read(document, withZerosForNumbers(document), list);

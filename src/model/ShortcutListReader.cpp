@@ -56,8 +56,8 @@ private:
     std::size_t element_;
 };
 
-/// Throws `DecodingError` at the first key, in encoding order, that is missing or holds what does
-/// not fit; `element` counts from 1.
+/// Throws `DecodingError` at the first key, in encoding order, that is missing or has a wrong
+/// value; `element` counts from 1.
 AppShortcut decodeRecord(RecordMembers& members, std::size_t element) {
     RecordReader reader(members, element);
     AppShortcut shortcut;

@@ -13,12 +13,12 @@
 
 namespace hollowfernpike {
 
-/// What an object of the document holds under the keys of a record, by `RecordKey`; absent where
-/// the key is missing.
+/// The values that an object of the document has for the keys of a record, indexed by `RecordKey`;
+/// absent where the key is missing.
 using RecordMembers = std::array<std::optional<JsonValue>, recordKeyNames.size()>;
 
-/// Makes a list of shortcuts out of the events of a JSON reader: a value for every scalar, open and
-/// close around what arrays and objects hold, a key before every member.
+/// Builds a list of shortcuts from a JSON reader's events: value() for every scalar, open() and
+/// close() around the contents of arrays and objects, key() before every member.
 class ShortcutListReader {
 public:
     void value(JsonType type, std::string_view text);
@@ -26,7 +26,7 @@ public:
     void open(JsonType type);
     void close();
 
-    /// What was read, once the document has ended. Throws the first error of the document.
+    /// The list, after the document's end. Throws the first error of the document.
     std::vector<AppShortcut> take();
 
 private:
@@ -36,7 +36,7 @@ private:
     std::vector<AppShortcut> shortcuts_;
     std::optional<DecodingError> error_; ///< once set, the rest is skipped
     RecordMembers members_;
-    std::optional<RecordKey> key_; ///< whose value comes next, if it is one of a record's
+    std::optional<RecordKey> key_; ///< of the value that comes next; absent if unknown
     std::size_t depth_ = 0;        ///< arrays and objects that are open
 };
 

@@ -69,7 +69,7 @@ void ShortcutStore::update(const AppShortcut& shortcut) {
 }
 
 void ShortcutStore::remove(const UUID& id) {
-    // The caller's `id` may be that of a record in the list, which moves while it shrinks.
+    // Compares with a copy: `id` may refer into a record of the list, which erasing overwrites.
     std::erase_if(shortcuts_, [id = id](const AppShortcut& known) { return known.id == id; });
     commit();
 }

@@ -13,11 +13,12 @@
 
 namespace hollowfernpike {
 
-/// Posted on the notification centre after every change of the list, when the file is written.
+/// Posted on the notification centre after every change of the list, once the file was written or
+/// writing it has failed.
 inline constexpr std::string_view shortcutsDidChange = "shortcutsDidChange";
 
-/// Owns the list of shortcuts and its file. Every change is written at once; a change whose writing
-/// fails is kept in memory and logged. Main thread only.
+/// Owns the list of shortcuts and its file. Every change is written at once; if that fails, the
+/// change stays in memory and the failure is logged. Main thread only.
 class ShortcutStore {
 public:
     /// Made, and its file loaded, on first use. Ends the process if the desktop knows no directory
@@ -27,8 +28,8 @@ public:
     const std::vector<AppShortcut>& shortcuts() const { return shortcuts_; }
     const std::filesystem::path& fileURL() const { return fileURL_; }
 
-    /// Appends the shortcut, unless one with the same key code and the same whole flag word is
-    /// there: then logs a warning and changes nothing.
+    /// Appends the shortcut. If the list has one with the same key code and the same whole flag
+    /// word, logs a warning and changes nothing instead.
     void add(const AppShortcut& shortcut);
 
     /// Replaces the first record with the same `id`. Does nothing if there is none; logs a warning
@@ -41,8 +42,8 @@ public:
     /// The list as a document for people: indented, keys sorted. Absent, and logged, on failure.
     std::optional<std::string> exportData() const;
 
-    /// Replaces the list by the document's, as it stands. Throws `platform::LocalizedError` and
-    /// changes nothing if the document is not a list of shortcuts.
+    /// Replaces the list by the document's, repeated combinations included. Throws
+    /// `platform::LocalizedError` and changes nothing if the document is not a list of shortcuts.
     void importData(std::string_view data);
 
 private:

@@ -12,7 +12,7 @@ constexpr std::string_view digits = "0123456789ABCDEF";
 
 constexpr std::uint8_t noDigit = 0xFF;
 
-/// By character, because the digits of a UUID are random and so would be the branches.
+/// By character. A table, because branches on random digits would be mispredicted.
 constexpr auto digitValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(noDigit);

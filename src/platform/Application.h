@@ -8,15 +8,15 @@
 
 namespace hollowfernpike::platform {
 
-/// How the desktop counts us: with our windows in its task bar, or beside the other applications.
+/// How the desktop shows us: `regular` with our windows in its task bar, `accessory` without.
 enum class ActivationPolicy { regular = 0, accessory = 1 };
 
 struct ApplicationWindow {
-    bool isVisible = false; ///< a minimised window is not
+    bool isVisible = false; ///< false for a minimised window
     std::string className;  ///< contains "StatusBar" if it belongs to the status item
 };
 
-/// Told of the beginning and the end of the run, and asked for actions that name no target.
+/// Is told when the run begins and ends, and performs the actions that name no target.
 class ApplicationDelegate : public ActionTarget {
 public:
     virtual void applicationDidFinishLaunching() = 0;
@@ -29,12 +29,13 @@ public:
     /// The delegate stays the caller's and outlives the run.
     virtual void setDelegate(ApplicationDelegate* delegate) = 0;
 
-    /// Holds for the windows that are open and for those that come. While the desktop has no status
-    /// bar, windows show in the task bar whatever the policy: there is no other way back to them.
+    /// Applies to open and to future windows. While the desktop has no status bar, windows show in
+    /// the task bar whatever the policy, because there is no other way back to them.
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
 
-    /// Brings our key window to the front, whatever application is there: with the sheet on it if
-    /// it has one, but not those on others. A dialog that holds everything up comes instead.
+    /// Brings our key window to the front, before the windows of other applications. A sheet on it
+    /// comes with it, sheets on other windows do not. If a dialog that blocks the whole application
+    /// is open, it comes instead.
     virtual void activateIgnoringOtherApps() = 0;
 
     /// All windows of ours, visible or not.

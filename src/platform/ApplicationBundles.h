@@ -10,7 +10,7 @@
 namespace hollowfernpike::platform {
 
 /// Where to find the icon of a file: a name in the user's icon theme or an image of its own. Both
-/// empty for an icon that nobody knows.
+/// are empty if no icon is known.
 struct FileIcon {
     std::string themeName;
     std::string imageFile; ///< absolute path

@@ -22,8 +22,8 @@ class Windows;
 /// whether or not the desktop trusts us yet. Main thread only.
 class Desktop : public Interface {
 public:
-    /// What keeps us from the keys of the whole desktop, and what the user can do about it; absent
-    /// if nothing does. Asked anew each time: the answer may change while the process runs.
+    /// Why we cannot see or swallow the keys of the whole desktop, and what the user can do about
+    /// it; absent if we can. Asked anew each time: the answer may change while the process runs.
     virtual std::optional<LocalizedError> trustProblem() = 0;
 
     virtual EventTaps& eventTaps() = 0;
@@ -31,11 +31,11 @@ public:
     virtual OwnWindows& ownWindows() = 0;
     virtual LaunchFeedback& launchFeedback() = 0;
 
-    /// Null where there is none of the older kind.
+    /// Null if this kind of session has no tray that embeds windows of other programs.
     virtual SystemTray* systemTray() = 0;
 };
 
-/// What a desktop uses of the program, which outlives it.
+/// What a desktop uses of the program. All of it outlives the desktop.
 struct DesktopHost {
     MainQueue& mainQueue;
     RunLoop& runLoop;
@@ -55,7 +55,7 @@ public:
 
 /// One kind of session.
 struct DesktopKind {
-    /// Null if this session is of another kind, or there is none. Starts nothing.
+    /// Null if there is no session or it is of another kind. Starts nothing.
     std::unique_ptr<FoundDesktop> (*find)();
 
     /// What to tell the user if the session is of none of the kinds that the program knows.

@@ -15,10 +15,10 @@ inline constexpr EventType eventKeyDown = 10;
 inline constexpr EventType eventTapDisabledByTimeout = 0xFFFFFFFE;
 inline constexpr EventType eventTapDisabledByUserInput = 0xFFFFFFFF;
 
-/// Bits of the 64-bit flag word of a key event. The four modifiers of a shortcut are
-/// model's business (`modifierMask`); a backend sets these too where they apply. Taps of both kinds
-/// agree on them: of a press that no active tap would swallow, such as one with AltGr, none of the
-/// four is set.
+/// Bits of the 64-bit flag word of a key event. Four of them are the modifiers of a shortcut
+/// (`modifierMask` of the model); a backend sets the others, too, where they apply. Taps of both
+/// kinds set these four alike: none of them for a press that no active tap would swallow, such as
+/// one with AltGr.
 namespace event_flags {
 inline constexpr std::uint64_t nonCoalesced = 0x100;
 inline constexpr std::uint64_t capsLock = 0x10000;
@@ -50,13 +50,14 @@ struct KeyCombination {
 class EventTap;
 
 /// Called on the main thread for every key-down that the tap sees, and with one of the two
-/// "disabled" types, `event` null, when the tap was switched off from outside and wants enabling
+/// "disabled" types, `event` null, when the tap was switched off from outside and has to be enabled
 /// again. Returns `event` to let it pass or null to swallow it.
 ///
-/// A tap that holds its combinations as grabs has taken the press before it asks: there, what was
-/// of interest at the moment of the press is swallowed whatever the callback returns, and presses
-/// that another client keeps to itself for the moment, as an open menu does, are not seen. No tap
-/// sees what is typed into a screen locker, once the modifiers held when it came are let go.
+/// An active tap that holds its combinations as grabs has already taken the press when it calls: a
+/// press that was of interest when it happened is swallowed whatever the callback returns. Such a
+/// tap does not see presses while another client keeps them to itself, as an open menu does. No tap
+/// sees what is typed into a screen locker, once the modifiers that were held when the locker came
+/// up have been released.
 using EventTapCallback = const KeyEvent* (*)(EventTap* proxy, EventType type, const KeyEvent* event,
                                              void* userInfo);
 
@@ -82,8 +83,8 @@ public:
     /// an active one that sees every key, ignores the call. Takes effect at once if enabled.
     virtual void setInterest(std::span<const KeyCombination> combinations) = 0;
 
-    /// Those of the interest that are seen but cannot be swallowed now, because another client of
-    /// the desktop holds them; delivered as by a listen-only tap. Empty while disabled.
+    /// The combinations of interest that are seen but cannot be swallowed now, because another
+    /// client of the desktop holds them; delivered as by a listen-only tap. Empty while disabled.
     virtual std::vector<KeyCombination> listenOnlyCombinations() const = 0;
 
     /// The source that attaches this tap to the main loop. One per tap.

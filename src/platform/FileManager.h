@@ -36,7 +36,7 @@ public:
     /// Makes a directory and its missing parents, private to the user. One that exists is no error.
     virtual void createDirectory(const std::filesystem::path& directory) = 0;
 
-    /// Whether something is there; a broken symbolic link is not. Never throws.
+    /// Whether something is there; false for a broken symbolic link. Never throws.
     virtual bool fileExists(const std::filesystem::path& file) = 0;
 
     /// The whole file.

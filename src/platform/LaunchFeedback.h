@@ -14,7 +14,7 @@ struct StartingApplication {
     std::string entryPath;
     std::string program;     ///< first word of the command line
     std::string windowClass; ///< the class its windows will carry, if its entry says so
-    bool announces = false;  ///< its entry promises to end the start-up notice itself
+    bool announces = false;  ///< its entry promises that it ends the start-up notice
 };
 
 /// Tells the desktop that the user asked for an application, so that its first window may take the
@@ -23,17 +23,17 @@ class LaunchFeedback : public Interface {
 public:
     /// Returns the identifier to hand to the new process (DESKTOP_STARTUP_ID; the desktop's own
     /// activation token elsewhere), carrying the time of the last key press that a tap delivered.
-    /// Shows a start-up notice if the application announces. Empty when the desktop has no such
-    /// thing.
+    /// Shows a start-up notice if `application.announces`. Empty when the desktop has no such
+    /// identifiers.
     virtual std::string begin(const StartingApplication& application) = 0;
 
-    /// Takes back the notice of a start that came to nothing or takes too long. Unknown
-    /// identifiers are ignored.
+    /// Takes back the notice of a start that failed or takes too long. Unknown identifiers are
+    /// ignored.
     virtual void end(const std::string& identifier) = 0;
 
     /// How many times the user has pressed a combination so far, as the taps tell it: a combination
-    /// that is held down counts once, however often it repeats. Tells whether the user is still
-    /// asking for the same, or has asked for something else since.
+    /// that is held down counts once, however often it repeats. As long as the count stays the
+    /// same, the user has asked for nothing new.
     virtual std::uint64_t holdCount() = 0;
 };
 

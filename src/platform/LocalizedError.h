@@ -6,8 +6,9 @@
 
 namespace hollowfernpike::platform {
 
-/// An error whose description people read: in both languages of the interface, chosen by whoever
-/// shows it. Diagnostics take the Japanese one.
+/// An error whose description people read. It has one in each language of the interface; the code
+/// that shows it chooses. Messages on standard output take the Japanese one, debug logs the English
+/// one.
 class LocalizedError : public std::exception {
 public:
     LocalizedError(std::string japanese, std::string english)

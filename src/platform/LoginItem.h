@@ -12,16 +12,16 @@ enum class LoginItemStatus {
     notFound = 3,         ///< registered, but what it would start is gone
 };
 
-/// Whether this program starts when the user logs in. The desktop keeps that, not we: asked and
-/// changed anew each time. Main thread only.
+/// Whether this program starts when the user logs in. The desktop keeps this setting: every call
+/// reads or changes it there. Main thread only.
 class LoginItem : public Interface {
 public:
     virtual LoginItemStatus status() = 0;
 
-    /// Has the program that is running now started at login. Throws `LocalizedError`.
+    /// Makes the desktop start the program that is running now at login. Throws `LocalizedError`.
     virtual void registerItem() = 0;
 
-    /// Ends that. Throws `LocalizedError`.
+    /// Makes the desktop no longer start it. Throws `LocalizedError`.
     virtual void unregisterItem() = 0;
 };
 

@@ -14,8 +14,8 @@ public:
     /// or has yet to come.
     virtual void setShownInTaskBar(std::uintptr_t window, bool shown) = 0;
 
-    /// Puts the window before all others, gives it the keys, and goes to the workspace on which it
-    /// lies. To be called when the user asks for the window.
+    /// Puts the window in front of all others, gives it the keyboard focus, and switches to its
+    /// workspace. To be called when the user asks for the window.
     virtual void bringToFront(std::uintptr_t window) = 0;
 };
 

@@ -20,9 +20,8 @@ struct RunningApplication {
 /// The applications that run in this user's desktop session. Main thread only.
 class RunningApplications : public Interface {
 public:
-    /// All instances of the application, the longest running first, those that have ended but are
-    /// still listed last; that order is stable. Helper processes of an instance are not instances.
-    /// Empty for an empty identifier.
+    /// All instances of the application, the longest running first; zombies come last. The order is
+    /// stable. Helper processes of an instance are not instances. Empty for an empty identifier.
     virtual std::vector<RunningApplication>
     withBundleIdentifier(std::string_view bundleIdentifier) = 0;
 
@@ -30,9 +29,9 @@ public:
     virtual std::optional<RunningApplication>
     withProcessIdentifier(std::int32_t processIdentifier) = 0;
 
-    /// Asks an application to come forward by itself, the way its desktop offers: a message where
-    /// it takes one, else by opening it once more, which programs of a single instance answer by
-    /// showing themselves. Asynchronous; failures are silent.
+    /// Asks an application to come forward: by a message if it takes one, else by opening it once
+    /// more, which a single-instance program answers by showing itself. Asynchronous; failures are
+    /// silent.
     virtual void activate(const RunningApplication& application) = 0;
 };
 

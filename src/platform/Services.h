@@ -22,7 +22,8 @@ class Windows;
 class Workspace;
 
 /// The desktop as the shared instances see it. The entry point chooses the backends and hands them
-/// over once, before the first shared instance is used; they outlive the last use of any.
+/// over once, before the first shared instance is used; they outlive the last use of any shared
+/// instance.
 struct Services {
     AccessibilityTrust& accessibilityTrust;
     Application& application;

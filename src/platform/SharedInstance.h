@@ -21,7 +21,7 @@ public:
     /// Forgets the instance, so that the next test starts with a new one.
     static void resetForTesting() { slot().reset(); }
 
-    /// Whether it was used already, for tests that must not cause what they ask about.
+    /// Whether the instance exists. Unlike get(), never makes one.
     static bool existsForTesting() { return slot() != nullptr; }
 
 private:

@@ -9,20 +9,20 @@
 
 namespace hollowfernpike::platform {
 
-/// The display's tray that takes windows of other programs in (System Tray Protocol 0.3), if there
-/// is one. Main thread only.
+/// The display's tray that embeds windows of other programs (System Tray Protocol 0.3), if there is
+/// one. Main thread only.
 class SystemTray : public Interface {
 public:
     virtual bool isThere() = 0;
 
-    /// Whether it shows its own ground through the transparent parts of a window with alpha. It
-    /// wants such windows then, and others where not.
+    /// Whether the tray shows its background through the transparent parts of a window with alpha.
+    /// If so, it needs windows with alpha, otherwise windows without.
     virtual bool blendsWindows() = 0;
 
-    /// Takes our native window with this id off the screen and asks the tray to take it in and put
-    /// it back there, in the place and size that it gives. What the window does not paint itself
-    /// shows the tray's ground. Nothing tells whether the tray will; when it goes away, the window
-    /// is let go or goes, too.
+    /// Unmaps our native window with this id and asks the tray to embed it. The tray maps it again,
+    /// at a place and size of its choice; parts that the window does not paint show the tray's
+    /// background. There is no answer: the tray may ignore the request. When the tray goes away,
+    /// the window is released or destroyed.
     virtual void embed(std::uintptr_t window) = 0;
 
     /// Calls `onChange` on the main thread whenever a tray appeared, went away or was replaced,

@@ -14,8 +14,8 @@ namespace hollowfernpike::platform {
 /// the store that gave it knows its type; handed back, it is written as it was. Empty for none.
 using PropertyValue = std::any;
 
-/// The user's settings under keys, kept from run to run. Writes have no result: what cannot be kept
-/// on disk lasts until the process ends. Main thread only.
+/// The user's settings under keys, kept from run to run. Writes report no failure: what cannot be
+/// saved to disk lasts until the process ends. Main thread only.
 class UserDefaults : public Interface {
 public:
     /// The text under `key`; absent if there is no value or it is not a text. Cheap.

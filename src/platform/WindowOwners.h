@@ -8,8 +8,8 @@
 
 namespace hollowfernpike::platform {
 
-/// What a window says, or its display server knows, of who owns it. Texts are as the client wrote
-/// them, bounded in length by the backend but otherwise hostile until proven sane.
+/// What a window, or its display server, says of who owns it. Texts are as the client wrote them:
+/// the backend bounds their length, otherwise they are untrusted.
 struct WindowFacts {
     std::optional<std::int32_t>
         process;                      ///< as the display server knows it, else as the window says
@@ -25,7 +25,7 @@ struct WindowFacts {
 /// The application that a window belongs to.
 struct WindowOwner {
     std::string name;             ///< the entry's name, else the window's class; may be empty
-    std::string bundleIdentifier; ///< empty when no installed entry answers for the window
+    std::string bundleIdentifier; ///< empty when no installed entry matches the window
 };
 
 /// Finds the application behind a window. Main thread only.
@@ -34,7 +34,7 @@ public:
     virtual WindowOwner ownerOf(const WindowFacts& window) = 0;
 
     /// Grows whenever `ownerOf` may answer differently for the same facts, because entries were
-    /// installed, changed or removed. Whoever keeps answers drops them then.
+    /// installed, changed or removed. Cached answers must be dropped then.
     virtual std::uint64_t generation() = 0;
 };
 

@@ -29,11 +29,11 @@ struct ClientWindow {
 /// The windows of the session. Main thread only.
 ///
 /// The desktop is asked once for all calls of one turn of the main loop: later calls of that turn
-/// see what the first one saw, until a watch begins or tells of a change, or bringToFront() does
-/// not find the process.
+/// see what the first one saw. It is asked again in the same turn after a watch begins or reports a
+/// change, and if bringToFront() does not find the process.
 ///
-/// A desktop that does not know the process behind a window gives the window's owner a negative
-/// process identifier. bringToFront() takes it; no process has it.
+/// A desktop that does not know the process behind a window may give the window's owner a negative
+/// process identifier, which no process has. bringToFront() accepts it.
 class Windows : public Interface {
 public:
     /// The visible windows from front to back; minimised ones and those of other workspaces are
@@ -44,11 +44,11 @@ public:
     /// which the windows first appeared. Empty when the desktop cannot be asked.
     virtual std::vector<ClientWindow> clientWindows() = 0;
 
-    /// Brings the windows of the process that are in sight forward and makes the topmost active, as
-    /// a request of the user: with the time of the last key press that a tap delivered. Where none
-    /// is in sight, switches to the workspace of the topmost or restores the minimised one. Returns
-    /// false when the process has no window; true means that the desktop was asked, which it
-    /// answers in its own time.
+    /// Brings the visible windows of the process forward and activates the topmost, as a request of
+    /// the user: with the time of the last key press that a tap delivered. If none is visible,
+    /// switches to the workspace of the topmost or restores the minimised one. Returns false when
+    /// the process has no window or the desktop cannot be asked; true means only that the desktop
+    /// was asked, it acts later.
     virtual bool bringToFront(std::int32_t processIdentifier) = 0;
 
     /// Calls `onChange` after windows came or went, until the subscription is destroyed, which the

@@ -27,9 +27,10 @@ public:
     using OpenCompletion = std::function<void(const OpenResult&)>;
 
     /// Launches the application bundle at `path`. A request for an application whose launch is
-    /// still under way joins that launch and starts nothing, and so does every further request by a
-    /// combination that is held down, whatever became of the launch. Nor is a program started once
-    /// more that stayed beside its first copy the last time.
+    /// still under way joins that launch and starts nothing. So does a repeat of the request by a
+    /// combination that is held down, even if the launch is over or has failed. A program is not
+    /// started again if its last start left a second copy running beside the first: each further
+    /// start would add another.
     virtual void openApplication(const std::string& path, const OpenConfiguration& configuration,
                                  OpenCompletion completion) = 0;
 };

@@ -23,7 +23,7 @@ using testing::SizeIs;
 
 class AppDelegateTest : public testing::Test {
 protected:
-    /// What shall happen while the desktop is asked this for the first time.
+    /// Runs `event` within the first call of this name.
     void during(const std::string& call, const std::function<void()>& event) {
         desktop.log.onCall = [this, call, event](const std::string& present) {
             if (present == call) {
@@ -99,7 +99,7 @@ TEST_F(AppDelegateTest, TheLauncherAndTheObserverOfTheListComeBeforeTheHotkeysSt
     EXPECT_TRUE(isStarted);
 }
 
-// To build a menu there has to be the item that shows it.
+// The observer rebuilds the menu, which is fatal as long as there is no item to show it.
 TEST_F(AppDelegateTest, TheObserverOfTheLanguageComesBeforeTheHotkeysStart) {
     during("accessibilityTrust.isProcessTrusted", [] { Language::setCurrent(Language::english); });
     EXPECT_DEATH(delegate.applicationDidFinishLaunching(), "before the status item");

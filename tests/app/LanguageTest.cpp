@@ -14,7 +14,7 @@ using testing::ElementsAre;
 
 class LanguageTest : public testing::Test {
 protected:
-    /// Announcements from here on.
+    /// Records the announcements from here on.
     void watch() {
         observation_ = desktop.notificationCenter.observe(
             "languageDidChange", [this] { seen.push_back(Language::current()); });

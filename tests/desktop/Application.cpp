@@ -30,7 +30,7 @@ std::string asWord(std::string_view argument) {
     return result + '"';
 }
 
-/// A percent sign is a field code to whoever looks for the program of an Exec line.
+/// A percent sign in the program's name would look like a field code in the Exec line.
 std::string withoutPercent(std::string name) {
     std::erase(name, '%');
     return name;
@@ -49,13 +49,13 @@ std::string writeScript(const std::string& path, const std::string& script) {
     return path;
 }
 
-/// Empty once it has let go of its program, as it does before it ends.
+/// Empty for a process that is ending: it loses its program before it is gone.
 std::filesystem::path programOf(pid_t process) {
     std::error_code failure;
     return std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/exe", failure);
 }
 
-/// Whether nobody can wait for it yet.
+/// Whether it has lost its program but is no zombie yet, so that nobody can wait for it.
 bool isEnding(pid_t process) {
     const auto state = processState(process);
     return programOf(process).empty() && !state.empty() && state != "Z";

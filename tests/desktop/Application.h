@@ -25,12 +25,12 @@ struct ApplicationTraits {
     std::vector<std::string> options = {}; ///< of the probe window program
     std::string windowClass = {};          ///< empty: one of its own
     std::string program = {};              ///< name of the file; empty: one of its own
-    std::string script = {};               ///< of the shell, in between: "$@" starts the program
+    std::string script = {};               ///< run by the entry; "$@" in it starts the program
 };
 
-/// An application that is installed for the people of a private desktop: a desktop entry, a
-/// program file of its own, and what its running copies tell of themselves. Every running copy
-/// ends with the object, whoever started it; the files stay as long as the home.
+/// An application that is installed on a private desktop: a desktop entry, a program file of its
+/// own, and the log that its running copies write. All running copies end with the object, no
+/// matter who started them; the files stay as long as the home.
 class Application {
 public:
     Application(const PrivateDesktop& desktop, std::string name, const ApplicationTraits& traits);
@@ -43,7 +43,7 @@ public:
     const std::filesystem::path& entry() const { return entry_; }
     const std::filesystem::path& program() const { return program_; }
 
-    /// Starts a copy without the utility's doing. It lives until the object ends.
+    /// Starts a copy without the utility. It lives until the object ends.
     ChildProcess& start(const Environment& changes = {});
 
     /// Everything its copies have told, in order.
@@ -52,7 +52,7 @@ public:
     /// How many copies were ever started.
     std::size_t starts() const;
 
-    /// The processes that run it now, those on their way to the end included.
+    /// The processes that run it now, including those that are just ending.
     std::vector<pid_t> copies() const;
 
     /// Its windows that came to the screen, the oldest first.
@@ -60,7 +60,7 @@ public:
 
     std::vector<SeenKey> keys() const;
 
-    /// How often this key went down, or up, before its eyes.
+    /// How often the application saw this key go down, or up.
     std::size_t downs(unsigned key) const;
     std::size_t ups(unsigned key) const;
 

@@ -20,7 +20,7 @@ struct KeyPosition {
     std::string_view name; ///< in the keyboard map
 };
 
-/// The keys that people see by a name of their own.
+/// The keys that the utility shows to people by a name.
 std::span<const KeyPosition> namedKeys();
 
 /// The other keys that can be bound; not every keyboard map has them all.
@@ -37,11 +37,11 @@ struct Combination {
     /// The key's name in the keyboard map. Throws std::out_of_range for a code without a place.
     std::string keyName() const;
 
-    /// The modifier state that goes with it in a map that nobody has rearranged.
+    /// Its modifier state on the server, as long as nobody has rearranged the keyboard map.
     std::uint16_t modifierState() const;
 };
 
-/// What tests bind: nothing that their window managers want.
+/// What tests bind; their window managers use none of these.
 inline constexpr Combination bound{37, control | option};
 inline constexpr Combination another{38, control | option};
 inline constexpr Combination third{40, shift | command};

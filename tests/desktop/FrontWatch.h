@@ -29,8 +29,8 @@ public:
     /// Forgets what the window manager has said so far.
     void forget();
 
-    /// Waits until a window for which `isWanted` holds is said to be the active one: since the last
-    /// call of this or of forget(), or from now on. Absent after `longest`.
+    /// Waits until the window manager names an active window for which `isWanted` holds. What it
+    /// has named since the last call of this or of forget() counts, too. Absent after `longest`.
     std::optional<Arrival> wait(const std::function<bool(xcb_window_t)>& isWanted,
                                 std::chrono::milliseconds longest = patience);
 

@@ -102,7 +102,7 @@ TEST_P(LaunchTest, AMissingEntrySwallowsThePressAndTheNextShortcutWorks) {
     EXPECT_EQ(gone.starts(), 0);
 }
 
-TEST_P(LaunchTest, APathThatGoesOnBehindAZeroByteIsNoApplications) {
+TEST_P(LaunchTest, APathWithAZeroByteLaunchesNothing) {
     auto& target = story.install("Target");
     auto& witness = story.install("Witness");
     const auto longer = target.entry().string() + '\0' + "junk";

@@ -20,16 +20,16 @@ using Command = std::vector<std::string>;
 
 struct Locker {
     Command lock;
-    Command unlock; ///< ends what the first command has left behind; empty if that stays itself
-    std::string service; ///< by which the bus knows the process that gives the pointer back for its
-                         ///< dialog, with the first key press; empty if none does
+    Command unlock;      ///< empty if `lock` is the locker itself, which is killed instead
+    std::string service; ///< the bus name of a locker that gives the pointer back at the first key
+                         ///< press, for its dialog; empty if it keeps the pointer
 };
 
 std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
     return stream << locker.lock.front();
 }
 
-/// A combination that another program holds, too, is only observed, and what is observed goes on
+/// The utility only observes a combination that another program holds, too, and observing goes on
 /// behind a locker.
 class LockedScreenTest : public testing::TestWithParam<Locker> {
 protected:
@@ -60,7 +60,8 @@ protected:
     }
 
     /// Strikes it and waits until the utility has seen every press. A locker that gives the pointer
-    /// back does so afterwards: to whoever asks later, it looks like one who holds the combination.
+    /// back is stopped until then: without the pointer it looks like a client that holds the
+    /// combination.
     void strikeBehindLocker(const Combination& combination) {
         const bool givesPointerBack = input_.devices().pointer && !GetParam().service.empty();
         const auto process = givesPointerBack ? processOf(GetParam().service) : 0;
@@ -76,7 +77,8 @@ protected:
         }
     }
 
-    /// Waits until the utility has seen so many presses: with each it asks who has the input.
+    /// Waits until the utility has seen so many presses: at each it sends a request to learn
+    /// whether the keyboard is taken.
     testing::AssertionResult isSeenByTheUtility(std::size_t presses) {
         return waitUntil([&] { return questions_.of(story.utility().pid()) >= presses; })
                    ? testing::AssertionSuccess()

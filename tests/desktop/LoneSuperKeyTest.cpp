@@ -18,8 +18,8 @@ using namespace test;
 constexpr std::uint16_t letterJ = 38;
 const Combination superJ{letterJ, command};
 
-/// Whether, after some waiting, the utility has Super+J on this window, too. It is all prepared
-/// then.
+/// Whether, after some waiting, the utility holds Super+J on this window, too. That is the last of
+/// its preparations.
 testing::AssertionResult isLiveOn(Story& story, xcb_window_t window) {
     auto grab = story.grabOf(superJ);
     grab.window = window;
@@ -31,7 +31,7 @@ testing::AssertionResult isLiveOn(Story& story, const Application& application) 
     return isLiveOn(story, application.windows().back());
 }
 
-/// Window managers that open something of theirs with the Super key alone.
+/// Window managers that open something of their own when the Super key is struck alone.
 class LoneSuperKeyTest : public testing::TestWithParam<const char*> {
 protected:
     LoneSuperKeyTest() {
@@ -87,7 +87,7 @@ TEST_P(LoneSuperKeyTest, TheApplicationIsLaunchedWhereNoWindowIsOpen) {
 INSTANTIATE_TEST_SUITE_P(Under, LoneSuperKeyTest,
                          testing::Values("mutter", "gnome-shell", "cinnamon"), windowManagerName);
 
-/// With the utility started under one window manager that crashes, another one takes its place.
+/// The utility starts under one window manager; that crashes, and another one takes its place.
 class NewWindowManagerTest : public testing::Test {
 protected:
     void start(const char* windowManager) {
@@ -142,8 +142,8 @@ protected:
         letTheKeysBeGrabbedAnew();
     }
 
-    /// The first key press changes the keyboard, and icewm grabs its keys anew. It has done so when
-    /// it answers what is asked of it later.
+    /// The first key press changes the keyboard, and icewm grabs its keys anew. Once it has served
+    /// a later request, it has done so.
     void letTheKeysBeGrabbedAnew() {
         EXPECT_TRUE(story.getsKeys(front));
         EXPECT_TRUE(story.switchTo(target));

@@ -8,9 +8,10 @@
 
 namespace hollowfernpike::test {
 
-/// Starts another window manager and waits for the end of the one that the story began with, and
-/// until the other has brought a new window to the front: what the old one told may stay behind it.
-/// Throws std::runtime_error if it does not come to that.
+/// Starts another window manager, and waits until the one that the story began with has ended and
+/// the new one has brought a new window to the front. Nothing less proves that it is at work,
+/// because what the old one wrote may stay behind it. Throws std::runtime_error if that does not
+/// happen.
 std::unique_ptr<ChildProcess> startNewWindowManager(Story& story,
                                                     const std::vector<std::string>& program);
 

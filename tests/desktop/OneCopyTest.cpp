@@ -10,8 +10,9 @@ namespace {
 
 using namespace test;
 
-/// How many copies run after how many requests. Striking a combination twice within a second is
-/// holding it; here another one is struck in between, so that each time is a request of its own.
+/// How many copies run after how many requests. A combination that is struck twice within a second
+/// counts as held; these tests strike another one in between, so that each strike is a request of
+/// its own.
 class OneCopyTest : public testing::TestWithParam<const char*> {
 protected:
     OneCopyTest() {
@@ -26,19 +27,20 @@ protected:
         return target;
     }
 
-    /// Asks for the target, and before that for what was in front when the story began.
+    /// Asks for `front`, then for the target.
     void askAnew() {
         story.strike(another);
         story.strike(bound);
     }
 
-    /// Whether everything that was struck is done: an application that is asked for last is there.
+    /// Whether all earlier requests are done: makes a last one and waits for its application.
     testing::AssertionResult isAllDone() {
         story.strike(third);
         return story.isInFront(witness);
     }
 
-    /// Nobody closes a window that has just opened, and it may be gone before the utility looks.
+    /// Switches away and back, as people do before they close a window. If a window were closed as
+    /// soon as it has opened, it might be gone before the utility looks.
     void useForAWhile(const Application& target) {
         story.strike(another);
         EXPECT_TRUE(story.isInFront(front));
@@ -53,7 +55,7 @@ protected:
         story.letGo(bound);
     }
 
-    /// Longer than a key that is held down would take to repeat.
+    /// Waits longer than a held key takes to repeat.
     void letTheKeysRest() {
         constexpr std::uint32_t rest = 1500;
         const auto begin = story.pager.serverTime();
@@ -195,7 +197,7 @@ TEST_P(OneCopyTest, AWindowThatTellsNothingOfItsScriptEndsTheLaunchAllTheSame) {
     askAnew();
     EXPECT_TRUE(story.isInFront(target));
     EXPECT_EQ(target.starts(), 1);
-    story.strike(another); // the utility hears of the window no later than of this
+    story.strike(another); // once this is served, the utility knows of the window
     EXPECT_TRUE(story.isInFront(front));
     askAnew();
     ASSERT_TRUE(waitUntil([&] { return target.windows().size() == 2; }));

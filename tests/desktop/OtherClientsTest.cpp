@@ -27,14 +27,14 @@ protected:
         waitUntilTheSharedIsObserved();
     }
 
-    /// Nobody else can see that; it is done before a press is answered.
+    /// No other client can see when the observing begins, but it does before a press is answered.
     void waitUntilTheSharedIsObserved() {
         story.strike(another);
         ASSERT_TRUE(story.isInFront(front));
     }
 };
 
-TEST_F(OtherClientsTest, ACombinationHeldByAnotherProgramServesBothUntilThatLetsGo) {
+TEST_F(OtherClientsTest, ACombinationHeldByAnotherProgramIsSharedUntilItLetsGo) {
     const auto grab = story.grabOf(wanted);
     ASSERT_TRUE(rival.grab(grab));
     startUtility();
@@ -56,7 +56,7 @@ TEST_F(OtherClientsTest, ACombinationHeldByAnotherProgramServesBothUntilThatLets
     EXPECT_TRUE(story.brings(target, front, wanted));
 }
 
-TEST_F(OtherClientsTest, ACombinationHeldInOneLockStateAloneIsSeenAndPassesInAll) {
+TEST_F(OtherClientsTest, ACombinationHeldWithCapsLockOnlyIsSharedInEveryLockState) {
     auto withCapsLock = story.grabOf(wanted);
     withCapsLock.state |= XCB_MOD_MASK_LOCK;
     ASSERT_TRUE(rival.grab(withCapsLock));

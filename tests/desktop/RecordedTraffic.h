@@ -25,8 +25,8 @@ public:
     RecordedTraffic& operator=(const RecordedTraffic&) = delete;
     ~RecordedTraffic();
 
-    /// How many went to or came from this process, as far as is known yet. What went earlier to or
-    /// from whomever is known earlier.
+    /// How many went to or came from this process, as far as is known yet. Traffic becomes known in
+    /// the order in which it happened, across all processes.
     std::size_t of(pid_t process);
 
 private:

@@ -28,9 +28,9 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    /// Starts the utility, sees that keys pass, and ends it. It connects for its own windows, then
-    /// for the keys; by the time it does so for the windows of others, it holds whatever it is
-    /// going to hold.
+    /// Starts the utility, sees that keys pass, and ends it. It connects to the display for its own
+    /// windows, then for the keys, then for the windows of others; at this third connection it
+    /// holds all the keys that it is going to hold.
     void runsWithAnEmptyList() {
         story.launchUtility();
         ASSERT_TRUE(waitUntil([&] { return story.pager.clients(story.utility().pid()) >= 3; }));

@@ -62,11 +62,11 @@ public:
 
     ChildProcess& utility() { return *utility_; }
 
-    /// What the utility has written so far; empty if it was started otherwise.
+    /// What the utility has written so far; empty if launchUtility() did not start it.
     std::string utilityTells();
 
-    /// Whether, after some waiting, other programs are refused all combinations of the list for
-    /// which the map has a key.
+    /// Whether, after some waiting, the utility holds all combinations of the list for which the
+    /// map has a key: other programs are refused them.
     testing::AssertionResult areLive();
     testing::AssertionResult isLive(const KeyGrab& grab);
 
@@ -102,15 +102,15 @@ public:
     testing::AssertionResult getsKeys(const Application& application,
                                       std::chrono::milliseconds longest = patience);
 
-    /// Brings it to the front as a task bar does, then as `getsKeys`; both again if need be: what
-    /// was opened before may still be asking for the front.
+    /// Brings it to the front as a task bar does, then checks as `getsKeys` does. Repeats both if
+    /// need be, because what was opened before may still be asking for the front.
     testing::AssertionResult switchTo(const Application& application);
 
-    /// Asks for the first of these windows as a task bar does, again if need be: what was opened
-    /// before may still be asking for the front. Whether one of them has the keys then.
+    /// Activates the first of these windows as a task bar does, again if need be, because what was
+    /// opened before may still be asking for the front. Whether one of them has the keys then.
     bool bringForward(const std::function<std::vector<xcb_window_t>()>& windows);
 
-    /// Whether no application has seen the key go down. To be asked behind a key that has arrived.
+    /// Whether no application has seen the key go down. To be asked once a later key has arrived.
     testing::AssertionResult nobodySaw(const Combination& combination);
 
     /// Whether the last of these keys, struck while `from` is in front, brings `target` forward and

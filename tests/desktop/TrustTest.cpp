@@ -18,7 +18,8 @@ class TrustTest : public testing::Test {
 protected:
     Story story;
 
-    /// Starts the utility with a list of one shortcut; it will not go live by itself.
+    /// Starts the utility with a list of one shortcut. It is not live without trust, so this waits
+    /// for the error message instead.
     void startUtility(const Environment& changes) {
         startUtility(changes, story.install("Target"));
     }
@@ -44,7 +45,7 @@ protected:
         return windows;
     }
 
-    /// Waits for so many, and never sees more than one.
+    /// Waits for so many windows, and expects never to see more than one.
     bool hasPermissionWindows(std::size_t count) {
         return waitUntil([&] {
             const auto present = permissionWindows().size();

@@ -32,7 +32,7 @@ protected:
         }
     }
 
-    /// What the application has seen since it had seen that much.
+    /// The keys that the application has seen after the first `since`, without modifier states.
     static std::vector<SeenKey> seen(const Application& application, std::size_t since) {
         auto keys = application.keys();
         keys.erase(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(since));

@@ -7,7 +7,7 @@
 
 namespace hollowfernpike::test {
 
-/// The window managers that a story is told under where their ways differ.
+/// The window managers for stories that differ from one window manager to another.
 inline auto windowManagers() {
     return testing::Values("openbox", "metacity");
 }

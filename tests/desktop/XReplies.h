@@ -9,7 +9,7 @@ namespace hollowfernpike::test {
 using x11::eventCode;
 using x11::internAtom;
 
-/// What the X library has handed over (a reply, an event, an error), freed with what this returns.
+/// Takes over what the X library has handed out (a reply, an event, an error), and frees it.
 template <class T>
 x11::Reply<T> held(T* part) {
     return x11::Reply<T>{part};

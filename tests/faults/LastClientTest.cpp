@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-// Such a server ends, and others begin anew, between two connections of a program that is alone.
+// Between two connections of its only client such a server ends, and others begin anew.
 TEST(LastClientTest, ItStartsOnAServerThatEndsWithItsLastClient) {
     Story story;
     ChildProcess server({"Xvfb", "-displayfd", "1", "-terminate", "-nolisten", "tcp"});

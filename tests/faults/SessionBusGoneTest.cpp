@@ -17,7 +17,7 @@ using namespace test;
 constexpr auto title = "Hollowfernpike - ショートカット管理";
 constexpr auto busName = "app.hollowfernpike.Hollowfernpike";
 
-/// A session whose bus has an address that outlives it, as the user's bus has.
+/// A session whose bus has a fixed address, which the next bus has, too, as the user's bus does.
 class EndingBusTest : public testing::Test {
 protected:
     EndingBusTest() {
@@ -45,7 +45,8 @@ protected:
         std::filesystem::remove(socket());
     }
 
-    /// Whether the program answers on the bus, out of its event loop: it has started wholly.
+    /// Whether the program answers on the bus. It answers from its event loop, so it has started
+    /// completely then.
     bool answersOnTheBus() {
         const auto call = story.desktop.start(
             {"gdbus", "call", "--address", address(), "--dest", busName, "--object-path",
@@ -54,7 +55,7 @@ protected:
         return call->wait(2s) == 0;
     }
 
-    /// A panel that has been told of the item.
+    /// Starts a panel and expects it to be told of the item.
     void expectThatAPanelShowsTheItem() {
         auto environment = story.desktop.environment();
         environment["DBUS_SESSION_BUS_ADDRESS"] = address();
@@ -76,7 +77,7 @@ protected:
         EXPECT_FALSE(story.utility().hasEnded());
     }
 
-    /// What the program has asked for on behalf of its window is over then.
+    /// Closes the window; all that the program has asked for on its behalf is over then.
     void closeTheWindow() {
         story.pager.close(story.pager.activeWindow());
         EXPECT_TRUE(waitUntil([&] { return !isInFront(); }));
@@ -97,13 +98,13 @@ protected:
     }
 };
 
-/// Ends the bus at many moments, from the first instruction until all is quiet. In one of some
-/// hundred cases the toolkit waits for ever for the bus of the screen readers, which nobody can
-/// help; but the program never falls.
-TEST_F(EndingBusTest, DoesNotBringTheProgramDownByEndingWhileThatStarts) {
+/// Ends the bus at many moments of a start, from the first instruction until all is quiet. In one
+/// of some hundred cases the toolkit waits for ever for the accessibility bus, which we cannot
+/// prevent; but the program never crashes.
+TEST_F(EndingBusTest, DoesNotCrashAProgramThatIsStarting) {
     using Clock = std::chrono::steady_clock;
     constexpr int rounds = 40;
-    // What newer toolkits have asked a bus that ends is never freed.
+    // Newer toolkits leak the requests that are open when the bus ends.
     const char* const sanitizer = std::getenv("ASAN_OPTIONS");
     const auto options = (sanitizer == nullptr ? "" : sanitizer) + std::string(":detect_leaks=0");
     Clock::duration start{};
@@ -117,7 +118,7 @@ TEST_F(EndingBusTest, DoesNotBringTheProgramDownByEndingWhileThatStarts) {
         }
         std::this_thread::sleep_until(begin + start * round / rounds);
         endBus();
-        std::this_thread::sleep_for(start / 4); // it meets the end before ours
+        std::this_thread::sleep_for(start / 4); // it notices the end of the bus before our signal
         story.utility().signal(SIGTERM);
         const auto status = story.utility().wait(5s).value_or(0);
         ASSERT_TRUE(status == 0 || status == -SIGTERM) << round << story.utilityTells();

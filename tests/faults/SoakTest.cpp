@@ -28,15 +28,15 @@ constexpr std::size_t warmUp = 500;
 constexpr std::size_t batch = 100;
 constexpr std::size_t parts = 4;
 
-/// How much more memory of its own, in bytes, the utility may have after this many presses of each
-/// kind: some pages that are touched late, and less for each press than anybody can forget.
+/// How many more bytes of its own the utility may hold after this many presses of each kind: some
+/// pages that are touched late, and for each press less than any leak would take.
 std::size_t slackAfter(std::size_t presses) {
     constexpr std::size_t latePages = 12;
     return latePages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) + presses / 8;
 }
 
-/// Of each kind, in whole batches in every part: what the test command can wait for, or what the
-/// environment wants.
+/// How many presses of each kind to make, rounded up to whole batches in every part: as many as
+/// HFP_SOAK_PRESSES says, otherwise as many as a test run has time for.
 std::size_t wantedPresses() {
     const char* const setting = std::getenv("HFP_SOAK_PRESSES");
     const std::string text = setting == nullptr ? "3200" : setting;
@@ -51,7 +51,7 @@ std::size_t wantedPresses() {
 
 /// What a process takes up.
 struct Footprint {
-    std::size_t memory = 0; ///< bytes that are nobody else's and no file's
+    std::size_t memory = 0; ///< bytes of anonymous memory
     std::size_t threads = 0;
     std::size_t descriptors = 0;
     std::size_t displayClients = 0;
@@ -111,7 +111,8 @@ protected:
         }
     }
 
-    /// Goes to and fro between both applications, and waits for each arrival. How often it arrived.
+    /// Brings both applications forward in turn, and waits for each arrival. Returns how many
+    /// arrived.
     std::size_t pressBound(std::size_t count) {
         const std::vector<std::vector<xcb_keycode_t>> keys{keysOf(toOther), keysOf(toOne)};
         for (std::size_t press = 0; press < count; ++press) {
@@ -130,12 +131,12 @@ protected:
         }
     }
 
-    /// A window manager may answer a request before we have heard of it ourselves.
+    /// Waits, because a window manager may answer a request before we have heard of it ourselves.
     bool sawRequests(std::size_t count) {
         return waitUntil([&] { return requests.count() >= count; });
     }
 
-    /// Presses as often of each kind, after `done` of each.
+    /// Makes `count` presses of each kind, after `done` earlier ones of each.
     void pressBoth(std::size_t count, std::size_t done) {
         for (const auto end = done + count; done < end; done += batch) {
             ASSERT_EQ(pressBound(batch), batch) << "after " << done << " presses";

@@ -30,8 +30,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int rounds = 500;
 
-/// The list that the store is given as its change of this number: some of them longer, some shorter
-/// than the one before.
+/// The list that the change of this number writes: sometimes longer, sometimes shorter than the one
+/// before.
 std::string documentOf(std::uint64_t change) {
     std::vector<AppShortcut> list;
     const auto length = static_cast<std::uint8_t>(change % 50 + 1);
@@ -60,14 +60,14 @@ public:
     Changer& operator=(const Changer&) = delete;
     ~Changer() { ::close(pipe_[0]); }
 
-    /// Waits for the end of the next change; 0 if there is none.
+    /// Waits until the next change is written. Returns its number; 0 if there is none.
     std::uint64_t nextChange() {
         std::uint64_t number = 0;
         return ::read(pipe_[0], &number, sizeof number) == sizeof number ? number : 0;
     }
 
-    /// Kills the process. The number of the last change that it spoke of; 0 if it had spoken of all
-    /// of them before.
+    /// Kills the process. Returns the number of the last change that it has reported and
+    /// nextChange() has not returned yet; 0 if there is none.
     std::uint64_t kill() {
         ::kill(process_, SIGKILL);
         ::waitpid(process_, nullptr, 0);
@@ -100,8 +100,8 @@ protected:
     std::filesystem::path folder() const { return home_.path() / "Hollowfernpike"; }
     std::filesystem::path file() const { return folder() / "shortcuts.json"; }
 
-    /// Has somebody change the list, and kills that process at some moment after its first change.
-    /// The number of the last change that it spoke of.
+    /// Lets another process change the list, and kills it after its first change and `someTime`.
+    /// Returns the number of the last change that it has reported.
     static std::uint64_t killedAfter(std::uint64_t firstChange,
                                      const std::function<void()>& someTime) {
         Changer changer(firstChange);
@@ -116,7 +116,8 @@ protected:
         }
     }
 
-    /// The moment at which a new list is there is a short one, and soon over.
+    /// Waits for a new file without sleeping: the moment in which that is there and not reported
+    /// yet is short.
     void awaitReplacement() const {
         const auto before = fileNumber();
         const auto end = Clock::now() + std::chrono::seconds{20};

@@ -12,7 +12,8 @@ namespace hollowfernpike::test {
 
 namespace {
 
-/// It refuses numbers that its own kind of them does not hold, so that is the largest there is.
+/// Holds floating numbers in the largest type there is, because the reader refuses what does not
+/// fit.
 using Json = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t,
                                   std::uint64_t, long double>;
 using Verdict = Reference::Verdict;
@@ -88,7 +89,7 @@ Verdict readRecord(const Json& object, AppShortcut& shortcut) {
 } // namespace
 
 Reference readByReference(std::string_view document) {
-    // It takes a zero byte for the end of its input, but no JSON document has one.
+    // The reader takes a zero byte for the end of its input, but no JSON document has one.
     if (document.find('\0') != std::string_view::npos) {
         return {};
     }

@@ -22,7 +22,8 @@ namespace {
 using freedesktop::DesktopEntry;
 using freedesktop::EntryIndex;
 
-/// The entries that can be read and are not hidden, under the ids of the input as far as they go.
+/// The entries that can be read and are not hidden. They get the ids of the input in order, as far
+/// as there are enough.
 EntryIndex indexOf(std::span<const std::string_view> files,
                    const std::vector<std::string>& identifiers) {
     std::vector<DesktopEntry> entries;
@@ -71,7 +72,7 @@ void requireSoundOwner(const WindowText& text, const EntryIndex& index) {
 }
 
 /// What the window says of itself must not outweigh what its sandbox says. (Ids without a dot are
-/// those of snaps, where a family is wider.)
+/// left out: they are those of snaps, whose applications need not begin with the whole id.)
 void requireSandboxesHold(const WindowText& text, const EntryIndex& index) {
     const auto& sandbox = text.process.flatpakApplication;
     if (!text.window.sandboxApplicationId.empty() || sandbox.find('.') == std::string::npos ||

@@ -71,14 +71,14 @@ const std::vector<std::string> hugeNumbers{
     "10e309",  "0." + zeros, "1." + zeros + "e400",
 };
 
-/// The number in an array, in an object there, and behind a string that has the end of one in it.
+/// The number in an array, in an object within it, and after a string with an escaped quote.
 std::string threeTimes(const std::string& number) {
     std::string text = "[";
     text.append(number).append(R"(, {"id": )").append(number).append(R"(}, "1e400\"", )");
     return text.append(number).append("]");
 }
 
-TEST(DecodeNumberTest, NumbersOfAnySizeAreIgnoredUnderKeysThatAre) {
+TEST(DecodeNumberTest, NumbersOfAnySizeUnderIgnoredKeysAreIgnored) {
     for (const auto& number : hugeNumbers) {
         for (const auto& value : {number, threeTimes(number)}) {
             EXPECT_EQ(decodeOne(recordWith("comment", value)).modifierFlags, 1179648U) << value;

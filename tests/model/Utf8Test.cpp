@@ -64,7 +64,7 @@ TEST(Utf8Test, FindsABadByteWhereverItStands) {
     }
 }
 
-TEST(Utf8Test, AcceptsTextWithoutAny) {
+TEST(Utf8Test, AcceptsTextWithoutBadBytes) {
     EXPECT_EQ(firstInvalidUtf8(""), allValid);
     EXPECT_EQ(utf8SequenceLength(""), 0U);
     EXPECT_EQ(firstInvalidUtf8("plain text and 日本語, then 😀 and plain text again"), allValid);

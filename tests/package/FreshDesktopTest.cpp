@@ -13,7 +13,7 @@ namespace {
 constexpr Combination chosen{4, control | option};
 constexpr auto launchAtLogin = "ログイン時に起動";
 
-/// Somebody who has never seen the utility, on a desktop that starts what is to start at login.
+/// Somebody who has never seen the utility, on a desktop that starts autostart entries at login.
 class FreshDesktopTest : public testing::Test {
 protected:
     /// A session of this person, from logging in to logging out.
@@ -37,8 +37,8 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return ::kill(utility, 0) != 0; }));
     }
 
-    /// Starts the utility from the desktop's menu of applications, which may still be taking the
-    /// keys and reading the entries when somebody already searches it.
+    /// Starts the utility from the desktop's menu of applications. Repeats the search, because the
+    /// menu may not have the keys or all entries yet.
     void findInMenu() {
         auto& keyboard = session->story.keyboard;
         session->menuOfApplications = session->story.desktop.start({"xfce4-appfinder"});

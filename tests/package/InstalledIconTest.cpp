@@ -24,7 +24,7 @@ protected:
         QIcon::setThemeName("hicolor");
     }
 
-    /// How many colours the picture has where nothing shines through.
+    /// How many colours the opaque pixels of the picture have.
     static std::size_t colors(const QIcon& icon, int size) {
         const auto picture = icon.pixmap(size, size).toImage();
         EXPECT_EQ(picture.width(), size);

@@ -31,8 +31,8 @@ void write(const fs::path& file, const std::string& text) {
     require(stream.good(), file);
 }
 
-// Whoever may not have a view of the file system of his own has the right to one in which he is
-// the administrator.
+// A user who may not make a mount namespace may make one within a user namespace, where he is the
+// administrator.
 void enterMountNamespace() {
     const auto user = std::to_string(::geteuid());
     const auto group = std::to_string(::getegid());

@@ -8,10 +8,9 @@
 
 namespace hollowfernpike::test {
 
-/// A system on which the package has just been installed, beside all that is installed on this one.
-/// The test's own process moves there, and takes along what it starts from then on; nobody else
-/// sees it. Made before the process has a second thread. Needs no rights where people may have a
-/// name space of their own.
+/// This system with the package just installed on top. Only the test's own process, and what it
+/// starts from then on, sees it. To be made before the process has a second thread. Needs no rights
+/// where users may make namespaces.
 class InstalledPackage {
 public:
     InstalledPackage();

@@ -14,7 +14,7 @@
 
 namespace hollowfernpike::test {
 
-/// What a program of ours that was installed is called wherever a desktop has to name it.
+/// The installed program, by the names that a desktop has for it.
 namespace installed {
 
 inline constexpr auto identifier = "app.hollowfernpike.Hollowfernpike";

@@ -31,8 +31,8 @@ rlimit coreLimitOf(pid_t process) {
 /// What the utility leaves behind, and whom it speaks to.
 class PrivacyTest : public InstalledProgramTest {
 protected:
-    /// Starts the program under the eyes of somebody who writes down every socket that it or a
-    /// program of its own opens.
+    /// Starts the program under strace, which writes down every socket that it or a child process
+    /// of it opens.
     std::unique_ptr<ChildProcess> startWatched() {
         return story.desktop.start({"strace", "--follow-forks", "--seccomp-bpf", "--trace=socket",
                                     "--quiet=all", "--interruptible=anywhere",
@@ -52,8 +52,8 @@ protected:
 
     using Files = std::map<std::filesystem::path, std::string>;
 
-    /// Every file below the home directory, where runtime and temporary files are, too, and what is
-    /// in it; but for what the window manager and the application Front write down.
+    /// Every file below the home directory and its contents, runtime and temporary files included,
+    /// except what the window manager and the application Front write down.
     Files filesOfTheUtility() const {
         Files files;
         for (const auto& file :

@@ -44,8 +44,8 @@ void Panel::showsSymbol() {
     user_.require(isPainted, "the panel does not show the symbol: " + panel_->errors());
 }
 
-// Where another application has just come to the front, the toolkit tells so a tenth of a second
-// late, and closes what has been opened meanwhile.
+// After another application has come to the front, the toolkit notices a tenth of a second late and
+// closes what has been opened meanwhile; so the menu has to stay open for a while.
 void Panel::openMenu() {
     showsSymbol();
     const auto symbol = user_.screen.statusSymbol();

@@ -10,8 +10,8 @@ namespace hollowfernpike::show {
 inline constexpr int panelHeight = 30;
 
 /// A panel in the upper right corner of a desktop, just large enough for the utility's symbol, and
-/// somebody who uses the menu there. Everything that was to be seen and does not come throws
-/// std::runtime_error.
+/// somebody who uses the menu there. Throws std::runtime_error if something that is to be seen does
+/// not appear.
 class Panel {
 public:
     /// Starts the panel; the utility may be there already or come later.

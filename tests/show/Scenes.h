@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-/// The pictures of one edition, a group of them after the other: each is a story of its own on a
-/// desktop of its own. A state that does not come throws std::runtime_error.
+/// The pictures of one edition, in groups: each group is a story of its own on a desktop of its
+/// own. Throws std::runtime_error if a state does not come.
 namespace hollowfernpike::show {
 
 /// The symbol in a panel, its menu, and what is told after an export and an import from there.

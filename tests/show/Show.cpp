@@ -189,7 +189,7 @@ Show::Time Show::strikeUntilInFront(const Binding& binding) {
     return arrival->time - begin;
 }
 
-// The editor gives the focus on to a window inside its own.
+// The editor passes the focus on to a window within its own.
 void Show::type(const Binding& into, const std::string& text) {
     const auto terminal = windows_[terminal_.windowClass];
     const bool intoTerminal = into.windowClass == terminal_.windowClass;

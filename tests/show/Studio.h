@@ -8,7 +8,7 @@
 namespace hollowfernpike::show {
 
 /// A private desktop in the looks of an edition, on which the utility runs and has its picture
-/// taken. Everything that was to be seen and does not come throws std::runtime_error.
+/// taken. Throws std::runtime_error if something that is to be seen does not appear.
 class Studio {
 public:
     /// Pictures go to `folder`.

@@ -13,7 +13,8 @@ namespace hollowfernpike::test {
 
 namespace {
 
-/// What runs and reports is chosen by the beginnings of these names; the rest goes.
+/// The variables that say what runs and what is reported, by the beginnings of their names; the
+/// rest goes.
 constexpr std::array<std::string_view, 9> kept{"PATH=",  "TMPDIR=", "USER=", "LOGNAME=", "ASAN_",
                                                "UBSAN_", "LSAN_",   "GCOV_", "HFP_"};
 

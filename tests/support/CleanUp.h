@@ -6,9 +6,9 @@
 
 namespace hollowfernpike::test {
 
-/// Changes back, behind every test, what it has changed of the process (variables, signals, the
-/// working directory and the mask of file modes), so that the tests of a program do not depend on
-/// each other when one process runs them all.
+/// Undoes after every test what it has changed of the process (variables, signals, the working
+/// directory and the mask of file modes), so that the tests of a program do not depend on each
+/// other when one process runs them all.
 class CleanUp final : public testing::EmptyTestEventListener {
 public:
     CleanUp();

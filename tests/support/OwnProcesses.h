@@ -14,8 +14,8 @@
 
 namespace hollowfernpike::test {
 
-/// A world without processes but those that are started in it; for the forked child of a test.
-/// Throws std::system_error if the system does not let us make one.
+/// A process namespace, which holds only the processes that are started in it; for the forked child
+/// of a test. Throws std::system_error if the system does not let us make one.
 class OwnProcesses {
 public:
     /// Runs `body` there, and ends this process: with status 0 if the test has not failed by then.

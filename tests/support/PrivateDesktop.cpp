@@ -15,8 +15,8 @@ namespace hollowfernpike::test {
 
 namespace {
 
-/// A window that tells whether somebody manages windows. A window manager names itself on the root
-/// some time before it serves anybody.
+/// A window that shows whether a window manager is at work. A name on the root is no proof: window
+/// managers write it some time before they serve anybody.
 class TrialWindow {
 public:
     explicit TrialWindow(const std::string& display)
@@ -33,7 +33,8 @@ public:
         xcb_disconnect(connection_);
     }
 
-    /// Asks to be shown, again each time: a request made too early may lie unread until the next.
+    /// Asks to be shown, again with every call, because a request made too early may lie unread
+    /// until the next.
     bool isManaged() {
         xcb_map_window(connection_, window_);
         return managedWindows() > 0;
@@ -74,7 +75,7 @@ std::vector<std::string> commandOf(const std::string& windowManager) {
                                    : std::vector<std::string>{windowManager};
 }
 
-/// Whole desktops want a system bus, and draw with a graphics card where they are not stopped.
+/// Whole desktops want a system bus, and draw with the graphics card unless that is forbidden.
 Environment environmentOf(Environment session) {
     session["DBUS_SYSTEM_BUS_ADDRESS"] = session.at("DBUS_SESSION_BUS_ADDRESS");
     session["LIBGL_ALWAYS_SOFTWARE"] = "1";
@@ -131,7 +132,7 @@ std::string valueIn(const Environment& environment, const std::string& name) {
     return own == nullptr ? "" : own;
 }
 
-/// That of the system's session bus, except that services of the machine are none of ours.
+/// That of the system's session bus, but without the machine's services.
 std::string busConfiguration(const Environment& environment) {
     std::string directories;
     for (const auto* data : {"XDG_DATA_HOME", "XDG_DATA_DIRS"}) {

@@ -35,8 +35,8 @@ namespace hollowfernpike::test {
     return ::getuid() == unknown;
 }
 
-/// Takes from the programs that this process starts from now on what lets root's pass over file
-/// modes. False if that fails.
+/// Binds the programs that this process starts from now on to file modes, even if they are root's.
+/// False if that fails.
 [[nodiscard]] inline bool bindChildrenToFileModes() {
     return ::getuid() != 0 || (::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE) == 0 &&
                                ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH) == 0);

@@ -2,8 +2,8 @@
 // on a display. Listed among the sources of the test program itself: out of a library the
 // sanitizers would not take it.
 
-// Copies a text of known length out of a reply, which strict_string_checks takes for an overrun.
-// The sanitizer chose the name.
+// libxkbcommon-x11 copies a text of known length out of a reply, which strict_string_checks takes
+// for an overrun. The sanitizer chose the name.
 // NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" const char* __asan_default_suppressions() {
     return "interceptor_via_lib:libxkbcommon-x11\n";

@@ -13,8 +13,8 @@
 
 namespace hollowfernpike::test {
 
-/// The user database of the system, as this process and the programs that it starts from then on
-/// see it, knows this user alone, and this as his home.
+/// For this process and the programs that it starts from then on, the system's user database knows
+/// this user alone, with this home.
 inline void haveHomeInTheUserDatabase(const std::filesystem::path& home) {
     leaveTheMountsOfOthers();
     const TemporaryDirectory folder;

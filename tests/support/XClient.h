@@ -50,7 +50,7 @@ public:
         sync();
     }
 
-    /// Whether other clients hold these, all of them. Nobody can notice the question.
+    /// Whether other clients hold all of these. Nobody can notice the question.
     bool areTaken(const std::vector<KeyGrab>& grabs) {
         xcb_grab_server(server());
         std::vector<xcb_void_cookie_t> attempts;
@@ -60,7 +60,7 @@ public:
         }
         xcb_ungrab_server(server());
         xcb_flush(server());
-        // Each answer has to be taken.
+        // Every answer has to be fetched, so this does not stop at the first.
         return std::ranges::count_if(attempts, [this](auto attempt) {
                    return succeeded(attempt);
                }) == 0;

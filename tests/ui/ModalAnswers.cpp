@@ -74,7 +74,8 @@ bool ModalAnswers::allGiven() const {
     return answers_.empty() && (current_ == nullptr || !current_->isVisible());
 }
 
-// The answer may open the next dialog in a loop of its own, during which this timer must tick.
+// The answer is queued: it may open the next dialog in a loop of its own, during which this timer
+// must tick.
 void ModalAnswers::look() {
     QWidget* dialog = QApplication::activeModalWidget();
     if (dialog == nullptr || !dialog->isVisible() || dialog->property(seenMark).isValid()) {

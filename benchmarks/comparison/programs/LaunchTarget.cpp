@@ -1,5 +1,5 @@
-// A program whose launch is timed: the first thing it does is to read the clock. It writes that,
-// in nanoseconds, and its own number into the FIFO that its only argument names.
+// A program whose launch is timed: the first thing it does is to read the clock. It writes the time
+// in nanoseconds and its process number into the FIFO that its only argument names.
 
 #include <array>
 #include <cstdint>

@@ -9,15 +9,15 @@ namespace hollowfernpike {
 
 namespace {
 
-/// A number as an integer of `digits`, without zeros at either end, times ten to the `exponent`.
+/// The number `digits` times ten to the `exponent`; `digits` has no zeros at either end.
 struct Decimal {
     bool negative = false;
     std::string digits;
     std::int64_t exponent = 0;
 };
 
-/// An exponent too large to be read is as good as a very large one: it is out of range or, with
-/// the opposite sign, no integer whatever the digits are.
+/// Exponents beyond about 2^62 either way are clamped. That changes no result: a number with such
+/// an exponent is zero, or out of range, or, if the exponent is negative, no integer.
 std::int64_t exponentValue(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);
@@ -58,7 +58,7 @@ Decimal decimal(std::string_view text) {
     return result;
 }
 
-// Each of these returns the place behind what starts at the given one.
+// Each of these returns the position behind the item that starts at the given position.
 
 std::size_t endOfString(std::string_view text, std::size_t quote) {
     std::size_t at = quote + 1;
@@ -76,7 +76,7 @@ bool isOneOf(std::string_view signs, std::string_view text, std::size_t at) {
     return at < text.size() && signs.find(text[at]) != std::string_view::npos;
 }
 
-/// A fraction or an exponent: a mark, perhaps a sign, digits. Without digits there is none.
+/// For a fraction or an exponent: a mark, perhaps a sign, digits. `at` if there is none.
 std::size_t endOfPart(std::string_view text, std::size_t at, std::string_view marks,
                       std::string_view signs) {
     if (!isOneOf(marks, text, at)) {
@@ -95,9 +95,9 @@ std::size_t endOfNumber(std::string_view text, std::size_t at) {
 
 } // namespace
 
-// A zero with an exponent: its digits are the last part that a number can have, so what is wrong
-// behind a number, as in 1e400.5, is as wrong behind its zero. The sign stays, so that what is
-// wrong before a number, as in 1-1e400, is so before its zero, too.
+// The zero has an exponent (0e000), because nothing can follow the digits of an exponent: text that
+// is wrong behind a number, as in 1e400.5, is still wrong behind its zero. The sign stays, so that
+// text that is wrong before a number, as in 1-1e400, is still wrong before its zero.
 std::string withZerosForNumbers(std::string_view document) {
     std::string result{document};
     std::size_t at = 0;

@@ -7,9 +7,9 @@
 
 namespace hollowfernpike {
 
-/// The document with a zero of the same length and sign in place of every number that is longer
-/// than two digits, those in strings excepted. It is as much, or as little, a JSON document (RFC
-/// 8259) as before, and all else is where it was.
+/// The document with every number longer than two characters, not counting the sign, replaced by a
+/// zero of the same length and sign; numbers in strings stay. The result is valid JSON (RFC 8259)
+/// if and only if the document is, and everything else keeps its position.
 std::string withZerosForNumbers(std::string_view document);
 
 enum class IntegerFault { notAnInteger, outOfRange };

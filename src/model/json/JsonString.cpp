@@ -7,7 +7,7 @@ namespace hollowfernpike {
 
 namespace {
 
-/// For each byte the letter behind the backslash: 'u' for the long form, 0 for none at all.
+/// For each byte the letter behind the backslash: 'u' for the long form, 0 if it is not escaped.
 constexpr auto escapes = [] {
     std::array<char, 256> letters{};
     for (std::size_t control = 0; control < 0x20; ++control) {

@@ -9,7 +9,7 @@ namespace hollowfernpike {
 /// 1 to 4, or 0 if there is none. Overlong forms and surrogates are not well-formed.
 std::size_t utf8SequenceLength(std::string_view text);
 
-/// Where the first byte stands that belongs to no well-formed sequence; `npos` if all is well.
+/// Position of the first byte that belongs to no well-formed sequence; `npos` if there is none.
 std::size_t firstInvalidUtf8(std::string_view text);
 
 } // namespace hollowfernpike

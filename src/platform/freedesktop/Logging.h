@@ -4,8 +4,8 @@
 
 namespace hollowfernpike::freedesktop {
 
-// What goes wrong and is got over without a word to the user, by the toolkit's logging: off by
-// default, switched on by QT_LOGGING_RULES="hollowfernpike.*=true". Never a key that is not bound.
+// Log of failures that are handled without telling the user: off by default, switched on by
+// QT_LOGGING_RULES="hollowfernpike.*=true". Presses of keys that are not bound are never logged.
 
 Q_DECLARE_LOGGING_CATEGORY(keysLog)
 Q_DECLARE_LOGGING_CATEGORY(windowsLog)

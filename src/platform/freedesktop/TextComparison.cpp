@@ -8,7 +8,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-// Null if the text is not valid UTF-8. A zero byte would end the text early, so it counts as such.
+// Null if the text is not valid UTF-8, or has a zero byte, which would end it early.
 TextPointer decomposed(std::string_view text) {
     if (g_utf8_validate_len(text.data(), text.size(), nullptr) == FALSE) {
         return nullptr;

@@ -28,7 +28,7 @@ bool isBeforeAll(const QWidget* dialog) {
            dialog->windowModality() == Qt::ApplicationModal;
 }
 
-/// A modal dialog that is open and not bound to one window, though sheets may have opened after it;
+/// The open dialog that is modal to the whole application, even if sheets have opened after it;
 /// null if there is none.
 QWidget* dialogBeforeAll() {
     if (QWidget* latest = QApplication::activeModalWidget(); isBeforeAll(latest)) {
@@ -54,7 +54,7 @@ QWidget* sheetOrSelf(QWidget* window) {
     return window;
 }
 
-// With the first window and not at the start: on most days none is opened, and what draws an icon
+// Called for the first window, not at the start: most runs open no window, and what draws the icon
 // would stay in memory.
 void useApplicationIcon() {
     if (QApplication::windowIcon().isNull()) {
@@ -126,8 +126,8 @@ int Application::run() {
     return status;
 }
 
-// The toolkit's own way to quit asks every window first, and an open dialog would refuse. Outside
-// its event loop the toolkit forgets that it was to end.
+// Not QCoreApplication::quit(): it asks every window first, and an open dialog would refuse.
+// Queued, because exit() has no effect before the event loop runs.
 void Application::terminate() {
     const auto end = [] { QCoreApplication::exit(0); };
     QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);

@@ -15,7 +15,7 @@ public:
     /// `ownWindows` outlives this.
     explicit Application(platform::OwnWindows& ownWindows);
 
-    /// Whether the desktop shows our status item; until told, it does not.
+    /// Tells whether the desktop shows our status item; it does not until this is called.
     void setStatusItemShown(bool shown);
 
     void setDelegate(platform::ApplicationDelegate* delegate) override { delegate_ = delegate; }

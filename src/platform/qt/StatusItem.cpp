@@ -14,12 +14,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A panel of today may need so long from its first sign of life to its host, and may run a tray of
-// the older kind besides.
+// How long a host is waited for before a tray is used: a panel may take this long to bring up its
+// host, and may offer a tray as well.
 constexpr auto grace = 1500ms;
 
-/// The toolkit gives each item a connection of its own, by the name that items have on buses, and
-/// would use it again although it is dead.
+/// The toolkit opens a connection for each item, named like the item on the bus, and would reuse it
+/// even if it is dead.
 void forgetConnectionOf(int item) {
     QDBusConnection::disconnectFromBus(QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
                                            .arg(QCoreApplication::applicationPid())
@@ -56,8 +56,9 @@ void StatusItem::setImage(std::string_view symbolName, std::string_view accessib
     applyImage();
 }
 
-// The toolkit's item takes up with the bus that is there when it is shown. Another one could not be
-// made: newer versions ask the bus of the program's start for hosts, though that may have ended.
+// The icon is kept and only hidden: it connects to the present bus when it is shown again. A new
+// icon would fail: newer toolkit versions ask the bus of the program's start for hosts, and that
+// bus may have ended.
 void StatusItem::lookForHosts(const QDBusConnection& bus) {
     if (icon_) {
         icon_->hide();
@@ -85,8 +86,8 @@ void StatusItem::onTrayNews() {
     tellApplication();
 }
 
-// The toolkit decides at its first use whether it speaks to hosts at all, so not before there is
-// one. From then on it follows them by itself.
+// The icon is not made before there is a host: with its first icon the toolkit decides for good
+// whether it uses hosts. From then on it follows them by itself.
 void StatusItem::showWithHost() {
     if (!icon_) {
         makeIcon();

@@ -18,8 +18,8 @@
 
 namespace hollowfernpike::qt {
 
-/// Our status item on whichever panel there is: with a host of status notifier items if possible,
-/// else, once no such host has come for a moment, as a window in a tray.
+/// Our status item on the panel that there is: with a host of status notifier items, or as a window
+/// in a tray if no such host appears within 1.5 s.
 class StatusItem final : public QObject, public platform::StatusItem {
 public:
     /// All outlive this. Null for the tray or the bus if there is none.
@@ -51,7 +51,7 @@ private:
     QString description_;
     QTimer grace_;
     std::unique_ptr<QSystemTrayIcon> icon_; ///< made with the first host, and kept for all later
-    int number_ = 0;                        ///< of the icon among those of this process
+    int number_ = 0;                        ///< of the icon, as in its name on the bus
     std::unique_ptr<TrayWindow> window_;
     std::optional<StatusNotifierHosts> hosts_;
     std::unique_ptr<platform::Subscription> trayWatch_;

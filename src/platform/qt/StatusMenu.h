@@ -12,13 +12,13 @@
 
 namespace hollowfernpike::qt {
 
-/// The menu of a status item as the toolkit shows it, and hosts of status items read it.
+/// The menu of a status item: the toolkit shows it, and hosts of status items read it over the bus.
 class StatusMenu final : public QObject {
 public:
     using Choose = std::function<void(const platform::MenuItem& item)>;
 
-    /// `choose` is told of every item that the user chooses, once each, with nothing of the menu
-    /// on the stack: it may run an event loop and replace the items.
+    /// `choose` is called once for each item that the user chooses, from the main loop and not from
+    /// within the menu: so it may run an event loop and replace the items.
     explicit StatusMenu(Choose choose);
 
     /// Replaces all items. An open menu closes.

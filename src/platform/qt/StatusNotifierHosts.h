@@ -15,10 +15,10 @@ class StatusNotifierHosts final : public QObject {
     Q_OBJECT
 
 public:
-    /// `onNews` is called, never inside the constructor, whenever something has changed there.
+    /// `onNews` is called whenever a host may have come or gone, never inside the constructor.
     StatusNotifierHosts(QDBusConnection bus, std::function<void()> onNews);
 
-    /// As far as we were told. A watcher alone shows nothing.
+    /// As last reported. A watcher without a host does not count: it shows no items.
     bool isHostRegistered() const { return isHostRegistered_; }
 
 private:

@@ -13,7 +13,7 @@ namespace hollowfernpike::qt {
 
 namespace {
 
-// Dark on light inside, light on nothing outside: legible on light and on dark panels alike.
+// Dark keys on a light body with a dark outline: legible on light and on dark panels alike.
 constexpr QRgb light = 0xFFF4F4F4;
 constexpr QRgb dark = 0xFF303338;
 constexpr QRgb nothing = 0;
@@ -22,8 +22,8 @@ constexpr int smallestSide = 16;
 constexpr int columns = 4;
 constexpr int rows = 3;
 
-/// Pixel by pixel, on whole pixels: every edge is sharp in every size, and no library for drawings
-/// stays in memory for months because of this one.
+/// Drawn pixel by pixel: every edge is sharp in every size, and no drawing library stays in memory
+/// for months.
 class Keyboard {
 public:
     explicit Keyboard(int size) : image_(size, size, QImage::Format_ARGB32_Premultiplied) {
@@ -58,7 +58,7 @@ private:
         }
     }
 
-    /// As many keys as one.
+    /// Draws `count` keys as one wide key.
     void keys(int row, int column, int count) {
         const int step = key_ + stroke_;
         const QPoint first = corner_ + QPoint(2 * stroke_, 2 * stroke_);
@@ -88,7 +88,7 @@ QImage keyboardDrawing(int side) {
 
 constexpr int panelSizes[] = {16, 22, 24, 32, 48, 64};
 
-/// The name of the installed symbol of ours; empty if there is none.
+/// The name of our symbol if it is installed, else empty.
 QString installedSymbol() {
     const QString name = QGuiApplication::desktopFileName() + "-symbolic";
     const QString file = "icons/hicolor/symbolic/apps/" + name + ".svg";
@@ -96,9 +96,8 @@ QString installedSymbol() {
                                                                                        : name;
 }
 
-/// Carries the installed symbol's name for panels that paint it in their own colour, and is drawn
-/// by us for all others. The toolkit's icon from a theme would read the whole theme for its name,
-/// and keep it.
+/// Gives the installed symbol's name to panels that paint it in their own colour; for all others,
+/// draws the symbol. Not QIcon::fromTheme(): it would read the whole theme and keep it.
 class Engine final : public QIconEngine {
 public:
     QString iconName() override { return name_; }

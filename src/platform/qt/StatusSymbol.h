@@ -5,10 +5,9 @@
 
 namespace hollowfernpike::qt {
 
-/// The drawing of a symbol for panels of any colour, light and dark at once, sharp in every size.
-/// Its name is that of the symbol which is installed for us under the name of our desktop file, and
-/// which panels can paint in their own colour; empty if none is installed. Null for an unknown
-/// symbol.
+/// The drawing of a symbol, legible on light and dark panels and sharp in every size; null for an
+/// unknown symbol. The icon's name is that of our installed symbol ("<desktop file>-symbolic"), so
+/// that panels can paint it in their own colour; empty if it is not installed.
 QIcon statusSymbol(const QString& name);
 
 } // namespace hollowfernpike::qt

@@ -25,7 +25,7 @@ TrayWindow::TrayWindow(platform::SystemTray& tray, std::function<void(QPoint)> o
     setAttribute(Qt::WA_QuitOnClose, false);
     setGeometry(offScreen, offScreen, usualSize, usualSize);
     create();
-    windowHandle()->setMinimumSize({usualSize, usualSize}); // some trays give just that
+    windowHandle()->setMinimumSize({usualSize, usualSize}); // some trays give no more
     show();
     tray.embed(winId());
 }
@@ -44,7 +44,8 @@ void TrayWindow::mousePressEvent(QMouseEvent* event) {
     }
 }
 
-// The server has painted the ground; the toolkit would paint over it.
+// Where the tray does not blend windows, the server has painted its ground into ours. The toolkit
+// would paint over that ground, so we grab it and draw it below the symbol.
 void TrayWindow::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     if (!testAttribute(Qt::WA_TranslucentBackground)) {

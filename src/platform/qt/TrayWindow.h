@@ -13,8 +13,8 @@ namespace hollowfernpike::qt {
 /// Our status item as a window that a tray takes in. Lives as long as the tray it was made for.
 class TrayWindow final : public QWidget {
 public:
-    /// Hands itself over to the tray. `onClick` is told of every press of the left or right button,
-    /// and where it was on the screen.
+    /// Hands itself over to the tray. `onClick` is called for every press of the left or right
+    /// button, with its place on the screen.
     TrayWindow(platform::SystemTray& tray, std::function<void(QPoint)> onClick);
 
     /// The description is the tooltip and what screen readers say.

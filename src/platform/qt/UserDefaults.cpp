@@ -5,7 +5,7 @@
 
 namespace hollowfernpike::qt {
 
-// The native format of the platform is INI, and an organization alone names the file.
+// NativeFormat is INI here. With an organization and no application, the file is "<domain>.conf".
 UserDefaults::UserDefaults(std::string_view domain)
     : settings_(QSettings::NativeFormat, QSettings::UserScope, QString::fromUtf8(domain)) {}
 

@@ -7,8 +7,9 @@
 namespace hollowfernpike::qt {
 
 /// Settings in INI files, one for each domain: "<domain>.conf" in the user's configuration
-/// directory, behind it those of the same name in the directories for all users ($XDG_CONFIG_DIRS).
-/// Texts, numbers and truth values are all written as text. Keys lie in the group "General".
+/// directory. A key that is missing there is looked up in the files of the same name for all users
+/// ($XDG_CONFIG_DIRS). Texts, numbers and truth values are all written as text. Keys lie in the
+/// group "General".
 class UserDefaults final : public platform::UserDefaults {
 public:
     /// `domain` is our own.

@@ -51,8 +51,8 @@ public:
 
     const char* toolkitPlatform() const override { return "xcb"; }
 
-    // An X server may reset itself when its last client leaves, so ours stays until the toolkit has
-    // a connection of its own.
+    // An X server may reset itself when its last client leaves, so our connection stays open until
+    // now, when the toolkit has one of its own.
     std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
         display_.reset();
         return std::make_unique<Desktop>(host);

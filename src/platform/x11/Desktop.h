@@ -4,8 +4,8 @@
 
 namespace hollowfernpike::x11 {
 
-/// Sessions on an X server. Finding one connects to the display of the environment; the toolkit's
-/// plug-in aborts the process where there is none.
+/// Sessions on an X server. find() connects to the display that the environment names, because the
+/// toolkit's plug-in would abort the process if there is none.
 platform::DesktopKind desktopKind();
 
 } // namespace hollowfernpike::x11

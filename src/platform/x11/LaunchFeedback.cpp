@@ -46,7 +46,7 @@ std::string quotedValue(std::string_view value) {
 
 /// A message of the start-up notification protocol (freedesktop.org, version 0.2): a prefix such as
 /// "new" and its keys in order. Keys with an empty value are left out; values are quoted, and cut
-/// at a length that no sane one reaches.
+/// at 512 bytes.
 std::string startupMessage(std::string_view prefix,
                            const std::vector<std::pair<std::string_view, std::string>>& keys) {
     std::string message{prefix};
@@ -62,8 +62,8 @@ std::string startupMessage(std::string_view prefix,
     return message;
 }
 
-/// Broadcasts the message to whoever listens at the root: in pieces of 20 bytes that carry `sender`
-/// to tell concurrent messages apart. Flushes, waits for nothing.
+/// Sends the message to all clients that listen on the root, in pieces of 20 bytes. `sender` in
+/// each piece tells concurrent messages apart. Flushes, does not wait.
 void broadcastStartupMessage(const Connection& connection, const Atoms& atoms, xcb_window_t sender,
                              const std::string& message) {
     xcb_client_message_event_t event{};
@@ -146,7 +146,8 @@ void LaunchFeedback::broadcast(const WindowReader& windows, const std::string& m
     broadcastStartupMessage(connection, windows.atoms(), sender_, message);
 }
 
-// Without a key press there is no time to tell, and a made-up one would decide about the focus.
+// Before the first key press the time is left out: window managers decide about the focus by it, so
+// it must not be made up.
 std::string LaunchFeedback::newIdentifier() {
     auto identifier = prefix_ + std::to_string(++count_);
     if (userTime_.time() != XCB_CURRENT_TIME) {

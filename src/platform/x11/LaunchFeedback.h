@@ -14,7 +14,7 @@ namespace hollowfernpike::x11 {
 /// Start-up notices by the freedesktop.org protocol. Main thread only.
 class LaunchFeedback final : public platform::LaunchFeedback {
 public:
-    /// Both outlive this object. Nothing is told as long as `windows` is not connected.
+    /// Both outlive this object. Sends nothing while `windows` has no connection.
     LaunchFeedback(Windows& windows, const UserTime& userTime);
     LaunchFeedback(const LaunchFeedback&) = delete;
     LaunchFeedback& operator=(const LaunchFeedback&) = delete;

@@ -46,7 +46,7 @@ bool hasXwaylandExtension(const Connection& connection) {
     return reply && reply->present != 0;
 }
 
-/// Xwayland's devices tell it apart where it is too old for the extension.
+/// An Xwayland that is too old for the extension is recognised by the names of its devices.
 bool hasXwaylandDevice(const Connection& connection) {
     const Reply<xcb_input_xi_query_device_reply_t> reply{xcb_input_xi_query_device_reply(
         connection.get(), xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL),

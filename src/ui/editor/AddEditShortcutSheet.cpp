@@ -65,7 +65,7 @@ AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
     connect(qApp, &QCoreApplication::aboutToQuit, this, &QWidget::close);
 }
 
-// The recorder may still be recording, and then it outlives its window.
+// A recorder that is still recording outlives its window; as a child it would be deleted.
 AddEditShortcutSheet::~AddEditShortcutSheet() {
     keyRecorder_->setParent(nullptr);
 }
@@ -189,7 +189,7 @@ void AddEditShortcutSheet::showEvent(QShowEvent*) {
     heldWhileShown_ = shared_from_this();
 }
 
-// Whoever closes the window may be a button of it.
+// Lets go of itself in a later turn: a button of this window may be what closes it.
 void AddEditShortcutSheet::hideEvent(QHideEvent* event) {
     if (!event->spontaneous()) {
         platform::services().mainQueue.async([self = std::exchange(heldWhileShown_, nullptr)] {});

@@ -16,8 +16,8 @@ namespace hollowfernpike {
 /// The window in which a shortcut is made or changed: first the application, then the keys. It
 /// hands the result to its owner and touches no store. Main thread only.
 ///
-/// While it is shown it keeps itself alive; once it is closed it lives as long as somebody holds
-/// it. A recording that is under way when it is closed goes on without it.
+/// It keeps itself alive while it is shown; once closed it lives as long as somebody holds it.
+/// Closing it does not stop a recording.
 class AddEditShortcutSheet final : public QWidget,
                                    public std::enable_shared_from_this<AddEditShortcutSheet> {
 public:
@@ -34,10 +34,10 @@ public:
     /// Lets the user choose the application, in a panel on this window.
     void selectApp();
 
-    /// Hands the shortcut over and closes the window; says what is missing if something is.
+    /// Calls `onSave` and closes the window; if something is missing, only tells the user what.
     void saveSheet();
 
-    /// Closes the window and tells nobody.
+    /// Closes the window without calling `onSave`.
     void cancelSheet();
 
     KeyRecorderView& keyRecorder() { return *keyRecorder_; }

@@ -13,13 +13,13 @@
 
 namespace hollowfernpike {
 
-/// Applications found by a text, as rows with icon and name. Icons are read when they are first
-/// looked at, a few at a time, so that a long list opens at once. Main thread only.
+/// Applications found by a text, as rows with icon and name. Icons are read after they are first
+/// asked for, in slices of 8 ms, so that a long list opens at once. Main thread only.
 class ApplicationListModel final : public QAbstractListModel {
 public:
     explicit ApplicationListModel(ApplicationSearch search, QObject* parent = nullptr);
 
-    /// Whether there is anything to be found at all.
+    /// Whether there are no applications at all, found or not.
     bool isEmpty() const { return search_.applications().empty(); }
 
     /// Shows what `text` finds.

@@ -77,7 +77,7 @@ void ApplicationPanel::buildSearchField() {
         clear->setAccessibleName(localized("消去", "Clear"));
     }
     searchField_->installEventFilter(this);
-    QPalette palette = searchField_->palette(); // some desktops leave this one dark on dark
+    QPalette palette = searchField_->palette(); // some desktops have placeholders dark on dark
     palette.setColor(QPalette::PlaceholderText, secondaryLabelColor(palette));
     searchField_->setPalette(palette);
     searchField_->setFocus();
@@ -139,14 +139,14 @@ void ApplicationPanel::chooseOtherFile() {
     beginEntryFilePanel(*this, [this](const std::string& path) { choose(path); });
 }
 
-// Whoever is told may destroy the window and the panel with it.
+// Calls a copy: the callback may destroy the window, and the panel with it.
 void ApplicationPanel::choose(const std::string& path) {
     const Completion onChosen = onChosen_;
     accept();
     onChosen(path);
 }
 
-// The arrow keys move in the list while the text goes on being typed.
+// Arrow and page keys move in the list while the search field keeps the focus.
 bool ApplicationPanel::eventFilter(QObject* watched, QEvent* event) {
     if (watched == searchField_ && event->type() == QEvent::KeyPress &&
         movesInList(static_cast<QKeyEvent*>(event)->key())) {

@@ -11,11 +11,11 @@
 
 namespace hollowfernpike {
 
-/// Installed applications in the order in which people look for them, and those of them that a text
-/// means. Upper and lower case, full and half width make no difference. Main thread only.
+/// Installed applications sorted by name, and a search in them. Upper and lower case, full and half
+/// width make no difference. Main thread only.
 class ApplicationSearch {
 public:
-    /// `language` decides the alphabet.
+    /// `language` decides the alphabetical order.
     ApplicationSearch(std::vector<platform::InstalledApplication> applications, Language language);
 
     /// Sorted by name.

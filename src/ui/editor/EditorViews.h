@@ -8,8 +8,8 @@ class FittingLabel;
 class IconView;
 class KeyRecorderView;
 
-/// What the shortcut editor consists of, in the order in which Tab visits it, and where everything
-/// lies. The views belong to the window. Main thread only.
+/// The views of the shortcut editor, in the order in which Tab visits them, and their layout. The
+/// window owns the views. Main thread only.
 struct EditorViews {
     /// Makes the views in `window`, in the current language; the recorder becomes its child, too.
     EditorViews(QWidget& window, KeyRecorderView& recorder);

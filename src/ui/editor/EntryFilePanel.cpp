@@ -19,7 +19,7 @@ QString startingDirectory() {
     return directories.empty() ? QDir::homePath() : QString::fromStdString(directories.front());
 }
 
-/// Shows entry files alone, and takes no other although its path can be typed.
+/// Shows only entry files, and beeps if the path of another file is typed.
 class EntryFileDialog final : public QFileDialog {
 public:
     using QFileDialog::QFileDialog;
@@ -41,8 +41,8 @@ private:
 
 } // namespace
 
-// The toolkit's own panel: a desktop's speaks the desktop's language, and may show entry files
-// under the names of their applications.
+// Not the desktop's own panel: that is in the desktop's language, and may show entry files under
+// the names of their applications.
 void beginEntryFilePanel(QWidget& window, std::function<void(const std::string& path)> onChosen) {
     auto* dialog = new EntryFileDialog(&window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);

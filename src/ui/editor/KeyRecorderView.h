@@ -19,8 +19,8 @@ class FittingLabel;
 /// listens to the whole keyboard and swallows nothing, so that every key press also reaches our key
 /// window. Main thread only.
 ///
-/// While it records it keeps itself alive, whether its window is open or not. A parent widget must
-/// not destroy it: let go of it first (`setParent(nullptr)`).
+/// While it records it keeps itself alive, even if its window is closed. Call `setParent(nullptr)`
+/// before its parent is destroyed, which would delete it.
 class KeyRecorderView final : public QWidget, public std::enable_shared_from_this<KeyRecorderView> {
 public:
     static std::shared_ptr<KeyRecorderView> make();
@@ -42,8 +42,8 @@ public:
     /// Does nothing unless it records.
     void stopRecording();
 
-    /// A key went down: Escape ends the recording, a key without modifiers asks for some, any other
-    /// is recorded. `flags` is the event's whole flag word.
+    /// Handles a key press: Escape ends the recording; for a key without modifiers the label asks
+    /// for some; any other is recorded. `flags` is the event's whole flag word.
     void handleCapturedKey(std::uint16_t keyCode, std::uint64_t flags);
 
     /// Shows and keeps a combination that exists already, flags unmasked.

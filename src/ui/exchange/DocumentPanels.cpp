@@ -15,7 +15,7 @@ void setUp(QFileDialog& panel) {
     panel.setNameFilter("JSON (*.json)");
 }
 
-/// Gives every name the extension, which the toolkit does only where the name has no dot at all.
+/// Gives every name the extension; the toolkit would do so only for names without a dot.
 class SavePanel final : public QFileDialog {
     void accept() override {
         const QStringList files = selectedFiles();
@@ -25,13 +25,13 @@ class SavePanel final : public QFileDialog {
         QFileDialog::accept();
     }
 
-    // As it was typed, so that a question about the file is about this name.
+    // In the text field, so that the question before replacing a file is about the full name.
     void completeName() {
         auto* field = findChild<QLineEdit*>("fileNameEdit");
         if (field == nullptr) {
             return;
         }
-        const QString name = field->text().remove('"'); // for the toolkit, the ends of a name
+        const QString name = field->text().remove('"'); // to the toolkit, quotes delimit names
         if (!name.endsWith(".json", Qt::CaseInsensitive)) {
             field->setText(name + ".json");
         }

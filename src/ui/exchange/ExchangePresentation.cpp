@@ -15,9 +15,9 @@ void tellFile(const QStringList& files, const ExchangePresentation::FileCompleti
     }
 }
 
-/// Tells in a later turn, so that the panel is gone when an alert follows. The window keeps the
-/// keys: a window manager that finds a panel gone together with a question on it may give them to
-/// another program.
+/// Calls `completion` in a later turn, so that the panel is gone when an alert follows. Activates
+/// `window` first: if the panel closes together with a question on it, a window manager may give
+/// the focus to another program.
 void beginSheet(QFileDialog* panel, QWidget* window,
                 ExchangePresentation::FileCompletion completion) {
     panel->setParent(window, panel->windowFlags());

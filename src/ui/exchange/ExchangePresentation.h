@@ -19,11 +19,11 @@ public:
     /// Told of the file that was chosen; not called if none was.
     using FileCompletion = std::function<void(const std::filesystem::path& file)>;
 
-    /// Each stands alone and blocks until it is answered; success is told.
+    /// Each panel or question stands alone and blocks until it is answered; success is reported.
     static ExchangePresentation modal();
 
-    /// Each is shown on `window` and its answer comes later; success tells itself. Without a
-    /// window, or once it is destroyed, nothing is shown and nothing is answered.
+    /// Each panel or question is shown on `window` and answered later; success is not reported.
+    /// Without a window, or once it is destroyed, nothing is shown and no completion is called.
     static ExchangePresentation sheetsOn(QWidget* window);
 
     void choose(std::unique_ptr<QFileDialog> panel, FileCompletion completion) const;

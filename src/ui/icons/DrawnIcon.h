@@ -8,7 +8,7 @@ class QPainter;
 
 namespace hollowfernpike {
 
-/// Draws an icon into a square, with smooth edges. What it changes of the painter is changed back.
+/// Draws an icon into a square. The painter smooths edges; its state is restored afterwards.
 using DrawIcon = std::function<void(QPainter& painter, const QRectF& square, QIcon::Mode mode)>;
 
 /// An icon that is drawn anew for every size in which it is asked for.

@@ -58,7 +58,7 @@ void drawWindow(QPainter& painter, const QRectF& square, QIcon::Mode mode) {
     painter.strokePath(outline, QPen(palette.color(group, QPalette::WindowText), unit / 2));
 }
 
-/// An icon may have a name and a size and yet be a file that nobody can read.
+/// Tries to draw it, because an icon that has a name and a size may still be an unreadable file.
 bool showsSomething(const QIcon& icon) {
     return !icon.isNull() && !icon.pixmap(QSize(32, 32), 1.0).isNull();
 }

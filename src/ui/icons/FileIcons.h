@@ -8,7 +8,7 @@
 
 namespace hollowfernpike {
 
-/// From the user's icon theme, else from the icon's own image. Reads files.
+/// From the user's icon theme, else from the icon's own image, else a generic one. Reads files.
 QIcon iconFor(const platform::FileIcon& icon);
 
 /// The icon of the application at `path`.
@@ -18,9 +18,8 @@ QIcon iconForFile(const std::string& path);
 /// Main thread only.
 QIcon genericApplicationIcon();
 
-/// The icon of the application at `path`, which is not looked for until it is drawn for the first
-/// time: of a long list most icons are never seen. The desktop's services must be there then. Main
-/// thread only.
+/// The icon of the application at `path`, looked up when it is first drawn, because most icons of a
+/// long list are never seen. platform::services() must be set then. Main thread only.
 QIcon lazyIconForFile(std::string path);
 
 } // namespace hollowfernpike

@@ -6,9 +6,8 @@
 
 namespace hollowfernpike {
 
-/// A square button that shows nothing but a symbol until the pointer or the keyboard comes to it.
-/// The keyboard reaches it with Tab; a click does not take the focus away from where it is. Main
-/// thread only.
+/// A square button that shows only a symbol, unless the pointer is over it or it has the focus. Tab
+/// gives it the focus; a click does not. Main thread only.
 class SymbolButton final : public QAbstractButton {
 public:
     static constexpr int side = 28; ///< of the button

@@ -99,7 +99,7 @@ void append(QPainterPath& path, const Line& line) {
     }
 }
 
-/// What a symbol is drawn of, by a pen with round ends, on a grid of 20 by 20.
+/// The lines of a symbol on a grid of 20 by 20, for a pen with round ends.
 QPainterPath symbolLines(Symbol symbol) {
     QPainterPath path;
     for (const Line& line : linesOf(symbol)) {

@@ -18,9 +18,8 @@ enum class Symbol : unsigned char {
 /// is drawn, so that icons made earlier follow a change of it.
 enum class SymbolTint : unsigned char { text, accent, red };
 
-/// A symbol drawn by ourselves, from no file and through no plug-in, so that there is nothing that
-/// cannot be read. Sharp at any size and scale; disabled, it is in the colour of disabled text.
-/// Main thread only.
+/// A symbol drawn in code, so that no file or plug-in can be missing. Sharp at any size and scale;
+/// disabled, it is in the colour of disabled text. Main thread only.
 QIcon symbolImage(Symbol symbol, SymbolTint tint = SymbolTint::text);
 
 } // namespace hollowfernpike

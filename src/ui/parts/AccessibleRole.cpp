@@ -24,7 +24,7 @@ QAccessibleInterface* viewWithRole(const QString& /*className*/, QObject* object
 } // namespace
 
 void setAccessibleRole(QWidget& view, QAccessible::Role role) {
-    QAccessible::installFactory(&viewWithRole); // once, however often it is said
+    QAccessible::installFactory(&viewWithRole); // repeated calls install it only once
     view.setProperty(roleProperty, static_cast<int>(role));
 }
 

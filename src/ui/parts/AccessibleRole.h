@@ -6,9 +6,9 @@ class QWidget;
 
 namespace hollowfernpike {
 
-/// Tells assistive technology what a view of ours is; without it, a plain view is only filling
-/// between others, and screen readers pass over its name. To be called first of
-/// all: once somebody has asked what the view is, it stays so. Main thread only.
+/// Gives a plain view a role for assistive technology; without one, screen readers pass over the
+/// view and its name. To be called before anything else is done with the view: its role is fixed
+/// once something has asked for it. Main thread only.
 void setAccessibleRole(QWidget& view, QAccessible::Role role);
 
 } // namespace hollowfernpike

@@ -5,9 +5,8 @@
 
 namespace hollowfernpike {
 
-/// A line of plain text that gives way when there is no room for it: it wraps into smaller lines if
-/// it is allowed to, and ends in an ellipsis where even those do not hold it; then its tool tip
-/// tells the whole. Main thread only.
+/// A line of plain text. If it does not fit, it wraps into smaller lines as far as it may, ends in
+/// an ellipsis if that is not enough, and shows the whole text as a tool tip. Main thread only.
 class FittingLabel final : public QLabel {
 public:
     explicit FittingLabel(QWidget* parent = nullptr);
@@ -31,7 +30,7 @@ private:
     int maximumLineCount_ = 1;
 };
 
-/// Text that stands back and says what could be here. Main thread only.
+/// Text in the secondary colour that says what could be here. Main thread only.
 class HintLabel final : public QLabel {
 public:
     explicit HintLabel(const QString& text, QWidget* parent = nullptr);

@@ -4,7 +4,7 @@
 
 namespace hollowfernpike {
 
-/// A push button of the large size: 30 high at least, with air beside its text. Main thread only.
+/// A push button of the large size: at least 30 high, and 16 wider than usual. Main thread only.
 class LargeButton final : public QPushButton {
 public:
     using QPushButton::QPushButton;

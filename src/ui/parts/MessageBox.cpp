@@ -14,8 +14,8 @@ namespace {
 
 constexpr auto explanationName = "qt_msgbox_informativelabel"; // the toolkit's
 
-/// Lets a line end inside of what has no blank, such as a path, which would widen the window
-/// without bound.
+/// Lets lines break after 48 characters in text without blanks, such as a path, which would widen
+/// the window without bound.
 QString breakable(const QString& text) {
     constexpr qsizetype longestRun = 48;
     constexpr QChar zeroWidthSpace(0x200B);
@@ -37,8 +37,8 @@ QString breakable(const QString& text) {
     return result;
 }
 
-/// The toolkit gives an explanation no more room than a short message beside it takes. What cannot
-/// be broken may need more than the column.
+/// The toolkit makes an explanation no wider than its message, which may be short. Text that cannot
+/// be broken may need more than the widest column.
 void giveRoom(QLabel* explanation) {
     constexpr int widestColumn = 320;
     if (explanation != nullptr) {
@@ -55,7 +55,8 @@ MessageBox::MessageBox(QWidget* parent) : QMessageBox(parent) {
     setWindowTitle("Hollowfernpike");
 }
 
-// The message last: the toolkit fits an open box to its parts whenever a text is set.
+// The message last: with each text that is set, the toolkit fits an open box to its contents, and
+// by then the explanation has its room.
 void MessageBox::setTexts(const QString& message, const QString& explanation) {
     if (auto* previous = findChild<QLabel*>(explanationName)) {
         previous->setMinimumWidth(0);
@@ -87,7 +88,7 @@ QPixmap MessageBox::pictureOf(const QIcon& icon) const {
     return icon.pixmap(QSize(side, side), devicePixelRatioF());
 }
 
-/// The toolkit's own is coarse.
+/// Replaces the toolkit's own picture, which is coarse.
 void MessageBox::replacePicture(const QIcon& icon) {
     for (QLabel* label : findChildren<QLabel*>()) {
         if (!label->pixmap(Qt::ReturnByValue).isNull()) {

@@ -7,8 +7,8 @@
 
 namespace hollowfernpike {
 
-/// The toolkit's box for messages, with texts that are shown as they are, never as markup, and that
-/// fit whatever they hold. Main thread only.
+/// The toolkit's box for messages. Its texts are shown as they are, never as markup, and always
+/// fit. Main thread only.
 class MessageBox : public QMessageBox {
 public:
     explicit MessageBox(QWidget* parent = nullptr);
@@ -17,7 +17,7 @@ public:
     /// the box is open.
     void setTexts(const QString& message, const QString& explanation);
 
-    /// The picture of this kind of message, unless it is replaced by one of its own.
+    /// Shows `own`, or the picture for this kind of message if `own` is empty.
     void setPicture(Icon kind, const QIcon& own = QIcon());
 
 private:

@@ -11,8 +11,8 @@ namespace hollowfernpike {
 
 namespace {
 
-/// A view that comes or goes while it can be seen has the whole list laid out again, each for
-/// itself.
+/// Hides the list while its views are replaced: in a visible list, each view that is added or
+/// removed would have the whole list laid out again.
 class WhileHidden {
 public:
     explicit WhileHidden(QWidget& list) : list_(list) {

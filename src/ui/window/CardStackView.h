@@ -12,22 +12,21 @@ namespace hollowfernpike {
 
 class ShortcutCardView;
 
-/// The views of a list one below the other, 8 apart, 16 in from the sides and 8 from top and
-/// bottom, and as high as they need. Main thread only.
+/// A column of views, 8 apart, 16 in from the sides and 8 from top and bottom. It is as high as the
+/// views need. Main thread only.
 class CardStackView final : public QWidget {
 public:
     explicit CardStackView(QWidget* parent = nullptr);
 
-    /// Takes the views in place of those that were there, which live on until the event at hand is
-    /// handled: it may be theirs. Cards are as wide as there is room, the hint as large as it wants
-    /// to be and in the middle.
+    /// Replaces the views. The old ones are destroyed only after the current event, because one of
+    /// them may be handling it. Cards take the full width; a hint keeps its size and is centred.
     void setCards(const std::vector<ShortcutCardView*>& cards);
     void setHint(QWidget* hint);
 
     /// From top to bottom.
     std::vector<ShortcutCardView*> cards() const;
 
-    /// A button of a card, as a place that outlives them.
+    /// A button of a card, by position, so that it is still known when the cards are replaced.
     struct Place {
         std::size_t card = 0;
         bool isDeleteButton = false;
@@ -36,7 +35,7 @@ public:
     /// Where the window's keyboard focus is, if it is in a card.
     std::optional<Place> focusedPlace() const;
 
-    /// Moves the focus there, or to the last card if there are fewer. Needs a card.
+    /// Moves the focus there, or to the last card if there are fewer. There must be a card.
     void focusOn(const Place& place);
 
 private:

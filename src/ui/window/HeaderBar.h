@@ -14,7 +14,7 @@ class HeaderBar final : public QWidget {
 public:
     explicit HeaderBar(QWidget* parent = nullptr);
 
-    /// Gives the texts that are seen the language of now. What is said of the symbols keeps the
+    /// Puts the visible texts into the current language. The symbols' accessible names keep the
     /// language in which they were made.
     void relabel();
 

@@ -30,13 +30,13 @@
 
 namespace hollowfernpike {
 
-/// The management window as a window: it closes on the desktop's key for that, and its list scrolls
-/// to whatever the keyboard focus moves to. Closing hides it. Main thread only.
+/// The management window itself: the desktop's key for closing closes it, and its list scrolls to
+/// the button that Tab moves the focus to. Closing hides it. Main thread only.
 class ManagementWindow final : public QWidget {
 public:
     ManagementWindow();
 
-    /// The list, without which nothing scrolls. It must be in the window.
+    /// Sets the list that scrolls. It must be in the window.
     void setScrollView(QScrollArea* scrollView) { scrollView_ = scrollView; }
 
 private:

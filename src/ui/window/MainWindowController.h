@@ -23,7 +23,7 @@ class SymbolButton;
 /// add, edit, delete, export and import them. It follows the store and the language for as long as
 /// it lives, its window shown or hidden; closing the window hides it. Main thread only.
 ///
-/// Should the window be destroyed, there is none from then on, and what would need it does nothing.
+/// If the window is destroyed, it is not made again; functions that need it then do nothing.
 class MainWindowController final : public QObject {
 public:
     MainWindowController();

@@ -9,7 +9,7 @@ namespace hollowfernpike {
 class MessageBox;
 
 /// The window that tells the user why key presses cannot be seen and what to do about it. There is
-/// at most one; asked for while it is open, it only changes its text. Main thread only.
+/// at most one; show() only changes its text while it is open. Main thread only.
 class PermissionPrompt {
 public:
     PermissionPrompt();
@@ -17,8 +17,8 @@ public:
     PermissionPrompt& operator=(const PermissionPrompt&) = delete;
     ~PermissionPrompt();
 
-    /// Returns at once. The first time the window comes with the keys; when it comes back after the
-    /// user has closed it, it leaves them where they are.
+    /// Returns at once. A new window takes the keyboard focus; one that comes back after the user
+    /// has closed it does not.
     void show(const platform::LocalizedError& message);
 
     void close();

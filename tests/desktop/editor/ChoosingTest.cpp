@@ -23,7 +23,7 @@ protected:
         return file;
     }
 
-    /// An application that belongs to nobody's menu.
+    /// An entry outside the applications directories, so that no menu lists it.
     std::filesystem::path strayEntry() {
         return write("stray.desktop", "[Desktop Entry]\nType=Application\nName=Stray\nExec=" +
                                           quartz.program().string() + "\n");

@@ -23,8 +23,8 @@ inline constexpr std::string_view selectAnApplication = "起動するアプリ�
 
 } // namespace text
 
-/// Somebody with keyboard and mouse at the editor, who also knows what it says: texts and places
-/// come from the accessibility bus.
+/// Somebody who uses the editor with keyboard and mouse. Texts and places come from the
+/// accessibility bus.
 class EditorStory : public WindowStory {
 public:
     ScreenReader reader{desktop.bus().address()};
@@ -34,7 +34,8 @@ public:
 
     void clickOn(const Accessible& part);
 
-    /// In an editor with both steps: clicks the recorder's button while it has this name.
+    /// In an editor with both steps: clicks the recorder's button while it says Record, or Stop,
+    /// and waits until it says the other.
     void clickRecord(std::string_view title);
     void clickStop(std::string_view title);
 

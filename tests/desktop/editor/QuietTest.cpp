@@ -23,7 +23,7 @@ protected:
     const std::string_view editing = story.titles.editing;
     RecordedTraffic delivered = RecordedTraffic::ofKeyEvents(story.desktop.display());
 
-    /// Keys that are nothing to a recorder by themselves.
+    /// Keys that a recorder neither records nor obeys without a modifier.
     static std::vector<std::string> bareKeys() {
         std::vector<std::string> names;
         for (const auto& key : namedKeys()) {
@@ -34,8 +34,8 @@ protected:
         return names;
     }
 
-    /// Strikes these keys before the eyes of another application until all of them have been
-    /// delivered to it. How many events have been delivered to the utility meanwhile.
+    /// Strikes these keys while another application has the focus, and waits until it has got all
+    /// of them. Returns how many events the utility has got meanwhile.
     std::size_t deliveredWhileTypingElsewhere() {
         EXPECT_TRUE(story.switchTo(quartz));
         const auto other = quartz.copies().at(0);

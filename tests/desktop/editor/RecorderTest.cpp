@@ -13,7 +13,7 @@ using namespace test;
 
 const Combination commandLetter{0, command};
 
-// A, 1, keypad 5, F5, →: each is another one to a lock, or may be taken for that.
+// A, 1, keypad 5, F5, →: a lock changes what these keys do, or may be thought to.
 constexpr std::array<std::uint16_t, 5> keysThatLocksChange{0, 18, 87, 96, 124};
 
 class RecorderTest : public EditorStoryTest {
@@ -89,7 +89,7 @@ TEST_F(RecorderTest, StopEndsTheRecordingAndWhatFollowsIsNotRecorded) {
     EXPECT_TRUE(story.listensNoMore());
     story.strike(third);
     EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
-    story.clickRecord(adding); // comes behind it
+    story.clickRecord(adding); // arrives after the keys
     story.clickStop(adding);
     EXPECT_TRUE(story.recorderShows(adding, text::clickToRecord));
     EXPECT_FALSE(canSave(adding));

@@ -23,17 +23,17 @@ struct Accessible {
 /// role and name and acts on them, all over the accessibility bus (AT-SPI 2).
 class ScreenReader {
 public:
-    /// As for the bus.
+    /// The session bus, as for `AccessibilityBus`.
     explicit ScreenReader(const std::string& sessionBus);
 
-    /// The first part with this role and name among the windows of all programs that is on the
-    /// screen; it is waited for, and std::runtime_error thrown with all that there is instead.
+    /// Waits for a part with this role and name that is on the screen, in a window of any program,
+    /// and returns the first. Throws std::runtime_error with a list of all parts if there is none.
     Accessible find(std::string_view role, std::string_view name);
 
     /// The same within a part, such as a window.
     Accessible find(const Accessible& whole, std::string_view role, std::string_view name);
 
-    /// What is in it, to any depth, and on the screen, in its order.
+    /// All parts within it that are on the screen, to any depth, in order.
     std::vector<Accessible> partsOf(const Accessible& whole);
 
     /// Whether it is on the screen now.

@@ -85,7 +85,7 @@ protected:
         finish(editor, panel, application, combination);
     }
 
-    /// The card of a shortcut, which says both.
+    /// The card that names this application and this combination.
     Accessible card(const Application& application, const Combination& combination) {
         return reader.find(window(), "panel", application.name() + " " + shown(combination));
     }
@@ -145,7 +145,7 @@ TEST_F(ScreenReaderTest, CanDoNothingWithAnEditorBeforeItsPanelIsAnswered) {
     for (const char* button : {"アプリを選択...", "記録", "保存", "キャンセル"}) {
         press(editor, button);
     }
-    press(panel, "キャンセル"); // comes behind them
+    press(panel, "キャンセル"); // arrives after the other presses
     EXPECT_TRUE(waitUntil([&] { return !reader.isShown(panel); }));
     EXPECT_TRUE(reader.isShown(editor));
     reader.find(editor, "push button", "記録");

@@ -10,8 +10,8 @@ namespace {
 
 using namespace test;
 
-/// A panel shows the status item, so that task bars list our windows only while we are an
-/// application like any other. Nobody has recorded anything yet.
+/// A panel shows the status item, so task bars list the utility's windows only while it is an
+/// application like any other. Nothing has been recorded yet.
 class TaskBarTest : public testing::Test {
 protected:
     EditorStory story;
@@ -40,7 +40,7 @@ TEST_F(TaskBarTest, ListsTheWindowsFromTheFirstRecordingOn) {
     EXPECT_TRUE(becomesListed(editor, true));
     EXPECT_TRUE(story.records(story.titles.editing, third));
     EXPECT_TRUE(story.listensNoMore());
-    story.clickSave(editor); // comes behind it
+    story.clickSave(editor); // served after all that the end of the recording does
     EXPECT_TRUE(story.saves({{quartz, third}}));
     EXPECT_TRUE(story.pager.isInTaskBar(story.managementComes()));
 }

@@ -9,7 +9,7 @@ using namespace test;
 
 const Combination fourth{41, shift | command};
 
-/// An editor for the one shortcut and one for a second shortcut, of which the latter is in front.
+/// Two editors: one for the existing shortcut and, in front of it, one for a second shortcut.
 class TwoEditorsTest : public EditorStoryTest {
 protected:
     const std::string_view adding = story.titles.adding;

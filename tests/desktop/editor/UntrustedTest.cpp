@@ -40,7 +40,7 @@ TEST_F(UntrustedTest, ItSaysWhatIsMissingAndRecordsNothing) {
     EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
     story.part(adding, "push button", "記録"); // or it throws
     story.strike(bound);
-    story.clickOn(story.part(adding, "push button", "記録")); // comes behind it
+    story.clickOn(story.part(adding, "push button", "記録")); // arrives after the keys
     EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
     story.part(adding, "push button", "記録");
     EXPECT_FALSE(story.reader.isEnabled(story.part(adding, "push button", "保存")));

@@ -47,7 +47,7 @@ TEST_F(InstanceTest, ASecondStartShowsTheWindowOfTheFirst) {
     EXPECT_FALSE(story.utility().hasEnded());
 }
 
-TEST_F(InstanceTest, ASecondStartWithoutTheBusDoesAsWell) {
+TEST_F(InstanceTest, ASecondStartWithoutTheBusShowsTheWindowOfTheFirst) {
     start();
     const auto second =
         resident.startAgain({}, {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});

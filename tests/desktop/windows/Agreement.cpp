@@ -9,7 +9,8 @@ namespace hollowfernpike::test {
 
 namespace {
 
-// The list in the window, and in it what a card shows between its icon and its buttons.
+// Where the list lies in the window, and where the texts of a card lie between its icon and its
+// buttons.
 constexpr std::size_t headerHeight = 52;
 constexpr std::size_t firstTop = headerHeight + 8;
 constexpr std::size_t cardHeight = 52;
@@ -31,7 +32,7 @@ std::size_t topOf(std::size_t card) {
     return firstTop + card * cardStep;
 }
 
-/// How many cards there are in a column that leads through all of them.
+/// How many cards this column of pixels crosses.
 std::size_t countIn(const std::vector<std::uint32_t>& column) {
     std::size_t count = 0;
     while (topOf(count + 1) <= column.size() &&
@@ -87,7 +88,7 @@ testing::AssertionResult Agreement::ofTheCards(const std::vector<KnownShortcut>&
     std::vector<Look> seen;
     std::vector<Look> before;
     const auto areRight = [&] {
-        before = std::exchange(seen, cards(window)); // a card may be half painted once
+        before = std::exchange(seen, cards(window)); // two equal looks: a card may be half painted
         return seen == before && areTheCardsOf(shortcuts, seen);
     };
     if (!waitUntil(areRight)) {

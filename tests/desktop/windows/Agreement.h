@@ -18,8 +18,7 @@ struct KnownShortcut {
     Combination combination;
 };
 
-/// Whether the utility is of one mind: what its file holds, what its cards show and which
-/// combinations are live.
+/// Whether the utility's file, its cards and its live combinations agree.
 ///
 /// Cards are recognized by what they look like: a shortcut's card must look as it did before, and
 /// unlike that of every other shortcut.
@@ -39,7 +38,7 @@ private:
     testing::AssertionResult ofTheCards(const std::vector<KnownShortcut>& shortcuts);
     testing::AssertionResult ofTheKeys(const std::vector<KnownShortcut>& shortcuts);
 
-    /// The cards on the screen from top to bottom, without what only some of the time is there.
+    /// The cards on the screen from top to bottom, without their parts that are not always there.
     std::vector<Look> cards(xcb_window_t window);
     bool areTheCardsOf(const std::vector<KnownShortcut>& shortcuts, const std::vector<Look>& cards);
     bool isTheCardOf(const KnownShortcut& shortcut, const Look& card);

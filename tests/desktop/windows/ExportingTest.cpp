@@ -21,7 +21,7 @@ using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
-/// Two shortcuts are there, and places where a list cannot be written, or stands in the way.
+/// Two shortcuts are there, and places where no list can be written or another file lies.
 class ExportingTest : public TwoShortcutsTest {
 protected:
     const fs::path folder = story.desktop.home() / "folder";
@@ -48,12 +48,12 @@ protected:
         return names;
     }
 
-    /// Exports onto a file that exists, and says that it is meant so.
+    /// Exports onto a file that exists, and confirms that it is to be replaced.
     void exportOver(const fs::path& path) {
         const auto panel = story.clickExport();
         story.acceptPath(panel, path);
         story.comes(story.titles.exporting, panel);
-        story.keyboard.strike({"LALT", "AD06"}); // yes
+        story.keyboard.strike({"LALT", "AD06"}); // Alt+Y: yes
         story.goes(panel);
     }
 
@@ -85,7 +85,7 @@ TEST_F(ExportingTest, IntoAFolderThatMayNotBeWrittenIsReportedAndWritesNothing) 
     EXPECT_TRUE(fs::is_empty(folder));
 }
 
-/// In both folders that are written to there are files of the user that are named like ours.
+/// Both folders that are written to hold files of the user that are named like ours.
 class FoldersOfOthersTest : public ExportingTest {
 protected:
     const std::vector<std::string> theirs{".hollowfernpike-backup", ".hollowfernpike-abc123"};

@@ -37,7 +37,7 @@ protected:
         return question;
     }
 
-    /// After a question there is one alert, then the window is as before.
+    /// Imports; after the question an alert refuses the file, and nothing has changed.
     void expectRefused() {
         const auto question = import();
         expectAlert(story.comes(story.titles.alert, question), "ファイル形式が正しくありません。");

@@ -35,7 +35,8 @@ protected:
         story.titles = titles;
     }
 
-    /// What the cards' buttons open is of the language as well; the question says this.
+    /// What the cards' buttons open is in the language as well: the editor, and the question before
+    /// a deletion, which is `message`.
     void expectEditorAndDeletion(std::string_view message) {
         story.strikeAndLeave(story.clickEdit(0), "ESC");
         story.managementComes();

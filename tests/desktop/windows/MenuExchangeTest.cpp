@@ -30,7 +30,7 @@ protected:
         story.enterPath(story.comes(story.titles.exporting), path);
     }
 
-    /// Up to the question.
+    /// Imports as far as the question.
     xcb_window_t importFrom(const std::filesystem::path& path) {
         menu.choose("ショートカットをインポート...");
         story.enterPath(story.comes(story.titles.importing), path);

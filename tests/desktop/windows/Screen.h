@@ -18,7 +18,7 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
-/// What somebody in front of the screen sees of the windows on it and pulls at their frames.
+/// What people see of the windows on the screen, and how they resize them by their frames.
 class Screen {
 public:
     explicit Screen(const std::string& display);

@@ -13,7 +13,8 @@ WindowStory::WindowStory() : WindowUser(static_cast<Story&>(*this)), front(open(
 
 void WindowStory::start(const Environment& changes) {
     launchUtility(changes);
-    // Connected for its own windows, for the keys and for others' windows: it is the one that runs.
+    // Only the running instance has three connections: for its own windows, for the keys and for
+    // the windows of others.
     require([this] { return pager.clients(utility().pid()) > 2; }, "the utility does not come");
 }
 

@@ -37,7 +37,7 @@ xcb_window_t WindowUser::openManagement() {
         story_.run({HFP_PROGRAM});
         return managementComes();
     }
-    // Nothing tells when a further start has been served.
+    // Not by a second start: nothing tells when it has been served.
     if (!story_.bringForward([this] { return std::vector{management_}; })) {
         waitForKeys(management_);
     }
@@ -145,7 +145,7 @@ void WindowUser::strikeAndLeave(xcb_window_t window, const std::string& key) {
     goes(window);
 }
 
-// A list of completions takes the first press for itself, if it has come in time.
+// Return is struck repeatedly: a list of completions that is open by then takes the first press.
 void WindowUser::acceptPath(xcb_window_t panel, const std::filesystem::path& file) {
     story_.keyboard.strike({"LCTL", "AC01"});
     show::type(story_.keyboard, file.string());
@@ -183,7 +183,7 @@ int WindowUser::heightOf(xcb_window_t window) {
     return screen.placeOf(window).height / scale_;
 }
 
-// What lies longer in these columns is left of a window that has just gone.
+// A longer stretch in these columns is no border but left of a window that has just gone.
 int WindowUser::recorderBorder(xcb_window_t editor) {
     constexpr int left = 20;
     const int leastHeight = 20 * scale_; // the straight part, between the round corners

@@ -37,8 +37,8 @@ inline constexpr WindowTitles englishTitles{.management = "Hollowfernpike - Mana
                                             .exporting = "Export Shortcuts",
                                             .importing = "Import Shortcuts"};
 
-/// Somebody with keyboard and mouse at the windows of the utility of a story. Everything that was
-/// to be seen and does not come throws std::runtime_error.
+/// Somebody with keyboard and mouse at the windows of the utility of a story. Throws
+/// std::runtime_error if something that is to be seen does not appear.
 class WindowUser {
 public:
     /// `scale` is how many pixels of the screen the utility takes for one of its own.
@@ -53,7 +53,7 @@ public:
     /// as a task bar does if it is open, and waits until it has the keys.
     xcb_window_t openManagement();
 
-    /// The management window that was opened otherwise, once it has the keys.
+    /// Waits until the management window, opened by whatever means, has the keys.
     xcb_window_t managementComes();
 
     /// The window of this title, other than `before`, once it has the keys.
@@ -62,7 +62,8 @@ public:
     /// Waits until the window has left the screen.
     void goes(xcb_window_t window);
 
-    /// The controls of the management window, clicked; what they open, once it has the keys.
+    /// Clicks these controls of the management window; returns what they open, once it has the
+    /// keys.
     xcb_window_t clickAdd();
     xcb_window_t clickEdit(int card);
     xcb_window_t clickDelete(int card);
@@ -113,8 +114,8 @@ private:
     /// A point of a window, in pixels of the utility; from its right or lower edge if negative.
     Point pointOf(xcb_window_t window, int x, int y);
 
-    /// Clicks into the window once it has the keys: a change of the focus lets go of a button.
-    /// Where to click is asked then, because a window may still move until it has them.
+    /// Clicks into the window once it has the keys, because a change of the focus lets go of a
+    /// button. `place` is asked only then, because the window may move until it has them.
     void click(xcb_window_t window, const std::function<Point()>& place);
     bool isShown(xcb_window_t window);
     void waitForKeys(xcb_window_t window);

@@ -23,8 +23,8 @@ using testing::Ge;
 using testing::Ne;
 using testing::SizeIs;
 
-/// A system without what the toolkit reads drawings with, which some releases have in a package of
-/// its own.
+/// A system without the toolkit's plug-ins that read drawings; some releases have them in a package
+/// of their own.
 class WithoutPlugInsTest : public testing::Test {
 protected:
     static std::filesystem::path plugIns(const char* kind) {
@@ -73,7 +73,7 @@ protected:
         return buttonsOf(reader.find(role, title));
     }
 
-    // In the place of the plug-ins.
+    // Empty disks that hide the plug-ins.
     SmallDisk imageFormats{plugIns("imageformats"), 4096};
     SmallDisk iconEngines{plugIns("iconengines"), 4096};
     WindowStory story;

@@ -67,8 +67,8 @@ ApplicationsHome::ApplicationsHome() {
     ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
-// Programs that have not reported yet would outlive the test, which ends only when they do: they
-// write to where it writes.
+// Children are killed although they have not reported yet: they hold the test's output open, so the
+// test run would wait for their end.
 ApplicationsHome::~ApplicationsHome() {
     std::ifstream children("/proc/self/task/" + std::to_string(::getpid()) + "/children");
     for (pid_t child = 0; children >> child;) {
@@ -111,7 +111,7 @@ std::string ApplicationsHome::witnessNamed(const std::string& name,
     return program(name) + ' ' + reports().string() + ' ' + manner;
 }
 
-// The number of one that has ended may be another's by now.
+// The number of a process that has ended may be another's by now.
 bool ApplicationsHome::isOfThisHome(pid_t process) const {
     std::error_code error;
     const auto file =

@@ -15,7 +15,7 @@ namespace hollowfernpike::test {
 /// A script that waits to be let go, and then replaces itself by a witness, as start scripts do.
 class LateProgram {
 public:
-    /// `name` is that of the witness. Whoever asks for several numbers them.
+    /// `name` is that of the witness; `number` tells several of them apart.
     LateProgram(const ApplicationsHome& home, const std::string& name, int number = 0)
         : gate_(home.path() / ("gate" + std::to_string(number))),
           process_({"/bin/sh", "-c", waits, "sh", made(gate_), home.program(name),
@@ -23,7 +23,7 @@ public:
 
     pid_t pid() const { return process_.pid(); }
 
-    /// Waits until the script is there to be let go.
+    /// Lets the script go, once it is there.
     void begin() const { std::ofstream(gate_) << "go\n"; }
 
 private:

@@ -132,7 +132,7 @@ TEST_F(ApplicationTest, SendsAnActionWithoutTargetToTheDelegate) {
     EXPECT_THAT(delegate.senders, ElementsAre(&item));
 }
 
-TEST_F(ApplicationTest, SendsNothingWhereNobodyIs) {
+TEST_F(ApplicationTest, SendsNothingWithoutTargetAndDelegate) {
     application.setDelegate(nullptr);
     application.sendAction({});
     application.performAction("act");

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 
-// The leak sanitizer asks for it. The toolkit loses some bytes of its own, once, when it first
-// sends a tooltip over the bus.
+// The leak sanitizer calls this. The toolkit leaks some bytes of its own, once, when it first sends
+// a tooltip over the bus.
 //
 // NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the sanitizer's name
 extern "C" const char* __lsan_default_suppressions() {

@@ -14,7 +14,7 @@ namespace hollowfernpike::test {
 /// the toolkit has learnt of a desktop it never forgets.
 class GuiSession {
 public:
-    /// The window manager as for the desktop.
+    /// `windowManager` is as for `PrivateDesktop`.
     explicit GuiSession(const std::string& windowManager = {});
 
     PrivateDesktop& desktop() { return desktop_; }

@@ -8,7 +8,7 @@
 
 namespace hollowfernpike::test {
 
-/// Who performs the actions of an application, and remembers them.
+/// Performs the actions of an application, and remembers them.
 class RecordingDelegate final : public platform::ApplicationDelegate {
 public:
     std::vector<std::string> actions;

@@ -26,7 +26,7 @@ struct BusMenuItem {
 /// question handles this process's events until the answer is there; a failed one throws.
 class StatusItemClient {
 public:
-    /// `service` is the item's.
+    /// `service` is the item's name on the bus.
     StatusItemClient(GuiSession& session, const std::string& service);
     StatusItemClient(const StatusItemClient&) = delete;
     StatusItemClient& operator=(const StatusItemClient&) = delete;

@@ -25,7 +25,7 @@ using testing::ElementsAre;
 struct TrayProgram {
     const char* name;
     std::vector<std::string> arguments;
-    const char* configuration; ///< of the file that the last argument is to name; null for none
+    const char* configuration; ///< text of a file, the last argument; null for none
 };
 
 std::ostream& operator<<(std::ostream& stream, const TrayProgram& program) {
@@ -61,7 +61,7 @@ protected:
         return program;
     }
 
-    /// Whether the item comes to the screen inside the tray, as the server tells.
+    /// Whether, after some waiting, the item is inside the tray and on the screen.
     bool isTakenIn() {
         return session.runUntil([&] { return isShown() && area().width() > 1 && isDrawn(); });
     }

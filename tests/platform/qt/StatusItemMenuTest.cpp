@@ -38,7 +38,7 @@ protected:
         return session.runUntil([&] { return delegate.actions.size() >= count; });
     }
 
-    /// What the toolkit makes of the item with this title.
+    /// The toolkit's action for the item with this title.
     static QAction& actionOf(const QString& title) {
         for (auto* widget : QApplication::topLevelWidgets()) {
             for (auto* action : widget->actions()) {
@@ -121,7 +121,7 @@ TEST_F(StatusItemMenuTest, IsReplacedAsAWhole) {
     item->setMenu({test::menuItem("終了", "quitApp"), test::menuItem("管理", "openMainWindow")});
     EXPECT_THAT(labels(host.menu()), ElementsAre("終了", "管理"));
 
-    host.click(oldQuit); // by a host that has not heard of it yet
+    host.click(oldQuit); // as by a host that does not know the new menu yet
     click("管理");
     EXPECT_TRUE(runUntilActions(1));
     EXPECT_THAT(delegate.actions, ElementsAre("openMainWindow"));

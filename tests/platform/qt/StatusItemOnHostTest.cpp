@@ -53,7 +53,7 @@ std::vector<int> widthsOf(const QVariant& property) {
 
 class StatusItemOnHostTest : public test::StatusItemTest {
 protected:
-    /// An application that hosts register with, like panels whose watcher is a program of its own.
+    /// A host that registers with the watcher, as panels do whose watcher is a program of its own.
     class OtherHost {
     public:
         explicit OtherHost(test::GuiSession& session)

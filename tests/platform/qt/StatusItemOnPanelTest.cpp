@@ -142,7 +142,7 @@ TEST_F(StatusItemOnPanelTest, OffersItsMenuThere) {
     createItem();
     EXPECT_TRUE(chooseFirst()) << panel->errors();
     EXPECT_THAT(delegate.actions, ElementsAre("openMainWindow"));
-    EXPECT_EQ(trayWindow(), nullptr); // this panel has a tray besides
+    EXPECT_EQ(trayWindow(), nullptr); // although this panel has a tray, too
 }
 
 TEST_F(StatusItemOnPanelTest, OffersTheReplacedMenu) {

@@ -55,7 +55,7 @@ StatusItemTest::StatusItemTest(const std::string& windowManager)
     quit->keyEquivalent = 'q';
     application.setDelegate(&delegate);
     application.setActivationPolicy(platform::ActivationPolicy::accessory);
-    window.winId(); // a window whose place in the task bar tells what the application knows
+    window.winId(); // makes the window that isShown() looks for in the task bar
 }
 
 void StatusItemTest::createItem() {
@@ -97,7 +97,7 @@ int StatusItemTest::timersWhileNothingHappens() {
     TimerCount count;
     QCoreApplication::instance()->installEventFilter(&count);
     waitPastGrace();
-    return count.fired - 1; // the one that ends the waiting
+    return count.fired - 1; // without the timer that ends the waiting
 }
 
 QWidget* StatusItemTest::trayWindow() {

@@ -27,7 +27,7 @@ protected:
 
     void createItem();
 
-    /// Starts a panel on the bus that is host itself, or one that waits for others to show items.
+    /// Starts a panel that is watcher and host, or a watcher alone, which waits for hosts.
     std::unique_ptr<ChildProcess> startHost();
     std::unique_ptr<ChildProcess> startWatcher();
 
@@ -40,7 +40,7 @@ protected:
         return told != ownWindows.inTaskBar.end() && !told->second;
     }
 
-    /// Lets so much time pass that an item which has not appeared until now waits for news.
+    /// Waits past the grace period: an item that has not appeared by then only waits for news.
     void waitPastGrace();
 
     /// How many timers fire in some seconds in which nothing happens.

@@ -32,7 +32,7 @@ QImage picture(int size) {
     return qt::statusSymbol("keyboard").pixmap(size, size).toImage();
 }
 
-/// How many of the picture's pixels stand out from this ground as letters must.
+/// How many of the picture's pixels have the contrast to this ground that letters need.
 int standingOut(const QImage& image, QRgb ground) {
     int count = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -60,7 +60,7 @@ TEST_P(StatusSymbolSizeTest, StandsOutFromLightAndDarkPanels) {
     }
 }
 
-/// What a picture of nothing holds once the symbol is painted into its whole.
+/// A transparent picture of this size into which the symbol is painted.
 QImage painted(const QSize& size, qreal scale) {
     QPixmap canvas(size * scale);
     canvas.setDevicePixelRatio(scale);

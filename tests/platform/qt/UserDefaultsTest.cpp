@@ -102,7 +102,7 @@ TEST_F(UserDefaultsTest, ReadsWhatAPersonWrote) {
 }
 
 TEST_F(UserDefaultsTest, KeepsTextsOfEveryKind) {
-    // A domain for each: files of one size and one moment look unchanged to the toolkit.
+    // A domain for each: the toolkit takes a file of the same size and time for unchanged.
     std::string other{domain};
     for (const char* text :
          {"", "日本語", "a, b", "\"quoted\"", "@Invalid()", "@ ; = \\", "two\nlines"}) {

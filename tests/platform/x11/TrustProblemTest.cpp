@@ -23,7 +23,7 @@ protected:
     }
     void regainTrust() { ASSERT_EQ(::unsetenv("XAUTHORITY"), 0); }
 
-    /// Of a new client.
+    /// The problem that a new client has.
     static std::optional<TrustProblem> problemOn(const std::string& displayName) {
         return x11::findTrustProblem(x11::Connection::open(displayName).get());
     }

@@ -7,7 +7,7 @@
 
 namespace hollowfernpike::test {
 
-/// Takes a window's class for the name of its application, in front of `suffix`.
+/// Names the application of a window after its class, followed by `suffix`.
 class FakeWindowOwners final : public platform::WindowOwners {
 public:
     platform::WindowOwner ownerOf(const platform::WindowFacts& window) override {

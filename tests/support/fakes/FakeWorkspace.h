@@ -5,7 +5,7 @@
 
 namespace hollowfernpike::test {
 
-/// Opens nothing and says what became of it as the test wants it.
+/// Opens nothing and reports the result that the test has set.
 class FakeWorkspace final : public platform::Workspace {
 public:
     explicit FakeWorkspace(CallLog& log) : log_(log) {}

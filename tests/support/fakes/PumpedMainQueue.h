@@ -43,7 +43,7 @@ public:
         stopped_ = Clock::now();
     }
 
-    /// Has what waits become due so much earlier.
+    /// Makes all waiting work due that much earlier.
     void advance(std::chrono::milliseconds time) {
         const std::scoped_lock lock(mutex_);
         decltype(waiting_) earlier;

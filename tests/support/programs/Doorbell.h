@@ -13,7 +13,7 @@
 
 namespace hollowfernpike::test {
 
-/// By which further copies of a program tell the first one that the user has asked for it.
+/// With it further copies of a program tell the first one that the user has asked for it.
 class Doorbell {
 public:
     Doorbell() = default;
@@ -25,8 +25,8 @@ public:
         }
     }
 
-    /// Hangs it up for this copy, or rings the one that hangs there, with the start-up identifier
-    /// of this copy, and returns false.
+    /// Hangs it up for this copy. If one hangs there already, rings that with the start-up
+    /// identifier of this copy and returns false.
     bool hang(const std::string& path) {
         sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
         if (path.size() >= sizeof address.sun_path) {

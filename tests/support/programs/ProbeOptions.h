@@ -28,7 +28,7 @@ struct ProbeOptions {
     bool forksChild = false;           ///< --fork-child: keeps a helper process beside it
     bool handsOver = false;            ///< --hand-over: goes on as a process of its own and ends
     bool isSingle = false;             ///< --single: see the program; needs --log
-    std::string log;                   ///< --log FILE: tells it all there, at its end, instead
+    std::string log;                   ///< --log FILE: tells it all at the end of that file
     std::chrono::milliseconds delay{}; ///< --delay MS: works that long before it opens a window
 };
 

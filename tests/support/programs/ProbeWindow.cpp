@@ -86,8 +86,8 @@ public:
         xcb_flush(connection_);
     }
 
-    // Flushing may read events, of which the descriptor tells nothing any more: so the last thing
-    // before waiting is to look for one.
+    // Flushing may read events, which the descriptor does not announce any more; so this looks for
+    // one after flushing and before waiting.
     void run() {
         using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
         while (!closed_ && xcb_connection_has_error(connection_) == 0) {

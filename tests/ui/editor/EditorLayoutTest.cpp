@@ -17,7 +17,7 @@ int bottomOf(const QRect& rect) {
     return rect.y() + rect.height();
 }
 
-/// Centres of what cannot share one exactly lie half a point apart.
+/// Centres may be half a point apart: an even and an odd height cannot share one.
 void expectSameCentre(const QRect& one, const QRect& other) {
     EXPECT_LE(std::abs((2 * one.y() + one.height()) - (2 * other.y() + other.height())), 1);
 }
@@ -174,7 +174,7 @@ protected:
         EXPECT_TRUE(view.contains(label) && view.contains(button));
     }
 
-    /// Nothing of the label's text is missing, in as many lines as there are.
+    /// The label shows all of its text, in as many lines as it takes.
     void expectWholeLabel() {
         const auto sheet = sheet_.lock();
         const auto& label = find<FittingLabel>(*sheet, "displayLabel");

@@ -81,8 +81,8 @@ protected:
         return sheet != nullptr && sheet->isVisible();
     }
 
-    /// Waits until the window has the keys for good: the window manager serves requests in order,
-    /// so that with the last one it is done with those for the focus, too.
+    /// Waits until the window has the keys for good. The window manager serves requests in order:
+    /// once it has moved the window, it is done with those for the focus, too.
     void waitForKeys(QWidget& window) {
         EXPECT_TRUE(eventually([&] { return window.isActiveWindow(); }));
         const QPoint target = onScreen(window).topLeft() + QPoint(16, 16);
@@ -98,7 +98,7 @@ protected:
         return *dialog;
     }
 
-    /// Chooses the only application that there is, which is this one.
+    /// Installs this application alone and chooses it.
     void choose(AddEditShortcutSheet& sheet, const platform::ApplicationBundle& application) {
         constexpr auto path = "/apps/Only.desktop";
         services_.applicationBundles.bundles[path] = application;
@@ -145,7 +145,7 @@ TEST_F(EditorOnDesktopTest, EnterOnTheKeypadSaves) {
 TEST_F(EditorOnDesktopTest, ReturnDoesNothingWhileSaveIsDisabled) {
     auto& sheet = open();
     keyboard_.strike({"RTRN"});
-    keyboard_.strike({"TAB"}); // arrives behind it
+    keyboard_.strike({"TAB"}); // arrives after Return
     QWidget* const first = sheet.focusWidget();
     EXPECT_TRUE(eventually([&] { return sheet.focusWidget() != first; }));
     EXPECT_EQ(sheet.findChild<QDialog*>(), nullptr);

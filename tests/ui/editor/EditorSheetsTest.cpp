@@ -17,7 +17,7 @@ void click(QPushButton& button) {
     button.click();
 }
 
-/// As over the accessibility bus.
+/// Presses it as over the accessibility bus.
 void act(QPushButton& button) {
     auto* const actions = QAccessible::queryAccessibleInterface(&button)->actionInterface();
     actions->doAction(QAccessibleActionInterface::pressAction());
@@ -61,7 +61,7 @@ protected:
         return *panel.findChild<QFileDialog*>();
     }
 
-    std::shared_ptr<AddEditShortcutSheet> held_; ///< even if it closes
+    std::shared_ptr<AddEditShortcutSheet> held_; ///< the editor, alive even if it closes
 };
 
 TEST_F(EditorSheetsTest, ClicksUnderThePanelDoNothing) {

@@ -220,7 +220,7 @@ TEST_F(KeyRecorderViewTest, RecordsWithoutAnybodyToTell) {
     EXPECT_EQ(view_->capturedKeyCode(), keyA);
 }
 
-TEST_F(KeyRecorderViewTest, WhoeverIsToldFindsTheRecordingEnded) {
+TEST_F(KeyRecorderViewTest, TheRecordingHasEndedWhenTheCombinationIsReported) {
     bool wasRecording = true;
     view_->onKeyRecorded = [&](std::uint16_t, std::uint64_t) {
         wasRecording = view_->isRecording();

@@ -13,8 +13,8 @@
 
 namespace hollowfernpike::test {
 
-/// Both ways to the same steps. The file panels look at real folders; what is in the files is the
-/// fake file manager's.
+/// Export and import from the menu as well as from the window. The file panels look at real
+/// folders; what is in the files is the fake file manager's.
 class ExchangeTest : public WindowTest {
 protected:
     ExchangeTest() {
@@ -67,7 +67,7 @@ protected:
 /// Where export and import begin, and how their dialogs are shown from there.
 struct EntryPoint {
     const char* name;
-    const char* kind; ///< of panels and the question
+    const char* kind; ///< how panels and the question are shown
     bool isMenu;
 };
 
@@ -96,11 +96,11 @@ protected:
         return answering(given, importFromMenu, &MainWindowController::importShortcuts);
     }
 
-    /// The same for what succeeds, which the menu tells.
+    /// The same for what succeeds: the menu tells of it in an alert, which this answers, too.
     Shown exportSuccessfully(Answers given) { return exportAnswering(andOk(std::move(given))); }
     Shown importSuccessfully(Answers given) { return importAnswering(andOk(std::move(given))); }
 
-    /// A line of what was shown that is told by the menu only.
+    /// `shown`, followed by the alert that only the menu shows after a success.
     static Shown withSuccess(Shown shown, const std::string& success) {
         if (GetParam().isMenu) {
             shown.push_back(success);

@@ -108,7 +108,7 @@ TEST_P(ExportFromEach, ExportAsksNothingAboutAFileThatIsNotTouched) {
     EXPECT_EQ(desktop.fileManager.files[other], "other");
 }
 
-TEST_P(ExportFromEach, AFolderThatIsTypedIsGoneInto) {
+TEST_P(ExportFromEach, AFolderThatIsTypedIsEntered) {
     std::filesystem::create_directory(folder.path() / "sub.folder");
     const int writes = desktop.fileManager.writes;
     exportAnswering({[this](QWidget& panel) {

@@ -8,7 +8,7 @@ using testing::ElementsAre;
 
 using WindowExchangeTest = ExchangeTest;
 
-/// Answers a dialog that must be a sheet on the window, or stand alone.
+/// Answers a dialog that must be a sheet on the window, or stand alone if that is null.
 ModalAnswers::Answer onWindow(const QWidget* window, const ModalAnswers::Answer& answer) {
     return [window, answer](QWidget& dialog) {
         EXPECT_EQ(dialog.parentWidget(), window);

@@ -43,7 +43,7 @@ protected:
 
     std::filesystem::path theme() const { return directory_.path() / "test"; }
 
-    /// What is in the theme from now on is found.
+    /// Reads the theme anew, so that what is in it now is found.
     static void useTheme() {
         QIcon::setThemeName("no such theme");
         QIcon::setThemeName("test");

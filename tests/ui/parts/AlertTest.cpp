@@ -152,7 +152,7 @@ TEST_F(AlertTest, IsGoneWhenItsAnswerIsTold) {
     EXPECT_FALSE(wasVisible);
 }
 
-TEST_F(AlertTest, WhoeverIsToldMayDestroyTheWindow) {
+TEST_F(AlertTest, TheHandlerOfTheAnswerMayDestroyTheWindow) {
     question().beginSheet(*window_, [this](int) { window_.reset(); });
     buttonCalled(*window_->findChild<QMessageBox*>(), "Delete").click();
     EXPECT_TRUE(eventually([&] { return window_ == nullptr; }));

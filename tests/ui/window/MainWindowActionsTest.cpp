@@ -68,7 +68,7 @@ TEST_F(MainWindowActionsTest, AddingOpensAnEditorInTheMiddleAndBringsTheApplicat
     EXPECT_EQ(editor.parentWidget(), nullptr);
     EXPECT_EQ(editor.windowModality(), Qt::NonModal);
     const QRect screen = editor.screen()->availableGeometry();
-    constexpr int frame = 4; // around windows, not taken into account
+    constexpr int frame = 4; // the frame of a window is not taken into account
     EXPECT_NEAR(editor.geometry().center().x(), screen.center().x(), frame);
     EXPECT_THAT(desktop.log.calls(), ElementsAre("application.activateIgnoringOtherApps"));
 }
@@ -170,7 +170,7 @@ TEST_F(MainWindowActionsTest, NoButtonActsWhileTheQuestionIsToBeAnswered) {
         desktop.log.clear();
         for (QAbstractButton* button : controller->window()->findChildren<QAbstractButton*>()) {
             if (button->window() == controller->window()) {
-                button->click(); // as those do who press over the accessibility bus
+                button->click(); // as a press over the accessibility bus does
             }
         }
         EXPECT_THAT(desktop.log.calls(), IsEmpty());
@@ -198,7 +198,7 @@ TEST_F(MainWindowActionsTest, AShortcutThatIsGoneBeforeTheAnswerIsNoLoss) {
     EXPECT_THAT(shownNames(), ElementsAre("Browser"));
 }
 
-TEST_F(MainWindowActionsTest, OfAListThatCannotBeSavedTheWindowTellsNothingAndShowsWhatIsInForce) {
+TEST_F(MainWindowActionsTest, AFailedSaveIsNotToldAndTheWindowShowsWhatIsInForce) {
     desktop.fileManager.writeError =
         FakeFileManager::error(std::errc::no_space_on_device, "空き容量がありません");
     remove(0, press("Delete"));

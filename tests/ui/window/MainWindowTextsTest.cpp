@@ -56,7 +56,7 @@ TEST_F(MainWindowTest, SymbolsLeadOutOfABoxAndIntoIt) {
     EXPECT_TRUE(shows(*controller->importButton(), Symbol::squareAndArrowDown, SymbolTint::text));
 }
 
-TEST_F(MainWindowTest, TheHintStandsBack) {
+TEST_F(MainWindowTest, TheHintIsInTheSecondaryColour) {
     const ApplicationPalette colors(lightPalette());
     open();
     const QColor background = lightPalette().color(QPalette::Window);

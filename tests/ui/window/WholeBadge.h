@@ -9,7 +9,7 @@
 
 namespace hollowfernpike::test {
 
-/// What is to be seen of the badge's text: the part of its picture that is another without it.
+/// What is to be seen of the badge's text: the part of its picture that changes without the text.
 inline QImage inkOf(HotkeyBadge& badge) {
     const auto pictureWith = [&](const QString& text) {
         badge.setText(text);

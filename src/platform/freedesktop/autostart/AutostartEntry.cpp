@@ -12,7 +12,7 @@ namespace {
 
 using platform::LoginItemStatus;
 
-// What the session settings of the desktops write when the user switches an entry off there.
+// Set to false by the session settings of GNOME and MATE when the user switches the entry off.
 constexpr auto enabledForGnome = "X-GNOME-Autostart-enabled";
 constexpr auto enabledForMate = "X-MATE-Autostart-enabled";
 
@@ -45,8 +45,8 @@ private:
 
 } // namespace
 
-// The keys that make a desktop wait for its panel are those that name it. A fixed delay would only
-// keep the key combinations away for longer: our item in the panel waits by itself.
+// X-KDE-autostart-after and X-LXQt-Need-Tray make those desktops start us after their panel. There
+// is no fixed delay: it would hold back the key combinations, and our status item waits by itself.
 std::string autostartEntry(const std::filesystem::path& program, Autostart state) {
     const auto exec = execLineFor(program);
     if (!exec) {

@@ -13,8 +13,8 @@ enum class Autostart { on, off };
 /// platform::LocalizedError if no entry can name that path.
 std::string autostartEntry(const std::filesystem::path& program, Autostart state);
 
-/// What the desktop at hand makes of the autostart entry that is at `path`: `notFound` for one that
-/// starts nothing because it cannot be read or its program is missing.
+/// How this desktop treats the autostart entry at `path`: `notFound` if it starts nothing because
+/// it cannot be read or its program is missing.
 platform::LoginItemStatus statusOfAutostartEntry(const std::string& path);
 
 } // namespace hollowfernpike::freedesktop

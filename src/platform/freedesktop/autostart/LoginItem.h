@@ -9,10 +9,9 @@ namespace hollowfernpike::freedesktop {
 /// The entry "app.hollowfernpike.Hollowfernpike.desktop" in the user's autostart directory, by the
 /// Desktop Application Autostart Specification 0.5.
 ///
-/// There may be an entry of that name for all users, too ($XDG_CONFIG_DIRS). It counts as long as
-/// the user has none, and cannot be taken out: unregistering then leaves an entry of the user's
-/// that hides it, and the status is "requires approval", as if it were switched off in the settings
-/// of the desktop.
+/// An entry of that name may also exist for all users ($XDG_CONFIG_DIRS). It applies while the user
+/// has none. We cannot remove it, so unregistering writes a user's entry that hides it; the status
+/// is then "requires approval", as if it were switched off in the settings of the desktop.
 class LoginItem final : public platform::LoginItem {
 public:
     /// `program` is what the entry starts: an absolute path.

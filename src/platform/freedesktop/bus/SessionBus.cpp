@@ -26,10 +26,10 @@ using namespace std::chrono_literals;
 constexpr auto firstPause = 250ms;
 constexpr auto longestPause = 32s;
 
-constexpr int noTimeLimit = std::numeric_limits<int>::max(); // as libdbus has it
+constexpr int noTimeLimit = std::numeric_limits<int>::max(); // DBUS_TIMEOUT_INFINITE of libdbus
 
-// A socket on this machine is connected at once, and takes what is written to it. Of the others,
-// tcp would have to be waited for, and autolaunch starts a bus.
+// Connecting and writing to a local socket does not block. Of the other transports, tcp can block,
+// and autolaunch starts a bus.
 bool isUsable(std::string_view addresses) {
     constexpr std::string_view local = "unix:";
     while (addresses.starts_with(local)) {
@@ -61,7 +61,7 @@ bool SessionBus::isKnown() {
     }
     const auto directory = runtimeDirectory();
     std::error_code unknown;
-    // The toolkit's library does not follow a link there, and would start a bus.
+    // Not status(): libdbus does not follow a link at this path, and would start a bus.
     return directory && is_socket(std::filesystem::symlink_status(*directory / "bus", unknown));
 }
 
@@ -88,7 +88,7 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     });
 }
 
-// The toolkit's own way to wait never ends when the bus ends meanwhile.
+// Not QDBusPendingCall::waitForFinished(): it never returns if the bus ends meanwhile.
 bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const {
     QEventLoop loop;
     const QDBusPendingCallWatcher watcher(call);
@@ -101,14 +101,14 @@ bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds
     return call.isFinished() && !call.isError();
 }
 
-// The toolkit uses its first connection as long as the program runs, dead or alive.
+// Leaves the toolkit's first connection open: the toolkit keeps using it, dead or alive.
 void SessionBus::giveUp() {
     if (connection_.name() != QDBusConnection::sessionBus().name()) {
         QDBusConnection::disconnectFromBus(connection_.name());
     }
 }
 
-// A connection that is dead already, or dies before it is watched, tells nothing.
+// A connection that dies before it is watched never sends the signal, so it is checked afterwards.
 void SessionBus::watch() {
     connection_.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
                         QStringLiteral("org.freedesktop.DBus.Local"),
@@ -125,8 +125,8 @@ void SessionBus::lookAgain() {
     timer_.start(pause_);
 }
 
-// Connecting waits for the bus, which may accept and then be silent. The toolkit keeps what it has
-// connected under a name, dead or alive.
+// On another thread, because connecting blocks while a bus accepts but stays silent. Under a new
+// name each time, because for a known name the toolkit returns the old connection, even a dead one.
 void SessionBus::look() {
     const auto name = QStringLiteral("session bus %1").arg(++count_);
     QThreadPool::globalInstance()->start([self = QPointer(this), name] {

@@ -13,9 +13,9 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// The user's session bus, over one connection of the toolkit. A bus that ends is looked for until
-/// it is there again, which the toolkit itself does not do: more and more seldom, up to every half
-/// minute, and without waiting for it. Main thread only.
+/// The user's session bus, over one connection of the toolkit. Reconnects after the bus has ended,
+/// which the toolkit does not do: first after 250 ms, then at doubling intervals up to 32 s, and
+/// never blocks for it. Main thread only.
 class SessionBus final : public QObject {
     Q_OBJECT
 
@@ -24,12 +24,12 @@ public:
     /// else with the reason.
     using Answer = std::function<void(const std::optional<std::string>& failure)>;
 
-    /// Whether this session has a bus on a local socket, as far as its environment tells. Others
-    /// do not count: to connect could start a bus or take long.
+    /// Whether this session has a bus on a local socket, as far as its environment tells. Other
+    /// transports do not count: connecting to them could start a bus or take long.
     static bool isKnown();
 
-    /// Connects, and waits until that is done. Make it only where a bus is known, or the toolkit
-    /// starts one.
+    /// Connects, and blocks until that is done. Only to be made if isKnown(): otherwise the toolkit
+    /// starts a bus.
     SessionBus();
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
@@ -37,19 +37,19 @@ public:
     /// Answers to calls under way are dropped.
     ~SessionBus() override;
 
-    /// The one that is in force until `returned`. It may be dead.
+    /// The connection in use until the next `returned`. It may be dead.
     const QDBusConnection& connection() const { return connection_; }
 
     /// Sends a method call. Never waits for the bus; the answer has no time limit. `answer` may be
     /// empty.
     void call(const QDBusMessage& message, const Answer& answer);
 
-    /// Turns the main loop until the call is answered, the bus ends or `longest` passes. Whether it
-    /// was answered without an error.
+    /// Runs the main loop until the call is answered, the bus ends or `longest` passes. True if the
+    /// call was answered without an error.
     bool waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const;
 
 Q_SIGNALS:
-    /// The connection in force has ended.
+    /// The connection in use has ended.
     void lost();
 
     /// There is a new connection, on which nothing is registered yet.

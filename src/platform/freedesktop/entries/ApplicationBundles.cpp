@@ -10,7 +10,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-// Icon themes want names, but some entries carry the file name of an image that no path leads to.
+// Icon themes want a name, but some entries give an image's file name without a directory.
 std::string withoutImageExtension(std::string name) {
     for (const std::string_view extension : {".png", ".svg", ".xpm"}) {
         if (name.ends_with(extension)) {
@@ -67,8 +67,7 @@ platform::FileIcon ApplicationBundles::iconForFile(const std::string& path) {
     }
 }
 
-// Translations are read for the listing and not kept: it is asked for seldom, and a resident would
-// hold them for months.
+// Translations are read for each listing and not kept: listings are rare, and we run for months.
 std::vector<platform::InstalledApplication>
 ApplicationBundles::installedApplications(std::string_view language) {
     const std::string code(language);

@@ -39,7 +39,7 @@ private:
                                    [&](const auto& above) { return above.isSameFile(directory); });
     }
 
-    // Files come before subdirectories, which are returned.
+    // Adds the directory's own files first: they precede those in the subdirectories returned.
     std::vector<fs::path> addFiles(const fs::path& directory, const std::string& prefix) {
         std::vector<fs::path> subdirectories;
         std::error_code error;

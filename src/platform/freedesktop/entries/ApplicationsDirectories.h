@@ -22,9 +22,9 @@ struct InstalledFile {
     FileStamp stamp;
 };
 
-/// All entry files below the directories, in their order. Of several with one identifier only the
-/// first is listed, whatever it says. Every directory that was looked into, or was not there, is
-/// handed to `watch` before it is read.
+/// All entry files below the directories, in the order of the directories. Of several with one
+/// identifier only the first is listed, even if it is hidden or invalid. Every directory, missing
+/// ones included, is added to `watch` before it is read.
 std::vector<InstalledFile> installedFiles(const std::vector<std::filesystem::path>& directories,
                                           DirectoryWatch& watch);
 

@@ -8,7 +8,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-constexpr std::chrono::seconds shortestRest{1}; // between two looks without the kernel's help
+constexpr std::chrono::seconds shortestRest{1}; // between two scans if the kernel does not watch
 
 bool isSameList(const std::vector<DesktopEntry>& left, const std::vector<DesktopEntry>& right) {
     return std::ranges::equal(left, right, [](const auto& one, const auto& other) {

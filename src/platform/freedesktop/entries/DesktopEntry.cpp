@@ -26,9 +26,8 @@ void requireProgram(const std::string& program, const EntryFile& file, const std
     }
 }
 
-/// The words of the Exec line; none if there is no such line, which only an application that the
-/// bus opens can do without. Throws for what is no application, and for one whose program is
-/// missing.
+/// The words of the Exec line; none if the line is missing, which is valid only for an application
+/// that the bus opens. Throws if the file describes no application or the program is missing.
 std::vector<std::string> runnableWords(const EntryFile& file, const std::string& path) {
     const auto exec = file.text("Exec");
     auto words = wordsOf(exec);

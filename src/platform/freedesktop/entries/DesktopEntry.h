@@ -26,10 +26,10 @@ struct FileStamp {
 
 FileStamp stampFrom(const struct stat& status);
 
-/// As ::stat, but nothing is at a path with a zero byte, rather than what is at its beginning.
+/// Like ::stat, but fails with ENOENT for a path with a zero byte, instead of cutting it there.
 int statusAt(const std::string& path, struct stat& status);
 
-/// Absent if there is nothing at `path` that we may look at.
+/// Absent if there is nothing at `path`, or we may not look at it.
 std::optional<FileStamp> stampOf(const std::string& path);
 
 /// An application, as its entry file describes it (Desktop Entry Specification 1.5). Texts are as
@@ -43,8 +43,8 @@ struct DesktopEntry {
     std::string windowClass; ///< StartupWMClass
     std::vector<std::string> words; ///< of the command line, field codes as they are; none if the
                                     ///< bus alone opens the application
-    std::string programFile; ///< whose process is this application, free of symbolic links; empty
-                             ///< if the command line does not tell
+    std::string programFile;        ///< a process of this file runs the application; symbolic links
+                                    ///< resolved; empty if the command line does not tell
     std::string workingDirectory;
     std::string icon;
     bool terminal = false;

@@ -44,7 +44,7 @@ std::string contentsOf(const std::string& path) {
     return {contents, length};
 }
 
-/// A value with a zero byte would be cut there.
+/// Rejects files with a zero byte: GLib would cut a value there.
 KeyFilePointer load(const std::string& path, GKeyFileFlags flags) {
     const auto text = contentsOf(path);
     KeyFilePointer file(g_key_file_new());

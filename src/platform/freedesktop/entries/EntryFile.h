@@ -8,7 +8,7 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Which translations of a file's texts are kept. All of them take twice as long.
+/// Which translations of a file's texts are kept. Keeping all takes twice as long.
 enum class Translations { current, all };
 
 /// An entry file as it is written: the keys of its main group, already unescaped.
@@ -18,20 +18,20 @@ public:
     /// form is wrong; never waits for a pipe or a device.
     explicit EntryFile(const std::string& path, Translations translations = Translations::current);
 
-    /// Of the file before it was read.
+    /// Taken before the file was read.
     const FileStamp& stamp() const { return stamp_; }
 
     bool has(const char* key) const;
 
-    /// Empty, or as given, if the key is missing or its value makes no sense.
+    /// Empty, or `otherwise`, if the key is missing or its value is invalid.
     std::string text(const char* key) const;
     bool flag(const char* key, bool otherwise = false) const;
     std::vector<std::string> list(const char* key) const;
 
-    /// In the language of the session, else as the file has it for everybody.
+    /// In the language of the session, else untranslated.
     std::string translatedText(const char* key) const;
 
-    /// In a language such as "ja", else as the file has it for everybody. Needs all translations.
+    /// In a language such as "ja", else untranslated. Needs Translations::all.
     std::string textIn(const std::string& language, const char* key) const;
     std::vector<std::string> listIn(const std::string& language, const char* key) const;
 

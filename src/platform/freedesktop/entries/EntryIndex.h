@@ -10,7 +10,8 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Texts under which entries are found, several entries under one text and the other way round.
+/// Texts under which entries are found. A text may lead to several entries, and an entry may have
+/// several texts.
 class EntryKeys {
 public:
     void add(std::string key, std::size_t entry);
@@ -23,7 +24,7 @@ private:
     std::vector<std::pair<std::string, std::uint32_t>> keys_;
 };
 
-/// Installed applications, prepared for the ways in which they are looked up. Does not change.
+/// Installed applications, indexed for each kind of lookup. Does not change.
 class EntryIndex {
 public:
     using Entries = std::vector<const DesktopEntry*>;

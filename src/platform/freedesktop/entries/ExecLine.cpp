@@ -100,8 +100,8 @@ std::optional<std::string> execLineFor(const std::filesystem::path& program) {
     const bool isUtf8 =
         g_utf8_validate(path.data(), static_cast<gssize>(path.size()), nullptr) != FALSE;
     const bool hasPercent = path.find('%') != std::string::npos;
-    // Those who start entries look for a program named "%%" as it stands there, but fill in "%%" in
-    // arguments; and "env" takes an argument with "=" for a variable.
+    // Launchers turn "%%" into "%" in arguments, but not in the program's name: so "env" starts the
+    // program as its argument. But "env" takes an argument with "=" for a variable.
     const bool needsEnv = hasPercent;
     if (!isUtf8 || (needsEnv && path.find('=') != std::string::npos)) {
         return std::nullopt;

@@ -6,7 +6,7 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Gives what a C library handed over back to it, by one of its functions.
+/// A deleter that calls a C library's function `release`.
 template <auto release>
 struct Releaser {
     template <class T>
@@ -15,7 +15,7 @@ struct Releaser {
     }
 };
 
-/// What GLib hands over for us to release, each kind in the way it wants.
+/// Own what GLib hands over, and release it with the function for its kind.
 using TextPointer = std::unique_ptr<char, Releaser<&g_free>>;
 using TextListPointer = std::unique_ptr<char*, Releaser<&g_strfreev>>;
 using ErrorPointer = std::unique_ptr<GError, Releaser<&g_error_free>>;

@@ -19,9 +19,9 @@ namespace {
 constexpr auto writing = FileOperation::write;
 constexpr int longestChain = 40; // of symbolic links, as the kernel follows them
 
-/// A new, empty file for the user alone, removed with the object unless it was given another name.
-/// A process that is killed meanwhile leaves it behind, and nobody removes it then: a name does not
-/// tell whose a file is.
+/// A new, empty file, private to the user, removed with the object unless it was renamed. A process
+/// that is killed leaves it behind. Later runs do not remove it: its name does not tell whether
+/// another process is still writing it.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::filesystem::path& folder) {
@@ -87,8 +87,8 @@ void requireRegular(const std::filesystem::path& file, const struct stat& status
     }
 }
 
-/// Failures are passed over: some file systems have no owners or modes, some do not let us, and the
-/// new file is private until told otherwise.
+/// Copies group, owner and mode. Failures are ignored: some file systems have no owners or modes or
+/// refuse to change them, and the new file then stays private.
 void takeOver(int descriptor, const struct stat& old) {
     constexpr auto unchanged = static_cast<uid_t>(-1);
     const bool kept = ::fchown(descriptor, unchanged, old.st_gid) == 0 &&
@@ -109,8 +109,8 @@ void synchronize(int descriptor) {
     checked(uninterrupted([&] { return ::fsync(descriptor); }));
 }
 
-/// A folder that may be written but not read, or whose file system knows no such request, is left
-/// to the system.
+/// Skips a folder that we may not read, or whose file system cannot synchronize folders: the system
+/// writes it to the disk later.
 void synchronizeFolder(const std::filesystem::path& folder) {
     const Descriptor descriptor{::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
     if (!descriptor) {

@@ -19,20 +19,20 @@ std::optional<std::filesystem::path> dataHome();
 /// $XDG_CONFIG_HOME, else .config in the home directory.
 std::optional<std::filesystem::path> configHome();
 
-/// What all users share, the most important directory first: $XDG_DATA_DIRS and $XDG_CONFIG_DIRS,
-/// with relative paths left out, else the standard's own if nothing is left.
+/// What all users share, the most important directory first: $XDG_DATA_DIRS and $XDG_CONFIG_DIRS
+/// without relative paths, or the standard's defaults if nothing is left.
 std::vector<std::filesystem::path> sharedDataDirectories();
 std::vector<std::filesystem::path> sharedConfigDirectories();
 
 /// $XDG_RUNTIME_DIR; there is no standard place to fall back on.
 std::optional<std::filesystem::path> runtimeDirectory();
 
-/// $TMPDIR, else /tmp: everybody's, and nothing stays there.
+/// $TMPDIR, else /tmp. May be shared by all users; files there do not last.
 std::filesystem::path temporaryDirectory();
 
-/// Makes the libraries of this process find the same directories: they follow the same variables,
-/// but some take relative paths as they are, and none asks the user database. What we launch still
-/// gets the variables of the user. To be called before there is a second thread.
+/// Sets the variables so that the libraries of this process find the same directories: by
+/// themselves, some accept relative paths or do not ask the user database. Programs that we launch
+/// still get the user's variables. To be called before there is a second thread.
 void settleBaseDirectories();
 
 } // namespace hollowfernpike::freedesktop

@@ -40,7 +40,7 @@ void DirectoryWatch::add(const fs::path& directory) {
     hasChanged_ = hasChanged_ || fs::is_directory(directory, unknown);
 }
 
-// One directory has one watch, for whatever reasons it is watched.
+// A directory that is watched for several reasons has one watch and one Interest.
 DirectoryWatch::Interest* DirectoryWatch::watch(const fs::path& directory) {
     const int number = ::inotify_add_watch(queue_.get(), directory.c_str(), events);
     const bool isHidden = number < 0 && errno == EACCES;

@@ -10,7 +10,7 @@
 namespace hollowfernpike::freedesktop {
 
 /// Remembers whether entry files changed in some directories. The kernel keeps the record
-/// (inotify); nobody is woken by it, and asking is one system call.
+/// (inotify): a change does not wake this process, and asking is one system call.
 class DirectoryWatch {
 public:
     DirectoryWatch();
@@ -23,7 +23,7 @@ public:
     /// always true where the kernel would not watch.
     bool hasChanged();
 
-    /// Whether that is only because the kernel would not watch.
+    /// Whether the kernel would not watch, and hasChanged() is therefore always true.
     bool isBlind() const { return isBlind_; }
 
 private:

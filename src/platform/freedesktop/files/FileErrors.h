@@ -13,10 +13,10 @@ enum class FileOperation { read, write, remove, createDirectory };
 platform::FileError fileError(FileOperation operation, const std::filesystem::path& path,
                               int number);
 
-/// The error of asking a pipe, a socket or a device for what only files can do.
+/// The error for a pipe, a socket or a device where a regular file is needed.
 platform::FileError notARegularFile(FileOperation operation, const std::filesystem::path& path);
 
-/// The error of a directory that is in the place of one of the user's own.
+/// The error for an existing directory that should be private to the user and is not.
 platform::FileError notPrivate(const std::filesystem::path& directory);
 
 } // namespace hollowfernpike::freedesktop

@@ -38,7 +38,7 @@ std::size_t sizeOfRegular(const std::filesystem::path& file, int descriptor) {
     return static_cast<std::size_t>(status.st_size);
 }
 
-/// Reads to the end, wherever that is: a file may grow meanwhile, and some tell no size.
+/// Reads to the end, past `expected` if need be: a file may grow meanwhile, and some report size 0.
 std::string readAll(int descriptor, std::size_t expected, std::size_t largest) {
     requireAtMost(largest, expected);
     constexpr std::size_t step = 65536;

@@ -23,13 +23,13 @@ public:
         std::string plainAction; ///< likewise
     };
 
-    /// Hands `request` over to the instance that there is. Null if that has taken it; else this
-    /// process is the instance from now on. Throws platform::LocalizedError if the other one does
-    /// not answer, and platform::FileError if the lock cannot be used.
+    /// Hands `request` over to the instance that is running, if any. Null if that one has taken it;
+    /// else this process is the instance from now on. Throws platform::LocalizedError if the other
+    /// one does not answer, and platform::FileError if the lock cannot be used.
     static std::unique_ptr<Instance> become(Names names, const InstanceRequest& request);
 
-    /// The same over the bus, once there is an application object: false if another process has
-    /// taken the request. The bus outlives this.
+    /// Does the same over the bus; needs the application object. False if another process has taken
+    /// the request. The bus outlives this.
     bool publish(const SessionBus& bus, const InstanceRequest& request);
 
     /// From now on takes requests, those that came before included. The loop outlives this.

@@ -35,7 +35,7 @@ std::optional<std::string> received(int socket) {
     return count > buffer.size() ? std::string{} : std::string{buffer.data(), count};
 }
 
-/// False if the client has given up: what it wanted then must not happen any more.
+/// False if the client has given up; its request must not be carried out then.
 bool acknowledge(int socket) {
     return ::send(socket, acknowledgement.data(), acknowledgement.size(), MSG_NOSIGNAL) >= 0;
 }

@@ -12,7 +12,7 @@
 namespace hollowfernpike::freedesktop {
 
 /// Takes requests from other processes of the same user, over a socket that listens. Never waits
-/// for any of them: whoever is connected and silent is forgotten when too many are. Main thread
+/// for a client: when more than 16 are connected, the oldest connection is closed. Main thread
 /// only.
 class InstanceListener {
 public:

@@ -36,7 +36,7 @@ Descriptor openLockFile(const PrivateDirectory& directory, const std::string& na
     return Descriptor{checked(::openat(directory.descriptor(), name.c_str(), flags, mode))};
 }
 
-/// Whether the file still has a name. A lock on one without is nobody else's business.
+/// Whether the file still has a name. A lock on a deleted file excludes nobody.
 bool isNamed(int descriptor) {
     struct stat status = {};
     checked(::fstat(descriptor, &status));
@@ -61,7 +61,7 @@ Descriptor lockedFile(const PrivateDirectory& directory, const std::string& name
             return {};
         }
         if (isNamed(file.get())) {
-            // The sticky bit keeps it from those who clean up runtime directories.
+            // The sticky bit protects it from programs that clean up runtime directories.
             ::fchmod(file.get(), S_ISVTX | S_IRUSR | S_IWUSR);
             return file;
         }
@@ -88,8 +88,8 @@ bool isAcknowledged(int socket, Clock::time_point deadline) {
            acknowledgement == std::string_view(answer.data(), static_cast<std::size_t>(size));
 }
 
-/// Tells of what is moved into a directory, since this is there; of nothing where the system has no
-/// watches left.
+/// Notices files that are moved into a directory from now on; none if the system has no watches
+/// left.
 class Arrivals {
 public:
     explicit Arrivals(const PrivateDirectory& directory)
@@ -98,7 +98,7 @@ public:
         ::inotify_add_watch(queue_.get(), path.c_str(), IN_MOVED_TO);
     }
 
-    /// Whether there was one before the deadline.
+    /// Waits for a file to arrive; false if none does before the deadline.
     bool wait(Clock::time_point deadline) {
         if (!isReadable(queue_.get(), deadline)) {
             return false;
@@ -154,7 +154,7 @@ void InstanceLock::listen(platform::RunLoop& runLoop, InstanceRequestHandler onR
     listener_.emplace(socket_, runLoop, std::move(onRequest));
 }
 
-// Between having the lock and listening there is a moment in which a holder may be waited for.
+// A holder may have the lock and not listen yet: waits until its socket is moved into place.
 HandOver handOver(const std::string& name, const InstanceRequest& request,
                   std::chrono::milliseconds patience) {
     const auto text = encoded(request);

@@ -26,8 +26,8 @@ public:
     InstanceLock& operator=(const InstanceLock&) = delete;
     ~InstanceLock();
 
-    /// From now on takes what others hand over, on the main loop, which outlives this, as the
-    /// handler need not: it may destroy the lock.
+    /// From now on takes requests from other processes, on the main loop. The loop outlives this.
+    /// The handler may destroy the lock.
     void listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest);
 
 private:
@@ -40,8 +40,8 @@ private:
     std::optional<InstanceListener> listener_;
 };
 
-/// How an attempt to hand over a request has ended. Neither if the holder of the lock is alive but
-/// does not answer.
+/// How an attempt to hand over a request has ended. Neither is set if the holder of the lock is
+/// alive but does not answer.
 struct HandOver {
     bool isTaken = false;               ///< the holder has the request
     std::unique_ptr<InstanceLock> lock; ///< the holder is gone, and the lock is ours

@@ -16,19 +16,19 @@ struct InstanceRequest {
     bool operator==(const InstanceRequest&) const = default;
 };
 
-/// Called with each request, on the main thread. It may destroy who calls.
+/// Called with each request, on the main thread. It may destroy the object that calls it.
 using InstanceRequestHandler = std::function<void(const InstanceRequest&)>;
 
-/// Bytes of one text of a request, and of a whole one on its way.
+/// The most bytes of one text in a request, and of a whole encoded request.
 constexpr std::size_t longestRequestText = 1024;
 constexpr std::size_t longestRequest = 3 * (longestRequestText + 1);
 
-/// The request for its way: lines, of which the first tells the form. A start-up identifier that
-/// is too long or not a single line is left out. Throws std::invalid_argument for an action like
-/// that, or an empty one.
+/// The request as it is sent: lines, the first of which names the format. A start-up identifier
+/// that is too long or not a single line is left out. Throws std::invalid_argument if the action is
+/// empty, too long or not a single line.
 std::string encoded(const InstanceRequest& request);
 
-/// The other way round; absent for anything that encoded() does not make.
+/// The reverse of encoded(); absent for a text that encoded() does not make.
 std::optional<InstanceRequest> decoded(std::string_view text);
 
 } // namespace hollowfernpike::freedesktop

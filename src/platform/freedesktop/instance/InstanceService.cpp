@@ -88,7 +88,7 @@ QString InstanceService::introspect(const QString& /*path*/) const {
 )";
 }
 
-// The answer comes before the work: whatever was asked for may last, or end the process.
+// Replies before the request is handled: handling it may take long, or end the process.
 bool InstanceService::handleMessage(const QDBusMessage& message,
                                     const QDBusConnection& connection) {
     const auto arguments = message.arguments();

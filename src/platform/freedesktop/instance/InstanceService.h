@@ -17,25 +17,25 @@ namespace hollowfernpike::freedesktop {
 /// application object.
 class InstanceService final : public QDBusVirtualObject {
 public:
-    /// `name` is also the path of the object, with "/" for ".". `plainAction` is what launchers ask
-    /// for that ask for nothing in particular. The bus outlives this.
+    /// `name` is also the path of the object, with "/" for ".". `plainAction` is the action of
+    /// requests that name none (Activate, Open). The bus outlives this.
     InstanceService(const std::string& name, std::string plainAction, const SessionBus& bus);
 
     enum class Outcome {
         owned,      ///< requests arrive from now on
-        taken,      ///< another process is the program
+        taken,      ///< another process has the name
         unavailable ///< the bus does not answer
     };
 
-    /// Takes the name, and tries to again whenever the bus has come back. Turns the main loop until
-    /// the bus has answered. Requests wait until somebody listens.
+    /// Takes the name, and tries to again whenever the bus has come back. Runs the main loop until
+    /// the bus has answered, 5 s at most. Requests wait until listen().
     Outcome publish();
 
-    /// Asks the process that has the name, and turns the main loop until it has answered. False if
-    /// it does not within some seconds.
+    /// Sends the request to the process that has the name, and runs the main loop until it has
+    /// answered. False if it refuses or does not answer within 5 s.
     bool handOver(const InstanceRequest& request) const;
 
-    /// From now on passes requests on, never from within a call of ours.
+    /// From now on passes requests on, those that waited included, always from the main loop.
     void listen(InstanceRequestHandler onRequest);
 
 private:

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int longestQueue = 128;
 
-// By way of the open directory: an address has little room, and paths may be long.
+// Through the open directory: an address holds 108 bytes, and the directory's path may be longer.
 sockaddr_un addressOf(const PrivateDirectory& directory, const std::string& name) {
     const auto path = "/proc/self/fd/" + std::to_string(directory.descriptor()) + '/' + name;
     sockaddr_un address{};
@@ -42,7 +42,7 @@ Descriptor listeningSocket(const PrivateDirectory& directory, const std::string&
     auto socket = newSocket();
     ::unlinkat(directory.descriptor(), early.c_str(), 0);
     checked(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
-    // The sticky bit keeps it from those who clean up runtime directories.
+    // The sticky bit protects it from programs that clean up runtime directories.
     checked(::fchmodat(directory.descriptor(), early.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0));
     checked(::listen(socket.get(), longestQueue));
     if (::renameat(directory.descriptor(), early.c_str(), directory.descriptor(), name.c_str()) !=

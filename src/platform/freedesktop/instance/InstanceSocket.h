@@ -8,17 +8,17 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// What the holder of the lock answers to a request that it has.
+/// The lock holder's answer to a request that it has received.
 constexpr std::string_view acknowledgement = "taken\n";
 
 /// Sockets that carry one request and its answer, each in one piece. They never block, and programs
-/// that we start do not get them. What fails throws std::system_error.
+/// that we start do not inherit them. Failures throw std::system_error.
 
-/// One that accepts connections at this name, in place of a socket that an earlier process left.
-/// Whoever sees it there can connect: it is moved there when it is ready.
+/// A socket that listens at this name, in place of one that an earlier process left. It gets the
+/// name only once it listens, so a process that finds it there can connect.
 Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name);
 
-/// One that is connected to the name; fails if nobody listens there.
+/// A socket that is connected to the one at this name; fails if nobody listens there.
 Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name);
 
 } // namespace hollowfernpike::freedesktop

@@ -9,17 +9,18 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// A directory into which nobody but the user can look or write, held open: whatever is done in it
-/// by its descriptor happens in the directory that was checked.
+/// A directory that only the user can read or write. It is held open: what is done through its
+/// descriptor happens in the directory that was checked, even if its path has been replaced.
 class PrivateDirectory {
 public:
-    /// Where the user's programs meet while they run: $XDG_RUNTIME_DIR, if it is there and private,
+    /// The directory for files of running programs: $XDG_RUNTIME_DIR, if it exists and is private,
     /// else a directory of our own below the temporary directory, made if it is missing. Throws
-    /// platform::FileError if that one is somebody else's, open to others or cannot be made.
+    /// platform::FileError if our own one belongs to somebody else, is open to others or cannot be
+    /// made.
     static PrivateDirectory forRuntime();
 
-    /// Opens one that exists. Throws platform::FileError if it is not there, a link or not private
-    /// to `user`.
+    /// Opens an existing directory. Throws platform::FileError if it is missing, a link or not
+    /// private to `user`.
     explicit PrivateDirectory(std::filesystem::path path, uid_t user = ::geteuid());
 
     const std::filesystem::path& path() const { return path_; }

@@ -10,7 +10,7 @@ namespace {
 
 std::optional<rlimit> limitAtStart;
 
-// The hard limit stays: once it is lowered, nobody could give it back.
+// The hard limit stays: once lowered, it could not be raised again for the programs we start.
 void setLimit(rlim_t size) {
     const rlimit limit{size, limitAtStart->rlim_max};
     ::setrlimit(RLIMIT_CORE, &limit);

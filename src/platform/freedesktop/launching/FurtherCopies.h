@@ -11,19 +11,18 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Keeps copies of a program from piling up. Starting a program that runs makes one of a single
-/// instance show itself; one that stays beside its first copy instead will do so each time. Main
-/// thread only.
+/// Keeps copies of a program from piling up. Starting a program again makes a single-instance one
+/// show itself; of any other, each start adds one more copy. Main thread only.
 class FurtherCopies {
 public:
-    /// The table outlives this. An instance that started before our start, or later than
-    /// `latestAfterStart` after it, is somebody else's.
+    /// The table outlives this. An instance that began before our start, or more than
+    /// `latestAfterStart` after it, counts as started by somebody else.
     explicit FurtherCopies(ProcessTable& processes,
                            std::chrono::seconds latestAfterStart = std::chrono::minutes{1})
         : processes_(processes), latestAfterStart_(latestAfterStart) {}
 
-    /// To be asked right before each start of an application's program: false if the start before
-    /// has made another instance run beside an earlier one, and both still do.
+    /// To be asked right before each start of an application's program. False if the previous start
+    /// added an instance beside an earlier one, and both still run.
     bool mayStart(const std::string& identifier);
 
 private:

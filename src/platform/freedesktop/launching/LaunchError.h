@@ -6,7 +6,7 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// What can go wrong on the way to a running application, told with the file or program concerned.
+/// Errors of opening an application; each names the file or program concerned.
 platform::LocalizedError noSuchApplication(const std::string& path);
 platform::LocalizedError unreadableEntry(const std::string& path, const std::string& reason);
 platform::LocalizedError notAnApplication(const std::string& path);
@@ -15,7 +15,7 @@ platform::LocalizedError missingProgram(const std::string& path, const std::stri
 platform::LocalizedError noAnswer(const std::string& path);
 platform::LocalizedError failedStart(const std::string& path, const std::string& reason);
 
-/// A program whose path no entry can name.
+/// For a program whose path cannot be written in an entry.
 platform::LocalizedError unsayableProgram(const std::string& program);
 
 } // namespace hollowfernpike::freedesktop

@@ -25,7 +25,7 @@ bool isOfProcess(const platform::ClientWindow& window, const Launch& launch) {
     return launch.process && window.process == launch.process;
 }
 
-// As those of a program whose start script stays until it ends.
+// A start script that waits for its program is the process, and its child shows the window.
 bool isOfDescendant(const platform::ClientWindow& window, const Launch& launch) {
     return launch.process && window.process && descendsFrom(*window.process, *launch.process);
 }
@@ -39,7 +39,7 @@ bool hasShownItself(const Launch& launch, const ClientWindows& windows) {
            anyIs(isOfDescendant);
 }
 
-/// Whether its process has ended, even if the news of that has not come yet.
+/// Whether the process has ended, even if ChildProcesses has not told us yet.
 bool hasEnded(const Launch& launch) {
     const auto status = launch.process ? processStatus(*launch.process) : std::nullopt;
     return launch.process && (!status || status->hasEnded);
@@ -87,7 +87,7 @@ bool LaunchesUnderWay::join(const FileStamp& file, bool activates, const Complet
         }
         await(*launch, completion);
         if (!isSameHold) {
-            lookForWindows(); // not every window manager tells of new ones
+            lookForWindows(); // some window managers do not announce new ones
         }
         return true;
     }
@@ -138,7 +138,7 @@ void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
             giveUp(*late);
         }
     });
-    lookForWindows(); // for what came before the watch
+    lookForWindows(); // one may have appeared before the watch
 }
 
 void LaunchesUnderWay::finish(Launch& launch) {
@@ -178,7 +178,7 @@ void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& w
     }
 }
 
-// A window of which nobody told stays where it is: the user may be elsewhere by now.
+// A window found only now was not announced. It stays where it is: the user may have moved on.
 void LaunchesUnderWay::giveUp(Launch& launch) {
     if (hasShownItself(launch, windows_.clientWindows())) {
         forget(launch);

@@ -19,27 +19,28 @@ namespace hollowfernpike::freedesktop {
 /// An application that was asked for and has not shown itself yet.
 struct Launch {
     DesktopEntry entry;
-    std::string startupIdentifier; ///< empty once the start-up notice is taken back
+    std::string startupIdentifier; ///< empty if there is none, or once its notice is taken back
     std::optional<std::int32_t> process;
-    std::size_t windowsBefore = 0; ///< the application's when it was asked for, as far as they stay
-    std::uint64_t hold = 0;        ///< of the combination by which it was asked for last
+    std::size_t windowsBefore = 0; ///< the application's windows at the request, less closed ones
+    std::uint64_t hold = 0;        ///< LaunchFeedback::holdCount() when it was last asked for
     bool isRepeated = false;       ///< whether it was asked for more than once
     std::optional<platform::OpenResult> result;
     std::vector<platform::Workspace::OpenCompletion> waiting; ///< for the result
 };
 
 /// Keeps every launch from its request until a window of the application appears, so that requests
-/// in between join it: as long as the process lives that was started for it, or for `limit` if we
-/// started none. Repeats of a combination that is held down join also when the launch is over,
-/// however it ended. The start-up identifier carries the time of the first request; if the last
-/// thing that the user asked for is a later one, the window is brought forward when it appears.
-/// Main thread only.
+/// in between join it. Without a window, a launch lasts while the process that we started for it
+/// lives, or for `limit` if we started none. Repeats of a combination that is held down join even
+/// after the launch is over, however it ended.
+///
+/// The start-up identifier carries the time of the first request. So if the user asked again, and
+/// for nothing else since, the window is brought forward when it appears. Main thread only.
 class LaunchesUnderWay {
 public:
     using Completion = platform::Workspace::OpenCompletion;
 
-    /// A start-up notice is shown no longer than this either, unless a window has appeared by then:
-    /// the application ends it.
+    /// Also the longest time that we show a start-up notice. Once a window has appeared, ending the
+    /// notice is left to the application.
     static constexpr std::chrono::seconds limit{10};
 
     /// The services outlive this.
@@ -47,23 +48,24 @@ public:
                      platform::MainQueue& mainQueue)
         : windows_(windows), feedback_(feedback), mainQueue_(mainQueue) {}
 
-    /// Whether a request for the entry in this file joined an earlier one and has nothing to start.
-    /// Its `completion` is then called with the result, at once if there is one already.
+    /// Joins a request for the entry in this file to an earlier launch; false if there is none. If
+    /// it joins, nothing is to be started, and `completion` is called with the launch's result, at
+    /// once if there is one already.
     bool join(const FileStamp& file, bool activates, const Completion& completion);
 
-    /// Keeps a new launch. Whoever holds on to it beyond the call does so weakly: a launch that is
-    /// over is gone.
+    /// Adds a new launch. Beyond the call, keep only a weak pointer to it, so that it is destroyed
+    /// when the launch is over.
     std::shared_ptr<Launch> begin(const DesktopEntry& entry, bool activates,
                                   const Completion& completion);
 
-    /// Answers all who wait. The launch goes on if the application was opened.
+    /// Calls all waiting completions. The launch goes on unless `result` is an error.
     void settle(Launch& launch, const platform::OpenResult& result);
 
-    /// Starts to look for the application's window, and the clock. To be called when nothing urgent
-    /// is left to do for the launch.
+    /// Starts to look for the application's window, and the time of `limit`. To be called when
+    /// nothing urgent is left to do for the launch.
     void track(const std::shared_ptr<Launch>& launch);
 
-    /// Lets the launch go without a window.
+    /// Ends the launch without a window, and its start-up notice.
     void finish(Launch& launch);
 
 private:

@@ -12,7 +12,7 @@ namespace {
 
 using Value = std::optional<std::string>;
 
-/// What the variables that we have changed were before.
+/// The original values of the variables that we have changed.
 std::map<std::string, Value, std::less<>>& usersValues() {
     static std::map<std::string, Value, std::less<>> values;
     return values;

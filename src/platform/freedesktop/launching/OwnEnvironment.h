@@ -10,7 +10,7 @@ namespace hollowfernpike::freedesktop {
 /// libraries alone. To be called before there is a second thread.
 void setOwnVariable(const std::string& name, const std::optional<std::string>& value);
 
-/// The environment without those changes, as "NAME=value": that of the user, for what we launch.
+/// The environment without those changes, as "NAME=value", for programs that we launch.
 std::vector<std::string> usersEnvironment();
 
 } // namespace hollowfernpike::freedesktop

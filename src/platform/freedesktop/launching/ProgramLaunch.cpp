@@ -27,8 +27,8 @@ bool isOurs(std::string_view variable) {
     return std::ranges::find(ours, variable.substr(0, variable.find('='))) != ours.end();
 }
 
-/// The user's, without what tells about our own start and our own service unit, with what tells
-/// about the program's.
+/// The user's environment, without the variables about our own start and our own service unit, and
+/// with those about the program's start.
 std::vector<std::string> launchEnvironment(const std::string& entryPath,
                                            const std::string& startupIdentifier) {
     auto variables = usersEnvironment();

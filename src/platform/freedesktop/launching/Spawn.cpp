@@ -86,7 +86,7 @@ StartedProcess spawn(ProgramStart start) {
         check(::posix_spawn(&number, start.program.c_str(), actions.get(), attributes.get(),
                             arguments.data(), environment.data()));
     }
-    // The number is the child's as long as nobody has waited for it.
+    // The number cannot be reused for another process before we wait for the child.
     Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, number, 0)));
     if (!descriptor) {
         const int failure = errno;

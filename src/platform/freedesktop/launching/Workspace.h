@@ -14,8 +14,8 @@ namespace hollowfernpike::freedesktop {
 /// Opens applications by their desktop entries: over the session bus where the entry asks for it
 /// and there is one, else by starting the program of its command line.
 ///
-/// A program is a child of ours in a session of its own, in a scope of its own where the user's
-/// service manager is there, and outlives us.
+/// A program is a child of ours in its own session and, if the user's service manager runs, in its
+/// own scope. It outlives us.
 class Workspace final : public platform::Workspace {
 public:
     /// The services outlive this. Null for the bus if there is none.

@@ -74,7 +74,7 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
     }
 }
 
-// The unit, without "app-" and its type, and whether a random part must end it.
+// An application's unit: its name without "app-" and type. A scope's name ends in a random part.
 struct Unit {
     std::string_view name;
     bool isScope = false;

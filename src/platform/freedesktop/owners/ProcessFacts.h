@@ -8,9 +8,9 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// What a process reveals of the application that it runs. What it hides from us is empty. While a
-/// program is being loaded or ends, `executable` may be known and the environment not, although the
-/// program has one; what has ended tells neither.
+/// What a process reveals of the application that it runs. What we cannot read is empty. While a
+/// program is being loaded or ends, its environment may be unreadable although `executable` is
+/// known. Of a process that has ended, neither can be read.
 struct ProcessFacts {
     std::string flatpakApplication; ///< told by the sandbox that it lives in
     std::string controlGroup;       ///< path in the hierarchy that the service manager keeps
@@ -22,12 +22,13 @@ struct ProcessFacts {
     std::vector<std::string> commandLine;
 };
 
-/// By which entry a process was started, and which process that was: its children inherit both
-/// variables. GLib sets both; we cannot tell a program its number, but know our children.
+/// The variables that name the entry a process was started by, and the number of that process: its
+/// children inherit both variables, and have other numbers. GLib sets both. We set only the first,
+/// because the number is not known before the start; we recognise our own children by their parent.
 inline constexpr auto launchedFileVariable = "GIO_LAUNCHED_DESKTOP_FILE";
 inline constexpr auto launchedNumberVariable = "GIO_LAUNCHED_DESKTOP_FILE_PID";
 
-/// Where a process stands.
+/// The parent, start and end of a process.
 struct ProcessStatus {
     std::int32_t parent = 0;
     std::uint64_t startTime = 0; ///< clock ticks since the system started
@@ -39,13 +40,13 @@ struct ProcessStatus {
 /// Absent if there is no such process.
 std::optional<ProcessStatus> processStatus(std::int32_t process);
 
-/// Whether one of the process's parents and their parents, as it stands now, is `ancestor`.
+/// Whether `ancestor` is at present the parent of the process, or its parent's parent, and so on.
 bool descendsFrom(std::int32_t process, std::int32_t ancestor);
 
 ProcessFacts processFacts(std::int32_t process);
 
-/// The file that the process runs and its arguments, to be compared with the same at another time;
-/// empty if it does not tell.
+/// The file that the process runs and its arguments, to be compared with a later reading; empty if
+/// the file cannot be read.
 std::string commandOf(std::int32_t process);
 
 /// The time since the system started, in clock ticks, comparable with `startTime`.

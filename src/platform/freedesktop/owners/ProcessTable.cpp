@@ -33,7 +33,7 @@ std::optional<std::int32_t> numberIn(std::string_view text) {
     return error == std::errc{} && end != text.data() ? std::optional(number) : std::nullopt;
 }
 
-// A number comes back for another process one day, the inode of its directory does not.
+// A number is reused for another process; the inode of its directory in /proc is not.
 struct Listed {
     std::int32_t number;
     ino_t inode;
@@ -50,7 +50,7 @@ std::vector<Listed> allProcesses() {
     return processes;
 }
 
-// The last field of /proc/loadavg. As long as it stays, no process has begun.
+// The last field of /proc/loadavg. While it stays the same, no process has started.
 std::optional<std::int32_t> newestNumber(const Descriptor& counter) {
     std::array<char, 128> buffer{};
     const auto count = ::pread(counter.get(), buffer.data(), buffer.size(), 0);
@@ -126,8 +126,8 @@ void ProcessTable::scan() {
     std::erase_if(processes_, [&](const auto& process) { return process.second.scan != scans_; });
 }
 
-// What a process was stays known while it is between two programs, while it ends, and when it has
-// ended.
+// The known application is kept while a process replaces its program, while it ends, and once it
+// has ended: there is nothing to read then.
 void ProcessTable::look(std::int32_t process, Known& known) const {
     const auto status = isOfUser(user_, process) ? processStatus(process) : std::nullopt;
     if (!status || status->startTime != known.status.startTime) {
@@ -140,7 +140,7 @@ void ProcessTable::look(std::int32_t process, Known& known) const {
     if (!status || status->hasEnded) {
         return;
     }
-    auto command = commandOf(process); // first: if the program changes meanwhile, that is noticed
+    auto command = commandOf(process); // before the facts, so that a change in between is noticed
     const auto facts = processFacts(process);
     const bool isWhole = facts.hasEnvironment || (facts.executable.empty() && !known.hasTold);
     const bool mayTellMore = !isWhole && isMissingForAMoment(known);
@@ -153,13 +153,13 @@ void ProcessTable::look(std::int32_t process, Known& known) const {
     }
 }
 
-// An environment that is missing for longer is empty, or has been hidden.
+// An environment that is missing for longer than `youth` is empty or hidden.
 bool ProcessTable::isMissingForAMoment(Known& known) {
     known.missingSince = known.missingSince.value_or(processClock());
     return processClock() < *known.missingSince + clockTicks(youth);
 }
 
-// As a script does that waits for something and then replaces itself by the program (exec).
+// For example, a script waits for something and then replaces itself by the program (exec).
 bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
     if (known.command.empty()) {
         return false;

@@ -15,7 +15,7 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// A process and where it stands.
+/// The number and status of a process.
 struct LiveProcess {
     std::int32_t number = 0;
     ProcessStatus status;
@@ -25,9 +25,8 @@ struct LiveProcess {
 void sortByAge(std::vector<LiveProcess>& processes);
 
 /// Which of a user's processes runs which application, by what the processes themselves reveal.
-/// A process of another display runs none as far as we are concerned. What was learned of a process
-/// is kept, so that asking again costs a look at the processes that are new and at what
-/// interpreters run. Main thread only.
+/// A process on another display counts as running none. What was learned of a process is kept:
+/// asking again only reads new processes and the command lines of interpreters. Main thread only.
 class ProcessTable {
 public:
     /// The entries outlive this.
@@ -45,7 +44,7 @@ private:
         std::string identifier; ///< empty for a process that runs no application of ours
         ProcessStatus status;
         bool isUnsettled = false; ///< it may yet become another program, or tell more
-        bool hasTold = false;     ///< whether it has told anything of its program
+        bool hasTold = false;     ///< whether its executable could be read before
         std::optional<std::uint64_t> missingSince; ///< when its environment began to be missing
         std::string command;     ///< of a shell or another interpreter; empty for other programs
         std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet

@@ -8,9 +8,8 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Finds running applications by their windows, and where an application shows none, by what its
-/// processes reveal. Beside processes that show windows, those of the same application that show
-/// none are helpers.
+/// Finds running applications by their windows or, if an application shows none, by what its
+/// processes reveal. If some of its processes show windows, the others are left out as helpers.
 class RunningApplications final : public platform::RunningApplications {
 public:
     /// The services outlive this.
@@ -24,8 +23,8 @@ public:
     std::optional<platform::RunningApplication>
     withProcessIdentifier(std::int32_t processIdentifier) override;
 
-    /// Opens the application's entry again: over the bus if it listens there, else as a second
-    /// process, by which single-instance programs show the first one.
+    /// Opens the application's entry again: over the bus if the entry asks for it, else by starting
+    /// a second process, which makes a single-instance program show its first one.
     void activate(const platform::RunningApplication& application) override;
 
 private:

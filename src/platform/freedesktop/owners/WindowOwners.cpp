@@ -29,10 +29,10 @@ bool runsProgramOf(const DesktopEntry& entry, const ProcessFacts& process) {
             fileName(identifyingProgram(entry.words)) == fileName(program));
 }
 
-// How many words of the entry's command line the process was started with, less those before the
-// program that it lacks ("env" keeps its words to itself); -1 if it runs another program, as the
-// entry's may be a script around that one. Absent if it runs the entry's program but lacks one of
-// its arguments, and so is something else.
+// How many words of the entry's command line the process was started with, less the missing ones up
+// to the program: "env" does not pass its own words on. -1 if the process runs another program: the
+// entry's may be a script that starts it. Absent if it runs the entry's program but lacks one of
+// its arguments: then it is something else.
 std::optional<int> sharedWords(const DesktopEntry& entry, const ProcessFacts& process) {
     if (!runsProgramOf(entry, process)) {
         return -1;
@@ -79,7 +79,7 @@ Entry byHints(const WindowFacts& window, const EntryIndex& index) {
 
 using Lookup = EntryIndex::Entries (EntryIndex::*)(std::string_view) const;
 
-// The first name under which one of the lookups, in their order, finds anything.
+// The first entry found: each lookup in turn, with all names before the next lookup.
 Entry byNames(std::initializer_list<Lookup> lookups, std::initializer_list<std::string_view> names,
               const ProcessFacts& process, const EntryIndex& index) {
     for (const auto lookup : lookups) {
@@ -92,7 +92,7 @@ Entry byNames(std::initializer_list<Lookup> lookups, std::initializer_list<std::
     return nullptr;
 }
 
-// A web application in a browser of its own differs from the browser by the instance alone.
+// The instance comes first: only it tells a web application's window from its browser's.
 Entry byWindowClass(const WindowFacts& window, const ProcessFacts& process,
                     const EntryIndex& index) {
     return byNames({&EntryIndex::withWindowClass, &EntryIndex::withWindowClassAlike},

@@ -22,14 +22,14 @@ private:
 
 /// Which installed application a window or a process belongs to, as far as plain facts tell. The
 /// sources are asked from the most to the least trustworthy, and the first that names an installed
-/// application decides: the sandbox around the process; the window's own word of its entry; its
-/// class and instance against StartupWMClass, then against desktop-file ids; the application unit
-/// of the service manager; the launch that the process descends from; its program.
+/// application decides: the sandbox around the process; the entry that the window names; its class
+/// and instance against StartupWMClass, then against desktop-file ids; the application unit of the
+/// service manager; the entry by which the process was launched; its program.
 ///
-/// Where a source leads to several entries, those are left out whose program the process runs
-/// without having all their arguments. Of the others, the one decides whose command line the
-/// process was started with, then the one whose id is the name that was looked for, then one that
-/// menus show, then the most important.
+/// If a source leads to several entries, an entry is left out if the process runs its program but
+/// lacks one of its arguments. Of the others, the entry is taken that shares the most words of its
+/// command line with the process; among equals the one whose id is the name that was looked for,
+/// then one that menus show, then the most important.
 
 /// Null if no installed application answers for the window.
 const DesktopEntry* applicationOf(const platform::WindowFacts& window, const ProcessFacts& process,

@@ -15,15 +15,15 @@ struct Focusable {
     xcb_window_t focused = XCB_NONE; ///< one of them, if any has the focus
 };
 
-/// The windows that keys can be typed into: those that the window manager lists and the one that
-/// has the focus, which is one of the window manager's own while no other is open.
+/// The windows that keys can be typed into: those that the window manager lists, and the one that
+/// has the focus, which is the window manager's own while no other window is open.
 class FocusableWindows {
 public:
     /// The connection outlives this object.
     explicit FocusableWindows(const Connection& connection)
         : connection_(connection), atoms_(connection) {}
 
-    /// What somebody who wants `isChange` to see changes has to select on the root.
+    /// The events to select on the root, so that `isChange` gets to see changes.
     static constexpr std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE;
 
     /// Whether the event tells that windows have come or gone, or that the focus is elsewhere.

@@ -16,11 +16,11 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t mostObserved = 16;
 
-/// A desktop that starts grabs its Super key late, Cinnamon some seconds after it manages windows,
-/// and no event tells of it.
+/// When to ask again about the Super key. A starting desktop grabs that key late (Cinnamon some
+/// seconds after it begins to manage windows), and no event tells of it.
 constexpr std::array<std::chrono::milliseconds, 3> laterOn{1s, 5s, 20s};
 
-/// Longer than the first of these delays, so that we have asked again by then.
+/// Longer than the first of these delays, so that we have asked again before the doubt ends.
 constexpr auto longestDoubt = 5s;
 
 void logShared(const std::vector<platform::KeyCombination>& combinations) {
@@ -134,9 +134,9 @@ void GrabbedKeys::followLoneSuperKey() {
     }
 }
 
-// When the keyboard changes, whoever holds the key gives it back and grabs it anew, and we may ask
-// in between, with each change of a burst. So it counts as free only after it has looked free for
-// `longestDoubt`.
+// When the keyboard changes, the holder of the key releases it and grabs it anew, and we may ask in
+// between, several times in a burst of changes. So the key counts as free only after it has looked
+// free for `longestDoubt`.
 LoneSuperKey GrabbedKeys::askForLoneSuperKey() {
     const auto found = loneSuperKey(connection_, map_->superKeys());
     if (found != LoneSuperKey::free || loneSuperKey_ == LoneSuperKey::free) {
@@ -203,8 +203,9 @@ std::optional<KeyPress> GrabbedKeys::readObserved(const RawKeys::Press& press) {
     return KeyPress{*keyEvent, press.time};
 }
 
-// While a combination is tried again, a part of it may be held for a moment before another part
-// turns out to be taken; and what passes by grabs on the root may be caught on a window.
+// An observed press may arrive from a grab as well. While a combination is tried again, some of its
+// presses are held for a moment, until another is refused; and a press that passes by the grabs on
+// the root may be caught by a grab on a window.
 bool GrabbedKeys::wasObserved(const RawKeys::Press& press) {
     const auto found = std::ranges::find_if(observed_, [&](const Observed& observed) {
         return observed.press.state == press.state && observed.press.time == press.time &&

@@ -13,16 +13,15 @@
 
 namespace hollowfernpike::x11 {
 
-/// The presses of the combinations of interest, taken from everybody else: the source of an active
-/// tap. Combinations that another client holds are only observed, and tried again with every
-/// change and after each of their presses.
+/// The source of an active tap: grabs the combinations of interest, so that nobody else gets their
+/// presses. A combination that another client holds is only observed; we try to grab it again with
+/// every change and after each of its presses.
 ///
-/// Presses with the Super key can pass by grabs on the root while somebody holds that key alone
-/// (LoneSuperKey). Then they are grabbed on the windows, too, and observed besides if that does not
-/// catch them all. Whether somebody holds it is asked with every change, and a few times in the
-/// next 20 seconds where the answer may soon be another: after the first combination with Super
-/// came in, after a window manager began, and after the key looked free although somebody held it
-/// before.
+/// While another client holds the Super key alone (LoneSuperKey), presses with Super can pass by
+/// grabs on the root. They are then grabbed on the windows, too, and also observed if that does not
+/// catch them all. Whether the key is held is asked with every change. It is asked again after 1, 5
+/// and 20 seconds when the answer may change soon: after the first combination with Super came in,
+/// after a window manager began, and after a key that was held looked free.
 class GrabbedKeys final : public KeySource {
 public:
     /// The connection and the queue outlive this object.
@@ -38,11 +37,11 @@ public:
     std::optional<KeyPress> read(const xcb_generic_event_t& event) override;
 
 private:
-    /// A press that was reported when it was observed. Should a grab bring it, too, it has the same
-    /// key, modifiers and time.
+    /// A press that was reported when it was observed. If a grab delivers it as well, that event
+    /// has the same key, modifiers and time.
     struct Observed {
         RawKeys::Press press;
-        bool isReplayed; ///< and may have a later sequence number
+        bool isReplayed; ///< if so, the grab's event may have a later sequence number
     };
 
     void update();
@@ -67,8 +66,8 @@ private:
     std::optional<KeyboardMap> map_; ///< present while started
     bool isSuperOfInterest_ = false;
     LoneSuperKey loneSuperKey_ = LoneSuperKey::free;
-    std::shared_ptr<GrabbedKeys*> doubt_; ///< since the key looked free although somebody held it
-    std::optional<FocusableWindows> windows_; ///< present while somebody holds the lone Super key
+    std::shared_ptr<GrabbedKeys*> doubt_;     ///< set while a key that was held looks free
+    std::optional<FocusableWindows> windows_; ///< present while `loneSuperKey_` is not free
     std::deque<Observed> observed_;
 };
 

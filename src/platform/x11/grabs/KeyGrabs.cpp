@@ -42,9 +42,9 @@ KeyGrabs::update(const KeyboardMap& map, std::span<const platform::KeyCombinatio
     return taken;
 }
 
-// A window may be gone before the server reads what is asked of it: an error that nobody reads. The
-// server reuses the numbers of windows that are gone, so the focused one may be new, without grabs,
-// though its number was given before: it is always grabbed anew.
+// A window may be gone before the server reads a request about it; the error is ignored. The server
+// reuses the numbers of windows that are gone, so the focused window may be new and without grabs
+// although its number was given before: it is always grabbed anew.
 void KeyGrabs::setWindows(Focusable focusable) {
     auto windows = std::move(focusable.windows);
     std::ranges::sort(windows);

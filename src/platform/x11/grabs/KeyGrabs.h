@@ -10,23 +10,23 @@
 
 namespace hollowfernpike::x11 {
 
-/// The passive key grabs of one client. The server freezes the keyboard with each grabbed press
-/// until this client gives it back, so whoever reads the connection must do that at once.
+/// The passive key grabs of one client. Each grabbed press freezes the keyboard until this client
+/// gives it back, so the reader of the connection must do that at once.
 class KeyGrabs {
 public:
     explicit KeyGrabs(const Connection& connection);
 
-    /// Grabs every press of these combinations on the root window and gives back what else was
-    /// held; what stays is not touched. Returns the combinations of which another client holds a
-    /// part: nothing of them is held. Of those, the part that was refused is tried first and alone,
-    /// so that nothing is swallowed meanwhile. Combinations that the map cannot produce are left
-    /// out. Waits for the server.
+    /// Grabs every press of these combinations on the root window and gives back all other presses;
+    /// those already held are not touched. Returns the combinations of which another client holds a
+    /// press: nothing of them is held. Presses that were refused before are tried first, and the
+    /// others of their combination only if that succeeds, so that nothing is swallowed meanwhile.
+    /// Combinations that the map cannot produce are left out. Waits for the server.
     std::vector<platform::KeyCombination>
     update(const KeyboardMap& map, std::span<const platform::KeyCombination> combinations);
 
-    /// The windows on which presses with the Super key are grabbed besides the root, now and after
-    /// later updates, instead of those given before; the focused one is grabbed again even if it
-    /// was given before. Does not wait for the server; what other clients hold there remains
+    /// Sets the windows on which presses with the Super key are grabbed besides the root, now and
+    /// after later updates. They replace those given before; the focused one is grabbed again even
+    /// if it was among them. Does not wait for the server; what other clients hold there remains
     /// theirs.
     void setWindows(Focusable focusable);
 
@@ -34,7 +34,7 @@ public:
     /// have it from here on.
     void release();
 
-    /// Whether such a press was held when the server sent an event with this sequence number.
+    /// Whether this press was grabbed when the server sent an event with this sequence number.
     bool held(const KeyState& press, std::uint32_t sequence) const;
 
 private:
@@ -55,9 +55,9 @@ private:
 
     const Connection& connection_;
     std::map<KeyState, Hold> held_;
-    std::set<KeyState> refused_;        ///< by another client, when last asked for
+    std::set<KeyState> refused_;        ///< another client held them when last tried
     std::vector<xcb_window_t> windows_; ///< sorted
-    bool isUnconfirmed_ = false; ///< whether something was asked for that may not be done yet
+    bool isUnconfirmed_ = false;        ///< whether a request may still be pending
 };
 
 } // namespace hollowfernpike::x11

@@ -38,7 +38,7 @@ bool failsForCore(const Connection& connection, const Attempt& attempt) {
     return error != nullptr;
 }
 
-/// The reply lists the modifiers with which the key could not be had.
+/// The reply lists the modifiers with which the key could not be grabbed.
 bool failsForXInput(const Connection& connection, const Attempt& attempt) {
     const Reply<xcb_input_xi_passive_grab_device_reply_t> reply{
         xcb_input_xi_passive_grab_device_reply(connection.get(), attempt.xInput, nullptr)};

@@ -13,7 +13,7 @@ inline constexpr std::uint16_t firstUnnumberedKeyCode = 256;
 /// numbering lacks the key.
 std::optional<std::uint16_t> virtualKeyCode(std::string_view keyName);
 
-/// The kernel's (evdev) code of a key that virtualKeyCode() has none for, as far as the name tells.
+/// The kernel's (evdev) code of a key that virtualKeyCode() lacks; none if the name does not tell.
 std::optional<std::uint16_t> evdevCode(std::string_view keyName);
 
 /// The bits of the event flag word that come with a key itself: keypad, function and help keys.

@@ -58,7 +58,7 @@ xcb_xkb_get_names_value_list_t unpack(const xcb_xkb_get_names_reply_t& reply) {
     return parts;
 }
 
-/// Where each of the sixteen virtual modifiers is; the reply lists those in its mask alone.
+/// One value per virtual modifier (sixteen); `values` has only those whose bit is in `mask`.
 template <class Value>
 std::array<Value, 16> spread(std::uint16_t mask, const Value* values) {
     std::array<Value, 16> result{};

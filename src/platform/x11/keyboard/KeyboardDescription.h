@@ -21,7 +21,7 @@ struct KeyboardDescription {
     };
     struct VirtualModifier {
         std::uint16_t bit = 0;
-        ModifierState modifiers = 0; ///< where the map puts it
+        ModifierState modifiers = 0; ///< real modifiers that the map gives it
     };
 
     xcb_keycode_t firstKey = 0;

@@ -30,7 +30,7 @@ Modifiers findModifiers(const KeyboardDescription& description) {
     };
 }
 
-/// Whether the key only changes what others mean; Num Lock and Scroll Lock are keys of their own.
+/// Whether the key only changes what others mean. Num Lock and Scroll Lock count as ordinary keys.
 bool isModifier(const KeyboardDescription& description, const KeyboardDescription::Key& key) {
     const auto num = find(description, "NumLock");
     const auto scroll = find(description, "ScrollLock");

@@ -20,7 +20,7 @@ struct KeyState {
     auto operator<=>(const KeyState&) const = default;
 };
 
-/// What the keys of a keyboard mean, as positions: whatever their key codes and the layout.
+/// What the keys of a keyboard mean by their positions, independent of X key codes and layout.
 class KeyboardMap {
 public:
     explicit KeyboardMap(const KeyboardDescription& description);

@@ -25,8 +25,8 @@ struct Modifiers {
 
     /// The event flags for the modifiers held or locked in `state`. While a level shift such as
     /// AltGr is on, a press types another character (AltGr+Control+9 is Control+] on a German
-    /// keyboard), which no combination may take; so it carries none of a shortcut's modifiers, and
-    /// nobody can record what no tap would swallow.
+    /// keyboard), which no combination may take. So the press carries none of a shortcut's
+    /// modifiers: otherwise the user could record a shortcut that no tap would swallow.
     std::uint64_t flags(ModifierState state) const;
 
     /// Whether nothing beyond the four modifiers of a shortcut and the locks is on.

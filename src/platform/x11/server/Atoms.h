@@ -8,11 +8,11 @@
 
 namespace hollowfernpike::x11 {
 
-/// One name alone, for those who can wait for the server; XCB_ATOM_NONE after a failure.
+/// The atom of one name. Waits for the server; XCB_ATOM_NONE after a failure.
 xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
 
-/// The names that the window services speak of, as the server numbers them. All are asked for in
-/// one batch; after a failure they are XCB_ATOM_NONE, which no property has.
+/// The atoms that the window services use. All are asked for in one batch; after a failure they are
+/// XCB_ATOM_NONE, which no property has.
 struct Atoms {
     explicit Atoms(const Connection& connection);
 

@@ -39,7 +39,7 @@ ClientProcesses::ask(std::span<const xcb_window_t> windows) const {
     for (const auto window : windows) {
         clients.insert(clientOf(window));
     }
-    clients.erase(0); // the server itself, and in this request a word for "all clients"
+    clients.erase(0); // 0 is the server itself, and means "all clients" in this request
     if (!isKnown_ || clients.empty()) {
         return std::nullopt;
     }

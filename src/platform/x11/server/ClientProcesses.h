@@ -13,9 +13,9 @@
 
 namespace hollowfernpike::x11 {
 
-/// Which process stands behind each client of the display, as the server itself knows it from the
-/// socket (X-Resource 1.2). Unlike `_NET_WM_PID` this cannot be told wrong by the client or by the
-/// container it lives in. Clients of other machines have none.
+/// The process behind each client of the display, as the server itself knows it from the socket
+/// (X-Resource 1.2). Unlike `_NET_WM_PID`, it cannot be falsified by the client or by the container
+/// that the client runs in. Clients of other machines have none.
 class ClientProcesses {
 public:
     /// Process identifiers by client.
@@ -23,8 +23,7 @@ public:
 
     explicit ClientProcesses(const Connection& connection);
 
-    /// The client that made a window: what remains of the window's number without the part that
-    /// the client chooses.
+    /// The client that made a window: the window's number without the bits that the client chooses.
     std::uint32_t clientOf(xcb_window_t window) const { return window & ~resourceMask_; }
 
     /// Asks, without waiting, for the clients that made these windows. Absent if the server cannot

@@ -25,7 +25,7 @@ public:
     int screenNumber() const { return screenNumber_; }
     int descriptor() const { return xcb_get_file_descriptor(connection_); }
 
-    /// Whether the server has gone away or broken off.
+    /// Whether the server has gone away or closed the connection.
     bool isLost() const { return xcb_connection_has_error(connection_) != 0; }
 
     /// Whether the server offers the extension to us. Cached by xcb after the first answer.

@@ -12,7 +12,7 @@ const xcb_property_notify_event_t* asPropertyChange(const xcb_generic_event_t& e
                : nullptr;
 }
 
-/// A window that nobody sees, telling of its own property changes.
+/// A window that is never shown and reports its own property changes.
 class Messenger {
 public:
     explicit Messenger(const Connection& connection)

@@ -20,8 +20,8 @@ public:
     /// Reads off what has arrived, without waiting.
     void drain();
 
-    /// Called for every property change of the root that is read off, from within any function
-    /// that reads off events. The connection must have selected them. Null calls nobody.
+    /// Called for every property change of the root that is read off, from within any function that
+    /// reads off events. The connection must have selected them. Null removes the handler.
     void setRootPropertyHandler(std::function<void(xcb_atom_t property)> handler) {
         onRootProperty_ = std::move(handler);
     }

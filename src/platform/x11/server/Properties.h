@@ -12,7 +12,7 @@
 namespace hollowfernpike::x11 {
 
 /// What came back for one property; null if the window is gone. Any client can write anything into
-/// any property, so every reader here takes the value apart with suspicion.
+/// any property, so every reader here checks the value's format.
 using PropertyReply = Reply<xcb_get_property_reply_t>;
 
 /// Asks for at most `words` units of four bytes of a property. XCB_ATOM_ANY as `type` accepts every

@@ -14,8 +14,8 @@ struct FreeDeleter {
 template <class T>
 using Reply = std::unique_ptr<T, FreeDeleter>;
 
-/// Whether one of a connection's request numbers, as xcb widens them, comes before another; they
-/// wrap around.
+/// Whether one of a connection's request numbers, widened to 32 bits by xcb, comes before another.
+/// Works across their wrap-around.
 constexpr bool isBefore(std::uint32_t sequence, std::uint32_t other) {
     return static_cast<std::int32_t>(sequence - other) < 0;
 }

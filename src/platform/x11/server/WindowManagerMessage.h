@@ -7,12 +7,12 @@
 
 namespace hollowfernpike::x11 {
 
-/// Whose wish a request is (Extended Window Manager Hints 1.5, source indication).
+/// Who makes a request (Extended Window Manager Hints 1.5, source indication).
 inline constexpr std::uint32_t fromApplication = 1;
-inline constexpr std::uint32_t fromUser = 2; ///< as pagers and the like speak
+inline constexpr std::uint32_t fromUser = 2; ///< as pagers and the like send it
 
-/// What a client may ask of the window manager about a window: an event to the root window. Is on
-/// its way once the connection is flushed.
+/// A request to the window manager about a window, sent as an event to the root window. It leaves
+/// when the connection is flushed.
 struct WindowManagerMessage {
     xcb_window_t window;
     xcb_atom_t type;

@@ -8,7 +8,7 @@ namespace hollowfernpike::x11 {
 
 bool isXkbEvent(const Connection& connection, const xcb_generic_event_t& event, std::uint8_t type) {
     const auto* extension = xcb_get_extension_data(connection.get(), &xcb_xkb_id);
-    // Every XKB event has its own number where core events have a detail.
+    // All XKB events share one code; the byte of core events' detail tells them apart.
     return eventCode(event) == extension->first_event && event.pad0 == type;
 }
 

@@ -4,7 +4,7 @@
 
 namespace hollowfernpike::x11 {
 
-/// The event's number, without the mark of those that another client made up.
+/// The event's number, without the bit that marks events sent by another client.
 constexpr std::uint8_t eventCode(const xcb_generic_event_t& event) {
     return event.response_type & 0x7FU;
 }

@@ -12,7 +12,7 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
-/// Signals are the main thread's business.
+/// Signals are handled on the main thread.
 void blockSignals() {
     sigset_t all{};
     sigfillset(&all);

@@ -27,7 +27,7 @@ public:
     EventThread(const EventThread&) = delete;
     EventThread& operator=(const EventThread&) = delete;
 
-    /// Hands over what has arrived and ends the thread, and with it the use of the connection.
+    /// Hands over what has arrived and ends the thread. The connection cannot be used afterwards.
     ~EventThread();
 
 private:

@@ -9,7 +9,7 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
-/// Longer than the pauses within a burst, too short to notice.
+/// setxkbmap sends three events within 15 ms; 40 ms coalesces them and stays unnoticed.
 constexpr std::chrono::milliseconds settleTime{40};
 
 } // namespace
@@ -114,7 +114,7 @@ void KeyTap::start() {
     }
 }
 
-// The callback may end this tap, so nothing of it may be touched after the calls from here.
+// The callback may destroy this tap, so no member may be used after deliver().
 void KeyTap::handle(const xcb_generic_event_t& event) {
     if (!live_ || isBefore(event.full_sequence, liveSince_)) {
         return;

@@ -16,8 +16,8 @@ namespace hollowfernpike::x11 {
 /// on the main thread, in order. It holds nothing of the server unless it is both enabled and
 /// attached to the main loop.
 ///
-/// When keys or modifiers may have moved, or repeat at another pace, it reports itself disabled,
-/// once for a burst of changes, and goes on with what it has until it is enabled again.
+/// When keys or modifiers may have moved, or key repeat has changed, it reports itself disabled,
+/// once for a burst of changes, and keeps working with the old map until it is enabled again.
 class KeyTap final : public platform::EventTap {
 public:
     /// What a tap uses and does not own.
@@ -66,7 +66,7 @@ private:
     bool enabled_ = false;
     bool attached_ = false;
     bool live_ = false;
-    std::uint32_t liveSince_ = 0; ///< sequence number: what is older belongs to an earlier life
+    std::uint32_t liveSince_ = 0; ///< sequence number; older events predate the present live period
     unsigned keyboardChanges_ = 0;
 };
 

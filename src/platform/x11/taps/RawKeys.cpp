@@ -43,8 +43,9 @@ void RawKeys::stop() {
     }
 }
 
-// The raw event of a key comes before the change of state that the key causes, and both in the
-// order in which they happened; asking the server on receipt would tell of a later moment.
+// The server sends events in the order in which things happened, and the raw event of a key before
+// the change of state that the key causes. So the last state read is that of the press; asking the
+// server on receipt would tell of a later moment.
 std::optional<RawKeys::Press> RawKeys::read(const xcb_generic_event_t& event) {
     if (!covers(event)) {
         return std::nullopt;
@@ -67,9 +68,10 @@ bool RawKeys::covers(const xcb_generic_event_t& event) const {
            (started_ || isBefore(event.full_sequence, stoppedAt_));
 }
 
-// Whoever shares a combination may take the input because of this very press (Alt+Tab of a window
-// manager), so the press of its modifiers counts, too. Who has the keyboard alone may hold nothing
-// but this press, unless a locker has left the pointer to the user, for its dialog.
+// A client may take the input because of this very press (Alt+Tab of a window manager). So a press
+// with a modifier held is ignored only if the input was already taken at the press before, which
+// may be that of the modifier. The keyboard alone may be taken by a grab of this press, so it
+// counts only after both were taken: some lockers leave the pointer to the user for their dialog.
 bool RawKeys::isForAnother() {
     const auto taken = input_.devices();
     const bool wasTaken = wasInputTaken_;

@@ -7,12 +7,13 @@
 
 namespace hollowfernpike::x11 {
 
-/// Sees key presses without taking part in them, through raw events of XInput 2.1 or later (its
-/// version must have been agreed on this connection): also those that some client grabs. Repeats
-/// are not seen, nor what is typed after a client has taken keyboard and pointer for itself, as
-/// long as it keeps the keyboard: that may be a screen locker. It may also be somebody who takes
-/// them because of a press, so the first one counts if a modifier was held before. One at most per
-/// connection.
+/// Sees key presses without taking part in them, also those that another client grabs, through raw
+/// events of XInput 2.1 or later (its version must have been agreed on this connection). Repeats
+/// are not seen. One at most per connection.
+///
+/// Once another client has taken keyboard and pointer for itself, presses are ignored as long as it
+/// keeps the keyboard, because it may be a screen locker. But it may have taken them because of a
+/// press, so the first press counts if a modifier was held before it.
 class RawKeys {
 public:
     struct Press {

@@ -12,8 +12,8 @@ TakenInput::~TakenInput() {
     xcb_destroy_window(connection_.get(), window_);
 }
 
-// No grab succeeds on a window that is not shown. The server says so only if nobody else has the
-// device; else it says that.
+// A grab on a window that is not shown always fails: with "already grabbed" if another client has
+// the device, else with "not viewable".
 TakenDevices TakenInput::devices() const {
     auto* const server = connection_.get();
     const auto pointer =

@@ -6,14 +6,14 @@ namespace hollowfernpike::x11 {
 
 /// What another client has taken for itself (an active grab). Screen lockers take both for as long
 /// as they are up, menus while they are open; some lockers leave the pointer to the user once their
-/// dialog shows. A client that holds a key press (a passive grab) has the keyboard until the
+/// dialog shows. A client whose passive grab catches a key press has the keyboard until the
 /// release.
 struct TakenDevices {
     bool keyboard = false;
     bool pointer = false;
 };
 
-/// Asks for them, which takes nothing, and nobody notices.
+/// Asks which devices are taken, without taking any; no other client notices.
 class TakenInput {
 public:
     /// The connection outlives this object.

@@ -17,8 +17,9 @@ public:
     /// XCB_CURRENT_TIME as long as no press was seen.
     xcb_timestamp_t time() const { return time_; }
 
-    /// Grows with every press but those that repeat the one before: the same combination, no later
-    /// than a key that is held down may repeat. Nobody tells us when a grabbed key is let go.
+    /// Grows with every press except repeats of a key that is held down. Releases of grabbed keys
+    /// are not reported, so a press counts as a repeat if it is the same combination as the one
+    /// before and follows within 1 s, or within twice the longest repeat pause if that is more.
     std::uint64_t hold() const { return hold_; }
 
     /// `longest` is the longest pause, in milliseconds, between two presses of a key that is held

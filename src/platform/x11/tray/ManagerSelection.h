@@ -17,8 +17,8 @@ public:
     /// The window of the owner, or XCB_NONE. Waits for the server.
     xcb_window_t owner() const;
 
-    /// Whether a new owner says here that it has begun. Who wants to be told selects structure
-    /// events on the root.
+    /// Whether the event announces a new owner. Such events come only if structure events are
+    /// selected on the root.
     bool isAnnouncedBy(const xcb_generic_event_t& event) const;
 
 private:

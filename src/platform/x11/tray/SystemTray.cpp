@@ -36,7 +36,7 @@ int environmentsScreen() {
     return screen;
 }
 
-/// The tray may be gone before it reads what we ask: an error that is nobody's business.
+/// The tray may be gone before the server handles the request; that error does not matter.
 void ignoreError(xcb_connection_t* connection, xcb_void_cookie_t request) {
     xcb_discard_reply(connection, request.sequence);
 }
@@ -63,8 +63,8 @@ bool SystemTray::blendsWindows() {
     return depthOfVisual(toolkit_, *visual) == depthWithAlpha;
 }
 
-// A window that is on the screen when the tray takes it in has its size taken for settled by some
-// trays, whatever it was.
+// Unmapped first: some trays keep the size of a window that is mapped when they embed it, whatever
+// that size is.
 void SystemTray::embed(std::uintptr_t window) {
     const auto embedded = static_cast<xcb_window_t>(window);
     xcb_unmap_window(toolkit_, embedded);

@@ -9,11 +9,12 @@
 namespace hollowfernpike::x11 {
 
 /// The owner of the selection _NET_SYSTEM_TRAY_S<n> of the environment's screen (System Tray
-/// Protocol 0.3). Speaks over the toolkit's connection, so that requests keep their order with the
-/// toolkit's own; news come over one of their own, as the toolkit reads its events itself.
+/// Protocol 0.3). Requests go over the toolkit's connection, so that they keep their order with the
+/// toolkit's own; changes are watched on another connection, because the toolkit reads the events
+/// of its own.
 class SystemTray final : public platform::SystemTray {
 public:
-    /// Both outlive this, and the loop the subscriptions.
+    /// Both outlive this object; the loop outlives the subscriptions, too.
     SystemTray(xcb_connection_t* toolkit, platform::RunLoop& runLoop);
 
     bool isThere() override;

@@ -35,8 +35,8 @@ void TrayWatch::onReadable() {
     }
 }
 
-// Waiting for a reply reads events, too, after which the connection is not readable any more. So
-// whoever has waited calls this.
+// Waiting for a reply reads events, too, and the connection does not become readable for those
+// again. So this must be called after every wait.
 bool TrayWatch::readNews() {
     bool changed = false;
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
@@ -54,8 +54,8 @@ bool TrayWatch::isNews(const xcb_generic_event_t& event) const {
             reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == tray_);
 }
 
-// Its end can only be seen by who has asked for it in time, so the owner is asked for once more
-// behind that request.
+// The end of the tray's window is reported only if the event was selected while the window existed.
+// So the owner is asked for again after selecting, until it stays the same.
 void TrayWatch::follow() {
     auto* const server = connection_->get();
     tray_ = XCB_NONE;

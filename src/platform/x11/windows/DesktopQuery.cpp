@@ -11,7 +11,8 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
-// Lists are read far, because what counts most, the front or the newest, comes last.
+// Lists are read up to 16384 entries, because the most important ones, the front or the newest,
+// come last.
 constexpr std::uint32_t longestList = 16384;
 constexpr std::uint32_t mostWindows = 1024;
 constexpr std::uint32_t mostSupported = 1024;

@@ -13,10 +13,10 @@ namespace hollowfernpike::x11 {
 
 /// What the window manager says of the desktop as a whole (EWMH root properties).
 struct DesktopState {
-    std::vector<xcb_window_t> windows; ///< front to back, the unstacked last; never the root, none
-                                       ///< twice, of bounded number
-    std::vector<xcb_window_t> oldestFirst; ///< the same, if the window manager knows
-    std::vector<xcb_window_t> iconic; ///< those minimised, where windows cannot tell themselves
+    std::vector<xcb_window_t> windows;     ///< front to back, those not in the stacking list last;
+                                           ///< without the root and duplicates, at most 1024
+    std::vector<xcb_window_t> oldestFirst; ///< the window manager's list; empty if it has none
+    std::vector<xcb_window_t> iconic;      ///< minimised ones; filled only without window lists
     std::optional<std::uint32_t> currentDesktop;
     bool canRestack = false; ///< understands _NET_RESTACK_WINDOW
 };

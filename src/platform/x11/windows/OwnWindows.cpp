@@ -19,7 +19,7 @@ constexpr std::uint32_t mostStates = 64;
 constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
 constexpr std::uint32_t withdrawnState = 0; // WM_STATE
 
-/// The user asked outside our windows, so no event of ours has the time of it.
+/// The user asked outside our windows, so no event of ours carries the time.
 xcb_timestamp_t timeNow() {
     const auto connection = Connection::open();
     return connection == nullptr ? XCB_CURRENT_TIME : Events(*connection).serverTime();
@@ -30,9 +30,9 @@ xcb_timestamp_t timeNow() {
 OwnWindows::OwnWindows(xcb_connection_t* toolkit)
     : toolkit_(toolkit), root_(xcb_setup_roots_iterator(xcb_get_setup(toolkit)).data->root) {}
 
-// The states of a window that it manages, on the screen or minimised, are the window manager's to
-// write. Whether it has read those of a window that it does not manage yet, only itself knows: the
-// window may be on its way to the screen. So it is told in any case.
+// The window manager alone writes the states of a window that it manages, shown or minimised. If it
+// does not manage the window yet, it may still have read the states already, because the window is
+// about to be shown. So the message is sent in any case.
 void OwnWindows::setShownInTaskBar(std::uintptr_t native, bool shown) {
     const auto window = static_cast<xcb_window_t>(native);
     if (!isManaged(window)) {
@@ -47,7 +47,8 @@ void OwnWindows::setShownInTaskBar(std::uintptr_t native, bool shown) {
     xcb_flush(toolkit_);
 }
 
-// Window managers only mark a window that lies on another workspace.
+// Asked to activate a window on another workspace, window managers only mark it, so we switch to
+// that workspace first.
 void OwnWindows::bringToFront(std::uintptr_t native) {
     const auto window = static_cast<xcb_window_t>(native);
     const auto time = timeNow();
@@ -77,7 +78,8 @@ std::optional<std::uint32_t> OwnWindows::number(xcb_window_t window, std::string
         nullptr)));
 }
 
-// Before a window is managed its owner writes the states; the window manager reads them then.
+// Before a window is managed, its owner writes the states; the window manager reads them when it
+// begins to manage it.
 void OwnWindows::writeState(xcb_window_t window, bool shown) {
     const auto property = internAtom(toolkit_, "_NET_WM_STATE");
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(

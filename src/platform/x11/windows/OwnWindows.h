@@ -10,8 +10,8 @@
 
 namespace hollowfernpike::x11 {
 
-/// What the toolkit leaves to us of our own windows, by the Extended Window Manager Hints 1.5.
-/// Speaks over the toolkit's connection, so that requests keep their order with the toolkit's own.
+/// What the toolkit does not do for our own windows, by the Extended Window Manager Hints 1.5.
+/// Requests go over the toolkit's connection, so that they keep their order with the toolkit's own.
 /// Main thread only.
 class OwnWindows final : public platform::OwnWindows {
 public:

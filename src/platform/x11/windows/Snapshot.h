@@ -11,13 +11,13 @@
 
 namespace hollowfernpike::x11 {
 
-/// Who a window is: what is kept of it from one snapshot to the next.
+/// What is kept of a window from one snapshot to the next.
 struct WindowIdentity {
     std::optional<std::int32_t> clientProcess;
     std::string windowClass;
     std::int32_t layer = 0;
     platform::WindowFacts facts;
-    std::optional<platform::WindowOwner> owner; ///< once somebody wanted to know
+    std::optional<platform::WindowOwner> owner; ///< absent until asked for
 };
 
 /// A managed window at the moment of a snapshot.

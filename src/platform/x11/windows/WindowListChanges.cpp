@@ -68,8 +68,9 @@ void WindowListChanges::onConnectionReadable() {
     }
 }
 
-// The change may be read off the connection while somebody waits for a reply, when nobody must be
-// called, and the connection is not readable any more after that.
+// The change may be read off the connection during a wait for a reply. Listeners must not be called
+// there, and the connection does not become readable for it again. So they are told from the main
+// queue.
 void WindowListChanges::onRootProperty(xcb_atom_t property) {
     if (property != windows_.atoms().clientList || listeners_.empty() ||
         std::exchange(isTellingQueued_, true)) {

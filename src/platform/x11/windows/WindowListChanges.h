@@ -14,8 +14,8 @@ namespace hollowfernpike::x11 {
 /// Main thread only.
 class WindowListChanges {
 public:
-    /// All outlive this object, and this object its subscriptions. `beforeAll` is called before
-    /// those who listen.
+    /// All arguments outlive this object, and this object outlives its subscriptions. `beforeAll`
+    /// is called before the listeners.
     WindowListChanges(WindowReader& windows, platform::MainQueue& mainQueue,
                       platform::RunLoop& runLoop, std::function<void()> beforeAll);
     WindowListChanges(const WindowListChanges&) = delete;

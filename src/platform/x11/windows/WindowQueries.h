@@ -21,7 +21,7 @@ struct WindowState {
     bool isHidden = false;                     ///< minimised, or hidden in another way
     std::optional<std::uint32_t> desktop;      ///< absent if the window manager has none
     std::optional<std::int32_t> clientProcess; ///< as the server knows it
-    std::string windowClass;                   ///< WM_CLASS, both strings with their ends
+    std::string windowClass;                   ///< WM_CLASS, both strings with their final zeros
 };
 
 /// What a window tells once: its type and hints at the application behind it.
@@ -65,7 +65,7 @@ public:
     WindowTraitsQuery(const Connection& connection, const Atoms& atoms,
                       std::span<const xcb_window_t> windows);
 
-    /// Windows that are gone are left out or have no traits.
+    /// Windows that are gone have empty traits.
     std::unordered_map<xcb_window_t, WindowTraits> take();
 
 private:

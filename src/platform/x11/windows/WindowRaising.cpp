@@ -45,7 +45,7 @@ bool areBesideEachOther(const Snapshot& snapshot, const WindowRecord& record,
 }
 
 /// The other windows of the process that are seen together with `top`, from back to front; none if
-/// nothing of another process lies between or above them.
+/// no window of another process lies between or above them.
 std::vector<xcb_window_t> windowsToRaise(const Snapshot& snapshot, const WindowRecord& top,
                                          std::int32_t process) {
     std::vector<xcb_window_t> windows;
@@ -73,8 +73,8 @@ void send(const WindowReader& windows, xcb_window_t window, xcb_atom_t type,
     WindowManagerMessage{window, type, data}.send(connection.get(), connection.root());
 }
 
-// Always to the very top, one after the other: window managers take "just below that one" for "to
-// the very bottom".
+// Each window goes to the very top, one after the other: asked to put a window just below another,
+// window managers put it at the very bottom.
 void raise(const WindowReader& windows, const Snapshot& snapshot, xcb_window_t window) {
     if (snapshot.canRestack) {
         send(windows, window, windows.atoms().restackWindow,

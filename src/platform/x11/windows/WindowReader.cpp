@@ -55,8 +55,9 @@ std::vector<xcb_window_t> WindowReader::knownWindows() const {
     return windows;
 }
 
-// The server numbers windows anew once a client is gone: a known number is the known window only if
-// the process behind it is the same. Where the server cannot name the process, nothing is known.
+// The server reuses window numbers once a client is gone, so a known number is the known window
+// only if its process is the same. Where the server cannot name the process, every window counts as
+// unknown.
 std::vector<xcb_window_t> WindowReader::unknownAmong(const std::vector<xcb_window_t>& windows,
                                                      const States& states) const {
     std::vector<xcb_window_t> unknown;

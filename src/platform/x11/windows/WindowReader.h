@@ -16,9 +16,9 @@
 namespace hollowfernpike::x11 {
 
 /// Reads the windows of the display, in one round trip if all of them are known already, in two if
-/// some are new. What a window tells once is kept as long as it belongs to the same process and has
-/// the same class (programs do change that); who owns it, as long as the window owners stand by
-/// their answers. Main thread only.
+/// some are new. What a window tells once is kept as long as its process and its class stay the
+/// same (programs do change the class); its owner, until platform::WindowOwners has a new
+/// generation. Main thread only.
 class WindowReader {
 public:
     /// `owners` outlives this object.
@@ -28,10 +28,10 @@ public:
     const Atoms& atoms() const { return atoms_; }
     Events& events() { return events_; }
 
-    /// Asks the server. Null if it is gone. The snapshot stands until the next reading.
+    /// Asks the server. Null if it is gone. The snapshot is valid until the next call.
     const Snapshot* read();
 
-    /// The application behind a window of the snapshot that stands.
+    /// The application behind a window of the latest snapshot.
     const platform::WindowOwner& ownerOf(const WindowRecord& record);
 
 private:

@@ -70,7 +70,7 @@ std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onC
     if (reader() == nullptr) {
         return std::make_unique<NothingToWatch>();
     }
-    snapshot_ = nullptr; // from before the watch, which would not tell of what came in between
+    snapshot_ = nullptr; // a window that came after it and before the watch would be missed
     return changes_->watch(std::move(onChange));
 }
 

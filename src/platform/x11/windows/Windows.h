@@ -12,8 +12,8 @@
 
 namespace hollowfernpike::x11 {
 
-/// The windows as the window manager tells of them (EWMH). Connects with the first question: a
-/// connection from before the server trusted us would stay without that trust. Main thread only.
+/// The windows as the window manager tells of them (EWMH). Connects on first use: a connection made
+/// before the server trusted us would stay untrusted. Main thread only.
 class Windows final : public platform::Windows {
 public:
     /// What `host` refers to and `userTime` outlive this object, and this object its
@@ -24,7 +24,7 @@ public:
     Windows& operator=(const Windows&) = delete;
     ~Windows() override;
 
-    /// Null while there is no connection.
+    /// Connects if not connected yet; null if that fails.
     WindowReader* reader();
 
     std::optional<std::vector<platform::WindowInfo>> copyWindowInfo() override;

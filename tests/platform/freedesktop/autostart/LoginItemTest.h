@@ -32,7 +32,7 @@ protected:
     fs::path file() const { return config() / "autostart" / entryName; }
     fs::path sharedFile() const { return home_.path() / "shared/autostart" / entryName; }
 
-    /// The status with this entry, which comes on top of the minimum that an entry needs.
+    /// The status with an entry of these lines below the minimum that every entry needs.
     LoginItemStatus statusWith(const std::string& lines) { return statusOf(minimal + lines); }
 
     LoginItemStatus statusOf(const std::string& entry) {

@@ -51,7 +51,7 @@ protected:
         return answer_.value_or(platform::OpenResult{});
     }
 
-    /// Connected, with its first use, to the bus that the environment then names.
+    /// The first use connects it to the bus that the environment names then.
     Workspace& workspace() {
         if (!workspaceOnBus_) {
             if (SessionBus::isKnown()) {

@@ -16,7 +16,7 @@ namespace hollowfernpike::freedesktop {
 
 namespace {
 
-/// A bus with an address that outlives it, as the user's bus has.
+/// A bus with a fixed address, which the next bus has, too, as the user's bus does.
 class SessionBusTest : public testing::Test {
 protected:
     SessionBusTest() {
@@ -39,7 +39,7 @@ protected:
         std::filesystem::remove(home_.path() / "bus");
     }
 
-    /// Whether the bus answers: absent as long as it has not.
+    /// Asks the bus. The result becomes true for an answer and false for a failure.
     std::shared_ptr<std::optional<bool>> ping() {
         auto success = std::make_shared<std::optional<bool>>();
         bus_->call(QDBusMessage::createMethodCall("org.freedesktop.DBus", "/",
@@ -91,7 +91,7 @@ TEST_F(SessionBusTest, AnswersToCallsUnderWayAreDroppedWithIt) {
     EXPECT_FALSE(loop_.runUntil([&] { return unanswered->has_value(); }, test::patience / 100));
 }
 
-TEST_F(SessionBusTest, ACallNeedsNobodyWhoWaitsForTheAnswer) {
+TEST_F(SessionBusTest, ACallMayHaveNoHandlerForTheAnswer) {
     bus_->call(QDBusMessage::createMethodCall("org.freedesktop.DBus", "/",
                                               "org.freedesktop.DBus.Peer", "Ping"),
                {});

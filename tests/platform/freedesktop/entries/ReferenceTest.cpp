@@ -35,7 +35,7 @@ bool flagIn(GDesktopAppInfo* info, const char* key) {
     return g_desktop_app_info_get_boolean(info, key) != FALSE;
 }
 
-/// What both sides say of an entry, as text; empty if they take it for no application.
+/// What one side says of an entry, as text; the empty text stands for no application.
 std::string told(const std::string& name, const std::string& windowClass, const std::string& icon,
                  const std::string& directory, const std::vector<bool>& flags) {
     std::string text = name + '\n' + windowClass + '\n' + icon + '\n' + directory + '\n';
@@ -216,8 +216,8 @@ TEST_F(ReferenceTest, AgreesOnMadeUpEntries) {
     }
 }
 
-// But for a file that describes no application: the reference passes it over, while for us, as the
-// standard has it, the first file counts, whatever it says.
+// Except for files that describe no application: the reference passes them over, while for us the
+// first file counts whatever it says, as the standard has it.
 TEST_F(ReferenceTest, AgreesOnWhichFileAnIdentifierMeans) {
     const auto minimal = [](const std::string& more) {
         return "[Desktop Entry]\nType=Application\nName=N\nExec=true\n" + more;

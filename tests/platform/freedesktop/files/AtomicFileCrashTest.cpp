@@ -23,7 +23,7 @@ using testing::ElementsAre;
 
 using AtomicFileCrashTest = AtomicFileTest;
 
-/// A link itself, not what it leads to.
+/// Of a link it makes the link itself old, not what it leads to.
 void makeOld(const fs::path& path) {
     const auto when = std::chrono::system_clock::now() - std::chrono::days{3};
     const timespec time{std::chrono::system_clock::to_time_t(when), 0};

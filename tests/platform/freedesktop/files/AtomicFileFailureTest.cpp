@@ -15,7 +15,7 @@ using testing::ElementsAre;
 
 using AtomicFileFailureTest = AtomicFileTest;
 
-/// Writes with as much room as a file may have here: nothing, or some of what is asked.
+/// Writes while no file may become larger than `limit`.
 std::error_code writeWithLimit(const fs::path& path, std::string_view data, rlim_t limit) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limits{limit, limit};

@@ -150,13 +150,13 @@ protected:
     TemporaryDirectory directory_;
 };
 
-TEST_F(AtomicFileFaultsTest, TheNewFileIsOnTheDiskBeforeItHasTheNameAndTheNameBeforeReturn) {
+TEST_F(AtomicFileFaultsTest, SyncsTheFileBeforeTheRenameAndTheFolderAfterIt) {
     EXPECT_EQ(write(), std::error_code{});
     EXPECT_THAT(disk.calls, ElementsAre("create", "write", "sync file", "rename", "sync folder"));
     EXPECT_EQ(contentsOf(file()), "new text");
 }
 
-TEST_F(AtomicFileFaultsTest, TheNameThatIsOnTheDiskIsThatBehindALink) {
+TEST_F(AtomicFileFaultsTest, SyncsTheFolderOfTheFileThatALinkLeadsTo) {
     disk.folder = directory_.path() / "below";
     std::filesystem::create_directory(disk.folder);
     std::filesystem::rename(file(), disk.folder / "file");

@@ -82,7 +82,7 @@ TEST_F(AtomicFileLinkTest, ALoopFails) {
 }
 
 TEST_F(AtomicFileLinkTest, ALinkToAPipeFailsAndThePipeStays) {
-    const auto pipe = folder() / "pipe"; // nothing of the system's: a test may go wrong
+    const auto pipe = folder() / "pipe"; // our own: a failing test would replace it
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     fs::create_symlink("pipe", file());
     EXPECT_EQ(failure(file()), std::errc::invalid_argument);

@@ -56,7 +56,7 @@ TEST_F(AtomicFileTest, KeepsTheModeWhateverTheMask) {
     }
 }
 
-/// A group that an ordinary user may give files to: a further one, for whoever is in several.
+/// A group that an ordinary user may give files to: a further one if the user is in several.
 gid_t ownGroup() {
     std::vector<gid_t> groups(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
     EXPECT_EQ(::getgroups(static_cast<int>(groups.size()), groups.data()), std::ssize(groups));

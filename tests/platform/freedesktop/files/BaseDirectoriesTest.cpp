@@ -115,7 +115,7 @@ TEST_F(BaseDirectoriesTest, SharedDirectoriesAreListedTheMostImportantFirst) {
     }
 }
 
-TEST_F(BaseDirectoriesTest, SettledVariablesSayTheSameToWhoeverTakesThemAsTheyAre) {
+TEST_F(BaseDirectoriesTest, SettledVariablesMeanTheSameWithoutAnyChecks) {
     haveHomeInTheUserDatabase("/home/someone");
     for (const auto* value : {"", "relative"}) {
         for (const auto* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
@@ -154,7 +154,7 @@ TEST_F(BaseDirectoriesTest, TheUserKeepsTheVariablesAsTheyWere) {
         EXPECT_THAT(variables, Contains(StartsWith("XDG_")).Times(3));
         ::_exit(testing::Test::HasFailure() ? 1 : 0);
     };
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process that has settled nothing yet
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a new process: nothing is settled yet
     EXPECT_EXIT(expectThatTheyAreKept(), testing::ExitedWithCode(0), "");
 }
 

@@ -32,7 +32,8 @@ public:
         EXPECT_GE(::inotify_add_watch(descriptor_.get(), file.c_str(), IN_OPEN), 0);
     }
 
-    /// Waits until it has, since this is there; false if that does not happen.
+    /// Waits until the file has been opened since this object was made; false if that does not
+    /// happen.
     bool wait() const {
         constexpr int bound = 10000;
         pollfd opened{descriptor_.get(), POLLIN, 0};
@@ -43,7 +44,7 @@ private:
     Descriptor descriptor_;
 };
 
-/// Has the lock as a holder has it that does not listen yet.
+/// Takes the lock like a holder that does not listen yet.
 Descriptor lockAlone(const fs::path& file) {
     Descriptor lock{::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR)};
     EXPECT_EQ(::flock(lock.get(), LOCK_EX), 0);
@@ -80,7 +81,7 @@ protected:
         return holder;
     }
 
-    /// Hands over to a holder that the thread kills meanwhile.
+    /// Hands over to a holder that `killer` kills meanwhile, and expects to get the lock.
     static void expectLockInstead(pid_t holder, std::thread& killer) {
         const auto result = handOver(name, showWindow);
         killer.join();

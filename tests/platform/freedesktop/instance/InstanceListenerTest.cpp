@@ -34,7 +34,7 @@ protected:
             [this](const InstanceRequest& request) { requests_.push_back(request); }, user);
     }
 
-    /// Tries while the listener serves: its queue has an end.
+    /// Repeats the attempt while the listener serves, because its queue may be full.
     Descriptor connect() {
         Descriptor socket;
         EXPECT_TRUE(loop_.runUntil([&] {
@@ -145,7 +145,7 @@ TEST_F(InstanceListenerTest, AnotherUserIsNotHeard) {
     EXPECT_EQ(loop_.watched(), 1U);
 }
 
-TEST_F(InstanceListenerTest, WhoIsConnectedIsLetGoWithTheListener) {
+TEST_F(InstanceListenerTest, ClientsAreLetGoWithTheListener) {
     listen();
     const auto socket = connect();
     EXPECT_TRUE(loop_.runUntil([this] { return loop_.watched() == 2; }));

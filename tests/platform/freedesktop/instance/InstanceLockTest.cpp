@@ -58,7 +58,7 @@ TEST_F(InstanceLockTest, ProgramsThatAreStartedMeanwhileDoNotKeepIt) {
     listen(*lock);
     const ChildProcess child({"sleep", "60"});
     lock.reset();
-    // Until it runs, the new process is a copy of this one, descriptors and all.
+    // Until it runs its program, the new process is a copy of this one and has its descriptors.
     EXPECT_TRUE(waitUntil([] { return InstanceLock::acquire(name) != nullptr; }));
 }
 

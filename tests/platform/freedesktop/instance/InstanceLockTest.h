@@ -61,7 +61,7 @@ inline int endOf(pid_t child) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-/// A runtime directory of its own, for locks and for those who would have them.
+/// A runtime directory of its own, for locks and the processes that want them.
 class InstanceLockTest : public testing::Test {
 protected:
     static constexpr auto name = "some";

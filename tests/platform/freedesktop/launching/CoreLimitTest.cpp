@@ -31,8 +31,8 @@ rlimit limitOfNewProcess() {
     return limit;
 }
 
-/// Runs `body` in a process of its own, for what is turned off stays off for good. Hands it the
-/// hard limit.
+/// Runs `body` in a process of its own, because core files stay turned off for good. `body` gets
+/// the hard limit.
 template <class Body>
 void inAProcessWithSomeLimit(Body body) {
     const auto run = [&] {
@@ -64,7 +64,7 @@ TEST(CoreLimitTest, WhatWeStartHasTheLimitThatWeWereStartedWith) {
     });
 }
 
-TEST(CoreLimitTest, NothingIsGivenBackThatWasNotTaken) {
+TEST(CoreLimitTest, WithoutTurningThemOffWhatWeStartKeepsTheLimit) {
     inAProcessWithSomeLimit(
         [](rlim_t /*hardLimit*/) { EXPECT_EQ(limitOfNewProcess().rlim_cur, someLimit); });
 }

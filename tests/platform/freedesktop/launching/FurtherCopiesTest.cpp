@@ -17,8 +17,8 @@ using ::testing::SizeIs;
 
 class FurtherCopiesTest : public WorkspaceTest {
 protected:
-    /// The number of the copy that a request of its own starts, once that copy has told so and
-    /// shown a window; absent if it starts none, without an error.
+    /// Makes a request of its own. Returns the process of the copy that it starts, once that has
+    /// reported and shown a window; absent if it starts none, without an error.
     std::optional<pid_t> start(const std::string& path) {
         const auto before = home_.witnesses().size();
         ++feedback_.holds;
@@ -31,7 +31,7 @@ protected:
         return result.processIdentifier;
     }
 
-    /// A copy of an application that we do not start ourselves, once it has told so.
+    /// A copy that the test starts instead of the workspace, once it has reported.
     std::unique_ptr<test::ChildProcess> startByHand() {
         home_.addEntry("org.example.tray", home_.witnessNamed("org.example.tray", "stay"));
         const auto before = home_.witnesses().size();
@@ -160,7 +160,7 @@ TEST_F(FurtherCopiesTest, ApplicationsDoNotCountForEachOther) {
     EXPECT_FALSE(start(other));
 }
 
-TEST_F(FurtherCopiesTest, WhatIsNotInstalledCannotBeToldAndIsStartedEachTime) {
+TEST_F(FurtherCopiesTest, WhatIsNotInstalledCannotBeRecognisedAndIsStartedEachTime) {
     const auto path =
         home_.write(home_.path() / "Desktop/my tool.desktop",
                     "[Desktop Entry]\nType=Application\nName=T\nExec=" + home_.witness("stay"));

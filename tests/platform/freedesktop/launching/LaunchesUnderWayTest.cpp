@@ -74,7 +74,7 @@ TEST_F(LaunchesUnderWayTest, AWindowThatIsThereBeforeAnybodyWatchesEndsTheLaunch
     EXPECT_NE(launched(path), first);
 }
 
-TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWithTheNextRequest) {
+TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowIsSeenWithTheNextRequest) {
     const auto path = home_.addEntry("double", home_.witness("stay"));
     const auto first = launched(path);
     windows_.showSilently({.process = first, .owner = {}});
@@ -86,7 +86,7 @@ TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWithTheNextRequest) 
     EXPECT_NE(launched(path), first);
 }
 
-TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsAnswersARequestThatNoHoldIsBehind) {
+TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowAnswersARequestWithoutAHold) {
     feedback_.holds = 0;
     const auto path = home_.addEntry("double", home_.witness("stay"));
     const auto first = launched(path);
@@ -95,7 +95,7 @@ TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsAnswersARequestThatNoHoldI
     EXPECT_FALSE(windows_.isWatched());
 }
 
-TEST_F(LaunchesUnderWayTest, AWindowOfWhichNobodyTellsIsSeenWhenThePatienceEnds) {
+TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowIsSeenWhenThePatienceEnds) {
     const auto path = home_.addEntry("double", home_.witness("stay"));
     const auto first = launched(path);
     EXPECT_EQ(launched(path), first);
@@ -249,7 +249,7 @@ TEST_F(LaunchesUnderWayTest, AProgramThatEndsAtOnceIsNotStartedAgainByTheSameHol
     EXPECT_NE(launched(path), first);
 }
 
-TEST_F(LaunchesUnderWayTest, AProgramThatHasEndedIsStartedByTheNextHoldThoughNobodyHasToldYet) {
+TEST_F(LaunchesUnderWayTest, AProgramThatHasEndedIsStartedByTheNextHoldBeforeItIsReaped) {
     const auto path = home_.addEntry("brief", home_.witness("leave"));
     const auto first = launched(path);
     ASSERT_TRUE(test::waitUntil([=] { return test::processState(first) == "Z"; }));

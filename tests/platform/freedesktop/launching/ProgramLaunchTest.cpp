@@ -122,7 +122,7 @@ TEST_F(ProgramLaunchTest, TheProgramGetsDefaultSignalsAndNoneBlocked) {
     sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
     const auto witness = launchOne(home_.addEntry("default", home_.witness("stay")));
-    // The C library ignores the two that it keeps for itself, in whatever it starts.
+    // Whatever the C library starts ignores the two signals that the library keeps for itself.
     constexpr std::uint64_t ofTheLibrary = 0x1'8000'0000;
     EXPECT_EQ(std::stoull(witness.first("SigIgn:"), nullptr, 16) & ~ofTheLibrary, 0U);
     EXPECT_EQ(witness.first("SigBlk:"), std::string(16, '0'));

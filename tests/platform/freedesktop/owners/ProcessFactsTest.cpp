@@ -18,7 +18,7 @@ using test::ChildProcess;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// While a program is being loaded, its file, its arguments and its environment come one by one.
+// While a program is being loaded, its file, its arguments and its environment appear one by one.
 bool hasStarted(const ChildProcess& process, const std::string& program,
                 const std::string& display) {
     return test::waitUntil([&] {

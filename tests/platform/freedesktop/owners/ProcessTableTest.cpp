@@ -49,7 +49,7 @@ TEST(ProcessTableTest, ProcessesOfAnotherUserRunNoneOfOurApplications) {
     EXPECT_EQ(theirs.applicationOf(process.pid()), "");
 }
 
-/// Old enough not to be looked at again for its youth.
+/// Whether it is so old that the table no longer looks at it again because of its youth.
 bool hasGrownUp(pid_t process) {
     const auto status = processStatus(process);
     return status && processClock() > status->startTime + clockTicks(std::chrono::seconds{3});
@@ -71,7 +71,7 @@ TEST(ProcessTableTest, AScriptThatBecomesTheProgramLongAfterItsStartIsFoundThen)
         program->begin();
         ++begun;
         ASSERT_TRUE(test::waitUntil([&] {
-            table.running("late"); // also while it is between the two
+            table.running("late"); // also while the script becomes the program
             return home.witnesses().size() == begun;
         }));
         EXPECT_EQ(table.applicationOf(program->pid()), "late");

@@ -47,7 +47,7 @@ protected:
         return child;
     }
 
-    // Ends a process for which nobody waits yet.
+    // Kills a process and waits until it is a zombie.
     static void end(const ChildProcess& process) {
         process.signal(SIGKILL);
         EXPECT_TRUE(test::waitUntil([&] { return test::processState(process.pid()) == "Z"; }));
@@ -161,7 +161,7 @@ TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSession) {
     EXPECT_THAT(running("org.example.remote"), ElementsAre(ours->pid()));
 }
 
-// A program's file can be read a moment before its environment, and a moment longer.
+// At its start a process shows its program's file before its environment, at its end after it.
 TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSessionWhileItStartsAndEnds) {
     ::setenv("DISPLAY", ":7", 1);
     install("org.example.remote");

@@ -15,7 +15,7 @@ using Combinations = std::vector<platform::KeyCombination>;
 
 class KeyGrabsTest : public testing::Test {
 protected:
-    /// Every press is there once for each state of Caps Lock and Num Lock.
+    /// Every press is grabbed once for each state of Caps Lock and Num Lock.
     static constexpr unsigned lockStates = 4;
 
     /// How many requests the change took.
@@ -36,7 +36,7 @@ protected:
 };
 
 TEST_F(KeyGrabsTest, AsksForTheDifferenceAlone) {
-    // One request more is there to learn that the server has done the others.
+    // The additional request is there to learn that the server has done the others.
     EXPECT_EQ(requestsFor({controlX_, controlC_}), 2 * lockStates + 1);
     EXPECT_EQ(requestsFor({controlC_, controlX_}), 0U);
     EXPECT_EQ(requestsFor({controlX_, controlC_, controlV_}), lockStates + 1);

@@ -12,7 +12,8 @@ namespace hollowfernpike::test {
 
 namespace {
 
-/// By its number, as the server makes it; of a grab on all devices nothing is replayed.
+/// The number that the server gives it. A grab on all devices would not do: nothing is replayed
+/// from it.
 constexpr xcb_input_device_id_t virtualCoreKeyboard = 3;
 constexpr std::uint32_t anyXInputModifier = XCB_INPUT_MODIFIER_MASK_ANY;
 constexpr std::uint32_t keyEvents =

@@ -16,8 +16,8 @@ using Manner = SuperKeyHolder::Manner;
 /// Presses with the Super key while somebody else holds that key alone.
 class SuperKeyTest : public testing::Test {
 protected:
-    /// The first press from another keyboard than before is a change of the keyboard, after which a
-    /// tap asks anew who holds the Super key.
+    /// Strikes a key: the first press from another keyboard than before is a change of the
+    /// keyboard, after which a tap asks anew who holds the Super key.
     SuperKeyTest() {
         // A key that is frozen for longer than the repeat delay would come twice.
         EXPECT_EQ(desktop_.start({"xset", "r", "off"})->wait(), 0);
@@ -29,8 +29,7 @@ protected:
         return {.keyCode = keyX, .modifierFlags = flags::command | modifiers};
     }
 
-    /// Every set of modifiers with Super in it, and one combination without Super that ends what a
-    /// test waits for.
+    /// Every set of modifiers with Super in it, and Control+C, which ends a test's waiting.
     static std::vector<platform::KeyCombination> everySetWithSuper() {
         std::vector combinations{platform::KeyCombination{keyC, flags::control}};
         for (std::uint64_t set = 0; set < 8; ++set) {
@@ -39,7 +38,7 @@ protected:
         return combinations;
     }
 
-    /// The keys of every such set in every order and with both Super keys, and X behind them.
+    /// The keys of every such set in every order and with both Super keys, each followed by X.
     static std::vector<std::vector<std::string>> everyOrder() {
         std::vector<std::vector<std::string>> orders;
         for (unsigned set = 0; set < 8; ++set) {
@@ -77,7 +76,7 @@ protected:
         return tap;
     }
 
-    /// How often the tap was told of X, by the time that it is told of a press that came behind.
+    /// How often the tap was told of X. Strikes Control+C and waits until the tap is told of that.
     std::size_t pressesOfX(ListeningTap& tap) {
         keyboard_.strike({"LCTL", "AB03"});
         EXPECT_TRUE(queue_.runUntil(
@@ -102,8 +101,8 @@ protected:
         return window;
     }
 
-    /// The tap learns of windows as the window manager tells of them. A press in which the new
-    /// window has no part yet would be lost, so this one is repeated until it is not.
+    /// The tap learns of a new window when the window manager tells of it. It misses a press before
+    /// that, so the press is repeated until it is grabbed.
     testing::AssertionResult isGrabbedOn(FocusedWindow& window, ListeningTap& tap) {
         const bool isGrabbed = queue_.runUntil([&] {
             const auto before = window.presses(x_);
@@ -114,7 +113,7 @@ protected:
                          : testing::AssertionFailure() << "Super+X reaches the window";
     }
 
-    /// The tap does not ask any more who holds the key, unless it is given a reason.
+    /// Lets so much time pass that the tap asks who holds the key only if it is given a reason.
     void letTheDesktopHaveStarted(ListeningTap& tap) {
         queue_.advance(20s);
         EXPECT_EQ(pressesOfX(tap), 0U);
@@ -138,7 +137,7 @@ protected:
     xcb_keycode_t x_ = keyboard_.keycode("AB02");
 };
 
-TEST_F(SuperKeyTest, WhatIsTypedBehindALoneSuperKeyPassesByGrabsOnTheRoot) {
+TEST_F(SuperKeyTest, WhatIsTypedAfterALoneSuperKeyBypassesGrabsOnTheRoot) {
     const auto holder = hold(Manner::mutter);
     XClient other(desktop_.display());
     ASSERT_TRUE(other.grab({x_, XCB_MOD_MASK_4}));

@@ -29,8 +29,9 @@ protected:
         return tap;
     }
 
-    /// Runs until everything that the changes made so far can lead to has happened: the press comes
-    /// after them on the tap's connection, and the work for later is due before that given here.
+    /// Runs until everything that the changes made so far lead to has happened: the press arrives
+    /// after them on the tap's connection, and work that they have delayed is due before the work
+    /// that is given here.
     void letSettle(ListeningTap& tap) {
         expectDelivered(tap, {"LCTL", "AC01"}, keyA);
         runWorkForLater();
@@ -41,8 +42,8 @@ protected:
         ASSERT_TRUE(queue_.runUntil([&] { return reached; }));
     }
 
-    /// Has the tap see all events of a change, which may take any time on a busy machine, before
-    /// its patience with them ends.
+    /// Stops the clock until the tap has seen all events of a change: on a busy machine they may
+    /// take longer than the tap would wait for them.
     void expectOneReport(ListeningTap& tap, const std::function<void()>& change) {
         queue_.stopClock();
         tap.disabledReports = 0;

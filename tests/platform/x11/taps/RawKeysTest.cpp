@@ -41,7 +41,7 @@ protected:
     x11::RawKeys raw_{client_.connection()};
 };
 
-TEST_F(RawKeysTest, WhatWasSentBeforeItStoppedIsReadBehindTheStop) {
+TEST_F(RawKeysTest, PressesFromBeforeTheStopAreReadAfterIt) {
     raw_.start();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
@@ -51,8 +51,8 @@ TEST_F(RawKeysTest, WhatWasSentBeforeItStoppedIsReadBehindTheStop) {
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
 }
 
-// The modifiers are read anew with the start, so they are not those of older presses.
-TEST_F(RawKeysTest, WhatWasSentBeforeItStartedAnewIsPassedOver) {
+// The start reads the modifiers anew, so they would be wrong for older presses.
+TEST_F(RawKeysTest, PressesFromBeforeANewStartArePassedOver) {
     raw_.start();
     keyboard_.strike({"LCTL", "AB02"});
     keyboard_.sync();
@@ -82,7 +82,7 @@ TEST_F(RawKeysTest, NothingIsSeenIfAnotherHadThemBefore) {
     EXPECT_EQ(states(), States{});
 }
 
-TEST_F(RawKeysTest, WhoHasTheKeyboardAloneHidesNothing) {
+TEST_F(RawKeysTest, AClientWithTheKeyboardAloneHidesNothing) {
     raw_.start();
     ASSERT_TRUE(other_.grabKeyboard());
     keyboard_.strike({"LCTL", "AB02"});
@@ -104,7 +104,7 @@ TEST_F(RawKeysTest, NothingIsSeenWhenALockerGivesThePointerBack) {
 }
 
 // As every program does while a mouse button is held on one of its windows.
-TEST_F(RawKeysTest, WhoHasThePointerAloneHidesNothing) {
+TEST_F(RawKeysTest, AClientWithThePointerAloneHidesNothing) {
     raw_.start();
     ASSERT_TRUE(other_.grabPointer());
     keyboard_.strike({"LCTL", "AB02"});
@@ -121,7 +121,7 @@ TEST_F(RawKeysTest, ALockIsNoModifierThatIsHeld) {
 }
 
 // A window manager that switches windows takes both as soon as it is told of Alt+Tab.
-TEST_F(RawKeysTest, APressIsSeenForWhichAnotherTakesKeyboardAndPointer) {
+TEST_F(RawKeysTest, APressThatMakesAnotherTakeKeyboardAndPointerIsSeen) {
     raw_.start();
     keyboard_.press("LCTL");
     EXPECT_EQ(states(), (States{{control_, 0}}));

@@ -28,7 +28,7 @@ protected:
         ASSERT_NE(keyboard_.keycode("AB02"), 0);
     }
 
-    /// Strikes a key that a tap made for it must report after all that came before.
+    /// Strikes a key and expects a new tap to report it, after all that came before.
     void expectKeyboardAlive() {
         auto tap = makeListenOnlyTap();
         keyboard_.strike({"AB04"});

@@ -28,7 +28,8 @@ TEST(UserTimeTest, APressWithinASecondRepeatsTheOneBefore) {
     EXPECT_EQ(userTime.hold(), 2U);
 }
 
-/// Of a keyboard that repeats after `longest` milliseconds at the latest.
+/// With a keyboard that repeats at the latest after `longest` milliseconds, presses up to `gap`
+/// apart are one hold.
 void expectALongestGap(xcb_timestamp_t longest, xcb_timestamp_t gap) {
     x11::UserTime userTime;
     userTime.setRepetition(longest);
@@ -70,7 +71,7 @@ class HoldTest : public KeyTapTest {
 protected:
     void slowDown() { run({"xset", "r", "rate", "1500", "20"}); }
 
-    /// Soon for the first time, and then once in a second and a half, which `xset` cannot be told.
+    /// The first repeat comes soon, each further one after 1.5 seconds; `xset` cannot set that.
     void repeatRarely() {
         XClient client(display_.name());
         constexpr std::uint16_t delay = 100; // milliseconds

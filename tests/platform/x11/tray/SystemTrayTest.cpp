@@ -148,7 +148,7 @@ TEST_F(SystemTrayTest, TellsOfATrayThatTakesThePlaceOfAnother) {
     second->announce();
     EXPECT_TRUE(runUntilNews(1));
 
-    first.reset(); // is nobody's business any more
+    first.reset(); // does not matter any more
     second.reset();
     EXPECT_TRUE(runUntilNews(2));
     EXPECT_FALSE(tray->isThere());
@@ -215,7 +215,7 @@ TEST_F(SystemTrayTest, AsksForAWindowToBeTakenInThatIsOffTheScreen) {
     EXPECT_EQ(attributes->map_state, XCB_MAP_STATE_UNMAPPED);
 }
 
-TEST_F(SystemTrayTest, AsksNobodyWhereNobodyIs) {
+TEST_F(SystemTrayTest, AsksNothingWithoutATray) {
     test::DesktopObserver observer(display.name());
     tray->embed(observer.createWindow(observer.root()));
     xcb_aux_sync(toolkit->get());

@@ -5,7 +5,7 @@ namespace hollowfernpike::test {
 
 namespace {
 
-/// A window manager that guards the focus of whoever the user is typing to.
+/// A window manager that does not let other windows take the focus while the user types.
 class FocusStealingTest : public WindowsTest {
 protected:
     FocusStealingTest() : WindowsTest("metacity"), keys_(desktop_.display()) {}
@@ -37,7 +37,7 @@ TEST_F(FocusStealingTest, TheTimeOfThePressDecides) {
     EXPECT_TRUE(becomesActive(target.window()));
 }
 
-TEST_F(FocusStealingTest, AWishWithoutAnyPressIsOfThisMoment) {
+TEST_F(FocusStealingTest, ARequestWithoutAnyPressCountsAsMadeNow) {
     const auto target = openActive("Target");
     auto front = openActive("Front");
     typeInto(front);

@@ -7,8 +7,8 @@
 
 namespace hollowfernpike::test {
 
-/// The window that has the focus, and what the keyboard told it. Where there is a window manager it
-/// may have the focus some time later.
+/// A window that takes the focus, and the key events that it gets. Under a window manager it may
+/// have the focus some time later.
 class FocusedWindow : public XClient {
 public:
     explicit FocusedWindow(const std::string& display)

@@ -181,7 +181,7 @@ TEST_P(ProcessActivationTest, LeavesTheFrontProcessInFront) {
         pressKey();
         EXPECT_TRUE(windows_.bringToFront(front.pid()));
     }
-    // Whatever the presses did to the front window was done before this one becomes active.
+    // Once this one is active, all that the presses did to the front window has happened.
     pressKey();
     EXPECT_TRUE(windows_.bringToFront(other.pid()));
     EXPECT_TRUE(becomesActive(other.window()));

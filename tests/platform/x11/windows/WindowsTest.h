@@ -73,7 +73,7 @@ protected:
         return waitUntil([&] { return observer_.activeWindow() == window; });
     }
 
-    /// The service's own, which makes it with the first use.
+    /// The service's own connection, which it makes at its first use.
     const x11::Connection& connection() { return windows_.reader()->connection(); }
 
     /// What the service has read is not handed out again from here on.
