@@ -1,6 +1,5 @@
-# CHANGELOG.md in the forms in which others want it. What it says is not understood but carried over:
-# releases ("## [1.2.3] - 2030-12-31", newest first), and in them items that begin with "- " and go
-# on indented.
+# Converts CHANGELOG.md to the forms of AppStream and Debian. It holds releases
+# ("## [1.2.3] - 2030-12-31", newest first), and in them items that begin with "- " and go on indented.
 
 # Seconds from 1970 to noon of a date.
 function(hfp_seconds_to date result)

@@ -1,4 +1,4 @@
-# The directories of a package are open to everybody, whatever the umask of whoever packs.
+# Opens the directories of a package to everybody, whatever the umask while packing.
 file(GLOB_RECURSE entries LIST_DIRECTORIES true ${CPACK_TEMPORARY_DIRECTORY}/*)
 foreach(entry IN LISTS entries)
   if(IS_DIRECTORY ${entry})

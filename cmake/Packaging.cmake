@@ -12,10 +12,10 @@ X11 session.")
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
-# Beside the libraries that it is linked to: what the toolkit loads by itself for drawings and pointers,
-# its own texts in the language that the program starts with, and letters for it.
+# Besides the libraries that it is linked to: what the toolkit loads by itself for SVG images and
+# pointers, and the toolkit's Japanese texts. Japanese fonts are recommended.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Up to Debian 12, the plug-in for drawings comes with its library.
+# Up to Debian 12, the plug-in for SVG images is in libqt6svg6.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~), libxcursor1, qt6-translations-l10n")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\

@@ -3,13 +3,13 @@ add_library(hfp_options INTERFACE)
 target_compile_features(hfp_options INTERFACE cxx_std_20)
 target_compile_options(hfp_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
-  $<$<CXX_COMPILER_ID:Clang>:-Wno-keyword-macro>) # what the header of XKB makes necessary
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-keyword-macro>) # Xkb.h redefines `explicit`
 # Qt's keyword macros would take the names `signals`, `slots` and `emit` away from everybody.
 target_compile_definitions(hfp_options INTERFACE QT_NO_KEYWORDS)
 target_include_directories(hfp_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 set(CMAKE_CXX_EXTENSIONS OFF)
-# Small first: a resident waits in memory all day, and works for moments. The rooms that a key press
-# and a long list go through ask for speed themselves.
+# For size, because the program waits in memory all day and works for moments. Rooms that need speed call
+# hfp_optimize_for_speed.
 set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
 set(CMAKE_EXE_LINKER_FLAGS_RELEASE "-Wl,--gc-sections")
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -22,7 +22,7 @@ if(HOLLOWFERNPIKE_SANITIZE)
   target_link_options(hfp_options INTERFACE ${sanitizers})
 endif()
 
-# What is installed guards itself against corrupted memory. Debug builds have the sanitizers for that.
+# Optimized builds guard themselves against corrupted memory. Debug builds have the sanitizers for that.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 add_library(hfp_hardening INTERFACE)
@@ -37,7 +37,7 @@ target_compile_options(hfp_hardening INTERFACE
   "$<${is_optimized}:-fstack-protector-strong;-fstack-clash-protection;${jump_protection}>")
 target_link_options(hfp_hardening INTERFACE "$<${is_optimized}:LINKER:-z,relro,-z,now>")
 
-# What fuzzers steer by: the places of ours that an input reaches.
+# Tells fuzzers which of our code an input reaches.
 add_library(hfp_guidance INTERFACE)
 if(HOLLOWFERNPIKE_FUZZ)
   target_compile_options(hfp_guidance INTERFACE -fsanitize=fuzzer-no-link)
@@ -53,7 +53,7 @@ endif()
 function(hfp_optimize_for_speed name)
   target_compile_options(${name} PRIVATE
     $<$<CONFIG:Release>:-O2>
-    # What is slow anyway is bearable then.
+    # Instrumented builds are slow: this makes them bearable.
     $<$<OR:$<BOOL:${HOLLOWFERNPIKE_SANITIZE}>,$<BOOL:${HOLLOWFERNPIKE_COVERAGE}>>:-O1>)
 endfunction()
 

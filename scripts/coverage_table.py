@@ -1,6 +1,6 @@
-"""Prints which part of their lines the tests reach, by room and for the files below the bound:
-coverage_table.py SUMMARY, as gcovr writes it in JSON. Ends with 1 if the logic is below the bound:
-backends must deal with failures that no desktop shows on demand, the logic must not."""
+"""Prints how many lines the tests reach of each room, and of the files below the bound:
+coverage_table.py SUMMARY, which gcovr writes in JSON. Ends with 1 if a room of the logic is below the
+bound. Backends may be: they handle failures that no desktop shows on demand."""
 
 import collections
 import json

@@ -1,4 +1,4 @@
-"""Files and tests that the documents name are there."""
+"""The files and tests that the documents name exist."""
 
 import pathlib
 import re
@@ -18,8 +18,8 @@ def cases(root):
 
 
 def commands(root):
-    """Tests that are commands: those that CMake adds by their whole name, and by functions that
-    take what stands for ${name}."""
+    """Tests that are commands: those that CMake adds by their whole name, and those that it adds by
+    functions with ${name} as a part of the name."""
     for _, lines in tree.texts(root, "*CMakeLists.txt"):
         text = "\n".join(lines)
         names = re.findall(r"^ *add_test\(NAME (\S+)", text, re.M)

@@ -1,4 +1,4 @@
-"""Who may include whom: the rooms of src/ and the doors between them."""
+"""Which rooms of src/ may include which others, and which libraries."""
 
 import re
 
@@ -17,22 +17,22 @@ DOORS = {
     "platform/x11": {"platform/freedesktop"},
 }
 
-# Single headers of another room: every text of a window asks for the language.
+# Single headers of another room: the texts of the windows depend on the language.
 WICKETS = {
     "ui": {"app/L10n.h", "app/Language.h"},
 }
 
-# What the files of a folder may include of ours, rooted there.
+# The folders from which the files of a folder include our headers.
 ROOTS = {
     "src": ["src"],
     "tests": ["src", "tests"],
     "benchmarks": ["src", "tests", "benchmarks"],
 }
 
-# The one room that chooses the backends.
+# The one room that may include every other, because it chooses the backends.
 CHOOSER = "src/main/"
 
-# Libraries that only some rooms know: by the form of the header's name.
+# Libraries that only some rooms may include, recognised by the header's name.
 STANDARD = re.compile(r"[a-z_]+")
 LIBRARIES = [
     ("the JSON library", re.compile(r"rapidjson/.*"), {"model"}),

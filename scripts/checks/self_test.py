@@ -1,8 +1,7 @@
 """Proves that a check can fail: self_test.py CHECK TREE
 
-Gives the check a small tree that is in order and then the same tree with faults in it, and wants
-silence on the first and a finding at every line named on the second; silence again when they are
-mended.
+Runs the check over a small tree without faults, then over the same tree with faults, then with the
+faults mended. It must find something at every line named in BAD and nothing else.
 """
 
 import json

@@ -1,7 +1,7 @@
 """scripts/setup installs what is missing, asks for rights only then, and says what it lacks:
 setup_test.py TREE
 
-apt-get, sudo and id are stand-ins that write down how they were called; dpkg's records are real.
+apt-get, sudo and id are stand-ins, the first two of which record their calls; dpkg's records are real.
 """
 
 import pathlib

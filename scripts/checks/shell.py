@@ -1,4 +1,4 @@
-"""The shell scripts are what shellcheck takes for sound."""
+"""shellcheck finds no fault in the shell scripts."""
 
 import subprocess
 

@@ -1,9 +1,9 @@
 """What .clang-tidy asks for, over all sources and headers of ours: tidy.py ROOT BUILD
 
-clang-tidy walks through everything that a file includes, which takes it ten seconds and more. So
-sources that share a namespace are looked at together, as one file that includes them. Those that
-were found clean are not looked at again until one of them, a header of ours that it includes, or
-what they are looked at with changes.
+clang-tidy reads everything that a file includes, which takes ten seconds and more. So sources that
+share a namespace are looked at together, as one file that includes them (a batch). A clean batch is
+looked at again only when one of its sources, a header of ours that they include, or the settings of
+the look change.
 """
 
 import collections
@@ -25,7 +25,8 @@ INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 ENTRY_POINT = re.compile(r"^int (main|LLVMFuzzerTestOneInput)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
-# Besides those of one room. Their names are unique among them all.
+# Batches of several folders; every other folder is one by itself. Names at namespace scope are unique in
+# each batch.
 TOGETHER = {
     "src": re.compile("src/(?!platform/)"),
     "tests/desktop": re.compile("tests/(desktop|faults|package)/"),
@@ -35,17 +36,17 @@ TOGETHER = {
 
 SETTINGS = [".clang-tidy", "src/.clang-tidy", "tests/.clang-tidy", "benchmarks/.clang-tidy"]
 
-# By this name the search along paths knows that what is included there are sources and no headers.
+# The static analyzer takes what a file of this name includes for sources, and looks at them, too.
 BATCH = "UnifiedSource.cpp"
 NOT_FOR_BATCHES = "-bugprone-suspicious-include"
 
-# Tests run under sanitizers, which see what the search along paths would, and more; benchmarks have
-# loops that it takes for mistakes.
+# The static analyzer is not for tests, because the sanitizers that they run under find more, and not for
+# benchmarks, because it takes their loops for mistakes.
 FOR_SRC_ALONE = "-clang-analyzer-*,-bugprone-use-after-move"
 
 
 def options(command):
-    """The options of a compiler's command, each with its value, less input and output."""
+    """The options of a compiler's command, each with its value, without input and output."""
     found = []
     for word in shlex.split(command)[1:]:
         if word.startswith("-"):
@@ -56,8 +57,8 @@ def options(command):
 
 
 def compile_options(build):
-    """The compiler's options for each source, by its path, less precompiled headers: clang cannot
-    read another compiler's."""
+    """The compiler's options for each source, by its path, without precompiled headers, because clang
+    cannot read those of GCC."""
     return {entry["file"]: options(PRECOMPILED.sub(" ", entry["command"]))
             for entry in json.loads((build / "compile_commands.json").read_text())}
 
@@ -134,7 +135,8 @@ def look(root, place, names, arguments):
 
 
 def settings_of(root, places):
-    """Gives each place of a batch the settings of the folder that it stands for."""
+    """Copies the settings of each folder to the place of its batches. Returns all that a look depends
+    on besides the sources."""
     shutil.rmtree(places, ignore_errors=True)
     texts = [pathlib.Path(__file__).read_text(), subprocess.run(
         ["clang-tidy", "--version"], check=True, capture_output=True, text=True).stdout]

@@ -19,7 +19,7 @@ WORDS = [
 SLEEP = re.compile(r"\b(sleep_for|usleep|sleep|qWait|qSleep)\(\s*(std::chrono::)?(\w+[({])?\s*\d")
 WAITING = "tests/support/WaitUntil.h"
 
-# Whatever it takes to get a reader of texts into trouble.
+# Inputs that are to get a reader of texts into trouble.
 SEEDS = "tests/fuzz/seeds/"
 
 

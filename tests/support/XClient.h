@@ -61,9 +61,8 @@ public:
         xcb_ungrab_server(server());
         xcb_flush(server());
         // Every answer has to be fetched, so this does not stop at the first.
-        return std::ranges::count_if(attempts, [this](auto attempt) {
-                   return succeeded(attempt);
-               }) == 0;
+        return std::ranges::count_if(attempts,
+                                     [this](auto attempt) { return succeeded(attempt); }) == 0;
     }
     bool isFree(const KeyGrab& grab) { return !areTaken({grab}); }
 
