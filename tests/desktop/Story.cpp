@@ -285,6 +285,12 @@ testing::AssertionResult Story::passes(const Application& front,
                                        << diary();
 }
 
+std::filesystem::path Story::authority(const std::string& name, const std::string& trust) {
+    auto file = desktop.home() / name;
+    run({"xauth", "-f", file, "generate", desktop.display(), ".", trust, "timeout", "600"});
+    return file;
+}
+
 void Story::run(const std::vector<std::string>& arguments) {
     const auto program = desktop.start(arguments);
     if (program->wait() != 0) {

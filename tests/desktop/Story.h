@@ -123,6 +123,9 @@ public:
     /// Whether the last of these keys reaches `front`, which is in front before and afterwards.
     testing::AssertionResult passes(const Application& front, const std::vector<std::string>& keys);
 
+    /// A file of that name in the home which lets a client connect, trusted or "untrusted".
+    std::filesystem::path authority(const std::string& name, const std::string& trust);
+
     /// Runs a program of the desktop to its end. Throws std::runtime_error if it fails.
     void run(const std::vector<std::string>& arguments);
 

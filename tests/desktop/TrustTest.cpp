@@ -30,13 +30,6 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return !story.utility().errors().empty(); }));
     }
 
-    std::filesystem::path authority(const std::string& name, const std::string& trust) {
-        auto file = story.desktop.home() / name;
-        story.run({"xauth", "-f", file, "generate", story.desktop.display(), ".", trust, "timeout",
-                   "600"});
-        return file;
-    }
-
     std::vector<xcb_window_t> permissionWindows() {
         auto windows = story.pager.stacking();
         std::erase_if(windows, [&](xcb_window_t window) {
@@ -63,12 +56,12 @@ protected:
 TEST_F(TrustTest, AnUntrustedClientAsksAndGoesLiveByItselfOnceItIsTrusted) {
     auto& target = story.open("Target");
     auto& front = story.open("Front");
-    const auto file = authority("authority", "untrusted");
+    const auto file = story.authority("authority", "untrusted");
     startUtility({{"XAUTHORITY", file.string()}}, target);
     EXPECT_TRUE(story.passes(front, bound.keys()));
     EXPECT_FALSE(story.utility().hasEnded());
 
-    std::filesystem::rename(authority("better", "trusted"), file);
+    std::filesystem::rename(story.authority("better", "trusted"), file);
     ASSERT_TRUE(story.areLive());
     const auto key = story.grabOf(bound).key;
     ASSERT_TRUE(story.switchTo(front));
@@ -81,7 +74,7 @@ TEST_F(TrustTest, AnUntrustedClientAsksAndGoesLiveByItselfOnceItIsTrusted) {
 }
 
 TEST_F(TrustTest, AWindowAsksAgainWhenItWasClosedAndGoesWhenThePermissionComes) {
-    const auto file = authority("authority", "untrusted");
+    const auto file = story.authority("authority", "untrusted");
     startUtility({{"XAUTHORITY", file.string()}});
     for (int question = 0; question < 2; ++question) {
         ASSERT_TRUE(hasPermissionWindows(1));
@@ -90,7 +83,7 @@ TEST_F(TrustTest, AWindowAsksAgainWhenItWasClosedAndGoesWhenThePermissionComes) 
     }
     ASSERT_TRUE(hasPermissionWindows(1));
 
-    std::filesystem::rename(authority("better", "trusted"), file);
+    std::filesystem::rename(story.authority("better", "trusted"), file);
     ASSERT_TRUE(story.areLive());
     EXPECT_TRUE(hasPermissionWindows(0));
     endsOnRequest();
@@ -101,7 +94,7 @@ TEST_F(TrustTest, AWindowAsksAgainWhenItWasClosedAndGoesWhenThePermissionComes) 
 }
 
 TEST_F(TrustTest, AnUntrustedClientEndsOnRequest) {
-    startUtility({{"XAUTHORITY", authority("authority", "untrusted").string()}});
+    startUtility({{"XAUTHORITY", story.authority("authority", "untrusted").string()}});
     endsOnRequest();
 }
 

@@ -1,6 +1,6 @@
 #include "desktop/SignalName.h"
 #include "desktop/Story.h"
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>

@@ -2,7 +2,7 @@
 #include "model/ShortcutEncoder.h"
 #include "model/Shortcuts.h"
 #include "platform/freedesktop/files/FileManager.h"
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/TemporaryDirectory.h"
 
 #include <algorithm>

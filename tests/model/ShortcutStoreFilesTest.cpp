@@ -3,6 +3,7 @@
 #include "model/ModelServices.h"
 #include "model/Shortcuts.h"
 #include "platform/freedesktop/files/FileManager.h"
+#include "support/Files.h"
 #include "support/TemporaryDirectory.h"
 
 #include <cstdlib>
@@ -31,11 +32,6 @@ protected:
         return home_.path() / "data/Hollowfernpike/shortcuts.json";
     }
 
-    static std::string contents(const std::filesystem::path& path) {
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>{stream}, {}};
-    }
-
     void write(const std::string& text) const {
         std::filesystem::create_directories(file().parent_path());
         std::ofstream{file(), std::ios::binary} << text;
@@ -53,7 +49,7 @@ TEST_F(ShortcutStoreFilesTest, MakesItsFolderWithMissingParentsAndWritesOnTheFir
     EXPECT_TRUE(std::filesystem::is_directory(file().parent_path()));
     EXPECT_FALSE(std::filesystem::exists(file()));
     store().add(makeShortcut(1, 0, commandKey, "A"));
-    EXPECT_EQ(contents(file()),
+    EXPECT_EQ(contentsOf(file()),
               R"([{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E01","keyCode":0,)"
               R"("modifierFlags":1048576,"appPath":"\/Applications\/A.app","appName":"A",)"
               R"("appBundleIdentifier":"org.example.A"}])");
@@ -79,7 +75,7 @@ TEST_F(ShortcutStoreFilesTest, AFolderThatCannotBeMadeFailsTheSaveAlone) {
                             (home_.path() / "occupied/Hollowfernpike/shortcuts.json").string() +
                             "」に書き込めません: フォルダではありません\n");
     EXPECT_EQ(store().shortcuts().size(), 1U);
-    EXPECT_EQ(contents(home_.path() / "occupied"), "a file");
+    EXPECT_EQ(contentsOf(home_.path() / "occupied"), "a file");
 }
 
 TEST_F(ShortcutStoreFilesTest, AFileThatCannotBeReadLoadsEmpty) {
@@ -92,11 +88,11 @@ TEST_F(ShortcutStoreFilesTest, AFileThatCannotBeReadLoadsEmpty) {
 TEST_F(ShortcutStoreFilesTest, ABrokenFileIsKeptUntilTheNextSave) {
     write("[{");
     EXPECT_TRUE(store().shortcuts().empty());
-    EXPECT_EQ(contents(file()), "[{");
+    EXPECT_EQ(contentsOf(file()), "[{");
     EXPECT_EQ(output(), "ショートカット読み込みエラー: JSONとして正しくありません"
                         "（1行目3文字目）: 文書が途中で終わっています\n");
     store().remove(UUID{});
-    EXPECT_EQ(contents(file()), "[]");
+    EXPECT_EQ(contentsOf(file()), "[]");
 }
 
 TEST_F(ShortcutStoreFilesTest, LeavesNothingBesideItsFile) {

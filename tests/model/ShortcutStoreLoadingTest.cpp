@@ -51,13 +51,6 @@ TEST_F(ShortcutStoreTest, LoadsDuplicatesAsTheyStand) {
     EXPECT_EQ(store().shortcuts().size(), 2U);
 }
 
-TEST_F(ShortcutStoreTest, DoesNotReadTheFileAgain) {
-    files_.files[file] = document({a});
-    EXPECT_EQ(names(), std::vector<std::string>{"A"});
-    files_.files[file] = document({b});
-    EXPECT_EQ(names(), std::vector<std::string>{"A"});
-}
-
 TEST_F(ShortcutStoreTest, AnUnreadableFileIsLoggedAndKept) {
     files_.files[file] = document({a});
     files_.readError =

@@ -2,6 +2,7 @@
 
 #include "show/Camera.h"
 #include "show/Typing.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
@@ -39,12 +40,6 @@ gtk-enable-animations=0
 constexpr const char* toolkitStyle = R"(window label { opacity: 0; font-size: 0; }
 menubar label { opacity: 1; font-size: 10pt; }
 )";
-
-std::string contents(const std::filesystem::path& file) {
-    std::ostringstream text;
-    text << std::ifstream{file}.rdbuf();
-    return text.str();
-}
 
 } // namespace
 
@@ -131,7 +126,8 @@ void Show::typeIntoTerminal() {
     strikeUntilInFront(terminal_);
     type(terminal_, "reach xterm\n");
     story_.keyboard.strike({"LCTL", "AC03"});
-    const bool isWhole = waitUntil([&] { return contents(file) == "unbound keys reach xterm\n"; });
+    const bool isWhole =
+        waitUntil([&] { return contentsOf(file) == "unbound keys reach xterm\n"; });
     narrator_.fact("xterm got all the unbound keys and none of the bound ones", isWhole);
 }
 

@@ -17,14 +17,7 @@ protected:
     EditorStory story;
     Application& quartz = story.open("Quartz");
     const std::string_view adding = story.titles.adding;
-    const std::filesystem::path authority = makeAuthority("authority", "untrusted");
-
-    std::filesystem::path makeAuthority(const std::string& name, const std::string& trust) {
-        auto file = story.desktop.home() / name;
-        story.run({"xauth", "-f", file, "generate", story.desktop.display(), ".", trust, "timeout",
-                   "600"});
-        return file;
-    }
+    const std::filesystem::path authority = story.authority("authority", "untrusted");
 
     void SetUp() override {
         auto& utility = story.launchUtility({{"XAUTHORITY", authority.string()}});
@@ -48,7 +41,7 @@ TEST_F(UntrustedTest, ItSaysWhatIsMissingAndRecordsNothing) {
 
 TEST_F(UntrustedTest, OnceItIsTrustedTheSameButtonRecords) {
     EXPECT_TRUE(story.recorderShows(adding, text::grantPermission));
-    std::filesystem::rename(makeAuthority("better", "trusted"), authority);
+    std::filesystem::rename(story.authority("better", "trusted"), authority);
     story.clickRecord(adding);
     EXPECT_TRUE(story.records(adding, bound));
     story.clickOn(story.part(adding, "push button", "保存"));

@@ -1,5 +1,6 @@
 #include "desktop/editor/ScreenReader.h"
 #include "desktop/resident/Resident.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
@@ -152,11 +153,11 @@ TEST_F(InstanceTest, OldPreferencesAreCarriedOverAndStayWhereTheyAre) {
     start();
     ASSERT_TRUE(menu.showsItem());
     EXPECT_EQ(menu.labels().front(), "Manage Shortcuts");
-    EXPECT_THAT(Resident::contents(settings()),
+    EXPECT_THAT(contentsOf(settings()),
                 AllOf(HasSubstr("preferencesMigratedFrom=com.local.Hollowfernpike"),
                       HasSubstr("AppLanguage=en"), Not(HasSubstr("NSWindow"))));
     end();
-    EXPECT_EQ(Resident::contents(oldPreferences()), oldText);
+    EXPECT_EQ(contentsOf(oldPreferences()), oldText);
 }
 
 TEST_F(InstanceTest, OldPreferencesGiveWayToSettingsOfEveryKindTheCommonOnesIncluded) {
@@ -168,7 +169,7 @@ TEST_F(InstanceTest, OldPreferencesGiveWayToSettingsOfEveryKindTheCommonOnesIncl
     story.launchUtility({{"XDG_CONFIG_DIRS", common.string()}});
     ASSERT_TRUE(menu.showsItem());
     end();
-    EXPECT_THAT(Resident::contents(settings()),
+    EXPECT_THAT(contentsOf(settings()),
                 AllOf(HasSubstr("Own=1, 2\n"), HasSubstr("New=old\n"), Not(HasSubstr("Common"))));
 }
 
@@ -185,8 +186,8 @@ TEST_F(InstanceTest, OldPreferencesAreCarriedOverOnce) {
     ASSERT_TRUE(menu.showsItem());
     EXPECT_EQ(menu.labels().front(), "ショートカット管理");
     end();
-    EXPECT_EQ(Resident::contents(settings()), migrated);
-    EXPECT_EQ(Resident::contents(oldPreferences()), changed);
+    EXPECT_EQ(contentsOf(settings()), migrated);
+    EXPECT_EQ(contentsOf(oldPreferences()), changed);
 }
 
 TEST_F(InstanceTest, TheToolkitSpeaksTheLanguageCarriedOverFromItsFirstWindow) {

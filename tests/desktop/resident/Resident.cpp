@@ -54,12 +54,6 @@ std::filesystem::path Resident::configuration(const std::string& name) const {
     return story.desktop.home() / ".config" / name;
 }
 
-std::string Resident::contents(const std::filesystem::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-}
-
 std::vector<xcb_window_t> Resident::windows() {
     auto windows = story.pager.stacking();
     std::erase_if(windows, [&](xcb_window_t window) {

@@ -35,7 +35,6 @@ public:
     xcb_window_t window();
 
     std::filesystem::path configuration(const std::string& name) const;
-    static std::string contents(const std::filesystem::path& file);
 
 private:
     std::vector<xcb_window_t> windows();

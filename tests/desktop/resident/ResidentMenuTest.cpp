@@ -1,4 +1,5 @@
 #include "desktop/resident/Resident.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
@@ -45,9 +46,8 @@ TEST_F(ResidentMenuTest, TheLanguageSwitchesForGoodWithItsMark) {
                 ElementsAre("Manage Shortcuts", "Export Shortcuts...", "Import Shortcuts...", "",
                             "言語 / Language", "日本語", "English", "Launch at Login", "", "Quit"));
     EXPECT_FALSE(menu.entry("日本語").isOn);
-    EXPECT_THAT(
-        Resident::contents(resident.configuration("app.hollowfernpike.Hollowfernpike.conf")),
-        HasSubstr("AppLanguage=en"));
+    EXPECT_THAT(contentsOf(resident.configuration("app.hollowfernpike.Hollowfernpike.conf")),
+                HasSubstr("AppLanguage=en"));
 
     menu.choose("日本語");
     ASSERT_TRUE(menu.becomes("日本語", true));
@@ -93,7 +93,7 @@ TEST_F(ResidentMenuTest, LaunchAtLoginComesAndGoes) {
     const auto file = resident.configuration("autostart/app.hollowfernpike.Hollowfernpike.desktop");
     menu.choose("ログイン時に起動");
     ASSERT_TRUE(menu.becomes("ログイン時に起動", true));
-    EXPECT_THAT(Resident::contents(file), HasSubstr(HFP_PROGRAM));
+    EXPECT_THAT(contentsOf(file), HasSubstr(HFP_PROGRAM));
     menu.choose("ログイン時に起動");
     ASSERT_TRUE(menu.becomes("ログイン時に起動", false));
     EXPECT_FALSE(std::filesystem::exists(file));

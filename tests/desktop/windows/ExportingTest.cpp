@@ -1,6 +1,7 @@
 #include "desktop/editor/ScreenReader.h"
 #include "desktop/windows/Agreement.h"
 #include "desktop/windows/WindowStoryTest.h"
+#include "support/Files.h"
 #include "support/Privileges.h"
 #include "support/SmallDisk.h"
 #include "support/WaitUntil.h"
@@ -35,19 +36,6 @@ protected:
         TwoShortcutsTest::SetUp();
     }
 
-    static std::string textOf(const fs::path& path) {
-        std::ifstream stream(path);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    static std::vector<std::string> namesIn(const fs::path& path) {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(path)) {
-            names.push_back(entry.path().filename());
-        }
-        return names;
-    }
-
     /// Exports onto a file that exists, and confirms that it is to be replaced.
     void exportOver(const fs::path& path) {
         const auto panel = story.clickExport();
@@ -72,7 +60,7 @@ TEST_F(ExportingTest, ReplacesAFileThatExistsWholeAndLeavesNothingElse) {
     std::ofstream(file) << std::string(100'000, 'x');
     exportOver(file);
     story.managementComes();
-    EXPECT_TRUE(waitUntil([&] { return textOf(file).front() == '['; }));
+    EXPECT_TRUE(waitUntil([&] { return contentsOf(file).front() == '['; }));
     EXPECT_EQ(contents(file), before);
     EXPECT_THAT(namesIn(folder), ElementsAre("list.json"));
     EXPECT_TRUE(agreement.on({{quartz, first}, {feldspar, second}}));
@@ -123,7 +111,7 @@ TEST_F(FullDiskTest, IsReportedAndKeepsTheFileThatWasToBeReplaced) {
     std::ofstream(fileOnDisk) << "old";
     exportOver(fileOnDisk);
     expectReported();
-    EXPECT_EQ(textOf(fileOnDisk), "old");
+    EXPECT_EQ(contentsOf(fileOnDisk), "old");
     EXPECT_THAT(namesIn(disk.folder()), ElementsAre("list.json"));
 }
 

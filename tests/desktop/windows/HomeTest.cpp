@@ -1,4 +1,5 @@
 #include "desktop/windows/WindowStoryTest.h"
+#include "support/Files.h"
 #include "support/UserDatabase.h"
 #include "support/WriteFile.h"
 
@@ -30,11 +31,6 @@ protected:
     void SetUp() override {
         haveHomeInTheUserDatabase(home);
         fs::current_path(elsewhere.path());
-    }
-
-    static std::string textOf(const fs::path& path) {
-        std::ifstream stream(path);
-        return {std::istreambuf_iterator<char>(stream), {}};
     }
 
     /// What this process was started with, as "NAME=value".
@@ -95,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_P(OddVariablesTest, HaveAllFilesInOneHomeAndNoneInTheWorkingDirectory) {
     story.start(GetParam().changes);
     const auto variables = environmentOfWhatIsLaunched();
-    EXPECT_THAT(textOf(settings), HasSubstr("preferencesMigratedFrom"));
+    EXPECT_THAT(contentsOf(settings), HasSubstr("preferencesMigratedFrom"));
     EXPECT_EQ(contents(home / ".local/share/Hollowfernpike/shortcuts.json").size(), 1U);
     EXPECT_TRUE(fs::is_empty(elsewhere.path()));
     for (const auto& [name, value] : GetParam().changes) {

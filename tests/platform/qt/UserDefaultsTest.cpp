@@ -1,5 +1,6 @@
 #include "platform/qt/UserDefaults.h"
 
+#include "support/Files.h"
 #include "support/Privileges.h"
 #include "support/TemporaryDirectory.h"
 
@@ -48,12 +49,6 @@ protected:
         std::ofstream(file) << "[General]\n" << text;
     }
 
-    static std::string contents(const std::filesystem::path& file) {
-        std::ostringstream text;
-        text << std::ifstream(file).rdbuf();
-        return text.str();
-    }
-
     static QVariant valueOf(const platform::PropertyValue& value) {
         const auto* variant = std::any_cast<QVariant>(&value);
         return variant == nullptr ? QVariant() : *variant;
@@ -84,16 +79,16 @@ TEST_F(UserDefaultsTest, HasNothingAtFirstAndWritesNothingUnasked) {
 
 TEST_F(UserDefaultsTest, KeepsATextInTheFileOfItsDomain) {
     qt::UserDefaults(domain).setString("en", "AppLanguage");
-    EXPECT_THAT(contents(fileIn(userDirectory(), domain)), Eq("[General]\nAppLanguage=en\n"));
+    EXPECT_THAT(contentsOf(fileIn(userDirectory(), domain)), Eq("[General]\nAppLanguage=en\n"));
     EXPECT_THAT(qt::UserDefaults(domain).stringForKey("AppLanguage"), Optional(Eq("en")));
 }
 
 TEST_F(UserDefaultsTest, WritesAtOnce) {
     qt::UserDefaults defaults(domain);
     defaults.setString("en", "AppLanguage");
-    EXPECT_THAT(contents(fileIn(userDirectory(), domain)), HasSubstr("AppLanguage=en"));
+    EXPECT_THAT(contentsOf(fileIn(userDirectory(), domain)), HasSubstr("AppLanguage=en"));
     defaults.setString("ja", "AppLanguage");
-    EXPECT_THAT(contents(fileIn(userDirectory(), domain)), HasSubstr("AppLanguage=ja"));
+    EXPECT_THAT(contentsOf(fileIn(userDirectory(), domain)), HasSubstr("AppLanguage=ja"));
 }
 
 TEST_F(UserDefaultsTest, ReadsWhatAPersonWrote) {
@@ -131,7 +126,7 @@ TEST_F(UserDefaultsTest, PutsTheUsersSettingsBeforeThoseForAll) {
     qt::UserDefaults defaults(domain);
     defaults.setString("ja", "AppLanguage");
     EXPECT_THAT(defaults.stringForKey("AppLanguage"), Optional(Eq("ja")));
-    EXPECT_THAT(contents(fileIn(forAll(), domain)), HasSubstr("AppLanguage=en"));
+    EXPECT_THAT(contentsOf(fileIn(forAll(), domain)), HasSubstr("AppLanguage=en"));
 }
 
 TEST_F(UserDefaultsTest, ListsADomainWithoutTheSettingsForAll) {
@@ -173,8 +168,8 @@ TEST_P(UserDefaultsValueTest, IsCopiedUnchangedFromFileToFile) {
         qt::UserDefaults defaults(domain);
         defaults.setObject(defaults.persistentDomainForName(oldDomain)->at("key"), "key");
     });
-    EXPECT_EQ(contents(fileIn(userDirectory(), domain)),
-              contents(fileIn(userDirectory(), oldDomain)));
+    EXPECT_EQ(contentsOf(fileIn(userDirectory(), domain)),
+              contentsOf(fileIn(userDirectory(), oldDomain)));
 }
 
 TEST_P(UserDefaultsValueTest, ComesBackWithItsValue) {
@@ -225,7 +220,7 @@ TEST_F(UserDefaultsTest, SurvivesAFileThatIsNone) {
 TEST_F(UserDefaultsTest, LeavesWhatItDoesNotKnowInTheFile) {
     write(fileIn(userDirectory(), domain), "other=kept\n");
     qt::UserDefaults(domain).setString("en", "AppLanguage");
-    EXPECT_THAT(contents(fileIn(userDirectory(), domain)), HasSubstr("other=kept"));
+    EXPECT_THAT(contentsOf(fileIn(userDirectory(), domain)), HasSubstr("other=kept"));
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "platform/freedesktop/autostart/LoginItemTest.h"
 #include "platform/freedesktop/entries/GlibPointers.h"
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "platform/freedesktop/autostart/LoginItemTest.h"
 
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/Privileges.h"
 
 #include <csignal>

@@ -2,7 +2,7 @@
 // below (ld's --wrap): a disk can fail on demand, and the order of what reaches it can be seen.
 
 #include "platform/freedesktop/files/AtomicFile.h"
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/TemporaryDirectory.h"
 
 #include <algorithm>

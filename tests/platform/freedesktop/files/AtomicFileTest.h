@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/freedesktop/files/AtomicFile.h"
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/TemporaryDirectory.h"
 
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "platform/freedesktop/files/FileManager.h"
 
-#include "platform/freedesktop/files/Files.h"
+#include "support/Files.h"
 #include "support/Privileges.h"
 #include "support/TemporaryDirectory.h"
 

@@ -1,6 +1,6 @@
-#include "platform/freedesktop/files/Files.h"
 #include "platform/freedesktop/instance/InstanceLockTest.h"
 #include "platform/freedesktop/instance/InstanceSocket.h"
+#include "support/Files.h"
 
 #include <array>
 #include <atomic>

@@ -1,7 +1,7 @@
 #include "platform/freedesktop/instance/InstanceLockTest.h"
 
-#include "platform/freedesktop/files/Files.h"
 #include "support/ChildProcess.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 
 #include <cstdlib>
