@@ -8,7 +8,6 @@
 
 #include <csignal>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 namespace hollowfernpike::show {
@@ -127,7 +126,7 @@ void Show::typeIntoTerminal() {
     type(terminal_, "reach xterm\n");
     story_.keyboard.strike({"LCTL", "AC03"});
     const bool isWhole =
-        waitUntil([&] { return contentsOf(file) == "unbound keys reach xterm\n"; });
+        waitUntil([&] { return test::contentsOf(file) == "unbound keys reach xterm\n"; });
     narrator_.fact("xterm got all the unbound keys and none of the bound ones", isWhole);
 }
 

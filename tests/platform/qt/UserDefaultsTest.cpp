@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -22,6 +21,7 @@ namespace {
 
 using testing::Eq;
 using testing::HasSubstr;
+using test::contentsOf;
 using testing::Optional;
 
 constexpr std::string_view domain = "org.example.Ours";
