@@ -19,9 +19,9 @@
 namespace hollowfernpike {
 namespace {
 
+using test::contentsOf;
 using testing::Eq;
 using testing::HasSubstr;
-using test::contentsOf;
 using testing::Optional;
 
 constexpr std::string_view domain = "org.example.Ours";
