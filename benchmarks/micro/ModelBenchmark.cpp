@@ -1,5 +1,5 @@
-#include "model/ShortcutDecoder.h"
-#include "model/ShortcutEncoder.h"
+#include "model/document/ShortcutDecoder.h"
+#include "model/document/ShortcutEncoder.h"
 #include "platform/freedesktop/files/FileManager.h"
 #include "support/TemporaryDirectory.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SharedInstance.h"
+#include "platform/Services.h"
 
 #include <cstdint>
 #include <optional>

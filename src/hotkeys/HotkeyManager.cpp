@@ -3,7 +3,7 @@
 #include "hotkeys/AppLauncher.h"
 #include "model/ShortcutStore.h"
 #include "platform/AccessibilityTrust.h"
-#include "platform/KeyCode.h"
+#include "platform/EventTap.h"
 #include "platform/MainQueue.h"
 
 #include <chrono>

@@ -3,7 +3,7 @@
 #include "hotkeys/ShortcutMapKey.h"
 #include "model/AppShortcut.h"
 #include "platform/EventTap.h"
-#include "platform/SharedInstance.h"
+#include "platform/Services.h"
 
 #include <functional>
 #include <memory>

@@ -18,10 +18,10 @@
 #include "platform/qt/Application.h"
 #include "platform/qt/MainQueue.h"
 #include "platform/qt/RunLoop.h"
-#include "platform/qt/StatusBar.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/ToolkitTexts.h"
 #include "platform/qt/UserDefaults.h"
+#include "platform/qt/status/StatusBar.h"
 
 #include <iostream>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "model/ShortcutStore.h"
 
 #include "model/OneLine.h"
-#include "model/ShortcutDecoder.h"
-#include "model/ShortcutEncoder.h"
+#include "model/document/ShortcutDecoder.h"
+#include "model/document/ShortcutEncoder.h"
 #include "platform/FileManager.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"

@@ -2,7 +2,7 @@
 
 #include "model/AppShortcut.h"
 #include "platform/LocalizedError.h"
-#include "platform/SharedInstance.h"
+#include "platform/Services.h"
 
 #include <filesystem>
 #include <optional>

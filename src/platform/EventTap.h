@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/FatalError.h"
 #include "platform/Interface.h"
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace hollowfernpike::platform {
@@ -107,5 +110,14 @@ public:
     virtual std::unique_ptr<EventTap> create(EventTapOptions options, EventTapCallback callback,
                                              void* userInfo) = 0;
 };
+
+/// The virtual key code of a key going down. A code outside 0 to 65535 is a fatal error, because it
+/// would stand for another key once truncated.
+inline std::uint16_t checkedKeyCode(const KeyEvent& event) {
+    if (event.keyCode < 0 || event.keyCode > std::numeric_limits<std::uint16_t>::max()) {
+        fatalError("key code " + std::to_string(event.keyCode) + " is outside 0 to 65535");
+    }
+    return static_cast<std::uint16_t>(event.keyCode);
+}
 
 } // namespace hollowfernpike::platform

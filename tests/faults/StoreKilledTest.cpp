@@ -1,6 +1,6 @@
 #include "model/ModelServices.h"
-#include "model/ShortcutEncoder.h"
 #include "model/Shortcuts.h"
+#include "model/document/ShortcutEncoder.h"
 #include "platform/freedesktop/files/FileManager.h"
 #include "support/Files.h"
 #include "support/TemporaryDirectory.h"

@@ -3,8 +3,8 @@
 #include "fuzz/ReferenceReader.h"
 #include "fuzz/Require.h"
 #include "fuzz/Target.h"
-#include "model/ShortcutDecoder.h"
-#include "model/ShortcutEncoder.h"
+#include "model/document/ShortcutDecoder.h"
+#include "model/document/ShortcutEncoder.h"
 #include "model/json/Utf8.h"
 
 #include <algorithm>

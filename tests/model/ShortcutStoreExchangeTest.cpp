@@ -1,5 +1,5 @@
-#include "model/DecodingError.h"
 #include "model/StoreScene.h"
+#include "model/document/DecodingError.h"
 
 namespace hollowfernpike::test {
 namespace {

@@ -1,6 +1,6 @@
 #include "platform/qt/Application.h"
 
-#include "platform/qt/TrayWindow.h"
+#include "platform/qt/status/TrayWindow.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -1,10 +1,10 @@
 #include "platform/x11/Desktop.h"
 
 #include "platform/x11/LaunchFeedback.h"
+#include "platform/x11/OwnWindows.h"
 #include "platform/x11/TrustProblem.h"
 #include "platform/x11/taps/EventTaps.h"
 #include "platform/x11/tray/SystemTray.h"
-#include "platform/x11/windows/OwnWindows.h"
 #include "platform/x11/windows/Windows.h"
 
 #include <utility>

@@ -4,7 +4,7 @@
 #include "model/AppShortcut.h"
 #include "platform/AccessibilityTrust.h"
 #include "platform/Application.h"
-#include "platform/KeyCode.h"
+#include "platform/EventTap.h"
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
 #include "ui/parts/Labels.h"

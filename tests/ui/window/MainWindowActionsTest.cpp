@@ -1,4 +1,4 @@
-#include "model/ShortcutEncoder.h"
+#include "model/document/ShortcutEncoder.h"
 #include "ui/ModalAnswers.h"
 #include "ui/editor/AddEditShortcutSheet.h"
 #include "ui/window/WindowTest.h"

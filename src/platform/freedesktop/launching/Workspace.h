@@ -3,9 +3,9 @@
 #include "platform/Workspace.h"
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/entries/DesktopEntries.h"
-#include "platform/freedesktop/launching/ChildProcesses.h"
 #include "platform/freedesktop/launching/FurtherCopies.h"
 #include "platform/freedesktop/launching/LaunchesUnderWay.h"
+#include "platform/freedesktop/launching/Spawn.h"
 
 #include <memory>
 

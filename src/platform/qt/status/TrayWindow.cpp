@@ -1,0 +1,66 @@
+#include "platform/qt/status/TrayWindow.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+#include <utility>
+
+namespace hollowfernpike::qt {
+
+namespace {
+
+constexpr int usualSize = 22;
+constexpr int offScreen = -1000; // until the tray has taken it in
+
+} // namespace
+
+TrayWindow::TrayWindow(platform::SystemTray& tray, std::function<void(QPoint)> onClick)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
+                           Qt::WindowDoesNotAcceptFocus),
+      onClick_(std::move(onClick)) {
+    setAttribute(Qt::WA_TranslucentBackground, tray.blendsWindows());
+    setAttribute(Qt::WA_AlwaysShowToolTips);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setGeometry(offScreen, offScreen, usualSize, usualSize);
+    create();
+    windowHandle()->setMinimumSize({usualSize, usualSize}); // some trays give no more
+    show();
+    tray.embed(winId());
+}
+
+void TrayWindow::setImage(const QIcon& image, const QString& description) {
+    image_ = image;
+    setToolTip(description);
+    setAccessibleName(description);
+    setWindowTitle(description);
+    update();
+}
+
+void TrayWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton || event->button() == Qt::RightButton) {
+        onClick_(event->globalPosition().toPoint());
+    }
+}
+
+// Where the tray does not blend windows, the server has painted its ground into ours. The toolkit
+// would paint over that ground, so we grab it and draw it below the symbol.
+void TrayWindow::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    if (!testAttribute(Qt::WA_TranslucentBackground)) {
+        if (ground_.isNull()) {
+            ground_ = screen()->grabWindow(winId());
+        }
+        painter.drawPixmap(rect(), ground_);
+    }
+    image_.paint(&painter, rect());
+}
+
+void TrayWindow::resizeEvent(QResizeEvent* event) {
+    ground_ = {};
+    update();
+    QWidget::resizeEvent(event);
+}
+
+} // namespace hollowfernpike::qt
