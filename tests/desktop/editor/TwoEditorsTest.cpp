@@ -20,6 +20,7 @@ protected:
     void SetUp() override {
         EditorStoryTest::SetUp();
         editor = story.clickEdit(0);
+        story.showsRecorder(editor); // and so has asked for the front for the last time
         story.openManagement();
         adder = story.clickAdd();
         story.choose(adder, story.front.name());

@@ -115,9 +115,13 @@ void WindowUser::choose(xcb_window_t editor, std::string_view application) {
     require([&] { return heightOf(editor) == heightOfBothSteps; }, "the second step does not show");
 }
 
+void WindowUser::showsRecorder(xcb_window_t editor) {
+    require([&] { return recorderBorder(editor) == 1; }, "the recorder does not show");
+}
+
 void WindowUser::startRecording(xcb_window_t editor) {
     waitForKeys(editor);
-    require([&] { return recorderBorder(editor) == 1; }, "the recorder does not show");
+    showsRecorder(editor);
     for (const char* key : {"TAB", "TAB", "SPCE"}) { // past the recorder to its button
         story_.keyboard.strike({key});
     }

@@ -86,6 +86,10 @@ public:
     /// In an editor that has the keys: chooses the application by typing its name.
     void choose(xcb_window_t editor, std::string_view application);
 
+    /// Waits until an editor with both steps has painted them. Its request for the front, which it
+    /// makes when it is new, has then reached the window manager.
+    void showsRecorder(xcb_window_t editor);
+
     /// In an editor with both steps: starts recording and waits until the recorder says so.
     void startRecording(xcb_window_t editor);
 
