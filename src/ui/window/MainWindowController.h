@@ -10,6 +10,9 @@
 #include <memory>
 #include <vector>
 
+class QPushButton;
+class QScrollArea;
+
 namespace hollowfernpike {
 
 class CardScrollView;
