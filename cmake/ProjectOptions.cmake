@@ -57,9 +57,15 @@ function(hfp_optimize_for_speed name)
     $<$<OR:$<BOOL:${HOLLOWFERNPIKE_SANITIZE}>,$<BOOL:${HOLLOWFERNPIKE_COVERAGE}>>:-O1>)
 endfunction()
 
-# A static library of ours: hfp_library(name SOURCES ... LINKS ...).
+# A static library of ours: hfp_library(name SOURCES ... LINKS ... [READ_ONCE headers]). Reading the
+# headers of others takes most of the time in which a source is compiled.
 function(hfp_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;READ_ONCE")
   add_library(${name} STATIC ${arg_SOURCES})
+  list(LENGTH arg_SOURCES count)
+  if(count GREATER 8)
+    target_precompile_headers(${name} PRIVATE <algorithm> <chrono> <filesystem> <functional> <map>
+      <memory> <optional> <string> <vector> ${arg_READ_ONCE})
+  endif()
   target_link_libraries(${name} PUBLIC hfp_options ${arg_LINKS} PRIVATE hfp_guidance hfp_hardening)
 endfunction()

@@ -13,12 +13,12 @@
 
 namespace hollowfernpike::test {
 
-inline void putFile(const std::filesystem::path& file, const std::string& contents) {
-    std::ofstream{file, std::ios::binary | std::ios::trunc} << contents;
+inline void putFile(const std::filesystem::path& path, const std::string& contents) {
+    std::ofstream{path, std::ios::binary | std::ios::trunc} << contents;
 }
 
-inline std::string contentsOf(const std::filesystem::path& file) {
-    std::ifstream stream{file, std::ios::binary};
+inline std::string contentsOf(const std::filesystem::path& path) {
+    std::ifstream stream{path, std::ios::binary};
     return {std::istreambuf_iterator<char>{stream}, {}};
 }
 

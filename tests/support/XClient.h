@@ -132,8 +132,8 @@ public:
         sync();
     }
 
-    void lockModifiers(unsigned modifiers, bool locked) {
-        const auto mask = static_cast<std::uint8_t>(modifiers);
+    void lockModifiers(unsigned wanted, bool locked) {
+        const auto mask = static_cast<std::uint8_t>(wanted);
         xcb_xkb_latch_lock_state(server(), XCB_XKB_ID_USE_CORE_KBD, mask, locked ? mask : 0, 0, 0,
                                  0, 0, 0);
         sync();

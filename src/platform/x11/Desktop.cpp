@@ -22,7 +22,7 @@ xcb_connection_t* toolkitConnection() {
 
 class Desktop final : public platform::Desktop {
 public:
-    explicit Desktop(const platform::DesktopHost& host) : host_(host) {}
+    explicit Desktop(platform::DesktopHost host) : host_(std::move(host)) {}
 
     std::optional<platform::LocalizedError> trustProblem() override {
         const auto problem = findTrustProblem(Connection::open().get());

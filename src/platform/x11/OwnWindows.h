@@ -18,8 +18,8 @@ public:
     /// `toolkit` outlives this.
     explicit OwnWindows(xcb_connection_t* toolkit);
 
-    void setShownInTaskBar(std::uintptr_t window, bool shown) override;
-    void bringToFront(std::uintptr_t window) override;
+    void setShownInTaskBar(std::uintptr_t native, bool shown) override;
+    void bringToFront(std::uintptr_t native) override;
 
 private:
     bool isManaged(xcb_window_t window);

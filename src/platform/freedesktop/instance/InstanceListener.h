@@ -21,6 +21,7 @@ public:
                      InstanceRequestHandler onRequest, uid_t user = ::geteuid());
     InstanceListener(const InstanceListener&) = delete;
     InstanceListener& operator=(const InstanceListener&) = delete;
+    ~InstanceListener() = default;
 
 private:
     struct Client {

@@ -14,9 +14,9 @@ class NothingToWatch final : public platform::Subscription {};
 
 } // namespace
 
-Windows::Windows(const platform::DesktopHost& host, const UserTime& userTime,
+Windows::Windows(platform::DesktopHost host, const UserTime& userTime,
                  std::string displayName)
-    : host_(host), userTime_(userTime), displayName_(std::move(displayName)) {}
+    : host_(std::move(host)), userTime_(userTime), displayName_(std::move(displayName)) {}
 
 Windows::~Windows() = default;
 

@@ -7,12 +7,14 @@
 #include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/entries/GlibPointers.h"
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gio/gdesktopappinfo.h>
@@ -76,83 +78,80 @@ std::string toldByUs(const std::string& path) {
 }
 
 /// The lines of entries that programs and people have written, and some that nobody should.
-const std::vector<std::string>& lines() {
-    static const std::vector<std::string> all{"Type=Application",
-                                              "Type=Link",
-                                              "Type=",
-                                              "Type = Application ",
-                                              "Name=Plain",
-                                              "Name= leading",
-                                              "Name=trailing ",
-                                              "Name[de]=Deutsch",
-                                              "Name[ja]=日本語",
-                                              "Name=",
-                                              "Name=tab\\there",
-                                              "Name=semi\\;colon",
-                                              "Name=back\\\\slash",
-                                              "Name=\\s space",
-                                              "Exec=true",
-                                              "Exec=true %U",
-                                              "Exec=\"true\" 'single'",
-                                              "Exec=",
-                                              "Exec= true",
-                                              "Exec=no-such-program",
-                                              "Exec=\"unclosed",
-                                              "Exec=/bin/true --x=%f",
-                                              "Exec=sh -c 'a b'",
-                                              "Exec=env A=1 true",
-                                              "Exec=true \\\\$HOME",
-                                              "Exec=$HOME/true",
-                                              "TryExec=true",
-                                              "TryExec=no-such-program",
-                                              "TryExec=",
-                                              "TryExec=/bin/true",
-                                              "Hidden=true",
-                                              "Hidden=1",
-                                              "Hidden=TRUE",
-                                              "Hidden=yes",
-                                              "Hidden=false ",
-                                              "NoDisplay=true",
-                                              "NoDisplay=maybe",
-                                              "Terminal=true",
-                                              "Terminal=0",
-                                              "StartupNotify=true",
-                                              "StartupNotify=",
-                                              "DBusActivatable=true",
-                                              "DBusActivatable=false",
-                                              "StartupWMClass=Some-Class",
-                                              "StartupWMClass= spaced class",
-                                              "OnlyShowIn=GNOME;",
-                                              "OnlyShowIn=KDE;XFCE;",
-                                              "OnlyShowIn=",
-                                              "OnlyShowIn=GNOME",
-                                              "NotShowIn=GNOME;",
-                                              "NotShowIn=KDE",
-                                              "NotShowIn=;",
-                                              "Icon=some-icon",
-                                              "Icon=/a/path.svg",
-                                              "Icon[ja]=other",
-                                              "Path=/tmp",
-                                              "Path=relative",
-                                              "Path=",
-                                              "X-Unknown=1",
-                                              "# a comment",
-                                              "",
-                                              "   ",
-                                              "no key here",
-                                              "=no key",
-                                              "Key",
-                                              "Key With Space=1",
-                                              "[Desktop Action One]",
-                                              "[Desktop Entry]",
-                                              "[Other",
-                                              "[]",
-                                              "Name=\xff\xfe broken",
-                                              "\xEF\xBB\xBF",
-                                              "Name=a\rName=b",
-                                              "Comment=x"};
-    return all;
-}
+constexpr auto lines = std::to_array<std::string_view>({"Type=Application",
+                                                        "Type=Link",
+                                                        "Type=",
+                                                        "Type = Application ",
+                                                        "Name=Plain",
+                                                        "Name= leading",
+                                                        "Name=trailing ",
+                                                        "Name[de]=Deutsch",
+                                                        "Name[ja]=日本語",
+                                                        "Name=",
+                                                        "Name=tab\\there",
+                                                        "Name=semi\\;colon",
+                                                        "Name=back\\\\slash",
+                                                        "Name=\\s space",
+                                                        "Exec=true",
+                                                        "Exec=true %U",
+                                                        "Exec=\"true\" 'single'",
+                                                        "Exec=",
+                                                        "Exec= true",
+                                                        "Exec=no-such-program",
+                                                        "Exec=\"unclosed",
+                                                        "Exec=/bin/true --x=%f",
+                                                        "Exec=sh -c 'a b'",
+                                                        "Exec=env A=1 true",
+                                                        "Exec=true \\\\$HOME",
+                                                        "Exec=$HOME/true",
+                                                        "TryExec=true",
+                                                        "TryExec=no-such-program",
+                                                        "TryExec=",
+                                                        "TryExec=/bin/true",
+                                                        "Hidden=true",
+                                                        "Hidden=1",
+                                                        "Hidden=TRUE",
+                                                        "Hidden=yes",
+                                                        "Hidden=false ",
+                                                        "NoDisplay=true",
+                                                        "NoDisplay=maybe",
+                                                        "Terminal=true",
+                                                        "Terminal=0",
+                                                        "StartupNotify=true",
+                                                        "StartupNotify=",
+                                                        "DBusActivatable=true",
+                                                        "DBusActivatable=false",
+                                                        "StartupWMClass=Some-Class",
+                                                        "StartupWMClass= spaced class",
+                                                        "OnlyShowIn=GNOME;",
+                                                        "OnlyShowIn=KDE;XFCE;",
+                                                        "OnlyShowIn=",
+                                                        "OnlyShowIn=GNOME",
+                                                        "NotShowIn=GNOME;",
+                                                        "NotShowIn=KDE",
+                                                        "NotShowIn=;",
+                                                        "Icon=some-icon",
+                                                        "Icon=/a/path.svg",
+                                                        "Icon[ja]=other",
+                                                        "Path=/tmp",
+                                                        "Path=relative",
+                                                        "Path=",
+                                                        "X-Unknown=1",
+                                                        "# a comment",
+                                                        "",
+                                                        "   ",
+                                                        "no key here",
+                                                        "=no key",
+                                                        "Key",
+                                                        "Key With Space=1",
+                                                        "[Desktop Action One]",
+                                                        "[Desktop Entry]",
+                                                        "[Other",
+                                                        "[]",
+                                                        "Name=\xff\xfe broken",
+                                                        "\xEF\xBB\xBF",
+                                                        "Name=a\rName=b",
+                                                        "Comment=x"});
 
 class ReferenceTest : public ::testing::Test {
 protected:
@@ -193,7 +192,8 @@ TEST_F(ReferenceTest, AgreesOnEveryEntryOfTheMachine) {
 }
 
 TEST_F(ReferenceTest, AgreesOnEveryLineByItself) {
-    for (const auto& line : lines()) {
+    for (const auto text : lines) {
+        const std::string line(text);
         expectAgreement("[Desktop Entry]\nType=Application\nName=N\nExec=true\n" + line + '\n');
         expectAgreement("[Desktop Entry]\n" + line + "\nType=Application\nName=N\nExec=true\n");
         expectAgreement(line + "\n[Desktop Entry]\nType=Application\nName=N\nExec=true\n");
@@ -207,7 +207,7 @@ TEST_F(ReferenceTest, AgreesOnMadeUpEntries) {
         std::string text = upTo(10) == 0 ? "" : "[Desktop Entry]\n";
         text += upTo(5) == 0 ? "" : "Type=Application\nExec=true\n";
         for (auto rest = upTo(8); rest > 0; --rest) {
-            text += lines()[upTo(lines().size())] + '\n';
+            text += std::string(lines[upTo(lines.size())]) + '\n';
         }
         expectAgreement(text);
         if (HasFailure()) {
@@ -219,8 +219,8 @@ TEST_F(ReferenceTest, AgreesOnMadeUpEntries) {
 // Except for files that describe no application: the reference passes them over, while for us the
 // first file counts whatever it says, as the standard has it.
 TEST_F(ReferenceTest, AgreesOnWhichFileAnIdentifierMeans) {
-    const auto minimal = [](const std::string& more) {
-        return "[Desktop Entry]\nType=Application\nName=N\nExec=true\n" + more;
+    const auto minimal = [](const std::string& rest) {
+        return "[Desktop Entry]\nType=Application\nName=N\nExec=true\n" + rest;
     };
     const auto own = home_.applications();
     const auto system = home_.systemApplications();
@@ -272,8 +272,8 @@ TEST_F(ReferenceTest, AgreesOnWhatAProgramIsStartedWith) {
                                          "%N",
                                          "%v",
                                          "%m",
-                                         "\"a \\\\\"b\\\\\" c\"",
-                                         "\"\\\\$HOME\"",
+                                         R"("a \\"b\\" c")",
+                                         R"("\\$HOME")",
                                          "\"\"",
                                          "''",
                                          "a\\\\ b",
