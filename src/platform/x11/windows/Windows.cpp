@@ -14,8 +14,7 @@ class NothingToWatch final : public platform::Subscription {};
 
 } // namespace
 
-Windows::Windows(platform::DesktopHost host, const UserTime& userTime,
-                 std::string displayName)
+Windows::Windows(platform::DesktopHost host, const UserTime& userTime, std::string displayName)
     : host_(std::move(host)), userTime_(userTime), displayName_(std::move(displayName)) {}
 
 Windows::~Windows() = default;
