@@ -14,7 +14,7 @@ namespace {
 std::string withoutImageExtension(std::string name) {
     for (const std::string_view extension : {".png", ".svg", ".xpm"}) {
         if (name.ends_with(extension)) {
-            name.resize(name.size() - extension.size());
+            name.erase(name.size() - extension.size());
             break;
         }
     }
