@@ -60,8 +60,8 @@ protected:
     }
 
     /// Strikes it and waits until the utility has seen every press. A locker that gives the pointer
-    /// back is stopped until then: without the pointer it looks like a client that holds the
-    /// combination.
+    /// back is stopped until then: once it has given it back, X shows no difference between it and
+    /// a client that holds the combination.
     void strikeBehindLocker(const Combination& combination) {
         const bool givesPointerBack = input_.devices().pointer && !GetParam().service.empty();
         const auto process = givesPointerBack ? processOf(GetParam().service) : 0;

@@ -20,7 +20,7 @@ protected:
     void SetUp() override {
         EditorStoryTest::SetUp();
         editor = story.clickEdit(0);
-        story.showsRecorder(editor); // and so has asked for the front for the last time
+        story.showsRecorder(editor); // or its own late request would put it before the next window
         story.openManagement();
         adder = story.clickAdd();
         story.choose(adder, story.front.name());

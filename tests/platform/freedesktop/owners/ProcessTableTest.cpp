@@ -81,16 +81,16 @@ TEST(ProcessTableTest, AScriptThatBecomesTheProgramLongAfterItsStartIsFoundThen)
 TEST(ProcessTableTest, AScriptThatBecomesAnotherScriptIsFoundAsThat) {
     const test::ApplicationsHome home;
     const auto gate = home.path() / "gate";
-    const auto nobody = home.path() / "nobody"; // writes there
+    const auto silent = home.path() / "silent"; // nobody writes there, so its reader stays
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
-    ASSERT_EQ(::mkfifo(nobody.c_str(), 0600), 0);
+    ASSERT_EQ(::mkfifo(silent.c_str(), 0600), 0);
     const auto tool = home.write(home.path() / "tool", "#!/bin/sh\nread line < \"$1\"\n");
     std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
     const auto wrapper =
         home.write(home.path() / "wrapper", "#!/bin/sh\nread line < \"$1\"\nshift\nexec \"$@\"\n");
     std::filesystem::permissions(wrapper, std::filesystem::perms::owner_all);
-    home.addEntry("tool", tool + ' ' + nobody.string());
-    const ChildProcess process({wrapper, gate.string(), tool, nobody.string()});
+    home.addEntry("tool", tool + ' ' + silent.string());
+    const ChildProcess process({wrapper, gate.string(), tool, silent.string()});
     DesktopEntries entries;
     ProcessTable table(entries);
     ASSERT_TRUE(test::waitUntil([&] { return hasGrownUp(process.pid()); }));
