@@ -219,7 +219,7 @@ TEST_F(ReferenceTest, AgreesOnMadeUpEntries) {
 // Except for files that describe no application: the reference passes them over, while for us the
 // first file counts whatever it says, as the standard has it.
 TEST_F(ReferenceTest, AgreesOnWhichFileAnIdentifierMeans) {
-    const auto minimal = [](const std::string& rest) {
+    const auto entryWith = [](const std::string& rest) {
         return "[Desktop Entry]\nType=Application\nName=N\nExec=true\n" + rest;
     };
     const auto own = home_.applications();
@@ -227,18 +227,18 @@ TEST_F(ReferenceTest, AgreesOnWhichFileAnIdentifierMeans) {
     const auto second = home_.path() / "second/applications";
     ::setenv("XDG_DATA_DIRS",
              (system.parent_path().string() + ':' + second.parent_path().string()).c_str(), 1);
-    home_.write(own / "both.desktop", minimal(""));
-    home_.write(system / "both.desktop", minimal(""));
-    home_.write(system / "shared.desktop", minimal(""));
-    home_.write(second / "shared.desktop", minimal(""));
-    home_.write(own / "hidden.desktop", minimal("Hidden=true\n"));
-    home_.write(system / "hidden.desktop", minimal(""));
-    home_.write(system / "kde/folder.desktop", minimal(""));
-    home_.write(second / "kde-folder.desktop", minimal(""));
-    home_.write(second / "a/b/deep.desktop", minimal(""));
-    home_.write(second / "no-extension", minimal(""));
-    home_.write(second / ".dot.desktop", minimal(""));
-    home_.write(own / "日本.desktop", minimal("NoDisplay=true\n"));
+    home_.write(own / "both.desktop", entryWith(""));
+    home_.write(system / "both.desktop", entryWith(""));
+    home_.write(system / "shared.desktop", entryWith(""));
+    home_.write(second / "shared.desktop", entryWith(""));
+    home_.write(own / "hidden.desktop", entryWith("Hidden=true\n"));
+    home_.write(system / "hidden.desktop", entryWith(""));
+    home_.write(system / "kde/folder.desktop", entryWith(""));
+    home_.write(second / "kde-folder.desktop", entryWith(""));
+    home_.write(second / "a/b/deep.desktop", entryWith(""));
+    home_.write(second / "no-extension", entryWith(""));
+    home_.write(second / ".dot.desktop", entryWith(""));
+    home_.write(own / "日本.desktop", entryWith("NoDisplay=true\n"));
     DesktopEntries entries;
     for (const std::string name : {"both", "shared", "hidden", "kde-folder", "folder", "a-b-deep",
                                    "deep", "no-extension", ".dot", "日本", "none"}) {
