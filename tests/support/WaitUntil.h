@@ -11,18 +11,22 @@ using namespace std::chrono_literals;
 /// How long to wait for what other programs do, also on a machine that is busy.
 inline constexpr std::chrono::milliseconds patience = 30s;
 
-/// Asks `condition` until it holds, each millisecond at first and more rarely later; false if it
-/// does not within `longest`.
+/// Asks `condition` until it holds, each millisecond at first and more rarely later, and for at
+/// most a third of the time, which leaves the machine to those who make it true; false if it does
+/// not hold within `longest`.
 template <class Condition>
 [[nodiscard]] bool waitUntil(Condition&& condition, std::chrono::milliseconds longest = patience) {
     using Clock = std::chrono::steady_clock;
     const auto begin = Clock::now();
-    while (!condition()) {
-        const auto waited = Clock::now() - begin;
+    for (auto asked = begin; !condition();) {
+        const auto answered = Clock::now();
+        const auto waited = answered - begin;
         if (waited >= longest) {
             return false;
         }
-        std::this_thread::sleep_for(std::clamp<Clock::duration>(waited / 100, 1ms, 20ms));
+        const auto pause = std::max(2 * (answered - asked), waited / 50);
+        std::this_thread::sleep_for(std::clamp<Clock::duration>(pause, 1ms, 50ms));
+        asked = Clock::now();
     }
     return true;
 }
