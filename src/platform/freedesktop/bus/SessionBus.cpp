@@ -77,8 +77,9 @@ SessionBus::~SessionBus() {
 
 void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     const auto call = connection_.asyncCall(message, noTimeLimit);
-    if (call.isFinished()) { // a dead connection takes no calls
-        tell(answer, call.error());
+    if (call.isError()) { // on a dead connection there is nothing to watch
+        QMetaObject::invokeMethod(
+            this, [answer, error = call.error()] { tell(answer, error); }, Qt::QueuedConnection);
         return;
     }
     auto* const watcher = new QDBusPendingCallWatcher(call, this);

@@ -20,7 +20,7 @@ class SessionBus final : public QObject {
     Q_OBJECT
 
 public:
-    /// Runs exactly once, on the main thread, inside or after the call: with nothing on success,
+    /// Runs exactly once, on the main thread, after the call has returned: with nothing on success,
     /// else with the reason.
     using Answer = std::function<void(const std::optional<std::string>& failure)>;
 
