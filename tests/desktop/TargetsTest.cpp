@@ -95,9 +95,11 @@ TEST_P(TargetsTest, AMinimisedWindowOnAnotherWorkspaceComesBackThere) {
     auto& target = coveredTarget();
     const auto window = target.windows().at(0);
     becomesWorkspaces(3);
+    minimise(
+        window); // first: on another workspace, some window managers call every window minimised
     story.pager.moveToWorkspace(window, 1);
     ASSERT_TRUE(waitUntil([&] { return story.pager.workspaceOf(window) == 1; }));
-    minimise(window);
+    ASSERT_TRUE(story.pager.isMinimised(window));
     story.strike(bound);
     EXPECT_TRUE(story.isInFront(target));
     EXPECT_EQ(story.pager.currentWorkspace(), 1);
