@@ -8,6 +8,7 @@
 #include "platform/Services.h"
 #include "platform/freedesktop/TextComparison.h"
 #include "platform/freedesktop/autostart/LoginItem.h"
+#include "platform/freedesktop/bus/ScreenLock.h"
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/entries/ApplicationBundles.h"
 #include "platform/freedesktop/files/FileManager.h"
@@ -74,6 +75,7 @@ private:
     std::unique_ptr<platform::Desktop> desktop_;
     qt::Application application_{desktop_->ownWindows()};
     freedesktop::SessionBus* bus_;
+    freedesktop::ScreenLock screenLock_;
     qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_};
     TrustPrompt trustPrompt_{*desktop_};
     freedesktop::ProcessTable processes_{entries_};

@@ -41,6 +41,10 @@ struct DesktopHost {
     RunLoop& runLoop;
     WindowOwners& windowOwners;
     std::function<void()> onLost; ///< called on the main thread when the session has gone away
+
+    /// Whether the desktop's own screen locker says that it covers the screen. To be called on the
+    /// main thread.
+    std::function<bool()> isScreenLocked;
 };
 
 /// A session that was found before the toolkit starts.

@@ -1,10 +1,10 @@
 #include "desktop/RecordedTraffic.h"
 #include "desktop/Story.h"
+#include "platform/qt/Pointer.h"
 #include "platform/x11/taps/TakenInput.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
-#include <csignal>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -21,8 +21,8 @@ using Command = std::vector<std::string>;
 struct Locker {
     Command lock;
     Command unlock;      ///< empty if `lock` is the locker itself, which is killed instead
-    std::string service; ///< the bus name of a locker that gives the pointer back at the first key
-                         ///< press, for its dialog; empty if it keeps the pointer
+    std::string service; ///< the bus name of a locker that announces that it has the screen, and
+                         ///< gives the pointer back for its dialog; empty if it does neither
 };
 
 std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
@@ -50,7 +50,12 @@ protected:
         ASSERT_TRUE(waitUntil([this] {
             return input_.devices().pointer && input_.devices().keyboard;
         })) << locker_->errors();
+        if (!GetParam().service.empty()) {
+            ASSERT_TRUE(waitUntil([this] { return announcesItself(); }));
+            utilityReadsItsBus();
+        }
     }
+
     void unlock() {
         if (!GetParam().unlock.empty()) {
             story.run(GetParam().unlock);
@@ -59,22 +64,22 @@ protected:
         ASSERT_TRUE(waitUntil([this] { return !input_.devices().keyboard; }));
     }
 
-    /// Strikes it and waits until the utility has seen every press. A locker that gives the pointer
-    /// back is stopped until then: once it has given it back, X shows no difference between it and
-    /// a client that holds the combination.
+    /// Strikes it and waits until the utility has seen every press.
     void strikeBehindLocker(const Combination& combination) {
-        const bool givesPointerBack = input_.devices().pointer && !GetParam().service.empty();
-        const auto process = givesPointerBack ? processOf(GetParam().service) : 0;
-        if (givesPointerBack) {
-            ASSERT_EQ(::kill(process, SIGSTOP), 0);
-        }
         presses_ += combination.keys().size();
         story.strike(combination);
         EXPECT_TRUE(isSeenByTheUtility(presses_));
-        if (givesPointerBack) {
-            ASSERT_EQ(::kill(process, SIGCONT), 0);
-            ASSERT_TRUE(waitUntil([this] { return !input_.devices().pointer; }));
-        }
+    }
+
+    /// The mouse makes a locker that gives the pointer back show its dialog.
+    void wakeWithTheMouse() {
+        Pointer mouse(story.desktop.display());
+        int x = 0;
+        EXPECT_TRUE(waitUntil([&] {
+            mouse.moveTo(x += 10, 100);
+            return !input_.devices().pointer;
+        }));
+        EXPECT_TRUE(input_.devices().keyboard);
     }
 
     /// Waits until the utility has seen so many presses: at each it sends a request to learn
@@ -86,12 +91,21 @@ protected:
                          << questions_.of(story.utility().pid()) << " presses of " << presses;
     }
 
-    pid_t processOf(const std::string& service) const {
-        const auto answer =
-            callOnBus(story.desktop,
-                      {"org.freedesktop.DBus", "/org/freedesktop/DBus",
-                       "org.freedesktop.DBus.GetConnectionUnixProcessID", '"' + service + '"'});
-        return std::stoi(answer.substr(answer.find(' '))); // (uint32 4711,)
+    bool announcesItself() const {
+        return callOnBus(story.desktop, {GetParam().service, objectOf(GetParam().service),
+                                         GetParam().service + ".GetActive"}) == "(true,)\n";
+    }
+
+    /// A program answers a call on the bus after what it got before.
+    void utilityReadsItsBus() const {
+        const std::string utility = "app.hollowfernpike.Hollowfernpike";
+        callOnBus(story.desktop,
+                  {utility, objectOf(utility), "org.freedesktop.DBus.Introspectable.Introspect"});
+    }
+
+    static std::string objectOf(std::string service) {
+        std::ranges::replace(service, '.', '/');
+        return '/' + service;
     }
 
     Story story;
@@ -121,19 +135,34 @@ TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
     EXPECT_TRUE(story.isInFront(hidden));
 }
 
+using LockerDialogTest = LockedScreenTest;
+
+TEST_P(LockerDialogTest, NothingIsLaunchedBehindIt) {
+    lock();
+    wakeWithTheMouse();
+    strikeBehindLocker(bound);
+    unlock();
+    story.strike(another);
+    ASSERT_TRUE(story.isInFront(front));
+    EXPECT_EQ(hidden.starts(), 0U);
+}
+
 std::string lockerName(const testing::TestParamInfo<Locker>& info) {
     auto name = info.param.lock.front();
     std::ranges::replace(name, '-', '_');
     return name;
 }
 
+const Locker cinnamonScreensaver{{"cinnamon-screensaver-command", "--lock"},
+                                 {"cinnamon-screensaver-command", "--exit"},
+                                 "org.cinnamon.ScreenSaver"};
+
 INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
                          testing::Values(Locker{{"i3lock", "--nofork"}, {}, {}},
-                                         Locker{{"xsecurelock"}, {}, {}},
-                                         Locker{{"cinnamon-screensaver-command", "--lock"},
-                                                {"cinnamon-screensaver-command", "--exit"},
-                                                "org.cinnamon.ScreenSaver"}),
+                                         Locker{{"xsecurelock"}, {}, {}}, cinnamonScreensaver),
                          lockerName);
+
+INSTANTIATE_TEST_SUITE_P(Of, LockerDialogTest, testing::Values(cinnamonScreensaver), lockerName);
 
 } // namespace
 } // namespace hollowfernpike

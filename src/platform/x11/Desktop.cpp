@@ -38,7 +38,7 @@ public:
 private:
     platform::DesktopHost host_;
     UserTime userTime_;
-    EventTaps eventTaps_{host_.mainQueue, userTime_, {}, host_.onLost};
+    EventTaps eventTaps_{host_.mainQueue, userTime_, {}, host_.onLost, host_.isScreenLocked};
     Windows windows_{host_, userTime_};
     LaunchFeedback launchFeedback_{windows_, userTime_};
     OwnWindows ownWindows_{toolkitConnection()};

@@ -38,10 +38,11 @@ bool isWithSuper(const platform::KeyCombination& combination) {
 
 } // namespace
 
-GrabbedKeys::GrabbedKeys(const Connection& connection, platform::MainQueue& queue)
+GrabbedKeys::GrabbedKeys(const Connection& connection, platform::MainQueue& queue,
+                         std::function<bool()> isScreenLocked)
     : connection_(connection), queue_(queue),
       windowManager_(connection.get(), "WM_S", connection.screenNumber()), grabs_(connection),
-      rawKeys_(connection) {}
+      rawKeys_(connection, std::move(isScreenLocked)) {}
 
 void GrabbedKeys::setInterest(std::span<const platform::KeyCombination> combinations) {
     interest_.assign(combinations.begin(), combinations.end());

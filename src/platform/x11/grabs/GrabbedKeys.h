@@ -9,6 +9,7 @@
 #include "platform/x11/tray/ManagerSelection.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 
 namespace hollowfernpike::x11 {
@@ -24,8 +25,9 @@ namespace hollowfernpike::x11 {
 /// after a window manager began, and after a key that was held looked free.
 class GrabbedKeys final : public KeySource {
 public:
-    /// The connection and the queue outlive this object.
-    GrabbedKeys(const Connection& connection, platform::MainQueue& queue);
+    /// The connection and the queue outlive this object. `isScreenLocked`: as in RawKeys.
+    GrabbedKeys(const Connection& connection, platform::MainQueue& queue,
+                std::function<bool()> isScreenLocked);
     GrabbedKeys(const GrabbedKeys&) = delete;
     GrabbedKeys& operator=(const GrabbedKeys&) = delete;
     ~GrabbedKeys() override = default;

@@ -28,7 +28,8 @@ void selectKeyboardChanges(const Connection& connection) {
 /// Every key press of the desktop, taken from nobody: the source of a listen-only tap.
 class ObservedKeys final : public KeySource {
 public:
-    explicit ObservedKeys(const Connection& connection) : rawKeys_(connection) {}
+    ObservedKeys(const Connection& connection, std::function<bool()> isScreenLocked)
+        : rawKeys_(connection, std::move(isScreenLocked)) {}
 
     void setInterest(std::span<const platform::KeyCombination>) override {}
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
@@ -49,11 +50,12 @@ private:
 };
 
 std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
-                                      const Connection& connection, platform::MainQueue& queue) {
+                                      const Connection& connection, platform::MainQueue& queue,
+                                      const std::function<bool()>& isScreenLocked) {
     if (options == platform::EventTapOptions::active) {
-        return std::make_unique<GrabbedKeys>(connection, queue);
+        return std::make_unique<GrabbedKeys>(connection, queue, isScreenLocked);
     }
-    return std::make_unique<ObservedKeys>(connection);
+    return std::make_unique<ObservedKeys>(connection, isScreenLocked);
 }
 
 std::function<void()> once(std::function<void()> action) {
@@ -68,9 +70,10 @@ std::function<void()> once(std::function<void()> action) {
 } // namespace
 
 EventTaps::EventTaps(platform::MainQueue& queue, UserTime& userTime, std::string displayName,
-                     std::function<void()> onConnectionLost)
+                     std::function<void()> onConnectionLost, std::function<bool()> isScreenLocked)
     : queue_(queue), userTime_(userTime), displayName_(std::move(displayName)),
-      connectionLost_(once(std::move(onConnectionLost))) {}
+      connectionLost_(once(std::move(onConnectionLost))),
+      isScreenLocked_(std::move(isScreenLocked)) {}
 
 std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions options,
                                                       platform::EventTapCallback callback,
@@ -84,7 +87,7 @@ std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions 
     if (!KeyboardDescription::read(*connection)) {
         return nullptr;
     }
-    auto source = makeSource(options, *connection, queue_);
+    auto source = makeSource(options, *connection, queue_, isScreenLocked_);
     return std::make_unique<KeyTap>(KeyTap::Services{queue_, userTime_, connectionLost_},
                                     std::move(connection), std::move(source),
                                     KeyTap::Listener{callback, userInfo});

@@ -15,9 +15,11 @@ class EventTaps final : public platform::EventTaps {
 public:
     /// The queue and the user time must outlive this object and its taps. The display is that of
     /// the environment if the name is empty. `onConnectionLost` is called on the main thread when
-    /// the server of some tap goes away, once however many taps there are.
+    /// the server of some tap goes away, once however many taps there are. `isScreenLocked`: as
+    /// in RawKeys.
     EventTaps(platform::MainQueue& queue, UserTime& userTime, std::string displayName = {},
-              std::function<void()> onConnectionLost = {});
+              std::function<void()> onConnectionLost = {},
+              std::function<bool()> isScreenLocked = {});
 
     std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
                                                platform::EventTapCallback callback,
@@ -28,6 +30,7 @@ private:
     UserTime& userTime_;
     std::string displayName_;
     std::function<void()> connectionLost_;
+    std::function<bool()> isScreenLocked_;
 };
 
 } // namespace hollowfernpike::x11

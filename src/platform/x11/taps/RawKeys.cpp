@@ -4,6 +4,8 @@
 #include "platform/x11/server/Reply.h"
 #include "platform/x11/taps/EventKinds.h"
 
+#include <utility>
+
 #include <xcb/xinput.h>
 
 namespace hollowfernpike::x11 {
@@ -17,7 +19,8 @@ struct EventMask {
 
 } // namespace
 
-RawKeys::RawKeys(const Connection& connection) : connection_(connection), input_(connection) {}
+RawKeys::RawKeys(const Connection& connection, std::function<bool()> isScreenLocked)
+    : connection_(connection), input_(connection), isScreenLocked_(std::move(isScreenLocked)) {}
 
 void RawKeys::start() {
     if (started_) {
@@ -74,7 +77,8 @@ bool RawKeys::covers(const xcb_generic_event_t& event) const {
 // counts only after both were taken: some lockers leave the pointer to the user for their dialog.
 bool RawKeys::isForAnother() {
     const auto taken = input_.devices();
-    const bool wasTaken = wasInputTaken_;
+    const bool isLocked = taken.keyboard && isScreenLocked_ && isScreenLocked_();
+    const bool wasTaken = wasInputTaken_ || isLocked;
     wasInputTaken_ = taken.keyboard && (taken.pointer || wasTaken);
     return wasInputTaken_ && (wasTaken || !isModifierHeld_);
 }

@@ -3,6 +3,7 @@
 #include "platform/x11/keyboard/KeyboardMap.h"
 #include "platform/x11/taps/TakenInput.h"
 
+#include <functional>
 #include <optional>
 
 namespace hollowfernpike::x11 {
@@ -11,9 +12,10 @@ namespace hollowfernpike::x11 {
 /// events of XInput 2.1 or later (its version must have been agreed on this connection). Repeats
 /// are not seen. One at most per connection.
 ///
-/// Once another client has taken keyboard and pointer for itself, presses are ignored as long as it
-/// keeps the keyboard, because it may be a screen locker. But it may have taken them because of a
-/// press, so the first press counts if a modifier was held before it.
+/// Presses are ignored while another client has the keyboard for itself and the screen is locked.
+/// Not every locker announces itself. So once another client has taken keyboard and pointer,
+/// presses are ignored, too, as long as it keeps the keyboard. But it may have taken them because
+/// of a press, so the first press counts if a modifier was held before it.
 class RawKeys {
 public:
     struct Press {
@@ -24,7 +26,8 @@ public:
         bool operator==(const Press&) const = default;
     };
 
-    explicit RawKeys(const Connection& connection);
+    /// `isScreenLocked` is asked at every press, on the thread that reads; it may be empty.
+    explicit RawKeys(const Connection& connection, std::function<bool()> isScreenLocked = {});
 
     /// Selects the events. Waits for the server.
     void start();
@@ -43,6 +46,7 @@ private:
 
     const Connection& connection_;
     TakenInput input_;
+    std::function<bool()> isScreenLocked_;
     bool started_ = false;
     std::uint32_t startedAt_ = 0; ///< number of the request that told the modifiers
     std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period

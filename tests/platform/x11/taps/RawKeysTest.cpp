@@ -38,7 +38,8 @@ protected:
     KeyInjector keyboard_{display_.name()};
     xcb_keycode_t x_ = keyboard_.keycode("AB02");
     xcb_keycode_t control_ = keyboard_.keycode("LCTL");
-    x11::RawKeys raw_{client_.connection()};
+    bool isScreenLocked_ = false;
+    x11::RawKeys raw_{client_.connection(), [this] { return isScreenLocked_; }};
 };
 
 TEST_F(RawKeysTest, PressesFromBeforeTheStopAreReadAfterIt) {
@@ -99,6 +100,28 @@ TEST_F(RawKeysTest, NothingIsSeenWhenALockerGivesThePointerBack) {
     keyboard_.strike({"LCTL", "AB02"});
     EXPECT_EQ(states(), States{});
     other_.giveInputBack();
+    keyboard_.strike({"LCTL", "AB02"});
+    EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
+}
+
+// As Cinnamon's locker looks once the mouse has woken it.
+TEST_F(RawKeysTest, NothingIsSeenBehindALockerWithTheKeyboardAlone) {
+    raw_.start();
+    isScreenLocked_ = true;
+    ASSERT_TRUE(other_.grabKeyboard());
+    keyboard_.strike({"LCTL", "AB02"});
+    keyboard_.strike({"AB02"});
+    EXPECT_EQ(states(), States{});
+    isScreenLocked_ = false;
+    other_.giveInputBack();
+    keyboard_.strike({"AB02"});
+    EXPECT_EQ(states(), (States{{x_, 0}}));
+}
+
+// A locker that has ended without a word has lost the keyboard with its connection.
+TEST_F(RawKeysTest, ALockedScreenHidesNothingWhoseKeyboardNobodyHas) {
+    raw_.start();
+    isScreenLocked_ = true;
     keyboard_.strike({"LCTL", "AB02"});
     EXPECT_EQ(states(), (States{{control_, 0}, {x_, XCB_MOD_MASK_CONTROL}}));
 }

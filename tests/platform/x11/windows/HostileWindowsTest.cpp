@@ -198,7 +198,7 @@ protected:
     FakeWindowOwners owners_;
     FakeMainQueue queue_;
     PolledRunLoop runLoop_;
-    x11::Windows windows_{{queue_, runLoop_, owners_, {}}, userTime_, display_};
+    x11::Windows windows_{{queue_, runLoop_, owners_, {}, {}}, userTime_, display_};
     xcb_window_t window_;
 };
 

@@ -106,7 +106,7 @@ protected:
     FakeWindowOwners owners_;
     FakeMainQueue queue_;
     PolledRunLoop runLoop_;
-    x11::Windows windows_{{queue_, runLoop_, owners_, {}}, userTime_, desktop_.display()};
+    x11::Windows windows_{{queue_, runLoop_, owners_, {}, {}}, userTime_, desktop_.display()};
 
 private:
     static std::vector<xcb_window_t> windowsIn(const std::string& output) {
