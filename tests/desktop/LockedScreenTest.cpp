@@ -1,39 +1,35 @@
 #include "desktop/RecordedTraffic.h"
 #include "desktop/Story.h"
-#include "platform/qt/Pointer.h"
+#include "platform/freedesktop/entries/GlibPointers.h"
 #include "platform/x11/taps/TakenInput.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
+#include <csignal>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <gio/gio.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace hollowfernpike {
 namespace {
 
 using namespace test;
 
-using Command = std::vector<std::string>;
-
-struct Locker {
-    Command lock;
-    Command unlock;      ///< empty if `lock` is the locker itself, which is killed instead
-    std::string service; ///< the bus name of a locker that announces that it has the screen, and
-                         ///< gives the pointer back for its dialog; empty if it does neither
-};
-
-std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
-    return stream << locker.lock.front();
+std::string objectOf(std::string service) {
+    std::ranges::replace(service, '.', '/');
+    return '/' + service;
 }
 
 /// The utility only observes a combination that another program holds, too, and observing goes on
 /// behind a locker.
-class LockedScreenTest : public testing::TestWithParam<Locker> {
+class BehindLockerTest : public testing::Test {
 protected:
-    LockedScreenTest() {
+    BehindLockerTest() {
         story.bind(bound, hidden);
         story.bind(another, front);
         EXPECT_TRUE(rival.grab(story.grabOf(bound)));
@@ -42,58 +38,16 @@ protected:
         EXPECT_TRUE(story.isLive(story.grabOf(another)));
     }
 
-    void lock() {
-        locker_ = story.desktop.start(GetParam().lock);
-        if (!GetParam().unlock.empty()) {
-            ASSERT_EQ(locker_->wait(), 0) << locker_->errors();
-        }
-        ASSERT_TRUE(waitUntil([this] {
-            return input_.devices().pointer && input_.devices().keyboard;
-        })) << locker_->errors();
-        if (!GetParam().service.empty()) {
-            ASSERT_TRUE(waitUntil([this] { return announcesItself(); }));
-            utilityReadsItsBus();
-        }
-    }
-
-    void unlock() {
-        if (!GetParam().unlock.empty()) {
-            story.run(GetParam().unlock);
-        }
-        locker_.reset();
-        ASSERT_TRUE(waitUntil([this] { return !input_.devices().keyboard; }));
+    x11::TakenDevices devices() {
+        ++ownQuestions;
+        return input_.devices();
     }
 
     /// Strikes it and waits until the utility has seen every press.
     void strikeBehindLocker(const Combination& combination) {
-        presses_ += combination.keys().size();
+        const auto before = questionsOfUtility();
         story.strike(combination);
-        EXPECT_TRUE(isSeenByTheUtility(presses_));
-    }
-
-    /// The mouse makes a locker that gives the pointer back show its dialog.
-    void wakeWithTheMouse() {
-        Pointer mouse(story.desktop.display());
-        int x = 0;
-        EXPECT_TRUE(waitUntil([&] {
-            mouse.moveTo(x += 10, 100);
-            return !input_.devices().pointer;
-        }));
-        EXPECT_TRUE(input_.devices().keyboard);
-    }
-
-    /// Waits until the utility has seen so many presses: at each it sends a request to learn
-    /// whether the keyboard is taken.
-    testing::AssertionResult isSeenByTheUtility(std::size_t presses) {
-        return waitUntil([&] { return questions_.of(story.utility().pid()) >= presses; })
-                   ? testing::AssertionSuccess()
-                   : testing::AssertionFailure()
-                         << questions_.of(story.utility().pid()) << " presses of " << presses;
-    }
-
-    bool announcesItself() const {
-        return callOnBus(story.desktop, {GetParam().service, objectOf(GetParam().service),
-                                         GetParam().service + ".GetActive"}) == "(true,)\n";
+        EXPECT_TRUE(isSeenByTheUtility(before, combination.keys().size()));
     }
 
     /// A program answers a call on the bus after what it got before.
@@ -103,23 +57,98 @@ protected:
                   {utility, objectOf(utility), "org.freedesktop.DBus.Introspectable.Introspect"});
     }
 
-    static std::string objectOf(std::string service) {
-        std::ranges::replace(service, '.', '/');
-        return '/' + service;
+    void nothingIsLaunchedUntilNow() {
+        story.strike(another);
+        ASSERT_TRUE(story.isInFront(front));
+        EXPECT_EQ(hidden.starts(), 0U);
+    }
+
+    void launchingWorks() {
+        story.strike(bound);
+        EXPECT_TRUE(story.isInFront(hidden));
     }
 
     Story story;
     XClient rival{story.desktop.display()};
     Application& front = story.open("Front");
     Application& hidden = story.install("Hidden");
+    std::size_t ownQuestions = 0; ///< whether the keyboard is taken, and attempts to take it
 
 private:
+    /// The utility asks whether the keyboard is taken when it begins to observe, and at each press.
+    std::size_t questionsOfUtility() {
+        EXPECT_TRUE(waitUntil([this] { return questions_.of(::getpid()) == ownQuestions; }));
+        return questions_.of(story.utility().pid());
+    }
+
+    testing::AssertionResult isSeenByTheUtility(std::size_t before, std::size_t presses) {
+        const auto seen = [&] { return questions_.of(story.utility().pid()) - before; };
+        return waitUntil([&] { return seen() >= presses; })
+                   ? testing::AssertionSuccess()
+                   : testing::AssertionFailure() << seen() << " presses of " << presses;
+    }
+
     std::unique_ptr<x11::Connection> connection_ = x11::Connection::open(story.desktop.display());
     x11::TakenInput input_{*connection_};
     RecordedTraffic questions_ =
         RecordedTraffic::ofRequests(story.desktop.display(), XCB_GRAB_KEYBOARD);
+};
+
+using Command = std::vector<std::string>;
+
+struct Locker {
+    Command lock;
+    Command unlock;      ///< empty if `lock` is the locker itself, which is killed instead
+    std::string service; ///< the name on the bus of a locker that unlocks itself at the first sign
+                         ///< of a user whom the system asks for no password; empty if it does not
+};
+
+std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
+    return stream << locker.lock.front();
+}
+
+class LockedScreenTest : public BehindLockerTest, public testing::WithParamInterface<Locker> {
+protected:
+    void lock() {
+        locker_ = story.desktop.start(GetParam().lock);
+        if (!GetParam().unlock.empty()) {
+            ASSERT_EQ(locker_->wait(), 0) << locker_->errors();
+        }
+        ASSERT_TRUE(waitUntil([this] { return devices().pointer && devices().keyboard; }))
+            << locker_->errors();
+        if (!GetParam().service.empty()) {
+            ASSERT_EQ(::kill(process(), SIGSTOP), 0);
+        }
+    }
+
+    void unlock() {
+        if (!GetParam().service.empty()) {
+            ASSERT_EQ(::kill(process(), SIGCONT), 0);
+        }
+        if (!GetParam().unlock.empty()) {
+            story.run(GetParam().unlock);
+        }
+        locker_.reset();
+        ASSERT_TRUE(waitUntil([this] { return !devices().keyboard; }));
+        if (!GetParam().service.empty()) {
+            ASSERT_TRUE(waitUntil([this] { return askBus("NameHasOwner") == "(false,)\n"; }));
+            utilityReadsItsBus();
+        }
+    }
+
+private:
+    /// The bus's answer to a question about the locker.
+    std::string askBus(const std::string& question) const {
+        return callOnBus(story.desktop, {"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                         "org.freedesktop.DBus." + question, GetParam().service});
+    }
+
+    pid_t process() const {
+        const auto answer = askBus("GetConnectionUnixProcessID");
+        return std::stoi(answer.substr(answer.find(' '))); // (uint32 4711,)
+    }
+
     std::unique_ptr<ChildProcess> locker_;
-    std::size_t presses_ = 0; ///< of keys, behind the locker
 };
 
 TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
@@ -127,24 +156,8 @@ TEST_P(LockedScreenTest, NothingIsLaunchedBehindIt) {
     strikeBehindLocker(bound);
     strikeBehindLocker(bound);
     unlock();
-    story.strike(another);
-    ASSERT_TRUE(story.isInFront(front));
-    EXPECT_EQ(hidden.starts(), 0U);
-
-    story.strike(bound);
-    EXPECT_TRUE(story.isInFront(hidden));
-}
-
-using LockerDialogTest = LockedScreenTest;
-
-TEST_P(LockerDialogTest, NothingIsLaunchedBehindIt) {
-    lock();
-    wakeWithTheMouse();
-    strikeBehindLocker(bound);
-    unlock();
-    story.strike(another);
-    ASSERT_TRUE(story.isInFront(front));
-    EXPECT_EQ(hidden.starts(), 0U);
+    nothingIsLaunchedUntilNow();
+    launchingWorks();
 }
 
 std::string lockerName(const testing::TestParamInfo<Locker>& info) {
@@ -153,16 +166,58 @@ std::string lockerName(const testing::TestParamInfo<Locker>& info) {
     return name;
 }
 
-const Locker cinnamonScreensaver{{"cinnamon-screensaver-command", "--lock"},
-                                 {"cinnamon-screensaver-command", "--exit"},
-                                 "org.cinnamon.ScreenSaver"};
-
 INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
                          testing::Values(Locker{{"i3lock", "--nofork"}, {}, {}},
-                                         Locker{{"xsecurelock"}, {}, {}}, cinnamonScreensaver),
+                                         Locker{{"xsecurelock"}, {}, {}},
+                                         Locker{{"cinnamon-screensaver-command", "--lock"},
+                                                {"cinnamon-screensaver-command", "--exit"},
+                                                "org.cinnamon.ScreenSaver"}),
                          lockerName);
 
-INSTANTIATE_TEST_SUITE_P(Of, LockerDialogTest, testing::Values(cinnamonScreensaver), lockerName);
+/// A locker that shows its dialog: the pointer is the user's again.
+class LockerDialogTest : public BehindLockerTest {
+protected:
+    LockerDialogTest() {
+        if (!connection_) {
+            throw std::runtime_error("no session bus");
+        }
+    }
+
+    /// As all lockers of the large desktops do.
+    void announce(bool active) {
+        const std::string interface = "org.cinnamon.ScreenSaver";
+        ASSERT_TRUE(g_dbus_connection_emit_signal(
+            connection_.get(), nullptr, objectOf(interface).c_str(), interface.c_str(),
+            "ActiveChanged", g_variant_new("(b)", static_cast<gboolean>(active)), nullptr));
+        ASSERT_TRUE(g_dbus_connection_flush_sync(connection_.get(), nullptr, nullptr));
+        utilityReadsItsBus();
+    }
+
+    bool lockerTakesKeyboard() {
+        ++ownQuestions;
+        return locker.grabKeyboard();
+    }
+
+    XClient locker{story.desktop.display()};
+
+private:
+    std::unique_ptr<GDBusConnection, freedesktop::Releaser<&g_object_unref>> connection_{
+        g_dbus_connection_new_for_address_sync(
+            story.desktop.bus().address().c_str(),
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            nullptr, nullptr, nullptr)};
+};
+
+TEST_F(LockerDialogTest, NothingIsLaunchedBehindIt) {
+    announce(true);
+    ASSERT_TRUE(lockerTakesKeyboard());
+    strikeBehindLocker(bound);
+    locker.giveInputBack();
+    announce(false);
+    nothingIsLaunchedUntilNow();
+    launchingWorks();
+}
 
 } // namespace
 } // namespace hollowfernpike
