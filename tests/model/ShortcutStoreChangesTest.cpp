@@ -34,6 +34,27 @@ TEST_F(ShortcutStoreTest, AddingATakenCombinationWarnsAndChangesNothing) {
     EXPECT_EQ(posts_, 1);
 }
 
+TEST_F(ShortcutStoreTest, ACombinationIsTakenWhereverItsShortcutStands) {
+    for (const auto& shortcut : {a, b, c}) {
+        store().add(shortcut);
+    }
+    const auto before = names();
+    for (const auto& taken : {a, b, c}) {
+        store().add(makeShortcut(9, taken.keyCode, taken.modifierFlags, "Other"));
+        for (const auto& edited : {a, b, c}) {
+            if (edited.id != taken.id) {
+                auto changed = edited;
+                changed.keyCode = taken.keyCode;
+                changed.modifierFlags = taken.modifierFlags;
+                changed.appName = "Changed";
+                store().update(changed);
+            }
+        }
+    }
+    EXPECT_EQ(names(), before);
+    EXPECT_EQ(posts_, 3);
+}
+
 TEST_F(ShortcutStoreTest, AddComparesTheWholeFlagWord) {
     store().add(makeShortcut(1, 0, commandKey | capsLock, "Locked"));
     store().add(a);

@@ -1,6 +1,7 @@
 #include "ui/exchange/DocumentPanels.h"
 
 #include "app/Language.h"
+#include "ui/parts/OpenPanel.h"
 
 #include <QFileInfo>
 #include <QLineEdit>
@@ -9,11 +10,8 @@ namespace hollowfernpike {
 
 namespace {
 
-// The desktop's own panel would speak the desktop's language.
-void setUp(QFileDialog& panel) {
-    panel.setOption(QFileDialog::DontUseNativeDialog);
-    panel.setNameFilter("JSON (*.json)");
-}
+constexpr auto kind = "JSON";
+constexpr auto extension = ".json";
 
 /// Gives every name the extension; the toolkit would do so only for names without a dot.
 class SavePanel final : public QFileDialog {
@@ -32,8 +30,8 @@ class SavePanel final : public QFileDialog {
             return;
         }
         const QString name = field->text().remove('"'); // to the toolkit, quotes delimit names
-        if (!name.endsWith(".json", Qt::CaseInsensitive)) {
-            field->setText(name + ".json");
+        if (!name.endsWith(extension, Qt::CaseInsensitive)) {
+            field->setText(name + extension);
         }
     }
 };
@@ -42,7 +40,8 @@ class SavePanel final : public QFileDialog {
 
 std::unique_ptr<QFileDialog> makeSavePanel() {
     auto panel = std::make_unique<SavePanel>();
-    setUp(*panel);
+    panel->setOption(QFileDialog::DontUseNativeDialog); // that speaks the desktop's language
+    panel->setNameFilter(QStringLiteral("%1 (*%2)").arg(kind, extension));
     panel->setWindowTitle(localized("ショートカットをエクスポート", "Export Shortcuts"));
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->selectFile("Hollowfernpike.json");
@@ -50,10 +49,8 @@ std::unique_ptr<QFileDialog> makeSavePanel() {
 }
 
 std::unique_ptr<QFileDialog> makeOpenPanel() {
-    auto panel = std::make_unique<QFileDialog>();
-    setUp(*panel);
+    auto panel = std::make_unique<OpenPanel>(kind, extension);
     panel->setWindowTitle(localized("ショートカットをインポート", "Import Shortcuts"));
-    panel->setFileMode(QFileDialog::ExistingFile);
     return panel;
 }
 

@@ -12,7 +12,8 @@ namespace {
 using namespace test;
 using nlohmann::json;
 
-constexpr std::size_t manyBytes = 50'000'000;
+constexpr std::size_t kilobyte = 1000;
+constexpr std::size_t many = 20'000; // of kilobytes
 
 /// Two shortcuts are there, and files that are no lists of shortcuts, or hard to read.
 class ImportingTest : public TwoShortcutsTest {
@@ -26,7 +27,12 @@ protected:
         TwoShortcutsTest::SetUp();
     }
 
-    void write(const std::string& text) const { std::ofstream(file) << text; }
+    void write(const std::string& text, std::size_t times = 1) const {
+        std::ofstream stream(file);
+        for (; times > 0; --times) {
+            stream << text;
+        }
+    }
 
     /// Chooses the file and confirms that the list is to be replaced.
     xcb_window_t import() {
@@ -61,6 +67,7 @@ protected:
 struct Document {
     const char* name;
     std::string text;
+    std::size_t times = 1; ///< how often the document has the text
 };
 
 // NOLINTNEXTLINE(readability-identifier-naming): called so by the test library
@@ -71,7 +78,7 @@ void PrintTo(const Document& document, std::ostream* out) {
 class RefusedDocumentTest : public ImportingTest, public testing::WithParamInterface<Document> {};
 
 TEST_P(RefusedDocumentTest, IsReportedAndKeepsTheList) {
-    write(GetParam().text);
+    write(GetParam().text, GetParam().times);
     expectRefused();
 }
 
@@ -81,13 +88,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Document{"anObject", R"({"shortcuts": []})"},
                     Document{"otherRecords", R"([{"name": "Quartz"}])"},
                     Document{"cutOff", R"([{"id": "E621E1F8-C36C-495A-93FC-0C247A3E6E01", "key)"},
-                    Document{"manyMegabytesOfBlanks", std::string(manyBytes, ' ')},
-                    Document{"manyMegabytesOfBrackets", std::string(manyBytes, '[')},
-                    Document{"manyMegabytesOfZeros", std::string(manyBytes, '\0')}),
+                    Document{"manyMegabytesOfBlanks", std::string(kilobyte, ' '), many},
+                    Document{"manyMegabytesOfBrackets", std::string(kilobyte, '['), many},
+                    Document{"manyMegabytesOfZeros", std::string(kilobyte, '\0'), many}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(ImportingTest, ManyMegabytesAroundAListAreNoObstacle) {
-    write(std::string(manyBytes, ' ') + json::array({before[1]}).dump());
+    write(std::string(many * kilobyte, ' ') + json::array({before[1]}).dump());
     import();
     story.managementComes();
     EXPECT_TRUE(agreement.on({{feldspar, second}}));

@@ -35,6 +35,14 @@ protected:
         story.titles = titles;
     }
 
+    /// What the toolkit itself writes into a panel is in the language, too.
+    void expectPanel(std::string_view cancel) {
+        const auto panel = story.clickExport();
+        reader.find("push button", cancel);
+        story.strikeAndLeave(panel, "ESC");
+        story.managementComes();
+    }
+
     /// What the cards' buttons open is in the language as well: the editor, and the question before
     /// a deletion, which is `message`.
     void expectEditorAndDeletion(std::string_view message) {
@@ -52,10 +60,12 @@ TEST_F(LanguageTest, SwitchesInTheOpenWindowAndBackAgain) {
     EXPECT_EQ(story.managementComes(), window);
     expectBothInPlace();
     expectEditorAndDeletion(inEnglish);
+    expectPanel("Cancel");
     speak("日本語", japaneseTitles);
     EXPECT_EQ(story.managementComes(), window);
     expectBothInPlace();
     expectEditorAndDeletion(inJapanese);
+    expectPanel("キャンセル");
     expectBothAreLive();
 }
 

@@ -1,4 +1,5 @@
 #include "ui/Colors.h"
+#include "ui/Corners.h"
 #include "ui/editor/KeyRecorderTest.h"
 #include "ui/parts/SystemColors.h"
 
@@ -44,21 +45,6 @@ protected:
             ++width;
         }
         return width;
-    }
-
-    /// Where the straight part of the left edge begins, in a picture of many points to the unit.
-    double straightFrom() {
-        constexpr int scale = 8;
-        QImage image(view_->size() * scale, QImage::Format_RGB32);
-        image.setDevicePixelRatio(scale);
-        image.fill(plainColor());
-        view_->render(&image);
-        const QColor straight = image.pixelColor(0, image.height() / 2);
-        int row = 0;
-        while (image.pixelColor(0, row) != straight) {
-            ++row;
-        }
-        return static_cast<double>(row) / scale;
     }
 
     void expectIdleBorder() {
@@ -267,10 +253,9 @@ TEST_F(KeyRecorderViewTest, TheAccentColourStaysWhileAnotherWindowIsInFront) {
 }
 
 TEST_F(KeyRecorderViewTest, TheBordersOuterEdgeIsRoundWithARadiusOfSixWhateverItsWidth) {
-    constexpr double antialiasing = 0.5;
-    EXPECT_NEAR(straightFrom(), 6 - antialiasing, antialiasing);
+    expectCorners(*view_, 6);
     button().click();
-    EXPECT_NEAR(straightFrom(), 6 - antialiasing, antialiasing);
+    expectCorners(*view_, 6);
 }
 
 TEST_F(KeyRecorderViewTest, ARefusedTapLeavesAnIdleBorderAndNoDialog) {

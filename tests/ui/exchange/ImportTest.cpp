@@ -24,6 +24,22 @@ TEST_P(ImportFromEach, CancellingTheOpenPanelKeepsTheListAndShowsNothing) {
     EXPECT_THAT(names(), ElementsAre("Editor"));
 }
 
+TEST_P(ImportFromEach, AFileOfAnotherKindIsNotTaken) {
+    const auto notes = file("notes.txt", documentWith("Other"));
+    EXPECT_THAT(importAnswering({[&](QWidget& panel) {
+                    choose(notes)(panel);
+                    EXPECT_TRUE(panel.isVisible());
+                    dismiss()(panel);
+                }}),
+                SizeIs(1));
+    EXPECT_THAT(names(), ElementsAre("Editor"));
+}
+
+TEST_P(ImportFromEach, AnExtensionInCapitalsIsJsonToo) {
+    importSuccessfully({choose(file("IN.JSON", documentWith("Other"))), press("OK")});
+    EXPECT_THAT(names(), ElementsAre("Other"));
+}
+
 TEST_P(ImportFromEach, CancellingTheQuestionKeepsTheList) {
     EXPECT_THAT(importAnswering({choose(file("in.json", documentWith("Other"))), press("Cancel")}),
                 ElementsAre(kind("open panel"), question()));

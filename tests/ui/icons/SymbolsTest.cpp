@@ -73,6 +73,28 @@ TEST(SymbolsTest, AreOfOneSizeAndInTheMiddleOfTheirGrid) {
     }
 }
 
+// By points that only one of two drawings covers, in hundredths of the side.
+TEST(SymbolsTest, ShowWhatTheyAreCalled) {
+    const auto covers = [](Symbol symbol, int x, int y) {
+        return picture(symbolImage(symbol), 100).pixelColor(x, y).alpha() > 0;
+    };
+    struct Shape {
+        Symbol symbol;
+        Symbol other;
+        QPoint own;
+    };
+    for (const auto& [symbol, other, own] :
+         {Shape{Symbol::squareAndArrowUp, Symbol::squareAndArrowDown, {34, 25}}, // the tip above
+          Shape{Symbol::squareAndArrowDown, Symbol::squareAndArrowUp, {34, 47}}, // the tip inside
+          Shape{Symbol::pencil, Symbol::trash, {14, 86}},               // the tip at the lower left
+          Shape{Symbol::trash, Symbol::pencil, {25, 26}},               // the lid
+          Shape{Symbol::checkmarkCircle, Symbol::infoCircle, {44, 65}}, // the angle of the mark
+          Shape{Symbol::infoCircle, Symbol::checkmarkCircle, {50, 30}}}) { // the dot
+        EXPECT_TRUE(covers(symbol, own.x(), own.y())) << int(symbol);
+        EXPECT_FALSE(covers(other, own.x(), own.y())) << int(other);
+    }
+}
+
 TEST(SymbolsTest, AreDrawnInTheColourOfText) {
     for (const QPalette& palette : {test::lightPalette(), test::darkPalette()}) {
         const test::ApplicationPalette current(palette);

@@ -1,4 +1,5 @@
 #include "ui/Colors.h"
+#include "ui/Corners.h"
 #include "ui/parts/SystemColors.h"
 #include "ui/window/MainWindowTest.h"
 
@@ -47,6 +48,28 @@ TEST_P(WindowTexts, AnEmptyListShowsOnlyTheHint) {
     EXPECT_EQ(labels.front()->alignment(), Qt::AlignCenter);
     EXPECT_EQ(labels.front()->font().pixelSize(), 14);
     EXPECT_EQ(labels.front()->font().weight(), QFont::Normal);
+}
+
+TEST_F(MainWindowTest, BothLinesOfTheHintAreCentred) {
+    speak(Language::english); // a Japanese bracket has a wide margin of its own
+    open();
+    const QImage image = enlarged(*controller->stackView()->findChildren<QLabel*>().front());
+    const QColor background = image.pixelColor(0, 0);
+    const int middle = image.height() / 2;
+    for (const auto& [top, bottom] : {std::pair{0, middle}, std::pair{middle, image.height()}}) {
+        int left = image.width();
+        int right = 0;
+        for (int y = top; y < bottom; ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y) != background) {
+                    left = std::min(left, x);
+                    right = std::max(right, x + 1);
+                }
+            }
+        }
+        ASSERT_GT(right, 0);
+        EXPECT_NEAR(left, image.width() - right, 5 * image.devicePixelRatio());
+    }
 }
 
 TEST_F(MainWindowTest, SymbolsLeadOutOfABoxAndIntoIt) {

@@ -1,6 +1,7 @@
 #include "ui/window/ShortcutCardView.h"
 
 #include "ui/Colors.h"
+#include "ui/Corners.h"
 #include "ui/icons/FileIcons.h"
 #include "ui/parts/SystemColors.h"
 #include "ui/window/CardConstraints.h"
@@ -264,6 +265,7 @@ TEST_P(CardColors, TheCardIsTheListsBackgroundInsideAHairline) {
     EXPECT_EQ(image.pixelColor(1, 26), base);
     EXPECT_EQ(image.pixelColor(224, 1), base);
     EXPECT_GT(contrastRatio(image.pixelColor(0, 26), base), 1.15);
+    expectNear(image.pixelColor(0, 26), laidOver(separatorColor(palette), base));
     EXPECT_EQ(image.pixelColor(0, 26), image.pixelColor(447, 26));
     EXPECT_EQ(image.pixelColor(224, 0), image.pixelColor(224, 51));
 }
@@ -274,8 +276,24 @@ TEST_P(CardColors, TheCornersAreRound) {
     for (const QPoint corner : {QPoint(0, 0), QPoint(447, 0), QPoint(0, 51), QPoint(447, 51)}) {
         EXPECT_EQ(image.pixelColor(corner), window);
     }
-    EXPECT_EQ(image.pixelColor(1, 1), window);
-    EXPECT_NE(image.pixelColor(8, 0), window);
+    const auto card = cardFor(named("X"));
+    expectCorners(*card, 8);
+    expectCorners(card->hotkeyBadge(), 4);
+}
+
+TEST_P(CardColors, TheBadgesTextIsInTheAccentColour) {
+    const auto card = cardFor(named("X"));
+    const QImage image = enlarged(card->hotkeyBadge());
+    const QColor tint = image.pixelColor(0, image.height() / 2);
+    QColor ink = tint;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = image.height() / 4; y < image.height() * 3 / 4; ++y) {
+            if (contrastRatio(image.pixelColor(x, y), tint) > contrastRatio(ink, tint)) {
+                ink = image.pixelColor(x, y);
+            }
+        }
+    }
+    expectNear(ink, accentTextColor(palette));
 }
 
 TEST_P(CardColors, TheBadgeIsATenthOfTheAccent) {

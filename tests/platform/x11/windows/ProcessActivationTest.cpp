@@ -105,6 +105,20 @@ TEST_P(ProcessActivationTest, RaisesAllWindowsOfTheProcessInTheirOrder) {
     })) << testing::PrintToString(observer_.stacking());
 }
 
+TEST_P(ProcessActivationTest, RaisesAllWindowsOnTheWorkspaceThatItGoesTo) {
+    const auto several = openActive("Several", {}, 2);
+    const auto other = openActive("Other");
+    const auto& windows = several.windows;
+    for (const auto window : {windows[0], windows[1], other.window()}) {
+        moveAway(window, 2);
+    }
+    pressKey();
+    EXPECT_TRUE(windows_.bringToFront(several.pid()));
+    EXPECT_TRUE(isSwitchedTo(2));
+    EXPECT_TRUE(waitUntil([&] { return observer_.stacking().front() == other.window(); }))
+        << testing::PrintToString(observer_.stacking());
+}
+
 TEST_P(ProcessActivationTest, ActivatesTheWindowThatWasOnTop) {
     const auto several = openActive("Several", {}, 3);
     const auto& windows = several.windows;

@@ -62,10 +62,11 @@ TEST_F(WindowListTest, PutsWindowsThatPeopleWorkInOnLayerZero) {
 
 TEST_F(WindowListTest, PutsWhatSurroundsThemOnOtherLayers) {
     std::vector<Application> applications;
-    for (const std::string type : {"dock", "desktop", "notification", "splash", "menu"}) {
+    for (const std::string type : {"dock", "desktop", "notification", "splash", "menu",
+                                   "dropdown_menu", "popup_menu", "tooltip", "combo", "dnd"}) {
         applications.push_back(open(type, {"--type", type}));
     }
-    EXPECT_EQ(layers().size(), 5U);
+    EXPECT_EQ(layers().size(), 10U);
     const auto all = layers();
     for (const auto& [type, layer] : all) {
         EXPECT_NE(layer, 0) << type;
