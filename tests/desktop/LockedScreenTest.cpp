@@ -1,17 +1,15 @@
 #include "desktop/RecordedTraffic.h"
 #include "desktop/Story.h"
-#include "platform/freedesktop/entries/GlibPointers.h"
 #include "platform/x11/taps/TakenInput.h"
+#include "support/BusConnection.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
 #include <csignal>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <gio/gio.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -98,9 +96,12 @@ using Command = std::vector<std::string>;
 
 struct Locker {
     Command lock;
-    Command unlock;      ///< empty if `lock` is the locker itself, which is killed instead
-    std::string service; ///< the name on the bus of a locker that unlocks itself at the first sign
-                         ///< of a user whom the system asks for no password; empty if it does not
+    Command unlock; ///< empty if `lock` is the locker itself, which is killed instead
+
+    /// The name on the bus of a locker which, if the system asks this user for no password, unlocks
+    /// itself at the first key. Such a locker is stopped while the keys are pressed. Empty for
+    /// others.
+    std::string service;
 };
 
 std::ostream& operator<<(std::ostream& stream, const Locker& locker) {
@@ -177,12 +178,6 @@ INSTANTIATE_TEST_SUITE_P(Of, LockedScreenTest,
 /// A locker that shows its dialog: the pointer is the user's again.
 class LockerDialogTest : public BehindLockerTest {
 protected:
-    LockerDialogTest() {
-        if (!connection_) {
-            throw std::runtime_error("no session bus");
-        }
-    }
-
     /// As all lockers of the large desktops do.
     void announce(bool active) {
         const std::string interface = "org.cinnamon.ScreenSaver";
@@ -201,12 +196,7 @@ protected:
     XClient locker{story.desktop.display()};
 
 private:
-    std::unique_ptr<GDBusConnection, freedesktop::Releaser<&g_object_unref>> connection_{
-        g_dbus_connection_new_for_address_sync(
-            story.desktop.bus().address().c_str(),
-            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-            nullptr, nullptr, nullptr)};
+    BusConnection connection_ = connectToBus(story.desktop.bus().address());
 };
 
 TEST_F(LockerDialogTest, NothingIsLaunchedBehindIt) {

@@ -15,12 +15,12 @@ constexpr auto launcherPath = "/org/a11y/bus";
 } // namespace
 
 AccessibilityBus::AccessibilityBus(const std::string& sessionBus) {
-    const auto session = connectTo(sessionBus);
+    const auto session = connectToBus(sessionBus);
     const auto address = ask(session, launcher, launcherPath, launcher, "GetAddress", nullptr);
     if (!address) {
         throw std::runtime_error("no accessibility bus");
     }
-    connection_ = connectTo(firstText(address));
+    connection_ = connectToBus(firstText(address));
     for (const char* name : {"IsEnabled", "ScreenReaderEnabled"}) {
         ask(session, launcher, launcherPath, propertiesInterface, "Set",
             g_variant_new("(ssv)", "org.a11y.Status", name, g_variant_new_boolean(TRUE)));
@@ -49,19 +49,7 @@ std::string AccessibilityBus::firstText(const Value& answer) {
     return g_variant_get_string(first(answer).get(), nullptr);
 }
 
-AccessibilityBus::Connection AccessibilityBus::connectTo(const std::string& address) {
-    constexpr auto flags =
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    Connection connection(
-        g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, nullptr));
-    if (!connection) {
-        throw std::runtime_error("no bus at " + address);
-    }
-    return connection;
-}
-
-AccessibilityBus::Value AccessibilityBus::ask(const Connection& connection,
+AccessibilityBus::Value AccessibilityBus::ask(const BusConnection& connection,
                                               const std::string& program, const std::string& object,
                                               const char* interface, const char* method,
                                               GVariant* arguments) {

@@ -1,21 +1,16 @@
 #pragma once
 
+#include "support/BusConnection.h"
+
 #include <memory>
 #include <string>
-
-#include <gio/gio.h>
 
 namespace hollowfernpike::test {
 
 /// Calls over the accessibility bus of a session.
 class AccessibilityBus {
-    struct Unref {
-        void operator()(GVariant* value) const { g_variant_unref(value); }
-        void operator()(GDBusConnection* connection) const { g_object_unref(connection); }
-    };
-
 public:
-    using Value = std::unique_ptr<GVariant, Unref>;
+    using Value = std::unique_ptr<GVariant, freedesktop::Releaser<&g_variant_unref>>;
 
     /// Starts the bus and says that somebody listens, as a screen reader does at its start. Throws
     /// std::runtime_error if there is no such bus.
@@ -35,14 +30,11 @@ public:
     static std::string firstText(const Value& answer);
 
 private:
-    using Connection = std::unique_ptr<GDBusConnection, Unref>;
-
-    static Connection connectTo(const std::string& address);
-    static Value ask(const Connection& connection, const std::string& program,
+    static Value ask(const BusConnection& connection, const std::string& program,
                      const std::string& object, const char* interface, const char* method,
                      GVariant* arguments);
 
-    Connection connection_;
+    BusConnection connection_;
 };
 
 } // namespace hollowfernpike::test

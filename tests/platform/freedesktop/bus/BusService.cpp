@@ -1,6 +1,7 @@
 #include "platform/freedesktop/bus/BusService.h"
 
 #include "platform/freedesktop/entries/GlibPointers.h"
+#include "support/BusConnection.h"
 
 #include <future>
 #include <mutex>
@@ -31,7 +32,6 @@ constexpr auto interfaces = R"xml(
 
 using VariantPointer = std::unique_ptr<GVariant, Releaser<&g_variant_unref>>;
 using MainContextPointer = std::unique_ptr<GMainContext, Releaser<&g_main_context_unref>>;
-using ConnectionPointer = std::unique_ptr<GDBusConnection, Releaser<&g_object_unref>>;
 using NodePointer = std::unique_ptr<GDBusNodeInfo, Releaser<&g_dbus_node_info_unref>>;
 
 } // namespace
@@ -40,11 +40,12 @@ class BusService::Thread {
 public:
     Thread(const std::string& address, const std::string& name)
         : context_(g_main_context_new()), loop_(g_main_loop_new(context_.get(), FALSE)),
-          node_(g_dbus_node_info_new_for_xml(interfaces, nullptr)) {
+          node_(g_dbus_node_info_new_for_xml(interfaces, nullptr)),
+          connection_(connectToBus(address)) {
         std::promise<bool> ready;
         thread_ = std::thread([&, this] {
             g_main_context_push_thread_default(context_.get());
-            const bool isThere = appear(address, name);
+            const bool isThere = appear(name);
             ready.set_value(isThere);
             if (isThere) {
                 g_main_loop_run(loop_.get());
@@ -72,15 +73,7 @@ public:
     }
 
 private:
-    bool appear(const std::string& address, const std::string& name) {
-        constexpr auto flags =
-            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-        connection_.reset(g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr,
-                                                                 nullptr, nullptr));
-        if (!connection_) {
-            return false;
-        }
+    bool appear(const std::string& name) {
         publish("/org/example/Active", "org.freedesktop.Application");
         publish("/org/example/Refusing", "org.freedesktop.Application");
         publish("/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager");
@@ -120,7 +113,7 @@ private:
     MainContextPointer context_;
     std::unique_ptr<GMainLoop, Releaser<&g_main_loop_unref>> loop_;
     NodePointer node_;
-    ConnectionPointer connection_;
+    BusConnection connection_;
     mutable std::mutex mutex_;
     std::vector<std::string> calls_;
     std::thread thread_;
