@@ -1,12 +1,14 @@
 #include "ui/editor/ApplicationPanel.h"
 
 #include "app/Language.h"
+#include "platform/ApplicationBundles.h"
 #include "platform/Services.h"
-#include "ui/editor/EntryFilePanel.h"
+#include "ui/parts/OpenPanel.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,6 +32,11 @@ ApplicationSearch installedApplications() {
     const Language language = Language::current();
     auto& bundles = platform::services().applicationBundles;
     return {bundles.installedApplications(language.rawValue()), language};
+}
+
+QString applicationDirectory() {
+    const auto directories = platform::services().applicationBundles.applicationDirectories();
+    return directories.empty() ? QDir::homePath() : QString::fromStdString(directories.front());
 }
 
 bool movesInList(int key) {
@@ -136,7 +143,13 @@ void ApplicationPanel::openSelected() {
 }
 
 void ApplicationPanel::chooseOtherFile() {
-    beginEntryFilePanel(*this, [this](const std::string& path) { choose(path); });
+    auto* files = new OpenPanel(localized("アプリ", "Apps"), ".desktop", this);
+    files->setAttribute(Qt::WA_DeleteOnClose);
+    files->setDirectory(applicationDirectory());
+    files->setWindowTitle(windowTitle());
+    connect(files, &QFileDialog::fileSelected, this,
+            [this](const QString& file) { choose(file.toStdString()); });
+    files->open();
 }
 
 // Calls a copy: the callback may destroy the window, and the panel with it.
