@@ -13,23 +13,23 @@ Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDe
                              .windowOwners = windowOwners_,
                              .onLost = [this] { application_.terminate(); },
                              .isScreenLocked = [this] { return screenLock_.isLocked(); }})),
-      bus_(bus), screenLock_(bus), services_{
-                                       .accessibilityTrust = trustPrompt_,
-                                       .application = application_,
-                                       .applicationBundles = applicationBundles_,
-                                       .eventTaps = desktop_->eventTaps(),
-                                       .fileManager = fileManager_,
-                                       .loginItem = loginItem_,
-                                       .mainQueue = mainQueue_,
-                                       .notificationCenter = notificationCenter_,
-                                       .runningApplications = runningApplications_,
-                                       .statusBar = statusBar_,
-                                       .textComparison = textComparison_,
-                                       .userDefaults = userDefaults,
-                                       .windows = desktop_->windows(),
-                                       .workspace = workspace_,
-                                       .standardOutput = std::cout,
-                                   } {
+      bus_(bus), services_{
+                     .accessibilityTrust = trustPrompt_,
+                     .application = application_,
+                     .applicationBundles = applicationBundles_,
+                     .eventTaps = desktop_->eventTaps(),
+                     .fileManager = fileManager_,
+                     .loginItem = loginItem_,
+                     .mainQueue = mainQueue_,
+                     .notificationCenter = notificationCenter_,
+                     .runningApplications = runningApplications_,
+                     .statusBar = statusBar_,
+                     .textComparison = textComparison_,
+                     .userDefaults = userDefaults,
+                     .windows = desktop_->windows(),
+                     .workspace = workspace_,
+                     .standardOutput = std::cout,
+                 } {
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);

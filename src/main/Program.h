@@ -75,7 +75,7 @@ private:
     std::unique_ptr<platform::Desktop> desktop_;
     qt::Application application_{desktop_->ownWindows()};
     freedesktop::SessionBus* bus_;
-    freedesktop::ScreenLock screenLock_;
+    freedesktop::ScreenLock screenLock_{bus_};
     qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_};
     TrustPrompt trustPrompt_{*desktop_};
     freedesktop::ProcessTable processes_{entries_};

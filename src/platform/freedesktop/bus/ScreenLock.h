@@ -27,8 +27,9 @@ private:
     void forget();
 
     SessionBus* bus_;
-    QDBusServiceWatcher
-        locker_; ///< for as long as the screen is locked, in case the locker crashes
+
+    /// Watches the locker for as long as the screen is locked, in case it crashes.
+    QDBusServiceWatcher locker_;
 };
 
 } // namespace hollowfernpike::freedesktop
