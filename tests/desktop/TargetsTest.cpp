@@ -95,8 +95,7 @@ TEST_P(TargetsTest, AMinimisedWindowOnAnotherWorkspaceComesBackThere) {
     auto& target = coveredTarget();
     const auto window = target.windows().at(0);
     becomesWorkspaces(3);
-    minimise(
-        window); // first: on another workspace, some window managers call every window minimised
+    minimise(window); // first, as metacity calls every window of another workspace minimised
     story.pager.moveToWorkspace(window, 1);
     ASSERT_TRUE(waitUntil([&] { return story.pager.workspaceOf(window) == 1; }));
     ASSERT_TRUE(story.pager.isMinimised(window));

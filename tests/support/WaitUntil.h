@@ -11,9 +11,9 @@ using namespace std::chrono_literals;
 /// How long to wait for what other programs do, also on a machine that is busy.
 inline constexpr std::chrono::milliseconds patience = 30s;
 
-/// Asks `condition` until it holds, each millisecond at first and more rarely later, and for at
-/// most a third of the time, which leaves the machine to those who make it true; false if it does
-/// not hold within `longest`.
+/// Asks `condition` until it holds: each millisecond at first, more rarely later. False if it does
+/// not hold within `longest`. Asking takes a third of the time at most, so that the machine is left
+/// to those who make the condition true.
 template <class Condition>
 [[nodiscard]] bool waitUntil(Condition&& condition, std::chrono::milliseconds longest = patience) {
     using Clock = std::chrono::steady_clock;

@@ -15,6 +15,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include <gio/gdesktopappinfo.h>
@@ -219,26 +220,26 @@ TEST_F(ReferenceTest, AgreesOnMadeUpEntries) {
 // Except for files that describe no application: the reference passes them over, while for us the
 // first file counts whatever it says, as the standard has it.
 TEST_F(ReferenceTest, AgreesOnWhichFileAnIdentifierMeans) {
-    const auto entryWith = [](const std::string& rest) {
-        return "[Desktop Entry]\nType=Application\nName=N\nExec=true\n" + rest;
-    };
     const auto own = home_.applications();
     const auto system = home_.systemApplications();
     const auto second = home_.path() / "second/applications";
     ::setenv("XDG_DATA_DIRS",
              (system.parent_path().string() + ':' + second.parent_path().string()).c_str(), 1);
-    home_.write(own / "both.desktop", entryWith(""));
-    home_.write(system / "both.desktop", entryWith(""));
-    home_.write(system / "shared.desktop", entryWith(""));
-    home_.write(second / "shared.desktop", entryWith(""));
-    home_.write(own / "hidden.desktop", entryWith("Hidden=true\n"));
-    home_.write(system / "hidden.desktop", entryWith(""));
-    home_.write(system / "kde/folder.desktop", entryWith(""));
-    home_.write(second / "kde-folder.desktop", entryWith(""));
-    home_.write(second / "a/b/deep.desktop", entryWith(""));
-    home_.write(second / "no-extension", entryWith(""));
-    home_.write(second / ".dot.desktop", entryWith(""));
-    home_.write(own / "日本.desktop", entryWith("NoDisplay=true\n"));
+    for (const auto& [directory, file, rest] : {std::tuple{own, "both.desktop", ""},
+                                                {system, "both.desktop", ""},
+                                                {system, "shared.desktop", ""},
+                                                {second, "shared.desktop", ""},
+                                                {own, "hidden.desktop", "Hidden=true\n"},
+                                                {system, "hidden.desktop", ""},
+                                                {system, "kde/folder.desktop", ""},
+                                                {second, "kde-folder.desktop", ""},
+                                                {second, "a/b/deep.desktop", ""},
+                                                {second, "no-extension", ""},
+                                                {second, ".dot.desktop", ""},
+                                                {own, "日本.desktop", "NoDisplay=true\n"}}) {
+        home_.write(directory / file,
+                    std::string("[Desktop Entry]\nType=Application\nName=N\nExec=true\n") + rest);
+    }
     DesktopEntries entries;
     for (const std::string name : {"both", "shared", "hidden", "kde-folder", "folder", "a-b-deep",
                                    "deep", "no-extension", ".dot", "日本", "none"}) {
