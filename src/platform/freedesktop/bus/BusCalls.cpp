@@ -14,6 +14,8 @@
 
 namespace hollowfernpike::freedesktop {
 
+namespace {
+
 /// (sv)
 struct UnitProperty {
     QString name;
@@ -37,7 +39,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, UnitProperty& pro
     argument.beginStructure();
     argument >> property.name >> property.value;
     argument.endStructure();
-    return argument;
+    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): as the toolkit has it
 }
 
 QDBusArgument& operator<<(QDBusArgument& argument, const AuxiliaryUnit& unit) {
@@ -51,10 +53,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, AuxiliaryUnit& un
     argument.beginStructure();
     argument >> unit.name >> unit.properties;
     argument.endStructure();
-    return argument;
+    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): as the toolkit has it
 }
-
-namespace {
 
 constexpr std::size_t longestBusName = 255;
 
