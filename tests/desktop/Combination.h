@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/EventTap.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -8,11 +10,7 @@
 
 namespace hollowfernpike::test {
 
-/// Modifiers as a shortcut's flag word carries them.
-inline constexpr std::uint64_t shift = 0x20000;
-inline constexpr std::uint64_t control = 0x40000;
-inline constexpr std::uint64_t option = 0x80000;
-inline constexpr std::uint64_t command = 0x100000;
+using namespace platform::event_flags;
 
 /// Where a virtual key code sits on a keyboard.
 struct KeyPosition {

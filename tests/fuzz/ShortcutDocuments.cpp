@@ -41,7 +41,7 @@ void requireReadable(std::string_view message) {
             "an error's text is one line");
 }
 
-std::optional<List> decoded(std::string_view document) {
+std::optional<List> listIn(std::string_view document) {
     try {
         return decodeShortcuts(document);
     } catch (const platform::LocalizedError& error) {
@@ -62,7 +62,7 @@ void requireAgreement(const std::optional<List>& list, const Reference& referenc
 
 void requireItSurvivesWriting(const List& list, DocumentLayout layout) {
     const auto document = encodeShortcuts(list, layout);
-    const auto again = decoded(document);
+    const auto again = listIn(document);
     require(again && isSame(*again, list), "what was written reads the same");
     require(encodeShortcuts(*again, layout) == document, "what was written is written the same");
     const auto reference = readByReference(document);
@@ -77,7 +77,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace hollowfernpike;
     using namespace hollowfernpike::test;
     const std::string_view document{reinterpret_cast<const char*>(data), size};
-    const auto list = decoded(document);
+    const auto list = listIn(document);
     requireAgreement(list, readByReference(document));
     if (list) {
         requireItSurvivesWriting(*list, DocumentLayout::compact);

@@ -18,37 +18,37 @@ TEST(DisplayStringTest, WithoutFlagsIsTheBareKey) {
 
 TEST(DisplayStringTest, IgnoresFlagsOutsideTheModifierMask) {
     EXPECT_EQ(shown(0, capsLock), "A");
-    EXPECT_EQ(shown(0, functionKey), "A");
+    EXPECT_EQ(shown(0, secondaryFunction), "A");
     EXPECT_EQ(shown(0, ~modifierMask), "A");
-    EXPECT_EQ(shown(0, ~modifierMask | commandKey), "⌘A");
+    EXPECT_EQ(shown(0, ~modifierMask | command), "⌘A");
 }
 
 TEST(DisplayStringTest, ShowsEachModifier) {
-    EXPECT_EQ(shown(0, controlKey), "\u2303A");
-    EXPECT_EQ(shown(0, optionKey), "\u2325A");
-    EXPECT_EQ(shown(0, shiftKey), "\u21E7A");
-    EXPECT_EQ(shown(0, commandKey), "\u2318A");
+    EXPECT_EQ(shown(0, control), "\u2303A");
+    EXPECT_EQ(shown(0, option), "\u2325A");
+    EXPECT_EQ(shown(0, shift), "\u21E7A");
+    EXPECT_EQ(shown(0, command), "\u2318A");
 }
 
 TEST(DisplayStringTest, OrderIsControlOptionShiftCommand) {
-    EXPECT_EQ(shown(0, commandKey | shiftKey | optionKey | controlKey), "⌃⌥⇧⌘A");
+    EXPECT_EQ(shown(0, command | shift | option | control), "⌃⌥⇧⌘A");
     EXPECT_EQ(shown(0, modifierMask), "⌃⌥⇧⌘A");
     EXPECT_EQ(shown(0, 0x120000), "⇧⌘A");
     EXPECT_EQ(shown(49, 0x1C0000), "⌃⌥⌘Space");
 }
 
 TEST(DisplayStringTest, ShowsKeysWithoutANameByTheirCode) {
-    EXPECT_EQ(shown(50, commandKey), "⌘Key(50)");
-    EXPECT_EQ(shown(65535, commandKey), "⌘Key(65535)");
+    EXPECT_EQ(shown(50, command), "⌘Key(50)");
+    EXPECT_EQ(shown(65535, command), "⌘Key(65535)");
 }
 
 TEST(DisplayStringTest, KeypadDigitsReadLikeTheTopRow) {
-    EXPECT_EQ(shown(83, commandKey), "⌘1");
-    EXPECT_EQ(shown(18, commandKey), "⌘1");
+    EXPECT_EQ(shown(83, command), "⌘1");
+    EXPECT_EQ(shown(18, command), "⌘1");
 }
 
 TEST(AppShortcutTest, ModifierMaskHoldsTheFourModifiers) {
-    EXPECT_EQ(modifierMask, shiftKey | controlKey | optionKey | commandKey);
+    EXPECT_EQ(modifierMask, shift | control | option | command);
 }
 
 } // namespace

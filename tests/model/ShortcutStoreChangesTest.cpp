@@ -26,7 +26,7 @@ TEST_F(ShortcutStoreTest, ObserversFindTheFileWrittenAndTheListChanged) {
 
 TEST_F(ShortcutStoreTest, AddingATakenCombinationWarnsAndChangesNothing) {
     store().add(a);
-    auto same = makeShortcut(9, 0, commandKey, "Other");
+    auto same = makeShortcut(9, 0, command, "Other");
     store().add(same);
     EXPECT_EQ(names(), std::vector<std::string>{"A"});
     EXPECT_EQ(output(), warning);
@@ -56,7 +56,7 @@ TEST_F(ShortcutStoreTest, ACombinationIsTakenWhereverItsShortcutStands) {
 }
 
 TEST_F(ShortcutStoreTest, AddComparesTheWholeFlagWord) {
-    store().add(makeShortcut(1, 0, commandKey | capsLock, "Locked"));
+    store().add(makeShortcut(1, 0, command | capsLock, "Locked"));
     store().add(a);
     EXPECT_EQ(names(), (std::vector<std::string>{"Locked", "A"}));
     EXPECT_EQ(output(), "");
@@ -64,20 +64,20 @@ TEST_F(ShortcutStoreTest, AddComparesTheWholeFlagWord) {
 
 TEST_F(ShortcutStoreTest, AddKeepsOneKeyWithDifferentModifiers) {
     store().add(a);
-    store().add(makeShortcut(2, 0, optionKey, "OptionA"));
+    store().add(makeShortcut(2, 0, option, "OptionA"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "OptionA"}));
 }
 
 TEST_F(ShortcutStoreTest, AddDoesNotCompareIds) {
     store().add(a);
-    store().add(makeShortcut(1, 11, commandKey, "SameId"));
+    store().add(makeShortcut(1, 11, command, "SameId"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "SameId"}));
 }
 
 TEST_F(ShortcutStoreTest, UpdateReplacesAllFieldsInPlace) {
     store().add(a);
     store().add(b);
-    const auto changed = makeShortcut(1, 36, optionKey, "Changed");
+    const auto changed = makeShortcut(1, 36, option, "Changed");
     store().update(changed);
     ASSERT_EQ(names(), (std::vector<std::string>{"Changed", "B"}));
     EXPECT_EQ(fields(store().shortcuts()[0]), fields(changed));
@@ -87,7 +87,7 @@ TEST_F(ShortcutStoreTest, UpdateReplacesAllFieldsInPlace) {
 
 TEST_F(ShortcutStoreTest, UpdateWithItsOwnCombinationIsAccepted) {
     store().add(a);
-    store().update(makeShortcut(1, 0, commandKey, "OtherApplication"));
+    store().update(makeShortcut(1, 0, command, "OtherApplication"));
     EXPECT_EQ(names(), std::vector<std::string>{"OtherApplication"});
     EXPECT_EQ(output(), "");
 }
@@ -95,7 +95,7 @@ TEST_F(ShortcutStoreTest, UpdateWithItsOwnCombinationIsAccepted) {
 TEST_F(ShortcutStoreTest, UpdateToATakenCombinationWarnsAndChangesNothing) {
     store().add(a);
     store().add(b);
-    store().update(makeShortcut(2, 0, commandKey, "Changed"));
+    store().update(makeShortcut(2, 0, command, "Changed"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "B"}));
     EXPECT_EQ(output(), warning);
     EXPECT_EQ(files_.writes, 2);
@@ -105,13 +105,13 @@ TEST_F(ShortcutStoreTest, UpdateToATakenCombinationWarnsAndChangesNothing) {
 TEST_F(ShortcutStoreTest, UpdateComparesTheWholeFlagWord) {
     store().add(a);
     store().add(b);
-    store().update(makeShortcut(2, 0, commandKey | capsLock, "Changed"));
+    store().update(makeShortcut(2, 0, command | capsLock, "Changed"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "Changed"}));
 }
 
 TEST_F(ShortcutStoreTest, UpdateOfAnUnknownIdDoesNothing) {
     store().add(a);
-    store().update(makeShortcut(9, 0, commandKey, "Unknown"));
+    store().update(makeShortcut(9, 0, command, "Unknown"));
     EXPECT_EQ(names(), std::vector<std::string>{"A"});
     EXPECT_EQ(output(), "");
     EXPECT_EQ(files_.writes, 1);
@@ -119,9 +119,9 @@ TEST_F(ShortcutStoreTest, UpdateOfAnUnknownIdDoesNothing) {
 }
 
 TEST_F(ShortcutStoreTest, UpdateReplacesOnlyTheFirstOfOneId) {
-    files_.files[file] = document(
-        {makeShortcut(7, 1, commandKey, "First"), makeShortcut(7, 2, commandKey, "Second")});
-    store().update(makeShortcut(7, 2, commandKey, "Changed"));
+    files_.files[file] =
+        document({makeShortcut(7, 1, command, "First"), makeShortcut(7, 2, command, "Second")});
+    store().update(makeShortcut(7, 2, command, "Changed"));
     EXPECT_EQ(names(), (std::vector<std::string>{"Changed", "Second"}));
     EXPECT_EQ(output(), "");
 }
@@ -135,8 +135,8 @@ TEST_F(ShortcutStoreTest, RemoveClosesTheGap) {
 }
 
 TEST_F(ShortcutStoreTest, RemoveTakesEveryRecordOfOneId) {
-    files_.files[file] = document(
-        {makeShortcut(7, 1, commandKey, "First"), b, makeShortcut(7, 2, commandKey, "Second")});
+    files_.files[file] =
+        document({makeShortcut(7, 1, command, "First"), b, makeShortcut(7, 2, command, "Second")});
     store().remove(idNumber(7));
     EXPECT_EQ(names(), std::vector<std::string>{"B"});
 }
@@ -152,7 +152,7 @@ TEST_F(ShortcutStoreTest, RemoveOfAnUnknownIdWritesAndAnnouncesAnyway) {
 
 TEST_F(ShortcutStoreTest, RemoveTakesAnIdOutOfTheListItself) {
     files_.files[file] = document(
-        {makeShortcut(7, 1, commandKey, "First"), b, makeShortcut(7, 2, commandKey, "Second"), c});
+        {makeShortcut(7, 1, command, "First"), b, makeShortcut(7, 2, command, "Second"), c});
     store().remove(store().shortcuts()[0].id);
     EXPECT_EQ(names(), (std::vector<std::string>{"B", "C"}));
 }

@@ -62,7 +62,7 @@ TEST_F(ShortcutStoreTest, ImportOfAnEmptyListEmptiesListAndFile) {
 }
 
 TEST_F(ShortcutStoreTest, ImportKeepsRecordsThatShareACombinationOrAnId) {
-    store().importData(document({a, makeShortcut(9, 0, commandKey, "Twin"), a}));
+    store().importData(document({a, makeShortcut(9, 0, command, "Twin"), a}));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "Twin", "A"}));
     EXPECT_EQ(output(), "");
 }

@@ -14,7 +14,7 @@ TEST_F(ShortcutStoreTest, AFullDiskIsLoggedAndTheChangeKept) {
     EXPECT_EQ(posts_, 2);
 
     files_.writeError.reset();
-    store().update(makeShortcut(2, 36, commandKey, "Later"));
+    store().update(makeShortcut(2, 36, command, "Later"));
     EXPECT_EQ(names(), (std::vector<std::string>{"A", "Later"}));
     EXPECT_NE(files_.files[file].find("Later"), std::string::npos);
 }
@@ -22,7 +22,7 @@ TEST_F(ShortcutStoreTest, AFullDiskIsLoggedAndTheChangeKept) {
 TEST_F(ShortcutStoreTest, EveryChangingOperationLogsAFailedSaveAndAnnounces) {
     store().add(a);
     files_.writeError = FakeFileManager::error(std::errc::io_error, "E");
-    store().update(makeShortcut(1, 1, commandKey, "Updated"));
+    store().update(makeShortcut(1, 1, command, "Updated"));
     store().importData(document({b}));
     store().remove(b.id);
     EXPECT_EQ(output(), "ショートカット保存エラー: E\nショートカット保存エラー: E\n"

@@ -48,7 +48,7 @@ TEST_F(ShortcutStoreFilesTest, MakesItsFolderWithMissingParentsAndWritesOnTheFir
     EXPECT_EQ(store().fileURL(), file());
     EXPECT_TRUE(std::filesystem::is_directory(file().parent_path()));
     EXPECT_FALSE(std::filesystem::exists(file()));
-    store().add(makeShortcut(1, 0, commandKey, "A"));
+    store().add(makeShortcut(1, 0, command, "A"));
     EXPECT_EQ(contentsOf(file()),
               R"([{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E01","keyCode":0,)"
               R"("modifierFlags":1048576,"appPath":"\/Applications\/A.app","appName":"A",)"
@@ -58,7 +58,7 @@ TEST_F(ShortcutStoreFilesTest, MakesItsFolderWithMissingParentsAndWritesOnTheFir
 TEST_F(ShortcutStoreFilesTest, TheListSurvivesARestart) {
     const auto odd = makeShortcut(1, 65535, ~0ULL, "日本語 😀 \"\\/\n");
     store().add(odd);
-    store().add(makeShortcut(2, 11, commandKey, "B"));
+    store().add(makeShortcut(2, 11, command, "B"));
     ModelServices::restart();
     ASSERT_EQ(store().shortcuts().size(), 2U);
     EXPECT_EQ(fields(store().shortcuts()[0]), fields(odd));
@@ -70,7 +70,7 @@ TEST_F(ShortcutStoreFilesTest, AFolderThatCannotBeMadeFailsTheSaveAlone) {
     useDataHome(home_.path() / "occupied");
     EXPECT_TRUE(store().shortcuts().empty());
     EXPECT_EQ(output(), "");
-    store().add(makeShortcut(1, 0, commandKey));
+    store().add(makeShortcut(1, 0, command));
     EXPECT_EQ(output(), "ショートカット保存エラー: 「" +
                             (home_.path() / "occupied/Hollowfernpike/shortcuts.json").string() +
                             "」に書き込めません: フォルダではありません\n");
@@ -97,7 +97,7 @@ TEST_F(ShortcutStoreFilesTest, ABrokenFileIsKeptUntilTheNextSave) {
 
 TEST_F(ShortcutStoreFilesTest, LeavesNothingBesideItsFile) {
     for (std::uint8_t number = 0; number < 20; ++number) {
-        store().add(makeShortcut(number, number, commandKey));
+        store().add(makeShortcut(number, number, command));
     }
     const std::filesystem::directory_iterator entries{file().parent_path()};
     EXPECT_EQ(std::distance(entries, {}), 1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/AppShortcut.h"
+#include "platform/EventTap.h"
 
 #include <cstdint>
 #include <ostream>
@@ -19,12 +20,7 @@ inline void PrintTo(const UUID& id, std::ostream* out) { // NOLINT(readability-i
 
 namespace hollowfernpike::test {
 
-inline constexpr std::uint64_t shiftKey = 0x20000;
-inline constexpr std::uint64_t controlKey = 0x40000;
-inline constexpr std::uint64_t optionKey = 0x80000;
-inline constexpr std::uint64_t commandKey = 0x100000;
-inline constexpr std::uint64_t capsLock = 0x10000;
-inline constexpr std::uint64_t functionKey = 0x800000;
+using namespace platform::event_flags;
 
 /// The id whose last digits are `number` and whose others are those of an arbitrary UUID.
 inline UUID idNumber(std::uint8_t number) {

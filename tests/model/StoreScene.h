@@ -39,9 +39,9 @@ protected:
         services_.notificationCenter.observe("shortcutsDidChange", [this] { ++posts_; });
 };
 
-inline const auto a = makeShortcut(1, 0, commandKey, "A");
-inline const auto b = makeShortcut(2, 11, commandKey, "B");
-inline const auto c = makeShortcut(3, 8, commandKey, "C");
+inline const auto a = makeShortcut(1, 0, command, "A");
+inline const auto b = makeShortcut(2, 11, command, "B");
+inline const auto c = makeShortcut(3, 8, command, "C");
 
 inline std::string document(const std::vector<AppShortcut>& shortcuts) {
     std::string text;

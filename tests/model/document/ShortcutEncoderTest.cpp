@@ -38,7 +38,7 @@ std::string pretty(const std::vector<AppShortcut>& shortcuts) {
 
 /// The document's bytes between the quotes of the name of a record with this name.
 std::string encodedName(const std::string& name) {
-    auto shortcut = makeShortcut(1, 0, commandKey);
+    auto shortcut = makeShortcut(1, 0, command);
     shortcut.appName = name;
     const auto document = compact({shortcut});
     const std::string before = R"("appName":")";
@@ -110,7 +110,7 @@ TEST(EncodedTextTest, CharactersOutsideTheBasicPlane) {
 
 TEST(EncodedTextTest, EveryByteValueThatIsAsciiSurvivesAnotherReader) {
     for (int value = 0; value < 0x80; ++value) {
-        auto shortcut = makeShortcut(1, 0, commandKey);
+        auto shortcut = makeShortcut(1, 0, command);
         shortcut.appName = std::string("a") + static_cast<char>(value) + "b";
         for (const auto& document : {compact({shortcut}), pretty({shortcut})}) {
             EXPECT_EQ(nlohmann::json::parse(document)[0]["appName"], shortcut.appName) << value;
@@ -119,10 +119,10 @@ TEST(EncodedTextTest, EveryByteValueThatIsAsciiSurvivesAnotherReader) {
 }
 
 TEST(EncodedTextTest, TextThatIsNotUtf8IsRefusedByPlaceAndKey) {
-    auto second = makeShortcut(2, 1, commandKey);
+    auto second = makeShortcut(2, 1, command);
     second.appPath = "/Applications/caf\xE9\n.app";
     try {
-        compact({makeShortcut(1, 0, commandKey), second});
+        compact({makeShortcut(1, 0, command), second});
         FAIL() << "encoded text that is not UTF-8";
     } catch (const EncodingError& error) {
         EXPECT_EQ(error.english(),
@@ -137,7 +137,7 @@ TEST(EncodedTextTest, TextThatIsNotUtf8IsRefusedByPlaceAndKey) {
 TEST(EncodedTextTest, EveryTextOfARecordIsChecked) {
     for (const auto field :
          {&AppShortcut::appPath, &AppShortcut::appName, &AppShortcut::appBundleIdentifier}) {
-        auto shortcut = makeShortcut(1, 0, commandKey);
+        auto shortcut = makeShortcut(1, 0, command);
         shortcut.*field = "\xC0\xAF";
         EXPECT_THROW(compact({shortcut}), EncodingError);
         EXPECT_THROW(pretty({shortcut}), EncodingError);

@@ -42,7 +42,7 @@ void setGeometry(ProbeOptions& options, std::string_view value) {
 using Flag = std::function<void(ProbeOptions&)>;
 using Setting = std::function<void(ProbeOptions&, std::string_view)>;
 
-const std::map<std::string_view, Flag>& flags() {
+const std::map<std::string_view, Flag>& switches() {
     static const std::map<std::string_view, Flag> table{
         {"--no-pid", [](auto& options) { options.hasPid = false; }},
         {"--no-window", [](auto& options) { options.windows = 0; }},
@@ -81,7 +81,7 @@ ProbeOptions parseProbeOptions(std::span<char*> arguments) {
     ProbeOptions options;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string_view name = arguments[index];
-        if (const auto flag = flags().find(name); flag != flags().end()) {
+        if (const auto flag = switches().find(name); flag != switches().end()) {
             flag->second(options);
         } else if (const auto setting = settings().find(name);
                    setting != settings().end() && index + 1 < arguments.size()) {

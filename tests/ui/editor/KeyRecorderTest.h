@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/EventTap.h"
 #include "ui/editor/EditorTest.h"
 #include "ui/editor/KeyRecorderView.h"
 #include "ui/parts/Labels.h"
@@ -14,11 +15,11 @@
 
 namespace hollowfernpike::test {
 
+using namespace platform::event_flags;
+
 inline constexpr std::uint16_t keyA = 0;
 inline constexpr std::uint16_t keyB = 11;
 inline constexpr std::uint16_t keyEscape = 53;
-inline constexpr std::uint64_t command = 0x100000;
-inline constexpr std::uint64_t shift = 0x20000;
 
 /// A recorder that is not in any window, and what it reports.
 template <class Base>

@@ -19,7 +19,7 @@ class ExchangeTest : public WindowTest {
 protected:
     ExchangeTest() {
         speak(Language::english);
-        addShortcut("Editor", 0, commandKey);
+        addShortcut("Editor", 0, command);
     }
 
     /// Makes a file that panels can see.
@@ -59,7 +59,7 @@ protected:
     }
 
     /// A list that no document can hold.
-    static void spoilTheList() { addShortcut("\xff", 1, commandKey); }
+    static void spoilTheList() { addShortcut("\xff", 1, command); }
 
     TemporaryDirectory folder;
 };

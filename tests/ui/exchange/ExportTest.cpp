@@ -67,7 +67,7 @@ TEST_P(ExportFromEach, ExportThatCannotBeWrittenIsToldWithTheReason) {
 TEST_P(ExportFromEach, ExportWritesTheListAsItWasWhenTheExportWasChosen) {
     const auto before = ShortcutStore::shared().exportData();
     exportSuccessfully({[&](QWidget& panel) {
-        addShortcut("Later", 5, commandKey);
+        addShortcut("Later", 5, command);
         choose(newFile("list.json"))(panel);
     }});
     EXPECT_EQ(desktop.fileManager.files[newFile("list.json")], before);

@@ -18,8 +18,8 @@ class MainWindowActionsTest : public WindowTest {
 protected:
     MainWindowActionsTest() {
         speak(Language::english);
-        addShortcut("Editor", 0, commandKey);
-        addShortcut("Browser", 1, commandKey);
+        addShortcut("Editor", 0, command);
+        addShortcut("Browser", 1, command);
         open();
         desktop.log.clear();
     }
@@ -75,14 +75,14 @@ TEST_F(MainWindowActionsTest, AddingOpensAnEditorInTheMiddleAndBringsTheApplicat
 
 TEST_F(MainWindowActionsTest, WhatAnAddingEditorSavesIsAdded) {
     controller->addButton()->click();
-    editors().front()->onSave(shortcutFor("Terminal", 17, commandKey));
+    editors().front()->onSave(shortcutFor("Terminal", 17, command));
     EXPECT_THAT(shownNames(), ElementsAre("Editor", "Browser", "Terminal"));
 }
 
 TEST_F(MainWindowActionsTest, WhatAnAddingEditorSavesAfterTheControllerIsGoneIsAdded) {
     controller->addButton()->click();
     controller.reset();
-    editors().front()->onSave(shortcutFor("Terminal", 17, commandKey));
+    editors().front()->onSave(shortcutFor("Terminal", 17, command));
     EXPECT_THAT(shortcuts(), SizeIs(3));
 }
 

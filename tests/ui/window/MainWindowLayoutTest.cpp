@@ -23,9 +23,9 @@ class WindowGeometry : public MainWindowTest, public testing::WithParamInterface
 protected:
     WindowGeometry() {
         speak(GetParam().language);
-        addShortcut("Editor", 0, commandKey);
+        addShortcut("Editor", 0, command);
         addShortcut(std::string(300, 'W'), 65535, modifierMask);
-        addShortcut("日本語入力メソッド設定ユーティリティ", 1, commandKey);
+        addShortcut("日本語入力メソッド設定ユーティリティ", 1, command);
         open().window()->resize(GetParam().size);
         settle();
     }

@@ -35,7 +35,7 @@ TEST_F(MainWindowTest, SymbolsKeepTheDescriptionsOfTheLanguageInWhichTheyWereMad
 TEST_F(MainWindowTest, AWindowThatIsHiddenFollowsLanguageAndList) {
     open().window()->close();
     Language::setCurrent(Language::english);
-    addShortcut("Editor", 0, commandKey);
+    addShortcut("Editor", 0, command);
     controller->showWindow();
     settle();
     EXPECT_EQ(controller->window()->windowTitle(), "Hollowfernpike - Manage Shortcuts");
@@ -69,7 +69,7 @@ TEST_F(MainWindowTest, AControllerThatIsGoneObservesNothing) {
     open();
     controller.reset();
     Language::setCurrent(Language::english);
-    addShortcut("Editor", 0, commandKey);
+    addShortcut("Editor", 0, command);
     EXPECT_THAT(ShortcutStore::shared().shortcuts(), SizeIs(1));
 }
 

@@ -10,7 +10,7 @@ using testing::IsEmpty;
 TEST_F(MainWindowTest, TheFirstShortcutReplacesTheHintByACard) {
     open();
     ASSERT_NE(hint(), nullptr);
-    addShortcut("Editor", 0, commandKey);
+    addShortcut("Editor", 0, command);
     settle();
     EXPECT_EQ(hint(), nullptr);
     EXPECT_THAT(shownNames(), ElementsAre("Editor"));
@@ -22,7 +22,7 @@ TEST_F(MainWindowTest, TheFirstShortcutReplacesTheHintByACard) {
 
 TEST_F(MainWindowTest, CardsComeInTheStoresOrder) {
     for (const auto* name : {"Zebra", "apple", "Mango"}) {
-        addShortcut(name, static_cast<std::uint16_t>(name[0]), commandKey);
+        addShortcut(name, static_cast<std::uint16_t>(name[0]), command);
     }
     open();
     EXPECT_THAT(shownNames(), ElementsAre("Zebra", "apple", "Mango"));

@@ -22,8 +22,8 @@ class MainWindowOnDesktopTest : public testing::Test {
 protected:
     MainWindowOnDesktopTest() {
         desktop_.userDefaults.own["AppLanguage"] = std::string("en");
-        addShortcut("Editor", 0, commandKey);
-        addShortcut("Browser", 1, commandKey);
+        addShortcut("Editor", 0, command);
+        addShortcut("Browser", 1, command);
     }
 
     MainWindowController& open() {
@@ -148,7 +148,7 @@ TEST_F(MainWindowOnDesktopTest, AfterADeletionByKeyboardTheFocusIsStillInTheList
 
 TEST_F(MainWindowOnDesktopTest, ThePageKeysScrollTheList) {
     for (std::uint16_t key = 2; key < 40; ++key) {
-        addShortcut("Application", key, commandKey);
+        addShortcut("Application", key, command);
     }
     open();
     const auto* scroller = controller_->scrollView()->verticalScrollBar();

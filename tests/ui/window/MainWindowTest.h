@@ -34,7 +34,7 @@ protected:
     static void fill(int count) {
         for (int number = 0; number < count; ++number) {
             addShortcut("Application " + std::to_string(number), static_cast<std::uint16_t>(number),
-                        commandKey);
+                        command);
         }
     }
 

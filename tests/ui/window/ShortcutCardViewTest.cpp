@@ -19,7 +19,7 @@ namespace {
 class ShortcutCardViewTest : public WindowTest {
 protected:
     static AppShortcut named(const std::string& name, std::uint16_t keyCode = 0,
-                             std::uint64_t flags = commandKey) {
+                             std::uint64_t flags = command) {
         return shortcutFor(name, keyCode, flags);
     }
 
@@ -54,7 +54,7 @@ TEST_F(ShortcutCardViewTest, KeepsItsConstraintsWithNamesAndKeysOfEveryLength) {
     for (const int width : {368, 448, 900}) {
         for (const auto& name : {std::string(), std::string("X"), std::string("Text Editor"),
                                  endless, std::string("日本語入力メソッド設定ユーティリティ")}) {
-            for (const std::uint64_t flags : {std::uint64_t{0}, commandKey, modifierMask}) {
+            for (const std::uint64_t flags : {std::uint64_t{0}, command, modifierMask}) {
                 SCOPED_TRACE(name + " " + std::to_string(width));
                 expectCardConstraints(*cardFor(named(name, 65535, flags), width));
             }
@@ -231,7 +231,7 @@ TEST_P(CardInEachLanguage, ABadgeShowsTheWholeCombinationHoweverLongTheName) {
 }
 
 TEST_P(CardInEachLanguage, ScreenReadersAreToldOfEverything) {
-    const ShortcutCardView card(shortcutFor("Editor", 49, commandKey));
+    const ShortcutCardView card(shortcutFor("Editor", 49, command));
     const auto said = [](QWidget& view) {
         return QAccessible::queryAccessibleInterface(&view)->text(QAccessible::Name).toStdString();
     };

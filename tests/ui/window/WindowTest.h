@@ -2,6 +2,7 @@
 
 #include "app/Language.h"
 #include "hotkeys/Shortcuts.h"
+#include "platform/EventTap.h"
 #include "support/TemporaryDirectory.h"
 #include "support/WaitUntil.h"
 #include "support/fakes/FakeServices.h"
@@ -25,7 +26,7 @@
 
 namespace hollowfernpike::test {
 
-inline constexpr std::uint64_t commandKey = 0x100000;
+using namespace platform::event_flags;
 
 /// The management window among the fakes of a whole desktop. Japanese unless told otherwise.
 class WindowTest : public testing::Test {
