@@ -1,12 +1,11 @@
 """What .clang-tidy asks for, over all sources and headers of ours: tidy.py ROOT BUILD
 
-clang-tidy reads everything that a file includes, which takes ten seconds and more. So sources that
-share a namespace are looked at together, as one file that includes them (a batch). A clean batch is
-looked at again only when one of its sources, a header of ours that they include, or the settings of
-the look change.
+clang-tidy looks at everything that a file includes, which takes half a minute for the toolkit and the
+test library. So many sources are looked at together, as one file that includes them (a batch). A clean
+batch is looked at again only when one of its sources, a header of ours that they include, or the
+settings of the look change.
 """
 
-import collections
 import concurrent.futures
 import hashlib
 import json
@@ -25,12 +24,12 @@ INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 ENTRY_POINT = re.compile(r"^int (main|LLVMFuzzerTestOneInput)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
-# Batches of several folders; every other folder is one by itself. Names at namespace scope are unique in
-# each batch.
-TOGETHER = {
+# The batches. Names at namespace scope are unique in each.
+BATCHES = {
     "src": re.compile("src/(?!platform/)"),
-    "tests/desktop": re.compile("tests/(desktop|faults|package)/"),
-    "tests/model": re.compile("tests/(app|hotkeys|model)/"),
+    "src/platform": re.compile("src/platform/"),
+    "tests/desktop": re.compile("tests/(desktop|faults|package|show|ui)/"),
+    "tests": re.compile("tests/(?!(desktop|faults|package|show|ui)/)"),
     "benchmarks": re.compile("benchmarks/"),
 }
 
@@ -39,10 +38,11 @@ SETTINGS = [".clang-tidy", "src/.clang-tidy", "tests/.clang-tidy", "benchmarks/.
 # The static analyzer takes what a file of this name includes for sources, and looks at them, too.
 BATCH = "UnifiedSource.cpp"
 NOT_FOR_BATCHES = "-bugprone-suspicious-include"
+HIDING_NAMES = "-Wno-shadow"  # of other sources is allowed
 
 # The static analyzer is not for tests, because the sanitizers that they run under find more, and not for
-# benchmarks, because it takes their loops for mistakes.
-FOR_SRC_ALONE = "-clang-analyzer-*,-bugprone-use-after-move"
+# benchmarks, because it takes their loops for mistakes. Linkage is not: programs are renamed in a batch.
+FOR_SRC_ALONE = "-clang-analyzer-*,-bugprone-use-after-move,-misc-use-internal-linkage"
 
 
 def options(command):
@@ -88,27 +88,26 @@ class Includes:
         return found
 
 
-def batch_of(name):
-    for batch, files in TOGETHER.items():
-        if files.match(name):
-            return batch
-    folders = name.split("/")[:-1]
-    depth = 3 if "platform" in folders[:2] else 2
-    return "/".join(folders[:depth])
+def batches(names):
+    """The sources that are looked at together, by a name for them."""
+    found = {batch: list(filter(files.match, names)) for batch, files in BATCHES.items()}
+    return {batch: sources for batch, sources in found.items() if sources}
 
 
-def batches(root, names):
-    """The sources that are looked at together, by a name for them; long lists first. None has more
-    than one entry point of a program."""
-    found = collections.defaultdict(list)
-    programs = collections.Counter()
-    for name in names:
-        batch, program = batch_of(name), 0
-        if ENTRY_POINT.search((root / name).read_text()):
-            program = programs[batch]
-            programs[batch] += 1
-        found[f"{batch}/{program}"].append(name)
-    return sorted(found.items(), key=lambda batch: (-len(batch[1]), batch[0]))
+def unified(root, names):
+    """The text of a file that includes the sources. The programs come last, and of those that begin
+    with the same function all but one call it otherwise."""
+    text, programs, begun = "", "", set()
+    for number, name in enumerate(names):
+        include = f'#include "{root / name}"\n'
+        if not (entry := ENTRY_POINT.search((root / name).read_text())):
+            text += include
+        elif entry[1] in begun:
+            programs += f"#define {entry[1]} {entry[1]}{number}\n{include}#undef {entry[1]}\n"
+        else:
+            begun.add(entry[1])
+            programs = include + programs
+    return text + programs
 
 
 def fingerprint(root, files, *settings):
@@ -122,10 +121,11 @@ def fingerprint(root, files, *settings):
 
 def look(root, place, names, arguments):
     """What is wrong with these sources and with the headers of ours that they include."""
-    place.mkdir(parents=True)
-    (place / BATCH).write_text("".join(f'#include "{root / name}"\n' for name in names))
+    place.mkdir(parents=True, exist_ok=True)
+    (place / BATCH).write_text(unified(root, names))
     (place / "compile_commands.json").write_text(json.dumps([{
-        "directory": str(place), "file": BATCH, "arguments": ["c++", *arguments, "-c", BATCH]}]))
+        "directory": str(place), "file": BATCH,
+        "arguments": ["c++", *arguments, HIDING_NAMES, "-c", BATCH]}]))
     unwanted = [NOT_FOR_BATCHES, *([] if names[0].startswith("src/") else [FOR_SRC_ALONE])]
     done = subprocess.run(["clang-tidy", "-p", place, "--quiet", f"--checks={','.join(unwanted)}",
                            place / BATCH], capture_output=True, text=True, check=False)
@@ -165,7 +165,7 @@ def check(root, build):
 
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
         looks = []
-        for batch, names in batches(root, sources):
+        for batch, names in batches(sources).items():
             each = chain.from_iterable(options_of[str(root / name)] for name in names)
             arguments = list(chain.from_iterable(dict.fromkeys(each)))
             clean = cache / fingerprint(root, includes.closure(root / name for name in names),
