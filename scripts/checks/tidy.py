@@ -38,7 +38,7 @@ SETTINGS = [".clang-tidy", "src/.clang-tidy", "tests/.clang-tidy", "benchmarks/.
 # The static analyzer takes what a file of this name includes for sources, and looks at them, too.
 BATCH = "UnifiedSource.cpp"
 NOT_FOR_BATCHES = "-bugprone-suspicious-include"
-HIDING_NAMES = "-Wno-shadow"  # of other sources is allowed
+MAY_HIDE_NAMES = "-Wno-shadow"  # those of the other sources in the batch
 
 # The static analyzer is not for tests, because the sanitizers that they run under find more, and not for
 # benchmarks, because it takes their loops for mistakes. In a batch, programs have other names than main,
@@ -127,7 +127,7 @@ def look(root, place, names, arguments):
     (place / BATCH).write_text(unified(root, names))
     (place / "compile_commands.json").write_text(json.dumps([{
         "directory": str(place), "file": BATCH,
-        "arguments": ["c++", *arguments, HIDING_NAMES, "-c", BATCH]}]))
+        "arguments": ["c++", *arguments, MAY_HIDE_NAMES, "-c", BATCH]}]))
     unwanted = [NOT_FOR_BATCHES, *([] if names[0].startswith("src/") else [FOR_SRC_ALONE])]
     done = subprocess.run(["clang-tidy", "-p", place, "--quiet", f"--checks={','.join(unwanted)}",
                            place / BATCH], capture_output=True, text=True, check=False)
