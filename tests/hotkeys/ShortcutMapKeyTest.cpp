@@ -18,6 +18,16 @@ TEST(ShortcutMapKey, IsTheKeyCodeAColonAndTheFlagsInDecimal) {
     EXPECT_EQ(ShortcutMapKey(12, command).text(), "12:1048576");
 }
 
+// What other tests call a modifier is what documents have kept since the first release.
+TEST(ShortcutMapKey, EachModifierHasItsBit) {
+    EXPECT_EQ(ShortcutMapKey(0, shift).text(), "0:131072");
+    EXPECT_EQ(ShortcutMapKey(0, control).text(), "0:262144");
+    EXPECT_EQ(ShortcutMapKey(0, option).text(), "0:524288");
+    EXPECT_EQ(ShortcutMapKey(0, command).text(), "0:1048576");
+    EXPECT_EQ(capsLock, 0x10000U);
+    EXPECT_EQ(secondaryFunction, 0x800000U);
+}
+
 TEST(ShortcutMapKey, OfABareKeyEndsInZero) {
     EXPECT_EQ(ShortcutMapKey(122, 0).text(), "122:0");
 }
