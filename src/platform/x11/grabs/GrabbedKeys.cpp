@@ -178,7 +178,7 @@ bool GrabbedKeys::passesByGrabs(const platform::KeyCombination& combination) con
 
 std::optional<KeyPress> GrabbedKeys::readSwallowed(const xcb_generic_event_t& event) {
     const auto& core = reinterpret_cast<const xcb_key_press_event_t&>(event);
-    const KeyState state{core.detail, static_cast<ModifierState>(core.state & 0xFFU)};
+    const KeyState state{core.detail, static_cast<freedesktop::ModifierState>(core.state & 0xFFU)};
     if (wasObserved({state, core.time, event.full_sequence})) {
         return std::nullopt;
     }

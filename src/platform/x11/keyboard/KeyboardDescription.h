@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/x11/keyboard/Modifiers.h"
+#include "platform/freedesktop/keyboard/Modifiers.h"
 #include "platform/x11/server/Connection.h"
 
 #include <array>
@@ -14,14 +14,15 @@ namespace hollowfernpike::x11 {
 struct KeyboardDescription {
     struct Key {
         std::string name;
-        ModifierState modifiers = 0;        ///< real modifiers that the key is mapped to
+        freedesktop::ModifierState modifiers = 0; ///< real modifiers that the key is mapped to
         std::uint16_t virtualModifiers = 0; ///< bits of the virtual modifiers that it belongs to
-        ModifierState actionModifiers = 0;  ///< real modifiers that its first action changes
-        bool changesGroup = false;          ///< whether its first action switches the layout
+        freedesktop::ModifierState actionModifiers =
+            0;                     ///< real modifiers that its first action changes
+        bool changesGroup = false; ///< whether its first action switches the layout
     };
     struct VirtualModifier {
         std::uint16_t bit = 0;
-        ModifierState modifiers = 0; ///< real modifiers that the map gives it
+        freedesktop::ModifierState modifiers = 0; ///< real modifiers that the map gives it
     };
 
     xcb_keycode_t firstKey = 0;

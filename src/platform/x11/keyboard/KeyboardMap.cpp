@@ -1,6 +1,6 @@
 #include "platform/x11/keyboard/KeyboardMap.h"
 
-#include "platform/x11/keyboard/KeyNames.h"
+#include "platform/freedesktop/keyboard/KeyNames.h"
 
 #include <string_view>
 
@@ -15,13 +15,13 @@ VirtualModifier find(const KeyboardDescription& description, std::string_view na
     return found == description.virtualModifiers.end() ? VirtualModifier{} : found->second;
 }
 
-ModifierState firstPlaced(const KeyboardDescription& description, std::string_view name,
-                          std::string_view substitute) {
+freedesktop::ModifierState firstPlaced(const KeyboardDescription& description,
+                                       std::string_view name, std::string_view substitute) {
     const auto place = find(description, name).modifiers;
     return place != 0 ? place : find(description, substitute).modifiers;
 }
 
-Modifiers findModifiers(const KeyboardDescription& description) {
+freedesktop::Modifiers findModifiers(const KeyboardDescription& description) {
     return {
         .option = firstPlaced(description, "Alt", "Meta"),
         .command = firstPlaced(description, "Super", "Hyper"),
@@ -52,11 +52,12 @@ std::optional<std::uint16_t> firstFound(const KeyboardDescription& description,
 
 std::uint16_t keyCode(const KeyboardDescription& description, xcb_keycode_t key) {
     const auto& name = description.keys.at(key).name;
-    if (const auto code = firstFound(description, name, virtualKeyCode)) {
+    if (const auto code = firstFound(description, name, freedesktop::virtualKeyCode)) {
         return *code;
     }
-    const auto evdev = firstFound(description, name, evdevCode);
-    return static_cast<std::uint16_t>(firstUnnumberedKeyCode + evdev.value_or(key - 8));
+    const auto evdev = firstFound(description, name, freedesktop::evdevCode);
+    return static_cast<std::uint16_t>(freedesktop::firstUnnumberedKeyCode +
+                                      evdev.value_or(key - 8));
 }
 
 } // namespace
@@ -80,7 +81,8 @@ std::optional<platform::KeyEvent> KeyboardMap::event(const KeyState& press) cons
         return std::nullopt;
     }
     return platform::KeyEvent{.keyCode = *code,
-                              .flags = platform::event_flags::nonCoalesced | keyFlags(*code) |
+                              .flags = platform::event_flags::nonCoalesced |
+                                       freedesktop::keyFlags(*code) |
                                        modifiers_.flags(press.modifiers)};
 }
 
@@ -89,8 +91,9 @@ std::optional<platform::KeyCombination> KeyboardMap::combination(const KeyState&
     if (!code || !modifiers_.isPlain(press.modifiers)) {
         return std::nullopt;
     }
-    return platform::KeyCombination{
-        .keyCode = *code, .modifierFlags = modifiers_.flags(press.modifiers) & shortcutModifiers};
+    return platform::KeyCombination{.keyCode = *code,
+                                    .modifierFlags = modifiers_.flags(press.modifiers) &
+                                                     freedesktop::shortcutModifiers};
 }
 
 std::vector<KeyState> KeyboardMap::presses(const platform::KeyCombination& combination) const {

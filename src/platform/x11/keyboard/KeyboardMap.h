@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/EventTap.h"
+#include "platform/freedesktop/keyboard/Modifiers.h"
 #include "platform/x11/keyboard/KeyboardDescription.h"
-#include "platform/x11/keyboard/Modifiers.h"
 
 #include <array>
 #include <compare>
@@ -14,7 +14,7 @@ namespace hollowfernpike::x11 {
 /// A key of the server and the modifiers on while it goes down.
 struct KeyState {
     xcb_keycode_t key = 0;
-    ModifierState modifiers = 0;
+    freedesktop::ModifierState modifiers = 0;
 
     // NOLINTNEXTLINE(modernize-use-nullptr): the check misreads the generated comparison
     auto operator<=>(const KeyState&) const = default;
@@ -40,7 +40,7 @@ public:
 
 private:
     std::array<std::optional<std::uint16_t>, 256> codes_;
-    Modifiers modifiers_;
+    freedesktop::Modifiers modifiers_;
     std::vector<xcb_keycode_t> superKeys_;
 };
 

@@ -128,7 +128,7 @@ void KeyTap::handle(const xcb_generic_event_t& event) {
 
 void KeyTap::deliver(const KeyPress& press) {
     services_.userTime.record(press.time, {static_cast<std::uint16_t>(press.event.keyCode),
-                                           press.event.flags & shortcutModifiers});
+                                           press.event.flags & freedesktop::shortcutModifiers});
     listener_.callback(this, platform::eventKeyDown, &press.event, listener_.userInfo);
 }
 

@@ -32,7 +32,7 @@ void RawKeys::start() {
         xcb_xkb_get_state_reply(connection_.get(), cookie, nullptr)};
     started_ = state != nullptr;
     startedAt_ = cookie.sequence;
-    modifiers_ = state ? state->mods : ModifierState{0};
+    modifiers_ = state ? state->mods : freedesktop::ModifierState{0};
     isModifierHeld_ = state && state->baseMods != 0;
     const auto taken = input_.devices();
     wasInputTaken_ = taken.keyboard && taken.pointer;

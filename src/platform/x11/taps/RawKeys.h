@@ -50,7 +50,7 @@ private:
     bool started_ = false;
     std::uint32_t startedAt_ = 0; ///< number of the request that told the modifiers
     std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period
-    ModifierState modifiers_ = 0;
+    freedesktop::ModifierState modifiers_ = 0;
     bool isModifierHeld_ = false;
     bool wasInputTaken_ = false; ///< when the press before was read
 };

@@ -103,8 +103,9 @@ TEST_F(KeyGrabsTest, TriesNothingButThePartThatWasTakenBefore) {
     other.sync();
     EXPECT_TRUE(grabs_.update(map_, Combinations{controlX_}).empty());
     for (const unsigned locks : {0U, unsigned{XCB_MOD_MASK_LOCK}}) {
-        EXPECT_TRUE(grabs_.held({x, static_cast<x11::ModifierState>(XCB_MOD_MASK_CONTROL | locks)},
-                                xcb_no_operation(client_.server()).sequence));
+        EXPECT_TRUE(
+            grabs_.held({x, static_cast<freedesktop::ModifierState>(XCB_MOD_MASK_CONTROL | locks)},
+                        xcb_no_operation(client_.server()).sequence));
     }
 }
 

@@ -81,7 +81,7 @@ TEST(KeyboardMapTest, ReportsNothingForModifierKeys) {
          {XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_CONTROL, XCB_MOD_MASK_1,
           XCB_MOD_MASK_3, XCB_MOD_MASK_4, XCB_MOD_MASK_5}) {
         auto description = keyboardWith("AC01");
-        description.keys.at(someKey).modifiers = static_cast<x11::ModifierState>(modifier);
+        description.keys.at(someKey).modifiers = static_cast<freedesktop::ModifierState>(modifier);
         const KeyboardMap map{description};
         EXPECT_FALSE(map.event({someKey, 0})) << modifier;
         EXPECT_FALSE(map.combination({someKey, 0})) << modifier;
@@ -128,7 +128,7 @@ TEST(KeyboardMapTest, KnowsTheSuperKeysByWhatTheyDoWhateverTheyAreCalled) {
 TEST(KeyboardMapTest, TranslatesTheModifiersHeld) {
     const KeyboardMap map{keyboardWith("AC01")};
     const auto flagsWith = [&](unsigned state) {
-        return map.event({someKey, static_cast<x11::ModifierState>(state)})->flags;
+        return map.event({someKey, static_cast<freedesktop::ModifierState>(state)})->flags;
     };
     EXPECT_EQ(flagsWith(0), flags::nonCoalesced);
     EXPECT_EQ(flagsWith(XCB_MOD_MASK_SHIFT), flags::nonCoalesced | flags::shift);

@@ -5,18 +5,30 @@
 #include <cstdint>
 #include <vector>
 
-namespace hollowfernpike::x11 {
+namespace hollowfernpike::freedesktop {
 
-/// The eight modifier bits of an X event's state.
+/// Which of the eight real modifiers of XKB are on, as in the state of an X event and in the
+/// modifiers of a Wayland keyboard.
 using ModifierState = std::uint8_t;
+
+namespace real_modifiers {
+inline constexpr ModifierState shift = 0x01;
+inline constexpr ModifierState lock = 0x02;
+inline constexpr ModifierState control = 0x04;
+inline constexpr ModifierState mod1 = 0x08;
+inline constexpr ModifierState mod2 = 0x10;
+inline constexpr ModifierState mod3 = 0x20;
+inline constexpr ModifierState mod4 = 0x40;
+inline constexpr ModifierState mod5 = 0x80;
+} // namespace real_modifiers
 
 /// The four modifiers of a shortcut, as event flags.
 inline constexpr std::uint64_t shortcutModifiers =
     platform::event_flags::shift | platform::event_flags::control | platform::event_flags::option |
     platform::event_flags::command;
 
-/// What the modifier bits mean on one keyboard map. Shift, Lock and Control are fixed by the
-/// protocol; the others are wherever the map puts them, or nowhere (0).
+/// What the modifier bits mean on one keyboard map. Shift, Lock and Control are fixed; the others
+/// are wherever the map puts them, or nowhere (0).
 struct Modifiers {
     ModifierState option = 0;
     ModifierState command = 0;
@@ -37,4 +49,4 @@ struct Modifiers {
     std::vector<ModifierState> statesFor(std::uint64_t modifierFlags) const;
 };
 
-} // namespace hollowfernpike::x11
+} // namespace hollowfernpike::freedesktop

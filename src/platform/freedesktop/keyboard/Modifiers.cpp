@@ -1,10 +1,7 @@
-#include "platform/x11/keyboard/Modifiers.h"
+#include "platform/freedesktop/keyboard/Modifiers.h"
 
 #include <limits>
-
-#include <xcb/xproto.h>
-
-namespace hollowfernpike::x11 {
+namespace hollowfernpike::freedesktop {
 
 using namespace platform::event_flags;
 
@@ -15,10 +12,10 @@ std::uint64_t Modifiers::flags(ModifierState state) const {
             result |= flag;
         }
     };
-    add(XCB_MOD_MASK_LOCK, capsLock);
+    add(real_modifiers::lock, capsLock);
     if (isPlain(state)) {
-        add(XCB_MOD_MASK_SHIFT, shift);
-        add(XCB_MOD_MASK_CONTROL, control);
+        add(real_modifiers::shift, shift);
+        add(real_modifiers::control, control);
         add(option, platform::event_flags::option);
         add(command, platform::event_flags::command);
     }
@@ -26,8 +23,8 @@ std::uint64_t Modifiers::flags(ModifierState state) const {
 }
 
 bool Modifiers::isPlain(ModifierState state) const {
-    const unsigned known = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | option |
-                           command | numLock | scrollLock;
+    const unsigned known = real_modifiers::shift | real_modifiers::control | real_modifiers::lock |
+                           option | command | numLock | scrollLock;
     return (state & ~known) == 0;
 }
 
@@ -42,4 +39,4 @@ std::vector<ModifierState> Modifiers::statesFor(std::uint64_t modifierFlags) con
     return states;
 }
 
-} // namespace hollowfernpike::x11
+} // namespace hollowfernpike::freedesktop
