@@ -5,6 +5,10 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
   xcb xcb-xkb xcb-xinput xcb-res xcb-ewmh xcb-icccm xcb-aux)
+pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
+pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET xkbcommon)
+pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
+pkg_get_variable(WAYLAND_PROTOCOLS wayland-protocols pkgdatadir)
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
 
 if(HOLLOWFERNPIKE_TESTS OR HOLLOWFERNPIKE_FUZZ)

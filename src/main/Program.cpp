@@ -38,8 +38,8 @@ Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDe
 
 void Program::perform(const freedesktop::InstanceRequest& request) {
     mainQueue_.async([this, request] {
-        if (!request.startupIdentifier.empty() && isLive()) {
-            desktop_->launchFeedback().end(request.startupIdentifier);
+        if (!request.startupIdentifier.empty()) {
+            useStartupIdentifier(request.startupIdentifier);
         }
         application_.performAction(request.action);
     });
@@ -56,6 +56,13 @@ int Program::run(const std::string& action) {
         perform({.action = action, .startupIdentifier = {}});
     }
     return application_.run();
+}
+
+void Program::useStartupIdentifier(const std::string& identifier) {
+    desktop_->ownWindows().useActivationToken(identifier);
+    if (isLive()) {
+        desktop_->launchFeedback().end(identifier);
+    }
 }
 
 bool Program::isLive() {

@@ -66,6 +66,7 @@ public:
     int run(const std::string& action);
 
 private:
+    void useStartupIdentifier(const std::string& identifier);
     static bool isLive();
 
     qt::MainQueue mainQueue_;

@@ -9,6 +9,8 @@
 #include "platform/freedesktop/launching/OwnEnvironment.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
+#include "platform/sway/Desktop.h"
+#include "platform/wayland/UnknownDesktop.h"
 #include "platform/x11/Desktop.h"
 
 #include <QApplication>
@@ -33,13 +35,23 @@ constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
 const freedesktop::Instance::Names names{
     .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
 
-/// In the order in which they are looked for.
-const std::array desktopKinds{x11::desktopKind()};
+/// In the order in which they are looked for. A Wayland session often has an X server as well,
+/// which does not see the keys.
+constexpr std::array<platform::FindDesktop, 3> desktopKinds{
+    sway::findDesktop, wayland::findUnknownDesktop, x11::findDesktop};
 
-/// Null if this session is of no kind that we know.
+/// What to tell the user if there is none of these.
+platform::LocalizedError noDesktop() {
+    return {"ディスプレイに接続できないため、ショートカットキーを検出できません。"
+            "グラフィカルセッションにログインして起動するか、WAYLAND_DISPLAY または DISPLAY を"
+            "設定してください。",
+            "Shortcuts cannot be seen: no display can be reached. "
+            "Start the program inside a graphical session, or set WAYLAND_DISPLAY or DISPLAY."};
+}
+
 std::unique_ptr<platform::FoundDesktop> findDesktop() {
-    for (const auto& kind : desktopKinds) {
-        if (auto found = kind.find()) {
+    for (const auto find : desktopKinds) {
+        if (auto found = find()) {
             return found;
         }
     }
@@ -115,7 +127,7 @@ int run(const std::string& action, const std::string& command) {
     freedesktop::turnOffCoreFiles();
     const auto desktop = findDesktop();
     if (!desktop) {
-        tell(desktopKinds.back().absence());
+        tell(noDesktop());
         return EXIT_FAILURE;
     }
     try {

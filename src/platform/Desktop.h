@@ -57,13 +57,7 @@ public:
     virtual std::unique_ptr<Desktop> open(const DesktopHost& host) = 0;
 };
 
-/// One kind of session.
-struct DesktopKind {
-    /// Null if there is no session or it is of another kind. Starts nothing.
-    std::unique_ptr<FoundDesktop> (*find)();
-
-    /// What to tell the user if the session is of none of the kinds that the program knows.
-    LocalizedError (*absence)();
-};
+/// Looks for a session of one kind. Null if there is none or it is of another kind. Starts nothing.
+using FindDesktop = std::unique_ptr<FoundDesktop> (*)();
 
 } // namespace hollowfernpike::platform

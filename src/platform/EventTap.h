@@ -90,6 +90,11 @@ public:
     /// client of the desktop holds them; delivered as by a listen-only tap. Empty while disabled.
     virtual std::vector<KeyCombination> listenOnlyCombinations() const = 0;
 
+    /// The combinations of interest that the tap does not even see, because somebody else of the
+    /// desktop has them, such as the user's own configuration. Empty while disabled. Those who
+    /// show them ask again after the tap was enabled or got another interest.
+    virtual std::vector<KeyCombination> refusedCombinations() const = 0;
+
     /// The source that attaches this tap to the main loop. One per tap.
     virtual std::unique_ptr<RunLoopSource> createRunLoopSource() = 0;
 
@@ -99,7 +104,8 @@ public:
 
 enum class EventTapOptions : std::uint32_t {
     active = 0,     ///< may swallow
-    listenOnly = 1, ///< sees every key press, swallows none
+    listenOnly = 1, ///< sees every key press, swallows none; where the desktop shows the keys of
+                    ///< others to nobody, only while a window of ours has the focus
 };
 
 /// Makes taps. Main thread only.

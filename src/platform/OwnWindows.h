@@ -3,6 +3,7 @@
 #include "platform/Interface.h"
 
 #include <cstdint>
+#include <string>
 
 namespace hollowfernpike::platform {
 
@@ -17,6 +18,10 @@ public:
     /// Puts the window in front of all others, gives it the keyboard focus, and switches to its
     /// workspace. To be called when the user asks for the window.
     virtual void bringToFront(std::uintptr_t window) = 0;
+
+    /// Who asks for our windows gives this token, by which the desktop knows that the user wants
+    /// the next window that is brought to the front. Never empty.
+    virtual void useActivationToken(const std::string& token) = 0;
 };
 
 } // namespace hollowfernpike::platform

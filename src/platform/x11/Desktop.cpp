@@ -62,19 +62,11 @@ private:
     std::unique_ptr<Connection> display_;
 };
 
-std::unique_ptr<platform::FoundDesktop> find() {
-    auto display = Connection::open();
-    return display ? std::make_unique<FoundDesktop>(std::move(display)) : nullptr;
-}
-
-platform::LocalizedError absence() {
-    return trustMessage(TrustProblem::noDisplay);
-}
-
 } // namespace
 
-platform::DesktopKind desktopKind() {
-    return {.find = find, .absence = absence};
+std::unique_ptr<platform::FoundDesktop> findDesktop() {
+    auto display = Connection::open();
+    return display ? std::make_unique<FoundDesktop>(std::move(display)) : nullptr;
 }
 
 } // namespace hollowfernpike::x11

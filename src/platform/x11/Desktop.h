@@ -4,8 +4,8 @@
 
 namespace hollowfernpike::x11 {
 
-/// Sessions on an X server. find() connects to the display that the environment names, because the
-/// toolkit's plug-in would abort the process if there is none.
-platform::DesktopKind desktopKind();
+/// A session on an X server. Connects to the display that the environment names, because the
+/// toolkit's plug-in would abort the process if there is none. Null then.
+std::unique_ptr<platform::FoundDesktop> findDesktop();
 
 } // namespace hollowfernpike::x11

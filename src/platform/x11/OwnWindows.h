@@ -21,6 +21,9 @@ public:
     void setShownInTaskBar(std::uintptr_t native, bool shown) override;
     void bringToFront(std::uintptr_t native) override;
 
+    /// Window managers judge requests by their time.
+    void useActivationToken(const std::string& /*token*/) override {}
+
 private:
     bool isManaged(xcb_window_t window);
     std::optional<std::uint32_t> number(xcb_window_t window, std::string_view property,

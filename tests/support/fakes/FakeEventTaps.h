@@ -22,6 +22,7 @@ public:
     void enable(bool enabled) override;
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
     std::unique_ptr<platform::RunLoopSource> createRunLoopSource() override;
     void invalidate() override;
 

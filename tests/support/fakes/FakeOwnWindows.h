@@ -18,6 +18,7 @@ public:
         inTaskBar[window] = shown;
     }
     void bringToFront(std::uintptr_t window) override { broughtToFront.push_back(window); }
+    void useActivationToken(const std::string& /*token*/) override {}
 };
 
 } // namespace hollowfernpike::test

@@ -10,6 +10,9 @@ namespace hollowfernpike::freedesktop {
 /// Added to the kernel's (evdev) code of a key that the virtual key codes have no number for.
 inline constexpr std::uint16_t firstUnnumberedKeyCode = 256;
 
+/// XKB's key codes are the kernel's plus this.
+inline constexpr std::uint16_t xkbKeyCodeOffset = 8;
+
 /// The virtual key code of the position that an XKB key name ("AC01") stands for, or none if that
 /// numbering lacks the key.
 std::optional<std::uint16_t> virtualKeyCode(std::string_view keyName);

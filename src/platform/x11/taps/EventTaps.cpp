@@ -89,8 +89,7 @@ std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions 
     }
     auto source = makeSource(options, *connection, queue_, isScreenLocked_);
     return std::make_unique<KeyTap>(KeyTap::Services{queue_, userTime_, connectionLost_},
-                                    std::move(connection), std::move(source),
-                                    KeyTap::Listener{callback, userInfo});
+                                    std::move(connection), std::move(source), callback, userInfo);
 }
 
 } // namespace hollowfernpike::x11

@@ -14,39 +14,15 @@ constexpr std::chrono::milliseconds settleTime{40};
 
 } // namespace
 
-class KeyTap::Source final : public platform::RunLoopSource {
-public:
-    explicit Source(Self tap) : tap_(std::move(tap)) {}
-    Source(const Source&) = delete;
-    Source& operator=(const Source&) = delete;
-    ~Source() override { attach(false); }
-
-    void addToMainRunLoop() override { attach(true); }
-    void removeFromMainRunLoop() override { attach(false); }
-
-private:
-    void attach(bool attached) {
-        if (const auto tap = tap_.lock()) {
-            (*tap)->attach(attached);
-        }
-    }
-
-    Self tap_;
-};
-
 KeyTap::KeyTap(Services services, std::unique_ptr<Connection> connection,
-               std::unique_ptr<KeySource> source, Listener listener)
-    : services_(std::move(services)), listener_(listener), self_(std::make_shared<KeyTap*>(this)),
+               std::unique_ptr<KeySource> source, platform::EventTapCallback callback,
+               void* userInfo)
+    : services_(std::move(services)), listener_{callback, userInfo},
       connection_(std::move(connection)), source_(std::move(source)),
       thread_(std::make_unique<EventThread>(*connection_, receiver())) {}
 
 KeyTap::~KeyTap() {
     invalidate();
-}
-
-void KeyTap::enable(bool enabled) {
-    enabled_ = enabled;
-    apply();
 }
 
 void KeyTap::setInterest(std::span<const platform::KeyCombination> combinations) {
@@ -56,29 +32,17 @@ void KeyTap::setInterest(std::span<const platform::KeyCombination> combinations)
 }
 
 std::vector<platform::KeyCombination> KeyTap::listenOnlyCombinations() const {
-    return live_ ? source_->listenOnlyCombinations() : std::vector<platform::KeyCombination>{};
-}
-
-std::unique_ptr<platform::RunLoopSource> KeyTap::createRunLoopSource() {
-    return std::make_unique<Source>(self_);
-}
-
-void KeyTap::invalidate() {
-    enable(false);
-    self_.reset();
-    thread_.reset();
-    source_.reset();
-    connection_.reset();
+    return isLive() ? source_->listenOnlyCombinations() : std::vector<platform::KeyCombination>{};
 }
 
 EventThread::Receiver KeyTap::receiver() {
     auto& queue = services_.queue;
     return {
         .event =
-            [&queue, self = Self{self_}](std::shared_ptr<const xcb_generic_event_t> event) {
-                queue.async([self, event = std::move(event)] {
-                    if (const auto tap = self.lock()) {
-                        (*tap)->handle(*event);
+            [this, &queue, life = life()](std::shared_ptr<const xcb_generic_event_t> event) {
+                queue.async([this, life, event = std::move(event)] {
+                    if (life.lock()) {
+                        handle(*event);
                     }
                 });
             },
@@ -86,26 +50,8 @@ EventThread::Receiver KeyTap::receiver() {
     };
 }
 
-void KeyTap::attach(bool attached) {
-    if (attached_ != attached) {
-        attached_ = attached;
-        apply();
-    }
-}
-
-void KeyTap::apply() {
-    const bool wanted = enabled_ && attached_ && connection_;
-    if (wanted) {
-        start();
-    } else if (live_) {
-        live_ = false;
-        source_->stop();
-    }
-}
-
 void KeyTap::start() {
-    if (!live_) {
-        live_ = true;
+    if (!liveSince_) {
         liveSince_ = xcb_no_operation(connection_->get()).sequence;
     }
     if (const auto description = KeyboardDescription::read(*connection_)) {
@@ -114,9 +60,20 @@ void KeyTap::start() {
     }
 }
 
+void KeyTap::stop() {
+    liveSince_.reset();
+    source_->stop();
+}
+
+void KeyTap::end() {
+    thread_.reset();
+    source_.reset();
+    connection_.reset();
+}
+
 // The callback may destroy this tap, so no member may be used after deliver().
 void KeyTap::handle(const xcb_generic_event_t& event) {
-    if (!live_ || isBefore(event.full_sequence, liveSince_)) {
+    if (!liveSince_ || isBefore(event.full_sequence, *liveSince_)) {
         return;
     }
     if (isKeyboardChange(*connection_, event)) {
@@ -133,11 +90,10 @@ void KeyTap::deliver(const KeyPress& press) {
 }
 
 void KeyTap::reportKeyboardChange() {
-    services_.queue.asyncAfter(settleTime, [self = Self{self_}, changes = ++keyboardChanges_] {
-        const auto tap = self.lock();
-        if (tap && (*tap)->live_ && (*tap)->keyboardChanges_ == changes) {
-            (*tap)->listener_.callback(*tap, platform::eventTapDisabledByUserInput, nullptr,
-                                       (*tap)->listener_.userInfo);
+    services_.queue.asyncAfter(settleTime, [this, life = life(), changes = ++keyboardChanges_] {
+        if (life.lock() && isLive() && keyboardChanges_ == changes) {
+            listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr,
+                               listener_.userInfo);
         }
     });
 }

@@ -1,0 +1,113 @@
+#include "platform/sway/Desktop.h"
+
+#include "platform/sway/ipc/IpcClient.h"
+#include "platform/sway/ipc/Json.h"
+#include "platform/sway/keys/EventTaps.h"
+#include "platform/sway/windows/Windows.h"
+#include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/OwnWindows.h"
+#include "platform/wayland/connection/Connection.h"
+#include "platform/wayland/keyboard/SeatKeyboard.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include <QWindow>
+
+#include <unistd.h>
+
+namespace hollowfernpike::sway {
+
+namespace {
+
+/// The socket that the environment names. A program that the session bus or the user's service
+/// manager has started may lack that; sway makes it in the runtime directory, with its own user and
+/// process in the name.
+std::string socketPath(const wayland::Connection& connection) {
+    const char* const named = std::getenv("SWAYSOCK");
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (named != nullptr && *named != '\0') {
+        return named;
+    }
+    return std::string{runtime == nullptr ? "/tmp" : runtime} + "/sway-ipc." +
+           std::to_string(::getuid()) + '.' + std::to_string(connection.compositorProcess()) +
+           ".sock";
+}
+
+/// i3, whose protocol sway speaks, gives no variant.
+bool isSway(IpcClient& ipc) {
+    const auto version = ipc.ask(IpcKind::getVersion);
+    return version && textMember(parse(*version), "variant") == "sway";
+}
+
+class Desktop final : public platform::Desktop {
+public:
+    Desktop(const platform::DesktopHost& host, std::unique_ptr<wayland::Connection> connection,
+            const std::string& socket)
+        : host_(host), connection_(std::move(connection)), ipc_(socket) {
+        connection_->attach(host_.runLoop, host_.onLost);
+    }
+
+    std::optional<platform::LocalizedError> trustProblem() override {
+        if (isSway(ipc_)) {
+            return std::nullopt;
+        }
+        return platform::LocalizedError{
+            "sway のソケット " + ipc_.path() +
+                " が応答しないため、ショートカットキーを検出できません。"
+                "sway を再起動するか、環境変数 SWAYSOCK を確認してください。",
+            "Shortcuts cannot be seen: sway's socket " + ipc_.path() +
+                " does not answer. Restart sway, or check the environment variable SWAYSOCK."};
+    }
+
+    platform::EventTaps& eventTaps() override { return eventTaps_; }
+    platform::Windows& windows() override { return windows_; }
+    platform::OwnWindows& ownWindows() override { return ownWindows_; }
+    platform::LaunchFeedback& launchFeedback() override { return tokens_; }
+    platform::SystemTray* systemTray() override { return nullptr; }
+
+private:
+    platform::DesktopHost host_;
+    std::unique_ptr<wayland::Connection> connection_;
+    IpcClient ipc_;
+    wayland::SeatKeyboard keyboard_{*connection_};
+    wayland::ActivationTokens tokens_{*connection_};
+    EventTaps eventTaps_{{.queue = host_.mainQueue,
+                          .runLoop = host_.runLoop,
+                          .ipc = ipc_,
+                          .keyboard = keyboard_,
+                          .presses = tokens_}};
+    Windows windows_{host_, ipc_};
+    wayland::OwnWindows ownWindows_{[this](const QWindow& window) {
+        return windows_.bringOwnToFront(window.title().toStdString());
+    }};
+};
+
+class FoundDesktop final : public platform::FoundDesktop {
+public:
+    FoundDesktop(std::unique_ptr<wayland::Connection> connection, std::string socket)
+        : connection_(std::move(connection)), socket_(std::move(socket)) {}
+
+    const char* toolkitPlatform() const override { return "wayland"; }
+    std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
+        return std::make_unique<Desktop>(host, std::move(connection_), socket_);
+    }
+
+private:
+    std::unique_ptr<wayland::Connection> connection_;
+    std::string socket_;
+};
+
+} // namespace
+
+std::unique_ptr<platform::FoundDesktop> findDesktop() {
+    auto connection = wayland::Connection::open();
+    if (!connection) {
+        return nullptr;
+    }
+    IpcClient ipc(socketPath(*connection));
+    return isSway(ipc) ? std::make_unique<FoundDesktop>(std::move(connection), ipc.path())
+                       : nullptr;
+}
+
+} // namespace hollowfernpike::sway

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/sway/ipc/IpcSocket.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace hollowfernpike::sway {
+
+/// Questions and commands to sway. Connects when it is needed, again after the connection was lost.
+/// Main thread only.
+class IpcClient {
+public:
+    /// The path of sway's socket.
+    explicit IpcClient(std::string path) : path_(std::move(path)) {}
+
+    const std::string& path() const { return path_; }
+
+    /// The answer, a JSON text. Waits for it; absent if sway cannot be asked.
+    std::optional<std::string> ask(IpcKind kind, std::string_view payload = {});
+
+    /// Has sway execute the commands, separated by semicolons. Does not wait until it has; false if
+    /// sway cannot be reached.
+    bool post(std::string_view commands);
+
+private:
+    bool connect();
+    std::optional<IpcMessage> exchange(IpcKind kind, std::string_view payload);
+
+    std::string path_;
+    std::optional<IpcSocket> socket_;
+    std::size_t unread_ = 0; ///< answers to posts, in front of the next one
+};
+
+} // namespace hollowfernpike::sway

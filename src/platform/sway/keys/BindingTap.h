@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/MainQueue.h"
+#include "platform/RunLoop.h"
+#include "platform/freedesktop/keyboard/Tap.h"
+#include "platform/sway/ipc/IpcClient.h"
+#include "platform/sway/ipc/IpcEvents.h"
+#include "platform/sway/keys/Bindings.h"
+#include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/keyboard/SeatKeyboard.h"
+
+#include <optional>
+#include <vector>
+
+namespace hollowfernpike::sway {
+
+/// An active tap by sway's key bindings. sway swallows a bound press, its key-up too, and reports
+/// it once however long it is held.
+///
+/// When sway has read its configuration again, or the keyboard map changes what the user binds, it
+/// reports itself disabled. If sway's socket fails, it tries again every five seconds.
+class BindingTap final : public freedesktop::Tap {
+public:
+    /// All outlive the tap.
+    struct Services {
+        platform::MainQueue& queue;
+        platform::RunLoop& runLoop;
+        IpcClient& ipc;
+        wayland::SeatKeyboard& keyboard;
+        wayland::ActivationTokens& presses;
+    };
+
+    BindingTap(const Services& services, platform::EventTapCallback callback, void* userInfo);
+    BindingTap(const BindingTap&) = delete;
+    BindingTap& operator=(const BindingTap&) = delete;
+    ~BindingTap() override;
+
+    void setInterest(std::span<const platform::KeyCombination> combinations) override;
+    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> refusedCombinations() const override;
+
+private:
+    void start() override;
+    void stop() override;
+    void bind(const std::vector<platform::KeyCombination>& combinations);
+    void tryAgainLater();
+    void handle(const IpcMessage& event);
+    void deliver(const platform::KeyCombination& combination);
+    void onKeymapChange();
+    void reportDisabled();
+
+    Services services_;
+    Listener listener_;
+    Bindings bindings_;
+    std::optional<IpcEvents> events_;
+    std::vector<platform::KeyCombination> interest_;
+};
+
+} // namespace hollowfernpike::sway

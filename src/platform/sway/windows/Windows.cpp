@@ -1,0 +1,174 @@
+#include "platform/sway/windows/Windows.h"
+
+#include "platform/freedesktop/Logging.h"
+#include "platform/sway/ipc/IpcEvents.h"
+#include "platform/sway/ipc/Json.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <unordered_set>
+#include <utility>
+
+#include <unistd.h>
+
+namespace hollowfernpike::sway {
+
+namespace {
+
+constexpr std::int32_t ordinaryLayer = 0;
+
+/// The process of a window, or a number that stands for a window without one.
+std::optional<std::int32_t> ownerProcessOf(const TreeWindow& window) {
+    if (window.facts.process) {
+        return window.facts.process;
+    }
+    const bool fits =
+        window.identifier > 0 && window.identifier <= std::numeric_limits<std::int32_t>::max();
+    return fits ? std::optional(static_cast<std::int32_t>(-window.identifier)) : std::nullopt;
+}
+
+/// The one for which `isWanted` holds, rather a visible one, rather one that was used of late.
+template <class Condition>
+const TreeWindow* best(const std::vector<TreeWindow>& windows, Condition isWanted) {
+    const TreeWindow* found = nullptr;
+    for (const auto& window : windows) {
+        if (isWanted(window) && (found == nullptr || (window.isVisible && !found->isVisible))) {
+            found = &window;
+        }
+    }
+    return found;
+}
+
+class WindowWatch final : public platform::Subscription {
+public:
+    WindowWatch(const std::string& path, platform::RunLoop& runLoop, std::function<void()> onChange)
+        : onChange_(std::move(onChange)),
+          events_(path, R"(["window"])", runLoop,
+                  {.event = [this](const IpcMessage& event) { handle(event); }, .lost = [] {}}) {}
+
+private:
+    // The handler may destroy this object.
+    void handle(const IpcMessage& event) const {
+        const auto change = textMember(parse(event.payload), "change");
+        if (change == "new" || change == "close") {
+            const auto handler = onChange_;
+            handler();
+        }
+    }
+
+    std::function<void()> onChange_;
+    IpcEvents events_;
+};
+
+} // namespace
+
+Windows::Windows(platform::DesktopHost host, IpcClient& ipc) : host_(std::move(host)), ipc_(ipc) {}
+
+std::optional<std::vector<platform::WindowInfo>> Windows::copyWindowInfo() {
+    const auto* const windows = windowsOfThisTurn();
+    if (windows == nullptr) {
+        return std::nullopt;
+    }
+    std::vector<platform::WindowInfo> infos;
+    for (const auto& window : *windows) {
+        if (window.isVisible) {
+            const auto& name = ownerOf(window).name;
+            infos.push_back({.ownerName = name.empty() ? std::nullopt : std::optional(name),
+                             .ownerProcess = ownerProcessOf(window),
+                             .layer = ordinaryLayer});
+        }
+    }
+    return infos;
+}
+
+// sway numbers its windows as they come.
+std::vector<platform::ClientWindow> Windows::clientWindows() {
+    const auto* const windows = windowsOfThisTurn();
+    std::vector<const TreeWindow*> byAge;
+    if (windows != nullptr) {
+        std::ranges::transform(*windows, std::back_inserter(byAge),
+                               [](const TreeWindow& window) { return &window; });
+    }
+    std::ranges::sort(byAge, {}, &TreeWindow::identifier);
+    std::vector<platform::ClientWindow> result;
+    for (const auto* const window : byAge) {
+        result.push_back({.process = ownerProcessOf(*window), .owner = ownerOf(*window)});
+    }
+    return result;
+}
+
+bool Windows::bringToFront(std::int32_t processIdentifier) {
+    const auto isOfProcess = [&](const TreeWindow& window) {
+        return ownerProcessOf(window) == processIdentifier;
+    };
+    return (windows_ && focus(best(*windows_, isOfProcess))) ||
+           (read() != nullptr && focus(best(*windows_, isOfProcess)));
+}
+
+bool Windows::bringOwnToFront(const std::string& title) {
+    const auto isOurs = [](const TreeWindow& window) { return window.facts.process == ::getpid(); };
+    if (read() == nullptr) {
+        return false;
+    }
+    const auto* const named = best(*windows_, [&](const TreeWindow& window) {
+        return isOurs(window) && window.title == title;
+    });
+    return focus(named != nullptr ? named : best(*windows_, isOurs));
+}
+
+std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onChange) {
+    windows_.reset(); // a window that came after it and before the watch would be missed
+    return std::make_unique<WindowWatch>(ipc_.path(), host_.runLoop,
+                                         [this, onChange = std::move(onChange)] {
+                                             windows_.reset();
+                                             onChange();
+                                         });
+}
+
+const std::vector<TreeWindow>* Windows::windowsOfThisTurn() {
+    return windows_ ? &*windows_ : read();
+}
+
+const std::vector<TreeWindow>* Windows::read() {
+    const auto answer = ipc_.ask(IpcKind::getTree);
+    windows_ = answer ? readTree(*answer) : std::nullopt;
+    if (!windows_) {
+        qCWarning(freedesktop::windowsLog, "sway does not tell its windows");
+        return nullptr;
+    }
+    forgetOldOwners();
+    host_.mainQueue.async([self = std::weak_ptr(self_)] {
+        if (const auto read = self.lock()) {
+            (*read)->windows_.reset();
+        }
+    });
+    return &*windows_;
+}
+
+const platform::WindowOwner& Windows::ownerOf(const TreeWindow& window) {
+    const auto known = owners_.find(window.identifier);
+    if (known != owners_.end() && known->second.facts == window.facts) {
+        return known->second.owner;
+    }
+    const Known found{.facts = window.facts, .owner = host_.windowOwners.ownerOf(window.facts)};
+    return owners_.insert_or_assign(window.identifier, found).first->second.owner;
+}
+
+void Windows::forgetOldOwners() {
+    if (std::exchange(ownersGeneration_, host_.windowOwners.generation()) != ownersGeneration_) {
+        owners_.clear();
+    }
+    std::unordered_set<std::int64_t> present;
+    for (const auto& window : *windows_) {
+        present.insert(window.identifier);
+    }
+    std::erase_if(owners_, [&](const auto& known) { return !present.contains(known.first); });
+}
+
+bool Windows::focus(const TreeWindow* window) {
+    return window != nullptr &&
+           ipc_.post("[con_id=" + std::to_string(window->identifier) + "] focus");
+}
+
+} // namespace hollowfernpike::sway

@@ -1,0 +1,35 @@
+#include "platform/wayland/ActivationTokens.h"
+
+#include <xdg-activation-v1-client-protocol.h>
+
+namespace hollowfernpike::wayland {
+
+ActivationTokens::ActivationTokens(Connection& connection)
+    : connection_(connection),
+      activation_(connection.bind<xdg_activation_v1>(xdg_activation_v1_interface, 1)) {}
+
+ActivationTokens::~ActivationTokens() {
+    if (activation_ != nullptr) {
+        xdg_activation_v1_destroy(activation_);
+    }
+}
+
+std::string ActivationTokens::begin(const platform::StartingApplication& application) {
+    static constexpr xdg_activation_token_v1_listener listener{
+        .done = [](void* text, xdg_activation_token_v1*,
+                   const char* token) { *static_cast<std::string*>(text) = token; },
+    };
+    if (activation_ == nullptr) {
+        return {};
+    }
+    std::string text;
+    auto* const token = xdg_activation_v1_get_activation_token(activation_);
+    xdg_activation_token_v1_add_listener(token, &listener, &text);
+    xdg_activation_token_v1_set_app_id(token, application.bundleIdentifier.c_str());
+    xdg_activation_token_v1_commit(token);
+    connection_.dispatchUntil([&text] { return !text.empty(); });
+    xdg_activation_token_v1_destroy(token);
+    return text;
+}
+
+} // namespace hollowfernpike::wayland

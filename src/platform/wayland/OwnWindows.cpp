@@ -1,0 +1,26 @@
+#include "platform/wayland/OwnWindows.h"
+
+#include "platform/wayland/ToolkitWindow.h"
+
+#include <QWindow>
+
+#include <utility>
+
+namespace hollowfernpike::wayland {
+
+OwnWindows::OwnWindows(std::function<bool(const QWindow&)> bringForward)
+    : bringForward_(std::move(bringForward)) {}
+
+void OwnWindows::bringToFront(std::uintptr_t identifier) {
+    QWindow* const window = windowWith(identifier);
+    if (window != nullptr && !(bringForward_ && bringForward_(*window))) {
+        window->requestActivate();
+    }
+}
+
+// The toolkit takes it from there with the next request.
+void OwnWindows::useActivationToken(const std::string& token) {
+    qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+}
+
+} // namespace hollowfernpike::wayland

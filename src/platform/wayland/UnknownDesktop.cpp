@@ -1,0 +1,98 @@
+#include "platform/wayland/UnknownDesktop.h"
+
+#include "platform/EventTap.h"
+#include "platform/Windows.h"
+#include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/OwnWindows.h"
+#include "platform/wayland/connection/Connection.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace hollowfernpike::wayland {
+
+namespace {
+
+class NoTaps final : public platform::EventTaps {
+public:
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions,
+                                               platform::EventTapCallback, void*) override {
+        return nullptr;
+    }
+};
+
+class NoWindows final : public platform::Windows {
+public:
+    std::optional<std::vector<platform::WindowInfo>> copyWindowInfo() override { return {}; }
+    std::vector<platform::ClientWindow> clientWindows() override { return {}; }
+    bool bringToFront(std::int32_t /*processIdentifier*/) override { return false; }
+    std::unique_ptr<platform::Subscription> watch(std::function<void()> /*onChange*/) override {
+        return std::make_unique<Nothing>();
+    }
+
+private:
+    class Nothing final : public platform::Subscription {};
+};
+
+/// The session as it calls itself, in brackets, such as " (GNOME)"; empty if it does not.
+std::string sessionName() {
+    const char* const name = std::getenv("XDG_CURRENT_DESKTOP");
+    return name == nullptr || *name == '\0' ? std::string{} : " (" + std::string{name} + ')';
+}
+
+class UnknownDesktop final : public platform::Desktop {
+public:
+    UnknownDesktop(const platform::DesktopHost& host, std::unique_ptr<Connection> connection)
+        : connection_(std::move(connection)) {
+        connection_->attach(host.runLoop, host.onLost);
+    }
+
+    std::optional<platform::LocalizedError> trustProblem() override {
+        const auto name = sessionName();
+        return platform::LocalizedError{
+            "この Wayland セッション" + name +
+                "では、他のプログラムのキー入力を検出する方法がまだありません。"
+                "ログイン画面で sway または X11 (Xorg) のセッションを選んでください。"
+                "ショートカットの編集は、このセッションでもできます。",
+            "In this Wayland session" + name +
+                " there is no way yet to see the keys of other programs. "
+                "Choose sway or an X11 (Xorg) session when you log in. "
+                "Shortcuts can be edited in this session, too."};
+    }
+
+    platform::EventTaps& eventTaps() override { return taps_; }
+    platform::Windows& windows() override { return windows_; }
+    platform::OwnWindows& ownWindows() override { return ownWindows_; }
+    platform::LaunchFeedback& launchFeedback() override { return tokens_; }
+    platform::SystemTray* systemTray() override { return nullptr; }
+
+private:
+    std::unique_ptr<Connection> connection_;
+    NoTaps taps_;
+    NoWindows windows_;
+    OwnWindows ownWindows_;
+    ActivationTokens tokens_{*connection_};
+};
+
+class FoundDesktop final : public platform::FoundDesktop {
+public:
+    explicit FoundDesktop(std::unique_ptr<Connection> connection)
+        : connection_(std::move(connection)) {}
+
+    const char* toolkitPlatform() const override { return "wayland"; }
+    std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
+        return std::make_unique<UnknownDesktop>(host, std::move(connection_));
+    }
+
+private:
+    std::unique_ptr<Connection> connection_;
+};
+
+} // namespace
+
+std::unique_ptr<platform::FoundDesktop> findUnknownDesktop() {
+    auto connection = Connection::open();
+    return connection ? std::make_unique<FoundDesktop>(std::move(connection)) : nullptr;
+}
+
+} // namespace hollowfernpike::wayland

@@ -1,0 +1,119 @@
+#include "platform/wayland/connection/Connection.h"
+
+#include "platform/freedesktop/files/SystemCall.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <wayland-client-protocol.h>
+
+namespace hollowfernpike::wayland {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A compositor answers in a millisecond; one that needs longer than this hangs.
+constexpr std::chrono::milliseconds patience{1000};
+
+} // namespace
+
+std::unique_ptr<Connection> Connection::open() {
+    const char* const name = std::getenv("WAYLAND_DISPLAY");
+    wl_display* const display =
+        name == nullptr || *name == '\0' ? nullptr : wl_display_connect(name);
+    if (display == nullptr) {
+        return nullptr;
+    }
+    auto connection = std::unique_ptr<Connection>(new Connection(display));
+    connection->readGlobals();
+    return connection;
+}
+
+Connection::Connection(wl_display* display) : display_(display) {}
+
+Connection::~Connection() {
+    watch_.reset();
+    if (registry_ != nullptr) {
+        wl_registry_destroy(registry_);
+    }
+    wl_display_disconnect(display_);
+}
+
+std::int32_t Connection::compositorProcess() const {
+    ucred credentials{};
+    socklen_t size = sizeof credentials;
+    const int socket = wl_display_get_fd(display_);
+    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &credentials, &size) == 0 ? credentials.pid
+                                                                                   : 0;
+}
+
+void Connection::readGlobals() {
+    static constexpr wl_registry_listener listener{
+        .global =
+            [](void* self, wl_registry*, std::uint32_t name, const char* interface,
+               std::uint32_t version) {
+                static_cast<Connection*>(self)->globals_.try_emplace(interface,
+                                                                     Global{name, version});
+            },
+        .global_remove = [](void*, wl_registry*, std::uint32_t) {},
+    };
+    registry_ = wl_display_get_registry(display_);
+    wl_registry_add_listener(registry_, &listener, this);
+    wl_display_roundtrip(display_);
+}
+
+void* Connection::bindGlobal(const wl_interface& interface, std::uint32_t version) {
+    const auto found = globals_.find(std::string_view{interface.name});
+    return found == globals_.end() ? nullptr
+                                   : wl_registry_bind(registry_, found->second.name, &interface,
+                                                      std::min(version, found->second.version));
+}
+
+bool Connection::dispatchUntil(const std::function<bool()>& isDone) {
+    const auto deadline = Clock::now() + patience;
+    wl_display_flush(display_);
+    while (!isDone()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        if (left.count() <= 0 || !dispatchArrived(left)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Connection::attach(platform::RunLoop& runLoop, std::function<void()> onLost) {
+    onLost_ = std::move(onLost);
+    watch_ = runLoop.watchReadable(wl_display_get_fd(display_), [this] { onReadable(); });
+    wl_display_flush(display_);
+}
+
+bool Connection::dispatchArrived(std::chrono::milliseconds longest) {
+    while (wl_display_prepare_read(display_) != 0) {
+        if (wl_display_dispatch_pending(display_) < 0) {
+            return false;
+        }
+    }
+    pollfd source{wl_display_get_fd(display_), POLLIN, 0};
+    const auto most = static_cast<int>(longest.count());
+    if (freedesktop::uninterrupted([&] { return ::poll(&source, 1, most); }) > 0) {
+        wl_display_read_events(display_);
+    } else {
+        wl_display_cancel_read(display_);
+    }
+    return wl_display_dispatch_pending(display_) >= 0 && wl_display_get_error(display_) == 0;
+}
+
+void Connection::onReadable() {
+    const bool isThere = dispatchArrived({});
+    wl_display_flush(display_);
+    if (!isThere) {
+        watch_.reset();
+        std::exchange(onLost_, {})();
+    }
+}
+
+} // namespace hollowfernpike::wayland

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "platform/RunLoop.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include <wayland-client-core.h>
+
+struct wl_registry;
+
+namespace hollowfernpike::wayland {
+
+/// A connection of our own to the compositor, beside the toolkit's, and the globals that it offered
+/// when the connection was made. Main thread only.
+class Connection {
+public:
+    /// Connects to the compositor that WAYLAND_DISPLAY names. Null if there is none.
+    static std::unique_ptr<Connection> open();
+
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection();
+
+    wl_display* get() const { return display_; }
+
+    /// The process identifier of the compositor; 0 if it is not known.
+    std::int32_t compositorProcess() const;
+
+    bool offers(std::string_view interface) const { return globals_.contains(interface); }
+
+    /// A proxy for the global of that interface, of `version` at most; null if the compositor does
+    /// not offer it. The caller destroys it before the connection.
+    template <class Proxy>
+    Proxy* bind(const wl_interface& interface, std::uint32_t version) {
+        return static_cast<Proxy*>(bindGlobal(interface, version));
+    }
+
+    /// Handles events until `isDone`. False if that takes too long or the compositor is gone.
+    bool dispatchUntil(const std::function<bool()>& isDone);
+
+    /// From now on events are handled as they come. `onLost` is called once when the compositor has
+    /// gone; it may destroy this object.
+    void attach(platform::RunLoop& runLoop, std::function<void()> onLost);
+
+private:
+    struct Global {
+        std::uint32_t name = 0;
+        std::uint32_t version = 0;
+    };
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const {
+            return std::hash<std::string_view>{}(text);
+        }
+    };
+
+    explicit Connection(wl_display* display);
+    void readGlobals();
+    void* bindGlobal(const wl_interface& interface, std::uint32_t version);
+    bool dispatchArrived(std::chrono::milliseconds longest);
+    void onReadable();
+
+    wl_display* display_;
+    wl_registry* registry_ = nullptr;
+    std::unordered_map<std::string, Global, Hash, std::equal_to<>> globals_;
+    std::function<void()> onLost_;
+    std::unique_ptr<platform::Subscription> watch_;
+};
+
+} // namespace hollowfernpike::wayland

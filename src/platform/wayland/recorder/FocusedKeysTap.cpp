@@ -1,0 +1,86 @@
+#include "platform/wayland/recorder/FocusedKeysTap.h"
+
+#include "platform/freedesktop/keyboard/KeyNames.h"
+#include "platform/freedesktop/keyboard/Modifiers.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QWindow>
+
+namespace hollowfernpike::wayland {
+
+namespace {
+
+namespace real = freedesktop::real_modifiers;
+
+/// Compositors and toolkits take these for Alt and Super, whatever the keyboard map says.
+constexpr freedesktop::Modifiers modifiers{
+    .option = real::mod1, .command = real::mod4, .numLock = real::mod2, .scrollLock = 0};
+
+bool isModifier(int key) {
+    static constexpr std::array keys{Qt::Key_Shift,   Qt::Key_Control,    Qt::Key_Alt,
+                                     Qt::Key_Meta,    Qt::Key_AltGr,      Qt::Key_CapsLock,
+                                     Qt::Key_Super_L, Qt::Key_Super_R,    Qt::Key_Hyper_L,
+                                     Qt::Key_Hyper_R, Qt::Key_Mode_switch};
+    return std::ranges::find(keys, key) != keys.end();
+}
+
+} // namespace
+
+FocusedKeysTap::FocusedKeysTap(platform::EventTapCallback callback, void* userInfo)
+    : listener_{callback, userInfo} {}
+
+FocusedKeysTap::~FocusedKeysTap() {
+    invalidate();
+}
+
+void FocusedKeysTap::start() {
+    if (inhibitor_) {
+        return;
+    }
+    inhibitor_.emplace();
+    inhibitor_->setWindow(QGuiApplication::focusWindow());
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            [this](QWindow* window) { inhibitor_->setWindow(window); });
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void FocusedKeysTap::stop() {
+    QCoreApplication::instance()->removeEventFilter(this);
+    disconnect(qGuiApp, nullptr, this, nullptr);
+    inhibitor_.reset();
+}
+
+// The toolkit asks with ShortcutOverride whether somebody wants a key for himself, before it looks
+// for a button or menu with that key. Each event comes to the window first, then to its parts.
+bool FocusedKeysTap::eventFilter(QObject* watched, QEvent* event) {
+    if (watched->isWindowType() && event->type() == QEvent::ShortcutOverride) {
+        event->accept();
+        return true;
+    }
+    if (watched->isWindowType() && event->type() == QEvent::KeyPress) {
+        deliver(static_cast<const QKeyEvent&>(*event));
+    }
+    return false;
+}
+
+// The callback may destroy this tap.
+void FocusedKeysTap::deliver(const QKeyEvent& press) {
+    if (press.isAutoRepeat() || isModifier(press.key()) ||
+        press.nativeScanCode() < freedesktop::xkbKeyCodeOffset) {
+        return;
+    }
+    const auto keyCode = freedesktop::virtualKeyCodeOf(
+        static_cast<std::uint16_t>(press.nativeScanCode() - freedesktop::xkbKeyCodeOffset));
+    const auto state = static_cast<freedesktop::ModifierState>(press.nativeModifiers());
+    const platform::KeyEvent event{.keyCode = keyCode,
+                                   .flags = platform::event_flags::nonCoalesced |
+                                            freedesktop::keyFlags(keyCode) |
+                                            modifiers.flags(state)};
+    listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
+}
+
+} // namespace hollowfernpike::wayland
