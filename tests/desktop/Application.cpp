@@ -8,6 +8,7 @@
 #include <optional>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace hollowfernpike::test {
 
@@ -68,16 +69,16 @@ std::size_t count(const std::vector<SeenKey>& keys, bool down, unsigned key) {
 
 } // namespace
 
-Application::Application(const PrivateDesktop& desktop, std::string name,
+Application::Application(const ApplicationPlace& place, std::string name,
                          const ApplicationTraits& traits)
-    : desktop_(desktop), name_(std::move(name)),
-      entry_(desktop.applications() / (name_ + ".desktop")),
-      program_(desktop.home() / "programs" /
+    : environment_(place.environment), name_(std::move(name)),
+      entry_(place.applications / (name_ + ".desktop")),
+      program_(place.home / "programs" /
                withoutPercent(traits.program.empty() ? name_ : traits.program)),
-      log_(desktop.home() / (name_ + ".log")) {
+      log_(place.home / (name_ + ".log")) {
     const auto windowClass = traits.windowClass.empty() ? name_ : traits.windowClass;
     std::filesystem::create_directories(program_.parent_path());
-    std::filesystem::copy_file(HFP_PROBE_WINDOW, program_,
+    std::filesystem::copy_file(place.windowProgram, program_,
                                std::filesystem::copy_options::skip_existing);
     arguments_ = {program_, "--log", log_, "--title", name_, "--class", name_ + ',' + windowClass};
     arguments_.insert(arguments_.end(), traits.options.begin(), traits.options.end());
@@ -101,7 +102,7 @@ Application::~Application() {
 }
 
 ChildProcess& Application::start(const Environment& changes) {
-    auto environment = desktop_.environment();
+    auto environment = environment_;
     for (const auto& [variable, value] : changes) {
         environment[variable] = value;
     }
@@ -140,12 +141,12 @@ std::vector<pid_t> Application::copies() const {
     return result;
 }
 
-std::vector<xcb_window_t> Application::windows() const {
-    std::vector<xcb_window_t> result;
+std::vector<WindowNumber> Application::windows() const {
+    std::vector<WindowNumber> result;
     for (const auto& line : log()) {
         std::istringstream words(line);
         std::string kind;
-        xcb_window_t window = XCB_NONE;
+        WindowNumber window = 0;
         if (words >> kind >> window && kind == "mapped") {
             result.push_back(window);
         }
@@ -173,6 +174,17 @@ std::size_t Application::downs(unsigned key) const {
 
 std::size_t Application::ups(unsigned key) const {
     return count(keys(), false, key);
+}
+
+std::string diaryOf(const std::vector<std::unique_ptr<Application>>& applications) {
+    std::string text;
+    for (const auto& application : applications) {
+        text += application->name() + ":\n";
+        for (const auto& line : application->log()) {
+            text += "  " + line + '\n';
+        }
+    }
+    return text;
 }
 
 } // namespace hollowfernpike::test

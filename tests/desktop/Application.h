@@ -1,15 +1,17 @@
 #pragma once
 
-#include "support/PrivateDesktop.h"
+#include "support/ChildProcess.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <xcb/xcb.h>
-
 namespace hollowfernpike::test {
+
+/// How a window is called in an application's log: on X by its number on the server.
+using WindowNumber = std::uint32_t;
 
 /// A key that an application saw going down or up.
 struct SeenKey {
@@ -28,12 +30,20 @@ struct ApplicationTraits {
     std::string script = {};               ///< run by the entry; "$@" in it starts the program
 };
 
-/// An application that is installed on a private desktop: a desktop entry, a program file of its
+/// The session in which applications live, and the program that opens a window there.
+struct ApplicationPlace {
+    std::filesystem::path home;
+    std::filesystem::path applications; ///< the folder for desktop entries
+    Environment environment;
+    std::filesystem::path windowProgram;
+};
+
+/// An application that is installed in a private session: a desktop entry, a program file of its
 /// own, and the log that its running copies write. All running copies end with the object, no
 /// matter who started them; the files stay as long as the home.
 class Application {
 public:
-    Application(const PrivateDesktop& desktop, std::string name, const ApplicationTraits& traits);
+    Application(const ApplicationPlace& place, std::string name, const ApplicationTraits& traits);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
     ~Application();
@@ -56,7 +66,7 @@ public:
     std::vector<pid_t> copies() const;
 
     /// Its windows that came to the screen, the oldest first.
-    std::vector<xcb_window_t> windows() const;
+    std::vector<WindowNumber> windows() const;
 
     std::vector<SeenKey> keys() const;
 
@@ -65,7 +75,7 @@ public:
     std::size_t ups(unsigned key) const;
 
 private:
-    const PrivateDesktop& desktop_;
+    Environment environment_;
     std::string name_;
     std::filesystem::path entry_;
     std::filesystem::path program_;
@@ -73,5 +83,8 @@ private:
     std::vector<std::string> arguments_;
     std::vector<std::unique_ptr<ChildProcess>> started_;
 };
+
+/// All that these have told, to be read by people.
+std::string diaryOf(const std::vector<std::unique_ptr<Application>>& applications);
 
 } // namespace hollowfernpike::test

@@ -5,27 +5,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <stdexcept>
 #include <utility>
-
-#include <nlohmann/json.hpp>
 
 namespace hollowfernpike::test {
 
 namespace {
 
-using nlohmann::json;
-
 constexpr const char* unboundKey = "AC11";
 constexpr std::array<std::uint16_t, 4> lockStates{0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
                                                   XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2};
-
-std::string numberedIdentifier(std::size_t number) {
-    std::array<char, 37> text{};
-    std::snprintf(text.data(), text.size(), "00000000-0000-4000-8000-%012zX", number);
-    return text.data();
-}
 
 bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
     return std::ranges::find(windows, window) != windows.end();
@@ -36,12 +25,13 @@ bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
 Story::Story(const std::string& windowManager, ScreenSize size, Home home)
     : desktop(windowManager, size, std::move(home)) {}
 
-Story::~Story() {
-    endUtility();
-}
-
 Application& Story::install(const std::string& name, const ApplicationTraits& traits) {
-    return *applications_.emplace_back(std::make_unique<Application>(desktop, name, traits));
+    return *applications_.emplace_back(
+        std::make_unique<Application>(ApplicationPlace{.home = desktop.home(),
+                                                       .applications = desktop.applications(),
+                                                       .environment = desktop.environment(),
+                                                       .windowProgram = HFP_PROBE_WINDOW},
+                                      name, traits));
 }
 
 Application& Story::open(const std::string& name, const ApplicationTraits& traits) {
@@ -54,30 +44,19 @@ Application& Story::open(const std::string& name, const ApplicationTraits& trait
 }
 
 void Story::bind(const Combination& combination, const Application& application) {
-    bind(combination, ShortcutTarget{.path = application.entry(),
-                                     .name = application.name(),
-                                     .identifier = application.identifier()});
+    shortcuts_.add(combination, application);
 }
 
 void Story::bind(const Combination& combination, const ShortcutTarget& target) {
-    shortcuts_.push_back({combination, target});
+    shortcuts_.add(combination, target);
 }
 
 std::filesystem::path Story::shortcutsFile() const {
-    return desktop.dataHome() / "Hollowfernpike" / "shortcuts.json";
+    return ShortcutList::fileIn(desktop.dataHome());
 }
 
 void Story::writeShortcuts() const {
-    auto list = json::array();
-    for (const auto& [combination, target] : shortcuts_) {
-        list.push_back({{"id", numberedIdentifier(list.size())},
-                        {"keyCode", combination.keyCode},
-                        {"modifierFlags", combination.modifierFlags},
-                        {"appPath", target.path},
-                        {"appName", target.name},
-                        {"appBundleIdentifier", target.identifier}});
-    }
-    writeFile(shortcutsFile(), list.dump());
+    shortcuts_.write(shortcutsFile());
 }
 
 void Story::startUtility() {
@@ -93,28 +72,11 @@ ChildProcess& Story::launchUtility(const Environment& changes) {
     for (const auto& [variable, value] : changes) {
         environment[variable] = value;
     }
-    endUtility();
-    utility_ = std::make_unique<ChildProcess>(std::vector<std::string>{HFP_PROGRAM}, environment);
-    return *utility_;
-}
-
-void Story::endUtility() {
-    if (!utility_) {
-        return;
-    }
-    const auto& errors = utility_->errors();
-    for (const char* complaint : {"Sanitizer", "runtime error:"}) {
-        EXPECT_TRUE(errors.find(complaint) == std::string::npos) << errors;
-    }
-    utility_.reset();
-}
-
-std::string Story::utilityTells() {
-    return utility_ ? utility_->output() + utility_->errors() : std::string{};
+    return utility_.start(environment);
 }
 
 testing::AssertionResult Story::areLive() {
-    for (const auto& [combination, target] : shortcuts_) {
+    for (const auto& [combination, target] : shortcuts_.entries()) {
         const auto grab = grabOf(combination);
         if (grab.key == 0) {
             continue;
@@ -305,14 +267,7 @@ bool Story::hasKeys(const std::vector<xcb_window_t>& windows) {
 std::string Story::diary() {
     std::string text = "active window " + std::to_string(pager.activeWindow()) + ", focus " +
                        std::to_string(pager.focusedWindow()) + '\n';
-    text += utilityTells();
-    for (const auto& application : applications_) {
-        text += application->name() + ":\n";
-        for (const auto& line : application->log()) {
-            text += "  " + line + '\n';
-        }
-    }
-    return text;
+    return text + utilityTells() + diaryOf(applications_);
 }
 
 } // namespace hollowfernpike::test

@@ -3,6 +3,8 @@
 #include "desktop/Application.h"
 #include "desktop/Combination.h"
 #include "desktop/Pager.h"
+#include "desktop/ShortcutList.h"
+#include "desktop/Utility.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
 #include "support/WaitUntil.h"
@@ -19,13 +21,6 @@
 
 namespace hollowfernpike::test {
 
-/// What a shortcut of the list says beside its keys.
-struct ShortcutTarget {
-    std::string path;
-    std::string name;
-    std::string identifier;
-};
-
 /// A private desktop on which the utility runs and applications come and go, driven by keys alone.
 class Story {
 public:
@@ -35,7 +30,7 @@ public:
     Story& operator=(const Story&) = delete;
 
     /// Fails the test if a sanitizer has complained of the utility.
-    ~Story();
+    ~Story() = default;
 
     PrivateDesktop desktop;
     Pager pager{desktop.display()};
@@ -60,10 +55,10 @@ public:
     /// Starts the utility alone, with the files as they are, in the place of the one before.
     ChildProcess& launchUtility(const Environment& changes = {});
 
-    ChildProcess& utility() { return *utility_; }
+    ChildProcess& utility() { return utility_.process(); }
 
     /// What the utility has written so far; empty if launchUtility() did not start it.
-    std::string utilityTells();
+    std::string utilityTells() { return utility_.tells(); }
 
     /// Whether, after some waiting, the utility holds all combinations of the list for which the
     /// map has a key: other programs are refused them.
@@ -130,19 +125,13 @@ public:
     void run(const std::vector<std::string>& arguments);
 
 private:
-    void endUtility();
     bool hasKeys(const std::vector<xcb_window_t>& windows);
     std::string diary();
 
-    struct Entry {
-        Combination combination;
-        ShortcutTarget target;
-    };
-
     XClient prober_{desktop.display()};
     std::vector<std::unique_ptr<Application>> applications_;
-    std::vector<Entry> shortcuts_;
-    std::unique_ptr<ChildProcess> utility_;
+    ShortcutList shortcuts_;
+    Utility utility_;
 };
 
 } // namespace hollowfernpike::test

@@ -1,10 +1,7 @@
 #include "support/PrivateDesktop.h"
 
 #include "support/WaitUntil.h"
-#include "support/WriteFile.h"
 
-#include <array>
-#include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
@@ -82,89 +79,12 @@ Environment environmentOf(Environment session) {
     return session;
 }
 
-namespace fs = std::filesystem;
-
-constexpr std::array sharedData{"cinnamon",
-                                "dbus-1/services/org.a11y.Bus.service",
-                                "dbus-1/services/org.cinnamon.ScreenSaver.service",
-                                "dbus-1/services/org.xfce.Xfconf.service",
-                                "glib-2.0",
-                                "icons/Adwaita",
-                                "icons/breeze",
-                                "icons/breeze-dark",
-                                "icons/default",
-                                "mime",
-                                "themes/Adwaita",
-                                "themes/Clearlooks",
-                                "themes/Default",
-                                "xfce4"};
-constexpr std::array sharedConfiguration{"menus", "openbox", "tint2", "xfce4"};
-
-/// The folders for all users, as a session knows them.
-fs::path dataIn(const fs::path& shared) {
-    return shared / "data";
-}
-fs::path configurationIn(const fs::path& shared) {
-    return shared / "configuration";
-}
-
-void share(const fs::path& original, const fs::path& seen) {
-    fs::create_directories(seen.parent_path());
-    fs::create_symlink(original, seen);
-}
-
-void shareParts(const fs::path& shared) {
-    fs::create_directories(dataIn(shared) / "applications");
-    for (const auto* part : sharedData) {
-        share(fs::path("/usr/share") / part, dataIn(shared) / part);
-    }
-    for (const auto* part : sharedConfiguration) {
-        share(fs::path("/etc/xdg") / part, configurationIn(shared) / part);
-    }
-}
-
-std::string valueIn(const Environment& environment, const std::string& name) {
-    const auto given = environment.find(name);
-    if (given != environment.end()) {
-        return given->second.value_or("");
-    }
-    const char* own = std::getenv(name.c_str());
-    return own == nullptr ? "" : own;
-}
-
-/// That of the system's session bus, but without the machine's services.
-std::string busConfiguration(const Environment& environment) {
-    std::string directories;
-    for (const auto* data : {"XDG_DATA_HOME", "XDG_DATA_DIRS"}) {
-        directories +=
-            "<servicedir>" + valueIn(environment, data) + "/dbus-1/services</servicedir>";
-    }
-    return "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-           "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
-           "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>" +
-           directories +
-           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
-           "<limit name=\"service_start_timeout\">120000</limit></busconfig>\n";
-}
-
-Environment sessionEnvironment(const fs::path& home, const fs::path& shared,
-                               const std::string& display) {
-    return {
-        {"HOME", home.string()},
-        {"DISPLAY", display},
-        {"XAUTHORITY", (home / ".Xauthority").string()},
-        {"XDG_DATA_HOME", (home / ".local/share").string()},
-        {"XDG_DATA_DIRS", dataIn(shared).string()},
-        {"XDG_CONFIG_HOME", (home / ".config").string()},
-        {"XDG_CONFIG_DIRS", configurationIn(shared).string()},
-        {"XDG_CACHE_HOME", (home / ".cache").string()},
-        {"XDG_RUNTIME_DIR", (home / "run").string()},
-        {"XDG_SESSION_TYPE", "x11"},
-        {"GIO_USE_VFS", "local"},
-        {"GSETTINGS_BACKEND", "memory"},
-        {"NO_AT_BRIDGE", "1"},
-    };
+Environment sessionEnvironment(const SessionFolders& folders, const std::string& display) {
+    auto environment = folders.environment();
+    environment["DISPLAY"] = display;
+    environment["XAUTHORITY"] = (folders.home() / ".Xauthority").string();
+    environment["XDG_SESSION_TYPE"] = "x11";
+    return environment;
 }
 
 } // namespace
@@ -184,29 +104,9 @@ VirtualDisplay::VirtualDisplay(const std::string& name, ScreenSize size) {
     name_ = ':' + *line;
 }
 
-SessionBus::SessionBus(const Environment& environment) {
-    const auto configuration = directory_.path() / "session.conf";
-    writeFile(configuration, busConfiguration(environment));
-    daemon_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration.string(),
-                                 "--nofork", "--print-address=1"},
-        environment);
-    const auto line = daemon_->waitForLine("");
-    if (!line) {
-        throw std::runtime_error("dbus-daemon did not start: " + daemon_->errors());
-    }
-    address_ = *line;
-}
-
 PrivateDesktop::PrivateDesktop(const std::string& windowManager, ScreenSize size, Home home)
-    : home_(std::move(home)), display_({}, size),
-      environment_(sessionEnvironment(this->home(), shared_.path(), display_.name())), bus_([this] {
-          shareParts(shared_.path());
-          fs::create_directories(this->home() / "run");
-          fs::create_directories(applications());
-          fs::permissions(this->home() / "run", fs::perms::owner_all);
-          return environment_;
-      }()) {
+    : folders_(std::move(home)), display_({}, size),
+      environment_(sessionEnvironment(folders_, display_.name())), bus_(environment_) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     if (windowManager.empty()) {
         return;
@@ -242,10 +142,6 @@ bool PrivateDesktop::closeFirstOverview() const {
                call("Set", {"<false>"});
                return call("Get", {}) == "(<false>,)\n";
            });
-}
-
-void PrivateDesktop::showOfMachine(const fs::path& part) const {
-    share(fs::path("/usr/share") / part, dataIn(shared_.path()) / part);
 }
 
 std::unique_ptr<ChildProcess>

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "support/ChildProcess.h"
-#include "support/TemporaryDirectory.h"
+#include "support/SessionBus.h"
+#include "support/SessionFolders.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace hollowfernpike::test {
 
@@ -29,24 +32,6 @@ private:
     std::string name_;
 };
 
-/// A session bus of its own (dbus-daemon), ready for clients. It starts the services in the data
-/// directories that the environment names, and no others of the machine.
-class SessionBus {
-public:
-    explicit SessionBus(const Environment& environment = {});
-
-    const std::string& address() const { return address_; }
-    ChildProcess& daemon() { return *daemon_; }
-
-private:
-    TemporaryDirectory directory_;
-    std::unique_ptr<ChildProcess> daemon_;
-    std::string address_;
-};
-
-/// A home directory, which may last for some sessions.
-using Home = std::shared_ptr<TemporaryDirectory>;
-
 /// A whole private session: home directory, display, window manager and session bus, none of them
 /// shared with the desktop that the tests run on. Of what is installed on the machine it sees what
 /// programs need, but no applications and nothing that starts by itself.
@@ -58,15 +43,15 @@ public:
                             Home home = std::make_shared<TemporaryDirectory>());
 
     const std::string& display() const { return display_.name(); }
-    const std::filesystem::path& home() const { return home_->path(); }
-    std::filesystem::path dataHome() const { return home() / ".local/share"; }
-    std::filesystem::path applications() const { return dataHome() / "applications"; }
+    const std::filesystem::path& home() const { return folders_.home(); }
+    std::filesystem::path dataHome() const { return folders_.dataHome(); }
+    std::filesystem::path applications() const { return folders_.applications(); }
     SessionBus& bus() { return bus_; }
     VirtualDisplay& virtualDisplay() { return display_; }
     ChildProcess& windowManager() { return *windowManager_; }
 
     /// Has the session see this file or folder below the machine's /usr/share, too.
-    void showOfMachine(const std::filesystem::path& part) const;
+    void showOfMachine(const std::filesystem::path& part) const { folders_.showOfMachine(part); }
 
     /// What a program needs in its environment to live in this session.
     const Environment& environment() const { return environment_; }
@@ -77,8 +62,7 @@ public:
 private:
     bool closeFirstOverview() const;
 
-    Home home_;
-    TemporaryDirectory shared_; ///< what the session sees of the machine
+    SessionFolders folders_;
     VirtualDisplay display_;
     Environment environment_;
     SessionBus bus_;

@@ -2,7 +2,7 @@
 
 #include "platform/qt/QtEventLoop.h"
 #include "support/ChildProcess.h"
-#include "support/PrivateDesktop.h"
+#include "support/SessionBus.h"
 
 #include <QDBusConnection>
 

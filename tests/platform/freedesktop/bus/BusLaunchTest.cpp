@@ -2,7 +2,7 @@
 #include "platform/freedesktop/launching/WorkspaceTest.h"
 #include "platform/freedesktop/owners/RunningApplications.h"
 #include "platform/qt/QtEventLoop.h"
-#include "support/PrivateDesktop.h"
+#include "support/SessionBus.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -1,0 +1,34 @@
+#include "desktop/Utility.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+Utility::~Utility() {
+    end();
+}
+
+ChildProcess& Utility::start(const Environment& environment) {
+    end();
+    process_ = std::make_unique<ChildProcess>(std::vector<std::string>{HFP_PROGRAM}, environment);
+    return *process_;
+}
+
+std::string Utility::tells() {
+    return process_ ? process_->output() + process_->errors() : std::string{};
+}
+
+void Utility::end() {
+    if (!process_) {
+        return;
+    }
+    const auto& errors = process_->errors();
+    for (const char* complaint : {"Sanitizer", "runtime error:"}) {
+        EXPECT_TRUE(errors.find(complaint) == std::string::npos) << errors;
+    }
+    process_.reset();
+}
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,54 @@
+#include "support/SessionBus.h"
+
+#include "support/WriteFile.h"
+
+#include <cstdlib>
+#include <stdexcept>
+#include <vector>
+
+namespace hollowfernpike::test {
+
+namespace {
+
+std::string valueIn(const Environment& environment, const std::string& name) {
+    const auto given = environment.find(name);
+    if (given != environment.end()) {
+        return given->second.value_or("");
+    }
+    const char* own = std::getenv(name.c_str());
+    return own == nullptr ? "" : own;
+}
+
+/// That of the system's session bus, but without the machine's services.
+std::string busConfiguration(const Environment& environment) {
+    std::string directories;
+    for (const auto* data : {"XDG_DATA_HOME", "XDG_DATA_DIRS"}) {
+        directories +=
+            "<servicedir>" + valueIn(environment, data) + "/dbus-1/services</servicedir>";
+    }
+    return "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+           "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
+           "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>" +
+           directories +
+           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
+           "<limit name=\"service_start_timeout\">120000</limit></busconfig>\n";
+}
+
+} // namespace
+
+SessionBus::SessionBus(const Environment& environment) {
+    const auto configuration = directory_.path() / "session.conf";
+    writeFile(configuration, busConfiguration(environment));
+    daemon_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration.string(),
+                                 "--nofork", "--print-address=1"},
+        environment);
+    const auto line = daemon_->waitForLine("");
+    if (!line) {
+        throw std::runtime_error("dbus-daemon did not start: " + daemon_->errors());
+    }
+    address_ = *line;
+}
+
+} // namespace hollowfernpike::test
