@@ -11,13 +11,15 @@
 
 namespace hollowfernpike::test {
 
+/// Who is nobody in particular, and no member of any group but its own.
+inline constexpr uid_t ordinaryUser = 65534;
+
 /// Makes a root process an ordinary one for good, so that file modes hold for it; for the forked
 /// child of a test. False if that fails.
 [[nodiscard]] inline bool becomeOrdinaryUser() {
-    constexpr uid_t nobody = 65534;
-    return ::getuid() != 0 ||
-           (::setgroups(0, nullptr) == 0 && ::setresgid(nobody, nobody, nobody) == 0 &&
-            ::setresuid(nobody, nobody, nobody) == 0);
+    return ::getuid() != 0 || (::setgroups(0, nullptr) == 0 &&
+                               ::setresgid(ordinaryUser, ordinaryUser, ordinaryUser) == 0 &&
+                               ::setresuid(ordinaryUser, ordinaryUser, ordinaryUser) == 0);
 }
 
 /// Makes this process one of a user that the system's database does not know, for good; for the

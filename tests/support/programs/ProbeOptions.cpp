@@ -47,6 +47,7 @@ const std::map<std::string_view, Flag>& switches() {
         {"--no-pid", [](auto& options) { options.hasPid = false; }},
         {"--no-window", [](auto& options) { options.windows = 0; }},
         {"--transient", [](auto& options) { options.transient = true; }},
+        {"--fullscreen", [](auto& options) { options.isFullscreen = true; }},
         {"--exit-on-key", [](auto& options) { options.crashesOnKey = true; }},
         {"--hand-over", [](auto& options) { options.handsOver = true; }},
         {"--single", [](auto& options) { options.isSingle = true; }},

@@ -9,7 +9,8 @@
 
 namespace hollowfernpike::test {
 
-/// How a probe window looks and behaves.
+/// How a probe window looks and behaves. On Wayland a window has no more than a class, a title, a
+/// parent and a state; the rest is left out there.
 struct ProbeOptions {
     std::string instanceName = "probe"; ///< --class INSTANCE,CLASS
     std::string className = "Probe";
@@ -24,6 +25,7 @@ struct ProbeOptions {
     std::uint16_t width = 200, height = 150;
     int windows = 1;                   ///< --windows N; --no-window: 0
     bool transient = false;            ///< --transient: later windows belong to the first one
+    bool isFullscreen = false;         ///< --fullscreen: on Wayland only
     bool crashesOnKey = false;         ///< --exit-on-key: aborts at any key press
     bool forksChild = false;           ///< --fork-child: keeps a helper process beside it
     bool handsOver = false;            ///< --hand-over: goes on as a process of its own and ends

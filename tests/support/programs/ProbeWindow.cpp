@@ -14,26 +14,23 @@
 // ends, as programs in a tray do.
 
 #include "support/programs/Doorbell.h"
+#include "support/programs/Probe.h"
 #include "support/programs/ProbeOptions.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include <poll.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 #include <xcb/xcb_icccm.h>
@@ -44,13 +41,6 @@
 namespace hollowfernpike::test {
 
 namespace {
-
-template <class... Values>
-void tell(const char* format, Values... values) {
-    std::printf(format, values...);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
-}
 
 class ProbeClient {
 public:
@@ -264,9 +254,7 @@ private:
     void onKeyDown(const xcb_key_press_event_t& event) {
         tell("key-down %u %u", event.detail, event.state);
         if (options_.crashesOnKey) {
-            const rlimit noCoreFile{};
-            ::setrlimit(RLIMIT_CORE, &noCoreFile);
-            std::abort();
+            crash();
         }
         noteUserTime(event.event, event.time);
     }
@@ -303,63 +291,17 @@ private:
     bool closed_ = false;
 };
 
-void startHelper() {
-    const pid_t parent = ::getpid();
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        while (::getppid() == parent) {
-            ::pause();
-        }
-        ::_exit(0);
-    }
-    tell("child %d", child);
-}
-
-// As terminals do whose windows all belong to one process.
-void handOver() {
-    if (::fork() != 0) {
-        ::_exit(0);
-    }
-    ::setsid();
-    tell("handed-over %d", ::getpid());
-}
-
 } // namespace
 
 } // namespace hollowfernpike::test
 
 int main(int count, char** arguments) {
     using namespace hollowfernpike::test;
-    try {
-        const auto options =
-            parseProbeOptions(std::span{arguments + 1, static_cast<std::size_t>(count - 1)});
-        if (!options.log.empty() && std::freopen(options.log.c_str(), "a", stdout) == nullptr) {
-            throw std::runtime_error("cannot write " + options.log);
-        }
-        tell("started %d", ::getpid());
-        Doorbell doorbell;
-        if (options.isSingle && !doorbell.hang(options.log + ".doorbell")) {
-            return 0;
-        }
-        if (options.handsOver) {
-            handOver();
-        }
-        if (options.forksChild) {
-            startHelper();
-        }
-        if (options.windows == 0) {
-            while (true) {
-                ::pause();
-            }
-        }
-        ProbeClient client(options, doorbell);
-        std::this_thread::sleep_for(options.delay);
-        client.openWindows();
-        client.run();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "probe: %s\n", error.what());
-        return 2;
-    }
-    return 0;
+    return runProbe(std::span{arguments, static_cast<std::size_t>(count)},
+                    [](const ProbeOptions& options, const Doorbell& doorbell) {
+                        ProbeClient client(options, doorbell);
+                        std::this_thread::sleep_for(options.delay);
+                        client.openWindows();
+                        client.run();
+                    });
 }
