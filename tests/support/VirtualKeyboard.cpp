@@ -132,6 +132,7 @@ void VirtualKeyboard::strike(const std::vector<std::string>& keyNames) {
     for (auto name = keyNames.rbegin(); name != keyNames.rend(); ++name) {
         release(*name);
     }
+    sync(); // more than the connection takes at once would break it
 }
 
 std::uint32_t VirtualKeyboard::keycode(std::string_view keyName) const {

@@ -1,0 +1,78 @@
+#include "desktop/sway/SwayStory.h"
+#include "support/WaitUntil.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+class LaunchOnSwayTest : public testing::Test {
+protected:
+    SwayStory story;
+    Application& front = story.open("Front");
+};
+
+TEST_F(LaunchOnSwayTest, AnApplicationThatDoesNotRunStartsOnceAndGetsTheKeys) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    ASSERT_TRUE(story.getsKeys(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_TRUE(story.brings(target, front, bound)) << "running by now";
+    EXPECT_EQ(target.starts(), 1);
+    EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+TEST_F(LaunchOnSwayTest, APressDuringTheLaunchStartsNoSecondCopy) {
+    auto& target = story.install("Target", {.options = {"--delay", "500"}});
+    auto& witness = story.install("Witness");
+    story.bind(bound, target);
+    story.bind(another, witness);
+    story.startUtility();
+    story.strike(bound);
+    story.strike(bound);
+    story.strike(another);
+    ASSERT_TRUE(waitUntil([&] { return target.windows().size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return witness.windows().size() == 1; }));
+    EXPECT_EQ(target.starts(), 1);
+    EXPECT_EQ(target.copies().size(), 1);
+    EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+TEST_F(LaunchOnSwayTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
+    auto& target = story.open("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    story.pager.close(target.copies().at(0));
+    ASSERT_TRUE(waitUntil([&] { return target.copies().empty(); }));
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_EQ(target.starts(), 2);
+    EXPECT_EQ(target.copies().size(), 1);
+}
+
+TEST_F(LaunchOnSwayTest, AMissingProgramSwallowsThePressAndTheNextShortcutWorks) {
+    auto& target = story.install("Target");
+    auto& gone = story.install("Gone");
+    std::filesystem::remove(gone.program());
+    story.bind(bound, gone);
+    story.bind(another, target);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.isInFront(front));
+    story.strike(another);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+} // namespace
+} // namespace hollowfernpike

@@ -1,0 +1,148 @@
+#include "desktop/sway/SwayStory.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+constexpr std::uint16_t keyL = 37;
+
+class ModifiersOnSwayTest : public testing::Test {
+protected:
+    SwayStory story;
+    Application& front = story.open("Front");
+    Application& target = story.open("Target");
+};
+
+TEST_F(ModifiersOnSwayTest, EachSetOfModifiersIsACombinationOfItsOwn) {
+    for (std::size_t set = 1; set < modifierSets().size(); ++set) {
+        story.bind({keyL, modifierSets()[set]}, set % 2 == 0 ? front : target);
+    }
+    story.startUtility();
+    for (std::size_t set = 1; set < modifierSets().size(); ++set) {
+        story.strike({keyL, modifierSets()[set]});
+        ASSERT_TRUE(story.isInFront(set % 2 == 0 ? front : target)) << "set " << set;
+    }
+    ASSERT_TRUE(story.switchTo(front));
+    ASSERT_TRUE(story.switchTo(target));
+    EXPECT_TRUE(story.nobodySaw({keyL}));
+}
+
+TEST_F(ModifiersOnSwayTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
+    const auto boundSet = control | shift;
+    story.bind({keyL, boundSet}, target);
+    story.startUtility();
+    ASSERT_TRUE(story.switchTo(front));
+    std::vector<unsigned> expected;
+    for (const auto set : modifierSets()) {
+        if (set != boundSet) {
+            story.strike({keyL, set});
+            expected.push_back(Combination{keyL, set}.modifierState());
+        }
+    }
+    ASSERT_TRUE(story.getsKeys(front));
+    std::vector<unsigned> seen;
+    for (const auto& key : front.keys()) {
+        if (key.down && key.key == story.keycode({keyL})) {
+            seen.push_back(key.state);
+        }
+    }
+    EXPECT_EQ(seen, expected);
+    EXPECT_TRUE(story.brings(target, front, {keyL, boundSet}));
+}
+
+TEST_F(ModifiersOnSwayTest, TheRightHandKeysCountAsWell) {
+    story.bind({keyL, control | shift | option | command}, target);
+    story.bind({keyL, control}, target);
+    story.bind({keyL, shift}, target);
+    story.bind({keyL, option}, target);
+    story.bind({keyL, command}, target);
+    story.startUtility();
+    EXPECT_TRUE(story.brings(target, front, {"RCTL", "RTSH", "RALT", "RWIN", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "RTSH", "LALT", "RWIN", "AC09"}));
+    for (const auto* modifier : {"RCTL", "RTSH", "RALT", "RWIN"}) {
+        EXPECT_TRUE(story.brings(target, front, {modifier, "AC09"})) << modifier;
+    }
+}
+
+TEST_F(ModifiersOnSwayTest, TheThirdLevelKeyIsNotOption) {
+    story.keyboard.use({.layouts = "de"});
+    story.bind({keyL, option}, target);
+    story.bind({keyL, control | option}, target);
+    story.startUtility();
+    EXPECT_TRUE(story.passes(front, {"RALT", "AC09"}));
+    EXPECT_TRUE(story.passes(front, {"LCTL", "RALT", "AC09"}));
+    EXPECT_TRUE(story.passes(front, {"LCTL", "LALT", "RALT", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"LALT", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
+}
+
+/// The states of Caps Lock and Num Lock, by the keys to strike.
+class LocksOnSwayTest : public testing::TestWithParam<std::vector<std::string>> {
+protected:
+    SwayStory story;
+    Application& front = story.open("Front");
+    Application& target = story.open("Target");
+
+    void lock() {
+        for (const auto& key : GetParam()) {
+            story.keyboard.strike({key});
+        }
+    }
+};
+
+TEST_P(LocksOnSwayTest, DoNotMatter) {
+    story.bind({keyL, control | option}, target);
+    story.bind({122}, target);
+    story.startUtility();
+    lock();
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"FK01"}));
+    EXPECT_TRUE(story.passes(front, {"LCTL", "AC09"}));
+    EXPECT_TRUE(story.passes(front, {"LFSH", "FK01"}));
+    lock();
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
+}
+
+TEST_P(LocksOnSwayTest, LeaveTheKeypadInItsPlace) {
+    const std::vector<std::string> keypad{"KP0",  "KP1",  "KP2",  "KP3",  "KP4",
+                                          "KP5",  "KP6",  "KP7",  "KP8",  "KP9",
+                                          "KPDL", "KPMU", "KPAD", "KPDV", "KPSU"};
+    for (const auto& keys : {namedKeys(), unnamedKeys()}) {
+        for (const auto& key : keys) {
+            if (std::ranges::find(keypad, key.name) != keypad.end()) {
+                story.bind({key.keyCode, command}, target);
+                story.bind({key.keyCode, control | shift}, target);
+            }
+        }
+    }
+    story.startUtility();
+    lock();
+    for (const auto& key : keypad) {
+        EXPECT_TRUE(story.brings(target, front, {"LWIN", key})) << key;
+        EXPECT_TRUE(story.brings(target, front, {"LCTL", "LFSH", key})) << key;
+    }
+    EXPECT_TRUE(story.passes(front, {"KP1"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(With, LocksOnSwayTest,
+                         testing::Values(std::vector<std::string>{},
+                                         std::vector<std::string>{"CAPS"},
+                                         std::vector<std::string>{"NMLK"},
+                                         std::vector<std::string>{"CAPS", "NMLK"}),
+                         [](const auto& locks) {
+                             std::string name = locks.param.empty() ? "none" : "";
+                             for (const auto& lock : locks.param) {
+                                 name += lock;
+                             }
+                             return name;
+                         });
+
+} // namespace
+} // namespace hollowfernpike
