@@ -1,6 +1,6 @@
 #include "desktop/SignalName.h"
 #include "desktop/Story.h"
-#include "faults/LeaksAllowed.h"
+#include "support/Leaks.h"
 #include "support/Files.h"
 #include "support/WaitUntil.h"
 

@@ -1,5 +1,5 @@
 #include "desktop/Story.h"
-#include "faults/LeaksAllowed.h"
+#include "support/Leaks.h"
 #include "support/WaitUntil.h"
 
 #include <chrono>

@@ -1,5 +1,7 @@
 #include "desktop/sway/SwayStory.h"
 
+#include "support/Leaks.h"
+
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
@@ -58,9 +60,9 @@ void SwayStory::writeShortcuts() const {
     shortcuts_.write(shortcutsFile());
 }
 
-void SwayStory::startUtility() {
+void SwayStory::startUtility(const Environment& changes) {
     writeShortcuts();
-    launchUtility();
+    launchUtility(changes);
     if (const auto live = bindsAgain(0); !live) {
         throw std::runtime_error(live.message());
     }
@@ -69,6 +71,7 @@ void SwayStory::startUtility() {
 ChildProcess& SwayStory::launchUtility(const Environment& changes) {
     auto environment = desktop.environment();
     environment["QT_LOGGING_RULES"] = "hollowfernpike.keys.debug=true";
+    environment.insert(leaksAllowed());
     for (const auto& [variable, value] : changes) {
         environment[variable] = value;
     }

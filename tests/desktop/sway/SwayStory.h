@@ -53,10 +53,10 @@ public:
     void writeShortcuts() const;
 
     /// Writes the list of shortcuts, starts the utility and waits until the combinations are live.
-    void startUtility();
+    void startUtility(const Environment& changes = {});
 
     /// Starts the utility alone, with the files as they are, in the place of the one before. It
-    /// logs what it does about keys.
+    /// logs what it does about keys. Leaks are not looked for unless `changes` say so.
     ChildProcess& launchUtility(const Environment& changes = {});
 
     ChildProcess& utility() { return utility_.process(); }

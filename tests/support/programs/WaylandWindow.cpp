@@ -52,7 +52,7 @@ public:
     Pictures& operator=(const Pictures&) = delete;
     ~Pictures() { wl_shm_destroy(memory_); }
 
-    /// A black one, which goes when the compositor needs it no longer.
+    /// A black one, the caller's to destroy.
     wl_buffer* make(std::int32_t width, std::int32_t height) const {
         const std::int32_t rowSize = 4 * width;
         const int file = ::memfd_create("picture", MFD_CLOEXEC);
@@ -64,9 +64,6 @@ public:
             wl_shm_pool_create_buffer(pool, 0, width, height, rowSize, WL_SHM_FORMAT_XRGB8888);
         wl_shm_pool_destroy(pool);
         ::close(file);
-        static constexpr wl_buffer_listener listener{
-            .release = [](void* /*data*/, wl_buffer* unused) { wl_buffer_destroy(unused); }};
-        wl_buffer_add_listener(picture, &listener, nullptr);
         return picture;
     }
 
@@ -106,6 +103,9 @@ public:
         if (mapping_ != nullptr) {
             wl_callback_destroy(mapping_);
         }
+        if (picture_ != nullptr) {
+            wl_buffer_destroy(picture_);
+        }
         xdg_toplevel_destroy(toplevel_);
         xdg_surface_destroy(role_);
         wl_surface_destroy(surface_);
@@ -130,8 +130,12 @@ private:
 
     void onPlace(std::uint32_t serial) {
         xdg_surface_ack_configure(role_, serial);
-        wl_surface_attach(surface_, pictures_.make(width_, height_), 0, 0);
+        auto* const former = std::exchange(picture_, pictures_.make(width_, height_));
+        wl_surface_attach(surface_, picture_, 0, 0);
         wl_surface_commit(surface_);
+        if (former != nullptr) {
+            wl_buffer_destroy(former);
+        }
         if (!isShown_) {
             isShown_ = true;
             askWhetherMapped();
@@ -182,6 +186,7 @@ private:
     xdg_surface* role_;
     xdg_toplevel* toplevel_;
     wl_callback* mapping_ = nullptr;
+    wl_buffer* picture_ = nullptr;
     bool isShown_ = false;
     bool isClosed_ = false;
 };

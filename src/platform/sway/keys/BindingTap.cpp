@@ -66,7 +66,7 @@ void BindingTap::bind(const std::vector<platform::KeyCombination>& combinations)
     qCDebug(freedesktop::keysLog, "bound %zu combinations",
             combinations.size() - bindings_.refused().size());
     for (const auto& combination : bindings_.refused()) {
-        qCWarning(freedesktop::keysLog, "left to sway's own configuration, which binds it: %s",
+        qCWarning(freedesktop::keysLog, "refused, because sway's own configuration binds it: %s",
                   keysOf(combination).front().c_str());
     }
 }
