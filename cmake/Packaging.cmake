@@ -7,8 +7,8 @@ Press a key combination, anywhere, and the application that you bound to it is\n
 in front of you: brought forward if it runs, launched if it does not. Bound\n\
 presses are swallowed, every other key press reaches your programs untouched.\n\
 \n\
-The program stays in the status bar, speaks Japanese and English, and needs an\n\
-X11 session.")
+The program stays in the status bar, speaks Japanese and English, and needs a\n\
+session on X11 or sway.")
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
@@ -17,7 +17,8 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Up to Debian 12, the plug-in for SVG images is in libqt6svg6.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-  "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~), libxcursor1, qt6-translations-l10n")
+  "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~), qt6-wayland, libxcursor1, qt6-translations-l10n, \
+qt6-base-abi (= ${Qt6Core_VERSION})")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\
 fonts-ipafont-gothic | fonts-japanese-gothic | fonts-noto-cjk, \
 default-dbus-session-bus | dbus-session-bus, hicolor-icon-theme")

@@ -15,6 +15,8 @@ DOORS = {
     "platform": set(),
     "platform/qt": {"platform/freedesktop"},
     "platform/x11": {"platform/freedesktop"},
+    "platform/wayland": {"platform/freedesktop"},
+    "platform/sway": {"platform/freedesktop", "platform/wayland"},
 }
 
 # Single headers of another room: the texts of the windows depend on the language.
@@ -35,9 +37,12 @@ CHOOSER = "src/main/"
 # Libraries that only some rooms may include, recognised by the header's name.
 STANDARD = re.compile(r"[a-z_]+")
 LIBRARIES = [
-    ("the JSON library", re.compile(r"rapidjson/.*"), {"model"}),
-    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"), {"app", "main", "platform/freedesktop", "platform/qt", "platform/x11", "ui"}),
-    ("X11", re.compile(r"(xcb|X11|xkbcommon|libsn)/.*"), {"platform/x11"}),
+    ("the JSON library", re.compile(r"rapidjson/.*"), {"model", "platform/sway"}),
+    ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"),
+     {"app", "main", "platform/freedesktop", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
+    ("the toolkit's plug-ins", re.compile(r"qpa/.*"), {"platform/wayland"}),
+    ("X11", re.compile(r"(xcb|X11|libsn)/.*"), {"platform/x11"}),
+    ("Wayland", re.compile(r"wayland-.*|.*-client-protocol\.h|xkbcommon/.*"), {"platform/wayland"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
 ]
 STANDARD_ONLY = {"model", "hotkeys", "platform"}

@@ -1,7 +1,7 @@
 #include "desktop/SignalName.h"
 #include "desktop/Story.h"
-#include "support/Leaks.h"
 #include "support/Files.h"
+#include "support/Leaks.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>

@@ -1,6 +1,7 @@
 #include "platform/sway/windows/Tree.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace hollowfernpike::test {
 
@@ -64,7 +65,7 @@ TEST(TreeTest, AWaylandWindowTellsItsProcessItsEntryAndWhetherItIsVisible) {
              window(5, "org.example.Five", R"(, "sandbox_app_id": "org.example.Box")") + "," +
                  node(R"("id": 6, "name": null, "pid": 7, "app_id": "six", "visible": false)")));
     ASSERT_THAT(*windows, SizeIs(2));
-    EXPECT_EQ(windows->at(0).title, "title");
+    EXPECT_EQ(windows->at(0).title, "") << "titles of others are not kept";
     EXPECT_TRUE(windows->at(0).isVisible);
     EXPECT_EQ(windows->at(0).facts,
               (platform::WindowFacts{.process = 105,
@@ -75,6 +76,14 @@ TEST(TreeTest, AWaylandWindowTellsItsProcessItsEntryAndWhetherItIsVisible) {
                                      .sandboxApplicationId = "org.example.Box"}));
     EXPECT_EQ(windows->at(1).title, "");
     EXPECT_FALSE(windows->at(1).isVisible);
+}
+
+TEST(TreeTest, AWindowOfOursTellsItsTitle) {
+    const auto windows = sway::readTree(node(
+        R"("id": 1)",
+        node(R"("id": 5, "app_id": "a", "name": "ours", "pid": )" + std::to_string(::getpid()))));
+    ASSERT_THAT(*windows, SizeIs(1));
+    EXPECT_EQ(windows->at(0).title, "ours");
 }
 
 TEST(TreeTest, AWindowOfXTellsItsClass) {

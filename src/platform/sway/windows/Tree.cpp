@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+#include <unistd.h>
+
 namespace hollowfernpike::sway {
 
 namespace {
@@ -45,6 +47,10 @@ platform::WindowFacts factsOf(const Value& node) {
 /// Only windows have this member, be it empty.
 bool isWindow(const Value& node) {
     return node.IsObject() && node.HasMember("app_id");
+}
+
+bool isOurs(const Value& node) {
+    return processOf(node) == ::getpid();
 }
 
 std::vector<const Value*> childrenOf(const Value& node) {
@@ -92,7 +98,7 @@ std::optional<std::vector<TreeWindow>> readTree(std::string_view json) {
         waiting.pop_back();
         if (isWindow(node)) {
             windows.push_back({.identifier = numberMember(node, "id"),
-                               .title = textMember(node, "name"),
+                               .title = isOurs(node) ? textMember(node, "name") : std::string{},
                                .isVisible = member(node, "visible").IsTrue(),
                                .facts = factsOf(node)});
         }
