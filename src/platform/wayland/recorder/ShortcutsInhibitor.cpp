@@ -1,5 +1,6 @@
 #include "platform/wayland/recorder/ShortcutsInhibitor.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/wayland/ToolkitWindow.h"
 
 #include <string_view>
@@ -45,6 +46,17 @@ Manager* bindManager(wl_display* display) {
     return static_cast<Manager*>(manager);
 }
 
+constexpr zwp_keyboard_shortcuts_inhibitor_v1_listener logListener{
+    .active =
+        [](void*, zwp_keyboard_shortcuts_inhibitor_v1*) {
+            qCDebug(freedesktop::keysLog, "our window gets the compositor's combinations");
+        },
+    .inactive =
+        [](void*, zwp_keyboard_shortcuts_inhibitor_v1*) {
+            qCDebug(freedesktop::keysLog, "the compositor keeps its combinations");
+        },
+};
+
 } // namespace
 
 ShortcutsInhibitor::ShortcutsInhibitor() : manager_(bindManager(toolkitDisplay())) {}
@@ -66,6 +78,7 @@ void ShortcutsInhibitor::setWindow(QWindow* window) {
     if (surface != nullptr) {
         inhibitor_ = zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(manager_, surface,
                                                                                  toolkitSeat());
+        zwp_keyboard_shortcuts_inhibitor_v1_add_listener(inhibitor_, &logListener, nullptr);
         surface_ = surface;
     }
     wl_display_flush(toolkitDisplay());

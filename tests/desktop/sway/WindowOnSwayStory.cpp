@@ -1,0 +1,103 @@
+#include "desktop/sway/WindowOnSwayStory.h"
+
+#include <algorithm>
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+namespace hollowfernpike::test {
+
+void WindowOnSwayStory::startUtility() {
+    story.desktop.configure("bindsym Mod4+Return exec touch " + told().string());
+    story.desktop.ipc().reload();
+    story.bind(bound, target);
+    story.startUtility();
+}
+
+testing::AssertionResult WindowOnSwayStory::openWindow() {
+    const auto second = story.desktop.start({HFP_PROGRAM});
+    if (second->wait() != 0) {
+        return testing::AssertionFailure() << second->errors();
+    }
+    return isFocused(managementTitle);
+}
+
+testing::AssertionResult WindowOnSwayStory::isFocused(const std::string& title) {
+    const auto hasFocus = [&](const SwayWindow& window) {
+        return window.isFocused && window.title == title;
+    };
+    if (waitUntil([&] { return std::ranges::any_of(ours(), hasFocus); })) {
+        return testing::AssertionSuccess();
+    }
+    auto failure = testing::AssertionFailure() << title << " has not got the focus; there are:\n";
+    for (const auto& window : ours()) {
+        failure << window.title << (window.isFocused ? " (focused)" : "") << '\n';
+    }
+    return failure << story.utilityTells();
+}
+
+testing::AssertionResult WindowOnSwayStory::isGone(const std::string& title) {
+    const auto isShown = [&](const SwayWindow& window) { return window.title == title; };
+    return waitUntil([&] { return std::ranges::none_of(ours(), isShown); })
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << title << " is still there";
+}
+
+void WindowOnSwayStory::chooseAfter(int tabs) {
+    for (int count = 0; count < tabs; ++count) {
+        story.keyboard.strike({"TAB"});
+    }
+    story.keyboard.strike({"SPCE"});
+}
+
+testing::AssertionResult WindowOnSwayStory::beginToRecord() {
+    chooseAfter(1);
+    if (const auto opened = isFocused(editTitle); !opened) {
+        return opened;
+    }
+    const auto before = inhibitions();
+    chooseAfter(2);
+    return waitUntil([&] { return inhibitions() > before; }) ? testing::AssertionSuccess()
+                                                             : testing::AssertionFailure()
+                                                                   << "it does not record\n"
+                                                                   << story.utilityTells();
+}
+
+testing::AssertionResult WindowOnSwayStory::swayHasItsCombination() {
+    std::filesystem::remove(told());
+    const auto answers = [&] {
+        story.strike(swaysOwn);
+        return waitUntil([&] { return std::filesystem::exists(told()); }, 500ms);
+    };
+    return waitUntil(answers) ? testing::AssertionSuccess()
+                              : testing::AssertionFailure() << "sway does not answer";
+}
+
+std::vector<Combination> WindowOnSwayStory::saved() const {
+    std::vector<Combination> combinations;
+    std::ifstream file(story.shortcutsFile());
+    for (const auto& shortcut : nlohmann::json::parse(file)) {
+        combinations.push_back({shortcut.at("keyCode"), shortcut.at("modifierFlags")});
+    }
+    return combinations;
+}
+
+std::vector<SwayWindow> WindowOnSwayStory::ours() const {
+    auto windows = story.pager.windows();
+    std::erase_if(windows, [](const SwayWindow& window) {
+        return window.applicationId != "app.hollowfernpike.Hollowfernpike";
+    });
+    return windows;
+}
+
+std::size_t WindowOnSwayStory::inhibitions() {
+    const std::string_view line = "our window gets the compositor's combinations";
+    const auto& text = story.utility().errors();
+    std::size_t count = 0;
+    for (auto at = text.find(line); at != std::string::npos; at = text.find(line, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+} // namespace hollowfernpike::test

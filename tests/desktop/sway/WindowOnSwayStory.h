@@ -1,0 +1,57 @@
+#pragma once
+
+#include "desktop/sway/SwayStory.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike::test {
+
+/// The utility's windows on sway, used by keyboard alone, in Japanese.
+class WindowOnSwayStory {
+public:
+    /// What sway's own configuration binds there: it makes the file told().
+    static constexpr Combination swaysOwn{36, command};
+
+    SwayStory story;
+    Application& front = story.open("Front");
+    Application& target = story.install("Target");
+
+    static constexpr auto managementTitle = "Hollowfernpike - ショートカット管理";
+    static constexpr auto editTitle = "ショートカット編集";
+    static constexpr auto addTitle = "ショートカット追加";
+
+    std::filesystem::path told() const { return story.desktop.commonGround() / "told"; }
+
+    /// Starts the utility with one shortcut, `bound` for the application Target.
+    void startUtility();
+
+    /// Starts the program a second time, as people do from a menu; waits for its window.
+    testing::AssertionResult openWindow();
+
+    /// Whether, after some waiting, our window with this title has the focus.
+    testing::AssertionResult isFocused(const std::string& title);
+
+    /// Whether, after some waiting, we show no window with this title.
+    testing::AssertionResult isGone(const std::string& title);
+
+    /// Presses Tab so often, then the space bar.
+    void chooseAfter(int tabs);
+
+    /// Opens the editor of the first card and begins to record.
+    testing::AssertionResult beginToRecord();
+
+    /// Whether, after some waiting, sway answers its own combination; it does not while we record.
+    testing::AssertionResult swayHasItsCombination();
+
+    /// The combinations in the file of shortcuts.
+    std::vector<Combination> saved() const;
+
+private:
+    std::vector<SwayWindow> ours() const;
+    std::size_t inhibitions();
+};
+
+} // namespace hollowfernpike::test
