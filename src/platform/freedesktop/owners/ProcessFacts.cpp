@@ -93,10 +93,14 @@ bool isTheLaunched(std::int32_t process, const std::string& launchedNumber) {
 
 void readEnvironment(int directory, std::int32_t process, ProcessFacts& facts) {
     std::string launchedNumber;
-    const std::array<std::pair<std::string, std::string*>, 3> wanted{
+    std::string waylandName;
+    std::string runtimeDirectory;
+    const std::array<std::pair<std::string, std::string*>, 5> wanted{
         {{std::string{launchedFileVariable} + '=', &facts.launchedEntry},
          {std::string{launchedNumberVariable} + '=', &launchedNumber},
-         {"DISPLAY=", &facts.display}}};
+         {"DISPLAY=", &facts.display},
+         {"WAYLAND_DISPLAY=", &waylandName},
+         {"XDG_RUNTIME_DIR=", &runtimeDirectory}}};
     const auto variables = contents(directory, "environ");
     facts.hasEnvironment = !variables.empty();
     forEachPart(variables, '\0', [&](std::string_view variable) {
@@ -106,6 +110,7 @@ void readEnvironment(int directory, std::int32_t process, ProcessFacts& facts) {
             }
         }
     });
+    facts.waylandSocket = waylandSocket(waylandName, runtimeDirectory);
     if (!facts.launchedEntry.empty() && !isTheLaunched(process, launchedNumber)) {
         facts.launchedEntry.clear();
     }
@@ -122,6 +127,10 @@ std::vector<std::string> commandLine(int directory) {
 }
 
 } // namespace
+
+std::string waylandSocket(const std::string& name, const std::string& runtimeDirectory) {
+    return name.empty() || name.starts_with('/') ? name : runtimeDirectory + '/' + name;
+}
 
 std::optional<ProcessStatus> processStatus(std::int32_t process) {
     const auto directory = processDirectory(process);

@@ -18,6 +18,7 @@ struct ProcessFacts {
                                     ///< by GLib or as a child of ours
     bool hasEnvironment = false;    ///< whether it tells any of its variables
     std::string display;            ///< DISPLAY
+    std::string waylandSocket;      ///< path that WAYLAND_DISPLAY stands for
     std::string executable;         ///< path of the file
     std::vector<std::string> commandLine;
 };
@@ -27,6 +28,10 @@ struct ProcessFacts {
 /// because the number is not known before the start; we recognise our own children by their parent.
 inline constexpr auto launchedFileVariable = "GIO_LAUNCHED_DESKTOP_FILE";
 inline constexpr auto launchedNumberVariable = "GIO_LAUNCHED_DESKTOP_FILE_PID";
+
+/// The path of a Wayland compositor's socket that a process with these variables connects to: the
+/// name is a path, or lies in the runtime directory. Empty without a name.
+std::string waylandSocket(const std::string& name, const std::string& runtimeDirectory);
 
 /// The parent, start and end of a process.
 struct ProcessStatus {

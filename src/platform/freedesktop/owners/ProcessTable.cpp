@@ -76,10 +76,20 @@ std::string_view withoutScreen(std::string_view display) {
     return hasScreen ? display.substr(0, dot) : display;
 }
 
-bool isOfThisDisplay(const ProcessFacts& process) {
-    const char* const ourDisplay = std::getenv("DISPLAY");
-    return ourDisplay == nullptr || process.display.empty() ||
-           withoutScreen(process.display) == withoutScreen(ourDisplay);
+std::string variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string{} : value;
+}
+
+/// Whether the process can show windows where we do: on one of our displays, or perhaps on one that
+/// it names in another way than by its environment.
+bool isOfThisSession(const ProcessFacts& process) {
+    const auto ourDisplay = variable("DISPLAY");
+    const auto ourSocket = waylandSocket(variable("WAYLAND_DISPLAY"), variable("XDG_RUNTIME_DIR"));
+    const bool namesNone = process.display.empty() && process.waylandSocket.empty();
+    const bool weHaveNone = ourDisplay.empty() && ourSocket.empty();
+    return namesNone || weHaveNone || (!ourSocket.empty() && process.waylandSocket == ourSocket) ||
+           (!ourDisplay.empty() && withoutScreen(process.display) == withoutScreen(ourDisplay));
 }
 
 } // namespace
@@ -169,7 +179,7 @@ bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
 }
 
 std::string ProcessTable::applicationOf(const ProcessFacts& process) const {
-    if (!isOfThisDisplay(process)) {
+    if (!isOfThisSession(process)) {
         return {};
     }
     const auto* entry = freedesktop::applicationOf(process, entries_.index());

@@ -269,6 +269,7 @@ TEST(OwnerResolution, HostileWindowsBelongToNobody) {
                              .controlGroup = text,
                              .launchedEntry = text,
                              .display = text,
+                             .waylandSocket = text,
                              .executable = text,
                              .commandLine = {text, text}};
         const auto owner = ownerOf(window, process, index);

@@ -37,6 +37,16 @@ TEST(ProcessFactsTest, TellProgramArgumentsAndDisplay) {
     EXPECT_EQ(facts.controlGroup.substr(0, 1), "/");
 }
 
+TEST(ProcessFactsTest, ACompositorIsKnownByThePathOfItsSocket) {
+    ChildProcess process(
+        {"/usr/bin/sleep", "300"},
+        {{"DISPLAY", ":1"}, {"WAYLAND_DISPLAY", "wayland-7"}, {"XDG_RUNTIME_DIR", "/run/example"}});
+    ASSERT_TRUE(hasStarted(process, "/sleep", ":1"));
+    EXPECT_EQ(processFacts(process.pid()).waylandSocket, "/run/example/wayland-7");
+    EXPECT_EQ(waylandSocket("/somewhere/else", "/run/example"), "/somewhere/else");
+    EXPECT_EQ(waylandSocket("", "/run/example"), "");
+}
+
 TEST(ProcessFactsTest, TheLaunchEnvironmentCountsOnlyForTheProcessThatItNames) {
     ChildProcess process(
         {"/bin/sh", "-c", "GIO_LAUNCHED_DESKTOP_FILE_PID=$$ exec /usr/bin/sleep 300"},

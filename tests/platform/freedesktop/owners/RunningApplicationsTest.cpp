@@ -161,6 +161,36 @@ TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSession) {
     EXPECT_THAT(running("org.example.remote"), ElementsAre(ours->pid()));
 }
 
+TEST_F(RunningApplicationsTest, AProcessOfAnotherCompositorIsNotOfThisSession) {
+    ::setenv("WAYLAND_DISPLAY", "wayland-7", 1);
+    ::setenv("XDG_RUNTIME_DIR", "/run/example", 1);
+    ::setenv("DISPLAY", ":7", 1);
+    install("org.example.remote");
+    const auto elsewhere = start("org.example.remote", "stay",
+                                 {{"WAYLAND_DISPLAY", "wayland-8"}, {"DISPLAY", std::nullopt}});
+    const auto onXElsewhere =
+        start("org.example.remote", "stay", {{"WAYLAND_DISPLAY", std::nullopt}, {"DISPLAY", ":8"}});
+    EXPECT_THAT(running("org.example.remote"), IsEmpty());
+    const auto native =
+        start("org.example.remote", "stay",
+              {{"WAYLAND_DISPLAY", "/run/example/wayland-7"}, {"DISPLAY", std::nullopt}});
+    const auto onX =
+        start("org.example.remote", "stay", {{"WAYLAND_DISPLAY", std::nullopt}, {"DISPLAY", ":7"}});
+    EXPECT_THAT(running("org.example.remote"),
+                testing::UnorderedElementsAre(native->pid(), onX->pid()));
+}
+
+TEST_F(RunningApplicationsTest, OnAnXServerAProcessOfACompositorIsNotOfThisSession) {
+    ::setenv("DISPLAY", ":7", 1);
+    install("org.example.remote");
+    const auto theirs = start("org.example.remote", "stay",
+                              {{"WAYLAND_DISPLAY", "wayland-7"}, {"DISPLAY", std::nullopt}});
+    EXPECT_THAT(running("org.example.remote"), IsEmpty());
+    const auto ours =
+        start("org.example.remote", "stay", {{"WAYLAND_DISPLAY", "wayland-7"}, {"DISPLAY", ":7"}});
+    EXPECT_THAT(running("org.example.remote"), ElementsAre(ours->pid()));
+}
+
 // At its start a process shows its program's file before its environment, at its end after it.
 TEST_F(RunningApplicationsTest, AProcessOfAnotherDisplayIsNotOfThisSessionWhileItStartsAndEnds) {
     ::setenv("DISPLAY", ":7", 1);
