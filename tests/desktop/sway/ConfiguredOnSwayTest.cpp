@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <ostream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -20,6 +21,10 @@ struct OwnBinding {
     std::string name;
     std::string lines;
     std::string included = {}; ///< lines of another file, FOLDER/more/keys
+
+    friend std::ostream& operator<<(std::ostream& stream, const OwnBinding& own) {
+        return stream << own.lines;
+    }
 };
 
 /// What the user has bound for himself is his.
@@ -80,7 +85,8 @@ TEST_P(ConfiguredOnSwayTest, KeepsTheUsersCommandNowAndLater) {
     story.startUtility();
     EXPECT_TRUE(runs(bound));
     EXPECT_EQ(target.starts(), 0);
-    EXPECT_THAT(story.utilityTells(), testing::HasSubstr("refused"));
+    EXPECT_THAT(story.utilityTells(),
+                testing::HasSubstr("refused, because sway's own configuration binds it"));
 
     story.strike(another);
     EXPECT_TRUE(story.isInFront(target)) << "the others are bound";
@@ -148,6 +154,19 @@ TEST_F(SparedOnSwayTest, TheSameKeyWithOtherModifiersIsFree) {
     story.strike(bound);
     EXPECT_TRUE(story.isInFront(target));
     EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+TEST_F(SparedOnSwayTest, StartedInAnotherModeItBindsInTheUsualOneAlone) {
+    configure({"", "mode resize {\n    bindcode 9 mode default\n}\n"});
+    story.pager.run("mode resize");
+    story.bind(bound, target);
+    story.startUtility();
+    EXPECT_TRUE(story.passes(front, bound.keys())) << "in the other mode";
+    story.keyboard.strike({"ESC"});
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_EQ(front.downs(story.keycode(bound)), 1);
 }
 
 TEST_F(SparedOnSwayTest, ASymbolIsWhereTheKeyboardWritesIt) {

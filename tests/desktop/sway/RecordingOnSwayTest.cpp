@@ -25,6 +25,7 @@ protected:
     }
 
     void save() {
+        ASSERT_TRUE(hasRecorded());
         story.keyboard.strike({"RTRN"});
         ASSERT_TRUE(isGone(editTitle));
     }
@@ -59,6 +60,7 @@ TEST_F(RecordingOnSwayTest, KeysWithoutModifiersRepeatsAndModifierKeysAreNotTake
 
 TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterTheRecording) {
     story.strike(another);
+    EXPECT_TRUE(hasRecorded());
     EXPECT_TRUE(swayHasItsCombination());
 }
 

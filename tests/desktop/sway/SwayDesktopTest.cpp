@@ -189,7 +189,7 @@ TEST_F(SwayWindowsTest, AClosedOneEndsItsProgramWithSuccess) {
     auto& program = right.start();
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
     story.pager.close(program.pid());
-    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.wait(), 0) << program.errors();
     EXPECT_EQ(right.copies().size(), 1);
 }
 
@@ -198,7 +198,7 @@ TEST_F(SwayWindowsTest, EndWithSuccessWhenSwayEnds) {
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
     story.desktop.ipc().exit();
     EXPECT_EQ(story.desktop.sway().wait(), 0);
-    EXPECT_EQ(asked.wait(), 0);
+    EXPECT_EQ(asked.wait(), 0) << asked.errors();
     EXPECT_TRUE(waitUntil([&] { return left.copies().empty() && right.copies().empty(); }));
 }
 
@@ -206,7 +206,7 @@ TEST_F(SwayWindowsTest, EndWithSuccessWhenSwayIsKilled) {
     auto& asked = right.start();
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
     story.desktop.sway().signal(SIGKILL);
-    EXPECT_EQ(asked.wait(), 0);
+    EXPECT_EQ(asked.wait(), 0) << asked.errors();
 }
 
 TEST(SwayWindowTest, SeveralOfOneProcessHaveNumbers) {

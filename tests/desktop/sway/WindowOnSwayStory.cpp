@@ -7,6 +7,13 @@
 
 namespace hollowfernpike::test {
 
+namespace {
+
+constexpr std::string_view beginning = "our window gets the compositor's combinations";
+constexpr std::string_view end = "our window gives the compositor's combinations back";
+
+} // namespace
+
 void WindowOnSwayStory::startUtility() {
     story.desktop.configure("bindsym Mod4+Return exec touch " + told().string());
     story.desktop.ipc().reload();
@@ -55,12 +62,19 @@ testing::AssertionResult WindowOnSwayStory::beginToRecord() {
     if (const auto opened = isFocused(editTitle); !opened) {
         return opened;
     }
-    const auto before = inhibitions();
+    const auto before = timesTold(beginning);
     chooseAfter(2);
-    return waitUntil([&] { return inhibitions() > before; }) ? testing::AssertionSuccess()
-                                                             : testing::AssertionFailure()
-                                                                   << "it does not record\n"
-                                                                   << story.utilityTells();
+    return waitUntil([&] { return timesTold(beginning) > before; }) ? testing::AssertionSuccess()
+                                                                    : testing::AssertionFailure()
+                                                                          << "it does not record\n"
+                                                                          << story.utilityTells();
+}
+
+testing::AssertionResult WindowOnSwayStory::hasRecorded() {
+    return waitUntil([&] { return timesTold(end) == timesTold(beginning); })
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << "it still records\n"
+                                             << story.utilityTells();
 }
 
 testing::AssertionResult WindowOnSwayStory::swayHasItsCombination() {
@@ -90,8 +104,7 @@ std::vector<SwayWindow> WindowOnSwayStory::ours() const {
     return windows;
 }
 
-std::size_t WindowOnSwayStory::inhibitions() {
-    const std::string_view line = "our window gets the compositor's combinations";
+std::size_t WindowOnSwayStory::timesTold(std::string_view line) {
     const auto& text = story.utility().errors();
     std::size_t count = 0;
     for (auto at = text.find(line); at != std::string::npos; at = text.find(line, at + 1)) {

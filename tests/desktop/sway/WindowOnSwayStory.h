@@ -3,6 +3,7 @@
 #include "desktop/sway/SwayStory.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -43,6 +44,9 @@ public:
     /// Opens the editor of the first card and begins to record.
     testing::AssertionResult beginToRecord();
 
+    /// Whether, after some waiting, it records no longer.
+    testing::AssertionResult hasRecorded();
+
     /// Whether, after some waiting, sway answers its own combination; it does not while we record.
     testing::AssertionResult swayHasItsCombination();
 
@@ -51,7 +55,7 @@ public:
 
 private:
     std::vector<SwayWindow> ours() const;
-    std::size_t inhibitions();
+    std::size_t timesTold(std::string_view line);
 };
 
 } // namespace hollowfernpike::test

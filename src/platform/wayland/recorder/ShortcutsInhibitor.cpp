@@ -86,6 +86,7 @@ void ShortcutsInhibitor::setWindow(QWindow* window) {
 
 void ShortcutsInhibitor::release() {
     if (inhibitor_ != nullptr) {
+        qCDebug(freedesktop::keysLog, "our window gives the compositor's combinations back");
         zwp_keyboard_shortcuts_inhibitor_v1_destroy(std::exchange(inhibitor_, nullptr));
         surface_ = nullptr;
     }
