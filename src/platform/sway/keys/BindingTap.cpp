@@ -43,13 +43,13 @@ void BindingTap::start() {
         events_.emplace(services_.ipc.path(), R"(["binding", "workspace"])", services_.runLoop,
                         IpcEvents::Listener{
                             .event = [this](const IpcMessage& event) { handle(event); },
-                            .lost = [this] { tryAgainLater(); },
+                            .lost = [this] { tryAgain({}); },
                         });
     }
     if (events_->isOpen()) {
         bind(interest_);
     } else {
-        tryAgainLater();
+        tryAgain(retryInterval);
     }
 }
 
@@ -71,9 +71,9 @@ void BindingTap::bind(const std::vector<platform::KeyCombination>& combinations)
     }
 }
 
-void BindingTap::tryAgainLater() {
+void BindingTap::tryAgain(std::chrono::milliseconds delay) {
     qCWarning(freedesktop::keysLog, "sway's socket %s fails", services_.ipc.path().c_str());
-    services_.queue.asyncAfter(retryInterval, [this, life = life()] {
+    services_.queue.asyncAfter(delay, [this, life = life()] {
         if (life.lock() && isLive()) {
             start();
         }

@@ -9,6 +9,7 @@
 #include "platform/wayland/ActivationTokens.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -18,7 +19,8 @@ namespace hollowfernpike::sway {
 /// it once however long it is held.
 ///
 /// When sway has read its configuration again, or the keyboard map changes what the user binds, it
-/// reports itself disabled. If sway's socket fails, it tries again every five seconds.
+/// reports itself disabled. If sway's socket fails, it tries again at once and then every five
+/// seconds.
 class BindingTap final : public freedesktop::Tap {
 public:
     /// All outlive the tap.
@@ -43,7 +45,7 @@ private:
     void start() override;
     void stop() override;
     void bind(const std::vector<platform::KeyCombination>& combinations);
-    void tryAgainLater();
+    void tryAgain(std::chrono::milliseconds delay);
     void handle(const IpcMessage& event);
     void deliver(const platform::KeyCombination& combination);
     void onKeymapChange();

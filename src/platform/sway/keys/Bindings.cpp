@@ -56,6 +56,23 @@ bool Bindings::bind(const std::vector<platform::KeyCombination>& combinations,
             wanted[keys] = commandOf(combination);
         }
     }
+    const auto commands = changes(wanted);
+    if (commands.empty()) {
+        return true;
+    }
+    const auto keys = list(wanted);
+    // While sway is at it, the one as well as the other may be bound.
+    bound_.insert(keys.begin(), keys.end());
+    record_.write({bound_.begin(), bound_.end()});
+    if (!execute(commands)) {
+        return false;
+    }
+    bound_ = {keys.begin(), keys.end()};
+    record_.write(keys);
+    return true;
+}
+
+std::vector<std::string> Bindings::changes(const std::map<std::string, std::string>& wanted) const {
     std::vector<std::string> commands;
     for (const auto& keys : bound_) {
         if (!wanted.contains(keys)) {
@@ -67,10 +84,7 @@ bool Bindings::bind(const std::vector<platform::KeyCombination>& combinations,
             commands.push_back("bindcode --no-warn --no-repeat " + keys + ' ' + command);
         }
     }
-    const auto keys = list(wanted);
-    record_.write(keys);
-    bound_ = {keys.begin(), keys.end()};
-    return execute(commands);
+    return commands;
 }
 
 std::vector<platform::KeyCombination>
@@ -86,9 +100,6 @@ Bindings::refusedAmong(const std::vector<platform::KeyCombination>& combinations
 // sway changes the bindings of the mode that it is in. If the user is in another one at this
 // moment, the commands go to the default mode and back.
 bool Bindings::execute(const std::vector<std::string>& commands) {
-    if (commands.empty()) {
-        return true;
-    }
     const auto state = ipc_.ask(IpcKind::getBindingState);
     if (!state) {
         return false;

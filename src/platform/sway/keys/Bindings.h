@@ -6,6 +6,7 @@
 #include "platform/sway/keys/UserConfiguration.h"
 #include "platform/wayland/keyboard/Keymap.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -35,6 +36,8 @@ public:
                  const wayland::Keymap* keymap) const;
 
 private:
+    /// The commands that lead from what is bound to what is wanted: commands by keys.
+    std::vector<std::string> changes(const std::map<std::string, std::string>& wanted) const;
     bool execute(const std::vector<std::string>& commands);
 
     IpcClient& ipc_;

@@ -107,14 +107,13 @@ bool Windows::bringToFront(std::int32_t processIdentifier) {
 }
 
 bool Windows::bringOwnToFront(const std::string& title) {
-    const auto isOurs = [](const TreeWindow& window) { return window.facts.process == ::getpid(); };
     if (read() == nullptr) {
         return false;
     }
-    const auto* const named = best(*windows_, [&](const TreeWindow& window) {
-        return isOurs(window) && window.title == title;
+    const auto* const window = best(*windows_, [&](const TreeWindow& candidate) {
+        return candidate.facts.process == ::getpid() && candidate.title == title;
     });
-    return focus(named != nullptr ? named : best(*windows_, isOurs));
+    return window == nullptr || focus(window);
 }
 
 std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onChange) {

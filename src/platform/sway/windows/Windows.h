@@ -29,8 +29,8 @@ public:
     bool bringToFront(std::int32_t processIdentifier) override;
     std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
-    /// Brings forward our own window with this title, or the one of ours that was used last. False
-    /// if sway shows none.
+    /// Brings forward our own window with this title. One that is only about to be shown is left
+    /// to sway, which gives new windows the focus. False if sway cannot be asked.
     bool bringOwnToFront(const std::string& title);
 
 private:
