@@ -12,13 +12,14 @@ session on X11 or sway.")
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
-# Besides the libraries that it is linked to: what the toolkit loads by itself for SVG images and
-# pointers, and the toolkit's Japanese texts. Japanese fonts are recommended.
+# Besides the libraries that it is linked to: what the toolkit loads by itself for SVG images, pointers
+# and Wayland, the toolkit's Japanese texts, and the very toolkit that it was built with, since it asks
+# for the compositor's name of a window in a way that may change. Japanese fonts are recommended.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Up to Debian 12, the plug-in for SVG images is in libqt6svg6.
+# Up to Debian 12, the plug-in for SVG images is in libqt6svg6, and the toolkit's promise has another name.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~), qt6-wayland, libxcursor1, qt6-translations-l10n, \
-qt6-base-abi (= ${Qt6Core_VERSION})")
+qt6-base-private-abi (= ${Qt6Core_VERSION}) | qt6-base-abi (= ${Qt6Core_VERSION})")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "\
 fonts-ipafont-gothic | fonts-japanese-gothic | fonts-noto-cjk, \
 default-dbus-session-bus | dbus-session-bus, hicolor-icon-theme")
