@@ -39,6 +39,7 @@ class NullTap final : public platform::EventTap {
         benchmark::DoNotOptimize(interest.data());
     }
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
     std::unique_ptr<platform::RunLoopSource> createRunLoopSource() override {
         return std::make_unique<NullSource>();
     }
