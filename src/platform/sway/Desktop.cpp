@@ -42,9 +42,9 @@ bool isSway(IpcClient& ipc) {
 
 class Desktop final : public platform::Desktop {
 public:
-    Desktop(const platform::DesktopHost& host, std::unique_ptr<wayland::Connection> connection,
-            const std::string& socket)
-        : host_(host), connection_(std::move(connection)), ipc_(socket) {
+    Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection,
+            std::string socket)
+        : host_(std::move(host)), connection_(std::move(connection)), ipc_(std::move(socket)) {
         connection_->attach(host_.runLoop, host_.onLost);
     }
 

@@ -11,8 +11,8 @@ namespace hollowfernpike::wayland {
 OwnWindows::OwnWindows(std::function<bool(const QWindow&)> bringForward)
     : bringForward_(std::move(bringForward)) {}
 
-void OwnWindows::bringToFront(std::uintptr_t identifier) {
-    QWindow* const window = windowWith(identifier);
+void OwnWindows::bringToFront(std::uintptr_t native) {
+    QWindow* const window = windowWith(native);
     if (window != nullptr && !(bringForward_ && bringForward_(*window))) {
         window->requestActivate();
     }

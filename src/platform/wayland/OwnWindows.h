@@ -21,7 +21,7 @@ public:
 
     /// The desktop's own way, otherwise a request with the activation token of the user's last
     /// click, launch or key press in our windows, if there was one: it is up to the compositor.
-    void bringToFront(std::uintptr_t window) override;
+    void bringToFront(std::uintptr_t native) override;
 
     void useActivationToken(const std::string& token) override;
 

@@ -9,8 +9,9 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::string_view beginning = "our window gets the compositor's combinations";
-constexpr std::string_view end = "our window gives the compositor's combinations back";
+constexpr std::string_view takesCombinations = "our window gets the compositor's combinations";
+constexpr std::string_view givesCombinationsBack =
+    "our window gives the compositor's combinations back";
 
 } // namespace
 
@@ -62,16 +63,17 @@ testing::AssertionResult WindowOnSwayStory::beginToRecord() {
     if (const auto opened = isFocused(editTitle); !opened) {
         return opened;
     }
-    const auto before = timesTold(beginning);
+    const auto before = timesTold(takesCombinations);
     chooseAfter(2);
-    return waitUntil([&] { return timesTold(beginning) > before; }) ? testing::AssertionSuccess()
-                                                                    : testing::AssertionFailure()
-                                                                          << "it does not record\n"
-                                                                          << story.utilityTells();
+    return waitUntil([&] { return timesTold(takesCombinations) > before; })
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << "it does not record\n"
+                                             << story.utilityTells();
 }
 
 testing::AssertionResult WindowOnSwayStory::hasRecorded() {
-    return waitUntil([&] { return timesTold(end) == timesTold(beginning); })
+    return waitUntil(
+               [&] { return timesTold(givesCombinationsBack) == timesTold(takesCombinations); })
                ? testing::AssertionSuccess()
                : testing::AssertionFailure() << "it still records\n"
                                              << story.utilityTells();

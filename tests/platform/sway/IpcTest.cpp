@@ -15,10 +15,10 @@ namespace {
 using sway::IpcKind;
 using testing::ElementsAre;
 
-constexpr std::uint32_t runCommand = 0;
-constexpr std::uint32_t subscribe = 2;
-constexpr std::uint32_t getTree = 4;
-constexpr std::uint32_t bindingEvent = 0x80000005;
+constexpr std::uint32_t answerToCommand = 0;
+constexpr std::uint32_t answerToSubscription = 2;
+constexpr std::uint32_t answerWithTree = 4;
+constexpr std::uint32_t binding = 0x80000005;
 
 class IpcClientTest : public testing::Test {
 protected:
@@ -36,12 +36,12 @@ TEST_F(IpcClientTest, AnAnswerBelongsToItsQuestion) {
     EXPECT_EQ(asked([&] {
                   sway.accept();
                   sway.receive();
-                  sway.send(getTree, "first");
+                  sway.send(answerWithTree, "first");
               }),
               "first");
     EXPECT_EQ(asked([&] {
                   sway.receive();
-                  sway.send(getTree, "second");
+                  sway.send(answerWithTree, "second");
               }),
               "second");
 }
@@ -50,7 +50,7 @@ TEST_F(IpcClientTest, AnAnswerMayComeInPieces) {
     EXPECT_EQ(asked([&] {
                   sway.accept();
                   sway.receive();
-                  for (const char byte : ipcMessage(getTree, "whole")) {
+                  for (const char byte : ipcMessage(answerWithTree, "whole")) {
                       sway.sendBytes({&byte, 1});
                   }
               }),
@@ -63,8 +63,8 @@ TEST_F(IpcClientTest, TheAnswerToAPostIsNotTakenForAnother) {
                   sway.accept();
                   EXPECT_EQ(sway.receive(), "kill");
                   sway.receive();
-                  sway.send(runCommand, "[]");
-                  sway.send(getTree, "tree");
+                  sway.send(answerToCommand, "[]");
+                  sway.send(answerWithTree, "tree");
               }),
               "tree");
 }
@@ -73,13 +73,13 @@ TEST_F(IpcClientTest, AConnectionThatSwayHasEndedIsMadeAnew) {
     asked([&] {
         sway.accept();
         sway.receive();
-        sway.send(getTree, "old");
+        sway.send(answerWithTree, "old");
     });
     sway.hangUp();
     EXPECT_EQ(asked([&] {
                   sway.accept();
                   sway.receive();
-                  sway.send(getTree, "new");
+                  sway.send(answerWithTree, "new");
               }),
               "new");
 }
@@ -102,7 +102,7 @@ TEST_F(IpcClientTest, WhatIsNoMessageEndsTheConnection) {
     EXPECT_EQ(asked([&] {
                   sway.accept();
                   sway.receive();
-                  sway.send(getTree, "again");
+                  sway.send(answerWithTree, "again");
               }),
               "again");
 }
@@ -111,7 +111,7 @@ TEST_F(IpcClientTest, AMessageOfAnAbsurdLengthIsRefused) {
     EXPECT_EQ(asked([&] {
                   sway.accept();
                   sway.receive();
-                  auto bytes = ipcMessage(getTree, "");
+                  auto bytes = ipcMessage(answerWithTree, "");
                   bytes.replace(6, 4, "\xFF\xFF\xFF\xFF");
                   sway.sendBytes(bytes);
               }),
@@ -137,11 +137,11 @@ protected:
     std::unique_ptr<sway::IpcEvents> subscription;
 
     void subscribeTo(
-        const std::string& names, std::function<void()> afterEach = [] {}) {
+        const std::string& names, const std::function<void()>& afterEach = [] {}) {
         const auto server = std::async(std::launch::async, [&] {
             sway.accept();
             EXPECT_EQ(sway.receive(), names);
-            sway.send(subscribe, R"({"success": true})");
+            sway.send(answerToSubscription, R"({"success": true})");
         });
         subscription = std::make_unique<sway::IpcEvents>(
             sway.path(), names, runLoop,
@@ -157,11 +157,10 @@ protected:
 
 TEST_F(IpcEventsTest, EventsComeInOrder) {
     subscribeTo(R"(["binding"])");
-    sway.send(bindingEvent, "one");
-    sway.sendBytes(ipcMessage(bindingEvent, "two") +
-                   ipcMessage(bindingEvent, "three").substr(0, 9));
+    sway.send(binding, "one");
+    sway.sendBytes(ipcMessage(binding, "two") + ipcMessage(binding, "three").substr(0, 9));
     ASSERT_TRUE(runLoop.runUntil([&] { return events.size() == 2; }));
-    sway.sendBytes(ipcMessage(bindingEvent, "three").substr(9));
+    sway.sendBytes(ipcMessage(binding, "three").substr(9));
     ASSERT_TRUE(runLoop.runUntil([&] { return events.size() == 3; }));
     EXPECT_THAT(events, ElementsAre("one", "two", "three"));
     EXPECT_EQ(losses, 0);
@@ -169,7 +168,7 @@ TEST_F(IpcEventsTest, EventsComeInOrder) {
 
 TEST_F(IpcEventsTest, TheEndOfTheConnectionIsToldOnceAfterTheLastEvent) {
     subscribeTo(R"(["binding"])");
-    sway.send(bindingEvent, "last");
+    sway.send(binding, "last");
     sway.hangUp();
     ASSERT_TRUE(runLoop.runUntil([&] { return losses > 0; }));
     EXPECT_THAT(events, ElementsAre("last"));
@@ -180,7 +179,7 @@ TEST_F(IpcEventsTest, TheEndOfTheConnectionIsToldOnceAfterTheLastEvent) {
 
 TEST_F(IpcEventsTest, AHandlerMayEndTheSubscription) {
     subscribeTo(R"(["binding"])", [this] { subscription.reset(); });
-    sway.sendBytes(ipcMessage(bindingEvent, "one") + ipcMessage(bindingEvent, "two"));
+    sway.sendBytes(ipcMessage(binding, "one") + ipcMessage(binding, "two"));
     ASSERT_TRUE(runLoop.runUntil([&] { return !events.empty(); }));
     EXPECT_THAT(events, ElementsAre("one"));
     EXPECT_EQ(runLoop.watched(), 0U);

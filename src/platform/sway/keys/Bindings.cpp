@@ -81,7 +81,8 @@ std::vector<std::string> Bindings::changes(const std::map<std::string, std::stri
     }
     for (const auto& [keys, command] : wanted) {
         if (!bound_.contains(keys)) {
-            commands.push_back("bindcode --no-warn --no-repeat " + keys + ' ' + command);
+            auto& text = commands.emplace_back("bindcode --no-warn --no-repeat ");
+            text.append(keys).append(" ").append(command);
         }
     }
     return commands;

@@ -17,17 +17,17 @@ namespace real = freedesktop::real_modifiers;
 
 constexpr int deepestInclude = 16;
 
-constexpr std::pair<const char*, freedesktop::ModifierState> modifierNames[] = {
+constexpr std::pair<const char*, freedesktop::ModifierState> modifierWords[] = {
     {"Shift", real::shift},  {"Lock", real::lock}, {"Control", real::control},
     {"Ctrl", real::control}, {"Mod1", real::mod1}, {"Alt", real::mod1},
     {"Mod2", real::mod2},    {"Mod3", real::mod3}, {"Mod4", real::mod4},
     {"Super", real::mod4},   {"Mod5", real::mod5}};
 
 std::optional<freedesktop::ModifierState> modifierNamed(const std::string& name) {
-    const auto* const found = std::ranges::find_if(modifierNames, [&](const auto& known) {
+    const auto* const found = std::ranges::find_if(modifierWords, [&](const auto& known) {
         return ::strcasecmp(known.first, name.c_str()) == 0;
     });
-    return found == std::end(modifierNames) ? std::nullopt : std::optional{found->second};
+    return found == std::end(modifierWords) ? std::nullopt : std::optional{found->second};
 }
 
 Words split(std::string_view text, std::string_view separators) {
