@@ -7,14 +7,6 @@
 
 namespace hollowfernpike::test {
 
-namespace {
-
-constexpr std::string_view takesCombinations = "our window gets the compositor's combinations";
-constexpr std::string_view givesCombinationsBack =
-    "our window gives the compositor's combinations back";
-
-} // namespace
-
 void WindowOnSwayStory::startUtility() {
     story.desktop.configure("bindsym Mod4+Return exec touch " + told().string());
     story.desktop.ipc().reload();
@@ -22,12 +14,12 @@ void WindowOnSwayStory::startUtility() {
     story.startUtility();
 }
 
-testing::AssertionResult WindowOnSwayStory::openWindow() {
+testing::AssertionResult WindowOnSwayStory::openWindow(const std::string& title) {
     const auto second = story.desktop.start({HFP_PROGRAM});
     if (second->wait() != 0) {
         return testing::AssertionFailure() << second->errors();
     }
-    return isFocused(managementTitle);
+    return isFocused(title);
 }
 
 testing::AssertionResult WindowOnSwayStory::isFocused(const std::string& title) {
@@ -44,9 +36,13 @@ testing::AssertionResult WindowOnSwayStory::isFocused(const std::string& title) 
     return failure << story.utilityTells();
 }
 
+bool WindowOnSwayStory::hasWindow(const std::string& title) const {
+    return std::ranges::any_of(ours(),
+                               [&](const SwayWindow& window) { return window.title == title; });
+}
+
 testing::AssertionResult WindowOnSwayStory::isGone(const std::string& title) {
-    const auto isShown = [&](const SwayWindow& window) { return window.title == title; };
-    return waitUntil([&] { return std::ranges::none_of(ours(), isShown); })
+    return waitUntil([&] { return !hasWindow(title); })
                ? testing::AssertionSuccess()
                : testing::AssertionFailure() << title << " is still there";
 }
@@ -63,17 +59,20 @@ testing::AssertionResult WindowOnSwayStory::beginToRecord() {
     if (const auto opened = isFocused(editTitle); !opened) {
         return opened;
     }
-    const auto before = timesTold(takesCombinations);
+    const auto before = recordings();
     chooseAfter(2);
-    return waitUntil([&] { return timesTold(takesCombinations) > before; })
-               ? testing::AssertionSuccess()
-               : testing::AssertionFailure() << "it does not record\n"
-                                             << story.utilityTells();
+    return records(before);
+}
+
+testing::AssertionResult WindowOnSwayStory::records(std::size_t before) {
+    return waitUntil([&] { return recordings() > before; }) ? testing::AssertionSuccess()
+                                                            : testing::AssertionFailure()
+                                                                  << "it does not record\n"
+                                                                  << story.utilityTells();
 }
 
 testing::AssertionResult WindowOnSwayStory::hasRecorded() {
-    return waitUntil(
-               [&] { return timesTold(givesCombinationsBack) == timesTold(takesCombinations); })
+    return waitUntil([&] { return timesTold(recordingEnds) == recordings(); })
                ? testing::AssertionSuccess()
                : testing::AssertionFailure() << "it still records\n"
                                              << story.utilityTells();

@@ -10,7 +10,7 @@
 
 namespace hollowfernpike::test {
 
-/// The utility's windows on sway, used by keyboard alone, in Japanese.
+/// The utility's windows on sway, used by keyboard alone; in Japanese, as in every new home.
 class WindowOnSwayStory {
 public:
     /// What sway's own configuration binds there: it makes the file told().
@@ -29,13 +29,17 @@ public:
     /// Starts the utility with one shortcut, `bound` for the application Target.
     void startUtility();
 
-    /// Starts the program a second time, as people do from a menu; waits for its window.
-    testing::AssertionResult openWindow();
+    /// Starts the program a second time, as people do from a menu; waits for the window with this
+    /// title, which may be a dialog that is before all others.
+    testing::AssertionResult openWindow(const std::string& title = managementTitle);
 
     /// Whether, after some waiting, our window with this title has the focus.
     testing::AssertionResult isFocused(const std::string& title);
 
-    /// Whether, after some waiting, we show no window with this title.
+    /// Whether a window of ours has this title.
+    bool hasWindow(const std::string& title) const;
+
+    /// Whether, after some waiting, none has it.
     testing::AssertionResult isGone(const std::string& title);
 
     /// Presses Tab so often, then the space bar.
@@ -43,6 +47,12 @@ public:
 
     /// Opens the editor of the first card and begins to record.
     testing::AssertionResult beginToRecord();
+
+    /// How often the log has told that it records, and has sway's combinations as well.
+    std::size_t recordings() { return timesTold(recordingBegins); }
+
+    /// Whether, after some waiting, it has told so more often than that.
+    testing::AssertionResult records(std::size_t before);
 
     /// Whether, after some waiting, it records no longer.
     testing::AssertionResult hasRecorded();
@@ -54,6 +64,11 @@ public:
     std::vector<Combination> saved() const;
 
 private:
+    static constexpr std::string_view recordingBegins =
+        "our window gets the compositor's combinations";
+    static constexpr std::string_view recordingEnds =
+        "our window gives the compositor's combinations back";
+
     std::vector<SwayWindow> ours() const;
     std::size_t timesTold(std::string_view line);
 };

@@ -2,6 +2,7 @@
 
 #include "desktop/Story.h"
 #include "desktop/windows/Screen.h"
+#include "desktop/windows/WindowTitles.h"
 #include "platform/qt/Pointer.h"
 
 #include <functional>
@@ -9,33 +10,6 @@
 #include <string_view>
 
 namespace hollowfernpike::test {
-
-/// What the utility calls its windows in one of its languages.
-struct WindowTitles {
-    std::string_view management;
-    std::string_view adding;
-    std::string_view editing;
-    std::string_view applications;
-    std::string_view alert;
-    std::string_view exporting;
-    std::string_view importing;
-};
-
-inline constexpr WindowTitles japaneseTitles{.management = "Hollowfernpike - ショートカット管理",
-                                             .adding = "ショートカット追加",
-                                             .editing = "ショートカット編集",
-                                             .applications = "アプリを選択",
-                                             .alert = "Hollowfernpike",
-                                             .exporting = "ショートカットをエクスポート",
-                                             .importing = "ショートカットをインポート"};
-
-inline constexpr WindowTitles englishTitles{.management = "Hollowfernpike - Manage Shortcuts",
-                                            .adding = "Add Shortcut",
-                                            .editing = "Edit Shortcut",
-                                            .applications = "Select an App",
-                                            .alert = "Hollowfernpike",
-                                            .exporting = "Export Shortcuts",
-                                            .importing = "Import Shortcuts"};
 
 /// Somebody with keyboard and mouse at the windows of the utility of a story. Throws
 /// std::runtime_error if something that is to be seen does not appear.

@@ -1,0 +1,106 @@
+#include "desktop/sway/KeyboardUserOnSway.h"
+#include "support/Files.h"
+#include "support/WaitUntil.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+
+/// Somebody begins with an empty list and goes through all the windows.
+class WindowOnSwayTest : public testing::TestWithParam<WindowWords>, protected KeyboardUserOnSway {
+protected:
+    const json bare = json::array();
+    const json added = json::array({shortcut(bound, target)});
+    const std::filesystem::path exported = story.desktop.home() / "exported.json";
+
+    WindowOnSwayTest() : KeyboardUserOnSway(GetParam()) {}
+
+    void SetUp() override {
+        story.startUtility();
+        openManagement();
+    }
+
+    void add() {
+        press(managementComes(), words.add);
+        const auto editor = dialogComes(words.titles.adding);
+        choose(editor, target);
+        record(editor, bound);
+        strikeAndLeave(words.titles.adding, "RTRN");
+    }
+
+    void giveItAnotherCombination() {
+        press(managementComes(), words.edit);
+        record(dialogComes(words.titles.editing), another);
+        strikeAndLeave(words.titles.editing, "RTRN");
+    }
+
+    void answerDeletion(const std::string& key) {
+        press(managementComes(), words.remove);
+        questionComes(words.removeTarget);
+        strikeAndLeave(words.titles.alert, key);
+    }
+
+    void exportAll() {
+        press(managementComes(), words.exportList);
+        enterPath(dialogComes(words.titles.exporting), exported);
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(exported); }));
+        EXPECT_EQ(json::parse(contentsOf(exported)),
+                  json::parse(contentsOf(story.shortcutsFile())));
+    }
+
+    void answerImport(const std::string& key) {
+        press(managementComes(), words.importList);
+        enterPath(dialogComes(words.titles.importing), exported);
+        questionComes(words.importQuestion);
+        strikeAndLeave(words.titles.alert, key);
+    }
+};
+
+TEST_P(WindowOnSwayTest, WhatIsAddedWorksAtOnceUntilItIsDeleted) {
+    add();
+    EXPECT_TRUE(listBecomes(added));
+    EXPECT_TRUE(story.brings(target, front, bound));
+    openManagement();
+    answerDeletion("ESC");
+    managementComes();
+    EXPECT_TRUE(listBecomes(added));
+    EXPECT_TRUE(story.brings(target, front, bound));
+    openManagement();
+    answerDeletion("RTRN");
+    EXPECT_TRUE(listBecomes(bare));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+}
+
+TEST_P(WindowOnSwayTest, AnotherCombinationWorksAtOnceAndTheOldOneIsFree) {
+    add();
+    giveItAnotherCombination();
+    EXPECT_TRUE(listBecomes(json::array({shortcut(another, target)})));
+    EXPECT_TRUE(story.brings(target, front, another));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+}
+
+TEST_P(WindowOnSwayTest, WhatWasExportedComesBackAfterADeletion) {
+    add();
+    exportAll();
+    answerDeletion("RTRN");
+    EXPECT_TRUE(listBecomes(bare));
+    answerImport("ESC");
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    EXPECT_EQ(shortcutsIn(story.shortcutsFile()), bare);
+    openManagement();
+    answerImport("RTRN");
+    EXPECT_TRUE(listBecomes(added));
+    EXPECT_TRUE(story.brings(target, front, bound));
+}
+
+INSTANTIATE_TEST_SUITE_P(In, WindowOnSwayTest, testing::Values(japaneseWords, englishWords),
+                         [](const auto& test) { return std::string{test.param.language}; });
+
+} // namespace
+} // namespace hollowfernpike
