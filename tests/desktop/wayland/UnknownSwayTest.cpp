@@ -1,0 +1,153 @@
+#include "desktop/sway/KeyboardUserOnSway.h"
+#include "desktop/wayland/KeylessWords.h"
+#include "support/WaitUntil.h"
+
+#include <csignal>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+using nlohmann::json;
+
+/// Sway, but the program's environment does not name its socket.
+class SwayWithoutItsSocket : public testing::Test, protected KeyboardUserOnSway {
+protected:
+    const Environment unnamed{{"SWAYSOCK", std::nullopt}, {"XDG_CURRENT_DESKTOP", "Elsewhere"}};
+
+    void launch(const Environment& changes) {
+        story.bind(bound, target);
+        story.writeShortcuts();
+        story.launchUtility(changes);
+    }
+
+    /// A way to the socket where sway makes it by itself, with this process in the name.
+    void linkSocket(pid_t process) const {
+        const auto& session = story.desktop.environment();
+        std::filesystem::create_symlink(
+            session.at("SWAYSOCK").value(),
+            std::filesystem::path(session.at("XDG_RUNTIME_DIR").value()) /
+                ("sway-ipc." + std::to_string(::getuid()) + '.' + std::to_string(process) +
+                 ".sock"));
+    }
+
+    /// Whether, after some waiting, the program has written these words.
+    testing::AssertionResult tells(const KeylessWords& expected) {
+        const auto areThere = [&] {
+            const auto& errors = story.utility().errors();
+            return timesIn(errors, expected.japanese) > 0 && timesIn(errors, expected.english) > 0;
+        };
+        return waitUntil(areThere) ? testing::AssertionSuccess()
+                                   : testing::AssertionFailure() << story.utilityTells();
+    }
+};
+
+/// There is no socket where sway would make it by itself, either. Here keys can be struck and
+/// windows be seen, other than on a compositor without such services.
+class UnknownSwayTest : public SwayWithoutItsSocket {
+protected:
+    void start(const std::optional<std::string>& session = "Elsewhere") {
+        launch({{"SWAYSOCK", std::nullopt}, {"XDG_CURRENT_DESKTOP", session}});
+        ASSERT_TRUE(tells(keylessIn(session.value_or(""))));
+    }
+
+    Accessible startAgain() {
+        auto environment = story.desktop.environment();
+        for (const auto& [variable, value] : unnamed) {
+            environment[variable] = value;
+        }
+        ChildProcess second({HFP_PROGRAM}, environment);
+        EXPECT_EQ(second.wait(), 0) << second.errors();
+        return managementComes();
+    }
+
+    void end() {
+        story.utility().signal(SIGTERM);
+        EXPECT_EQ(story.utility().wait(), 0) << story.utilityTells();
+    }
+};
+
+TEST_F(UnknownSwayTest, ItTellsOnceThoughItsWindowAsksAgain) {
+    start();
+    for (int question = 0; question < 3; ++question) {
+        ASSERT_TRUE(waitUntil([this] { return hasWindow(std::string{words.titles.alert}); }));
+        story.pager.close(story.utility().pid());
+        ASSERT_TRUE(isGone(std::string{words.titles.alert}));
+    }
+    end();
+    const auto told = keylessIn("Elsewhere");
+    EXPECT_EQ(timesIn(story.utility().errors(), told.japanese), 1) << story.utilityTells();
+    EXPECT_EQ(timesIn(story.utility().errors(), told.english), 1) << story.utilityTells();
+}
+
+TEST_F(UnknownSwayTest, ASessionWithoutANameHasNone) {
+    start(std::nullopt);
+    end();
+}
+
+TEST_F(UnknownSwayTest, ItSwallowsNothing) {
+    start();
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    EXPECT_TRUE(story.passes(front, another.keys()));
+    EXPECT_EQ(target.starts(), 0);
+    story.pager.run("bindcode Control+Mod1+46 workspace sways");
+    story.strike(bound);
+    EXPECT_TRUE(waitUntil([&] { return story.pager.workspace() == "sways"; }));
+    end();
+}
+
+TEST_F(UnknownSwayTest, ASecondStartShowsTheWindowInWhichShortcutsCanBeDeleted) {
+    start();
+    press(startAgain(), words.remove);
+    questionComes(words.removeTarget);
+    story.keyboard.strike({"RTRN"});
+    EXPECT_TRUE(listBecomes(json::array()));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    end();
+}
+
+TEST_F(UnknownSwayTest, AClosedWindowComesBackWithTheNextStart) {
+    start();
+    for (int round = 0; round < 2; ++round) {
+        startAgain();
+        story.pager.run("[title=\"" + std::string{managementTitle} + "\"] kill");
+        ASSERT_TRUE(isGone(managementTitle));
+    }
+    startAgain();
+    end();
+}
+
+/// The socket is where sway makes it by itself: programs that the session bus has started find it
+/// there.
+class SwayThatIsFoundTest : public SwayWithoutItsSocket {};
+
+TEST_F(SwayThatIsFoundTest, ABoundPressWorks) {
+    linkSocket(story.desktop.sway().pid());
+    launch(unnamed);
+    ASSERT_TRUE(story.bindsAgain(0));
+    EXPECT_TRUE(story.brings(target, front, bound));
+    EXPECT_TRUE(story.passes(front, another.keys()));
+}
+
+TEST_F(SwayThatIsFoundTest, ABoundPressWorksIfTheNameIsEmpty) {
+    linkSocket(story.desktop.sway().pid());
+    launch({{"SWAYSOCK", ""}});
+    ASSERT_TRUE(story.bindsAgain(0));
+    EXPECT_TRUE(story.brings(target, front, bound));
+}
+
+TEST_F(SwayThatIsFoundTest, AnotherOfTheSameUserIsNotTakenForIt) {
+    linkSocket(story.desktop.bus().daemon().pid());
+    launch(unnamed);
+    ASSERT_TRUE(tells(keylessIn("Elsewhere")));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+}
+
+} // namespace
+} // namespace hollowfernpike
