@@ -44,7 +44,7 @@ Accessible KeyboardUserOnSway::questionComes(std::string_view message) {
 Accessible KeyboardUserOnSway::comes(std::string_view title, std::string_view role,
                                      std::string_view name) {
     require(isFocused(std::string{title}));
-    const auto window = reader.find(role, name);
+    auto window = reader.find(role, name);
     require([&] { return focusedIn(window).has_value(); },
             "no part of " + std::string{title} + " has the keys");
     return window;

@@ -102,14 +102,36 @@ TEST_F(UnknownSwayTest, ItSwallowsNothing) {
     end();
 }
 
-TEST_F(UnknownSwayTest, ASecondStartShowsTheWindowInWhichShortcutsCanBeDeleted) {
+TEST_F(UnknownSwayTest, InTheWindowOfASecondStartShortcutsCanBeExportedAndDeleted) {
     start();
-    press(startAgain(), words.remove);
+    press(startAgain(), words.exportList);
+    const auto file = story.desktop.home() / "list.json";
+    enterPath(dialogComes(words.titles.exporting), file);
+    const auto list = json::array({shortcut(bound, target)});
+    EXPECT_TRUE(waitUntil([&] { return shortcutsIn(file) == list; }));
+    press(managementComes(), words.remove);
     questionComes(words.removeTarget);
     story.keyboard.strike({"RTRN"});
     EXPECT_TRUE(listBecomes(json::array()));
     EXPECT_TRUE(story.passes(front, bound.keys()));
     end();
+}
+
+TEST_F(UnknownSwayTest, TheRecorderRefusesAndTheCombinationStays) {
+    start();
+    press(startAgain(), words.edit);
+    const auto editor = dialogComes(words.titles.editing);
+    const auto recorder = reader.find(editor, "panel", "ショートカットキー");
+    const auto before = reader.description(recorder);
+    press(editor, words.record);
+    ASSERT_TRUE(waitUntil([&] { return reader.description(recorder) != before; }));
+    reader.find(editor, "push button", words.record);
+    dialogComes(words.titles.editing);
+    story.strike(another);
+    strikeAndLeave(words.titles.editing, "RTRN");
+    EXPECT_TRUE(listBecomes(json::array({shortcut(bound, target)})));
+    end();
+    EXPECT_EQ(timesIn(story.utility().errors(), keylessIn("Elsewhere").english), 1);
 }
 
 TEST_F(UnknownSwayTest, AClosedWindowComesBackWithTheNextStart) {
