@@ -18,7 +18,7 @@ struct StartingApplication {
 };
 
 /// Tells the desktop that the user asked for an application, so that its first window may take the
-/// focus. Main thread only; never waits for an answer.
+/// focus. Main thread only; waits for one answer of the desktop at most.
 class LaunchFeedback : public Interface {
 public:
     /// Returns the identifier to hand to the new process (DESKTOP_STARTUP_ID; the desktop's own

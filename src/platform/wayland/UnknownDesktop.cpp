@@ -53,11 +53,12 @@ public:
             "この Wayland セッション" + name +
                 "では、他のプログラムのキー入力を検出する方法がまだありません。"
                 "ログイン画面で sway または X11 (Xorg) のセッションを選んでください。"
-                "ショートカットの編集は、このセッションでもできます。",
+                "ショートカットの一覧の表示、削除、書き出しと読み込みは、このセッションでもできます"
+                "。",
             "In this Wayland session" + name +
                 " there is no way yet to see the keys of other programs. "
                 "Choose sway or an X11 (Xorg) session when you log in. "
-                "Shortcuts can be edited in this session, too."};
+                "Here the shortcuts can be looked at, deleted, exported and imported."};
     }
 
     platform::EventTaps& eventTaps() override { return taps_; }

@@ -86,7 +86,7 @@ TEST_P(ConfiguredOnSwayTest, KeepsTheUsersCommandNowAndLater) {
     EXPECT_TRUE(runs(bound));
     EXPECT_EQ(target.starts(), 0);
     EXPECT_THAT(story.utilityTells(),
-                testing::HasSubstr("refused, because sway's own configuration binds it"));
+                testing::HasSubstr("refused, because sway or its configuration has it"));
 
     story.strike(another);
     EXPECT_TRUE(story.isInFront(target)) << "the others are bound";

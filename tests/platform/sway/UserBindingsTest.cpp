@@ -1,5 +1,6 @@
 #include "platform/sway/keys/UserBindings.h"
 
+#include <filesystem>
 #include <map>
 
 #include <gmock/gmock.h>
@@ -13,12 +14,18 @@ using sway::UserBinding;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::vector<UserBinding> read(std::string_view text,
+/// The bindings in a text; `files` are those that can be included, by their paths.
+std::vector<UserBinding> read(const std::string& text,
                               const std::map<std::string, std::string>& files = {}) {
-    return sway::userBindings(text, [&](const std::string& pattern) {
-        const auto found = files.find(pattern);
-        return found == files.end() ? std::vector<std::string>{} : std::vector{found->second};
-    });
+    return sway::userBindings(
+        {.path = "/sway/config", .text = text},
+        [&](const std::string& pattern, const std::filesystem::path& folder) {
+            const auto path = (folder / pattern).lexically_normal();
+            const auto found = files.find(path.string());
+            return found == files.end()
+                       ? std::vector<sway::ConfigurationFile>{}
+                       : std::vector{sway::ConfigurationFile{.path = path, .text = found->second}};
+        });
 }
 
 const UserBinding superX{real::mod4, std::string{"x"}};
@@ -94,13 +101,57 @@ TEST(UserBindingsTest, ABindingOfTwoKeysAtOnceIsNoCombination) {
 
 TEST(UserBindingsTest, IncludedFilesAreReadInTheirPlace) {
     EXPECT_THAT(read("set $mod Mod4\ninclude keys\nbindcode $mod+53 kill",
-                     {{"keys", "bindsym $mod+x kill\nset $mod Mod4"}}),
+                     {{"/sway/keys", "bindsym $mod+x kill\nset $mod Mod4"}}),
+                ElementsAre(superX, superCode));
+    EXPECT_THAT(
+        read("include \"/other folder/keys\"", {{"/other folder/keys", "bindsym Mod4+x kill"}}),
+        ElementsAre(superX));
+}
+
+TEST(UserBindingsTest, AnIncludedFileIncludesFromItsOwnFolder) {
+    EXPECT_THAT(
+        read("include more/all\nbindcode Mod4+53 kill", {{"/sway/more/all", "include keys"},
+                                                         {"/sway/more/keys", "bindsym Mod4+x kill"},
+                                                         {"/sway/keys", "bindsym Mod4+y kill"}}),
+        ElementsAre(superX, superCode));
+}
+
+TEST(UserBindingsTest, FilesThatIncludeEachOtherAreReadOnce) {
+    const std::string all = "include a\ninclude b\ninclude c\nbindsym Mod4+x kill";
+    EXPECT_THAT(read(all, {{"/sway/a", all}, {"/sway/b", all}, {"/sway/c", all}}),
+                ElementsAre(superX));
+}
+
+TEST(UserBindingsTest, CommandsMayBeWrittenInAnyCase) {
+    EXPECT_THAT(read("SET $mod Mod4\nBindSym $mod+x kill\nBINDCODE $mod+53 kill"),
                 ElementsAre(superX, superCode));
 }
 
-TEST(UserBindingsTest, FilesThatIncludeEachOtherEnd) {
-    EXPECT_THAT(read("include keys", {{"keys", "bindsym Mod4+x kill\ninclude keys"}}),
-                ElementsAre(superX));
+TEST(UserBindingsTest, TheDefaultModeMayBeNamed) {
+    EXPECT_THAT(read("mode default {\n bindsym Mod4+x kill\n}\nmode --pango_markup \"default\" "
+                     "bindcode Mod4+53 kill"),
+                ElementsAre(superX, superCode));
+}
+
+TEST(UserBindingsTest, ABraceMayStandAloneOrAtTheEndOfALine) {
+    EXPECT_THAT(read("bindsym\n{\n Mod4+x kill }\nbindcode Mod4+53 kill"),
+                ElementsAre(superX, superCode));
+}
+
+TEST(UserBindingsTest, ARemarkEndsWithItsLine) {
+    EXPECT_THAT(read("# a folder \\\nbindsym Mod4+x kill"), ElementsAre(superX));
+}
+
+TEST(UserBindingsTest, PressAndReleaseAreTakenBackOneByOne) {
+    const std::string both = "bindsym Mod4+x a\nbindsym --release Mod4+x b\n";
+    EXPECT_THAT(read(both + "unbindsym --release Mod4+x"), ElementsAre(superX));
+    EXPECT_THAT(read(both + "unbindsym Mod4+x\nunbindsym --release Mod4+x"), IsEmpty());
+}
+
+TEST(UserBindingsTest, ATextThatEndsInTheMiddleIsReadAsFarAsItGoes) {
+    EXPECT_THAT(read("bindcode Mod4+53 kill\nbindsym Mod4+x \"kill \\"),
+                ElementsAre(superCode, superX));
+    EXPECT_THAT(read("{\n}\n}\nset\nset a\ninclude\nmode\nbindsym {\n"), IsEmpty());
 }
 
 } // namespace

@@ -8,6 +8,9 @@ namespace hollowfernpike::sway {
 
 namespace {
 
+/// A press asks more than once; all of it must not add up.
+constexpr std::chrono::seconds respite{2};
+
 void logFailure(const IpcMessage& answer) {
     if (answer.payload.find("\"success\": false") != std::string::npos) {
         qCDebug(freedesktop::keysLog, "sway refused: %s", answer.payload.c_str());
@@ -18,10 +21,16 @@ void logFailure(const IpcMessage& answer) {
 
 std::optional<std::string> IpcClient::ask(IpcKind kind, std::string_view payload) {
     const bool wasConnected = socket_ && socket_->isOpen();
+    const auto begin = Clock::now();
+    if (begin < silentUntil_) {
+        return std::nullopt;
+    }
     auto answer = exchange(kind, payload);
-    if (!answer && wasConnected) {
+    const bool isSilent = !answer && Clock::now() >= begin + IpcSocket::patience;
+    if (!answer && wasConnected && !isSilent) {
         answer = exchange(kind, payload); // sway may have ended the old connection
     }
+    silentUntil_ = isSilent ? Clock::now() + respite : Clock::time_point{};
     return answer ? std::optional(std::move(answer->payload)) : std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/sway/ipc/IpcSocket.h"
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -18,7 +19,8 @@ public:
 
     const std::string& path() const { return path_; }
 
-    /// The answer, a JSON text. Waits for it; absent if sway cannot be asked.
+    /// The answer, a JSON text. Waits for it for a second at most; absent if sway cannot be asked.
+    /// After sway has let it wait in vain, this does not wait again for some seconds.
     std::optional<std::string> ask(IpcKind kind, std::string_view payload = {});
 
     /// Has sway execute the commands, separated by semicolons. Does not wait until it has; false if
@@ -26,11 +28,14 @@ public:
     bool post(std::string_view commands);
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     bool connect();
     std::optional<IpcMessage> exchange(IpcKind kind, std::string_view payload);
 
     std::string path_;
     std::optional<IpcSocket> socket_;
+    Clock::time_point silentUntil_{};
     std::size_t unread_ = 0; ///< answers to posts, in front of the next one
 };
 

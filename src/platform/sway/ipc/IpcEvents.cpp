@@ -1,5 +1,7 @@
 #include "platform/sway/ipc/IpcEvents.h"
 
+#include "platform/sway/ipc/Json.h"
+
 #include <utility>
 
 namespace hollowfernpike::sway {
@@ -7,9 +9,16 @@ namespace hollowfernpike::sway {
 IpcEvents::IpcEvents(const std::string& path, std::string_view names, platform::RunLoop& runLoop,
                      Listener listener)
     : socket_(path), listener_(std::move(listener)) {
-    if (socket_.send(IpcKind::subscribe, names) && socket_.receive()) {
+    if (isSubscribed(names)) {
         watch_ = runLoop.watchReadable(socket_.descriptor(), [this] { onReadable(); });
     }
+}
+
+bool IpcEvents::isSubscribed(std::string_view names) {
+    const auto answer =
+        socket_.send(IpcKind::subscribe, names) ? socket_.receive() : std::optional<IpcMessage>{};
+    return answer && answer->kind == IpcKind::subscribe &&
+           member(parse(answer->payload), "success").IsTrue();
 }
 
 void IpcEvents::onReadable() {

@@ -27,6 +27,7 @@ public:
     bool isOpen() const { return watch_ != nullptr; }
 
 private:
+    bool isSubscribed(std::string_view names);
     void onReadable();
 
     IpcSocket socket_;

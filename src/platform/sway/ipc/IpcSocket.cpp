@@ -4,7 +4,6 @@
 #include "platform/freedesktop/files/SystemCall.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 
@@ -76,7 +75,7 @@ bool IpcSocket::send(IpcKind kind, std::string_view payload) {
 
 std::optional<IpcMessage> IpcSocket::receive() {
     const auto deadline = Clock::now() + patience;
-    auto message = takeFromBuffer();
+    auto message = takeArrived();
     while (!message && wait(POLLIN, deadline)) {
         message = takeArrived();
     }
@@ -84,11 +83,16 @@ std::optional<IpcMessage> IpcSocket::receive() {
 }
 
 std::optional<IpcMessage> IpcSocket::takeArrived() {
-    if (auto message = takeFromBuffer()) {
-        return message;
+    while (readMissing()) {
+        if (missing() == 0U) {
+            IpcMessage message{
+                static_cast<IpcKind>(numberAt(buffer_, magic.size() + sizeof(std::uint32_t))),
+                buffer_.substr(headerSize)};
+            buffer_.clear();
+            return message;
+        }
     }
-    readArrived();
-    return takeFromBuffer();
+    return std::nullopt;
 }
 
 bool IpcSocket::wait(short events, Clock::time_point deadline) {
@@ -106,40 +110,38 @@ bool IpcSocket::wait(short events, Clock::time_point deadline) {
     return false;
 }
 
-void IpcSocket::readArrived() {
-    std::array<char, 65536> bytes{};
-    while (isOpen()) {
-        const auto count =
-            uninterrupted([&] { return ::recv(descriptor(), bytes.data(), bytes.size(), 0); });
-        if (count > 0) {
-            buffer_.append(bytes.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || errno != EAGAIN) {
-            isOpen_ = false;
-        } else {
-            return;
-        }
-    }
-}
-
-// What arrived before the connection was closed is still delivered.
-std::optional<IpcMessage> IpcSocket::takeFromBuffer() {
+/// How many bytes the message lacks, or its header; absent if it is no message.
+std::optional<std::size_t> IpcSocket::missing() {
     if (buffer_.size() < headerSize) {
-        return std::nullopt;
+        return headerSize - buffer_.size();
     }
     const auto length = numberAt(buffer_, magic.size());
     if (!buffer_.starts_with(magic) || length > longestPayload) {
+        return std::nullopt;
+    }
+    return headerSize + length - buffer_.size();
+}
+
+/// Reads as much of what the message lacks as has arrived; false if that is not all of it.
+bool IpcSocket::readMissing() {
+    const auto count = missing();
+    if (isOpen_ && !count) {
         qCWarning(freedesktop::keysLog, "what sway's socket says is no message");
-        buffer_.clear();
         isOpen_ = false;
-        return std::nullopt;
     }
-    if (buffer_.size() < headerSize + length) {
-        return std::nullopt;
+    if (!isOpen_) {
+        return false;
     }
-    IpcMessage message{static_cast<IpcKind>(numberAt(buffer_, magic.size() + sizeof length)),
-                       buffer_.substr(headerSize, length)};
-    buffer_.erase(0, headerSize + length);
-    return message;
+    const auto begin = buffer_.size();
+    buffer_.resize(begin + *count);
+    const auto read = *count == 0 ? 0 : uninterrupted([&] {
+        return ::recv(descriptor(), buffer_.data() + begin, *count, 0);
+    });
+    buffer_.resize(begin + static_cast<std::size_t>(std::max<ssize_t>(read, 0)));
+    if (*count > 0 && (read == 0 || (read < 0 && errno != EAGAIN))) {
+        isOpen_ = false;
+    }
+    return read >= 0 && static_cast<std::size_t>(read) == *count;
 }
 
 } // namespace hollowfernpike::sway

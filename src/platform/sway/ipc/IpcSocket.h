@@ -19,7 +19,6 @@ enum class IpcKind : std::uint32_t {
     getConfig = 9,
     getBindingState = 12,
     workspaceEvent = 0x80000000,
-    windowEvent = 0x80000003,
     bindingEvent = 0x80000005,
 };
 
@@ -29,10 +28,11 @@ struct IpcMessage {
 };
 
 /// A connection to sway's socket. Nothing here waits for longer than `patience`: after that, or
-/// when what arrives is no message, the connection is closed for good.
+/// when what arrives is no message, the connection is of no use any more. What has not been taken
+/// stays with the system, so that the descriptor goes on being readable.
 class IpcSocket {
 public:
-    static constexpr std::chrono::milliseconds patience{1000};
+    static constexpr std::chrono::milliseconds patience{500};
 
     /// Closed from the start if nobody listens at `path`.
     explicit IpcSocket(const std::string& path);
@@ -54,12 +54,12 @@ private:
     using Clock = std::chrono::steady_clock;
 
     bool wait(short events, Clock::time_point deadline);
-    void readArrived();
-    std::optional<IpcMessage> takeFromBuffer();
+    std::optional<std::size_t> missing();
+    bool readMissing();
 
     freedesktop::Descriptor socket_;
     bool isOpen_ = true;
-    std::string buffer_; ///< received, but not taken yet
+    std::string buffer_; ///< the beginning of a message
 };
 
 } // namespace hollowfernpike::sway

@@ -17,14 +17,14 @@ std::filesystem::path file() {
 
 } // namespace
 
-std::vector<std::string> BindingRecord::read() const {
-    std::vector<std::string> keys;
+std::set<std::string> BindingRecord::read() const {
+    std::set<std::string> keys;
     try {
         std::ifstream lines(file());
         std::string line;
         if (std::getline(lines, line) && line == socket_) {
             while (std::getline(lines, line)) {
-                keys.push_back(line);
+                keys.insert(line);
             }
         }
     } catch (const platform::FileError& error) {
@@ -33,7 +33,7 @@ std::vector<std::string> BindingRecord::read() const {
     return keys;
 }
 
-void BindingRecord::write(const std::vector<std::string>& keys) const {
+void BindingRecord::write(const std::set<std::string>& keys) const {
     std::string text = socket_ + '\n';
     for (const auto& key : keys) {
         text += key + '\n';

@@ -6,6 +6,7 @@
 #include "platform/sway/keys/BindingText.h"
 
 #include <chrono>
+#include <utility>
 
 namespace hollowfernpike::sway {
 
@@ -29,7 +30,7 @@ BindingTap::~BindingTap() {
 void BindingTap::setInterest(std::span<const platform::KeyCombination> combinations) {
     interest_.assign(combinations.begin(), combinations.end());
     if (isLive()) {
-        bind(interest_);
+        bind();
     }
 }
 
@@ -40,6 +41,7 @@ std::vector<platform::KeyCombination> BindingTap::refusedCombinations() const {
 // Subscribes before it binds, so that no press is missed.
 void BindingTap::start() {
     if (!events_ || !events_->isOpen()) {
+        bindings_.onDoubt();
         events_.emplace(services_.ipc.path(), R"(["binding", "workspace"])", services_.runLoop,
                         IpcEvents::Listener{
                             .event = [this](const IpcMessage& event) { handle(event); },
@@ -47,35 +49,46 @@ void BindingTap::start() {
                         });
     }
     if (events_->isOpen()) {
-        bind(interest_);
+        bind();
     } else {
         tryAgain(retryInterval);
     }
 }
 
 void BindingTap::stop() {
-    bind({});
+    if (!bindings_.unbind()) {
+        qCWarning(freedesktop::keysLog, "sway cannot be asked to unbind keys");
+    }
     events_.reset();
 }
 
-void BindingTap::bind(const std::vector<platform::KeyCombination>& combinations) {
-    if (!bindings_.bind(combinations, services_.keyboard.keymap())) {
-        qCWarning(freedesktop::keysLog, "sway cannot be asked to bind keys");
+void BindingTap::bind() {
+    if (!bindings_.bind(interest_, services_.keyboard.keymap())) {
+        tryAgain(retryInterval);
         return;
     }
     qCDebug(freedesktop::keysLog, "bound %zu combinations",
-            combinations.size() - bindings_.refused().size());
+            interest_.size() - bindings_.refused().size());
     for (const auto& combination : bindings_.refused()) {
-        qCWarning(freedesktop::keysLog, "refused, because sway's own configuration binds it: %s",
+        qCWarning(freedesktop::keysLog, "refused, because sway or its configuration has it: %s",
                   keysOf(combination).front().c_str());
     }
 }
 
+// A connection that breaks as soon as it is made must not be made without a pause.
 void BindingTap::tryAgain(std::chrono::milliseconds delay) {
     qCWarning(freedesktop::keysLog, "sway's socket %s fails", services_.ipc.path().c_str());
-    services_.queue.asyncAfter(delay, [this, life = life()] {
-        if (life.lock() && isLive()) {
-            start();
+    if (std::exchange(isToTryAgain_, true)) {
+        return;
+    }
+    const auto now = std::chrono::steady_clock::now();
+    const bool isSoon = now < std::exchange(lastFailure_, now) + retryInterval;
+    services_.queue.asyncAfter(isSoon ? retryInterval : delay, [this, life = life()] {
+        if (life.lock()) {
+            isToTryAgain_ = false;
+            if (isLive()) {
+                start();
+            }
         }
     });
 }

@@ -44,7 +44,7 @@ public:
 private:
     void start() override;
     void stop() override;
-    void bind(const std::vector<platform::KeyCombination>& combinations);
+    void bind();
     void tryAgain(std::chrono::milliseconds delay);
     void handle(const IpcMessage& event);
     void deliver(const platform::KeyCombination& combination);
@@ -56,6 +56,8 @@ private:
     Bindings bindings_;
     std::optional<IpcEvents> events_;
     std::vector<platform::KeyCombination> interest_;
+    bool isToTryAgain_ = false;
+    std::chrono::steady_clock::time_point lastFailure_{};
 };
 
 } // namespace hollowfernpike::sway

@@ -27,19 +27,9 @@ std::string quoted(const std::string& text) {
     return result + '"';
 }
 
-std::vector<std::string> list(const std::map<std::string, std::string>& wanted) {
-    std::vector<std::string> keys;
-    std::ranges::transform(wanted, std::back_inserter(keys),
-                           [](const auto& each) { return each.first; });
-    return keys;
-}
-
 } // namespace
 
-Bindings::Bindings(IpcClient& ipc) : ipc_(ipc), record_(ipc.path()) {
-    const auto left = record_.read();
-    bound_.insert(left.begin(), left.end());
-}
+Bindings::Bindings(IpcClient& ipc) : ipc_(ipc), record_(ipc.path()), doubtful_(record_.read()) {}
 
 bool Bindings::bind(const std::vector<platform::KeyCombination>& combinations,
                     const wayland::Keymap* keymap) {
@@ -47,45 +37,73 @@ bool Bindings::bind(const std::vector<platform::KeyCombination>& combinations,
         return false;
     }
     refused_ = refusedAmong(combinations, keymap);
-    std::map<std::string, std::string> wanted;
+    Commands wanted;
     for (const auto& combination : combinations) {
-        if (std::ranges::find(refused_, combination) != refused_.end()) {
-            continue;
-        }
-        for (const auto& keys : keysOf(combination)) {
-            wanted[keys] = commandOf(combination);
+        if (std::ranges::find(refused_, combination) == refused_.end()) {
+            for (const auto& keys : keysOf(combination)) {
+                wanted[keys] = commandOf(combination);
+            }
         }
     }
-    const auto commands = changes(wanted);
-    if (commands.empty()) {
+    return change(wanted);
+}
+
+bool Bindings::unbind() {
+    refused_.clear();
+    return change({});
+}
+
+void Bindings::onReload() {
+    bound_.clear();
+    doubtful_.clear();
+    record_.write({});
+}
+
+void Bindings::onDoubt() {
+    doubtful_.merge(bound_);
+    bound_.clear();
+}
+
+// While sway is at it, the old as well as the new ones may be bound.
+bool Bindings::change(const Commands& wanted) {
+    const auto todo = steps(wanted);
+    if (todo.empty()) {
         return true;
     }
-    const auto keys = list(wanted);
-    // While sway is at it, the one as well as the other may be bound.
-    bound_.insert(keys.begin(), keys.end());
-    record_.write({bound_.begin(), bound_.end()});
-    if (!execute(commands)) {
+    onDoubt();
+    for (const auto& [keys, command] : wanted) {
+        doubtful_.insert(keys);
+    }
+    record_.write(doubtful_);
+    if (!execute(todo)) {
         return false;
     }
-    bound_ = {keys.begin(), keys.end()};
-    record_.write(keys);
+    doubtful_.clear();
+    for (const auto& [keys, command] : wanted) {
+        bound_.insert(keys);
+    }
+    record_.write(bound_);
     return true;
 }
 
-std::vector<std::string> Bindings::changes(const std::map<std::string, std::string>& wanted) const {
-    std::vector<std::string> commands;
-    for (const auto& keys : bound_) {
-        if (!wanted.contains(keys)) {
-            commands.push_back("unbindcode " + keys);
+// Of the keys in doubt, those that the user binds now are the user's: sway has only one binding for
+// a key code.
+std::vector<std::string> Bindings::steps(const Commands& wanted) const {
+    std::vector<std::string> steps;
+    for (const auto* const known : {&bound_, &doubtful_}) {
+        for (const auto& keys : *known) {
+            if (!wanted.contains(keys) && !configuration_.bindsByCode(keys)) {
+                steps.push_back("unbindcode " + keys);
+            }
         }
     }
     for (const auto& [keys, command] : wanted) {
         if (!bound_.contains(keys)) {
-            auto& text = commands.emplace_back("bindcode --no-warn --no-repeat ");
+            auto& text = steps.emplace_back("bindcode --no-warn --no-repeat ");
             text.append(keys).append(" ").append(command);
         }
     }
-    return commands;
+    return steps;
 }
 
 std::vector<platform::KeyCombination>
@@ -99,19 +117,19 @@ Bindings::refusedAmong(const std::vector<platform::KeyCombination>& combinations
 }
 
 // sway changes the bindings of the mode that it is in. If the user is in another one at this
-// moment, the commands go to the default mode and back.
-bool Bindings::execute(const std::vector<std::string>& commands) {
+// moment, they go to the default mode and back.
+bool Bindings::execute(const std::vector<std::string>& steps) {
     const auto state = ipc_.ask(IpcKind::getBindingState);
     if (!state) {
         return false;
     }
     const auto mode = textMember(parse(*state), "name");
     const bool isElsewhere = !mode.empty() && mode != defaultMode;
-    for (std::size_t begin = 0; begin < commands.size(); begin += portion) {
+    for (std::size_t begin = 0; begin < steps.size(); begin += portion) {
         std::string text = isElsewhere ? "mode \"default\"; " : "";
-        const auto end = std::min(begin + portion, commands.size());
+        const auto end = std::min(begin + portion, steps.size());
         for (auto index = begin; index < end; ++index) {
-            text += commands[index] + "; ";
+            text += steps[index] + "; ";
         }
         text += isElsewhere ? "mode " + quoted(mode) : "";
         if (!ipc_.ask(IpcKind::runCommand, text)) {

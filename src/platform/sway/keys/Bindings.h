@@ -17,15 +17,23 @@ namespace hollowfernpike::sway {
 /// sway would let ours win without a word, and could not give the user's back. Main thread only.
 class Bindings {
 public:
-    /// Takes back what an earlier run has left. The client outlives this object.
+    /// What an earlier run has left is taken back with the first change. The client outlives this
+    /// object.
     explicit Bindings(IpcClient& ipc);
 
-    /// Binds these combinations and unbinds all others. False if sway cannot be asked.
+    /// Binds these combinations and unbinds all others. False if sway cannot be asked; the next
+    /// call makes up for it.
     bool bind(const std::vector<platform::KeyCombination>& combinations,
               const wayland::Keymap* keymap);
 
-    /// To be called when sway has read its configuration again: it has dropped our bindings.
-    void onReload() { bound_.clear(); }
+    /// Unbinds everything. False if sway cannot be asked.
+    bool unbind();
+
+    /// sway has read its configuration again and has dropped our bindings.
+    void onReload();
+
+    /// Something may have happened to our bindings that we have not been told.
+    void onDoubt();
 
     /// Those of the last bind() that are the user's.
     const std::vector<platform::KeyCombination>& refused() const { return refused_; }
@@ -36,14 +44,18 @@ public:
                  const wayland::Keymap* keymap) const;
 
 private:
-    /// The commands that lead from what is bound to what is wanted: commands by keys.
-    std::vector<std::string> changes(const std::map<std::string, std::string>& wanted) const;
-    bool execute(const std::vector<std::string>& commands);
+    using Keys = std::set<std::string>;                  ///< combinations in sway's words
+    using Commands = std::map<std::string, std::string>; ///< by keys
+
+    bool change(const Commands& wanted);
+    std::vector<std::string> steps(const Commands& wanted) const;
+    bool execute(const std::vector<std::string>& steps);
 
     IpcClient& ipc_;
     BindingRecord record_;
     UserConfiguration configuration_;
-    std::set<std::string> bound_; ///< keys in sway's words
+    Keys bound_;    ///< for certain
+    Keys doubtful_; ///< perhaps
     std::vector<platform::KeyCombination> refused_;
 };
 

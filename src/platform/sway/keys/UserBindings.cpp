@@ -1,10 +1,13 @@
 #include "platform/sway/keys/UserBindings.h"
 
+#include "platform/sway/keys/ConfigurationLines.h"
+
 #include <algorithm>
 #include <charconv>
 #include <map>
-#include <optional>
+#include <set>
 #include <span>
+#include <string_view>
 
 #include <strings.h>
 
@@ -12,10 +15,8 @@ namespace hollowfernpike::sway {
 
 namespace {
 
-using Words = std::vector<std::string>;
+using Words = ConfigurationLine;
 namespace real = freedesktop::real_modifiers;
-
-constexpr int deepestInclude = 16;
 
 constexpr std::pair<const char*, freedesktop::ModifierState> modifierWords[] = {
     {"Shift", real::shift},  {"Lock", real::lock}, {"Control", real::control},
@@ -23,161 +24,149 @@ constexpr std::pair<const char*, freedesktop::ModifierState> modifierWords[] = {
     {"Mod2", real::mod2},    {"Mod3", real::mod3}, {"Mod4", real::mod4},
     {"Super", real::mod4},   {"Mod5", real::mod5}};
 
+/// Commands and modifiers may be written in any case.
+bool is(const std::string& word, const char* other) {
+    return ::strcasecmp(word.c_str(), other) == 0;
+}
+
 std::optional<freedesktop::ModifierState> modifierNamed(const std::string& name) {
-    const auto* const found = std::ranges::find_if(modifierWords, [&](const auto& known) {
-        return ::strcasecmp(known.first, name.c_str()) == 0;
-    });
+    const auto* const found = std::ranges::find_if(
+        modifierWords, [&](const auto& known) { return is(name, known.first); });
     return found == std::end(modifierWords) ? std::nullopt : std::optional{found->second};
 }
 
-Words split(std::string_view text, std::string_view separators) {
-    Words words;
-    while (true) {
-        const auto begin = text.find_first_not_of(separators);
-        if (begin == std::string_view::npos) {
-            return words;
-        }
-        const auto end = std::min(text.find_first_of(separators, begin), text.size());
-        words.emplace_back(text.substr(begin, end - begin));
-        text.remove_prefix(end);
-    }
-}
-
-std::optional<std::uint32_t> numberIn(const std::string& text) {
+std::optional<std::uint32_t> numberIn(std::string_view text) {
     std::uint32_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc{} && end == text.data() + text.size() ? std::optional{number}
                                                                     : std::nullopt;
 }
 
-/// What "Mod4+Shift+x" means. Absent for several keys at once, which no combination of ours is.
-std::optional<UserBinding> bindingOf(const std::string& keys, bool isCode) {
-    UserBinding binding;
-    bool hasKey = false;
-    for (const auto& part : split(keys, "+")) {
-        const auto number = isCode ? numberIn(part) : std::nullopt;
-        if (const auto modifier = modifierNamed(part)) {
-            binding.modifiers |= *modifier;
-        } else if (part.starts_with("Group")) {
-            continue;
-        } else if (hasKey || (isCode && !number)) {
-            return std::nullopt;
-        } else {
-            hasKey = true;
-            binding.key = isCode ? decltype(binding.key){*number} : decltype(binding.key){part};
-        }
+std::vector<std::string> partsOf(std::string_view keys) {
+    std::vector<std::string> parts;
+    while (!keys.empty()) {
+        const auto end = std::min(keys.find('+'), keys.size());
+        parts.emplace_back(keys.substr(0, end));
+        keys.remove_prefix(std::min(end + 1, keys.size()));
     }
-    return hasKey ? std::optional{binding} : std::nullopt;
+    return parts;
 }
+
+bool isFlag(const std::string& word) {
+    return word.starts_with("--");
+}
+
+/// A binding and its flags, such as "--release": sway keeps one for the press and one for the
+/// release of the same keys.
+struct Line {
+    UserBinding binding;
+    std::set<std::string> flags;
+
+    bool operator==(const Line&) const = default;
+};
 
 /// Reads a configuration line by line, as sway does.
 class Reader {
 public:
     explicit Reader(const IncludedFiles& includedFiles) : includedFiles_(includedFiles) {}
 
-    void read(std::string_view text) {
-        std::string line;
-        for (const auto& part : lines(text)) {
-            line += part;
-            if (line.ends_with('\\')) {
-                line.pop_back();
-                continue;
-            }
-            readLine(split(line, " \t\r"));
-            line.clear();
+    void read(const ConfigurationFile& file) {
+        if (!files_.insert(file.path).second) {
+            return; // sway reads each file once
         }
-        readLine(split(line, " \t\r"));
+        const auto outer = std::exchange(folder_, file.path.parent_path());
+        for (const auto& line : configurationLines(file.text)) {
+            readLine(line);
+        }
+        folder_ = outer;
     }
 
-    std::vector<UserBinding> take() { return std::move(bindings_); }
+    std::vector<UserBinding> bindings() const {
+        std::vector<UserBinding> bindings;
+        std::ranges::transform(lines_, std::back_inserter(bindings), &Line::binding);
+        return bindings;
+    }
 
 private:
-    static std::vector<std::string> lines(std::string_view text) {
-        std::vector<std::string> result;
-        while (!text.empty()) {
-            const auto end = std::min(text.find('\n'), text.size());
-            result.emplace_back(text.substr(0, end));
-            text.remove_prefix(std::min(end + 1, text.size()));
-        }
-        return result;
-    }
-
     void readLine(Words words) {
-        if (words.empty() || words.front().starts_with('#')) {
-            return;
-        }
-        if (words.front() == "}") {
-            if (!blocks_.empty()) {
-                blocks_.pop_back();
-            }
-            return;
-        }
-        if (words.back() == "{") {
+        const bool endsBlock = words.back() == "}";
+        const bool beginsBlock = words.back() == "{";
+        if (endsBlock || beginsBlock) {
             words.pop_back();
-            blocks_.push_back(block(std::move(words)));
-            return;
         }
-        Words inBlock = blocks_.empty() ? Words{} : blocks_.back();
-        inBlock.insert(inBlock.end(), words.begin(), words.end());
-        execute(inBlock);
+        if (beginsBlock) {
+            blocks_.push_back(inBlock(words));
+        } else if (const auto whole = inBlock(words); !words.empty()) {
+            execute(whole);
+        }
+        if (endsBlock && !blocks_.empty()) {
+            blocks_.pop_back();
+        }
     }
 
-    /// What stands before each line of a block: "bindsym --flag { Mod4+x kill }" is short for
-    /// "bindsym --flag Mod4+x kill".
-    Words block(Words words) const {
-        if (blocks_.empty()) {
-            return words;
-        }
-        auto whole = blocks_.back();
+    /// With what stands before each line of the block: "bindsym --flag { Mod4+x kill }" is short
+    /// for "bindsym --flag Mod4+x kill".
+    Words inBlock(const Words& words) const {
+        auto whole = blocks_.empty() ? Words{} : blocks_.back();
         whole.insert(whole.end(), words.begin(), words.end());
         return whole;
     }
 
-    void execute(const Words& words) {
-        const auto& command = words.front();
-        if (command == "set" && words.size() > 2) {
-            setVariable(words);
-        } else if (command == "include" && words.size() > 1) {
-            include(words);
-        } else if (command == "bindsym" || command == "bindcode") {
-            change(words, command == "bindcode", true);
-        } else if (command == "unbindsym" || command == "unbindcode") {
-            change(words, command == "unbindcode", false);
-        }
-    }
-
-    void setVariable(const Words& words) {
-        std::string value;
-        for (const auto& word : std::span(words).subspan(2)) {
-            value += (value.empty() ? "" : " ") + replaced(word);
-        }
-        variables_[words.at(1)] = value;
-    }
-
-    void include(const Words& words) {
-        if (depth_ >= deepestInclude) {
+    void execute(std::span<const std::string> words) {
+        if (words.empty()) {
             return;
         }
-        ++depth_;
-        for (const auto& pattern : std::span(words).subspan(1)) {
-            for (const auto& text : includedFiles_(replaced(pattern))) {
-                read(text);
-            }
+        const auto arguments = words.subspan(1);
+        if (is(words.front(), "set")) {
+            setVariable(arguments);
+        } else if (is(words.front(), "include")) {
+            include(arguments);
+        } else if (is(words.front(), "mode")) {
+            executeInMode(arguments);
+        } else if (is(words.front(), "bindsym") || is(words.front(), "bindcode")) {
+            change(arguments, is(words.front(), "bindcode"), true);
+        } else if (is(words.front(), "unbindsym") || is(words.front(), "unbindcode")) {
+            change(arguments, is(words.front(), "unbindcode"), false);
         }
-        --depth_;
     }
 
-    void change(const Words& words, bool isCode, bool isBound) {
-        const auto keys = std::find_if(words.begin() + 1, words.end(),
-                                       [](const auto& word) { return !word.starts_with("--"); });
+    void setVariable(std::span<const std::string> arguments) {
+        if (arguments.size() < 2 || !arguments.front().starts_with('$')) {
+            return;
+        }
+        std::string value;
+        for (const auto& word : arguments.subspan(1)) {
+            value += (value.empty() ? "" : " ") + replaced(word);
+        }
+        variables_[arguments.front()] = value;
+    }
+
+    void include(std::span<const std::string> patterns) {
+        for (const auto& pattern : patterns) {
+            for (const auto& file : includedFiles_(replaced(pattern), folder_)) {
+                read(file);
+            }
+        }
+    }
+
+    void executeInMode(std::span<const std::string> arguments) {
+        const auto name = std::ranges::find_if_not(arguments, isFlag);
+        if (name != arguments.end() && *name == "default") {
+            execute(arguments.subspan(static_cast<std::size_t>(name - arguments.begin()) + 1));
+        }
+    }
+
+    void change(std::span<const std::string> arguments, bool isCode, bool isBound) {
+        const auto keys = std::ranges::find_if_not(arguments, isFlag);
         const auto binding =
-            keys == words.end() ? std::nullopt : bindingOf(replaced(*keys), isCode);
+            keys == arguments.end() ? std::nullopt : bindingOfKeys(replaced(*keys), isCode);
         if (!binding) {
             return;
         }
-        std::erase(bindings_, *binding);
+        const Line line{.binding = *binding, .flags = {arguments.begin(), keys}};
+        std::erase(lines_, line);
         if (isBound) {
-            bindings_.push_back(*binding);
+            lines_.push_back(line);
         }
     }
 
@@ -193,19 +182,39 @@ private:
     }
 
     const IncludedFiles& includedFiles_;
+    std::set<std::filesystem::path> files_;
+    std::filesystem::path folder_; ///< of the file that is being read
     std::map<std::string, std::string> variables_;
     std::vector<Words> blocks_;
-    std::vector<UserBinding> bindings_;
-    int depth_ = 0;
+    std::vector<Line> lines_;
 };
 
 } // namespace
 
-std::vector<UserBinding> userBindings(std::string_view configuration,
+std::vector<UserBinding> userBindings(const ConfigurationFile& configuration,
                                       const IncludedFiles& includedFiles) {
     Reader reader(includedFiles);
     reader.read(configuration);
-    return reader.take();
+    return reader.bindings();
+}
+
+std::optional<UserBinding> bindingOfKeys(const std::string& keys, bool isCode) {
+    UserBinding binding;
+    bool hasKey = false;
+    for (const auto& part : partsOf(keys)) {
+        const auto number = isCode ? numberIn(part) : std::nullopt;
+        if (const auto modifier = modifierNamed(part)) {
+            binding.modifiers |= *modifier;
+        } else if (part.starts_with("Group")) {
+            continue;
+        } else if (hasKey || (isCode && !number)) {
+            return std::nullopt;
+        } else {
+            hasKey = true;
+            binding.key = isCode ? decltype(binding.key){*number} : decltype(binding.key){part};
+        }
+    }
+    return hasKey ? std::optional{binding} : std::nullopt;
 }
 
 } // namespace hollowfernpike::sway

@@ -3,9 +3,10 @@
 #include "platform/freedesktop/keyboard/Modifiers.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -19,13 +20,22 @@ struct UserBinding {
     bool operator==(const UserBinding&) const = default;
 };
 
-/// The texts of the files that a pattern after "include" names.
-using IncludedFiles = std::function<std::vector<std::string>(const std::string& pattern)>;
+struct ConfigurationFile {
+    std::filesystem::path path;
+    std::string text;
+};
+
+/// The files that a pattern after "include" names in a file of that folder.
+using IncludedFiles = std::function<std::vector<ConfigurationFile>(
+    const std::string& pattern, const std::filesystem::path& folder)>;
 
 /// The bindings in a configuration of sway (sway(5)): the lines "bindsym" and "bindcode", also in
 /// blocks and included files, with variables replaced, without those that "unbindsym" and
-/// "unbindcode" take back. What sway would not understand is left out.
-std::vector<UserBinding> userBindings(std::string_view configuration,
+/// "unbindcode" take back. Where in doubt, a binding counts.
+std::vector<UserBinding> userBindings(const ConfigurationFile& configuration,
                                       const IncludedFiles& includedFiles);
+
+/// What "Mod4+Shift+x" means in a line of that kind. Absent if it is no combination of one key.
+std::optional<UserBinding> bindingOfKeys(const std::string& keys, bool isCode);
 
 } // namespace hollowfernpike::sway

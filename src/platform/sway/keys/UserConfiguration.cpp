@@ -1,13 +1,15 @@
 #include "platform/sway/keys/UserConfiguration.h"
 
+#include "platform/freedesktop/Logging.h"
 #include "platform/freedesktop/keyboard/KeyNames.h"
 #include "platform/sway/ipc/Json.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <memory>
+#include <system_error>
 
 #include <wordexp.h>
 
@@ -19,30 +21,45 @@ namespace fs = std::filesystem;
 using namespace platform::event_flags;
 namespace real = freedesktop::real_modifiers;
 
-/// Caps Lock and Num Lock do not count for sway.
+/// sway takes the locks off the state of a press before it compares, so a binding that asks for one
+/// never fires.
 constexpr unsigned locks = real::lock | real::mod2;
+
+constexpr std::array<std::uint16_t, 12> functionKeys{122, 120, 99,  118, 96,  97,
+                                                     98,  100, 101, 109, 103, 111};
+
+/// sway lets a binding win over its own switching of terminals.
+bool switchesTerminal(const platform::KeyCombination& combination) {
+    return (combination.modifierFlags & ~shift) == (control | option) &&
+           std::ranges::find(functionKeys, combination.keyCode) != functionKeys.end();
+}
 
 std::string contents(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>{stream}, {}};
 }
 
-/// As sway finds them: relative to the folder of the main file, with the wild cards and variables
-/// of a shell, but without its commands.
-std::vector<std::string> filesNamed(const std::string& pattern, const fs::path& folder) {
+/// As sway finds them: relative to the folder of the file with that line, with the wild cards and
+/// variables of a shell. sway would run commands, too; we do not.
+std::vector<ConfigurationFile> filesNamed(const std::string& pattern, const fs::path& folder) {
     const bool isRelative = pattern.find_first_of("/~$") != 0;
     const auto whole = isRelative ? (folder / pattern).string() : pattern;
-    std::vector<std::string> texts;
+    std::vector<ConfigurationFile> files;
     wordexp_t found{};
-    if (::wordexp(whole.c_str(), &found, WRDE_NOCMD) == 0) {
-        for (std::size_t index = 0; index < found.we_wordc; ++index) {
-            if (fs::is_regular_file(found.we_wordv[index])) {
-                texts.push_back(contents(found.we_wordv[index]));
-            }
+    if (::wordexp(whole.c_str(), &found, WRDE_NOCMD) != 0) {
+        qCWarning(freedesktop::keysLog, "cannot tell which files sway includes by \"%s\"",
+                  pattern.c_str());
+        return files;
+    }
+    for (std::size_t index = 0; index < found.we_wordc; ++index) {
+        std::error_code failure;
+        const auto path = fs::canonical(found.we_wordv[index], failure);
+        if (!failure && fs::is_regular_file(path, failure)) {
+            files.push_back({.path = path, .text = contents(path)});
         }
     }
     ::wordfree(&found);
-    return texts;
+    return files;
 }
 
 freedesktop::ModifierState stateOf(const platform::KeyCombination& combination) {
@@ -59,12 +76,14 @@ freedesktop::ModifierState stateOf(const platform::KeyCombination& combination) 
 
 bool answers(const UserBinding& binding, std::uint32_t keyCode, freedesktop::ModifierState held,
              const wayland::Keymap* keymap) {
-    const auto wanted = static_cast<freedesktop::ModifierState>(binding.modifiers & ~locks);
+    if ((binding.modifiers & locks) != 0) {
+        return false;
+    }
     if (const auto* const code = std::get_if<std::uint32_t>(&binding.key)) {
-        return *code == keyCode && wanted == held;
+        return *code == keyCode && binding.modifiers == held;
     }
     return keymap != nullptr &&
-           keymap->gives(keyCode, held, std::get<std::string>(binding.key), wanted);
+           keymap->gives(keyCode, held, std::get<std::string>(binding.key), binding.modifiers);
 }
 
 } // namespace
@@ -75,16 +94,17 @@ bool UserConfiguration::read(IpcClient& ipc) {
     if (!version || !configuration) {
         return false;
     }
-    const auto folder =
-        fs::path(textMember(parse(*version), "loaded_config_file_name")).parent_path();
-    bindings_ =
-        userBindings(textMember(parse(*configuration), "config"),
-                     [&](const std::string& pattern) { return filesNamed(pattern, folder); });
+    bindings_ = userBindings({.path = textMember(parse(*version), "loaded_config_file_name"),
+                              .text = textMember(parse(*configuration), "config")},
+                             filesNamed);
     return true;
 }
 
 bool UserConfiguration::binds(const platform::KeyCombination& combination,
                               const wayland::Keymap* keymap) const {
+    if (switchesTerminal(combination)) {
+        return true;
+    }
     const auto held = stateOf(combination);
     const auto evdevCodes = freedesktop::evdevCodesOf(combination.keyCode);
     return std::ranges::any_of(bindings_, [&](const UserBinding& binding) {
@@ -92,6 +112,11 @@ bool UserConfiguration::binds(const platform::KeyCombination& combination,
             return answers(binding, evdev + freedesktop::xkbKeyCodeOffset, held, keymap);
         });
     });
+}
+
+bool UserConfiguration::bindsByCode(const std::string& keys) const {
+    const auto asked = bindingOfKeys(keys, true);
+    return asked && std::ranges::find(bindings_, *asked) != bindings_.end();
 }
 
 } // namespace hollowfernpike::sway

@@ -29,8 +29,7 @@ std::unique_ptr<Connection> Connection::open() {
         return nullptr;
     }
     auto connection = std::unique_ptr<Connection>(new Connection(display));
-    connection->readGlobals();
-    return connection;
+    return connection->readGlobals() ? std::move(connection) : nullptr;
 }
 
 Connection::Connection(wl_display* display) : display_(display) {}
@@ -51,7 +50,7 @@ std::int32_t Connection::compositorProcess() const {
                                                                                    : 0;
 }
 
-void Connection::readGlobals() {
+bool Connection::readGlobals() {
     static constexpr wl_registry_listener listener{
         .global =
             [](void* self, wl_registry*, std::uint32_t name, const char* interface,
@@ -63,7 +62,7 @@ void Connection::readGlobals() {
     };
     registry_ = wl_display_get_registry(display_);
     wl_registry_add_listener(registry_, &listener, this);
-    wl_display_roundtrip(display_);
+    return roundTrip();
 }
 
 void* Connection::bindGlobal(const wl_interface& interface, std::uint32_t version) {
@@ -83,6 +82,18 @@ bool Connection::dispatchUntil(const std::function<bool()>& isDone) {
         }
     }
     return true;
+}
+
+bool Connection::roundTrip() {
+    static constexpr wl_callback_listener listener{
+        .done = [](void* done, wl_callback*, std::uint32_t) { *static_cast<bool*>(done) = true; },
+    };
+    bool isDone = false;
+    auto* const callback = wl_display_sync(display_);
+    wl_callback_add_listener(callback, &listener, &isDone);
+    const bool isThere = dispatchUntil([&isDone] { return isDone; });
+    wl_callback_destroy(callback);
+    return isThere;
 }
 
 void Connection::attach(platform::RunLoop& runLoop, std::function<void()> onLost) {

@@ -32,8 +32,6 @@ public:
     /// The process identifier of the compositor; 0 if it is not known.
     std::int32_t compositorProcess() const;
 
-    bool offers(std::string_view interface) const { return globals_.contains(interface); }
-
     /// A proxy for the global of that interface, of `version` at most; null if the compositor does
     /// not offer it. The caller destroys it before the connection.
     template <class Proxy>
@@ -41,8 +39,12 @@ public:
         return static_cast<Proxy*>(bindGlobal(interface, version));
     }
 
-    /// Handles events until `isDone`. False if that takes too long or the compositor is gone.
+    /// Handles events until `isDone`. False if that takes longer than a second or the compositor is
+    /// gone.
     bool dispatchUntil(const std::function<bool()>& isDone);
+
+    /// Handles events until the compositor has done all that was asked of it; false as above.
+    bool roundTrip();
 
     /// From now on events are handled as they come. `onLost` is called once when the compositor has
     /// gone; it may destroy this object.
@@ -61,7 +63,7 @@ private:
     };
 
     explicit Connection(wl_display* display);
-    void readGlobals();
+    bool readGlobals();
     void* bindGlobal(const wl_interface& interface, std::uint32_t version);
     bool dispatchArrived(std::chrono::milliseconds longest);
     void onReadable();

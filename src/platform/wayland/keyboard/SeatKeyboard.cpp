@@ -39,8 +39,8 @@ SeatKeyboard::SeatKeyboard(Connection& connection)
     };
     if (seat_ != nullptr) {
         wl_seat_add_listener(seat_, &listener, this);
-        wl_display_roundtrip(connection.get());
-        wl_display_roundtrip(connection.get());
+        connection.roundTrip(); // tells whether there is a keyboard,
+        connection.roundTrip(); // and this its map
     }
 }
 

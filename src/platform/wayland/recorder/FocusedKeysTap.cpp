@@ -2,13 +2,14 @@
 
 #include "platform/freedesktop/keyboard/KeyNames.h"
 #include "platform/freedesktop/keyboard/Modifiers.h"
+#include "platform/wayland/ToolkitWindow.h"
 
 #include <algorithm>
 #include <array>
 
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QWindow>
+#include <QPlatformSurfaceEvent>
 
 namespace hollowfernpike::wayland {
 
@@ -38,33 +39,50 @@ FocusedKeysTap::~FocusedKeysTap() {
 }
 
 void FocusedKeysTap::start() {
-    if (inhibitor_) {
-        return;
-    }
-    inhibitor_.emplace();
-    inhibitor_->setWindow(QGuiApplication::focusWindow());
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
-            [this](QWindow* window) { inhibitor_->setWindow(window); });
     QCoreApplication::instance()->installEventFilter(this);
+    listenTo(QGuiApplication::focusWindow());
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &FocusedKeysTap::listenTo,
+            Qt::UniqueConnection);
 }
 
 void FocusedKeysTap::stop() {
     QCoreApplication::instance()->removeEventFilter(this);
     disconnect(qGuiApp, nullptr, this, nullptr);
     inhibitor_.reset();
+    window_ = nullptr;
 }
 
-// The toolkit asks with ShortcutOverride whether somebody wants a key for himself, before it looks
-// for a button or menu with that key. Each event comes to the window first, then to its parts.
-bool FocusedKeysTap::eventFilter(QObject* watched, QEvent* event) {
-    if (watched->isWindowType() && event->type() == QEvent::ShortcutOverride) {
-        event->accept();
-        return true;
+void FocusedKeysTap::listenTo(QWindow* window) {
+    auto* const surface = window == nullptr || window_ != nullptr ? nullptr : surfaceOf(*window);
+    if (surface != nullptr) {
+        window_ = window;
+        inhibitor_.emplace(surface);
     }
-    if (watched->isWindowType() && event->type() == QEvent::KeyPress) {
-        deliver(static_cast<const QKeyEvent&>(*event));
+}
+
+bool FocusedKeysTap::eventFilter(QObject* watched, QEvent* event) {
+    if (!watched->isWindowType()) {
+        return false;
+    }
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        handle(static_cast<const QKeyEvent&>(*event));
+    } else if (watched == window_ && event->type() == QEvent::PlatformSurface &&
+               static_cast<const QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+                   QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed) {
+        inhibitor_.reset();
     }
     return false;
+}
+
+// The toolkit announces a press with ShortcutOverride, before it looks for a button or menu with
+// that key. If there is none, the press itself follows.
+void FocusedKeysTap::handle(const QKeyEvent& press) {
+    const bool isKnown = press.timestamp() == lastTime_ && press.nativeScanCode() == lastScanCode_;
+    lastTime_ = press.timestamp();
+    lastScanCode_ = press.nativeScanCode();
+    if (!isKnown) {
+        deliver(press);
+    }
 }
 
 // The callback may destroy this tap.

@@ -6,16 +6,17 @@
 #include <optional>
 
 #include <QObject>
+#include <QPointer>
+#include <QWindow>
 
 class QKeyEvent;
-class QWindow;
 
 namespace hollowfernpike::wayland {
 
-/// A listen-only tap on the window of ours that has the focus, since Wayland shows keys to nobody
-/// else. While it is live it gets the compositor's own combinations, too, as far as the compositor
-/// allows, and none of the keys presses a button or a menu of ours by its own combination. Reports
-/// neither modifier keys nor repeats. Main thread only.
+/// A listen-only tap on those of our windows that have the focus, since Wayland shows keys to
+/// nobody else. The first of them that has the focus while the tap is live gets the compositor's
+/// own combinations, too, as far as the compositor allows, until the tap stops or the window
+/// closes. Reports neither modifier keys nor repeats. Main thread only.
 class FocusedKeysTap final : public QObject, public freedesktop::Tap {
 public:
     FocusedKeysTap(platform::EventTapCallback callback, void* userInfo);
@@ -31,10 +32,15 @@ private:
     void start() override;
     void stop() override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void listenTo(QWindow* window);
+    void handle(const QKeyEvent& press);
     void deliver(const QKeyEvent& press);
 
     Listener listener_;
+    QPointer<QWindow> window_; ///< the first that had the focus
     std::optional<ShortcutsInhibitor> inhibitor_;
+    quint64 lastTime_ = 0; ///< of the press that was seen last
+    quint32 lastScanCode_ = 0;
 };
 
 } // namespace hollowfernpike::wayland

@@ -3,8 +3,8 @@
 #include "platform/freedesktop/Logging.h"
 #include "platform/wayland/ToolkitWindow.h"
 
+#include <cstdint>
 #include <string_view>
-#include <utility>
 
 #include <keyboard-shortcuts-inhibit-unstable-v1-client-protocol.h>
 #include <wayland-client.h>
@@ -12,39 +12,6 @@
 namespace hollowfernpike::wayland {
 
 namespace {
-
-using Manager = zwp_keyboard_shortcuts_inhibit_manager_v1;
-
-/// The compositor's global, by a registry of its own: the toolkit does not tell of globals that it
-/// does not use. On a queue of its own, because the toolkit's is not ours to wait on.
-Manager* bindManager(wl_display* display) {
-    static constexpr wl_registry_listener listener{
-        .global =
-            [](void* found, wl_registry* registry, std::uint32_t name, const char* interface,
-               std::uint32_t) {
-                if (std::string_view{interface} ==
-                    zwp_keyboard_shortcuts_inhibit_manager_v1_interface.name) {
-                    *static_cast<void**>(found) = wl_registry_bind(
-                        registry, name, &zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1);
-                }
-            },
-        .global_remove = [](void*, wl_registry*, std::uint32_t) {},
-    };
-    void* manager = nullptr;
-    auto* const queue = wl_display_create_queue(display);
-    auto* const wrapper = static_cast<wl_display*>(wl_proxy_create_wrapper(display));
-    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(wrapper), queue);
-    auto* const registry = wl_display_get_registry(wrapper);
-    wl_proxy_wrapper_destroy(wrapper);
-    wl_registry_add_listener(registry, &listener, static_cast<void*>(&manager));
-    wl_display_roundtrip_queue(display, queue);
-    wl_registry_destroy(registry);
-    if (manager != nullptr) {
-        wl_proxy_set_queue(static_cast<wl_proxy*>(manager), nullptr);
-    }
-    wl_event_queue_destroy(queue);
-    return static_cast<Manager*>(manager);
-}
 
 constexpr zwp_keyboard_shortcuts_inhibitor_v1_listener logListener{
     .active =
@@ -59,37 +26,42 @@ constexpr zwp_keyboard_shortcuts_inhibitor_v1_listener logListener{
 
 } // namespace
 
-ShortcutsInhibitor::ShortcutsInhibitor() : manager_(bindManager(toolkitDisplay())) {}
-
-ShortcutsInhibitor::~ShortcutsInhibitor() {
-    release();
-    if (manager_ != nullptr) {
-        zwp_keyboard_shortcuts_inhibit_manager_v1_destroy(manager_);
-        wl_display_flush(toolkitDisplay());
-    }
-}
-
-void ShortcutsInhibitor::setWindow(QWindow* window) {
-    auto* const surface = window == nullptr ? nullptr : surfaceOf(*window);
-    if (manager_ == nullptr || surface == surface_) {
-        return;
-    }
-    release();
-    if (surface != nullptr) {
-        inhibitor_ = zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(manager_, surface,
-                                                                                 toolkitSeat());
-        zwp_keyboard_shortcuts_inhibitor_v1_add_listener(inhibitor_, &logListener, nullptr);
-        surface_ = surface;
-    }
+// The toolkit does not tell of globals that it does not use, so this asks with a registry of its
+// own. The answer comes with the toolkit's events.
+ShortcutsInhibitor::ShortcutsInhibitor(wl_surface* surface)
+    : surface_(surface), registry_(wl_display_get_registry(toolkitDisplay())) {
+    static constexpr wl_registry_listener listener{
+        .global =
+            [](void* self, wl_registry* registry, std::uint32_t name, const char* interface,
+               std::uint32_t) {
+                if (std::string_view{interface} ==
+                    zwp_keyboard_shortcuts_inhibit_manager_v1_interface.name) {
+                    static_cast<ShortcutsInhibitor*>(self)->inhibit(registry, name);
+                }
+            },
+        .global_remove = [](void*, wl_registry*, std::uint32_t) {},
+    };
+    wl_registry_add_listener(registry_, &listener, this);
     wl_display_flush(toolkitDisplay());
 }
 
-void ShortcutsInhibitor::release() {
+ShortcutsInhibitor::~ShortcutsInhibitor() {
     if (inhibitor_ != nullptr) {
         qCDebug(freedesktop::keysLog, "our window gives the compositor's combinations back");
-        zwp_keyboard_shortcuts_inhibitor_v1_destroy(std::exchange(inhibitor_, nullptr));
-        surface_ = nullptr;
+        zwp_keyboard_shortcuts_inhibitor_v1_destroy(inhibitor_);
+        zwp_keyboard_shortcuts_inhibit_manager_v1_destroy(manager_);
     }
+    wl_registry_destroy(registry_);
+    wl_display_flush(toolkitDisplay());
+}
+
+void ShortcutsInhibitor::inhibit(wl_registry* registry, unsigned name) {
+    manager_ = static_cast<zwp_keyboard_shortcuts_inhibit_manager_v1*>(
+        wl_registry_bind(registry, name, &zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1));
+    inhibitor_ = zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(manager_, surface_,
+                                                                             toolkitSeat());
+    zwp_keyboard_shortcuts_inhibitor_v1_add_listener(inhibitor_, &logListener, nullptr);
+    wl_display_flush(toolkitDisplay());
 }
 
 } // namespace hollowfernpike::wayland
