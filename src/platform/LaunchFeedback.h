@@ -31,6 +31,10 @@ public:
     /// ignored.
     virtual void end(const std::string& identifier) = 0;
 
+    /// Whether the desktop may open the first window of a launch behind others, so that it has to
+    /// be brought forward when it is there.
+    virtual bool mayOpenBehind() = 0;
+
     /// How many times the user has pressed a combination so far, as the taps tell it: a combination
     /// that is held down counts once, however often it repeats. As long as the count stays the
     /// same, the user has asked for nothing new.

@@ -10,6 +10,8 @@
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <QWindow>
@@ -20,18 +22,25 @@ namespace hollowfernpike::sway {
 
 namespace {
 
-/// The socket that the environment names. A program that the session bus or the user's service
-/// manager has started may lack that; sway makes it in the runtime directory, with its own user and
-/// process in the name.
-std::string socketPath(const wayland::Connection& connection) {
-    const char* const named = std::getenv("SWAYSOCK");
+/// Where the sway with this process makes its socket unless the environment says otherwise.
+std::filesystem::path socketOf(std::int32_t process) {
     const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (named != nullptr && *named != '\0') {
-        return named;
+    return std::filesystem::path(runtime == nullptr ? "/tmp" : runtime) /
+           ("sway-ipc." + std::to_string(::getuid()) + '.' + std::to_string(process) + ".sock");
+}
+
+/// The socket of this compositor. SWAYSOCK comes second: a user's service manager or session bus
+/// may still have that of an earlier session, or the compositor may run inside a sway. Then the
+/// name has the number of another process.
+std::string socketPath(const wayland::Connection& connection) {
+    const auto own = socketOf(connection.compositorProcess());
+    std::error_code failure;
+    if (std::filesystem::exists(own, failure)) {
+        return own;
     }
-    return std::string{runtime == nullptr ? "/tmp" : runtime} + "/sway-ipc." +
-           std::to_string(::getuid()) + '.' + std::to_string(connection.compositorProcess()) +
-           ".sock";
+    const char* const named = std::getenv("SWAYSOCK");
+    const std::filesystem::path other = named == nullptr ? "" : named;
+    return other.filename().string().starts_with("sway-ipc.") ? std::string{} : other.string();
 }
 
 /// i3, whose protocol sway speaks, gives no variant.

@@ -23,6 +23,9 @@ public:
     /// One round trip to the compositor. Empty if it gives no tokens.
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& /*identifier*/) override {}
+
+    /// Compositors do not show a new window before a fullscreen one.
+    bool mayOpenBehind() override { return true; }
     std::uint64_t holdCount() override { return presses_; }
 
     /// To be called by taps when the user has pressed a combination.

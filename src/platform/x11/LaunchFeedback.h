@@ -22,6 +22,7 @@ public:
 
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& identifier) override;
+    bool mayOpenBehind() override { return false; }
     std::uint64_t holdCount() override { return userTime_.hold(); }
 
 private:

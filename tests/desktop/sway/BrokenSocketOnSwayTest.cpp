@@ -54,6 +54,15 @@ TEST_F(BrokenSocketOnSwayTest, ASocketThatVanishesAndComesBackIsFound) {
     EXPECT_TRUE(story.brings(target, front, bound));
 }
 
+TEST_F(BrokenSocketOnSwayTest, AReloadThatItMissesDoesNoHarm) {
+    relay.vanish();
+    story.desktop.ipc().reload();
+    const auto before = story.bindings();
+    relay.comeBack();
+    ASSERT_TRUE(story.bindsAgain(before));
+    EXPECT_TRUE(story.brings(target, front, bound));
+}
+
 TEST_F(BrokenSocketOnSwayTest, WithoutASocketItEndsOnRequest) {
     relay.vanish();
     endsOnRequest();

@@ -21,6 +21,7 @@ struct OwnBinding {
     std::string name;
     std::string lines;
     std::string included = {}; ///< lines of another file, FOLDER/more/keys
+    std::string further = {};  ///< and of FOLDER/more/further
 
     friend std::ostream& operator<<(std::ostream& stream, const OwnBinding& own) {
         return stream << own.lines;
@@ -37,6 +38,7 @@ protected:
     /// Has sway take the lines as the user's configuration.
     void configure(const OwnBinding& own) {
         writeFile(folder() / "more" / "keys", filled(own.included));
+        writeFile(folder() / "more" / "further", filled(own.further));
         story.desktop.configure(filled(own.lines));
         story.desktop.ipc().reload();
     }
@@ -97,25 +99,33 @@ TEST_P(ConfiguredOnSwayTest, KeepsTheUsersCommandNowAndLater) {
 
 INSTANTIATE_TEST_SUITE_P(
     By, ConfiguredOnSwayTest,
-    testing::Values(OwnBinding{"symbol", "bindsym Control+Mod1+l COMMAND\n"},
-                    OwnBinding{"capitalSymbol", "bindsym Control+Mod1+L COMMAND\n"},
-                    OwnBinding{"otherNames", "bindsym alt+ctrl+l COMMAND\n"},
-                    OwnBinding{"variable",
-                               "set $mod Mod1\nset $key l\nbindsym Control+$mod+$key COMMAND\n"},
-                    OwnBinding{"variableInAnother",
-                               "set $alt Mod1\nset $both Control+$alt\nbindsym $both+l COMMAND\n"},
-                    OwnBinding{"toCode", "bindsym --to-code Control+Mod1+l COMMAND\n"},
-                    OwnBinding{"options", "bindsym --no-repeat --locked Control+Mod1+l COMMAND\n"},
-                    OwnBinding{"code", "bindcode Control+Mod1+46 COMMAND\n"},
-                    OwnBinding{"codeFirst", "bindcode 46+Mod1+Control COMMAND\n"},
-                    OwnBinding{"block", "bindsym {\n    Control+Mod1+l COMMAND\n}\n"},
-                    OwnBinding{"continuedLine", "bindsym Control+Mod1+l \\\n    COMMAND\n"},
-                    OwnBinding{"includedFile", "include FOLDER/more/keys\n",
-                               "bindsym Control+Mod1+l COMMAND\n"},
-                    OwnBinding{"includedFolder", "include FOLDER/more/*\n",
-                               "bindcode Control+Mod1+46 COMMAND\n"},
-                    OwnBinding{"includedWithVariable", "set $mod Mod1\ninclude FOLDER/more/keys\n",
-                               "bindsym Control+$mod+l COMMAND\n"}),
+    testing::Values(
+        OwnBinding{"symbol", "bindsym Control+Mod1+l COMMAND\n"},
+        OwnBinding{"capitalSymbol", "bindsym Control+Mod1+L COMMAND\n"},
+        OwnBinding{"otherNames", "bindsym alt+ctrl+l COMMAND\n"},
+        OwnBinding{"variable", "set $mod Mod1\nset $key l\nbindsym Control+$mod+$key COMMAND\n"},
+        OwnBinding{"variableInAnother",
+                   "set $alt Mod1\nset $both Control+$alt\nbindsym $both+l COMMAND\n"},
+        OwnBinding{"toCode", "bindsym --to-code Control+Mod1+l COMMAND\n"},
+        OwnBinding{"options", "bindsym --no-repeat --locked Control+Mod1+l COMMAND\n"},
+        OwnBinding{"code", "bindcode Control+Mod1+46 COMMAND\n"},
+        OwnBinding{"codeFirst", "bindcode 46+Mod1+Control COMMAND\n"},
+        OwnBinding{"block", "bindsym {\n    Control+Mod1+l COMMAND\n}\n"},
+        OwnBinding{"continuedLine", "bindsym Control+Mod1+l \\\n    COMMAND\n"},
+        OwnBinding{"includedFile", "include FOLDER/more/keys\n",
+                   "bindsym Control+Mod1+l COMMAND\n"},
+        OwnBinding{"includedFolder", "include FOLDER/more/*\n",
+                   "bindcode Control+Mod1+46 COMMAND\n"},
+        OwnBinding{"includedInQuotes", "include \"FOLDER/more/keys\"\n",
+                   "bindsym Control+Mod1+l COMMAND\n"},
+        OwnBinding{"includedFromItsOwnFolder", "include more/keys\n", "include further\n",
+                   "bindsym Control+Mod1+l COMMAND\n"},
+        OwnBinding{"anyCase", "BindSym Control+Mod1+l COMMAND\n"},
+        OwnBinding{"defaultMode", "mode default {\nbindsym Control+Mod1+l COMMAND\n}\n"},
+        OwnBinding{"behindARemark", "# a folder \\\nbindsym Control+Mod1+l COMMAND\n"},
+        OwnBinding{"braceAlone", "bindsym\n{\nControl+Mod1+l COMMAND\n}\n"},
+        OwnBinding{"includedWithVariable", "set $mod Mod1\ninclude FOLDER/more/keys\n",
+                   "bindsym Control+$mod+l COMMAND\n"}),
     [](const auto& own) { return own.param.name; });
 
 class SparedOnSwayTest : public ConfiguredOnSway {};
@@ -142,6 +152,26 @@ TEST_F(SparedOnSwayTest, WhatTheUserGivesUpIsBoundAfterTheReload) {
     ASSERT_TRUE(story.switchTo(front));
     story.strike(bound);
     EXPECT_TRUE(story.isInFront(target));
+}
+
+TEST_F(SparedOnSwayTest, AnIncludedFileThatCannotBeReadDoesNoHarm) {
+    std::filesystem::create_symlink("loop", story.desktop.commonGround() / "loop");
+    configure({"", "include FOLDER/loop\ninclude FOLDER/missing\n"
+                   "bindsym Control+Mod1+l COMMAND\n"});
+    story.bind(bound, target);
+    story.bind(another, target);
+    story.startUtility();
+    EXPECT_TRUE(runs(bound));
+    story.strike(another);
+    EXPECT_TRUE(story.isInFront(target));
+}
+
+TEST_F(SparedOnSwayTest, TheSwitchToAnotherTerminalIsLeftToSway) {
+    story.bind({122, control | option}, target);
+    story.bind(another, target);
+    story.startUtility();
+    EXPECT_THAT(story.utilityTells(), testing::HasSubstr("bound 1 combinations"));
+    EXPECT_THAT(story.utilityTells(), testing::HasSubstr("Ctrl+Mod1+67"));
 }
 
 TEST_F(SparedOnSwayTest, TheSameKeyWithOtherModifiersIsFree) {

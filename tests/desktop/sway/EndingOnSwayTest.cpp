@@ -117,6 +117,29 @@ TEST_F(EndingOnSwayTest, WhatOthersBindMeanwhileStays) {
     EXPECT_TRUE(waitUntil([&] { return story.pager.workspace() == "mine"; }));
 }
 
+TEST_F(EndingOnSwayTest, KilledBeforeAReloadItBindsAnewWhenItIsStartedAgain) {
+    killUtility();
+    story.desktop.ipc().reload();
+    ASSERT_TRUE(story.passes(front, bound.keys()))
+        << "a reload takes away what commands have bound";
+    story.startUtility();
+    EXPECT_TRUE(story.brings(target, front, bound));
+}
+
+TEST_F(EndingOnSwayTest, WhatTheUserHasBoundSinceItWasKilledIsNotTakenBack) {
+    killUtility();
+    story.desktop.configure("bindcode Control+Mod1+45 workspace mine");
+    story.desktop.ipc().reload();
+    story.startUtility();
+    for (int run = 0; run < 2; ++run) {
+        ASSERT_TRUE(story.switchTo(front));
+        story.strike({40, control | option});
+        EXPECT_TRUE(waitUntil([&] { return story.pager.workspace() == "mine"; })) << run;
+        story.utility().signal(SIGTERM);
+        ASSERT_EQ(story.utility().wait(), 0) << story.utilityTells();
+    }
+}
+
 class SwayGoingOnTest : public EndingOnSwayTest {};
 
 TEST_F(SwayGoingOnTest, AfterEachReloadTheCombinationsWorkAgain) {

@@ -29,6 +29,18 @@ TEST_F(LaunchOnSwayTest, AnApplicationThatDoesNotRunStartsOnceAndGetsTheKeys) {
     EXPECT_TRUE(story.nobodySaw(bound));
 }
 
+TEST_F(LaunchOnSwayTest, WhatIsLaunchedComesBeforeAFullscreenWindow) {
+    auto& target = story.install("Target", {.options = {"--delay", "200"}});
+    story.bind(bound, target);
+    story.startUtility();
+    story.pager.makeFullscreen(front.copies().at(0));
+    ASSERT_TRUE(story.getsKeys(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_EQ(target.starts(), 1);
+}
+
 TEST_F(LaunchOnSwayTest, APressDuringTheLaunchStartsNoSecondCopy) {
     auto& target = story.install("Target", {.options = {"--delay", "500"}});
     auto& witness = story.install("Witness");

@@ -24,6 +24,11 @@ protected:
         ASSERT_TRUE(beginToRecord());
     }
 
+    void closeEditor() {
+        story.pager.run("[title=\"" + std::string{editTitle} + "\"] kill");
+        ASSERT_TRUE(isGone(editTitle));
+    }
+
     void save() {
         ASSERT_TRUE(hasRecorded());
         story.keyboard.strike({"RTRN"});
@@ -66,7 +71,8 @@ TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterTheRecording) {
 
 TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterEscape) {
     story.keyboard.strike({"ESC"});
-    ASSERT_TRUE(isFocused(editTitle));
+    ASSERT_TRUE(isGone(editTitle)) << "Escape is the key of Cancel, too";
+    ASSERT_TRUE(hasRecorded());
     EXPECT_TRUE(swayHasItsCombination());
     EXPECT_THAT(saved(), ElementsAre(IsCombination(bound)));
 }
@@ -74,12 +80,31 @@ TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterEscape) {
 TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheWindowsAreClosed) {
     story.pager.close(story.utility().pid());
     ASSERT_TRUE(isGone(editTitle));
+    ASSERT_TRUE(hasRecorded());
     EXPECT_TRUE(swayHasItsCombination());
+}
+
+TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheEditorIsClosed) {
+    closeEditor();
+    ASSERT_TRUE(isFocused(managementTitle));
+    ASSERT_TRUE(hasRecorded());
+    EXPECT_TRUE(swayHasItsCombination());
+}
+
+TEST_F(RecordingOnSwayTest, AfterAnEditorWasClosedWhileItRecordedAnotherRecords) {
+    closeEditor();
+    ASSERT_TRUE(isFocused(managementTitle));
+    ASSERT_TRUE(beginToRecord());
+    story.strike(swaysOwn);
+    ASSERT_TRUE(hasRecorded());
+    EXPECT_FALSE(std::filesystem::exists(told()));
+    EXPECT_FALSE(story.utility().hasEnded());
 }
 
 TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheProgramIsKilled) {
     story.utility().signal(SIGKILL);
     ASSERT_EQ(story.utility().wait(), -SIGKILL);
+    ASSERT_TRUE(isGone(editTitle));
     EXPECT_TRUE(swayHasItsCombination());
 }
 

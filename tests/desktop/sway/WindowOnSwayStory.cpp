@@ -80,12 +80,10 @@ testing::AssertionResult WindowOnSwayStory::hasRecorded() {
 
 testing::AssertionResult WindowOnSwayStory::swayHasItsCombination() {
     std::filesystem::remove(told());
-    const auto answers = [&] {
-        story.strike(swaysOwn);
-        return waitUntil([&] { return std::filesystem::exists(told()); }, 500ms);
-    };
-    return waitUntil(answers) ? testing::AssertionSuccess()
-                              : testing::AssertionFailure() << "sway does not answer";
+    story.strike(swaysOwn);
+    return waitUntil([&] { return std::filesystem::exists(told()); })
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << "sway does not answer";
 }
 
 std::vector<Combination> WindowOnSwayStory::saved() const {

@@ -57,7 +57,7 @@ public:
     /// Whether, after some waiting, it records no longer.
     testing::AssertionResult hasRecorded();
 
-    /// Whether, after some waiting, sway answers its own combination; it does not while we record.
+    /// Whether sway answers its own combination, struck once; it does not while we record.
     testing::AssertionResult swayHasItsCombination();
 
     /// The combinations in the file of shortcuts.

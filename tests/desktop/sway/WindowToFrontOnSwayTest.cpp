@@ -81,6 +81,14 @@ TEST_F(WindowToFrontOnSwayTest, ItComesFromBehindAFullscreenWindow) {
     expectToCome();
 }
 
+TEST_F(WindowToFrontOnSwayTest, ItOpensBeforeAFullscreenWindow) {
+    story.pager.close(ownProcess());
+    ASSERT_TRUE(isGone(managementTitle));
+    story.pager.makeFullscreen(frontProcess());
+    switchToFront();
+    expectToCome();
+}
+
 TEST_F(WindowToFrontOnSwayTest, ItOpensAgainAfterItWasClosed) {
     story.pager.close(ownProcess());
     ASSERT_TRUE(isGone(managementTitle));

@@ -20,6 +20,9 @@ public:
 
     void end(const std::string& identifier) override { ended.push_back(identifier); }
 
+    bool opensBehind = false;
+    bool mayOpenBehind() override { return opensBehind; }
+
     std::uint64_t holds = 1;
     std::uint64_t holdCount() override { return holds; }
 };

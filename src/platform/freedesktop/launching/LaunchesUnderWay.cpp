@@ -166,7 +166,8 @@ void LaunchesUnderWay::lookForWindows() {
 }
 
 void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& windows) {
-    if (!launch.isRepeated || launch.hold != feedback_.holdCount()) {
+    const bool isWanted = launch.isRepeated || feedback_.mayOpenBehind();
+    if (!isWanted || launch.hold != feedback_.holdCount()) {
         return;
     }
     const auto shown = std::find_if(windows.rbegin(), windows.rend(), [&](const auto& window) {

@@ -5,6 +5,7 @@
 #include "platform/sway/ipc/Json.h"
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 #include <limits>
 #include <unordered_set>
@@ -17,6 +18,9 @@ namespace hollowfernpike::sway {
 namespace {
 
 constexpr std::int32_t ordinaryLayer = 0;
+
+/// For a window of ours to come. A busy machine takes a second.
+constexpr std::chrono::milliseconds longestWait{5000};
 
 /// The process of a window, or a number that stands for a window without one.
 std::optional<std::int32_t> ownerProcessOf(const TreeWindow& window) {
@@ -107,13 +111,28 @@ bool Windows::bringToFront(std::int32_t processIdentifier) {
 }
 
 bool Windows::bringOwnToFront(const std::string& title) {
-    if (read() == nullptr) {
-        return false;
-    }
-    const auto* const window = best(*windows_, [&](const TreeWindow& candidate) {
-        return candidate.facts.process == ::getpid() && candidate.title == title;
+    awaited_ = watch([this, title] {
+        if (focusOwn(title)) {
+            awaited_.reset();
+        }
     });
-    return window == nullptr || focus(window);
+    if (focusOwn(title) || !windows_) {
+        awaited_.reset();
+    } else {
+        host_.mainQueue.asyncAfter(longestWait, [self = std::weak_ptr(self_), which = ++awaits_] {
+            if (const auto windows = self.lock(); windows && (*windows)->awaits_ == which) {
+                (*windows)->awaited_.reset();
+            }
+        });
+    }
+    return windows_.has_value();
+}
+
+bool Windows::focusOwn(const std::string& title) {
+    const auto isIt = [&](const TreeWindow& window) {
+        return window.facts.process == ::getpid() && window.title == title;
+    };
+    return read() != nullptr && focus(best(*windows_, isIt));
 }
 
 std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onChange) {
@@ -138,8 +157,8 @@ const std::vector<TreeWindow>* Windows::read() {
     }
     forgetOldOwners();
     host_.mainQueue.async([self = std::weak_ptr(self_)] {
-        if (const auto read = self.lock()) {
-            (*read)->windows_.reset();
+        if (const auto windows = self.lock()) {
+            (*windows)->windows_.reset();
         }
     });
     return &*windows_;

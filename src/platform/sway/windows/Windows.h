@@ -29,8 +29,8 @@ public:
     bool bringToFront(std::int32_t processIdentifier) override;
     std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
-    /// Brings forward our own window with this title. One that is only about to be shown is left
-    /// to sway, which gives new windows the focus. False if sway cannot be asked.
+    /// Brings forward our own window with this title, if need be as soon as sway shows it: a new
+    /// window may lie behind a fullscreen one. False if sway cannot be asked.
     bool bringOwnToFront(const std::string& title);
 
 private:
@@ -43,6 +43,7 @@ private:
     const std::vector<TreeWindow>* read();
     const platform::WindowOwner& ownerOf(const TreeWindow& window);
     void forgetOldOwners();
+    bool focusOwn(const std::string& title);
     bool focus(const TreeWindow* window);
 
     platform::DesktopHost host_;
@@ -50,6 +51,8 @@ private:
     std::optional<std::vector<TreeWindow>> windows_; ///< of this turn of the main loop
     std::unordered_map<std::int64_t, Known> owners_;
     std::uint64_t ownersGeneration_ = 0;
+    std::unique_ptr<platform::Subscription> awaited_; ///< a window of ours that is about to come
+    unsigned awaits_ = 0;
     std::shared_ptr<Windows*> self_ = std::make_shared<Windows*>(this);
 };
 

@@ -124,6 +124,21 @@ TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
+TEST_F(LaunchesUnderWayTest, AWindowThatMayHaveOpenedBehindIsBroughtForward) {
+    feedback_.opensBehind = true;
+    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+}
+
+TEST_F(LaunchesUnderWayTest, OneThatMayHaveOpenedBehindStaysThereOnceTheUserHasAskedForMore) {
+    feedback_.opensBehind = true;
+    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    ++feedback_.holds;
+    windows_.show({.process = first, .owner = {}});
+    EXPECT_THAT(log_.calls(), IsEmpty());
+}
+
 TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForward) {
     const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto first = launched(path);
