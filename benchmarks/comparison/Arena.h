@@ -1,6 +1,5 @@
 #pragma once
 
-#include "comparison/Shortcuts.h"
 #include "desktop/FrontWatch.h"
 #include "desktop/Pager.h"
 #include "support/KeyInjector.h"
@@ -25,8 +24,9 @@ public:
     test::KeyInjector keyboard{desktop.display()};
     test::FrontWatch front{desktop.display()};
 
-    /// Writes an entry for a program; `name` is also the class of its windows.
-    InstalledApplication install(const std::string& name, const std::string& exec) const;
+    /// Writes an entry for a program and returns the entry's path; `name` is also the class of its
+    /// windows.
+    std::filesystem::path install(const std::string& name, const std::string& exec) const;
 
     /// Where open() puts the program of that name. Each program is a copy in a file of its own,
     /// because programs may be told apart by their files.

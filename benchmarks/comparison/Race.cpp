@@ -16,37 +16,35 @@ Series& seriesOf(std::vector<Series>& results, const std::string& contestant) {
     return *std::ranges::find(results, contestant, &Series::contestant);
 }
 
-void runRounds(const std::string& contestant, int rounds, const std::function<double()>& measure,
-               Series& series) {
+void runBlock(Arena& arena, const Contestant& contestant, int rounds,
+              const std::function<double(pid_t)>& measure, Series& series) {
+    const RunningContestant running(arena.desktop, contestant);
     try {
         for (int round = -warmUps; round < rounds; ++round) {
-            const double seconds = measure();
+            const double seconds = measure(running.pid());
             if (round >= 0) {
                 series.seconds.push_back(seconds);
             }
         }
     } catch (const std::runtime_error& error) {
-        throw std::runtime_error(contestant + ": " + error.what());
+        throw std::runtime_error(contestant.name + ": " + error.what());
     }
 }
 
 } // namespace
 
-std::vector<Series> race(std::vector<Racer> racers, Rounds rounds,
+std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Rounds rounds,
                          const std::function<double(pid_t)>& measure) {
     std::vector<Series> results;
-    for (const auto& racer : racers) {
-        results.push_back({racer.name, {}});
+    for (const auto& contestant : contestants) {
+        results.push_back({contestant.name, {}});
     }
     for (int block = 0; block < rounds.blocks; ++block) {
-        for (const auto& racer : racers) {
-            racer.run([&](pid_t process) {
-                runRounds(
-                    racer.name, rounds.perBlock, [&] { return measure(process); },
-                    seriesOf(results, racer.name));
-            });
+        for (const auto& contestant : contestants) {
+            runBlock(arena, contestant, rounds.perBlock, measure,
+                     seriesOf(results, contestant.name));
         }
-        std::rotate(racers.begin(), racers.begin() + 1, racers.end());
+        std::rotate(contestants.begin(), contestants.begin() + 1, contestants.end());
     }
     return results;
 }

@@ -1,13 +1,8 @@
 #pragma once
 
+#include "comparison/Arena.h"
+#include "comparison/Contestant.h"
 #include "comparison/Table.h"
-
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include <sys/types.h>
 
 namespace hollowfernpike::bench {
 
@@ -15,15 +10,6 @@ namespace hollowfernpike::bench {
 struct Rounds {
     int blocks = 0;
     int perBlock = 0;
-};
-
-/// A contestant that is ready to be started.
-struct Racer {
-    std::string name;
-
-    /// Starts it, calls the argument with its process, and ends it. It holds the combination
-    /// meanwhile, and not a moment longer.
-    std::function<void(const std::function<void(pid_t)>&)> run;
 };
 
 /// What one contestant took, in seconds.
@@ -36,7 +22,7 @@ struct Series {
 /// few rounds, in another order than in the block before, so that no contestant disturbs another
 /// and changes of the machine's speed affect all alike. The first 2 rounds after each start do not
 /// count. `measure` is given the contestant's process and returns seconds.
-std::vector<Series> race(std::vector<Racer> racers, Rounds rounds,
+std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Rounds rounds,
                          const std::function<double(pid_t)>& measure);
 
 /// How the figures were measured, for their readers.

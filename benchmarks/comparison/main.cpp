@@ -1,4 +1,4 @@
-// Measures what the program costs: single functions, then the whole program on private desktops,
+// Measures what the program costs: single functions, then the whole program on a private desktop,
 // its key presses side by side with other hotkey tools. Ends with 0 unless something could not be
 // measured; a missed budget does not count.
 
@@ -7,7 +7,6 @@
 #include "comparison/Parts.h"
 #include "comparison/Residence.h"
 #include "comparison/Windows.h"
-#include "comparison/sway/Sway.h"
 #include "support/BareEnvironment.h"
 
 #include <algorithm>
@@ -47,8 +46,8 @@ struct Section {
     std::function<void(Table&, const Effort&)> measure;
 };
 
-const std::array<Section, 6>& sections() {
-    static const std::array<Section, 6> all{{
+const std::array<Section, 5>& sections() {
+    static const std::array<Section, 5> all{{
         {"parts",
          [](auto& table, const auto& effort) {
              measureParts(table, effort.repetitions, effort.atLeast);
@@ -57,14 +56,8 @@ const std::array<Section, 6>& sections() {
          [](auto& table, const auto& effort) { measureActivation(table, effort.activation); }},
         {"launch", [](auto& table, const auto& effort) { measureLaunch(table, effort.launch); }},
         {"residence",
-         [](auto& table, const auto& effort) { measureResidenceOnX11(table, effort.residence); }},
+         [](auto& table, const auto& effort) { measureResidence(table, effort.residence); }},
         {"windows", [](auto& table, const auto& effort) { measureWindows(table, effort.windows); }},
-        {"sway",
-         [](auto& table, const auto& effort) {
-             measureActivationOnSway(table, effort.activation);
-             measureLaunchOnSway(table, effort.launch);
-             measureResidenceOnSway(table, effort.residence);
-         }},
     }};
     return all;
 }
@@ -100,7 +93,7 @@ int main(int count, char** arguments) {
     std::vector<std::string_view> names(arguments + 1, arguments + count);
     const bool isQuick = std::erase(names, "--quick") != 0;
     if (!std::ranges::all_of(names, isKnown)) {
-        std::fputs("usage: bench [--quick] [parts|activation|launch|residence|windows|sway]...\n",
+        std::fputs("usage: bench [--quick] [parts|activation|launch|residence|windows]...\n",
                    stderr);
         return 2;
     }

@@ -6,8 +6,7 @@
 //   handed-over PID          the process that goes on, with --hand-over
 //   window N                 a window was made, the Nth of this process
 //   mapped N                 the compositor has got its picture
-//   focus-in N TIME          it has the keys since TIME, in nanoseconds of the monotonic clock
-//   focus-out N              it has them no longer
+//   focus-in N, focus-out N  it has the keys, or no longer
 //   key-down KEYCODE STATE, key-up KEYCODE STATE
 //
 // KEYCODE is the number in the keyboard map, 8 more than the kernel's; STATE is a sum of modifiers
@@ -24,7 +23,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -228,16 +226,9 @@ private:
     }
 
     // A window that this client has just taken away has no surface here any more.
-    static void onEnter(wl_surface* surface) {
-        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    static void onFocus(const char* format, wl_surface* surface) {
         if (const auto* const window = WaylandWindow::of(surface)) {
-            tell("focus-in %d %lld", window->number(),
-                 static_cast<long long>(std::chrono::nanoseconds{now}.count()));
-        }
-    }
-    static void onLeave(wl_surface* surface) {
-        if (const auto* const window = WaylandWindow::of(surface)) {
-            tell("focus-out %d", window->number());
+            tell(format, window->number());
         }
     }
 
@@ -255,9 +246,10 @@ private:
             .keymap = [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*format*/,
                          std::int32_t file, std::uint32_t /*size*/) { ::close(file); },
             .enter = [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-                        wl_surface* surface, wl_array* /*heldKeys*/) { onEnter(surface); },
+                        wl_surface* surface,
+                        wl_array* /*heldKeys*/) { onFocus("focus-in %d", surface); },
             .leave = [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-                        wl_surface* surface) { onLeave(surface); },
+                        wl_surface* surface) { onFocus("focus-out %d", surface); },
             .key = [](void* data, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
                       std::uint32_t /*time*/, std::uint32_t key,
                       std::uint32_t state) { self(data).onKey(key, state); },
