@@ -1,5 +1,8 @@
 #include "comparison/Activation.h"
 
+#include "comparison/Arena.h"
+#include "comparison/Contestant.h"
+
 #include <array>
 #include <optional>
 
@@ -27,7 +30,7 @@ public:
     explicit ActivationScene(const std::string& windowManager) : arena_(windowManager) {}
 
     std::vector<Series> race(Rounds rounds) {
-        return bench::race(arena_, contestants(), rounds, [this](pid_t process) {
+        return bench::race(racersOn(arena_.desktop, contestants()), rounds, [this](pid_t process) {
             arena_.bringToFront(other_);
             arena_.settle(process);
             return arena_.timePress([this] { return whenInFront(target_); });
@@ -45,7 +48,7 @@ private:
         const auto& desktop = arena_.desktop;
         const std::string windowControl = "wmctrl -x -a Target.Target";
         return {
-            ours(desktop, {entry_, "Target"}),
+            ours(desktop, application_),
             sxhkd(desktop, "sxhkd + wmctrl", windowControl),
             xbindkeys(desktop, "xbindkeys + wmctrl", windowControl),
             sxhkd(desktop, "sxhkd + xdotool", "xdotool search --class Target windowactivate"),
@@ -58,7 +61,7 @@ private:
     }
 
     Arena arena_;
-    std::filesystem::path entry_ = arena_.install("Target", arena_.programFile("Target"));
+    InstalledApplication application_ = arena_.install("Target", arena_.programFile("Target"));
     xcb_window_t target_ = arena_.open("Target");
     xcb_window_t other_ = arena_.open("Other");
 };

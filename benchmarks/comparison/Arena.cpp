@@ -1,11 +1,9 @@
 #include "comparison/Arena.h"
 
-#include "comparison/Contestant.h"
 #include "comparison/Processes.h"
 #include "support/WaitUntil.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -27,28 +25,6 @@ std::vector<xcb_window_t> mappedWindows(const std::string& account) {
     return windows;
 }
 
-/// Keys that are held down until this is destroyed.
-class Held {
-public:
-    Held(test::KeyInjector& keyboard, std::vector<std::string> modifiers)
-        : keyboard_(keyboard), modifiers_(std::move(modifiers)) {
-        for (const auto& modifier : modifiers_) {
-            keyboard_.press(modifier);
-        }
-    }
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-    ~Held() {
-        for (auto modifier = modifiers_.rbegin(); modifier != modifiers_.rend(); ++modifier) {
-            keyboard_.release(*modifier);
-        }
-    }
-
-private:
-    test::KeyInjector& keyboard_;
-    std::vector<std::string> modifiers_;
-};
-
 } // namespace
 
 Arena::Arena(const std::string& windowManager) : desktop(windowManager) {
@@ -64,11 +40,8 @@ Arena::Arena(const std::string& windowManager) : desktop(windowManager) {
     keyboard.strike({combination.keyName()});
 }
 
-std::filesystem::path Arena::install(const std::string& name, const std::string& exec) const {
-    auto file = desktop.applications() / (name + ".desktop");
-    std::ofstream{file} << "[Desktop Entry]\nType=Application\nName=" << name
-                        << "\nStartupWMClass=" << name << "\nExec=" << exec << '\n';
-    return file;
+InstalledApplication Arena::install(const std::string& name, const std::string& exec) const {
+    return bench::install(desktop.applications(), name, exec);
 }
 
 std::filesystem::path Arena::programFile(const std::string& name) const {
@@ -107,20 +80,9 @@ void Arena::settle(pid_t process) {
     bench::settle(desktop, process);
 }
 
-double Arena::timePress(const std::function<std::optional<Clock::time_point>()>& arrival) {
-    auto modifiers = combination.keys();
-    modifiers.pop_back();
-    const Held held(keyboard, modifiers);
-    const auto key = keyboard.keycode(combination.keyName());
-    front.forget();
-    const auto start = Clock::now();
-    keyboard.press(key);
-    const auto end = arrival();
-    keyboard.release(key);
-    if (!end) {
-        throw std::runtime_error("a press of the combination had no effect");
-    }
-    return std::chrono::duration<double>(*end - start).count();
+double Arena::timePress(const Arrival& arrival) {
+    return bench::timePress(
+        keyboard, keyboard.keycode(combination.keyName()), [this] { front.forget(); }, arrival);
 }
 
 } // namespace hollowfernpike::bench

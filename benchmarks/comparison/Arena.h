@@ -1,12 +1,12 @@
 #pragma once
 
+#include "comparison/KeyPress.h"
+#include "comparison/Shortcuts.h"
 #include "desktop/FrontWatch.h"
 #include "desktop/Pager.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,9 +24,8 @@ public:
     test::KeyInjector keyboard{desktop.display()};
     test::FrontWatch front{desktop.display()};
 
-    /// Writes an entry for a program and returns the entry's path; `name` is also the class of its
-    /// windows.
-    std::filesystem::path install(const std::string& name, const std::string& exec) const;
+    /// Writes an entry for a program; `name` is also the class of its windows.
+    InstalledApplication install(const std::string& name, const std::string& exec) const;
 
     /// Where open() puts the program of that name. Each program is a copy in a file of its own,
     /// because programs may be told apart by their files.
@@ -41,10 +40,8 @@ public:
     /// Waits until nothing is at work: the X server, the window manager and `process` all sleep.
     void settle(pid_t process);
 
-    /// Holds the combination's modifiers, presses its key and calls `arrival`, which waits for the
-    /// effect and returns its time. Returns the seconds from the press to the effect. Throws
-    /// std::runtime_error if `arrival` returns nothing.
-    double timePress(const std::function<std::optional<Clock::time_point>()>& arrival);
+    /// The seconds from a press of the combination to its effect.
+    double timePress(const Arrival& arrival);
 
 private:
     std::vector<std::unique_ptr<test::ChildProcess>> programs_;

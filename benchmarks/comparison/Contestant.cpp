@@ -3,32 +3,14 @@
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
+#include <algorithm>
 #include <csignal>
+#include <iterator>
 #include <stdexcept>
-
-#include <nlohmann/json.hpp>
 
 namespace hollowfernpike::bench {
 
 namespace {
-
-nlohmann::json shortcut(const std::string& identifier, const test::Combination& keys,
-                        const InstalledApplication& application) {
-    return {{"id", identifier},
-            {"keyCode", keys.keyCode},
-            {"modifierFlags", keys.modifierFlags},
-            {"appPath", application.entry},
-            {"appName", application.name},
-            {"appBundleIdentifier", application.name}};
-}
-
-std::string shortcutList(const InstalledApplication& application) {
-    const InstalledApplication missing{"/nonexistent.desktop", "Missing"};
-    return nlohmann::json::array(
-               {shortcut("00000000-0000-4000-8000-000000000001", combination, application),
-                shortcut("00000000-0000-4000-8000-000000000002", interlude, missing)})
-        .dump();
-}
 
 test::KeyGrab grabOf(const std::string& display) {
     return {test::KeyInjector{display}.keycode(combination.keyName()), combination.modifierState()};
@@ -38,7 +20,7 @@ test::KeyGrab grabOf(const std::string& display) {
 
 Contestant ours(const test::PrivateDesktop& desktop, const InstalledApplication& application) {
     return {.name = "hollowfernpike",
-            .file = desktop.dataHome() / "Hollowfernpike" / "shortcuts.json",
+            .file = shortcutsFile(desktop.dataHome()),
             .configuration = shortcutList(application),
             .arguments = {HFP_PROGRAM}};
 }
@@ -80,6 +62,19 @@ RunningContestant::~RunningContestant() {
 
 bool RunningContestant::holdsCombination() {
     return prober_.areTaken({grab_});
+}
+
+std::vector<Racer> racersOn(const test::PrivateDesktop& desktop,
+                            const std::vector<Contestant>& contestants) {
+    std::vector<Racer> racers;
+    std::ranges::transform(
+        contestants, std::back_inserter(racers), [&desktop](const Contestant& contestant) {
+            return Racer{.name = contestant.name, .run = [&desktop, contestant](const auto& race) {
+                             const RunningContestant running(desktop, contestant);
+                             race(running.pid());
+                         }};
+        });
+    return racers;
 }
 
 } // namespace hollowfernpike::bench

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "desktop/Combination.h"
+#include "comparison/Race.h"
+#include "comparison/Shortcuts.h"
 #include "support/KeyInjector.h"
 #include "support/PrivateDesktop.h"
 #include "support/XClient.h"
@@ -11,19 +12,6 @@
 #include <vector>
 
 namespace hollowfernpike::bench {
-
-/// The combination that every contestant waits for.
-inline const test::Combination combination{7, test::control | test::option};
-
-/// Another combination, which launches nothing. It is struck between two presses of `combination`,
-/// because in quick succession those count as one held key, for which we launch only once.
-inline const test::Combination interlude{8, test::control | test::option};
-
-/// An application as the desktop has it installed.
-struct InstalledApplication {
-    std::filesystem::path entry;
-    std::string name; ///< also its identifier
-};
 
 /// A program that acts on the combination: how to configure and to start it.
 struct Contestant {
@@ -61,5 +49,9 @@ private:
     test::KeyGrab grab_;
     std::unique_ptr<test::ChildProcess> process_;
 };
+
+/// The contestants as they race on that desktop, which must outlive them.
+std::vector<Racer> racersOn(const test::PrivateDesktop& desktop,
+                            const std::vector<Contestant>& contestants);
 
 } // namespace hollowfernpike::bench

@@ -52,13 +52,12 @@ bool isAsleep(pid_t process) {
 
 } // namespace
 
-void settle(test::PrivateDesktop& desktop, pid_t process) {
+void settle(const std::vector<pid_t>& processes) {
     int quietLooks = 0;
     auto quietSince = Clock::now();
     const auto isQuiet = [&] {
         const auto now = Clock::now();
-        const bool asleep = isAsleep(process) && isAsleep(desktop.windowManager().pid()) &&
-                            isAsleep(desktop.virtualDisplay().server().pid());
+        const bool asleep = std::ranges::all_of(processes, isAsleep);
         if (!asleep || quietLooks == 0) {
             quietSince = now;
         }
@@ -68,6 +67,10 @@ void settle(test::PrivateDesktop& desktop, pid_t process) {
     if (!test::waitUntil(isQuiet)) {
         throw std::runtime_error("the desktop does not come to rest");
     }
+}
+
+void settle(test::PrivateDesktop& desktop, pid_t process) {
+    settle({process, desktop.windowManager().pid(), desktop.virtualDisplay().server().pid()});
 }
 
 std::int64_t contextSwitches(pid_t process) {

@@ -3,10 +3,15 @@
 #include "support/PrivateDesktop.h"
 
 #include <cstdint>
+#include <vector>
 
 #include <sys/types.h>
 
 namespace hollowfernpike::bench {
+
+/// Waits until nothing is at work: all these processes sleep. Throws std::runtime_error if that
+/// does not happen.
+void settle(const std::vector<pid_t>& processes);
 
 /// Waits until nothing is at work: the X server, the window manager and `process` all sleep.
 /// Throws std::runtime_error if that does not happen.

@@ -16,35 +16,37 @@ Series& seriesOf(std::vector<Series>& results, const std::string& contestant) {
     return *std::ranges::find(results, contestant, &Series::contestant);
 }
 
-void runBlock(Arena& arena, const Contestant& contestant, int rounds,
-              const std::function<double(pid_t)>& measure, Series& series) {
-    const RunningContestant running(arena.desktop, contestant);
+void runRounds(const std::string& contestant, int rounds, const std::function<double()>& measure,
+               Series& series) {
     try {
         for (int round = -warmUps; round < rounds; ++round) {
-            const double seconds = measure(running.pid());
+            const double seconds = measure();
             if (round >= 0) {
                 series.seconds.push_back(seconds);
             }
         }
     } catch (const std::runtime_error& error) {
-        throw std::runtime_error(contestant.name + ": " + error.what());
+        throw std::runtime_error(contestant + ": " + error.what());
     }
 }
 
 } // namespace
 
-std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Rounds rounds,
+std::vector<Series> race(std::vector<Racer> racers, Rounds rounds,
                          const std::function<double(pid_t)>& measure) {
     std::vector<Series> results;
-    for (const auto& contestant : contestants) {
-        results.push_back({contestant.name, {}});
+    for (const auto& racer : racers) {
+        results.push_back({racer.name, {}});
     }
     for (int block = 0; block < rounds.blocks; ++block) {
-        for (const auto& contestant : contestants) {
-            runBlock(arena, contestant, rounds.perBlock, measure,
-                     seriesOf(results, contestant.name));
+        for (const auto& racer : racers) {
+            racer.run([&](pid_t process) {
+                runRounds(
+                    racer.name, rounds.perBlock, [&] { return measure(process); },
+                    seriesOf(results, racer.name));
+            });
         }
-        std::rotate(contestants.begin(), contestants.begin() + 1, contestants.end());
+        std::rotate(racers.begin(), racers.begin() + 1, racers.end());
     }
     return results;
 }
@@ -54,14 +56,18 @@ std::string fairness(Rounds rounds) {
            std::to_string(rounds.perBlock) + " with nobody else running; peers use a light shell";
 }
 
+void report(Table& table, const Series& series) {
+    table.add({.what = series.contestant,
+               .value = median(series.seconds),
+               .percentile95 = percentile95(series.seconds),
+               .budget = {}});
+}
+
 void report(Table& table, const std::vector<Series>& results, std::optional<double> budget) {
     std::vector<double> medians;
     for (const auto& series : results) {
         medians.push_back(median(series.seconds));
-        table.add({.what = series.contestant,
-                   .value = medians.back(),
-                   .percentile95 = percentile95(series.seconds),
-                   .budget = {}});
+        report(table, series);
     }
     const auto bestPeer = std::ranges::min(std::span(medians).subspan(1));
     table.add({.what = "ratio to the best peer",

@@ -1,8 +1,13 @@
 #pragma once
 
-#include "comparison/Arena.h"
-#include "comparison/Contestant.h"
 #include "comparison/Table.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
 
 namespace hollowfernpike::bench {
 
@@ -10,6 +15,15 @@ namespace hollowfernpike::bench {
 struct Rounds {
     int blocks = 0;
     int perBlock = 0;
+};
+
+/// A contestant that is ready to be started.
+struct Racer {
+    std::string name;
+
+    /// Starts it, calls the argument with its process, and ends it. It holds the combination
+    /// meanwhile, and not a moment longer.
+    std::function<void(const std::function<void(pid_t)>&)> run;
 };
 
 /// What one contestant took, in seconds.
@@ -22,11 +36,14 @@ struct Series {
 /// few rounds, in another order than in the block before, so that no contestant disturbs another
 /// and changes of the machine's speed affect all alike. The first 2 rounds after each start do not
 /// count. `measure` is given the contestant's process and returns seconds.
-std::vector<Series> race(Arena& arena, std::vector<Contestant> contestants, Rounds rounds,
+std::vector<Series> race(std::vector<Racer> racers, Rounds rounds,
                          const std::function<double(pid_t)>& measure);
 
 /// How the figures were measured, for their readers.
 std::string fairness(Rounds rounds);
+
+/// Adds median and 95th percentile of the series.
+void report(Table& table, const Series& series);
 
 /// Adds all series, and our median divided by the best peer's. The first series is ours.
 void report(Table& table, const std::vector<Series>& results, std::optional<double> budget);

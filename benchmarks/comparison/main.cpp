@@ -1,4 +1,4 @@
-// Measures what the program costs: single functions, then the whole program on a private desktop,
+// Measures what the program costs: single functions, then the whole program on private desktops,
 // its key presses side by side with other hotkey tools. Ends with 0 unless something could not be
 // measured; a missed budget does not count.
 
@@ -56,7 +56,7 @@ const std::array<Section, 5>& sections() {
          [](auto& table, const auto& effort) { measureActivation(table, effort.activation); }},
         {"launch", [](auto& table, const auto& effort) { measureLaunch(table, effort.launch); }},
         {"residence",
-         [](auto& table, const auto& effort) { measureResidence(table, effort.residence); }},
+         [](auto& table, const auto& effort) { measureResidenceOnX11(table, effort.residence); }},
         {"windows", [](auto& table, const auto& effort) { measureWindows(table, effort.windows); }},
     }};
     return all;
