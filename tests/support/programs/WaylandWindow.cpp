@@ -6,7 +6,8 @@
 //   handed-over PID          the process that goes on, with --hand-over
 //   window N                 a window was made, the Nth of this process
 //   mapped N                 the compositor has got its picture
-//   focus-in N, focus-out N  it has the keys, or no longer
+//   focus-in N TIME          it has the keys since TIME, in nanoseconds of the monotonic clock
+//   focus-out N              it has them no longer
 //   key-down KEYCODE STATE, key-up KEYCODE STATE
 //
 // KEYCODE is the number in the keyboard map, 8 more than the kernel's; STATE is a sum of modifiers
@@ -23,6 +24,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -226,9 +228,16 @@ private:
     }
 
     // A window that this client has just taken away has no surface here any more.
-    static void onFocus(const char* format, wl_surface* surface) {
+    static void onEnter(wl_surface* surface) {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
         if (const auto* const window = WaylandWindow::of(surface)) {
-            tell(format, window->number());
+            tell("focus-in %d %lld", window->number(),
+                 static_cast<long long>(std::chrono::nanoseconds{now}.count()));
+        }
+    }
+    static void onLeave(wl_surface* surface) {
+        if (const auto* const window = WaylandWindow::of(surface)) {
+            tell("focus-out %d", window->number());
         }
     }
 
@@ -246,10 +255,9 @@ private:
             .keymap = [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*format*/,
                          std::int32_t file, std::uint32_t /*size*/) { ::close(file); },
             .enter = [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-                        wl_surface* surface,
-                        wl_array* /*heldKeys*/) { onFocus("focus-in %d", surface); },
+                        wl_surface* surface, wl_array* /*heldKeys*/) { onEnter(surface); },
             .leave = [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-                        wl_surface* surface) { onFocus("focus-out %d", surface); },
+                        wl_surface* surface) { onLeave(surface); },
             .key = [](void* data, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
                       std::uint32_t /*time*/, std::uint32_t key,
                       std::uint32_t state) { self(data).onKey(key, state); },
