@@ -7,6 +7,7 @@
 #include "comparison/Parts.h"
 #include "comparison/Residence.h"
 #include "comparison/Windows.h"
+#include "comparison/sway/Sway.h"
 #include "support/BareEnvironment.h"
 
 #include <algorithm>
@@ -46,8 +47,8 @@ struct Section {
     std::function<void(Table&, const Effort&)> measure;
 };
 
-const std::array<Section, 5>& sections() {
-    static const std::array<Section, 5> all{{
+const std::array<Section, 6>& sections() {
+    static const std::array<Section, 6> all{{
         {"parts",
          [](auto& table, const auto& effort) {
              measureParts(table, effort.repetitions, effort.atLeast);
@@ -58,6 +59,12 @@ const std::array<Section, 5>& sections() {
         {"residence",
          [](auto& table, const auto& effort) { measureResidenceOnX11(table, effort.residence); }},
         {"windows", [](auto& table, const auto& effort) { measureWindows(table, effort.windows); }},
+        {"sway",
+         [](auto& table, const auto& effort) {
+             measureActivationOnSway(table, effort.activation);
+             measureLaunchOnSway(table, effort.launch);
+             measureResidenceOnSway(table, effort.residence);
+         }},
     }};
     return all;
 }
@@ -93,7 +100,7 @@ int main(int count, char** arguments) {
     std::vector<std::string_view> names(arguments + 1, arguments + count);
     const bool isQuick = std::erase(names, "--quick") != 0;
     if (!std::ranges::all_of(names, isKnown)) {
-        std::fputs("usage: bench [--quick] [parts|activation|launch|residence|windows]...\n",
+        std::fputs("usage: bench [--quick] [parts|activation|launch|residence|windows|sway]...\n",
                    stderr);
         return 2;
     }

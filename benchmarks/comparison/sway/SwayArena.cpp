@@ -1,0 +1,52 @@
+#include "comparison/sway/SwayArena.h"
+
+#include "comparison/Processes.h"
+#include "comparison/Shortcuts.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace hollowfernpike::bench {
+
+test::Application& SwayArena::open(const std::string& name, int windows,
+                                   std::vector<std::string> options) {
+    const test::ApplicationPlace place{.home = desktop.home(),
+                                       .applications = desktop.applications(),
+                                       .environment = desktop.environment(),
+                                       .windowProgram = HFP_WAYLAND_WINDOW};
+    options.insert(options.end(), {"--windows", std::to_string(windows)});
+    auto& application = *applications_.emplace_back(std::make_unique<test::Application>(
+        place, name, test::ApplicationTraits{.options = std::move(options)}));
+    auto& program = application.start();
+    if (!test::waitUntil([&] { return windowsOf(name) >= windows; })) {
+        throw std::runtime_error(name + " shows no window: " + program.errors());
+    }
+    return application;
+}
+
+int SwayArena::windowsOf(const std::string& name) const {
+    return static_cast<int>(
+        std::ranges::count(pager.windows(), name, &test::SwayWindow::applicationId));
+}
+
+void SwayArena::bringToFront(const test::Application& application) {
+    const auto process = application.copies().at(0);
+    pager.focus(process);
+    if (!test::waitUntil([&] { return pager.focusedProcess() == process; })) {
+        throw std::runtime_error("sway brings no window to the front");
+    }
+}
+
+void SwayArena::settle(pid_t process) {
+    bench::settle({process, desktop.sway().pid()});
+}
+
+// Sway's work on the modifiers is done before the press.
+double SwayArena::timePress(const Arrival& arrival) {
+    return bench::timePress(
+        keyboard, combination.keyName(), [this] { keyboard.sync(); }, arrival);
+}
+
+} // namespace hollowfernpike::bench
