@@ -138,6 +138,12 @@ TEST(UserBindingsTest, ABraceMayStandAloneOrAtTheEndOfALine) {
                 ElementsAre(superX, superCode));
 }
 
+TEST(UserBindingsTest, ABraceThatSwayLeavesOutIsUnderstood) {
+    EXPECT_THAT(read("bindsym --release\n Mod4+x kill\n}\nmode resize\nbindsym Mod4+y kill\n}\n"
+                     "bindcode Mod4+53 kill"),
+                ElementsAre(superX, superCode));
+}
+
 TEST(UserBindingsTest, ARemarkEndsWithItsLine) {
     EXPECT_THAT(read("# a folder \\\nbindsym Mod4+x kill"), ElementsAre(superX));
 }

@@ -56,6 +56,17 @@ bool isFlag(const std::string& word) {
     return word.starts_with("--");
 }
 
+/// Whether a block begins there whose brace stood on the next line: sway leaves such a line out of
+/// the text that it tells.
+bool lacksBrace(const Words& words) {
+    const auto arguments =
+        std::ranges::count_if(words, [](const auto& word) { return !isFlag(word); });
+    const bool binds =
+        !words.empty() && (is(words.front(), "bindsym") || is(words.front(), "bindcode"));
+    const bool isMode = !words.empty() && is(words.front(), "mode");
+    return (binds && arguments == 1) || (isMode && arguments == 2);
+}
+
 /// A binding and its flags, such as "--release": sway keeps one for the press and one for the
 /// release of the same keys.
 struct Line {
@@ -90,10 +101,11 @@ public:
 private:
     void readLine(Words words) {
         const bool endsBlock = words.back() == "}";
-        const bool beginsBlock = words.back() == "{";
-        if (endsBlock || beginsBlock) {
+        const bool hasBrace = words.back() == "{";
+        if (endsBlock || hasBrace) {
             words.pop_back();
         }
+        const bool beginsBlock = hasBrace || lacksBrace(words);
         if (beginsBlock) {
             blocks_.push_back(inBlock(words));
         } else if (const auto whole = inBlock(words); !words.empty()) {

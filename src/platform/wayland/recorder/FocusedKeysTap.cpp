@@ -50,11 +50,13 @@ void FocusedKeysTap::stop() {
     disconnect(qGuiApp, nullptr, this, nullptr);
     inhibitor_.reset();
     window_ = nullptr;
+    hasListened_ = false;
 }
 
 void FocusedKeysTap::listenTo(QWindow* window) {
-    auto* const surface = window == nullptr || window_ != nullptr ? nullptr : surfaceOf(*window);
+    auto* const surface = window == nullptr || hasListened_ ? nullptr : surfaceOf(*window);
     if (surface != nullptr) {
+        hasListened_ = true;
         window_ = window;
         inhibitor_.emplace(surface);
     }

@@ -38,6 +38,7 @@ private:
 
     Listener listener_;
     QPointer<QWindow> window_; ///< the first that had the focus
+    bool hasListened_ = false; ///< to such a window, be it closed by now
     std::optional<ShortcutsInhibitor> inhibitor_;
     quint64 lastTime_ = 0; ///< of the press that was seen last
     quint32 lastScanCode_ = 0;
