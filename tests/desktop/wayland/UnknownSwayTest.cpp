@@ -86,6 +86,20 @@ TEST_F(UnknownSwayTest, ItTellsOnceThoughItsWindowAsksAgain) {
     EXPECT_EQ(timesIn(story.utility().errors(), told.english), 1) << story.utilityTells();
 }
 
+// It may come back to ask again, but not for the keys: that is whatever somebody is typing.
+TEST_F(UnknownSwayTest, ADismissedQuestionTakesNoKeysLater) {
+    constexpr auto longerThanItWaits = 8s;
+    start();
+    ASSERT_TRUE(waitUntil([this] { return hasWindow(std::string{words.titles.alert}); }));
+    story.pager.close(story.utility().pid());
+    ASSERT_TRUE(isGone(std::string{words.titles.alert}));
+    ASSERT_TRUE(story.switchTo(front));
+    const auto takesKeys = [this] { return story.pager.focusedProcess() == story.utility().pid(); };
+    EXPECT_FALSE(waitUntil(takesKeys, longerThanItWaits));
+    EXPECT_TRUE(story.getsKeys(front, 5s));
+    end();
+}
+
 TEST_F(UnknownSwayTest, ASessionWithoutANameHasNone) {
     start(std::nullopt);
     end();
