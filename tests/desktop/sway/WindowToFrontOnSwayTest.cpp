@@ -1,6 +1,8 @@
 #include "desktop/sway/KeyboardUserOnSway.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 
+#include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -142,6 +144,34 @@ TEST_F(WindowToFrontOnSwayTest, AnEditorStaysWhereItIs) {
     story.pager.run("[title=\"" + std::string{editTitle} + "\"] focus");
     dialogComes(words.titles.editing);
     strikeAndLeave(words.titles.editing, "ESC");
+}
+
+/// The program as a user's configuration starts it: by sway. Its session bus is that of others.
+class StartedBySwayTest : public testing::Test {
+protected:
+    SwayStory story;
+
+    void start() const {
+        const auto ground = story.desktop.commonGround();
+        story.pager.run("exec env XDG_DATA_HOME=" + (ground / "data").string() +
+                        " DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"
+                        " QT_LOGGING_RULES=hollowfernpike.keys.debug=true " HFP_PROGRAM " 2>>" +
+                        log().string());
+    }
+    std::filesystem::path log() const { return story.desktop.commonGround() / "log"; }
+};
+
+// For a minute sway opens the first window of what it has started on the workspace of that start.
+TEST_F(StartedBySwayTest, ItsWindowIsSeenAlsoFromAnotherWorkspace) {
+    start();
+    ASSERT_TRUE(waitUntil([this] { return contentsOf(log()).find("bound") != std::string::npos; }))
+        << contentsOf(log());
+    story.pager.goToWorkspace("2");
+    start();
+    ASSERT_TRUE(waitUntil([this] { return !story.pager.windows().empty(); })) << contentsOf(log());
+    const auto window = [this] { return story.pager.windows().at(0); };
+    EXPECT_TRUE(waitUntil([&] { return window().isVisible && window().isFocused; }))
+        << "it is on workspace " << window().workspace;
 }
 
 } // namespace
