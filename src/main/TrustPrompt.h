@@ -11,8 +11,8 @@
 namespace hollowfernpike {
 
 /// Asks the desktop whether it trusts us. A prompt opens a window that says what is missing, and
-/// writes that to standard error unless the last prompt wrote the same. Closes the window once
-/// nothing is missing.
+/// writes that to standard error unless the last prompt wrote the same. Where that cannot change,
+/// the window opens once. Closes the window once nothing is missing.
 class TrustPrompt final : public platform::AccessibilityTrust {
 public:
     /// The desktop outlives this.
@@ -38,10 +38,13 @@ private:
     }
 
     void show(const platform::LocalizedError& problem) {
-        if (std::exchange(told_, problem.english()) != problem.english()) {
+        const bool isNew = std::exchange(told_, problem.english()) != problem.english();
+        if (isNew) {
             tell(problem);
         }
-        window_.show(problem);
+        if (isNew || desktop_.mayBecomeTrusted()) {
+            window_.show(problem);
+        }
     }
 
     platform::Desktop& desktop_;

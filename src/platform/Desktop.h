@@ -26,6 +26,9 @@ public:
     /// it; absent if we can. Asked anew each time: the answer may change while the process runs.
     virtual std::optional<LocalizedError> trustProblem() = 0;
 
+    /// Whether trustProblem() may go away while the session lasts.
+    virtual bool mayBecomeTrusted() = 0;
+
     virtual EventTaps& eventTaps() = 0;
     virtual Windows& windows() = 0;
     virtual OwnWindows& ownWindows() = 0;

@@ -69,6 +69,7 @@ public:
                 " does not answer. Restart sway, or check the environment variable SWAYSOCK."};
     }
 
+    bool mayBecomeTrusted() override { return true; }
     platform::EventTaps& eventTaps() override { return eventTaps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }

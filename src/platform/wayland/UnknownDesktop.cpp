@@ -61,6 +61,7 @@ public:
                 "Here the shortcuts can be looked at, deleted, exported and imported."};
     }
 
+    bool mayBecomeTrusted() override { return false; }
     platform::EventTaps& eventTaps() override { return taps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }

@@ -29,6 +29,7 @@ public:
         return problem ? std::optional(trustMessage(*problem)) : std::nullopt;
     }
 
+    bool mayBecomeTrusted() override { return true; }
     platform::EventTaps& eventTaps() override { return eventTaps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
