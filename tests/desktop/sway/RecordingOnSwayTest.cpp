@@ -94,7 +94,7 @@ TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheEditorIsClosed) {
 TEST_F(RecordingOnSwayTest, AfterAnEditorWasClosedWhileItRecordedAnotherRecords) {
     closeEditor();
     ASSERT_TRUE(isFocused(managementTitle));
-    ASSERT_TRUE(beginToRecord());
+    ASSERT_TRUE(beginToRecord(0)) << "its button has kept the focus";
     story.strike(swaysOwn);
     ASSERT_TRUE(hasRecorded());
     EXPECT_FALSE(std::filesystem::exists(told()));

@@ -54,8 +54,8 @@ void WindowOnSwayStory::chooseAfter(int tabs) {
     story.keyboard.strike({"SPCE"});
 }
 
-testing::AssertionResult WindowOnSwayStory::beginToRecord() {
-    chooseAfter(1);
+testing::AssertionResult WindowOnSwayStory::beginToRecord(int tabsToEdit) {
+    chooseAfter(tabsToEdit);
     if (const auto opened = isFocused(editTitle); !opened) {
         return opened;
     }

@@ -45,8 +45,8 @@ public:
     /// Presses Tab so often, then the space bar.
     void chooseAfter(int tabs);
 
-    /// Opens the editor of the first card and begins to record.
-    testing::AssertionResult beginToRecord();
+    /// Opens the editor of the first card, whose button is so many Tabs away, and begins to record.
+    testing::AssertionResult beginToRecord(int tabsToEdit = 1);
 
     /// How often the log has told that it records, and has sway's combinations as well.
     std::size_t recordings() { return timesTold(recordingBegins); }
