@@ -19,8 +19,9 @@ public:
 
     const std::string& path() const { return path_; }
 
-    /// The answer, a JSON text. Waits for it for a second at most; absent if sway cannot be asked.
-    /// After sway has let it wait in vain, this does not wait again for some seconds.
+    /// The answer, a JSON text. Waits for it no longer than IpcSocket::patience; absent if sway
+    /// cannot be asked. After sway has let it wait in vain, this does not wait again for some
+    /// seconds.
     std::optional<std::string> ask(IpcKind kind, std::string_view payload = {});
 
     /// Has sway execute the commands, separated by semicolons. Does not wait until it has; false if

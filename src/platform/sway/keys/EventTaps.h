@@ -5,7 +5,8 @@
 
 namespace hollowfernpike::sway {
 
-/// Active taps by sway's bindings, listen-only ones on our own focused window. Main thread only.
+/// Active taps by sway's bindings, of which there may be one at a time; listen-only ones on our own
+/// focused window. Main thread only.
 class EventTaps final : public platform::EventTaps {
 public:
     explicit EventTaps(const BindingTap::Services& services) : services_(services) {}
