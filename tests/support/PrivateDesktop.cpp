@@ -150,15 +150,7 @@ PrivateDesktop::start(const std::vector<std::string>& arguments) const {
 }
 
 std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::string>& arguments) {
-    std::vector<std::string> line{"gdbus",      "call",     "--session",  "--timeout",
-                                  "20",         "--dest",   arguments[0], "--object-path",
-                                  arguments[1], "--method", arguments[2], "--"};
-    line.insert(line.end(), arguments.begin() + 3, arguments.end());
-    const auto caller = desktop.start(line);
-    if (caller->wait() != 0) {
-        throw std::runtime_error(arguments[2] + ": " + caller->errors());
-    }
-    return caller->output();
+    return callOnBus(desktop.environment(), arguments);
 }
 
 } // namespace hollowfernpike::test

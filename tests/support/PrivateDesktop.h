@@ -69,9 +69,7 @@ private:
     std::unique_ptr<ChildProcess> windowManager_;
 };
 
-/// Calls a method on the desktop's session bus and returns the answer: the name on the bus, the
-/// object, the method with its interface, and arguments in GVariant's text form. Throws
-/// std::runtime_error if it fails.
+/// As callOnBus() of the desktop's environment.
 std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::string>& arguments);
 
 } // namespace hollowfernpike::test

@@ -51,4 +51,16 @@ SessionBus::SessionBus(const Environment& environment) {
     address_ = *line;
 }
 
+std::string callOnBus(const Environment& environment, const std::vector<std::string>& arguments) {
+    std::vector<std::string> line{"gdbus",      "call",     "--session",  "--timeout",
+                                  "20",         "--dest",   arguments[0], "--object-path",
+                                  arguments[1], "--method", arguments[2], "--"};
+    line.insert(line.end(), arguments.begin() + 3, arguments.end());
+    ChildProcess caller(line, environment);
+    if (caller.wait() != 0) {
+        throw std::runtime_error(arguments[2] + ": " + caller.errors());
+    }
+    return caller.output();
+}
+
 } // namespace hollowfernpike::test

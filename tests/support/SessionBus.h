@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace hollowfernpike::test {
 
@@ -22,5 +23,10 @@ private:
     std::unique_ptr<ChildProcess> daemon_;
     std::string address_;
 };
+
+/// Calls a method on the session bus that the environment names and returns the answer: the name on
+/// the bus, the object, the method with its interface, and arguments in GVariant's text form.
+/// Throws std::runtime_error if it fails.
+std::string callOnBus(const Environment& environment, const std::vector<std::string>& arguments);
 
 } // namespace hollowfernpike::test

@@ -1,5 +1,6 @@
 #include "desktop/resident/StatusMenu.h"
 
+#include "support/SessionBus.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
@@ -35,7 +36,8 @@ std::vector<MenuEntry> entriesIn(const std::string& layout) {
 
 ChildProcess& StatusMenu::startHost() {
     panel_.reset(); // the name is free again
-    panel_ = desktop_.start({HFP_STATUS_HOST, "--with-host"});
+    panel_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{HFP_STATUS_HOST, "--with-host"}, environment_);
     if (!panel_->waitForLine("ready")) {
         throw std::runtime_error("the panel did not start: " + panel_->errors());
     }
@@ -44,7 +46,7 @@ ChildProcess& StatusMenu::startHost() {
 
 ChildProcess& StatusMenu::startTray() {
     panel_.reset();
-    panel_ = desktop_.start({"tint2"});
+    panel_ = std::make_unique<ChildProcess>(std::vector<std::string>{"tint2"}, environment_);
     return *panel_;
 }
 
@@ -61,7 +63,7 @@ testing::AssertionResult StatusMenu::showsItem() {
 
 std::vector<MenuEntry> StatusMenu::entries() {
     return entriesIn(
-        callOnBus(desktop_, {item_, "/MenuBar", menuInterface + "GetLayout", "0", "-1", "[]"}));
+        callOnBus(environment_, {item_, "/MenuBar", menuInterface + "GetLayout", "0", "-1", "[]"}));
 }
 
 std::vector<std::string> StatusMenu::labels() {
@@ -94,8 +96,8 @@ testing::AssertionResult StatusMenu::becomes(const std::string& label, bool isOn
 }
 
 void StatusMenu::choose(const std::string& label) {
-    callOnBus(desktop_, {item_, "/MenuBar", menuInterface + "Event",
-                         std::to_string(entry(label).id), "clicked", "<0>", "0"});
+    callOnBus(environment_, {item_, "/MenuBar", menuInterface + "Event",
+                             std::to_string(entry(label).id), "clicked", "<0>", "0"});
 }
 
 } // namespace hollowfernpike::test

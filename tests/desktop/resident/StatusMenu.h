@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/PrivateDesktop.h"
+#include "support/ChildProcess.h"
 
 #include <memory>
 #include <string>
@@ -17,12 +17,13 @@ struct MenuEntry {
     bool isOn = false; ///< carries a check mark
 };
 
-/// A panel of a private desktop that shows the utility's status item, and somebody who uses the
+/// A panel of a private session that shows the utility's status item, and somebody who uses the
 /// menu there.
 class StatusMenu {
 public:
-    /// The desktop must outlive it.
-    explicit StatusMenu(const PrivateDesktop& desktop) : desktop_(desktop) {}
+    /// For a private session of any kind.
+    template <class Desktop>
+    explicit StatusMenu(const Desktop& desktop) : environment_(desktop.environment()) {}
 
     /// Starts a panel and waits until it is there: a host of status notifier items, or a tray of
     /// the older kind.
@@ -45,7 +46,7 @@ public:
     void choose(const std::string& label);
 
 private:
-    const PrivateDesktop& desktop_;
+    Environment environment_;
     std::unique_ptr<ChildProcess> panel_;
     std::string item_;
 };
