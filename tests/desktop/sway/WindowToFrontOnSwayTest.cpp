@@ -146,17 +146,24 @@ TEST_F(WindowToFrontOnSwayTest, AnEditorStaysWhereItIs) {
     strikeAndLeave(words.titles.editing, "ESC");
 }
 
-/// The program as a user's configuration starts it: by sway. Its session bus is that of others.
+/// The program as a user's configuration starts it: by sway. Its session bus is that of others. It
+/// is a copy, because sway's user may not be allowed to read the one that was built.
 class StartedBySwayTest : public testing::Test {
 protected:
     SwayStory story;
+
+    void SetUp() override { std::filesystem::copy_file(HFP_PROGRAM, program()); }
+
+    std::filesystem::path program() const {
+        return story.desktop.commonGround() / "hollowfernpike";
+    }
 
     void start() const {
         const auto ground = story.desktop.commonGround();
         story.pager.run("exec env XDG_DATA_HOME=" + (ground / "data").string() +
                         " DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"
-                        " QT_LOGGING_RULES=hollowfernpike.keys.debug=true " HFP_PROGRAM " 2>>" +
-                        log().string());
+                        " QT_LOGGING_RULES=hollowfernpike.keys.debug=true " +
+                        program().string() + " 2>>" + log().string());
     }
     std::filesystem::path log() const { return story.desktop.commonGround() / "log"; }
 };
