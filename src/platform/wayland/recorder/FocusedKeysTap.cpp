@@ -29,6 +29,13 @@ bool isModifier(int key) {
     return std::ranges::find(keys, key) != keys.end();
 }
 
+bool losesSurface(const QEvent& event) {
+    return event.type() == QEvent::Hide ||
+           (event.type() == QEvent::PlatformSurface &&
+            static_cast<const QPlatformSurfaceEvent&>(event).surfaceEventType() ==
+                QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed);
+}
+
 } // namespace
 
 FocusedKeysTap::FocusedKeysTap(platform::EventTapCallback callback, void* userInfo)
@@ -68,9 +75,7 @@ bool FocusedKeysTap::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         handle(static_cast<const QKeyEvent&>(*event));
-    } else if (watched == window_ && event->type() == QEvent::PlatformSurface &&
-               static_cast<const QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
-                   QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed) {
+    } else if (watched == window_ && losesSurface(*event)) {
         inhibitor_.reset();
     }
     return false;
