@@ -6,6 +6,7 @@
 #include "platform/EventTap.h"
 #include "platform/MainQueue.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <vector>
@@ -110,6 +111,14 @@ void HotkeyManager::stop() {
         eventTap_.reset();
     }
     shortcutMap_ = std::make_shared<ShortcutMap>();
+}
+
+bool HotkeyManager::isRefused(const AppShortcut& shortcut) const {
+    const platform::KeyCombination combination{shortcut.keyCode,
+                                               shortcut.modifierFlags & modifierMask};
+    const auto refused =
+        eventTap_ ? eventTap_->refusedCombinations() : std::vector<platform::KeyCombination>{};
+    return std::ranges::find(refused, combination) != refused.end();
 }
 
 const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* /*proxy*/,

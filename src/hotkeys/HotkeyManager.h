@@ -39,6 +39,9 @@ public:
     /// is, so a shortcut found in this one stays valid while the list changes.
     std::shared_ptr<const ShortcutMap> shortcutMap() const { return shortcutMap_; }
 
+    /// Whether the desktop keeps this combination to itself, so that its presses never come here.
+    bool isRefused(const AppShortcut& shortcut) const;
+
     /// The installed tap and what attaches it to the main loop; both null while there is none.
     platform::EventTap* eventTap() const { return eventTap_.get(); }
     platform::RunLoopSource* runLoopSource() const { return runLoopSource_.get(); }

@@ -2,6 +2,7 @@
 
 #include "app/L10n.h"
 #include "app/Language.h"
+#include "hotkeys/HotkeyManager.h"
 #include "model/ShortcutStore.h"
 #include "platform/Application.h"
 #include "platform/NotificationCenter.h"
@@ -169,6 +170,10 @@ std::vector<ShortcutCardView*> MainWindowController::makeCards() {
 
 ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
     auto* card = new ShortcutCardView(shortcut);
+    if (HotkeyManager::shared().isRefused(shortcut)) {
+        card->setNotice(localized("この組み合わせはデスクトップが使用しているため、働きません",
+                                  "The desktop has this combination, so it does not work"));
+    }
     const QPointer<MainWindowController> controller = this;
     card->onEdit = [controller, shortcut] {
         if (controller != nullptr) {

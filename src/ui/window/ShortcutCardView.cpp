@@ -65,6 +65,11 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
     placeViews();
 }
 
+void ShortcutCardView::setNotice(const QString& notice) {
+    hotkeyBadge_->setToolTip(notice);
+    setAccessibleDescription(notice);
+}
+
 void ShortcutCardView::editTapped() {
     call(onEdit);
 }

@@ -33,6 +33,9 @@ public:
     /// Shows this shortcut from now on.
     void configure(const AppShortcut& shortcut);
 
+    /// What people should know of the combination, shown on hover and told by screen readers.
+    void setNotice(const QString& notice);
+
     /// What the buttons do.
     void editTapped();
     void deleteTapped();

@@ -22,7 +22,7 @@ public:
     void enable(bool enabled) override;
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
-    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> refusedCombinations() const override;
     std::unique_ptr<platform::RunLoopSource> createRunLoopSource() override;
     void invalidate() override;
 
@@ -61,6 +61,7 @@ public:
     CallLog& log;
     bool refusesActive = false;
     bool refusesListenOnly = false;
+    std::vector<platform::KeyCombination> refused; ///< by every tap
 
     /// The tap made last, null if it is gone or none was made.
     FakeEventTap* tap() const { return tap_; }
@@ -128,6 +129,10 @@ inline void FakeEventTap::setInterest(std::span<const platform::KeyCombination> 
 inline std::unique_ptr<platform::RunLoopSource> FakeEventTap::createRunLoopSource() {
     taps_.log.record("eventTap.createRunLoopSource");
     return std::make_unique<Source>(*this);
+}
+
+inline std::vector<platform::KeyCombination> FakeEventTap::refusedCombinations() const {
+    return isEnabled_ ? taps_.refused : std::vector<platform::KeyCombination>{};
 }
 
 inline void FakeEventTap::invalidate() {

@@ -1,3 +1,4 @@
+#include "hotkeys/HotkeyManager.h"
 #include "ui/window/MainWindowTest.h"
 
 namespace hollowfernpike::test {
@@ -35,6 +36,24 @@ TEST_F(MainWindowTest, AChangedShortcutKeepsItsPlace) {
     changed.appName = "Changed";
     ShortcutStore::shared().update(changed);
     EXPECT_THAT(shownNames(), ElementsAre("Application 0", "Changed", "Application 2"));
+}
+
+TEST_F(MainWindowTest, ACombinationThatTheDesktopKeepsIsToldOnItsCard) {
+    desktop.eventTaps.refused = {{1, command}};
+    fill(3);
+    HotkeyManager::shared().start();
+    for (const auto language : {Language::japanese, Language::english}) {
+        speak(language);
+        open();
+        const auto notice = card(1).accessibleDescription();
+        EXPECT_TRUE(notice.contains(language == Language::english ? "The desktop has this"
+                                                                  : "デスクトップ"));
+        EXPECT_EQ(card(1).hotkeyBadge().toolTip(), notice);
+        for (const std::size_t other : {0U, 2U}) {
+            EXPECT_EQ(card(other).accessibleDescription(), "");
+            EXPECT_EQ(card(other).hotkeyBadge().toolTip(), "");
+        }
+    }
 }
 
 TEST_F(MainWindowTest, EveryReloadMakesNewCards) {
