@@ -45,8 +45,8 @@ void SwayArena::settle(pid_t process) {
 
 // Sway's work on the modifiers is done before the press.
 double SwayArena::timePress(const Arrival& arrival) {
-    return bench::timePress(
-        keyboard, combination.keyName(), [this] { keyboard.sync(); }, arrival);
+    const auto sync = [this] { keyboard.sync(); };
+    return bench::timePress(keyboard, combination.keyName(), sync, arrival);
 }
 
 } // namespace hollowfernpike::bench

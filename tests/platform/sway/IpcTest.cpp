@@ -136,8 +136,7 @@ protected:
     int losses = 0;
     std::unique_ptr<sway::IpcEvents> subscription;
 
-    void subscribeTo(
-        const std::string& names, const std::function<void()>& afterEach = [] {}) {
+    void subscribeTo(const std::string& names, const std::function<void()>& afterEach = {}) {
         const auto server = std::async(std::launch::async, [&] {
             sway.accept();
             EXPECT_EQ(sway.receive(), names);
@@ -148,7 +147,9 @@ protected:
             sway::IpcEvents::Listener{.event =
                                           [this, afterEach](const sway::IpcMessage& message) {
                                               events.push_back(message.payload);
-                                              afterEach();
+                                              if (afterEach) {
+                                                  afterEach();
+                                              }
                                           },
                                       .lost = [this] { ++losses; }});
         ASSERT_TRUE(subscription->isOpen());

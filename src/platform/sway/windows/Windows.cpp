@@ -148,7 +148,13 @@ const std::vector<TreeWindow>* Windows::windowsOfThisTurn() {
     return windows_ ? &*windows_ : read();
 }
 
+// Forgotten before what arrives while sway answers: a press that came meanwhile asks anew.
 const std::vector<TreeWindow>* Windows::read() {
+    host_.mainQueue.async([self = std::weak_ptr(self_)] {
+        if (const auto windows = self.lock()) {
+            (*windows)->windows_.reset();
+        }
+    });
     const auto answer = ipc_.ask(IpcKind::getTree);
     windows_ = answer ? readTree(*answer) : std::nullopt;
     if (!windows_) {
@@ -156,11 +162,6 @@ const std::vector<TreeWindow>* Windows::read() {
         return nullptr;
     }
     forgetOldOwners();
-    host_.mainQueue.async([self = std::weak_ptr(self_)] {
-        if (const auto windows = self.lock()) {
-            (*windows)->windows_.reset();
-        }
-    });
     return &*windows_;
 }
 

@@ -77,16 +77,15 @@ const Snapshot* Windows::snapshotOfThisTurn() {
     return snapshot_ != nullptr ? snapshot_ : read();
 }
 
+// Forgotten before what arrives while the server answers: a press that came meanwhile asks anew.
 const Snapshot* Windows::read() {
-    auto* const windows = reader();
-    snapshot_ = windows == nullptr ? nullptr : windows->read();
-    if (snapshot_ != nullptr) {
-        host_.mainQueue.async([self = std::weak_ptr(self_)] {
-            if (const auto read = self.lock()) {
-                (*read)->snapshot_ = nullptr;
-            }
-        });
-    }
+    host_.mainQueue.async([self = std::weak_ptr(self_)] {
+        if (const auto windows = self.lock()) {
+            (*windows)->snapshot_ = nullptr;
+        }
+    });
+    auto* const known = reader();
+    snapshot_ = known == nullptr ? nullptr : known->read();
     return snapshot_;
 }
 
