@@ -10,7 +10,7 @@ namespace {
 using namespace test;
 using testing::ElementsAre;
 
-MATCHER_P(IsCombination, expected, "") {
+MATCHER_P(isCombination, expected, "") {
     return arg.keyCode == expected.keyCode && arg.modifierFlags == expected.modifierFlags;
 }
 
@@ -39,7 +39,7 @@ protected:
 TEST_F(RecordingOnSwayTest, ACombinationOfSwayIsRecordedAndNotCarriedOut) {
     story.strike(swaysOwn);
     save();
-    EXPECT_THAT(saved(), ElementsAre(IsCombination(swaysOwn)));
+    EXPECT_THAT(saved(), ElementsAre(isCombination(swaysOwn)));
     EXPECT_FALSE(std::filesystem::exists(told()));
     EXPECT_TRUE(swayHasItsCombination()) << "the user's own command stays";
 }
@@ -47,7 +47,7 @@ TEST_F(RecordingOnSwayTest, ACombinationOfSwayIsRecordedAndNotCarriedOut) {
 TEST_F(RecordingOnSwayTest, ACombinationOfOursIsRecordedAndNotCarriedOut) {
     story.strike(bound);
     save();
-    EXPECT_THAT(saved(), ElementsAre(IsCombination(bound)));
+    EXPECT_THAT(saved(), ElementsAre(isCombination(bound)));
     EXPECT_EQ(target.starts(), 0);
     EXPECT_TRUE(isFocused(managementTitle));
     story.strike(bound);
@@ -60,7 +60,7 @@ TEST_F(RecordingOnSwayTest, KeysWithoutModifiersRepeatsAndModifierKeysAreNotTake
     story.keyboard.strike({"LWIN"});
     story.strike({0, control | shift});
     save();
-    EXPECT_THAT(saved(), ElementsAre(IsCombination(Combination{0, control | shift})));
+    EXPECT_THAT(saved(), ElementsAre(isCombination(Combination{0, control | shift})));
 }
 
 TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterTheRecording) {
@@ -74,7 +74,7 @@ TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterEscape) {
     ASSERT_TRUE(isGone(editTitle)) << "Escape is the key of Cancel, too";
     ASSERT_TRUE(hasRecorded());
     EXPECT_TRUE(swayHasItsCombination());
-    EXPECT_THAT(saved(), ElementsAre(IsCombination(bound)));
+    EXPECT_THAT(saved(), ElementsAre(isCombination(bound)));
 }
 
 TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheWindowsAreClosed) {

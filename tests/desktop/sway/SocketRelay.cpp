@@ -96,9 +96,12 @@ void SocketRelay::accept() {
     const Pair pair{.client = ::accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC),
                     .server = newSocket()};
     const auto address = addressOf(server_);
-    static_cast<void>(
-        ::connect(pair.server, reinterpret_cast<const sockaddr*>(&address), sizeof address));
-    pairs_.push_back(pair);
+    if (::connect(pair.server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+        pairs_.push_back(pair);
+    } else {
+        ::close(pair.client);
+        ::close(pair.server);
+    }
 }
 
 /// False if the connection has ended.

@@ -4,7 +4,7 @@
 #include "support/fakes/PolledRunLoop.h"
 
 #include <functional>
-#include <future>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -27,7 +27,7 @@ protected:
 
     /// What the client is told while `play` is what sway does.
     std::optional<std::string> asked(const std::function<void()>& play) {
-        const auto server = std::async(std::launch::async, play);
+        const std::jthread server(play);
         return client.ask(IpcKind::getTree);
     }
 };
@@ -137,7 +137,7 @@ protected:
     std::unique_ptr<sway::IpcEvents> subscription;
 
     void subscribeTo(const std::string& names, const std::function<void()>& afterEach = {}) {
-        const auto server = std::async(std::launch::async, [&] {
+        const std::jthread server([&] {
             sway.accept();
             EXPECT_EQ(sway.receive(), names);
             sway.send(answerToSubscription, R"({"success": true})");
