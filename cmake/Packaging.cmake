@@ -13,10 +13,10 @@ set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
 # Besides the libraries that it is linked to: what the toolkit loads by itself for SVG images, pointers
-# and Wayland, the toolkit's Japanese texts, and the very toolkit that it was built with, since it asks
-# for the compositor's name of a window in a way that may change. Japanese fonts are recommended.
+# and Wayland, the toolkit's Japanese texts, and the release of the toolkit that it was built with, because
+# the interface that gives a window's Wayland surface is private. Japanese fonts are recommended.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Up to Debian 12, the plug-in for SVG images is in libqt6svg6, and the toolkit's promise has another name.
+# Up to Debian 12, the plug-in for SVG images is in libqt6svg6, and that release goes by another name.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "qt6-svg-plugins | libqt6svg6 (<< 6.7.2-5~), qt6-wayland, libxcursor1, qt6-translations-l10n, \
 qt6-base-private-abi (= ${Qt6Core_VERSION}) | qt6-base-abi (= ${Qt6Core_VERSION})")

@@ -2,12 +2,13 @@
 
 #include "platform/sway/ipc/IpcClient.h"
 #include "platform/sway/ipc/Json.h"
-#include "platform/sway/keys/EventTaps.h"
+#include "platform/sway/keys/BindingTap.h"
 #include "platform/sway/windows/Windows.h"
 #include "platform/wayland/ActivationTokens.h"
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
+#include "platform/wayland/recorder/FocusedKeysTap.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -48,6 +49,25 @@ bool isSway(IpcClient& ipc) {
     const auto version = ipc.ask(IpcKind::getVersion);
     return version && textMember(parse(*version), "variant") == "sway";
 }
+
+/// Active taps by sway's bindings, of which there may be one at a time; listen-only ones on our own
+/// focused window.
+class EventTaps final : public platform::EventTaps {
+public:
+    explicit EventTaps(const BindingTap::Services& services) : services_(services) {}
+
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
+                                               platform::EventTapCallback callback,
+                                               void* userInfo) override {
+        if (options == platform::EventTapOptions::active) {
+            return std::make_unique<BindingTap>(services_, callback, userInfo);
+        }
+        return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
+    }
+
+private:
+    BindingTap::Services services_;
+};
 
 class Desktop final : public platform::Desktop {
 public:

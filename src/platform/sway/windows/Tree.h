@@ -13,7 +13,7 @@ namespace hollowfernpike::sway {
 /// A window in sway's tree.
 struct TreeWindow {
     std::int64_t identifier = 0; ///< "con_id" in commands
-    std::string title;      ///< of our own windows alone; those of others are nobody's business
+    std::string title;           ///< of our own windows alone; those of others are not kept
     bool isVisible = false; ///< on a shown workspace and not behind a tab or a fullscreen window
     platform::WindowFacts facts;
 };

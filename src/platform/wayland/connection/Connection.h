@@ -20,7 +20,8 @@ namespace hollowfernpike::wayland {
 /// when the connection was made. Main thread only.
 class Connection {
 public:
-    /// Connects to the compositor that WAYLAND_DISPLAY names. Null if there is none.
+    /// Connects to the compositor that WAYLAND_DISPLAY names. Null if there is none, or if it does
+    /// not answer within a second.
     static std::unique_ptr<Connection> open();
 
     Connection(const Connection&) = delete;
