@@ -85,11 +85,19 @@ void AppDelegate::performAction(std::string_view action, const MenuItem* sender)
 }
 
 void AppDelegate::openMainWindow() {
-    if (!mainWindowController_) {
-        mainWindowController_ = std::make_unique<MainWindowController>();
-    }
-    mainWindowController_->showWindow();
+    mainWindowController().showWindow();
     services_.application.activateIgnoringOtherApps();
+}
+
+std::string AppDelegate::openWindows() const {
+    return (mainWindowController_ ? mainWindowController_->openWindows() : OpenWindows{}).text();
+}
+
+void AppDelegate::reopenWindows(std::string_view text) {
+    const auto windows = OpenWindows::parse(text);
+    if (windows.hasMainWindow || !windows.editors.empty()) {
+        mainWindowController().reopen(windows);
+    }
 }
 
 void AppDelegate::exportShortcuts() {
@@ -120,6 +128,13 @@ void AppDelegate::toggleLaunchAtLogin() {
 
 void AppDelegate::quitApp() {
     services_.application.terminate();
+}
+
+MainWindowController& AppDelegate::mainWindowController() {
+    if (!mainWindowController_) {
+        mainWindowController_ = std::make_unique<MainWindowController>();
+    }
+    return *mainWindowController_;
 }
 
 void AppDelegate::setupStatusItem() {

@@ -1,12 +1,14 @@
 #include "app/CommandLine.h"
 #include "main/Messages.h"
 #include "main/Program.h"
+#include "main/Restart.h"
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/instance/Instance.h"
 #include "platform/freedesktop/launching/CoreLimit.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
+#include "platform/kde/Desktop.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
 #include "platform/sway/Desktop.h"
@@ -16,6 +18,7 @@
 #include <QApplication>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -32,13 +35,16 @@ namespace {
 constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
 constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
 
+/// For a compositor to come back; after that the session is over.
+constexpr std::chrono::seconds longestRestart{10};
+
 const freedesktop::Instance::Names names{
     .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
 
 /// In the order in which they are looked for. A Wayland session often has an X server as well,
 /// which does not see the keys.
-constexpr std::array<platform::FindDesktop, 3> desktopKinds{
-    sway::findDesktop, wayland::findUnknownDesktop, x11::findDesktop};
+constexpr std::array<platform::FindDesktop, 4> desktopKinds{
+    sway::findDesktop, kde::findDesktop, wayland::findUnknownDesktop, x11::findDesktop};
 
 /// What to tell the user if there is none of these.
 platform::LocalizedError noDesktop() {
@@ -99,7 +105,8 @@ struct ToolkitArguments {
 };
 
 int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop,
-                const std::string& action, const std::string& command) {
+                const std::string& action, const std::string& command,
+                const std::string& openWindows) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
     const auto request = requestFor(action);
@@ -117,7 +124,7 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
         program.perform(asked);
     });
-    return program.run(action);
+    return program.run(action, openWindows);
 }
 
 int run(const std::string& action, const std::string& command) {
@@ -125,6 +132,10 @@ int run(const std::string& action, const std::string& command) {
     freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
+    const auto openWindows = stateBeforeRestart();
+    if (openWindows && !awaitCompositor(longestRestart)) {
+        return EXIT_SUCCESS; // the session has ended
+    }
     const auto desktop = findDesktop();
     if (!desktop) {
         tell(noDesktop());
@@ -135,7 +146,7 @@ int run(const std::string& action, const std::string& command) {
         if (!instance || action == "quitApp") {
             return EXIT_SUCCESS;
         }
-        return runInstance(*instance, *desktop, action, command);
+        return runInstance(*instance, *desktop, action, command, openWindows.value_or(""));
     } catch (const platform::LocalizedError& error) {
         tell(error);
         return EXIT_FAILURE;

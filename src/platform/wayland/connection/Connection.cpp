@@ -65,6 +65,11 @@ bool Connection::readGlobals() {
     return roundTrip();
 }
 
+std::uint32_t Connection::offeredVersion(const wl_interface& interface) const {
+    const auto found = globals_.find(std::string_view{interface.name});
+    return found == globals_.end() ? 0 : found->second.version;
+}
+
 void* Connection::bindGlobal(const wl_interface& interface, std::uint32_t version) {
     const auto found = globals_.find(std::string_view{interface.name});
     return found == globals_.end() ? nullptr

@@ -33,6 +33,9 @@ public:
     /// The process identifier of the compositor; 0 if it is not known.
     std::int32_t compositorProcess() const;
 
+    /// The version of the global of that interface; 0 if the compositor does not offer it.
+    std::uint32_t offeredVersion(const wl_interface& interface) const;
+
     /// A proxy for the global of that interface, of `version` at most; null if the compositor does
     /// not offer it. The caller destroys it before the connection.
     template <class Proxy>
@@ -43,6 +46,9 @@ public:
     /// Handles events until `isDone`. False if that takes longer than a second or the compositor is
     /// gone.
     bool dispatchUntil(const std::function<bool()>& isDone);
+
+    /// Handles what has arrived, without waiting; false as above.
+    bool dispatchArrived() { return dispatchArrived({}); }
 
     /// Handles events until the compositor has done all that was asked of it; false as above.
     bool roundTrip();
