@@ -1,13 +1,9 @@
 #include "main/Restart.h"
 
-#include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
-#include "platform/wayland/connection/Connection.h"
 
 #include <array>
 #include <cstdlib>
-#include <filesystem>
-#include <thread>
 #include <vector>
 
 #include <unistd.h>
@@ -17,14 +13,6 @@ namespace hollowfernpike {
 namespace {
 
 constexpr const char* stateVariable = "HOLLOWFERNPIKE_STATE";
-
-bool hasSocket() {
-    const char* const name = std::getenv("WAYLAND_DISPLAY");
-    const auto directory = freedesktop::runtimeDirectory();
-    std::error_code failure;
-    return name != nullptr &&
-           std::filesystem::exists(directory.value_or("/") / std::filesystem::path(name), failure);
-}
 
 } // namespace
 
@@ -46,18 +34,6 @@ std::optional<std::string> stateBeforeRestart() {
     auto state = value == nullptr ? std::nullopt : std::optional<std::string>(value);
     ::unsetenv(stateVariable);
     return state;
-}
-
-bool awaitCompositor(std::chrono::seconds longest) {
-    constexpr std::chrono::milliseconds pause{100};
-    const auto deadline = std::chrono::steady_clock::now() + longest;
-    while (hasSocket() && std::chrono::steady_clock::now() < deadline) {
-        if (wayland::Connection::open()) {
-            return true;
-        }
-        std::this_thread::sleep_for(pause);
-    }
-    return false;
 }
 
 } // namespace hollowfernpike

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <optional>
 #include <string>
 
@@ -13,9 +12,5 @@ void restartProgram(const std::string& program, const std::string& state);
 /// What the run before this one told when it restarted the program; absent if this is an ordinary
 /// start. To be called once, before there is a second thread.
 std::optional<std::string> stateBeforeRestart();
-
-/// Whether the compositor that has gone is back within `longest`. Gives up at once if the session
-/// has ended, so that its socket is gone.
-bool awaitCompositor(std::chrono::seconds longest);
 
 } // namespace hollowfernpike

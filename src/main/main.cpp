@@ -13,6 +13,7 @@
 #include "platform/qt/UserDefaults.h"
 #include "platform/sway/Desktop.h"
 #include "platform/wayland/UnknownDesktop.h"
+#include "platform/wayland/connection/Connection.h"
 #include "platform/x11/Desktop.h"
 
 #include <QApplication>
@@ -27,6 +28,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 namespace hollowfernpike {
@@ -35,16 +37,22 @@ namespace {
 constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
 constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
 
-/// For a compositor to come back; after that the session is over.
-constexpr std::chrono::seconds longestRestart{10};
-
 const freedesktop::Instance::Names names{
     .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
 
+struct DesktopKind {
+    platform::FindDesktop find;
+    bool comesBack = false; ///< its session goes on when its compositor has crashed
+};
+
 /// In the order in which they are looked for. A Wayland session often has an X server as well,
 /// which does not see the keys.
-constexpr std::array<platform::FindDesktop, 4> desktopKinds{
-    sway::findDesktop, kde::findDesktop, wayland::findUnknownDesktop, x11::findDesktop};
+constexpr DesktopKind desktopKinds[] = {
+    {sway::findDesktop},
+    {kde::findDesktop, true},
+    {wayland::findUnknownDesktop},
+    {x11::findDesktop},
+};
 
 /// What to tell the user if there is none of these.
 platform::LocalizedError noDesktop() {
@@ -56,10 +64,27 @@ platform::LocalizedError noDesktop() {
 }
 
 std::unique_ptr<platform::FoundDesktop> findDesktop() {
-    for (const auto find : desktopKinds) {
-        if (auto found = find()) {
+    for (const auto& kind : desktopKinds) {
+        if (auto found = kind.find()) {
             return found;
         }
+    }
+    return nullptr;
+}
+
+/// The desktop whose compositor has crashed. Waits until it is there again; null once its session
+/// has ended.
+std::unique_ptr<platform::FoundDesktop> findDesktopAgain() {
+    constexpr std::chrono::seconds patience{10};
+    constexpr std::chrono::milliseconds pause{100};
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (wayland::Connection::hasSocket() && std::chrono::steady_clock::now() < deadline) {
+        for (const auto& kind : desktopKinds) {
+            if (auto found = kind.comesBack ? kind.find() : nullptr) {
+                return found;
+            }
+        }
+        std::this_thread::sleep_for(pause);
     }
     return nullptr;
 }
@@ -133,10 +158,10 @@ int run(const std::string& action, const std::string& command) {
     surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
     const auto openWindows = stateBeforeRestart();
-    if (openWindows && !awaitCompositor(longestRestart)) {
-        return EXIT_SUCCESS; // the session has ended
+    const auto desktop = openWindows ? findDesktopAgain() : findDesktop();
+    if (!desktop && openWindows) {
+        return EXIT_SUCCESS;
     }
-    const auto desktop = findDesktop();
     if (!desktop) {
         tell(noDesktop());
         return EXIT_FAILURE;

@@ -24,6 +24,9 @@ public:
     /// not answer within a second.
     static std::unique_ptr<Connection> open();
 
+    /// Whether the socket of that compositor exists. It stays when the compositor crashes.
+    static bool hasSocket();
+
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     ~Connection();
