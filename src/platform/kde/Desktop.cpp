@@ -26,17 +26,16 @@ namespace hollowfernpike::kde {
 
 namespace {
 
-/// Plasma 6 gave the keypad values of its own. It is the first to offer this version.
-constexpr std::uint32_t firstVersionOfPlasma6 = 17;
+/// The first to be offered by Plasma 6.
+constexpr std::uint32_t windowsVersionOfPlasma6 = 17;
 
 bool grantsWindows(const wayland::Connection& connection) {
     return connection.offeredVersion(org_kde_plasma_window_management_interface) > 0;
 }
 
-KeyValues::Keypad keypadOf(const wayland::Connection& connection) {
+KeyValues::Plasma plasmaOf(const wayland::Connection& connection) {
     const auto version = connection.offeredVersion(org_kde_plasma_window_management_interface);
-    return version < firstVersionOfPlasma6 ? KeyValues::Keypad::sharesValues
-                                           : KeyValues::Keypad::hasOwnValues;
+    return version < windowsVersionOfPlasma6 ? KeyValues::Plasma::five : KeyValues::Plasma::six;
 }
 
 /// Active taps by the desktop's global shortcuts, of which there may be one at a time; listen-only
@@ -60,7 +59,7 @@ public:
                                                                    .bus = *host_.bus,
                                                                    .keyboard = keyboard_,
                                                                    .presses = presses_,
-                                                                   .keypad = keypadOf(connection_)},
+                                                                   .plasma = plasmaOf(connection_)},
                                              callback, userInfo);
     }
 

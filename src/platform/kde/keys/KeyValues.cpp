@@ -5,6 +5,7 @@
 
 #include <QChar>
 
+#include <bit>
 #include <limits>
 #include <memory>
 
@@ -46,6 +47,12 @@ State stateOf(xkb_keymap* keymap, std::uint32_t layout, std::uint64_t modifierFl
     return state;
 }
 
+/// KWin keeps a dead key for the letter that comes next.
+bool hasValue(xkb_keysym_t symbol) {
+    const bool isDead = symbol >= XKB_KEY_dead_grave && symbol <= XKB_KEY_dead_longsolidusoverlay;
+    return symbol != XKB_KEY_NoSymbol && !isDead;
+}
+
 /// KWin asks the toolkit in the same way, as if Control was held: then a letter of a script without
 /// Latin letters counts as the Latin one that another layout of the map has on its key.
 int keyOf(xkb_state* state, xkb_keycode_t keycode, xkb_keysym_t symbol) {
@@ -55,13 +62,24 @@ int keyOf(xkb_state* state, xkb_keycode_t keycode, xkb_keysym_t symbol) {
     return isLatin1 ? static_cast<int>(symbol) : key;
 }
 
-/// Whether Shift has done its work by choosing this symbol. For letters it counts all the same.
-bool usesShiftUp(xkb_state* state, xkb_keycode_t keycode, int key) {
-    constexpr xkb_mod_index_t shiftIndex = 0;
-    const bool isLetter =
-        key <= std::numeric_limits<char16_t>::max() && QChar(static_cast<char16_t>(key)).isLetter();
-    return !isLetter &&
-           xkb_state_mod_index_is_consumed2(state, keycode, shiftIndex, XKB_CONSUMED_MODE_GTK) == 1;
+/// The toolkit of Plasma 5 has other numbers for the keys "Launch 0" to "Launch D", which most
+/// keyboard maps have on F14 to F18.
+int keyOfPlasma5(int key) {
+    constexpr int difference = 2;
+    return key >= Qt::Key_Launch0 && key <= Qt::Key_LaunchD ? key + difference : key;
+}
+
+bool isLetter(int key) {
+    return key <= std::numeric_limits<char16_t>::max() &&
+           QChar(static_cast<char16_t>(key)).isLetter();
+}
+
+/// Whether the modifier has done its work by choosing the symbol. Shift with a letter counts all
+/// the same.
+bool isUsedUp(xkb_state* state, xkb_keycode_t keycode, int key, const ModifierPair& pair) {
+    const auto index = static_cast<xkb_mod_index_t>(std::countr_zero(pair.real));
+    return !(pair.flag == shift && isLetter(key)) &&
+           xkb_state_mod_index_is_consumed2(state, keycode, index, XKB_CONSUMED_MODE_GTK) == 1;
 }
 
 } // namespace
@@ -100,21 +118,23 @@ int KeyValues::valueOf(std::uint16_t evdev, std::uint64_t modifierFlags, bool nu
     const xkb_keycode_t keycode = evdev + freedesktop::xkbKeyCodeOffset;
     const auto state = stateOf(keymap_.get(), layout_, modifierFlags, numLock);
     const auto symbol = xkb_state_key_get_one_sym(state.get(), keycode);
-    int key = symbol == XKB_KEY_NoSymbol ? 0 : keyOf(state.get(), keycode, symbol);
+    int key = hasValue(symbol) ? keyOf(state.get(), keycode, symbol) : 0;
     if (key == 0) {
         return 0;
     }
     Qt::KeyboardModifiers modifiers;
     for (const auto& pair : modifierPairs) {
-        modifiers.setFlag(pair.qt, (modifierFlags & pair.flag) != 0);
+        modifiers.setFlag(pair.qt, (modifierFlags & pair.flag) != 0 &&
+                                       !isUsedUp(state.get(), keycode, key, pair));
     }
-    if (key == Qt::Key_Backtab) {
-        key = Qt::Key_Tab; // with Shift, as the desktop's settings record it
-    } else if (usesShiftUp(state.get(), keycode, key)) {
-        modifiers.setFlag(Qt::ShiftModifier, false);
+    if (key == Qt::Key_Backtab) { // the settings of the desktop record it like this
+        key = Qt::Key_Tab;
+        modifiers.setFlag(Qt::ShiftModifier);
     }
-    modifiers.setFlag(Qt::KeypadModifier,
-                      keypad_ == Keypad::hasOwnValues && QXkbCommon::isKeypad(symbol));
+    if (plasma_ == Plasma::five) {
+        key = keyOfPlasma5(key);
+    }
+    modifiers.setFlag(Qt::KeypadModifier, plasma_ == Plasma::six && QXkbCommon::isKeypad(symbol));
     return QKeyCombination(modifiers, static_cast<Qt::Key>(key)).toCombined();
 }
 

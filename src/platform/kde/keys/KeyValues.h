@@ -15,13 +15,14 @@ namespace hollowfernpike::kde {
 /// depend on what the keyboard map writes on a key in one of its layouts.
 class KeyValues {
 public:
-    /// Whether a key of the keypad has a value of its own. Otherwise KWin cannot tell it from the
-    /// other key with the same symbol.
-    enum class Keypad : unsigned char { sharesValues, hasOwnValues };
+    enum class Plasma : unsigned char {
+        five, ///< a key of the keypad has the value of the other key with the same symbol
+        six,  ///< the keypad has values of its own
+    };
 
     /// The map outlives this object. `layout` is a number of one of its layouts, from 0.
-    KeyValues(const wayland::Keymap& keymap, std::uint32_t layout, Keypad keypad)
-        : keymap_(keymap), layout_(layout), keypad_(keypad) {}
+    KeyValues(const wayland::Keymap& keymap, std::uint32_t layout, Plasma plasma)
+        : keymap_(keymap), layout_(layout), plasma_(plasma) {}
 
     /// What the combination gives, with and without Num Lock where that makes a difference. Empty
     /// if the keyboard has no such key.
@@ -35,7 +36,7 @@ private:
 
     const wayland::Keymap& keymap_;
     std::uint32_t layout_;
-    Keypad keypad_;
+    Plasma plasma_;
 };
 
 } // namespace hollowfernpike::kde

@@ -96,7 +96,7 @@ void ShortcutTap::bind() {
 }
 
 ShortcutTap::Actions ShortcutTap::wantedActions() const {
-    const KeyValues values(*services_.keyboard.keymap(), *layouts_.current(), services_.keypad);
+    const KeyValues values(*services_.keyboard.keymap(), *layouts_.current(), services_.plasma);
     Actions actions;
     for (const auto& combination : interest_) {
         const auto label = services_.host.purposeOf(combination);
@@ -180,7 +180,7 @@ void ShortcutTap::onChangedByUser(const QString& name, const QList<int>& keys) {
         return;
     }
     const KeyValues values(*services_.keyboard.keymap(), layouts_.current().value_or(0),
-                           services_.keypad);
+                           services_.plasma);
     const auto combination = values.combinationOf(keys.front());
     if (!combination || !services_.host.onReassigned(action.combination, *combination)) {
         bind();

@@ -33,7 +33,7 @@ public:
         freedesktop::SessionBus& bus;
         wayland::SeatKeyboard& keyboard;
         wayland::ActivationTokens& presses;
-        KeyValues::Keypad keypad;
+        KeyValues::Plasma plasma;
     };
 
     ShortcutTap(const Services& services, platform::EventTapCallback callback, void* userInfo);
