@@ -21,6 +21,13 @@ constexpr const char* socketName = "wayland-0";
 constexpr const char* keyboardName = "org.kde.keyboard";
 constexpr const char* layoutsPath = "/Layouts";
 
+/// KWin looks for entries among those of the user's menu.
+constexpr const char* menu =
+    R"(<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
+ "http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd">
+<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>
+)";
+
 Environment environmentIn(const SessionFolders& folders) {
     auto environment = folders.environment();
     for (const char* foreign :
@@ -88,6 +95,7 @@ KWinDesktop::KWinDesktop(const KWinSettings& settings, Home home)
       bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
+    writeFile(configurationFile("menus/applications.menu"), menu);
     writeFile(configurationFile("kxkbrc"), configurationOf(settings.layout));
     writeFile(configurationFile("kwinrc"), configurationOf(settings.desktops));
     grant({.identifier = "connection-lender",
