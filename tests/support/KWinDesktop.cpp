@@ -78,6 +78,13 @@ std::string configurationOf(int desktops) {
     return text;
 }
 
+/// KWin 6 takes what the user has set for the screen before what its command line says.
+std::string screenOfScale(int scale) {
+    return R"([{"name": "setups", "data": []}, {"name": "outputs",
+ "data": [{"connectorName": "Virtual-0", "scale": )" +
+           std::to_string(scale) + "}]}]\n";
+}
+
 fs::path findProgram(const std::string& name) {
     std::istringstream folders(std::getenv("PATH"));
     for (std::string folder; std::getline(folders, folder, ':');) {
@@ -98,6 +105,7 @@ KWinDesktop::KWinDesktop(const KWinSettings& settings, Home home)
     writeFile(configurationFile("menus/applications.menu"), menu);
     writeFile(configurationFile("kxkbrc"), configurationOf(settings.layout));
     writeFile(configurationFile("kwinrc"), configurationOf(settings.desktops));
+    writeFile(configurationFile("kwinoutputconfig.json"), screenOfScale(settings.scale));
     grant({.identifier = "connection-lender",
            .program = HFP_CONNECTION_LENDER,
            .interfaces = "org_kde_kwin_fake_input,org_kde_plasma_window_management"});
