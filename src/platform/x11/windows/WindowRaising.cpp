@@ -1,7 +1,6 @@
 #include "platform/x11/windows/WindowRaising.h"
 
 #include "platform/x11/server/WindowManagerMessage.h"
-#include "platform/x11/windows/WindowTypes.h"
 
 #include <array>
 #include <vector>

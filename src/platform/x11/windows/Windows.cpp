@@ -2,7 +2,6 @@
 
 #include "platform/freedesktop/Logging.h"
 #include "platform/x11/windows/WindowRaising.h"
-#include "platform/x11/windows/WindowTypes.h"
 
 #include <utility>
 
