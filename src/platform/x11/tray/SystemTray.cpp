@@ -2,6 +2,7 @@
 
 #include "platform/x11/server/Atoms.h"
 #include "platform/x11/server/Connection.h"
+#include "platform/x11/server/Properties.h"
 #include "platform/x11/taps/EventKinds.h"
 
 #include <utility>
@@ -119,16 +120,10 @@ bool SystemTray::isThere() {
 }
 
 bool SystemTray::blendsWindows() {
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        toolkit_,
-        xcb_get_property(toolkit_, 0, selection_.owner(),
-                         internAtom(toolkit_, "_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID, 0, 1),
-        nullptr));
-    if (!reply || reply->format != 32 || reply->value_len == 0) {
-        return false;
-    }
-    const auto* visual = static_cast<const xcb_visualid_t*>(xcb_get_property_value(reply.get()));
-    return depthOfVisual(toolkit_, *visual) == depthWithAlpha;
+    const auto visual = numberOf(readProperty(toolkit_, selection_.owner(),
+                                              internAtom(toolkit_, "_NET_SYSTEM_TRAY_VISUAL"),
+                                              XCB_ATOM_VISUALID, 1));
+    return visual && depthOfVisual(toolkit_, *visual) == depthWithAlpha;
 }
 
 // Unmapped first: some trays keep the size of a window that is mapped when they embed it, whatever
