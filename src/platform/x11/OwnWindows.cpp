@@ -37,12 +37,10 @@ void OwnWindows::setShownInTaskBar(std::uintptr_t native, bool shown) {
     if (!isManaged(window)) {
         writeState(window, shown);
     }
-    WindowManagerMessage{window,
-                         internAtom(toolkit_, "_NET_WM_STATE"),
-                         {shown ? stateRemove : stateAdd,
-                          internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
-                          internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
-        .send(toolkit_, root_);
+    sendToWindowManager(toolkit_, root_, window, internAtom(toolkit_, "_NET_WM_STATE"),
+                        {shown ? stateRemove : stateAdd,
+                         internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
+                         internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication});
     xcb_flush(toolkit_);
 }
 
@@ -55,12 +53,11 @@ void OwnWindows::bringToFront(std::uintptr_t native) {
     const auto workspace =
         number(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL).value_or(everyWorkspace);
     if (current && workspace != everyWorkspace && workspace != *current) {
-        WindowManagerMessage{root_, internAtom(toolkit_, "_NET_CURRENT_DESKTOP"), {workspace, time}}
-            .send(toolkit_, root_);
+        sendToWindowManager(toolkit_, root_, root_, internAtom(toolkit_, "_NET_CURRENT_DESKTOP"),
+                            {workspace, time});
     }
-    WindowManagerMessage{
-        window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"), {fromUser, time, XCB_NONE}}
-        .send(toolkit_, root_);
+    sendToWindowManager(toolkit_, root_, window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"),
+                        {fromUser, time, XCB_NONE});
     xcb_flush(toolkit_);
 }
 
