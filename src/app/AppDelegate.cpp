@@ -50,11 +50,12 @@ void AppDelegate::applicationDidFinishLaunching() {
     AppLauncher::shared(); // made now, so that the first key press need not
     auto& center = services_.notificationCenter;
     shortcutsObservation_ =
-        center.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
-    languageObservation_ =
-        center.observe(hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+        center.observe(shortcutsDidChange, [] { HotkeyManager::shared().buildShortcutMap(); });
+    languageObservation_ = center.observe(languageDidChange, [this] { rebuildMenu(); });
     HotkeyManager::shared().start();
-    setupStatusItem();
+    statusItem_ = services_.statusBar.createStatusItem();
+    statusItem_->setImage("keyboard", "Hollowfernpike");
+    rebuildMenu();
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -122,12 +123,6 @@ void AppDelegate::quitApp() {
     services_.application.terminate();
 }
 
-void AppDelegate::setupStatusItem() {
-    statusItem_ = services_.statusBar.createStatusItem();
-    statusItem_->setImage("keyboard", "Hollowfernpike");
-    rebuildMenu();
-}
-
 void AppDelegate::rebuildMenu() {
     auto language = menuItem("言語 / Language", "");
     language->submenu = languageMenu();
@@ -163,14 +158,6 @@ platform::Menu AppDelegate::languageMenu() {
         menu.push_back(std::move(item));
     }
     return menu;
-}
-
-void AppDelegate::shortcutsDidChange() {
-    HotkeyManager::shared().buildShortcutMap();
-}
-
-void AppDelegate::languageDidChange() {
-    rebuildMenu();
 }
 
 } // namespace hollowfernpike

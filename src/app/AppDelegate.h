@@ -46,11 +46,8 @@ public:
     void quitApp();
 
 private:
-    void setupStatusItem();
     void rebuildMenu();
     platform::Menu languageMenu();
-    void shortcutsDidChange();
-    void languageDidChange();
 
     const platform::Services& services_;
     std::unique_ptr<platform::StatusItem> statusItem_;

@@ -88,10 +88,8 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     setupUI();
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
-    shortcutsObservation_ =
-        notifications.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
-    languageObservation_ =
-        notifications.observe(hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { reloadCards(); });
+    languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
 }
 
 MainWindowController::~MainWindowController() {
@@ -219,11 +217,7 @@ void MainWindowController::importShortcuts() {
     ShortcutExchange::importShortcuts(ExchangePresentation::sheetsOn(window_));
 }
 
-void MainWindowController::shortcutsDidChange() {
-    reloadCards();
-}
-
-void MainWindowController::languageDidChange() {
+void MainWindowController::relabel() {
     if (window_ != nullptr) {
         window_->setWindowTitle(windowTitle());
         headerBar_->relabel();

@@ -62,8 +62,7 @@ private:
     ShortcutCardView* makeCard(const AppShortcut& shortcut);
     void editShortcut(const AppShortcut& shortcut);
     void deleteShortcut(const AppShortcut& shortcut);
-    void shortcutsDidChange();
-    void languageDidChange();
+    void relabel();
 
     QPointer<ManagementWindow> window_;
     QPointer<CardScrollView> scrollView_;
