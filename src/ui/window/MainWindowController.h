@@ -15,7 +15,6 @@ class QScrollArea;
 
 namespace hollowfernpike {
 
-class CardScrollView;
 class CardStackView;
 class HeaderBar;
 class ManagementWindow;
@@ -65,7 +64,7 @@ private:
     void relabel();
 
     QPointer<ManagementWindow> window_;
-    QPointer<CardScrollView> scrollView_;
+    QPointer<QScrollArea> scrollView_;
     QPointer<HeaderBar> headerBar_;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;
