@@ -16,8 +16,6 @@ class NothingToWatch final : public platform::Subscription {};
 Windows::Windows(platform::DesktopHost host, const UserTime& userTime, std::string displayName)
     : host_(std::move(host)), userTime_(userTime), displayName_(std::move(displayName)) {}
 
-Windows::~Windows() = default;
-
 WindowReader* Windows::reader() {
     if (!reader_) {
         auto connection = Connection::open(displayName_);
