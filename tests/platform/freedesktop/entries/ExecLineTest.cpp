@@ -1,7 +1,6 @@
 #include "platform/freedesktop/entries/ExecLine.h"
 
 #include "platform/freedesktop/entries/DesktopEntry.h"
-#include "platform/freedesktop/owners/ProgramIdentity.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
