@@ -50,9 +50,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     AppLauncher::shared(); // made now, so that the first key press need not
     auto& center = services_.notificationCenter;
     shortcutsObservation_ =
-        center.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
-    languageObservation_ =
-        center.observe(hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+        center.observe(shortcutsDidChange, [] { HotkeyManager::shared().buildShortcutMap(); });
+    languageObservation_ = center.observe(languageDidChange, [this] { rebuildMenu(); });
     HotkeyManager::shared().start();
     setupStatusItem();
 }
@@ -178,14 +177,6 @@ platform::Menu AppDelegate::languageMenu() {
         menu.push_back(std::move(item));
     }
     return menu;
-}
-
-void AppDelegate::shortcutsDidChange() {
-    HotkeyManager::shared().buildShortcutMap();
-}
-
-void AppDelegate::languageDidChange() {
-    rebuildMenu();
 }
 
 } // namespace hollowfernpike

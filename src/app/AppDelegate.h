@@ -55,8 +55,6 @@ private:
     void setupStatusItem();
     void rebuildMenu();
     platform::Menu languageMenu();
-    void shortcutsDidChange();
-    void languageDidChange();
 
     const platform::Services& services_;
     std::unique_ptr<platform::StatusItem> statusItem_;

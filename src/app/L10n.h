@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Language.h"
+
 #include <string>
 #include <string_view>
 
@@ -7,16 +9,25 @@
 namespace hollowfernpike::L10n {
 
 /// What a shortcut does, for desktops that list it among theirs.
-std::string purpose(std::string_view appName);
+inline std::string purpose(std::string_view appName) {
+    const std::string name{appName};
+    return localized("「" + name + "」を前面に表示", "Bring " + name + " to the front");
+}
 
 } // namespace hollowfernpike::L10n
 
 namespace hollowfernpike::L10n::Main {
 
 /// The question before a shortcut is deleted. The name is inserted as it is.
-std::string deleteConfirmTitle(std::string_view appName);
+inline std::string deleteConfirmTitle(std::string_view appName) {
+    const std::string name{appName};
+    return localized("「" + name + "」のショートカットを削除しますか？",
+                     "Delete shortcut for \"" + name + "\"?");
+}
 
 /// The text under that question: the shortcut's keys.
-std::string deleteConfirmInfo(std::string_view displayString);
+inline std::string deleteConfirmInfo(std::string_view displayString) {
+    return std::string{localized("ショートカットキー: ", "Shortcut key: ")}.append(displayString);
+}
 
 } // namespace hollowfernpike::L10n::Main

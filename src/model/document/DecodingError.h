@@ -1,14 +1,23 @@
 #pragma once
 
 #include "model/document/RecordKeys.h"
-#include "model/json/JsonValue.h"
 #include "platform/LocalizedError.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace hollowfernpike {
+
+enum class JsonType { null, boolean, number, string, array, object };
+
+/// A value as it stands in a document. `text` is a string's content, otherwise the source text of
+/// a number or literal; empty for arrays and objects.
+struct JsonValue {
+    JsonType type = JsonType::null;
+    std::string text;
+};
 
 /// A text in both languages of the interface.
 struct Wording {

@@ -2,10 +2,10 @@
 
 #include "model/OneLine.h"
 #include "model/document/RecordKeys.h"
-#include "model/json/JsonString.h"
 #include "model/json/Utf8.h"
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace hollowfernpike {
@@ -59,6 +59,51 @@ EncodingError notUtf8(std::size_t element, RecordKey key, std::string_view text)
                 "\": UTF-8ではない文字列は書き込めません: \"" + value + '"',
             "Element " + number + " of the list (counted from 1), key \"" + member +
                 "\": cannot write a text that is not UTF-8: \"" + value + '"'};
+}
+
+/// For each byte the letter behind the backslash: 'u' for the long form, 0 if it is not escaped.
+constexpr auto escapes = [] {
+    std::array<char, 256> letters{};
+    for (std::size_t control = 0; control < 0x20; ++control) {
+        letters.at(control) = 'u';
+    }
+    letters['\b'] = 'b';
+    letters['\f'] = 'f';
+    letters['\n'] = 'n';
+    letters['\r'] = 'r';
+    letters['\t'] = 't';
+    letters['"'] = '"';
+    letters['\\'] = '\\';
+    letters['/'] = '/';
+    return letters;
+}();
+
+void appendEscape(std::string& document, std::uint8_t byte) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    document += '\\';
+    document += escapes.at(byte);
+    if (escapes.at(byte) == 'u') {
+        document += "00";
+        document += digits[byte >> 4];
+        document += digits[byte & 0x0F];
+    }
+}
+
+/// Appends `text` as a JSON string (RFC 8259, section 7) in quotes. Quotes, backslashes, slashes
+/// and control characters are escaped, everything else is copied; `text` must be valid UTF-8.
+void appendJsonString(std::string& document, std::string_view text) {
+    document += '"';
+    std::size_t written = 0;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const auto byte = static_cast<std::uint8_t>(text[index]);
+        if (escapes.at(byte) != 0) {
+            document += text.substr(written, index - written);
+            appendEscape(document, byte);
+            written = index + 1;
+        }
+    }
+    document += text.substr(written);
+    document += '"';
 }
 
 class Encoder {

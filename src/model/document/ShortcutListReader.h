@@ -3,7 +3,6 @@
 #include "model/AppShortcut.h"
 #include "model/document/DecodingError.h"
 #include "model/document/RecordKeys.h"
-#include "model/json/JsonValue.h"
 
 #include <array>
 #include <cstddef>

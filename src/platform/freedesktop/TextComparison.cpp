@@ -2,8 +2,6 @@
 
 #include "platform/freedesktop/entries/GlibPointers.h"
 
-#include <algorithm>
-
 namespace hollowfernpike::freedesktop {
 
 namespace {
@@ -17,17 +15,13 @@ TextPointer decomposed(std::string_view text) {
         g_utf8_normalize(text.data(), static_cast<gssize>(text.size()), G_NORMALIZE_NFD));
 }
 
-bool isAscii(std::string_view text) {
-    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 } // namespace
 
 bool TextComparison::canonicallyEquivalent(std::string_view left, std::string_view right) {
     if (left == right) {
         return true;
     }
-    if (left.empty() || right.empty() || (isAscii(left) && isAscii(right))) {
+    if (left.empty() || right.empty()) {
         return false;
     }
     const auto leftForm = decomposed(left);

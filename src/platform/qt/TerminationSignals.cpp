@@ -1,8 +1,8 @@
 #include "platform/qt/TerminationSignals.h"
 
-#include <cerrno>
+#include "platform/freedesktop/files/SystemCall.h"
+
 #include <csignal>
-#include <system_error>
 #include <utility>
 
 #include <sys/signalfd.h>
@@ -17,20 +17,13 @@ TerminationSignals::TerminationSignals() {
         sigaddset(&signals, number);
     }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    descriptor_ = ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (descriptor_ < 0) {
-        throw std::system_error(errno, std::generic_category(), "signalfd");
-    }
-}
-
-TerminationSignals::~TerminationSignals() {
-    watch_.reset();
-    ::close(descriptor_);
+    descriptor_ = freedesktop::Descriptor{
+        freedesktop::checked(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK))};
 }
 
 void TerminationSignals::watch(platform::RunLoop& runLoop, std::function<void()> onSignal) {
     watch_ = runLoop.watchReadable(
-        descriptor_, [descriptor = descriptor_, onSignal = std::move(onSignal)] {
+        descriptor_.get(), [descriptor = descriptor_.get(), onSignal = std::move(onSignal)] {
             signalfd_siginfo signal{};
             while (::read(descriptor, &signal, sizeof signal) == sizeof signal) {
                 onSignal();

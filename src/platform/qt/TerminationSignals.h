@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/RunLoop.h"
+#include "platform/freedesktop/files/Descriptor.h"
 
 #include <functional>
 #include <memory>
@@ -13,15 +14,12 @@ namespace hollowfernpike::qt {
 class TerminationSignals {
 public:
     TerminationSignals();
-    TerminationSignals(const TerminationSignals&) = delete;
-    TerminationSignals& operator=(const TerminationSignals&) = delete;
-    ~TerminationSignals();
 
     /// Calls `onSignal` for each such signal, those already waiting included.
     void watch(platform::RunLoop& runLoop, std::function<void()> onSignal);
 
 private:
-    int descriptor_ = -1;
+    freedesktop::Descriptor descriptor_;
     std::unique_ptr<platform::Subscription> watch_;
 };
 

@@ -4,7 +4,6 @@
 #include "platform/x11/server/Connection.h"
 #include "platform/x11/server/Events.h"
 #include "platform/x11/server/Properties.h"
-#include "platform/x11/server/Reply.h"
 #include "platform/x11/server/WindowManagerMessage.h"
 
 #include <vector>
@@ -38,12 +37,10 @@ void OwnWindows::setShownInTaskBar(std::uintptr_t native, bool shown) {
     if (!isManaged(window)) {
         writeState(window, shown);
     }
-    WindowManagerMessage{window,
-                         internAtom(toolkit_, "_NET_WM_STATE"),
-                         {shown ? stateRemove : stateAdd,
-                          internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
-                          internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication}}
-        .send(toolkit_, root_);
+    sendToWindowManager(toolkit_, root_, window, internAtom(toolkit_, "_NET_WM_STATE"),
+                        {shown ? stateRemove : stateAdd,
+                         internAtom(toolkit_, "_NET_WM_STATE_SKIP_TASKBAR"),
+                         internAtom(toolkit_, "_NET_WM_STATE_SKIP_PAGER"), fromApplication});
     xcb_flush(toolkit_);
 }
 
@@ -56,12 +53,11 @@ void OwnWindows::bringToFront(std::uintptr_t native) {
     const auto workspace =
         number(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL).value_or(everyWorkspace);
     if (current && workspace != everyWorkspace && workspace != *current) {
-        WindowManagerMessage{root_, internAtom(toolkit_, "_NET_CURRENT_DESKTOP"), {workspace, time}}
-            .send(toolkit_, root_);
+        sendToWindowManager(toolkit_, root_, root_, internAtom(toolkit_, "_NET_CURRENT_DESKTOP"),
+                            {workspace, time});
     }
-    WindowManagerMessage{
-        window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"), {fromUser, time, XCB_NONE}}
-        .send(toolkit_, root_);
+    sendToWindowManager(toolkit_, root_, window, internAtom(toolkit_, "_NET_ACTIVE_WINDOW"),
+                        {fromUser, time, XCB_NONE});
     xcb_flush(toolkit_);
 }
 
@@ -73,23 +69,16 @@ bool OwnWindows::isManaged(xcb_window_t window) {
 
 std::optional<std::uint32_t> OwnWindows::number(xcb_window_t window, std::string_view property,
                                                 xcb_atom_t type) {
-    return numberOf(PropertyReply(xcb_get_property_reply(
-        toolkit_, xcb_get_property(toolkit_, 0, window, internAtom(toolkit_, property), type, 0, 1),
-        nullptr)));
+    return numberOf(readProperty(toolkit_, window, internAtom(toolkit_, property), type, 1));
 }
 
 // Before a window is managed, its owner writes the states; the window manager reads them when it
 // begins to manage it.
 void OwnWindows::writeState(xcb_window_t window, bool shown) {
     const auto property = internAtom(toolkit_, "_NET_WM_STATE");
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        toolkit_, xcb_get_property(toolkit_, 0, window, property, XCB_ATOM_ATOM, 0, mostStates),
-        nullptr));
-    std::vector<xcb_atom_t> states;
-    if (reply && reply->format == 32) {
-        const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-        states.assign(first, first + reply->value_len);
-    }
+    const auto reply = readProperty(toolkit_, window, property, XCB_ATOM_ATOM, mostStates);
+    const auto known = numbersOf(reply);
+    std::vector<xcb_atom_t> states(known.begin(), known.end());
     for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
         std::erase(states, internAtom(toolkit_, name));
         if (!shown) {

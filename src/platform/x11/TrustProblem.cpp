@@ -19,10 +19,9 @@ bool offersXkb(const Connection& connection) {
     if (!connection.hasExtension(xcb_xkb_id)) {
         return false;
     }
-    const Reply<xcb_xkb_use_extension_reply_t> reply{xcb_xkb_use_extension_reply(
+    const auto reply = awaitReply<xcb_xkb_use_extension_reply>(
         connection.get(),
-        xcb_xkb_use_extension(connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION),
-        nullptr)};
+        xcb_xkb_use_extension(connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION));
     return reply && reply->supported != 0;
 }
 
@@ -30,27 +29,25 @@ bool offersXInput(const Connection& connection) {
     if (!connection.hasExtension(xcb_input_id)) {
         return false;
     }
-    const Reply<xcb_input_xi_query_version_reply_t> reply{xcb_input_xi_query_version_reply(
+    const auto reply = awaitReply<xcb_input_xi_query_version_reply>(
         connection.get(),
-        xcb_input_xi_query_version(connection.get(), neededXInput.first, neededXInput.second),
-        nullptr)};
+        xcb_input_xi_query_version(connection.get(), neededXInput.first, neededXInput.second));
     return reply && std::pair{reply->major_version, reply->minor_version} >= neededXInput;
 }
 
 bool hasXwaylandExtension(const Connection& connection) {
     constexpr std::string_view name = "XWAYLAND";
-    const Reply<xcb_query_extension_reply_t> reply{xcb_query_extension_reply(
+    const auto reply = awaitReply<xcb_query_extension_reply>(
         connection.get(),
-        xcb_query_extension(connection.get(), static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr)};
+        xcb_query_extension(connection.get(), static_cast<std::uint16_t>(name.size()),
+                            name.data()));
     return reply && reply->present != 0;
 }
 
 /// An Xwayland that is too old for the extension is recognised by the names of its devices.
 bool hasXwaylandDevice(const Connection& connection) {
-    const Reply<xcb_input_xi_query_device_reply_t> reply{xcb_input_xi_query_device_reply(
-        connection.get(), xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL),
-        nullptr)};
+    const auto reply = awaitReply<xcb_input_xi_query_device_reply>(
+        connection.get(), xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL));
     if (!reply) {
         return false;
     }

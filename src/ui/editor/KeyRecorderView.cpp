@@ -8,7 +8,7 @@
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
 #include "ui/parts/Labels.h"
-#include "ui/parts/WindowPlacing.h"
+#include "ui/parts/Sheets.h"
 
 #include <QPushButton>
 

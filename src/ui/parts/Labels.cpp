@@ -2,6 +2,7 @@
 
 #include "ui/parts/SystemColors.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QPainter>
@@ -39,6 +40,13 @@ QStringList wrapped(const QString& text, const QFont& font, int width, int count
     }
     layout.endLayout();
     return lines;
+}
+
+QFont badgeFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(13);
+    font.setWeight(QFont::DemiBold);
+    return font;
 }
 
 } // namespace
@@ -114,6 +122,24 @@ void HintLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(secondaryLabelColor(palette()));
     painter.drawText(rect(), static_cast<int>(alignment()), text());
+}
+
+HotkeyBadge::HotkeyBadge(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setFont(badgeFont());
+    setAlignment(Qt::AlignCenter);
+}
+
+void HotkeyBadge::paintEvent(QPaintEvent*) {
+    constexpr qreal cornerRadius = 4;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(accentTintColor(palette()));
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.setPen(accentTextColor(palette()));
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
 }
 
 QFont systemFont(int size, QFont::Weight weight) {

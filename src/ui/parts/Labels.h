@@ -39,6 +39,15 @@ private:
     void paintEvent(QPaintEvent* event) override;
 };
 
+/// A key combination in the accent's colour on a tint of it. Main thread only.
+class HotkeyBadge final : public QLabel {
+public:
+    explicit HotkeyBadge(QWidget* parent = nullptr);
+
+private:
+    void paintEvent(QPaintEvent* event) override;
+};
+
 /// The desktop's font for user interfaces, `size` device-independent pixels high. Main thread only.
 QFont systemFont(int size, QFont::Weight weight);
 

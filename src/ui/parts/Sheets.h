@@ -5,8 +5,14 @@
 class QAbstractButton;
 class QWidget;
 
-/// Windows and the dialogs that keep the input from them. Main thread only.
+/// Our windows, and the dialogs that keep the input from them. Main thread only.
 namespace hollowfernpike {
+
+/// Moves the window to the middle of its screen, somewhat nearer to the top than to the bottom.
+void center(QWidget& window);
+
+/// Shows the window in front of our other windows and gives it the keyboard focus.
+void makeKeyAndOrderFront(QWidget& window);
 
 /// Whether a dialog on the window, or one that blocks all windows, has to be answered first.
 bool isBlocked(const QWidget& window);

@@ -1,6 +1,8 @@
 #include "ui/window/CardStackView.h"
 
+#include "app/Language.h"
 #include "ui/icons/SymbolButton.h"
+#include "ui/parts/Labels.h"
 #include "ui/window/ShortcutCardView.h"
 
 #include <QVBoxLayout>
@@ -10,6 +12,12 @@
 namespace hollowfernpike {
 
 namespace {
+
+const char* emptyListText() {
+    return localized(
+        "ショートカットが登録されていません\n「+ ショートカット追加」で追加してください",
+        "No shortcuts registered.\nClick \"+ Add Shortcut\" to add one.");
+}
 
 /// Hides the list while its views are replaced: in a visible list, each view that is added or
 /// removed would have the whole list laid out again.
@@ -47,12 +55,9 @@ void CardStackView::setCards(const std::vector<ShortcutCardView*>& cards) {
     for (ShortcutCardView* card : cards) {
         layout_->addWidget(card);
     }
-}
-
-void CardStackView::setHint(QWidget* hint) {
-    const WhileHidden hidden(*this);
-    removeViews();
-    layout_->addWidget(hint, 0, Qt::AlignHCenter);
+    if (cards.empty()) {
+        layout_->addWidget(new HintLabel(emptyListText()), 0, Qt::AlignHCenter);
+    }
 }
 
 void CardStackView::removeViews() {

@@ -12,16 +12,16 @@ namespace hollowfernpike {
 
 class ShortcutCardView;
 
-/// A column of views, 8 apart, 16 in from the sides and 8 from top and bottom. It is as high as the
-/// views need. Main thread only.
+/// A column of cards, 8 apart, 16 in from the sides and 8 from top and bottom. It is as high as the
+/// cards need. Main thread only.
 class CardStackView final : public QWidget {
 public:
     explicit CardStackView(QWidget* parent = nullptr);
 
     /// Replaces the views. The old ones are destroyed only after the current event, because one of
-    /// them may be handling it. Cards take the full width; a hint keeps its size and is centred.
+    /// them may be handling it. Cards take the full width. If there are none, shows a hint how to
+    /// add one, in the current language, in its own size and centred.
     void setCards(const std::vector<ShortcutCardView*>& cards);
-    void setHint(QWidget* hint);
 
     /// From top to bottom.
     std::vector<ShortcutCardView*> cards() const;

@@ -13,8 +13,6 @@
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
 #include "ui/parts/Sheets.h"
-#include "ui/parts/WindowPlacing.h"
-#include "ui/window/CardScrollView.h"
 #include "ui/window/CardStackView.h"
 #include "ui/window/HeaderBar.h"
 #include "ui/window/ShortcutCardView.h"
@@ -69,6 +67,20 @@ const char* windowTitle() {
     return localized("Hollowfernpike - ショートカット管理", "Hollowfernpike - Manage Shortcuts");
 }
 
+/// The list of cards, which scrolls vertically and draws no background.
+QScrollArea* makeScrollView() {
+    auto* view = new QScrollArea;
+    auto* cards = new CardStackView;
+    view->setFrameShape(QFrame::NoFrame);
+    view->setFocusPolicy(Qt::NoFocus);
+    view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view->setWidgetResizable(true);
+    view->setWidget(cards);
+    view->viewport()->setAutoFillBackground(false);
+    cards->setAutoFillBackground(false);
+    return view;
+}
+
 /// Shows an editor in a window of its own, which keeps itself alive.
 void openEditor(const std::optional<AppShortcut>& editing, const EditorDraft& draft = {}) {
     const auto editor = AddEditShortcutSheet::make(editing);
@@ -91,12 +103,10 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     setupUI();
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
-    shortcutsObservation_ =
-        notifications.observe(hollowfernpike::shortcutsDidChange, [this] { shortcutsDidChange(); });
+    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { reloadCards(); });
     refusedObservation_ =
         notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
-    languageObservation_ =
-        notifications.observe(hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+    languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
 }
 
 MainWindowController::~MainWindowController() {
@@ -119,7 +129,7 @@ QScrollArea* MainWindowController::scrollView() const {
 }
 
 CardStackView* MainWindowController::stackView() const {
-    return scrollView_ == nullptr ? nullptr : scrollView_->stackView();
+    return scrollView_ == nullptr ? nullptr : static_cast<CardStackView*>(scrollView_->widget());
 }
 
 QPushButton* MainWindowController::addButton() const {
@@ -139,7 +149,7 @@ void MainWindowController::setupUI() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(makeHeaderBar());
-    scrollView_ = new CardScrollView;
+    scrollView_ = makeScrollView();
     layout->addWidget(scrollView_, 1);
     window_->setScrollView(scrollView_);
     addButton()->setFocus();
@@ -159,7 +169,7 @@ void MainWindowController::reloadCards() {
     }
     const auto focused = stackView()->focusedPlace();
     const auto cards = makeCards();
-    scrollView_->setCards(cards);
+    stackView()->setCards(cards);
     if (focused) {
         cards.empty() ? addButton()->setFocus() : stackView()->focusOn(*focused);
     }
@@ -248,11 +258,7 @@ void MainWindowController::importShortcuts() {
     ShortcutExchange::importShortcuts(ExchangePresentation::sheetsOn(window_));
 }
 
-void MainWindowController::shortcutsDidChange() {
-    reloadCards();
-}
-
-void MainWindowController::languageDidChange() {
+void MainWindowController::relabel() {
     if (window_ != nullptr) {
         window_->setWindowTitle(windowTitle());
         headerBar_->relabel();

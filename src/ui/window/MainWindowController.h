@@ -16,7 +16,6 @@ class QScrollArea;
 
 namespace hollowfernpike {
 
-class CardScrollView;
 class CardStackView;
 class HeaderBar;
 class ManagementWindow;
@@ -67,11 +66,10 @@ private:
     ShortcutCardView* makeCard(const AppShortcut& shortcut);
     void editShortcut(const AppShortcut& shortcut);
     void deleteShortcut(const AppShortcut& shortcut);
-    void shortcutsDidChange();
-    void languageDidChange();
+    void relabel();
 
     QPointer<ManagementWindow> window_;
-    QPointer<CardScrollView> scrollView_;
+    QPointer<QScrollArea> scrollView_;
     QPointer<HeaderBar> headerBar_;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> refusedObservation_;

@@ -5,7 +5,6 @@
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
-#include "ui/parts/HotkeyBadge.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"

@@ -4,7 +4,7 @@
 #include "platform/x11/taps/EventTaps.h"
 #include "support/KeyInjector.h"
 #include "ui/editor/EditorSheetTest.h"
-#include "ui/parts/WindowPlacing.h"
+#include "ui/parts/Sheets.h"
 
 #include <QPointer>
 

@@ -2,7 +2,6 @@
 
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
-#include "ui/parts/HotkeyBadge.h"
 #include "ui/parts/Labels.h"
 #include "ui/window/ShortcutCardView.h"
 

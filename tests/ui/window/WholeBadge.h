@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/parts/HotkeyBadge.h"
+#include "ui/parts/Labels.h"
 
 #include <QImage>
 #include <QPixmap>

@@ -7,7 +7,6 @@
 #include "support/WaitUntil.h"
 #include "support/fakes/FakeServices.h"
 #include "ui/icons/SymbolButton.h"
-#include "ui/parts/HotkeyBadge.h"
 #include "ui/parts/Labels.h"
 #include "ui/window/CardStackView.h"
 #include "ui/window/LanguageName.h"

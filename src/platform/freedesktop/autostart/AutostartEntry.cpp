@@ -4,7 +4,6 @@
 #include "platform/freedesktop/entries/EntryFile.h"
 #include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/launching/LaunchError.h"
-#include "platform/freedesktop/owners/ProgramIdentity.h"
 
 namespace hollowfernpike::freedesktop {
 

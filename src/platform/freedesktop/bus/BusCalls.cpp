@@ -7,81 +7,24 @@
 #include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QList>
+#include <QPair>
+#include <QRegularExpression>
 #include <QString>
 
 #include <algorithm>
-#include <string_view>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
 
-/// (sv)
-struct UnitProperty {
-    QString name;
-    QDBusVariant value;
-};
-
-/// (sa(sv))
-struct AuxiliaryUnit {
-    QString name;
-    QList<UnitProperty> properties;
-};
-
-QDBusArgument& operator<<(QDBusArgument& argument, const UnitProperty& property) {
-    argument.beginStructure();
-    argument << property.name << property.value;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument& operator>>(const QDBusArgument& argument, UnitProperty& property) {
-    argument.beginStructure();
-    argument >> property.name >> property.value;
-    argument.endStructure();
-    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): as the toolkit has it
-}
-
-QDBusArgument& operator<<(QDBusArgument& argument, const AuxiliaryUnit& unit) {
-    argument.beginStructure();
-    argument << unit.name << unit.properties;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument& operator>>(const QDBusArgument& argument, AuxiliaryUnit& unit) {
-    argument.beginStructure();
-    argument >> unit.name >> unit.properties;
-    argument.endStructure();
-    return argument; // NOLINT(bugprone-return-const-ref-from-parameter): as the toolkit has it
-}
-
-constexpr std::size_t longestBusName = 255;
-
-bool isNamePart(std::string_view part) {
-    const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
-    const auto isAllowed = [&](char letter) {
-        return isDigit(letter) || (letter >= 'A' && letter <= 'Z') ||
-               (letter >= 'a' && letter <= 'z') || letter == '_' || letter == '-';
-    };
-    return !part.empty() && !isDigit(part.front()) && std::ranges::all_of(part, isAllowed);
-}
+using UnitProperty = QPair<QString, QDBusVariant>;         // (sv)
+using AuxiliaryUnit = QPair<QString, QList<UnitProperty>>; // (sa(sv))
 
 /// D-Bus Specification, "Valid Names": a well-known bus name.
-bool isBusName(std::string_view name) {
-    if (name.size() > longestBusName || name.find('.') == std::string_view::npos) {
-        return false;
-    }
-    for (;;) {
-        const auto dot = name.find('.');
-        if (!isNamePart(name.substr(0, dot))) {
-            return false;
-        }
-        if (dot == std::string_view::npos) {
-            return true;
-        }
-        name.remove_prefix(dot + 1);
-    }
+bool isBusName(const std::string& name) {
+    static const QRegularExpression form(
+        "\\A(?=.{1,255}\\z)[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+\\z");
+    return form.match(QString::fromStdString(name)).hasMatch();
 }
 
 QString objectPathOf(std::string busName) {

@@ -1,12 +1,17 @@
 #include "platform/freedesktop/entries/DesktopEntries.h"
 
 #include "platform/LocalizedError.h"
+#include "platform/freedesktop/files/BaseDirectories.h"
 
 #include <algorithm>
+#include <system_error>
+#include <unordered_set>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds shortestRest{1}; // between two scans if the kernel does not watch
 
@@ -18,6 +23,81 @@ bool isSameList(const std::vector<DesktopEntry>& left, const std::vector<Desktop
 }
 
 } // namespace
+
+/// An entry file in an applications directory.
+struct DesktopEntries::InstalledFile {
+    std::string path;
+    std::string identifier; ///< its path below the directory, "-" for "/", without ".desktop"
+    FileStamp stamp;
+};
+
+/// Collects all entry files below some directories, in the order of the directories. Of several
+/// with one identifier only the first is listed, even if it is hidden or invalid. Every directory,
+/// missing ones included, is added to the watch before it is read.
+class DesktopEntries::Collector {
+public:
+    explicit Collector(DirectoryWatch& watch) : watch_(watch) {}
+
+    void addDirectory(const fs::path& directory, const std::string& prefix = {}) {
+        watch_.add(directory);
+        const auto stamp = stampOf(directory);
+        if (!stamp || isBelowItself(*stamp)) {
+            return;
+        }
+        path_.push_back(*stamp);
+        for (const auto& below : addFiles(directory, prefix)) {
+            addDirectory(below, prefix + below.filename().string() + '-');
+        }
+        path_.pop_back();
+    }
+
+    std::vector<InstalledFile> take() { return std::move(files_); }
+
+private:
+    bool isBelowItself(const FileStamp& directory) const {
+        return std::ranges::any_of(path_,
+                                   [&](const auto& above) { return above.isSameFile(directory); });
+    }
+
+    // Adds the directory's own files first: they precede those in the subdirectories returned.
+    std::vector<fs::path> addFiles(const fs::path& directory, const std::string& prefix) {
+        std::vector<fs::path> subdirectories;
+        std::error_code error;
+        for (fs::directory_iterator file(directory, error), end; !error && file != end;
+             file.increment(error)) {
+            if (file->path().extension() == ".desktop") {
+                addFile(file->path(), prefix);
+            } else if (std::error_code unknown; file->is_directory(unknown)) {
+                subdirectories.push_back(file->path());
+            }
+        }
+        return subdirectories;
+    }
+
+    void addFile(const fs::path& path, const std::string& prefix) {
+        const auto identifier = prefix + path.stem().string();
+        const auto stamp = stampOf(path);
+        if (stamp && identifiers_.insert(identifier).second) {
+            files_.push_back({path.string(), identifier, *stamp});
+        }
+    }
+
+    DirectoryWatch& watch_;
+    std::vector<InstalledFile> files_;
+    std::unordered_set<std::string> identifiers_;
+    std::vector<FileStamp> path_; // from the applications directory down to the current one
+};
+
+std::vector<fs::path> applicationsDirectories() {
+    std::vector<fs::path> directories;
+    if (const auto home = dataHome()) {
+        directories.push_back(*home / "applications");
+    }
+    for (const auto& directory : sharedDataDirectories()) {
+        directories.push_back(directory / "applications");
+    }
+    return directories;
+}
 
 const EntryIndex& DesktopEntries::index() {
     if (isOutdated()) {
@@ -42,8 +122,12 @@ std::uint64_t DesktopEntries::generation() {
 void DesktopEntries::renew() {
     watch_.emplace();
     renewed_ = std::chrono::steady_clock::now();
+    Collector collector(*watch_);
+    for (const auto& directory : directories_) {
+        collector.addDirectory(directory);
+    }
     std::vector<DesktopEntry> entries;
-    for (const auto& file : installedFiles(directories_, *watch_)) {
+    for (const auto& file : collector.take()) {
         if (auto entry = current(file)) {
             entries.push_back(std::move(*entry));
         }

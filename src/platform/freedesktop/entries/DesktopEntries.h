@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/freedesktop/entries/ApplicationsDirectories.h"
 #include "platform/freedesktop/entries/EntryIndex.h"
 #include "platform/freedesktop/files/DirectoryWatch.h"
 
@@ -12,6 +11,11 @@
 #include <vector>
 
 namespace hollowfernpike::freedesktop {
+
+/// Where entries of installed applications lie, the most important directory first: "applications"
+/// in $XDG_DATA_HOME and in each of $XDG_DATA_DIRS. Read from the environment anew each time; they
+/// need not exist.
+std::vector<std::filesystem::path> applicationsDirectories();
 
 /// The applications that are installed, as the entry files tell at the moment of asking. Nothing is
 /// read before the first question, only changed files are read again, and nothing wakes us when
@@ -41,6 +45,9 @@ public:
     std::string identifierOf(const std::string& path);
 
 private:
+    struct InstalledFile;
+    class Collector;
+
     bool isOutdated();
     void renew();
     std::optional<DesktopEntry> current(const InstalledFile& file) const;

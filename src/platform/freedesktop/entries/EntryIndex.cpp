@@ -1,7 +1,7 @@
 #include "platform/freedesktop/entries/EntryIndex.h"
 
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/entries/Names.h"
-#include "platform/freedesktop/owners/ProgramIdentity.h"
 
 #include <algorithm>
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace hollowfernpike::freedesktop {
@@ -22,6 +23,15 @@ std::vector<std::string> commandLineOf(const DesktopEntry& entry);
 /// Entry Specification, not yet escaped as a text of the file. Absent if no line can say that path:
 /// it is not UTF-8, or has both "%" and "=" in it.
 std::optional<std::string> execLineFor(const std::filesystem::path& program);
+
+/// The word of a command line that tells which application it runs: the program, or the script of
+/// an interpreter. A leading "env" is skipped with its options and assignments. Empty if there is
+/// no such word: for interpreters given their program on the command line ("-c"), and for programs
+/// that only start others (such as "flatpak run").
+std::string identifyingProgram(const std::vector<std::string>& words);
+
+/// Whether a program of this name runs scripts that are applications of their own.
+bool isInterpreter(std::string_view programName);
 
 /// The file that `program` would run: itself if it is an absolute path, looked up from `directory`
 /// if it is a relative one, else in PATH. Empty if there is none or it is not executable.

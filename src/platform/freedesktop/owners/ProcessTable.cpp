@@ -1,7 +1,8 @@
 #include "platform/freedesktop/owners/ProcessTable.h"
 
+#include "platform/freedesktop/entries/ExecLine.h"
+#include "platform/freedesktop/entries/GlibPointers.h"
 #include "platform/freedesktop/entries/Names.h"
-#include "platform/freedesktop/owners/ProgramIdentity.h"
 #include "platform/freedesktop/owners/WindowOwners.h"
 
 #include <algorithm>
@@ -76,16 +77,12 @@ std::string_view withoutScreen(std::string_view display) {
     return hasScreen ? display.substr(0, dot) : display;
 }
 
-std::string variable(const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? std::string{} : value;
-}
-
 /// Whether the process can show windows where we do: on one of our displays, or perhaps on one that
 /// it names in another way than by its environment.
 bool isOfThisSession(const ProcessFacts& process) {
-    const auto ourDisplay = variable("DISPLAY");
-    const auto ourSocket = waylandSocket(variable("WAYLAND_DISPLAY"), variable("XDG_RUNTIME_DIR"));
+    const std::string ourDisplay = orEmpty(std::getenv("DISPLAY"));
+    const auto ourSocket = waylandSocket(orEmpty(std::getenv("WAYLAND_DISPLAY")),
+                                         orEmpty(std::getenv("XDG_RUNTIME_DIR")));
     const bool namesNone = process.display.empty() && process.waylandSocket.empty();
     const bool weHaveNone = ourDisplay.empty() && ourSocket.empty();
     return namesNone || weHaveNone || (!ourSocket.empty() && process.waylandSocket == ourSocket) ||

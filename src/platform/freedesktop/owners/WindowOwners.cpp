@@ -1,8 +1,8 @@
 #include "platform/freedesktop/owners/WindowOwners.h"
 
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/entries/Names.h"
 #include "platform/freedesktop/owners/ApplicationUnit.h"
-#include "platform/freedesktop/owners/ProgramIdentity.h"
 
 #include <algorithm>
 #include <initializer_list>

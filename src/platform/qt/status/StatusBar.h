@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/StatusBar.h"
-#include "platform/qt/status/StatusItem.h"
+#include "platform/SystemTray.h"
+#include "platform/freedesktop/bus/SessionBus.h"
+#include "platform/qt/Application.h"
 
 namespace hollowfernpike::qt {
 
@@ -14,9 +16,9 @@ public:
               const freedesktop::SessionBus* bus)
         : application_(application), tray_(tray), bus_(bus) {}
 
-    std::unique_ptr<platform::StatusItem> createStatusItem() override {
-        return std::make_unique<StatusItem>(application_, tray_, bus_);
-    }
+    /// An item on the panel that there is: with a host of status notifier items, or as a window in
+    /// a tray if no such host appears within 1.5 s.
+    std::unique_ptr<platform::StatusItem> createStatusItem() override;
 
 private:
     Application& application_;

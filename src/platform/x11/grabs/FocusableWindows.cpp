@@ -18,8 +18,7 @@ bool FocusableWindows::isChange(const xcb_generic_event_t& event) const {
 Focusable FocusableWindows::read() const {
     const auto focusQuestion = xcb_get_input_focus(connection_.get());
     Focusable result{.windows = DesktopQuery(connection_, atoms_).take().windows};
-    const Reply<xcb_get_input_focus_reply_t> focus{
-        xcb_get_input_focus_reply(connection_.get(), focusQuestion, nullptr)};
+    const auto focus = awaitReply<xcb_get_input_focus_reply>(connection_.get(), focusQuestion);
     const bool isWindow = focus && focus->focus != XCB_NONE &&
                           focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT &&
                           focus->focus != connection_.root();

@@ -28,9 +28,6 @@ public:
     /// The connection and the queue outlive this object. `isScreenLocked`: as in RawKeys.
     GrabbedKeys(const Connection& connection, platform::MainQueue& queue,
                 std::function<bool()> isScreenLocked);
-    GrabbedKeys(const GrabbedKeys&) = delete;
-    GrabbedKeys& operator=(const GrabbedKeys&) = delete;
-    ~GrabbedKeys() override = default;
 
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override;

@@ -40,8 +40,8 @@ bool failsForCore(const Connection& connection, const Attempt& attempt) {
 
 /// The reply lists the modifiers with which the key could not be grabbed.
 bool failsForXInput(const Connection& connection, const Attempt& attempt) {
-    const Reply<xcb_input_xi_passive_grab_device_reply_t> reply{
-        xcb_input_xi_passive_grab_device_reply(connection.get(), attempt.xInput, nullptr)};
+    const auto reply =
+        awaitReply<xcb_input_xi_passive_grab_device_reply>(connection.get(), attempt.xInput);
     return reply && reply->num_modifiers > 0;
 }
 

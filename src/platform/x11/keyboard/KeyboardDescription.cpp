@@ -34,8 +34,7 @@ AtomCookies requestAtoms(xcb_connection_t* connection) {
 VirtualModifierAtoms awaitAtoms(xcb_connection_t* connection, const AtomCookies& cookies) {
     VirtualModifierAtoms atoms{};
     for (std::size_t index = 0; index < cookies.size(); ++index) {
-        const Reply<xcb_intern_atom_reply_t> reply{
-            xcb_intern_atom_reply(connection, cookies.at(index), nullptr)};
+        const auto reply = awaitReply<xcb_intern_atom_reply>(connection, cookies.at(index));
         atoms.at(index) = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     }
     return atoms;
@@ -153,11 +152,9 @@ std::optional<KeyboardDescription> KeyboardDescription::read(const Connection& c
     const auto namesCookie = xcb_xkb_get_names(server, XCB_XKB_ID_USE_CORE_KBD, nameParts);
     const auto controlsCookie = xcb_xkb_get_controls(server, XCB_XKB_ID_USE_CORE_KBD);
     const auto atoms = awaitAtoms(server, requestAtoms(server));
-    const Reply<xcb_xkb_get_map_reply_t> map{xcb_xkb_get_map_reply(server, mapCookie, nullptr)};
-    const Reply<xcb_xkb_get_names_reply_t> names{
-        xcb_xkb_get_names_reply(server, namesCookie, nullptr)};
-    const Reply<xcb_xkb_get_controls_reply_t> controls{
-        xcb_xkb_get_controls_reply(server, controlsCookie, nullptr)};
+    const auto map = awaitReply<xcb_xkb_get_map_reply>(server, mapCookie);
+    const auto names = awaitReply<xcb_xkb_get_names_reply>(server, namesCookie);
+    const auto controls = awaitReply<xcb_xkb_get_controls_reply>(server, controlsCookie);
     if (!map || !names || !controls) {
         return std::nullopt;
     }

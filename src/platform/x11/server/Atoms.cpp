@@ -52,7 +52,7 @@ constexpr auto namesOfAtoms = std::to_array<Name>({
 xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
     const auto cookie =
         xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    const auto reply = awaitReply<xcb_intern_atom_reply>(connection, cookie);
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
@@ -64,8 +64,7 @@ Atoms::Atoms(const Connection& connection) {
                                          static_cast<std::uint16_t>(text.size()), text.data());
     }
     for (std::size_t index = 0; index < namesOfAtoms.size(); ++index) {
-        const Reply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(connection.get(), cookies[index], nullptr));
+        const auto reply = awaitReply<xcb_intern_atom_reply>(connection.get(), cookies[index]);
         if (reply) {
             this->*namesOfAtoms[index].member = reply->atom;
         }

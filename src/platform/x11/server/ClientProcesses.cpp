@@ -10,8 +10,8 @@ bool tellsProcesses(const Connection& connection) {
     if (!connection.hasExtension(xcb_res_id)) {
         return false;
     }
-    const Reply<xcb_res_query_version_reply_t> version(xcb_res_query_version_reply(
-        connection.get(), xcb_res_query_version(connection.get(), 1, 2), nullptr));
+    const auto version = awaitReply<xcb_res_query_version_reply>(
+        connection.get(), xcb_res_query_version(connection.get(), 1, 2));
     return version && (version->server_major > 1 || version->server_minor >= 2);
 }
 
@@ -57,8 +57,7 @@ ClientProcesses::take(std::optional<xcb_res_query_client_ids_cookie_t> cookie) c
     if (!cookie) {
         return answer;
     }
-    const Reply<xcb_res_query_client_ids_reply_t> reply(
-        xcb_res_query_client_ids_reply(connection_.get(), *cookie, nullptr));
+    const auto reply = awaitReply<xcb_res_query_client_ids_reply>(connection_.get(), *cookie);
     if (reply) {
         for (auto at = xcb_res_query_client_ids_ids_iterator(reply.get()); at.rem > 0;
              xcb_res_client_id_value_next(&at)) {

@@ -45,8 +45,8 @@ xcb_timestamp_t Events::serverTime() {
     const Messenger messenger(connection_);
     xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, messenger.window(),
                         XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, nullptr);
-    const Reply<xcb_get_input_focus_reply_t> fence(xcb_get_input_focus_reply(
-        connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    const auto fence = awaitReply<xcb_get_input_focus_reply>(
+        connection_.get(), xcb_get_input_focus(connection_.get()));
     xcb_timestamp_t time = XCB_CURRENT_TIME;
     while (const auto event = next()) {
         const auto* change = asPropertyChange(*event);

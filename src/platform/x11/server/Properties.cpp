@@ -8,7 +8,13 @@ xcb_get_property_cookie_t askProperty(const Connection& connection, xcb_window_t
 }
 
 PropertyReply takeProperty(const Connection& connection, xcb_get_property_cookie_t cookie) {
-    return PropertyReply(xcb_get_property_reply(connection.get(), cookie, nullptr));
+    return awaitReply<xcb_get_property_reply>(connection.get(), cookie);
+}
+
+PropertyReply readProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
+                           xcb_atom_t type, std::uint32_t words) {
+    return awaitReply<xcb_get_property_reply>(
+        connection, xcb_get_property(connection, 0, window, property, type, 0, words));
 }
 
 std::span<const std::uint32_t> numbersOf(const PropertyReply& reply) {

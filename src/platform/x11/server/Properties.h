@@ -23,6 +23,10 @@ xcb_get_property_cookie_t askProperty(const Connection& connection, xcb_window_t
 /// Waits for the answer.
 PropertyReply takeProperty(const Connection& connection, xcb_get_property_cookie_t cookie);
 
+/// Asks as askProperty() does, and waits.
+PropertyReply readProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
+                           xcb_atom_t type, std::uint32_t words);
+
 /// The value as a list of 32-bit numbers; empty if it is none.
 std::span<const std::uint32_t> numbersOf(const PropertyReply& reply);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -11,14 +12,20 @@ namespace hollowfernpike::x11 {
 inline constexpr std::uint32_t fromApplication = 1;
 inline constexpr std::uint32_t fromUser = 2; ///< as pagers and the like send it
 
-/// A request to the window manager about a window, sent as an event to the root window. It leaves
+/// Sends a request about a window to the window manager, as an event to the root window. It leaves
 /// when the connection is flushed.
-struct WindowManagerMessage {
-    xcb_window_t window;
-    xcb_atom_t type;
-    std::array<std::uint32_t, 5> data;
-
-    void send(xcb_connection_t* connection, xcb_window_t root) const;
-};
+inline void sendToWindowManager(xcb_connection_t* connection, xcb_window_t root,
+                                xcb_window_t window, xcb_atom_t type,
+                                const std::array<std::uint32_t, 5>& data) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    std::ranges::copy(data, message.data.data32);
+    xcb_send_event(connection, 0, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+}
 
 } // namespace hollowfernpike::x11

@@ -28,8 +28,7 @@ void RawKeys::start() {
     }
     select(true);
     const auto cookie = xcb_xkb_get_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD);
-    const Reply<xcb_xkb_get_state_reply_t> state{
-        xcb_xkb_get_state_reply(connection_.get(), cookie, nullptr)};
+    const auto state = awaitReply<xcb_xkb_get_state_reply>(connection_.get(), cookie);
     started_ = state != nullptr;
     startedAt_ = cookie.sequence;
     modifiers_ = state ? state->mods : freedesktop::ModifierState{0};

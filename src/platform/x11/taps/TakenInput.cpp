@@ -21,10 +21,8 @@ TakenDevices TakenInput::devices() const {
                          XCB_NONE, XCB_CURRENT_TIME);
     const auto keyboard = xcb_grab_keyboard(server, 0, window_, XCB_CURRENT_TIME,
                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    const Reply<xcb_grab_pointer_reply_t> ofPointer{
-        xcb_grab_pointer_reply(server, pointer, nullptr)};
-    const Reply<xcb_grab_keyboard_reply_t> ofKeyboard{
-        xcb_grab_keyboard_reply(server, keyboard, nullptr)};
+    const auto ofPointer = awaitReply<xcb_grab_pointer_reply>(server, pointer);
+    const auto ofKeyboard = awaitReply<xcb_grab_keyboard_reply>(server, keyboard);
     return {.keyboard = ofKeyboard && ofKeyboard->status == XCB_GRAB_STATUS_ALREADY_GRABBED,
             .pointer = ofPointer && ofPointer->status == XCB_GRAB_STATUS_ALREADY_GRABBED};
 }

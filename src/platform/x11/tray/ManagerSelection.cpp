@@ -15,8 +15,8 @@ ManagerSelection::ManagerSelection(xcb_connection_t* connection, std::string_vie
       manager_(internAtom(connection, "MANAGER")) {}
 
 xcb_window_t ManagerSelection::owner() const {
-    const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        connection_, xcb_get_selection_owner(connection_, selection_), nullptr));
+    const auto reply = awaitReply<xcb_get_selection_owner_reply>(
+        connection_, xcb_get_selection_owner(connection_, selection_));
     return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 

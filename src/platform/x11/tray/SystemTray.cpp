@@ -2,8 +2,8 @@
 
 #include "platform/x11/server/Atoms.h"
 #include "platform/x11/server/Connection.h"
-#include "platform/x11/server/Reply.h"
-#include "platform/x11/tray/TrayWatch.h"
+#include "platform/x11/server/Properties.h"
+#include "platform/x11/taps/EventKinds.h"
 
 #include <utility>
 
@@ -13,6 +13,8 @@ namespace hollowfernpike::x11 {
 
 namespace {
 
+/// The selection that the tray of a screen owns (System Tray Protocol Specification 0.3).
+constexpr auto trayPrefix = "_NET_SYSTEM_TRAY_S";
 constexpr std::uint32_t requestDock = 0;
 constexpr std::uint8_t depthWithAlpha = 32;
 
@@ -41,6 +43,73 @@ void ignoreError(xcb_connection_t* connection, xcb_void_cookie_t request) {
     xcb_discard_reply(connection, request.sequence);
 }
 
+void selectStructureEvents(xcb_connection_t* server, xcb_window_t window) {
+    constexpr std::uint32_t structureEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &structureEvents);
+}
+
+/// Learns of trays that come and go, from the message in which a new one names itself (Inter-Client
+/// Communication Conventions Manual 2.0, 2.8) and from the end of its window.
+class TrayWatch final : public platform::Subscription {
+public:
+    /// The loop outlives this.
+    TrayWatch(std::unique_ptr<Connection> connection, platform::RunLoop& runLoop,
+              std::function<void()> onChange)
+        : connection_(std::move(connection)), onChange_(std::move(onChange)),
+          selection_(connection_->get(), trayPrefix, connection_->screenNumber()),
+          readable_(runLoop.watchReadable(connection_->descriptor(), [this] { onReadable(); })) {
+        selectStructureEvents(connection_->get(), connection_->root());
+        follow();
+        readNews();
+    }
+
+private:
+    void onReadable() {
+        if (connection_->isLost()) {
+            readable_.reset(); // it would be readable for ever
+        } else if (readNews()) {
+            onChange_();
+        }
+    }
+
+    // Waiting for a reply reads events, too, and the connection does not become readable for those
+    // again. So this must be called after every wait.
+    bool readNews() {
+        bool changed = false;
+        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
+            if (isNews(*event)) {
+                changed = true;
+                follow();
+            }
+        }
+        return changed;
+    }
+
+    bool isNews(const xcb_generic_event_t& event) const {
+        return selection_.isAnnouncedBy(event) ||
+               (eventCode(event) == XCB_DESTROY_NOTIFY &&
+                reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == tray_);
+    }
+
+    // The end of the tray's window is reported only if the event was selected while the window
+    // existed. So the owner is asked for again after selecting, until it stays the same.
+    void follow() {
+        auto* const server = connection_->get();
+        tray_ = XCB_NONE;
+        for (auto owner = selection_.owner(); owner != tray_; owner = selection_.owner()) {
+            tray_ = owner;
+            selectStructureEvents(server, owner);
+        }
+        xcb_flush(server);
+    }
+
+    std::unique_ptr<Connection> connection_;
+    std::function<void()> onChange_;
+    ManagerSelection selection_;
+    xcb_window_t tray_ = XCB_NONE;
+    std::unique_ptr<platform::Subscription> readable_;
+};
+
 } // namespace
 
 SystemTray::SystemTray(xcb_connection_t* toolkit, platform::RunLoop& runLoop)
@@ -51,16 +120,10 @@ bool SystemTray::isThere() {
 }
 
 bool SystemTray::blendsWindows() {
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        toolkit_,
-        xcb_get_property(toolkit_, 0, selection_.owner(),
-                         internAtom(toolkit_, "_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID, 0, 1),
-        nullptr));
-    if (!reply || reply->format != 32 || reply->value_len == 0) {
-        return false;
-    }
-    const auto* visual = static_cast<const xcb_visualid_t*>(xcb_get_property_value(reply.get()));
-    return depthOfVisual(toolkit_, *visual) == depthWithAlpha;
+    const auto visual = numberOf(readProperty(toolkit_, selection_.owner(),
+                                              internAtom(toolkit_, "_NET_SYSTEM_TRAY_VISUAL"),
+                                              XCB_ATOM_VISUALID, 1));
+    return visual && depthOfVisual(toolkit_, *visual) == depthWithAlpha;
 }
 
 // Unmapped first: some trays keep the size of a window that is mapped when they embed it, whatever

@@ -28,8 +28,7 @@ constexpr std::uint32_t iconicState = 3; // WM_STATE, as XIconifyWindow leaves i
 
 std::vector<xcb_window_t> takeChildren(const Connection& connection,
                                        xcb_query_tree_cookie_t question) {
-    const Reply<xcb_query_tree_reply_t> reply(
-        xcb_query_tree_reply(connection.get(), question, nullptr));
+    const auto reply = awaitReply<xcb_query_tree_reply>(connection.get(), question);
     if (!reply) {
         return {};
     }

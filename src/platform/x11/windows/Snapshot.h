@@ -11,6 +11,9 @@
 
 namespace hollowfernpike::x11 {
 
+/// The layer of windows that people work in. Whatever only surrounds them lies below or above.
+inline constexpr std::int32_t ordinaryLayer = 0;
+
 /// What is kept of a window from one snapshot to the next.
 struct WindowIdentity {
     std::optional<std::int32_t> clientProcess;

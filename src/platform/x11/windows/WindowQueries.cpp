@@ -1,7 +1,7 @@
 #include "platform/x11/windows/WindowQueries.h"
 
 #include "platform/x11/server/Properties.h"
-#include "platform/x11/windows/WindowTypes.h"
+#include "platform/x11/windows/Snapshot.h"
 
 #include <algorithm>
 #include <array>
@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::uint32_t mostTextWords = 256;
 constexpr std::uint32_t mostAtoms = 64;
+constexpr std::int32_t layerBelow = -1;
+constexpr std::int32_t layerAbove = 1;
 
 bool isThisMachine(std::string_view machine) {
     std::array<char, 256> name{};
@@ -25,6 +27,38 @@ bool isThisMachine(std::string_view machine) {
 std::string withoutEnd(std::string text) {
     text.resize(std::min(text.find('\0'), text.size()));
     return text;
+}
+
+template <std::size_t count>
+bool isAmong(const std::array<xcb_atom_t, count>& types, xcb_atom_t type) {
+    return std::ranges::find(types, type) != types.end();
+}
+
+std::optional<std::int32_t> layerOfType(const Atoms& atoms, xcb_atom_t type) {
+    const std::array ordinary{atoms.typeNormal, atoms.typeDialog, atoms.typeUtility,
+                              atoms.typeToolbar};
+    const std::array above{atoms.typeDock,         atoms.typeSplash,    atoms.typeMenu,
+                           atoms.typeDropdownMenu, atoms.typePopupMenu, atoms.typeTooltip,
+                           atoms.typeNotification, atoms.typeCombo,     atoms.typeDragIcon};
+    if (isAmong(ordinary, type)) {
+        return ordinaryLayer;
+    }
+    if (isAmong(above, type)) {
+        return layerAbove;
+    }
+    return type == atoms.typeDesktop ? std::optional(layerBelow) : std::nullopt;
+}
+
+/// The layer of a window from its `_NET_WM_WINDOW_TYPE`, which lists types, best first; the first
+/// that we know counts. A window that names none is a normal one, or a dialog if it is transient:
+/// both are ordinary.
+std::int32_t layerOf(const Atoms& atoms, std::span<const xcb_atom_t> types) {
+    for (const auto type : types) {
+        if (const auto layer = layerOfType(atoms, type)) {
+            return *layer;
+        }
+    }
+    return ordinaryLayer;
 }
 
 } // namespace

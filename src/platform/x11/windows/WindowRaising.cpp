@@ -1,7 +1,6 @@
 #include "platform/x11/windows/WindowRaising.h"
 
 #include "platform/x11/server/WindowManagerMessage.h"
-#include "platform/x11/windows/WindowTypes.h"
 
 #include <array>
 #include <vector>
@@ -70,7 +69,7 @@ std::vector<xcb_window_t> windowsToRaise(const Snapshot& snapshot, const WindowR
 void send(const WindowReader& windows, xcb_window_t window, xcb_atom_t type,
           const std::array<std::uint32_t, 5>& data) {
     const auto& connection = windows.connection();
-    WindowManagerMessage{window, type, data}.send(connection.get(), connection.root());
+    sendToWindowManager(connection.get(), connection.root(), window, type, data);
 }
 
 // Each window goes to the very top, one after the other: asked to put a window just below another,

@@ -2,7 +2,6 @@
 
 #include "platform/freedesktop/Logging.h"
 #include "platform/x11/windows/WindowRaising.h"
-#include "platform/x11/windows/WindowTypes.h"
 
 #include <utility>
 
@@ -16,8 +15,6 @@ class NothingToWatch final : public platform::Subscription {};
 
 Windows::Windows(platform::DesktopHost host, const UserTime& userTime, std::string displayName)
     : host_(std::move(host)), userTime_(userTime), displayName_(std::move(displayName)) {}
-
-Windows::~Windows() = default;
 
 WindowReader* Windows::reader() {
     if (!reader_) {

@@ -19,9 +19,6 @@ public:
     /// What `host` refers to and `userTime` outlive this object, and this object its
     /// subscriptions. The display of the environment if the name is empty.
     Windows(platform::DesktopHost host, const UserTime& userTime, std::string displayName = {});
-    Windows(const Windows&) = delete;
-    Windows& operator=(const Windows&) = delete;
-    ~Windows() override;
 
     /// Connects if not connected yet; null if that fails.
     WindowReader* reader();

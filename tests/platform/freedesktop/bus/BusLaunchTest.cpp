@@ -18,6 +18,7 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
@@ -248,7 +249,7 @@ TEST_F(BusLaunchTest, AStartedProgramGetsAScopeOfItsOwn) {
                                              "('app-hollowfernpike-my\\\\x2dapp-" +
                                              number + ".scope', 'fail', "),
                                   HasSubstr("('PIDs', <[uint32 " + number + "]>)"),
-                                  HasSubstr("('Slice', <'app.slice'>)"))));
+                                  HasSubstr("('Slice', <'app.slice'>)"), EndsWith("], [])"))));
 }
 
 TEST_F(BusLaunchTest, AServiceManagerIsNotStartedForAScope) {

@@ -15,13 +15,15 @@ namespace hollowfernpike::test {
 
 namespace fs = std::filesystem;
 
+using freedesktop::writeFileAtomically;
+
 class AtomicFileTest : public testing::Test {
 protected:
     fs::path folder() const { return directory_.path(); }
     fs::path file() const { return folder() / "file"; }
 
     static std::error_code failure(const fs::path& path, std::string_view data = "new") {
-        return failureOf([&] { freedesktop::writeFileAtomically(path, data); });
+        return failureOf([&] { writeFileAtomically(path, data); });
     }
 
     static mode_t modeOf(const fs::path& path) {

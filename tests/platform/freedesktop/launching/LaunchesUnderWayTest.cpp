@@ -21,13 +21,20 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-using LaunchesUnderWayTest = WorkspaceTest;
+class LaunchesUnderWayTest : public WorkspaceTest {
+protected:
+    void expectBroughtForward(pid_t process) {
+        EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(process)));
+    }
+
+    /// Of a program that stays.
+    const std::string path_ = home_.addEntry("single", home_.witness("stay"));
+};
 
 TEST_F(LaunchesUnderWayTest, ASecondRequestJoinsTheLaunchUnderWay) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     for (int press = 0; press < 30; ++press) {
-        EXPECT_EQ(launched(path), first);
+        EXPECT_EQ(launched(path_), first);
     }
     launched(home_.addEntry("fence", home_.witness("stay")));
     EXPECT_THAT(home_.awaitWitnesses(2), SizeIs(2));
@@ -35,35 +42,31 @@ TEST_F(LaunchesUnderWayTest, ASecondRequestJoinsTheLaunchUnderWay) {
 }
 
 TEST_F(LaunchesUnderWayTest, ARepeatAndALaterRequestJoinTheLaunchUnderWayAlike) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
-    EXPECT_EQ(launched(path), first);
+    const auto first = launched(path_);
+    EXPECT_EQ(launched(path_), first);
     ++feedback_.holds;
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
 }
 
 TEST_F(LaunchesUnderWayTest, ARequestByAnotherPathToTheSameFileJoinsToo) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
     const auto link = home_.path() / "link.desktop";
-    std::filesystem::create_symlink(path, link);
-    EXPECT_EQ(launched(path), launched(link.string()));
+    std::filesystem::create_symlink(path_, link);
+    EXPECT_EQ(launched(path_), launched(link.string()));
 }
 
 TEST_F(LaunchesUnderWayTest, OnceTheProcessShowsAWindowTheNextRequestStartsAnother) {
-    const auto path = home_.addEntry("double", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     EXPECT_TRUE(windows_.isWatched());
     windows_.show({.process = first, .owner = {}});
     EXPECT_FALSE(windows_.isWatched());
     ++feedback_.holds;
-    EXPECT_NE(launched(path), first);
+    EXPECT_NE(launched(path_), first);
     EXPECT_THAT(feedback_.ended, IsEmpty());
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatIsThereBeforeAnybodyWatchesEndsTheLaunchToo) {
-    const auto path = home_.addEntry("double", home_.witness("stay"));
     std::optional<std::int32_t> first;
-    workspace_.openApplication(path, {.activates = true}, [&](const auto& result) {
+    workspace_.openApplication(path_, {.activates = true}, [&](const auto& result) {
         first = result.processIdentifier;
         windows_.show({.process = first, .owner = {}});
     });
@@ -71,34 +74,31 @@ TEST_F(LaunchesUnderWayTest, AWindowThatIsThereBeforeAnybodyWatchesEndsTheLaunch
     EXPECT_FALSE(windows_.isWatched());
     windows_.closeAll();
     ++feedback_.holds;
-    EXPECT_NE(launched(path), first);
+    EXPECT_NE(launched(path_), first);
 }
 
 TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowIsSeenWithTheNextRequest) {
-    const auto path = home_.addEntry("double", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     windows_.showSilently({.process = first, .owner = {}});
     ++feedback_.holds;
-    EXPECT_EQ(launched(path), first);
-    EXPECT_EQ(launched(path), first);
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+    EXPECT_EQ(launched(path_), first);
+    EXPECT_EQ(launched(path_), first);
+    expectBroughtForward(first);
     ++feedback_.holds;
-    EXPECT_NE(launched(path), first);
+    EXPECT_NE(launched(path_), first);
 }
 
 TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowAnswersARequestWithoutAHold) {
     feedback_.holds = 0;
-    const auto path = home_.addEntry("double", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     windows_.showSilently({.process = first, .owner = {}});
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     EXPECT_FALSE(windows_.isWatched());
 }
 
 TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowIsSeenWhenThePatienceEnds) {
-    const auto path = home_.addEntry("double", home_.witness("stay"));
-    const auto first = launched(path);
-    EXPECT_EQ(launched(path), first);
+    const auto first = launched(path_);
+    EXPECT_EQ(launched(path_), first);
     windows_.showSilently({.process = first, .owner = {}});
     queue_.advance(LaunchesUnderWay::limit);
     EXPECT_FALSE(windows_.isWatched());
@@ -106,75 +106,70 @@ TEST_F(LaunchesUnderWayTest, AnUnannouncedWindowIsSeenWhenThePatienceEnds) {
     EXPECT_THAT(log_.calls(), IsEmpty()) << "the user may be elsewhere by now";
     windows_.closeAll();
     ++feedback_.holds;
-    EXPECT_NE(launched(path), first);
+    EXPECT_NE(launched(path_), first);
 }
 
 TEST_F(LaunchesUnderWayTest, TheSameHoldStartsNothingMoreOnceTheWindowWasShownAndClosed) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     windows_.show({.process = first, .owner = {}});
     windows_.closeAll();
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     EXPECT_THAT(feedback_.begun, SizeIs(1));
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForOnceIsLeftToTheDesktop) {
-    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    const auto first = launched(path_);
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatMayHaveOpenedBehindIsBroughtForward) {
     feedback_.opensBehind = true;
-    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    const auto first = launched(path_);
     windows_.show({.process = first, .owner = {}});
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+    expectBroughtForward(first);
 }
 
 TEST_F(LaunchesUnderWayTest, OneThatMayHaveOpenedBehindStaysThereOnceTheUserHasAskedForMore) {
     feedback_.opensBehind = true;
-    const auto first = launched(home_.addEntry("single", home_.witness("stay")));
+    const auto first = launched(path_);
     ++feedback_.holds;
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatWasAskedForAgainMeanwhileIsBroughtForward) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     ++feedback_.holds;
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     EXPECT_THAT(log_.calls(), IsEmpty());
     windows_.show({.process = first, .owner = {}});
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+    expectBroughtForward(first);
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowThatIsStillAskedForByAHeldKeyIsBroughtForward) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
-    EXPECT_EQ(launched(path), first);
+    const auto first = launched(path_);
+    EXPECT_EQ(launched(path_), first);
     windows_.show({.process = first, .owner = {}});
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+    expectBroughtForward(first);
 }
 
 TEST_F(LaunchesUnderWayTest, OfAllWindowsTheNewOneIsBroughtForward) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
     const platform::WindowOwner owner{.name = "single", .bundleIdentifier = "single"};
     windows_.show({.process = ::getpid(), .owner = owner});
-    const auto first = launched(path);
-    EXPECT_EQ(launched(path), first);
+    const auto first = launched(path_);
+    EXPECT_EQ(launched(path_), first);
     windows_.show({.process = first, .owner = owner});
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+    expectBroughtForward(first);
 }
 
 TEST_F(LaunchesUnderWayTest, AnEntryThatIsEditedMeanwhileIsStillTheSame) {
     const auto edit = [this](const std::string& name) {
         std::ofstream(home_.applications() / (name + ".desktop"), std::ios::app) << "NoDisplay=1\n";
     };
-    const auto path = home_.addEntry("slow", home_.witness("stay"));
-    const auto first = launched(path);
-    edit("slow");
-    EXPECT_EQ(launched(path), first);
+    const auto first = launched(path_);
+    edit("single");
+    EXPECT_EQ(launched(path_), first);
 
     const auto brief = home_.addEntry("brief", home_.witness("leave"));
     ++feedback_.holds;
@@ -185,40 +180,36 @@ TEST_F(LaunchesUnderWayTest, AnEntryThatIsEditedMeanwhileIsStillTheSame) {
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowStaysBehindOnceTheUserHasAskedForSomethingElse) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     ++feedback_.holds;
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     ++feedback_.holds;
     windows_.show({.process = first, .owner = {}});
     EXPECT_THAT(log_.calls(), IsEmpty());
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowOfAnotherApplicationDoesNotEndTheLaunch) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     windows_.show({.process = ::getpid(), .owner = {.name = "x", .bundleIdentifier = "x"}});
     windows_.show({.process = std::nullopt, .owner = {}});
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
 }
 
 TEST_F(LaunchesUnderWayTest, WindowsThatWereThereBeforeDoNotEndTheLaunch) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
     const platform::WindowOwner owner{.name = "single", .bundleIdentifier = "single"};
     windows_.show({.process = std::nullopt, .owner = owner});
-    const auto first = launched(path);
+    const auto first = launched(path_);
     windows_.show({.process = std::nullopt, .owner = {}});
     ++feedback_.holds;
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     windows_.show({.process = std::nullopt, .owner = owner});
     EXPECT_FALSE(windows_.isWatched());
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowInThePlaceOfOneThatWasThereBeforeEndsTheLaunch) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
     const platform::WindowOwner owner{.name = "single", .bundleIdentifier = "single"};
     windows_.show({.process = std::nullopt, .owner = owner});
-    launched(path);
+    launched(path_);
     windows_.closeAll();
     EXPECT_TRUE(windows_.isWatched());
     windows_.show({.process = std::nullopt, .owner = owner});
@@ -235,7 +226,7 @@ TEST_F(LaunchesUnderWayTest, AWindowOfAProgramThatTheLaunchedOneStartedIsThatOfT
     EXPECT_TRUE(windows_.isWatched());
     windows_.show({.process = child, .owner = {.name = "x", .bundleIdentifier = "x"}});
     EXPECT_FALSE(windows_.isWatched());
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(child)));
+    expectBroughtForward(child);
 }
 
 TEST_F(LaunchesUnderWayTest, AWindowOfADescendantIsThatOfTheLaunchHoweverFarDownItIs) {
@@ -277,15 +268,14 @@ TEST_F(LaunchesUnderWayTest, AProgramThatHasEndedIsStartedByTheNextHoldBeforeItI
 }
 
 TEST_F(LaunchesUnderWayTest, AHoldThatJoinedStartsNothingMoreEither) {
-    const auto path = home_.addEntry("single", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     ++feedback_.holds;
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     ::kill(first, SIGKILL);
     EXPECT_TRUE(isGone(first));
-    EXPECT_EQ(launched(path), first);
+    EXPECT_EQ(launched(path_), first);
     ++feedback_.holds;
-    EXPECT_NE(launched(path), first);
+    EXPECT_NE(launched(path_), first);
 }
 
 TEST_F(LaunchesUnderWayTest, AHoldThatAskedForSomethingElseInBetweenIsOver) {
@@ -316,20 +306,19 @@ TEST_F(LaunchesUnderWayTest, BeforeTheFirstPressNothingIsHeld) {
 }
 
 TEST_F(LaunchesUnderWayTest, AProgramThatLivesWithoutAWindowIsStartedOnceHoweverLongItTakes) {
-    const auto path = home_.addEntry("slow", home_.witness("stay"));
-    const auto first = launched(path);
+    const auto first = launched(path_);
     for (int minute = 0; minute < 5; ++minute) {
         queue_.advance(std::chrono::minutes{1});
         ++feedback_.holds;
-        EXPECT_EQ(launched(path), first);
+        EXPECT_EQ(launched(path_), first);
     }
     windows_.show({.process = first, .owner = {}});
-    EXPECT_THAT(log_.calls(), ElementsAre("windows.bringToFront " + std::to_string(first)));
+    expectBroughtForward(first);
     EXPECT_THAT(feedback_.begun, SizeIs(1));
 }
 
 TEST_F(LaunchesUnderWayTest, TheNoticeOfAProgramThatTakesLongIsTakenBackOnceAfterTenSeconds) {
-    const auto first = launched(home_.addEntry("slow", home_.witness("stay")));
+    const auto first = launched(path_);
     queue_.advance(std::chrono::milliseconds{9999});
     EXPECT_THAT(feedback_.ended, IsEmpty());
     queue_.advance(std::chrono::milliseconds{1});
@@ -351,12 +340,11 @@ TEST_F(LaunchesUnderWayTest, TheClockOfAnEarlierLaunchDoesNotTakeBackTheNoticeOf
 }
 
 TEST_F(LaunchesUnderWayTest, ARequestFromWithinACompletionJoins) {
-    const auto path = home_.addEntry("nested", home_.witness("stay"));
     std::optional<std::int32_t> inner;
     std::optional<std::int32_t> outer;
-    workspace_.openApplication(path, {.activates = true}, [&](const auto& result) {
+    workspace_.openApplication(path_, {.activates = true}, [&](const auto& result) {
         outer = result.processIdentifier;
-        inner = launched(path);
+        inner = launched(path_);
     });
     ASSERT_TRUE(outer);
     EXPECT_EQ(inner, outer);

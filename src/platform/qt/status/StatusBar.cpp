@@ -1,12 +1,19 @@
-#include "platform/qt/status/StatusItem.h"
+#include "platform/qt/status/StatusBar.h"
 
+#include "platform/qt/status/StatusMenu.h"
+#include "platform/qt/status/StatusNotifierHosts.h"
 #include "platform/qt/status/StatusSymbol.h"
+#include "platform/qt/status/TrayWindow.h"
 
 #include <QCoreApplication>
 #include <QCursor>
 #include <QDBusConnection>
+#include <QSystemTrayIcon>
+#include <QTimer>
 
 #include <chrono>
+#include <memory>
+#include <optional>
 
 namespace hollowfernpike::qt {
 
@@ -26,7 +33,41 @@ void forgetConnectionOf(int item) {
                                            .arg(item));
 }
 
-} // namespace
+class StatusItem final : public QObject, public platform::StatusItem {
+public:
+    StatusItem(Application& application, platform::SystemTray* tray,
+               const freedesktop::SessionBus* bus);
+    StatusItem(const StatusItem&) = delete;
+    StatusItem& operator=(const StatusItem&) = delete;
+    ~StatusItem() override;
+
+    void setImage(std::string_view symbolName, std::string_view accessibilityDescription) override;
+    void setMenu(const platform::Menu& menu) override { menu_.setItems(menu); }
+    void menuItemDidChange(const platform::MenuItem& item) override { menu_.updateCheckMark(item); }
+
+private:
+    bool isHostThere() const { return hosts_ && hosts_->isHostRegistered(); }
+    void lookForHosts(const QDBusConnection& bus);
+    void onHostNews();
+    void onTrayNews();
+    void showWithHost();
+    void makeIcon();
+    void showInTray();
+    void applyImage();
+    void tellApplication();
+
+    Application& application_;
+    platform::SystemTray* tray_;
+    StatusMenu menu_;
+    QString symbolName_;
+    QString description_;
+    QTimer grace_;
+    std::unique_ptr<QSystemTrayIcon> icon_; ///< made with the first host, and kept for all later
+    int number_ = 0;                        ///< of the icon, as in its name on the bus
+    std::unique_ptr<TrayWindow> window_;
+    std::optional<StatusNotifierHosts> hosts_;
+    std::unique_ptr<platform::Subscription> trayWatch_;
+};
 
 StatusItem::StatusItem(Application& application, platform::SystemTray* tray,
                        const freedesktop::SessionBus* bus)
@@ -131,6 +172,12 @@ void StatusItem::applyImage() {
 
 void StatusItem::tellApplication() {
     application_.setStatusItemShown(isHostThere() || window_ != nullptr);
+}
+
+} // namespace
+
+std::unique_ptr<platform::StatusItem> StatusBar::createStatusItem() {
+    return std::make_unique<StatusItem>(application_, tray_, bus_);
 }
 
 } // namespace hollowfernpike::qt
