@@ -16,13 +16,10 @@ std::unique_ptr<MessageBox> makeWindow() {
     auto window = std::make_unique<MessageBox>();
     window->setPicture(QMessageBox::Warning);
     window->setModal(false);
-    auto* quit = window->addButton(QString(), QMessageBox::DestructiveRole);
+    auto* quit = window->addButton(localized("終了", "Quit"), QMessageBox::DestructiveRole);
     quit->setObjectName("quit");
     QObject::connect(quit, &QPushButton::clicked,
                      [] { platform::services().application.terminate(); });
-    auto* remedy = window->addButton(QString(), QMessageBox::ActionRole);
-    remedy->setObjectName("remedy");
-    remedy->disconnect(); // this window stays open until the remedy has worked
     auto* ok = window->addButton("OK", QMessageBox::AcceptRole); // as in all alerts
     window->setDefaultButton(ok);
     window->setEscapeButton(ok);
@@ -52,9 +49,16 @@ void PermissionPrompt::show(const platform::Distrust& problem) {
 }
 
 void PermissionPrompt::showRemedy(const std::optional<platform::TrustRemedy>& remedy) {
-    auto* const button = window_->findChild<QPushButton*>("remedy");
-    button->setVisible(remedy.has_value());
-    button->disconnect(window_.get());
+    auto* button = window_->findChild<QPushButton*>("remedy");
+    if (button == nullptr && remedy) {
+        button = window_->addButton("-", QMessageBox::ActionRole); // none without a title
+        button->setObjectName("remedy");
+    }
+    if (button != nullptr) {
+        // Nor does the box see the click: it stays open until the remedy has worked.
+        QObject::disconnect(button, &QPushButton::clicked, nullptr, nullptr);
+        button->setVisible(remedy.has_value());
+    }
     if (remedy) {
         button->setText(QString::fromStdString(localized(remedy->japanese, remedy->english)));
         QObject::connect(button, &QPushButton::clicked, window_.get(),
