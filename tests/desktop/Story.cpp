@@ -64,7 +64,7 @@ void Story::startUtility() {
 }
 
 ChildProcess& Story::launchUtility(const Environment& changes) {
-    return utility_.start(changed(desktop.environment(), changes));
+    return utility_.start(desktop, changes);
 }
 
 testing::AssertionResult Story::areLive() {

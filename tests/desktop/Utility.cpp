@@ -1,19 +1,11 @@
 #include "desktop/Utility.h"
 
-#include <vector>
-
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
 
 Utility::~Utility() {
     end();
-}
-
-ChildProcess& Utility::start(const Environment& environment) {
-    end();
-    process_ = std::make_unique<ChildProcess>(std::vector<std::string>{HFP_PROGRAM}, environment);
-    return *process_;
 }
 
 std::string Utility::tells() {

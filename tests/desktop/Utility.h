@@ -15,8 +15,16 @@ public:
     Utility& operator=(const Utility&) = delete;
     ~Utility();
 
-    /// Starts it in the place of the copy before.
-    ChildProcess& start(const Environment& environment);
+    /// Starts it in a private session of any kind, in the place of the copy before.
+    template <class Session>
+    ChildProcess& start(const Session& session, const Environment& changes = {},
+                        const std::string& program = HFP_PROGRAM) {
+        end();
+        process_ = session.start({program}, changes);
+        return *process_;
+    }
+
+    bool isRunning() const { return process_ != nullptr && !process_->hasEnded(); }
 
     /// To be called after start() only.
     ChildProcess& process() { return *process_; }

@@ -121,6 +121,16 @@ std::string KWinDesktop::waylandSocket() const {
     return folders_.runtime() / socketName;
 }
 
+int KWinDesktop::version() const {
+    const std::string beginning = "kwin ";
+    const auto line = start({ground_.path() / "kwin_wayland", "--version"}, changesForKWin())
+                          ->waitForLine(beginning);
+    if (!line) {
+        throw std::runtime_error("KWin does not tell its version");
+    }
+    return std::stoi(line->substr(beginning.size()));
+}
+
 fs::path KWinDesktop::lend(const fs::path& file) const {
     if (!hasSessionUser()) {
         return file;

@@ -56,6 +56,9 @@ public:
     /// The path of the compositor's socket.
     std::string waylandSocket() const;
 
+    /// The first number of KWin's version.
+    int version() const;
+
     ChildProcess& kwin() { return *kwin_; }
     SessionBus& bus() { return bus_; }
 

@@ -1,8 +1,11 @@
 #include "support/KWinKeyboard.h"
 
+#include "support/LentConnection.h"
 #include "support/WaitUntil.h"
 
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include <fake-input-client-protocol.h>
 #include <unistd.h>
@@ -25,20 +28,97 @@ std::string textIn(int file, std::uint32_t size) {
 
 } // namespace
 
-KWinKeyboard::KWinKeyboard(KWinDesktop& desktop)
-    : Keyboard(desktop.layout()), desktop_(desktop), connection_(desktop.lendConnection()) {
-    keys_ = connection_.get().bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface, 4);
-    org_kde_kwin_fake_input_authenticate(keys_, "tests", "keys are pressed");
-    takeKeyboard();
-    waitForMap();
+class KWinKeyboard::Wire {
+public:
+    explicit Wire(LentConnection connection) : connection_(std::move(connection)) {
+        keys_ =
+            connection_.get().bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface, 4);
+        org_kde_kwin_fake_input_authenticate(keys_, "tests", "keys are pressed");
+        takeSeat();
+        takeKeyboard();
+    }
+    Wire(const Wire&) = delete;
+    Wire& operator=(const Wire&) = delete;
+    ~Wire() {
+        wl_keyboard_destroy(keyboard_);
+        wl_seat_destroy(seat_);
+        org_kde_kwin_fake_input_destroy(keys_);
+        sync();
+    }
+
+    void sync() const { connection_.get().sync(); }
+
+    void send(std::uint32_t key, bool isDown) const {
+        org_kde_kwin_fake_input_keyboard_key(
+            keys_, key, isDown ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
+        wl_display_flush(connection_.get().get());
+    }
+
+    /// The keyboard map that clients have got last.
+    const std::string& map() const { return map_; }
+
+private:
+    static Wire& self(void* data) { return *static_cast<Wire*>(data); }
+
+    void takeSeat() {
+        static constexpr wl_seat_listener listener{
+            .capabilities =
+                [](void* data, wl_seat* /*seat*/, std::uint32_t capabilities) {
+                    self(data).isThere_ = (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
+                },
+            .name = ignoreEvent};
+        seat_ = connection_.get().bind<wl_seat>(wl_seat_interface, 1);
+        wl_seat_add_listener(seat_, &listener, this);
+        const auto isThere = [this] {
+            sync();
+            return isThere_;
+        };
+        if (!waitUntil(isThere)) {
+            throw std::runtime_error("KWin takes no keyboard");
+        }
+    }
+
+    // KWin tells of the layouts in the way in which all clients learn of them.
+    void takeKeyboard() {
+        static constexpr wl_keyboard_listener listener{
+            .keymap =
+                [](void* data, wl_keyboard* /*keyboard*/, std::uint32_t /*format*/,
+                   std::int32_t file, std::uint32_t size) {
+                    self(data).map_ = textIn(file, size);
+                    ::close(file);
+                },
+            .enter = ignoreEvent,
+            .leave = ignoreEvent,
+            .key = ignoreEvent,
+            .modifiers = ignoreEvent,
+            .repeat_info = ignoreEvent};
+        keyboard_ = wl_seat_get_keyboard(seat_);
+        wl_keyboard_add_listener(keyboard_, &listener, this);
+    }
+
+    LentConnection connection_;
+    org_kde_kwin_fake_input* keys_ = nullptr;
+    wl_seat* seat_ = nullptr;
+    wl_keyboard* keyboard_ = nullptr;
+    bool isThere_ = false;
+    std::string map_;
+};
+
+KWinKeyboard::KWinKeyboard(KWinDesktop& desktop) : Keyboard(desktop.layout()), desktop_(desktop) {
+    reconnect();
 }
 
 KWinKeyboard::~KWinKeyboard() {
     letGo();
-    wl_keyboard_destroy(keyboard_);
-    wl_seat_destroy(seat_);
-    org_kde_kwin_fake_input_destroy(keys_);
-    sync();
+}
+
+void KWinKeyboard::reconnect() {
+    if (wire_) {
+        letGo();
+        map() = KeyboardMap(desktop_.layout());
+    }
+    wire_ = std::make_unique<Wire>(desktop_.lendConnection());
+    waitForMap();
 }
 
 void KWinKeyboard::use(const KeyboardLayout& layout) {
@@ -54,12 +134,13 @@ void KWinKeyboard::lockGroup(std::uint32_t group) {
     desktop_.lockGroup(group);
 }
 
+void KWinKeyboard::sync() const {
+    wire_->sync();
+}
+
 void KWinKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
-    org_kde_kwin_fake_input_keyboard_key(keys_, keycode - kernelOffset,
-                                         isDown ? WL_KEYBOARD_KEY_STATE_PRESSED
-                                                : WL_KEYBOARD_KEY_STATE_RELEASED);
+    wire_->send(keycode - kernelOffset, isDown);
     map().update(keycode, isDown);
-    wl_display_flush(connection_.get().get());
 }
 
 // They outlast a change of the layouts.
@@ -73,48 +154,14 @@ void KWinKeyboard::openLocks() {
     }
 }
 
-// KWin tells of the layouts in the way in which all clients learn of them.
-void KWinKeyboard::takeKeyboard() {
-    static constexpr wl_seat_listener seatListener{
-        .capabilities =
-            [](void* self, wl_seat* /*seat*/, std::uint32_t capabilities) {
-                static_cast<KWinKeyboard*>(self)->isThere_ =
-                    (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
-            },
-        .name = ignoreEvent};
-    static constexpr wl_keyboard_listener keyboardListener{
-        .keymap =
-            [](void* self, wl_keyboard* /*keyboard*/, std::uint32_t /*format*/, std::int32_t file,
-               std::uint32_t size) {
-                static_cast<KWinKeyboard*>(self)->receivedMap_ = textIn(file, size);
-                ::close(file);
-            },
-        .enter = ignoreEvent,
-        .leave = ignoreEvent,
-        .key = ignoreEvent,
-        .modifiers = ignoreEvent,
-        .repeat_info = ignoreEvent};
-    seat_ = connection_.get().bind<wl_seat>(wl_seat_interface, 1);
-    wl_seat_add_listener(seat_, &seatListener, this);
-    const auto isThere = [this] {
-        sync();
-        return isThere_;
-    };
-    if (!waitUntil(isThere)) {
-        throw std::runtime_error("KWin takes no keyboard");
-    }
-    keyboard_ = wl_seat_get_keyboard(seat_);
-    wl_keyboard_add_listener(keyboard_, &keyboardListener, this);
-}
-
 void KWinKeyboard::waitForMap() {
     const auto expected = map().text();
     const auto isInForce = [&] {
         sync();
-        return receivedMap_ == expected;
+        return wire_->map() == expected;
     };
     if (!waitUntil(isInForce)) {
-        throw std::runtime_error("KWin has another keyboard map:\n" + receivedMap_);
+        throw std::runtime_error("KWin has another keyboard map:\n" + wire_->map());
     }
 }
 

@@ -2,12 +2,9 @@
 
 #include "support/KWinDesktop.h"
 #include "support/Keyboard.h"
-#include "support/LentConnection.h"
 
 #include <cstdint>
-#include <string>
-
-struct org_kde_kwin_fake_input;
+#include <memory>
 
 namespace hollowfernpike::test {
 
@@ -15,7 +12,7 @@ namespace hollowfernpike::test {
 /// the keys what they write.
 ///
 /// A session has no keyboard before this, and clients lose theirs with the object: make it before
-/// the clients and keep it as long as they live. It does not outlive KWin.
+/// the clients and keep it as long as they live.
 class KWinKeyboard final : public Keyboard {
 public:
     explicit KWinKeyboard(KWinDesktop& desktop);
@@ -23,23 +20,22 @@ public:
     KWinKeyboard& operator=(const KWinKeyboard&) = delete;
     ~KWinKeyboard() override;
 
+    /// To be called once KWin has been started anew, which has no key that is down.
+    void reconnect();
+
     void use(const KeyboardLayout& layout) override;
     void lockGroup(std::uint32_t group) override;
-    void sync() const override { connection_.get().sync(); }
+    void sync() const override;
 
 private:
+    class Wire; ///< the connection to KWin, and what it is for
+
     void sendKey(std::uint32_t keycode, bool isDown) override;
     void openLocks();
-    void takeKeyboard();
     void waitForMap();
 
     KWinDesktop& desktop_;
-    LentConnection connection_;
-    org_kde_kwin_fake_input* keys_ = nullptr;
-    wl_seat* seat_ = nullptr;
-    wl_keyboard* keyboard_ = nullptr;
-    bool isThere_ = false;
-    std::string receivedMap_;
+    std::unique_ptr<Wire> wire_;
 };
 
 } // namespace hollowfernpike::test

@@ -40,24 +40,26 @@ pid_t KWinPager::activeProcess() {
 }
 
 void KWinPager::activate(pid_t process) {
-    windows_.ask(belongsTo(process), activating);
+    wire_->windows.ask(belongsTo(process), activating);
 }
 
 void KWinPager::minimize(pid_t process) {
-    windows_.ask(belongsTo(process), setting(ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED));
+    wire_->windows.ask(belongsTo(process),
+                       setting(ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED));
 }
 
 void KWinPager::makeFullscreen(pid_t process) {
-    windows_.ask(belongsTo(process), setting(ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_FULLSCREEN));
+    wire_->windows.ask(belongsTo(process),
+                       setting(ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_FULLSCREEN));
 }
 
 void KWinPager::close(pid_t process) {
-    windows_.ask(belongsTo(process), &org_kde_plasma_window_close);
+    wire_->windows.ask(belongsTo(process), &org_kde_plasma_window_close);
 }
 
 void KWinPager::moveToDesktop(pid_t process, const std::string& identifier) {
-    const auto others = desktops_.all();
-    windows_.ask(belongsTo(process), [&](org_kde_plasma_window* window) {
+    const auto others = desktops().all();
+    wire_->windows.ask(belongsTo(process), [&](org_kde_plasma_window* window) {
         org_kde_plasma_window_request_enter_virtual_desktop(window, identifier.c_str());
         for (const auto& other : others) {
             if (other != identifier) {
@@ -68,11 +70,11 @@ void KWinPager::moveToDesktop(pid_t process, const std::string& identifier) {
 }
 
 void KWinPager::activate(const std::string& title) {
-    windows_.ask(isTitled(title), activating);
+    wire_->windows.ask(isTitled(title), activating);
 }
 
 void KWinPager::close(const std::string& title) {
-    windows_.ask(isTitled(title), &org_kde_plasma_window_close);
+    wire_->windows.ask(isTitled(title), &org_kde_plasma_window_close);
 }
 
 } // namespace hollowfernpike::test

@@ -5,6 +5,7 @@
 #include "support/KWinWindows.h"
 #include "support/LentConnection.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,13 +15,16 @@
 namespace hollowfernpike::test {
 
 /// Asks KWin about windows and virtual desktops and moves them, as people and their panels do. What
-/// it tells KWin has happened on return. It does not outlive KWin.
+/// it tells KWin has happened on return.
 class KWinPager {
 public:
-    explicit KWinPager(const KWinDesktop& desktop) : connection_(desktop.lendConnection()) {}
+    explicit KWinPager(const KWinDesktop& desktop) : desktop_(desktop) { reconnect(); }
+
+    /// To be called once KWin has been started anew.
+    void reconnect() { wire_ = std::make_unique<Wire>(desktop_); }
 
     /// All windows, back to front.
-    std::vector<KWinWindow> windows() { return windows_.all(); }
+    std::vector<KWinWindow> windows() { return wire_->windows.all(); }
 
     /// The first window of that process, back to front; absent if it has none.
     std::optional<KWinWindow> windowOf(pid_t process);
@@ -40,12 +44,19 @@ public:
     void close(const std::string& title);
 
     /// Those of KWinSettings are "desktop-1" and so on.
-    KWinVirtualDesktops& desktops() { return desktops_; }
+    KWinVirtualDesktops& desktops() { return wire_->desktops; }
 
 private:
-    LentConnection connection_;
-    KWinWindows windows_{connection_.get()};
-    KWinVirtualDesktops desktops_{connection_.get()};
+    struct Wire {
+        explicit Wire(const KWinDesktop& desktop) : connection(desktop.lendConnection()) {}
+
+        LentConnection connection;
+        KWinWindows windows{connection.get()};
+        KWinVirtualDesktops desktops{connection.get()};
+    };
+
+    const KWinDesktop& desktop_;
+    std::unique_ptr<Wire> wire_;
 };
 
 } // namespace hollowfernpike::test

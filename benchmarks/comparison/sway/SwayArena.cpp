@@ -25,7 +25,7 @@ test::Application& SwayArena::open(const std::string& name, int windows,
 
 int SwayArena::windowsOf(const std::string& name) const {
     return static_cast<int>(
-        std::ranges::count(pager.windows(), name, &test::SwayWindow::applicationId));
+        std::ranges::count(pager.windows(), name, &test::PagerWindow::applicationId));
 }
 
 void SwayArena::bringToFront(const test::Application& application) {

@@ -1,13 +1,11 @@
-#include "support/KWinDesktop.h"
-#include "desktop/Application.h"
-#include "desktop/Combination.h"
-#include "support/KWinKeyboard.h"
-#include "support/KWinPager.h"
+#include "desktop/kde/KWinStory.h"
+#include "support/LentConnection.h"
+#include "support/TemporaryDirectory.h"
 #include "support/WaitUntil.h"
 
-#include <algorithm>
+#include <csignal>
 #include <cstdlib>
-#include <memory>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -21,7 +19,7 @@ namespace {
 using namespace test;
 using testing::ElementsAre;
 
-// The tests of the stories on KWin lean on what is shown here.
+// The tests of the other stories on KWin lean on what is shown here.
 
 TEST(KWinDesktopTest, IsASessionWithoutAnXServer) {
     const KWinDesktop desktop;
@@ -44,62 +42,16 @@ TEST(KWinDesktopTest, FailsWhereKWinIsNotInstalled) {
                 testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr("kwin_wayland")));
 }
 
-/// Somebody at a session on KWin with applications.
-class KWinSession {
-public:
-    explicit KWinSession(const KWinSettings& settings = {}) : desktop(settings) {}
-
-    KWinDesktop desktop;
-    KWinKeyboard keyboard{desktop};
-    KWinPager pager{desktop};
-
-    /// Installs an application, starts it and waits until it has the keys.
-    Application& open(const std::string& name, const ApplicationTraits& traits = {}) {
-        auto& application = *applications_.emplace_back(
-            std::make_unique<Application>(placeIn(desktop, HFP_WAYLAND_WINDOW), name, traits));
-        auto& program = application.start();
-        if (!isInFront(application)) {
-            throw std::runtime_error(name + " does not come\n" + program.errors() +
-                                     diaryOf(applications_) + desktop.kwin().errors());
-        }
-        return application;
-    }
-
-    static pid_t processOf(const Application& application) { return application.copies().at(0); }
-
-    KWinWindow windowOf(const Application& application) {
-        return pager.windowOf(processOf(application)).value();
-    }
-
-    bool isInFront(const Application& application) {
-        return waitUntil([&] {
-            const auto copies = application.copies();
-            return std::ranges::find(copies, pager.activeProcess()) != copies.end();
-        });
-    }
-
-    /// Whether the application sees this key, struck now.
-    bool sees(const Application& application, const std::string& key) {
-        const auto number = keyboard.keycode(key);
-        const auto before = application.ups(number);
-        keyboard.strike({key});
-        return waitUntil([&] { return application.ups(number) > before; });
-    }
-
-private:
-    std::vector<std::unique_ptr<Application>> applications_;
-};
-
 class KWinKeyboardTest : public testing::TestWithParam<const char*> {
 protected:
-    KWinSession session{{.layout = {.layouts = GetParam()}}};
-    Application& front = session.open("Front");
+    KWinStory story{{.layout = {.layouts = GetParam()}}};
+    Application& front = story.open("Front");
 };
 
 TEST_P(KWinKeyboardTest, AWindowGetsEachKeyWithItsNumberAndTheModifiersBefore) {
-    session.keyboard.strike({"LCTL", "LFSH", "AD06"});
-    session.keyboard.strike({"AC10"});
-    ASSERT_TRUE(session.sees(front, "AC11"));
+    story.keyboard.strike({"LCTL", "LFSH", "AD06"});
+    story.keyboard.strike({"AC10"});
+    ASSERT_TRUE(story.getsKeys(front));
     auto keys = front.keys();
     keys.resize(10);
     const std::vector<SeenKey> expected{
@@ -110,14 +62,15 @@ TEST_P(KWinKeyboardTest, AWindowGetsEachKeyWithItsNumberAndTheModifiersBefore) {
 
 TEST_P(KWinKeyboardTest, LocksStayLockedUntilALayoutIsTakenIntoUse) {
     for (const auto* lock : {"CAPS", "NMLK", "CAPS", "NMLK", "CAPS", "NMLK"}) {
-        session.keyboard.strike({lock});
-        session.keyboard.strike({"AC01"});
+        story.keyboard.strike({lock});
+        story.keyboard.strike({"AC01"});
     }
-    session.keyboard.use({.layouts = "fr"});
-    ASSERT_TRUE(session.sees(front, "AC01"));
+    story.keyboard.use({.layouts = "fr"});
+    story.keyboard.strike({"AC01"});
+    ASSERT_TRUE(story.getsKeys(front));
     std::vector<unsigned> states;
     for (const auto& seen : front.keys()) {
-        if (seen.down && seen.key == session.keyboard.keycode("AC01")) {
+        if (seen.down && seen.key == story.keyboard.keycode("AC01")) {
             states.push_back(seen.state);
         }
     }
@@ -128,44 +81,49 @@ INSTANTIATE_TEST_SUITE_P(Under, KWinKeyboardTest, testing::Values("us", "de", "r
                          [](const auto& layout) { return std::string{layout.param}; });
 
 TEST(KWinLayoutsTest, EveryLayoutCanBeTakenIntoUse) {
-    KWinSession session;
+    KWinStory story;
     for (const auto* layouts : {"de", "us,ru", "us(dvorak)", "jp", "us"}) {
-        EXPECT_NO_THROW(session.keyboard.use({.layouts = layouts})) << layouts;
+        EXPECT_NO_THROW(story.keyboard.use({.layouts = layouts})) << layouts;
     }
-    EXPECT_NO_THROW(session.keyboard.use({.layouts = "us", .options = "ctrl:nocaps"}));
-    EXPECT_THROW(session.keyboard.use({.layouts = "nowhere"}), std::runtime_error);
+    EXPECT_NO_THROW(story.keyboard.use({.layouts = "us", .options = "ctrl:nocaps"}));
+    EXPECT_THROW(story.keyboard.use({.layouts = "nowhere"}), std::runtime_error);
 }
 
 TEST(KWinLayoutsTest, EachOfTwoLayoutsCanBeLocked) {
-    KWinSession session({.layout = {.layouts = "us,de"}});
-    const auto& front = session.open("Front");
+    KWinStory story({.layout = {.layouts = "us,de"}});
+    const auto& front = story.open("Front");
     for (const auto group : {1U, 0U, 1U}) {
-        session.keyboard.lockGroup(group);
-        EXPECT_EQ(callOnBus(session.desktop.environment(),
+        story.keyboard.lockGroup(group);
+        EXPECT_EQ(callOnBus(story.desktop.environment(),
                             {"org.kde.keyboard", "/Layouts", "org.kde.KeyboardLayouts.getLayout"}),
                   "(uint32 " + std::to_string(group) + ",)\n");
-        EXPECT_TRUE(session.sees(front, "AC01"));
+        EXPECT_TRUE(story.getsKeys(front));
     }
-    EXPECT_THROW(session.keyboard.lockGroup(2), std::runtime_error);
+    EXPECT_THROW(story.keyboard.lockGroup(2), std::runtime_error);
 }
 
 class KWinWindowsTest : public testing::Test {
 protected:
-    KWinSession session{{.desktops = 2}};
-    Application& left = session.open("Left");
-    Application& right = session.open("Right");
-    KWinPager& pager = session.pager;
+    KWinStory story{{.desktops = 2}};
+    Application& left = story.open("Left");
+    Application& right = story.open("Right");
+    KWinPager& pager = story.kwin;
 
-    pid_t processOfLeft() const { return KWinSession::processOf(left); }
+    KWinWindow windowOf(const Application& application) {
+        return pager.windowOf(application.copies().at(0)).value();
+    }
+
+    pid_t processOfLeft() const { return left.copies().at(0); }
 };
 
 TEST_F(KWinWindowsTest, TheActiveOneAloneGetsTheKeys) {
-    EXPECT_TRUE(session.sees(right, "AC01"));
-    EXPECT_EQ(left.downs(session.keyboard.keycode("AC01")), 0);
+    EXPECT_TRUE(story.getsKeys(right));
+    const auto seenByRight = right.keys().size();
+    EXPECT_EQ(left.keys().size(), 0);
     pager.activate(processOfLeft());
-    EXPECT_TRUE(session.windowOf(left).isActive);
-    EXPECT_TRUE(session.sees(left, "AC01"));
-    EXPECT_EQ(right.downs(session.keyboard.keycode("AC01")), 1);
+    EXPECT_TRUE(windowOf(left).isActive);
+    EXPECT_TRUE(story.getsKeys(left));
+    EXPECT_EQ(right.keys().size(), seenByRight);
 }
 
 TEST_F(KWinWindowsTest, AreKnownByProcessClassAndTitleBackToFront) {
@@ -181,28 +139,28 @@ TEST_F(KWinWindowsTest, AreKnownByProcessClassAndTitleBackToFront) {
 
 TEST_F(KWinWindowsTest, CanBeMinimizedAndComeBack) {
     pager.minimize(processOfLeft());
-    EXPECT_TRUE(session.windowOf(left).isMinimized);
+    EXPECT_TRUE(windowOf(left).isMinimized);
     pager.activate(processOfLeft());
-    EXPECT_FALSE(session.windowOf(left).isMinimized);
-    EXPECT_TRUE(session.sees(left, "AC01"));
+    EXPECT_FALSE(windowOf(left).isMinimized);
+    EXPECT_TRUE(story.getsKeys(left));
 }
 
 TEST_F(KWinWindowsTest, CanBeFullscreen) {
     pager.makeFullscreen(processOfLeft());
-    EXPECT_TRUE(waitUntil([&] { return session.windowOf(left).isFullscreen; }));
+    EXPECT_TRUE(waitUntil([&] { return windowOf(left).isFullscreen; }));
 }
 
 TEST_F(KWinWindowsTest, CanBeOnAnotherDesktop) {
     EXPECT_THAT(pager.desktops().all(), ElementsAre("desktop-1", "desktop-2"));
     EXPECT_EQ(pager.desktops().current(), "desktop-1");
-    EXPECT_THAT(session.windowOf(left).desktops, ElementsAre("desktop-1"));
+    EXPECT_THAT(windowOf(left).desktops, ElementsAre("desktop-1"));
     pager.moveToDesktop(processOfLeft(), "desktop-2");
-    EXPECT_THAT(session.windowOf(left).desktops, ElementsAre("desktop-2"));
+    EXPECT_THAT(windowOf(left).desktops, ElementsAre("desktop-2"));
     EXPECT_EQ(pager.desktops().current(), "desktop-1");
     pager.desktops().goTo("desktop-2");
     EXPECT_EQ(pager.desktops().current(), "desktop-2");
-    EXPECT_TRUE(session.isInFront(left));
-    EXPECT_TRUE(session.sees(left, "AC01"));
+    EXPECT_TRUE(story.isInFront(left));
+    EXPECT_TRUE(story.getsKeys(left));
     EXPECT_THROW(pager.desktops().goTo("nowhere"), std::invalid_argument);
 }
 
@@ -212,8 +170,19 @@ TEST_F(KWinWindowsTest, ADesktopCanBeAdded) {
     const auto third = pager.desktops().all()[2];
     pager.moveToDesktop(processOfLeft(), third);
     pager.desktops().goTo(third);
-    EXPECT_TRUE(session.isInFront(left));
-    EXPECT_THAT(session.windowOf(left).desktops, ElementsAre(third));
+    EXPECT_TRUE(story.isInFront(left));
+    EXPECT_THAT(windowOf(left).desktops, ElementsAre(third));
+}
+
+TEST_F(KWinWindowsTest, ACombinationOfKWinIsSwallowed) {
+    const auto own = story.session().bindOwn();
+    story.strike(own);
+    ASSERT_TRUE(waitUntil([&] { return story.session().hasDoneOwn(); }));
+    story.session().undoOwn();
+    ASSERT_TRUE(story.switchTo(right));
+    EXPECT_TRUE(story.nobodySaw(own));
+    EXPECT_TRUE(story.passes(right, {"LCTL", "LFSH", "FK02"}));
+    EXPECT_FALSE(story.nobodySaw(own));
 }
 
 TEST_F(KWinWindowsTest, AClosedOneEndsItsProgramWithSuccess) {
@@ -227,25 +196,22 @@ TEST_F(KWinWindowsTest, AClosedOneEndsItsProgramWithSuccess) {
 TEST_F(KWinWindowsTest, EndWithSuccessWhenKWinIsKilled) {
     auto& asked = right.start();
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
-    session.desktop.kwin().signal(SIGKILL);
+    story.desktop.kwin().signal(SIGKILL);
     EXPECT_EQ(asked.wait(), 0) << asked.errors();
 }
 
 TEST(KWinRestartTest, TheNewOneTakesClientsOfTheSameSession) {
-    KWinDesktop desktop({.layout = {.layouts = "de"}, .desktops = 2});
-    for (int round = 0; round < 2; ++round) {
-        KWinKeyboard keyboard(desktop);
-        KWinPager pager(desktop);
-        Application front(placeIn(desktop, HFP_WAYLAND_WINDOW), "Front", {});
-        front.start();
-        ASSERT_TRUE(waitUntil([&] { return pager.activeProcess() != 0; }));
-        keyboard.strike({"AC01"});
-        EXPECT_TRUE(waitUntil([&] {
-            return front.ups(keyboard.keycode("AC01")) == static_cast<std::size_t>(round) + 1;
-        }));
-        EXPECT_EQ(pager.desktops().all().size(), 2);
-        desktop.restart();
-    }
+    KWinStory story({.layout = {.layouts = "de"}, .desktops = 2});
+    auto& front = story.open("Front");
+    story.keyboard.press("LCTL");
+    story.restart();
+    ASSERT_TRUE(waitUntil([&] { return front.copies().empty(); }));
+    front.start();
+    EXPECT_TRUE(story.isInFront(front));
+    EXPECT_TRUE(story.passes(front, {"AC01"}));
+    EXPECT_EQ(front.keys().back().state, 0) << "no key is held";
+    EXPECT_EQ(story.kwin.desktops().all().size(), 2);
+    EXPECT_NO_THROW(story.keyboard.use({.layouts = "us"}));
 }
 
 /// KWin judges its clients by their programs.

@@ -188,7 +188,7 @@ TEST_F(SparedOnSwayTest, TheSameKeyWithOtherModifiersIsFree) {
 
 TEST_F(SparedOnSwayTest, StartedInAnotherModeItBindsInTheUsualOneAlone) {
     configure({"", "mode resize {\n    bindcode 9 mode default\n}\n"});
-    story.pager.run("mode resize");
+    story.sway.run("mode resize");
     story.bind(bound, target);
     story.startUtility();
     EXPECT_TRUE(story.passes(front, bound.keys())) << "in the other mode";

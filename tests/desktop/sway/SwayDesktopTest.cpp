@@ -157,7 +157,7 @@ TEST_F(SwayWindowsTest, AreKnownByProcessClassAndTitle) {
 }
 
 TEST_F(SwayWindowsTest, ABindingOfSwaySwallowsTheKey) {
-    story.pager.run("bindcode Control+Mod1+46 workspace elsewhere");
+    story.sway.run("bindcode Control+Mod1+46 workspace elsewhere");
     story.strike(bound);
     ASSERT_TRUE(waitUntil([&] { return story.pager.workspace() == "elsewhere"; }));
     ASSERT_TRUE(story.switchTo(right));
@@ -169,7 +169,7 @@ TEST_F(SwayWindowsTest, ABindingOfSwaySwallowsTheKey) {
 }
 
 TEST_F(SwayWindowsTest, AReloadTakesTheNewConfigurationAndLeavesTheWindows) {
-    story.pager.run("bindcode Control+Mod1+46 workspace elsewhere");
+    story.sway.run("bindcode Control+Mod1+46 workspace elsewhere");
     const auto told = story.desktop.commonGround() / "told";
     story.desktop.configure("bindsym Control+Mod1+k exec touch " + told.string());
     story.desktop.ipc().reload();
@@ -240,7 +240,7 @@ TEST(SwayPagerTest, FindsWindowsWhereverTheyAre) {
     const auto isVisible = [&](const Application& application) {
         return story.pager.windowOf(application.copies().at(0))->isVisible;
     };
-    story.pager.moveToScratchpad(hidden.copies().at(0));
+    story.sway.moveToScratchpad(hidden.copies().at(0));
     story.pager.moveToWorkspace(away.copies().at(0), "away");
     EXPECT_FALSE(isVisible(hidden));
     EXPECT_FALSE(isVisible(away));

@@ -16,7 +16,7 @@ std::string textOf(const json& node, const char* key) {
     return value != node.end() && value->is_string() ? value->get<std::string>() : std::string{};
 }
 
-SwayWindow describe(const json& node, const std::string& workspace) {
+PagerWindow describe(const json& node, const std::string& workspace) {
     return {.process = node.at("pid").get<pid_t>(),
             .applicationId = textOf(node, "app_id"),
             .title = textOf(node, "name"),
@@ -26,7 +26,7 @@ SwayWindow describe(const json& node, const std::string& workspace) {
             .isFullscreen = node.at("fullscreen_mode").get<int>() != 0};
 }
 
-void collect(const json& node, const std::string& workspace, std::vector<SwayWindow>& into) {
+void collect(const json& node, const std::string& workspace, std::vector<PagerWindow>& into) {
     const auto place = textOf(node, "type") == "workspace" ? textOf(node, "name") : workspace;
     if (node.contains("pid")) {
         into.push_back(describe(node, place));
@@ -40,22 +40,10 @@ void collect(const json& node, const std::string& workspace, std::vector<SwayWin
 
 } // namespace
 
-std::vector<SwayWindow> SwayPager::windows() const {
-    std::vector<SwayWindow> found;
+std::vector<PagerWindow> SwayPager::windows() const {
+    std::vector<PagerWindow> found;
     collect(ipc_.tree(), {}, found);
     return found;
-}
-
-std::optional<SwayWindow> SwayPager::windowOf(pid_t process) const {
-    const auto all = windows();
-    const auto found = std::ranges::find(all, process, &SwayWindow::process);
-    return found == all.end() ? std::nullopt : std::optional{*found};
-}
-
-pid_t SwayPager::focusedProcess() const {
-    const auto all = windows();
-    const auto found = std::ranges::find(all, true, &SwayWindow::isFocused);
-    return found == all.end() ? 0 : found->process;
 }
 
 std::string SwayPager::workspace() const {
@@ -67,6 +55,10 @@ std::string SwayPager::workspace() const {
 
 void SwayPager::tellWindows(pid_t process, const std::string& command) const {
     run("[pid=" + std::to_string(process) + "] " + command);
+}
+
+void SwayPager::tellTitled(const std::string& title, const std::string& command) const {
+    run("[title=\"" + title + "\"] " + command);
 }
 
 } // namespace hollowfernpike::test

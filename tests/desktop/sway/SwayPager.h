@@ -1,8 +1,8 @@
 #pragma once
 
+#include "desktop/wayland/WaylandPager.h"
 #include "support/SwayIpc.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,44 +10,30 @@
 
 namespace hollowfernpike::test {
 
-/// A window as sway describes it.
-struct SwayWindow {
-    pid_t process = 0;
-    std::string applicationId;
-    std::string title;
-    std::string workspace;
-    bool isFocused = false;
-    bool isVisible = false;
-    bool isFullscreen = false;
-};
-
-/// Asks sway about windows and workspaces and moves them, as people and their panels do.
-class SwayPager {
+/// The windows and workspaces of sway.
+class SwayPager final : public WaylandPager {
 public:
     explicit SwayPager(const SwayIpc& ipc) : ipc_(ipc) {}
 
     /// All windows, those of the scratchpad included.
-    std::vector<SwayWindow> windows() const;
+    std::vector<PagerWindow> windows() const override;
 
-    /// The first window of that process; absent if it has none.
-    std::optional<SwayWindow> windowOf(pid_t process) const;
+    void focus(pid_t process) const override { tellWindows(process, "focus"); }
+    void makeFullscreen(pid_t process) const override { tellWindows(process, "fullscreen enable"); }
+    void close(pid_t process) const override { tellWindows(process, "kill"); }
+    void focusTitled(const std::string& title) const override { tellTitled(title, "focus"); }
+    void closeTitled(const std::string& title) const override { tellTitled(title, "kill"); }
 
-    /// Whose window has the focus; 0 if no window has it.
-    pid_t focusedProcess() const;
-
-    /// The name of the workspace that has the focus.
-    std::string workspace() const;
-
-    void focus(pid_t process) const { tellWindows(process, "focus"); }
-    void moveToWorkspace(pid_t process, const std::string& name) const {
+    std::string workspace() const override;
+    std::string otherWorkspace() const override { return "away"; }
+    void moveToWorkspace(pid_t process, const std::string& name) const override {
         tellWindows(process, "move container to workspace " + name);
     }
-    void moveToScratchpad(pid_t process) const { tellWindows(process, "move scratchpad"); }
-    void makeFullscreen(pid_t process) const { tellWindows(process, "fullscreen enable"); }
-    void close(pid_t process) const { tellWindows(process, "kill"); }
 
-    /// Goes to a workspace, which need not exist yet.
-    void goToWorkspace(const std::string& name) const { run("workspace " + name); }
+    /// The workspace need not exist yet.
+    void goToWorkspace(const std::string& name) const override { run("workspace " + name); }
+
+    void moveToScratchpad(pid_t process) const { tellWindows(process, "move scratchpad"); }
 
     /// How the windows of the current workspace are laid out: "tabbed", "stacking", "splith".
     void layOut(const std::string& layout) const { run("layout " + layout); }
@@ -57,6 +43,7 @@ public:
 
 private:
     void tellWindows(pid_t process, const std::string& command) const;
+    void tellTitled(const std::string& title, const std::string& command) const;
 
     const SwayIpc& ipc_;
 };

@@ -47,9 +47,7 @@ protected:
             bound,
             {.path = "/nonexistent/Target.desktop", .name = "Target", .identifier = "Target"});
         shortcuts.write(ShortcutList::fileIn(desktop.dataHome()));
-        auto environment = desktop.environment();
-        environment.insert(leaksAllowed());
-        utility_.start(changed(environment, changes));
+        utility_.start(desktop, changed({leaksAllowed()}, changes));
         ASSERT_TRUE(waitUntil([this] { return timesIn(errors(), words.english) > 0; }))
             << utility_.tells();
     }

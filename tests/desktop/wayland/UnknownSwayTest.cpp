@@ -29,7 +29,7 @@ protected:
 
     /// A way to the socket where sway makes it by itself, with this process in the name.
     void linkSocket(pid_t process) const {
-        const auto& session = story.desktop.environment();
+        const auto& session = onSway.desktop.environment();
         std::filesystem::create_symlink(
             session.at("SWAYSOCK").value(),
             std::filesystem::path(session.at("XDG_RUNTIME_DIR").value()) /
@@ -58,7 +58,7 @@ protected:
     }
 
     Accessible startAgain() {
-        const auto second = story.desktop.start({HFP_PROGRAM}, unnamed);
+        const auto second = onSway.desktop.start({HFP_PROGRAM}, unnamed);
         EXPECT_EQ(second->wait(), 0) << second->errors();
         return managementComes();
     }
@@ -97,7 +97,7 @@ TEST_F(UnknownSwayTest, ItSwallowsNothing) {
     EXPECT_TRUE(story.passes(front, bound.keys()));
     EXPECT_TRUE(story.passes(front, another.keys()));
     EXPECT_EQ(target.starts(), 0);
-    story.pager.run("bindcode Control+Mod1+46 workspace sways");
+    onSway.sway.run("bindcode Control+Mod1+46 workspace sways");
     story.strike(bound);
     EXPECT_TRUE(waitUntil([&] { return story.pager.workspace() == "sways"; }));
     end();
@@ -106,7 +106,7 @@ TEST_F(UnknownSwayTest, ItSwallowsNothing) {
 TEST_F(UnknownSwayTest, InTheWindowOfASecondStartShortcutsCanBeExportedAndDeleted) {
     start();
     press(startAgain(), words.exportList);
-    const auto file = story.desktop.home() / "list.json";
+    const auto file = onSway.desktop.home() / "list.json";
     enterPath(dialogComes(words.titles.exporting), file);
     const auto list = json::array({shortcut(bound, target)});
     EXPECT_TRUE(waitUntil([&] { return shortcutsIn(file) == list; }));
@@ -139,7 +139,7 @@ TEST_F(UnknownSwayTest, AClosedWindowComesBackWithTheNextStart) {
     start();
     for (int round = 0; round < 2; ++round) {
         startAgain();
-        story.pager.run("[title=\"" + std::string{managementTitle} + "\"] kill");
+        onSway.sway.run("[title=\"" + std::string{managementTitle} + "\"] kill");
         ASSERT_TRUE(isGone(managementTitle));
     }
     startAgain();
@@ -151,7 +151,7 @@ TEST_F(UnknownSwayTest, AClosedWindowComesBackWithTheNextStart) {
 class SwayThatIsFoundTest : public SwayWithoutItsSocket {};
 
 TEST_F(SwayThatIsFoundTest, ABoundPressWorks) {
-    linkSocket(story.desktop.sway().pid());
+    linkSocket(onSway.desktop.sway().pid());
     launch(unnamed);
     ASSERT_TRUE(story.bindsAgain(0));
     EXPECT_TRUE(story.brings(target, front, bound));
@@ -159,14 +159,14 @@ TEST_F(SwayThatIsFoundTest, ABoundPressWorks) {
 }
 
 TEST_F(SwayThatIsFoundTest, ABoundPressWorksIfTheNameIsEmpty) {
-    linkSocket(story.desktop.sway().pid());
+    linkSocket(onSway.desktop.sway().pid());
     launch({{"SWAYSOCK", ""}});
     ASSERT_TRUE(story.bindsAgain(0));
     EXPECT_TRUE(story.brings(target, front, bound));
 }
 
 TEST_F(SwayThatIsFoundTest, AnotherOfTheSameUserIsNotTakenForIt) {
-    linkSocket(story.desktop.bus().daemon().pid());
+    linkSocket(onSway.desktop.bus().daemon().pid());
     launch(unnamed);
     ASSERT_TRUE(tells(keylessIn("Elsewhere")));
     EXPECT_TRUE(story.passes(front, bound.keys()));

@@ -22,6 +22,10 @@ using Clock = std::chrono::steady_clock;
 /// A compositor answers in a millisecond; one that needs longer than this hangs.
 constexpr std::chrono::milliseconds patience{1000};
 
+/// KWin 5 reads a client's whole program before it answers for the first time, twice, and the
+/// entries of all applications if one of them is new; on a busy machine that takes a while.
+constexpr std::chrono::milliseconds patienceAtFirst{10000};
+
 } // namespace
 
 std::unique_ptr<Connection> Connection::open() {
@@ -72,7 +76,7 @@ bool Connection::readGlobals() {
     };
     registry_ = wl_display_get_registry(display_);
     wl_registry_add_listener(registry_, &listener, this);
-    return roundTrip();
+    return roundTrip(patienceAtFirst);
 }
 
 std::uint32_t Connection::offeredVersion(const wl_interface& interface) const {
@@ -88,7 +92,12 @@ void* Connection::bindGlobal(const wl_interface& interface, std::uint32_t versio
 }
 
 bool Connection::dispatchUntil(const std::function<bool()>& isDone) {
-    const auto deadline = Clock::now() + patience;
+    return dispatchUntil(isDone, patience);
+}
+
+bool Connection::dispatchUntil(const std::function<bool()>& isDone,
+                               std::chrono::milliseconds longest) {
+    const auto deadline = Clock::now() + longest;
     wl_display_flush(display_);
     while (!isDone()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
@@ -100,13 +109,17 @@ bool Connection::dispatchUntil(const std::function<bool()>& isDone) {
 }
 
 bool Connection::roundTrip() {
+    return roundTrip(patience);
+}
+
+bool Connection::roundTrip(std::chrono::milliseconds longest) {
     static constexpr wl_callback_listener listener{
         .done = [](void* done, wl_callback*, std::uint32_t) { *static_cast<bool*>(done) = true; },
     };
     bool isDone = false;
     auto* const callback = wl_display_sync(display_);
     wl_callback_add_listener(callback, &listener, &isDone);
-    const bool isThere = dispatchUntil([&isDone] { return isDone; });
+    const bool isThere = dispatchUntil([&isDone] { return isDone; }, longest);
     wl_callback_destroy(callback);
     return isThere;
 }

@@ -74,6 +74,8 @@ private:
 
     explicit Connection(wl_display* display);
     bool readGlobals();
+    bool dispatchUntil(const std::function<bool()>& isDone, std::chrono::milliseconds longest);
+    bool roundTrip(std::chrono::milliseconds longest);
     void* bindGlobal(const wl_interface& interface, std::uint32_t version);
     bool dispatchArrived(std::chrono::milliseconds longest);
     void onReadable();

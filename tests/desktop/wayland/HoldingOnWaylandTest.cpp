@@ -1,4 +1,4 @@
-#include "desktop/sway/SwayStory.h"
+#include "desktop/wayland/OnWayland.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,9 +15,8 @@ using namespace test;
 // window shows by coming that the key has repeated.
 const ApplicationTraits slowStarter{.options = {"--delay", "1500"}};
 
-class HoldingOnSwayTest : public testing::Test {
+class HoldingOnWaylandTest : public OnWayland {
 protected:
-    SwayStory story;
     Application& front = story.open("Front");
 
     static std::ptrdiff_t timesInFront(const Application& application) {
@@ -27,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(HoldingOnSwayTest, StartsOneCopyOfASlowStarterWhichComesBackByTheNextPress) {
+TEST_F(HoldingOnWaylandTest, StartsOneCopyOfASlowStarterWhichComesBackByTheNextPress) {
     auto& slow = story.install("Slow", slowStarter);
     story.bind(bound, slow);
     story.bind(another, front);
@@ -48,7 +47,7 @@ TEST_F(HoldingOnSwayTest, StartsOneCopyOfASlowStarterWhichComesBackByTheNextPres
     EXPECT_TRUE(story.nobodySaw(bound));
 }
 
-TEST_F(HoldingOnSwayTest, AHeldKeyAsksForItsTargetOnce) {
+TEST_F(HoldingOnWaylandTest, AHeldKeyAsksForItsTargetOnce) {
     auto& target = story.open("Target");
     story.bind(bound, target);
     story.startUtility();
@@ -65,7 +64,7 @@ TEST_F(HoldingOnSwayTest, AHeldKeyAsksForItsTargetOnce) {
     EXPECT_TRUE(story.nobodySaw(bound));
 }
 
-TEST_F(HoldingOnSwayTest, DoesNoHarmToATargetThatIsInFrontAlready) {
+TEST_F(HoldingOnWaylandTest, DoesNoHarmToATargetThatIsInFrontAlready) {
     story.bind(bound, front);
     story.startUtility();
     ASSERT_TRUE(story.getsKeys(front));

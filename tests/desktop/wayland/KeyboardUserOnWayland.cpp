@@ -1,4 +1,4 @@
-#include "desktop/sway/KeyboardUserOnSway.h"
+#include "desktop/wayland/KeyboardUserOnWayland.h"
 
 #include "support/Strokes.h"
 #include "support/WaitUntil.h"
@@ -19,30 +19,32 @@ constexpr int mostTabs = 20; // no window of ours has so many parts
 
 } // namespace
 
-KeyboardUserOnSway::KeyboardUserOnSway(const WindowWords& spoken) : words(spoken) {
-    writeFile(story.desktop.home() / ".config" / "app.hollowfernpike.Hollowfernpike.conf",
+KeyboardUserOnWayland::KeyboardUserOnWayland(const WindowWords& spoken,
+                                             std::unique_ptr<WaylandStory> place)
+    : WindowOnWaylandStory(std::move(place)), words(spoken) {
+    writeFile(story.session().home() / ".config" / "app.hollowfernpike.Hollowfernpike.conf",
               std::string{"[General]\nAppLanguage="} + words.language + '\n');
 }
 
-Accessible KeyboardUserOnSway::openManagement() {
+Accessible KeyboardUserOnWayland::openManagement() {
     require(openWindow(std::string{words.titles.management}));
     return managementComes();
 }
 
-Accessible KeyboardUserOnSway::managementComes() {
+Accessible KeyboardUserOnWayland::managementComes() {
     return comes(words.titles.management, "frame", words.titles.management);
 }
 
-Accessible KeyboardUserOnSway::dialogComes(std::string_view title) {
+Accessible KeyboardUserOnWayland::dialogComes(std::string_view title) {
     return comes(title, "dialog", title);
 }
 
-Accessible KeyboardUserOnSway::questionComes(std::string_view message) {
+Accessible KeyboardUserOnWayland::questionComes(std::string_view message) {
     return comes(words.titles.alert, "alert message", message);
 }
 
-Accessible KeyboardUserOnSway::comes(std::string_view title, std::string_view role,
-                                     std::string_view name) {
+Accessible KeyboardUserOnWayland::comes(std::string_view title, std::string_view role,
+                                        std::string_view name) {
     require(isFocused(std::string{title}));
     auto window = reader.find(role, name);
     require([&] { return focusedIn(window).has_value(); },
@@ -50,14 +52,14 @@ Accessible KeyboardUserOnSway::comes(std::string_view title, std::string_view ro
     return window;
 }
 
-std::optional<Accessible> KeyboardUserOnSway::focusedIn(const Accessible& window) {
+std::optional<Accessible> KeyboardUserOnWayland::focusedIn(const Accessible& window) {
     const auto parts = reader.partsOf(window);
     const auto found = std::ranges::find_if(
         parts, [this](const Accessible& part) { return reader.isFocused(part); });
     return found == parts.end() ? std::nullopt : std::optional{*found};
 }
 
-Accessible KeyboardUserOnSway::moveOn(const Accessible& window, const std::string& key) {
+Accessible KeyboardUserOnWayland::moveOn(const Accessible& window, const std::string& key) {
     const auto before = focusedIn(window);
     std::optional<Accessible> now;
     story.keyboard.strike({key});
@@ -70,7 +72,7 @@ Accessible KeyboardUserOnSway::moveOn(const Accessible& window, const std::strin
     return *now;
 }
 
-void KeyboardUserOnSway::press(const Accessible& window, std::string_view button) {
+void KeyboardUserOnWayland::press(const Accessible& window, std::string_view button) {
     const auto wanted = reader.find(window, "push button", button);
     auto focused = focusedIn(window);
     for (int tabs = 0; focused != wanted; ++tabs) {
@@ -82,7 +84,7 @@ void KeyboardUserOnSway::press(const Accessible& window, std::string_view button
     story.keyboard.strike({"SPCE"});
 }
 
-void KeyboardUserOnSway::choose(const Accessible& editor, const Application& application) {
+void KeyboardUserOnWayland::choose(const Accessible& editor, const Application& application) {
     press(editor, words.select);
     const auto panel = dialogComes(words.titles.applications);
     for (const auto& keys : strokesFor(application.name())) {
@@ -94,7 +96,7 @@ void KeyboardUserOnSway::choose(const Accessible& editor, const Application& app
     reader.find(editor, "label", application.name());
 }
 
-void KeyboardUserOnSway::record(const Accessible& editor, const Combination& combination) {
+void KeyboardUserOnWayland::record(const Accessible& editor, const Combination& combination) {
     const auto before = recordings();
     press(dialogComes(editor.name), words.record);
     require(records(before));
@@ -102,13 +104,13 @@ void KeyboardUserOnSway::record(const Accessible& editor, const Combination& com
     require(hasRecorded());
 }
 
-void KeyboardUserOnSway::strikeAndLeave(std::string_view title, const std::string& key) {
+void KeyboardUserOnWayland::strikeAndLeave(std::string_view title, const std::string& key) {
     story.keyboard.strike({key});
     require(isGone(std::string{title}));
 }
 
 // Return is struck repeatedly: a list of completions that is open by then takes the first press.
-void KeyboardUserOnSway::enterPath(const Accessible& panel, const std::filesystem::path& file) {
+void KeyboardUserOnWayland::enterPath(const Accessible& panel, const std::filesystem::path& file) {
     const auto field = focusedIn(panel).value();
     story.keyboard.strike({"LCTL", "AC01"});
     for (const auto& keys : strokesFor(file.string())) {
@@ -123,7 +125,7 @@ void KeyboardUserOnSway::enterPath(const Accessible& panel, const std::filesyste
     require(isTaken, panel.name + " does not take the path");
 }
 
-testing::AssertionResult KeyboardUserOnSway::listBecomes(const json& expected) {
+testing::AssertionResult KeyboardUserOnWayland::listBecomes(const json& expected) {
     if (waitUntil([&] { return shortcutsIn(story.shortcutsFile()) == expected; })) {
         return testing::AssertionSuccess();
     }
@@ -132,7 +134,8 @@ testing::AssertionResult KeyboardUserOnSway::listBecomes(const json& expected) {
                                        << story.utilityTells();
 }
 
-json KeyboardUserOnSway::shortcut(const Combination& combination, const Application& application) {
+json KeyboardUserOnWayland::shortcut(const Combination& combination,
+                                     const Application& application) {
     return {{"keyCode", combination.keyCode},
             {"modifierFlags", combination.modifierFlags},
             {"appPath", application.entry().string()},
@@ -140,13 +143,14 @@ json KeyboardUserOnSway::shortcut(const Combination& combination, const Applicat
             {"appBundleIdentifier", application.identifier()}};
 }
 
-void KeyboardUserOnSway::require(const std::function<bool()>& condition, const std::string& what) {
+void KeyboardUserOnWayland::require(const std::function<bool()>& condition,
+                                    const std::string& what) {
     if (!waitUntil(condition)) {
         throw std::runtime_error(what + '\n' + story.utilityTells());
     }
 }
 
-void KeyboardUserOnSway::require(const testing::AssertionResult& result) {
+void KeyboardUserOnWayland::require(const testing::AssertionResult& result) {
     if (!result) {
         throw std::runtime_error(result.message());
     }

@@ -1,4 +1,4 @@
-#include "desktop/sway/SwayStory.h"
+#include "desktop/wayland/OnWayland.h"
 
 #include <algorithm>
 #include <string>
@@ -13,14 +13,13 @@ using namespace test;
 
 constexpr std::uint16_t keyL = 37;
 
-class ModifiersOnSwayTest : public testing::Test {
+class ModifiersOnWaylandTest : public OnWayland {
 protected:
-    SwayStory story;
     Application& front = story.open("Front");
     Application& target = story.open("Target");
 };
 
-TEST_F(ModifiersOnSwayTest, EachSetOfModifiersIsACombinationOfItsOwn) {
+TEST_F(ModifiersOnWaylandTest, EachSetOfModifiersIsACombinationOfItsOwn) {
     for (std::size_t set = 1; set < modifierSets().size(); ++set) {
         story.bind({keyL, modifierSets()[set]}, set % 2 == 0 ? front : target);
     }
@@ -34,7 +33,7 @@ TEST_F(ModifiersOnSwayTest, EachSetOfModifiersIsACombinationOfItsOwn) {
     EXPECT_TRUE(story.nobodySaw({keyL}));
 }
 
-TEST_F(ModifiersOnSwayTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
+TEST_F(ModifiersOnWaylandTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
     const auto boundSet = control | shift;
     story.bind({keyL, boundSet}, target);
     story.startUtility();
@@ -57,7 +56,7 @@ TEST_F(ModifiersOnSwayTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
     EXPECT_TRUE(story.brings(target, front, {keyL, boundSet}));
 }
 
-TEST_F(ModifiersOnSwayTest, TheRightHandKeysCountAsWell) {
+TEST_F(ModifiersOnWaylandTest, TheRightHandKeysCountAsWell) {
     story.bind({keyL, control | shift | option | command}, target);
     story.bind({keyL, control}, target);
     story.bind({keyL, shift}, target);
@@ -71,8 +70,8 @@ TEST_F(ModifiersOnSwayTest, TheRightHandKeysCountAsWell) {
     }
 }
 
-TEST_F(ModifiersOnSwayTest, TheThirdLevelKeyIsNotOption) {
-    story.keyboard.use({.layouts = "de"});
+TEST_F(ModifiersOnWaylandTest, TheThirdLevelKeyIsNotOption) {
+    story.use({.layouts = "de"});
     story.bind({keyL, option}, target);
     story.bind({keyL, control | option}, target);
     story.startUtility();
@@ -84,9 +83,9 @@ TEST_F(ModifiersOnSwayTest, TheThirdLevelKeyIsNotOption) {
 }
 
 /// The states of Caps Lock and Num Lock, by the keys to strike.
-class LocksOnSwayTest : public testing::TestWithParam<std::vector<std::string>> {
+class LocksOnWaylandTest : public OnWayland,
+                           public testing::WithParamInterface<std::vector<std::string>> {
 protected:
-    SwayStory story;
     Application& front = story.open("Front");
     Application& target = story.open("Target");
 
@@ -97,7 +96,7 @@ protected:
     }
 };
 
-TEST_P(LocksOnSwayTest, DoNotMatter) {
+TEST_P(LocksOnWaylandTest, DoNotMatter) {
     story.bind({keyL, control | option}, target);
     story.bind({122}, target);
     story.startUtility();
@@ -110,7 +109,7 @@ TEST_P(LocksOnSwayTest, DoNotMatter) {
     EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
 }
 
-TEST_P(LocksOnSwayTest, LeaveTheKeypadInItsPlace) {
+TEST_P(LocksOnWaylandTest, LeaveTheKeypadInItsPlace) {
     const std::vector<std::string> keypad{"KP0",  "KP1",  "KP2",  "KP3",  "KP4",
                                           "KP5",  "KP6",  "KP7",  "KP8",  "KP9",
                                           "KPDL", "KPMU", "KPAD", "KPDV", "KPSU"};
@@ -131,7 +130,7 @@ TEST_P(LocksOnSwayTest, LeaveTheKeypadInItsPlace) {
     EXPECT_TRUE(story.passes(front, {"KP1"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(With, LocksOnSwayTest,
+INSTANTIATE_TEST_SUITE_P(With, LocksOnWaylandTest,
                          testing::Values(std::vector<std::string>{},
                                          std::vector<std::string>{"CAPS"},
                                          std::vector<std::string>{"NMLK"},

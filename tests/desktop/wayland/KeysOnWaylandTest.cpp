@@ -1,4 +1,4 @@
-#include "desktop/sway/SwayStory.h"
+#include "desktop/wayland/OnWayland.h"
 
 #include <string>
 #include <vector>
@@ -13,18 +13,19 @@ using namespace test;
 constexpr std::uint64_t rareModifiers = control | shift | command;
 
 /// A key is a place on the keyboard, whatever the layout writes there.
-class KeysOnSwayTest : public testing::TestWithParam<const char*> {
+class KeysOnWaylandTest : public OnWayland, public testing::WithParamInterface<const char*> {
 protected:
+    KeysOnWaylandTest() : OnWayland(makeStory({.layouts = GetParam()})) {}
+
     /// Binds these keys to two applications in turn, strikes each and sees who comes.
     void eachBringsItsOwn(const std::vector<std::uint16_t>& keyCodes);
 
-    SwayStory story{{}, {.layouts = GetParam()}};
     Application& front = story.open("Front");
     Application& even = story.open("Even");
     Application& odd = story.open("Odd");
 };
 
-void KeysOnSwayTest::eachBringsItsOwn(const std::vector<std::uint16_t>& keyCodes) {
+void KeysOnWaylandTest::eachBringsItsOwn(const std::vector<std::uint16_t>& keyCodes) {
     for (std::size_t index = 0; index < keyCodes.size(); ++index) {
         story.bind({keyCodes[index], rareModifiers}, index % 2 == 0 ? even : odd);
     }
@@ -42,7 +43,7 @@ void KeysOnSwayTest::eachBringsItsOwn(const std::vector<std::uint16_t>& keyCodes
     }
 }
 
-TEST_P(KeysOnSwayTest, EachNamedKeyIsSwallowedAndBringsItsApplication) {
+TEST_P(KeysOnWaylandTest, EachNamedKeyIsSwallowedAndBringsItsApplication) {
     std::vector<std::uint16_t> keyCodes;
     for (const auto& key : namedKeys()) {
         if (key.name != "AC11") { // getsKeys() strikes this one
@@ -53,7 +54,7 @@ TEST_P(KeysOnSwayTest, EachNamedKeyIsSwallowedAndBringsItsApplication) {
     eachBringsItsOwn(keyCodes);
 }
 
-TEST_P(KeysOnSwayTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
+TEST_P(KeysOnWaylandTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
     const Combination apostrophe{39, rareModifiers};
     story.bind(apostrophe, even);
     story.startUtility();
@@ -67,7 +68,7 @@ TEST_P(KeysOnSwayTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
     EXPECT_EQ(front.downs(story.keycode(apostrophe)), before + 1) << "the fence alone";
 }
 
-TEST_P(KeysOnSwayTest, EachKeyWithoutANameIsSwallowedAndBringsItsApplication) {
+TEST_P(KeysOnWaylandTest, EachKeyWithoutANameIsSwallowedAndBringsItsApplication) {
     std::vector<std::uint16_t> keyCodes;
     for (const auto& key : unnamedKeys()) {
         ASSERT_NE(story.keyboard.keycode(key.name), 0) << key.name;
@@ -76,7 +77,7 @@ TEST_P(KeysOnSwayTest, EachKeyWithoutANameIsSwallowedAndBringsItsApplication) {
     eachBringsItsOwn(keyCodes);
 }
 
-TEST_P(KeysOnSwayTest, ABareKeyIsSwallowedButNotWithModifiers) {
+TEST_P(KeysOnWaylandTest, ABareKeyIsSwallowedButNotWithModifiers) {
     const Combination bare{96};
     story.bind(bare, even);
     story.startUtility();
@@ -88,32 +89,31 @@ TEST_P(KeysOnSwayTest, ABareKeyIsSwallowedButNotWithModifiers) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, KeysOnSwayTest, testing::Values("us", "de", "ru"),
+INSTANTIATE_TEST_SUITE_P(Under, KeysOnWaylandTest, testing::Values("us", "de", "ru"),
                          [](const auto& layout) { return std::string{layout.param}; });
 
-class LayoutsOnSwayTest : public testing::Test {
+class LayoutsOnWaylandTest : public OnWayland {
 protected:
-    SwayStory story;
     Application& front = story.open("Front");
     Application& target = story.open("Target");
 };
 
-TEST_F(LayoutsOnSwayTest, ALayoutSwitchedWhileRunningKeepsEveryKeyInItsPlace) {
+TEST_F(LayoutsOnWaylandTest, ALayoutSwitchedWhileRunningKeepsEveryKeyInItsPlace) {
     story.bind({12, control | shift}, target);
     story.startUtility();
     for (const auto* layouts : {"fr", "ru", "us(dvorak)", "us"}) {
-        story.keyboard.use({.layouts = layouts});
+        story.use({.layouts = layouts});
         EXPECT_TRUE(story.brings(target, front, {"LCTL", "LFSH", "AD01"})) << layouts;
         EXPECT_TRUE(story.passes(front, {"LCTL", "LFSH", "AC01"})) << layouts;
     }
 }
 
-TEST_F(LayoutsOnSwayTest, TheSecondLayoutOfTwoKeepsEveryKeyInItsPlace) {
-    story.keyboard.use({.layouts = "us,ru"});
+TEST_F(LayoutsOnWaylandTest, TheSecondLayoutOfTwoKeepsEveryKeyInItsPlace) {
+    story.use({.layouts = "us,ru"});
     story.bind({12, control | shift}, target);
     story.startUtility();
     for (const auto group : {1U, 0U}) {
-        story.keyboard.lockGroup(group);
+        story.lockGroup(group);
         EXPECT_TRUE(story.brings(target, front, {"LCTL", "LFSH", "AD01"})) << group;
         EXPECT_TRUE(story.passes(front, {"LCTL", "LFSH", "AC01"})) << group;
     }

@@ -1,5 +1,5 @@
 #include "desktop/resident/StatusMenu.h"
-#include "desktop/sway/KeyboardUserOnSway.h"
+#include "desktop/wayland/KeyboardUserOnWayland.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,9 @@ namespace {
 
 using namespace test;
 
-class StatusMenuOnSwayTest : public testing::Test, protected KeyboardUserOnSway {
+class StatusMenuOnWaylandTest : public testing::Test, protected KeyboardUserOnWayland {
 protected:
-    StatusMenu menu{story.desktop};
+    StatusMenu menu{story.session()};
 
     void SetUp() override {
         menu.startHost();
@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(StatusMenuOnSwayTest, ItOpensTheWindowAndBringsItForward) {
+TEST_F(StatusMenuOnWaylandTest, ItOpensTheWindowAndBringsItForward) {
     menu.choose("ショートカット管理");
     managementComes();
     ASSERT_TRUE(story.switchTo(front));
@@ -28,14 +28,14 @@ TEST_F(StatusMenuOnSwayTest, ItOpensTheWindowAndBringsItForward) {
     EXPECT_EQ(story.pager.windows().size(), 2);
 }
 
-TEST_F(StatusMenuOnSwayTest, ItSwitchesTheLanguage) {
+TEST_F(StatusMenuOnWaylandTest, ItSwitchesTheLanguage) {
     menu.choose("English");
     ASSERT_TRUE(menu.becomes("English", true));
     menu.choose("Manage Shortcuts");
     EXPECT_TRUE(isFocused("Hollowfernpike - Manage Shortcuts"));
 }
 
-TEST_F(StatusMenuOnSwayTest, QuitEndsItAndGivesTheCombinationsBack) {
+TEST_F(StatusMenuOnWaylandTest, QuitEndsItAndGivesTheCombinationsBack) {
     menu.choose("終了");
     EXPECT_EQ(story.utility().wait(), 0) << story.utilityTells();
     EXPECT_TRUE(story.passes(front, bound.keys()));

@@ -1,4 +1,4 @@
-#include "desktop/sway/WindowOnSwayStory.h"
+#include "desktop/wayland/WindowOnWaylandStory.h"
 
 #include <algorithm>
 #include <fstream>
@@ -7,23 +7,22 @@
 
 namespace hollowfernpike::test {
 
-void WindowOnSwayStory::startUtility() {
-    story.desktop.configure("bindsym Mod4+Return exec touch " + told().string());
-    story.desktop.ipc().reload();
+void WindowOnWaylandStory::startUtility() {
+    own_ = story.session().bindOwn();
     story.bind(bound, target);
     story.startUtility();
 }
 
-testing::AssertionResult WindowOnSwayStory::openWindow(const std::string& title) {
-    const auto second = story.desktop.start({HFP_PROGRAM});
+testing::AssertionResult WindowOnWaylandStory::openWindow(const std::string& title) {
+    const auto second = story.session().start({story.program()});
     if (second->wait() != 0) {
         return testing::AssertionFailure() << second->errors();
     }
     return isFocused(title);
 }
 
-testing::AssertionResult WindowOnSwayStory::isFocused(const std::string& title) {
-    const auto hasFocus = [&](const SwayWindow& window) {
+testing::AssertionResult WindowOnWaylandStory::isFocused(const std::string& title) {
+    const auto hasFocus = [&](const PagerWindow& window) {
         return window.isFocused && window.title == title;
     };
     if (waitUntil([&] { return std::ranges::any_of(ours(), hasFocus); })) {
@@ -36,25 +35,25 @@ testing::AssertionResult WindowOnSwayStory::isFocused(const std::string& title) 
     return failure << story.utilityTells();
 }
 
-bool WindowOnSwayStory::hasWindow(const std::string& title) const {
+bool WindowOnWaylandStory::hasWindow(const std::string& title) const {
     return std::ranges::any_of(ours(),
-                               [&](const SwayWindow& window) { return window.title == title; });
+                               [&](const PagerWindow& window) { return window.title == title; });
 }
 
-testing::AssertionResult WindowOnSwayStory::isGone(const std::string& title) {
+testing::AssertionResult WindowOnWaylandStory::isGone(const std::string& title) {
     return waitUntil([&] { return !hasWindow(title); })
                ? testing::AssertionSuccess()
                : testing::AssertionFailure() << title << " is still there";
 }
 
-void WindowOnSwayStory::chooseAfter(int tabs) {
+void WindowOnWaylandStory::chooseAfter(int tabs) {
     for (int count = 0; count < tabs; ++count) {
         story.keyboard.strike({"TAB"});
     }
     story.keyboard.strike({"SPCE"});
 }
 
-testing::AssertionResult WindowOnSwayStory::beginToRecord(int tabsToEdit) {
+testing::AssertionResult WindowOnWaylandStory::beginToRecord(int tabsToEdit) {
     chooseAfter(tabsToEdit);
     if (const auto opened = isFocused(editTitle); !opened) {
         return opened;
@@ -64,29 +63,31 @@ testing::AssertionResult WindowOnSwayStory::beginToRecord(int tabsToEdit) {
     return records(before);
 }
 
-testing::AssertionResult WindowOnSwayStory::records(std::size_t before) {
+testing::AssertionResult WindowOnWaylandStory::records(std::size_t before) {
     return waitUntil([&] { return recordings() > before; }) ? testing::AssertionSuccess()
                                                             : testing::AssertionFailure()
                                                                   << "it does not record\n"
                                                                   << story.utilityTells();
 }
 
-testing::AssertionResult WindowOnSwayStory::hasRecorded() {
+testing::AssertionResult WindowOnWaylandStory::hasRecorded() {
     return waitUntil([&] { return timesTold(recordingEnds) == recordings(); })
                ? testing::AssertionSuccess()
                : testing::AssertionFailure() << "it still records\n"
                                              << story.utilityTells();
 }
 
-testing::AssertionResult WindowOnSwayStory::swayHasItsCombination() {
-    std::filesystem::remove(told());
-    story.strike(swaysOwn);
-    return waitUntil([&] { return std::filesystem::exists(told()); })
-               ? testing::AssertionSuccess()
-               : testing::AssertionFailure() << "sway does not answer";
+testing::AssertionResult WindowOnWaylandStory::desktopHasItsOwn() {
+    auto& session = story.session();
+    session.undoOwn();
+    story.strike(own_);
+    const bool hasIt = waitUntil([&] { return session.hasDoneOwn(); });
+    session.undoOwn();
+    return hasIt ? testing::AssertionSuccess()
+                 : testing::AssertionFailure() << session.name() << " does not answer";
 }
 
-std::vector<Combination> WindowOnSwayStory::saved() const {
+std::vector<Combination> WindowOnWaylandStory::saved() const {
     std::vector<Combination> combinations;
     std::ifstream file(story.shortcutsFile());
     for (const auto& shortcut : nlohmann::json::parse(file)) {
@@ -95,15 +96,15 @@ std::vector<Combination> WindowOnSwayStory::saved() const {
     return combinations;
 }
 
-std::vector<SwayWindow> WindowOnSwayStory::ours() const {
+std::vector<PagerWindow> WindowOnWaylandStory::ours() const {
     auto windows = story.pager.windows();
-    std::erase_if(windows, [](const SwayWindow& window) {
+    std::erase_if(windows, [](const PagerWindow& window) {
         return window.applicationId != "app.hollowfernpike.Hollowfernpike";
     });
     return windows;
 }
 
-std::size_t WindowOnSwayStory::timesTold(std::string_view line) {
+std::size_t WindowOnWaylandStory::timesTold(std::string_view line) {
     const auto& text = story.utility().errors();
     std::size_t count = 0;
     for (auto at = text.find(line); at != std::string::npos; at = text.find(line, at + 1)) {

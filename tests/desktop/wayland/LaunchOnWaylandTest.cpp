@@ -1,4 +1,4 @@
-#include "desktop/sway/SwayStory.h"
+#include "desktop/wayland/OnWayland.h"
 #include "support/WaitUntil.h"
 
 #include <filesystem>
@@ -10,13 +10,12 @@ namespace {
 
 using namespace test;
 
-class LaunchOnSwayTest : public testing::Test {
+class LaunchOnWaylandTest : public OnWayland {
 protected:
-    SwayStory story;
     Application& front = story.open("Front");
 };
 
-TEST_F(LaunchOnSwayTest, AnApplicationThatDoesNotRunStartsOnceAndGetsTheKeys) {
+TEST_F(LaunchOnWaylandTest, AnApplicationThatDoesNotRunStartsOnceAndGetsTheKeys) {
     auto& target = story.install("Target");
     story.bind(bound, target);
     story.startUtility();
@@ -29,7 +28,7 @@ TEST_F(LaunchOnSwayTest, AnApplicationThatDoesNotRunStartsOnceAndGetsTheKeys) {
     EXPECT_TRUE(story.nobodySaw(bound));
 }
 
-TEST_F(LaunchOnSwayTest, WhatIsLaunchedComesBeforeAFullscreenWindow) {
+TEST_F(LaunchOnWaylandTest, WhatIsLaunchedComesBeforeAFullscreenWindow) {
     auto& target = story.install("Target", {.options = {"--delay", "200"}});
     story.bind(bound, target);
     story.startUtility();
@@ -41,7 +40,7 @@ TEST_F(LaunchOnSwayTest, WhatIsLaunchedComesBeforeAFullscreenWindow) {
     EXPECT_EQ(target.starts(), 1);
 }
 
-TEST_F(LaunchOnSwayTest, APressDuringTheLaunchStartsNoSecondCopy) {
+TEST_F(LaunchOnWaylandTest, APressDuringTheLaunchStartsNoSecondCopy) {
     auto& target = story.install("Target", {.options = {"--delay", "500"}});
     auto& witness = story.install("Witness");
     story.bind(bound, target);
@@ -57,7 +56,7 @@ TEST_F(LaunchOnSwayTest, APressDuringTheLaunchStartsNoSecondCopy) {
     EXPECT_TRUE(story.nobodySaw(bound));
 }
 
-TEST_F(LaunchOnSwayTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
+TEST_F(LaunchOnWaylandTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
     auto& target = story.open("Target");
     story.bind(bound, target);
     story.startUtility();
@@ -70,7 +69,7 @@ TEST_F(LaunchOnSwayTest, AnApplicationWhoseWindowWasClosedIsLaunchedAnew) {
     EXPECT_EQ(target.copies().size(), 1);
 }
 
-TEST_F(LaunchOnSwayTest, AMissingProgramSwallowsThePressAndTheNextShortcutWorks) {
+TEST_F(LaunchOnWaylandTest, AMissingProgramSwallowsThePressAndTheNextShortcutWorks) {
     auto& target = story.install("Target");
     auto& gone = story.install("Gone");
     std::filesystem::remove(gone.program());

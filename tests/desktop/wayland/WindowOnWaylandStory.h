@@ -1,22 +1,30 @@
 #pragma once
 
-#include "desktop/sway/SwayStory.h"
+#include "desktop/wayland/WaylandStory.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
 
-/// The utility's windows on sway, used by keyboard alone; in Japanese, as in every new home.
-class WindowOnSwayStory {
-public:
-    /// What sway's own configuration binds there: it makes the file told().
-    static constexpr Combination swaysOwn{36, command};
+/// The utility's windows on a Wayland desktop, used by keyboard alone; in Japanese, as in every new
+/// home.
+class WindowOnWaylandStory {
+    std::unique_ptr<WaylandStory> story_;
 
-    SwayStory story;
+public:
+    explicit WindowOnWaylandStory(std::unique_ptr<WaylandStory> place = makeStory())
+        : story_(std::move(place)), story(*story_) {}
+    WindowOnWaylandStory(const WindowOnWaylandStory&) = delete;
+    WindowOnWaylandStory& operator=(const WindowOnWaylandStory&) = delete;
+    ~WindowOnWaylandStory() = default;
+
+    WaylandStory& story;
     Application& front = story.open("Front");
     Application& target = story.install("Target");
 
@@ -24,9 +32,8 @@ public:
     static constexpr auto editTitle = "ショートカット編集";
     static constexpr auto addTitle = "ショートカット追加";
 
-    std::filesystem::path told() const { return story.desktop.commonGround() / "told"; }
-
-    /// Starts the utility with one shortcut, `bound` for the application Target.
+    /// Starts the utility with one shortcut, `bound` for the application Target, where the desktop
+    /// has a combination of its own.
     void startUtility();
 
     /// Starts the program a second time, as people do from a menu; waits for the window with this
@@ -48,7 +55,7 @@ public:
     /// Opens the editor of the first card, whose button is so many Tabs away, and begins to record.
     testing::AssertionResult beginToRecord(int tabsToEdit = 1);
 
-    /// How often the log has told that it records, and has sway's combinations as well.
+    /// How often the log has told that it records, and has the desktop's combinations as well.
     std::size_t recordings() { return timesTold(recordingBegins); }
 
     /// Whether, after some waiting, it has told so more often than that.
@@ -57,8 +64,11 @@ public:
     /// Whether, after some waiting, it records no longer.
     testing::AssertionResult hasRecorded();
 
-    /// Whether sway answers its own combination, struck once; it does not while we record.
-    testing::AssertionResult swayHasItsCombination();
+    /// The combination that the desktop carries out itself. To be called after startUtility().
+    const Combination& own() const { return own_; }
+
+    /// Whether the desktop carries it out, struck once; it does not while we record.
+    testing::AssertionResult desktopHasItsOwn();
 
     /// The combinations in the file of shortcuts.
     std::vector<Combination> saved() const;
@@ -69,8 +79,10 @@ private:
     static constexpr std::string_view recordingEnds =
         "our window gives the compositor's combinations back";
 
-    std::vector<SwayWindow> ours() const;
+    std::vector<PagerWindow> ours() const;
     std::size_t timesTold(std::string_view line);
+
+    Combination own_;
 };
 
 } // namespace hollowfernpike::test

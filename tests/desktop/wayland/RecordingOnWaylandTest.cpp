@@ -1,4 +1,4 @@
-#include "desktop/sway/WindowOnSwayStory.h"
+#include "desktop/wayland/WindowOnWaylandStory.h"
 
 #include <csignal>
 
@@ -14,18 +14,17 @@ MATCHER_P(isCombination, expected, "") {
     return arg.keyCode == expected.keyCode && arg.modifierFlags == expected.modifierFlags;
 }
 
-class RecordingOnSwayTest : public testing::Test, protected WindowOnSwayStory {
+class RecordingOnWaylandTest : public testing::Test, protected WindowOnWaylandStory {
 protected:
     void SetUp() override {
         startUtility();
-        ASSERT_TRUE(swayHasItsCombination());
-        std::filesystem::remove(told());
+        ASSERT_TRUE(desktopHasItsOwn());
         ASSERT_TRUE(openWindow());
         ASSERT_TRUE(beginToRecord());
     }
 
     void closeEditor() {
-        story.pager.run("[title=\"" + std::string{editTitle} + "\"] kill");
+        story.pager.closeTitled(editTitle);
         ASSERT_TRUE(isGone(editTitle));
     }
 
@@ -36,15 +35,15 @@ protected:
     }
 };
 
-TEST_F(RecordingOnSwayTest, ACombinationOfSwayIsRecordedAndNotCarriedOut) {
-    story.strike(swaysOwn);
+TEST_F(RecordingOnWaylandTest, ACombinationOfTheDesktopIsRecordedAndNotCarriedOut) {
+    story.strike(own());
     save();
-    EXPECT_THAT(saved(), ElementsAre(isCombination(swaysOwn)));
-    EXPECT_FALSE(std::filesystem::exists(told()));
-    EXPECT_TRUE(swayHasItsCombination()) << "the user's own command stays";
+    EXPECT_THAT(saved(), ElementsAre(isCombination(own())));
+    EXPECT_FALSE(story.session().hasDoneOwn());
+    EXPECT_TRUE(desktopHasItsOwn()) << "the user's own command stays";
 }
 
-TEST_F(RecordingOnSwayTest, ACombinationOfOursIsRecordedAndNotCarriedOut) {
+TEST_F(RecordingOnWaylandTest, ACombinationOfOursIsRecordedAndNotCarriedOut) {
     story.strike(bound);
     save();
     EXPECT_THAT(saved(), ElementsAre(isCombination(bound)));
@@ -54,7 +53,7 @@ TEST_F(RecordingOnSwayTest, ACombinationOfOursIsRecordedAndNotCarriedOut) {
     EXPECT_TRUE(story.isInFront(target)) << "it works again afterwards";
 }
 
-TEST_F(RecordingOnSwayTest, KeysWithoutModifiersRepeatsAndModifierKeysAreNotTaken) {
+TEST_F(RecordingOnWaylandTest, KeysWithoutModifiersRepeatsAndModifierKeysAreNotTaken) {
     story.keyboard.strike({"AC01"});
     story.keyboard.strike({"LCTL"});
     story.keyboard.strike({"LWIN"});
@@ -63,54 +62,54 @@ TEST_F(RecordingOnSwayTest, KeysWithoutModifiersRepeatsAndModifierKeysAreNotTake
     EXPECT_THAT(saved(), ElementsAre(isCombination(Combination{0, control | shift})));
 }
 
-TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterTheRecording) {
+TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackAfterTheRecording) {
     story.strike(another);
     EXPECT_TRUE(hasRecorded());
-    EXPECT_TRUE(swayHasItsCombination());
+    EXPECT_TRUE(desktopHasItsOwn());
 }
 
-TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackAfterEscape) {
+TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackAfterEscape) {
     story.keyboard.strike({"ESC"});
     ASSERT_TRUE(isGone(editTitle)) << "Escape is the key of Cancel, too";
     ASSERT_TRUE(hasRecorded());
-    EXPECT_TRUE(swayHasItsCombination());
+    EXPECT_TRUE(desktopHasItsOwn());
     EXPECT_THAT(saved(), ElementsAre(isCombination(bound)));
 }
 
-TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheWindowsAreClosed) {
+TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackWhenTheWindowsAreClosed) {
     story.pager.close(story.utility().pid());
     ASSERT_TRUE(isGone(editTitle));
     ASSERT_TRUE(hasRecorded());
-    EXPECT_TRUE(swayHasItsCombination());
+    EXPECT_TRUE(desktopHasItsOwn());
 }
 
-TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheEditorIsClosed) {
+TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackWhenTheEditorIsClosed) {
     closeEditor();
     ASSERT_TRUE(isFocused(managementTitle));
     ASSERT_TRUE(hasRecorded());
-    EXPECT_TRUE(swayHasItsCombination());
+    EXPECT_TRUE(desktopHasItsOwn());
 }
 
-TEST_F(RecordingOnSwayTest, AfterAnEditorWasClosedWhileItRecordedAnotherRecords) {
+TEST_F(RecordingOnWaylandTest, AfterAnEditorWasClosedWhileItRecordedAnotherRecords) {
     closeEditor();
     ASSERT_TRUE(isFocused(managementTitle));
     ASSERT_TRUE(beginToRecord(0)) << "its button has kept the focus";
-    story.strike(swaysOwn);
+    story.strike(own());
     ASSERT_TRUE(hasRecorded());
-    EXPECT_FALSE(std::filesystem::exists(told()));
+    EXPECT_FALSE(story.session().hasDoneOwn());
     EXPECT_FALSE(story.utility().hasEnded());
 }
 
-TEST_F(RecordingOnSwayTest, SwayHasItsCombinationsBackWhenTheProgramIsKilled) {
+TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackWhenTheProgramIsKilled) {
     story.utility().signal(SIGKILL);
     ASSERT_EQ(story.utility().wait(), -SIGKILL);
     ASSERT_TRUE(isGone(editTitle));
-    EXPECT_TRUE(swayHasItsCombination());
+    EXPECT_TRUE(desktopHasItsOwn());
 }
 
-TEST_F(RecordingOnSwayTest, AnotherWindowInFrontKeepsItsKeys) {
+TEST_F(RecordingOnWaylandTest, AnotherWindowInFrontKeepsItsKeys) {
     ASSERT_TRUE(story.switchTo(front));
-    EXPECT_TRUE(swayHasItsCombination());
+    EXPECT_TRUE(desktopHasItsOwn());
     const auto key = story.keycode(another);
     story.strike(another);
     ASSERT_TRUE(story.getsKeys(front));

@@ -1,4 +1,4 @@
-#include "desktop/sway/KeyboardUserOnSway.h"
+#include "desktop/wayland/KeyboardUserOnWayland.h"
 #include "support/Files.h"
 #include "support/WaitUntil.h"
 
@@ -15,13 +15,14 @@ using namespace test;
 using nlohmann::json;
 
 /// Somebody begins with an empty list and goes through all the windows.
-class WindowOnSwayTest : public testing::TestWithParam<WindowWords>, protected KeyboardUserOnSway {
+class WindowOnWaylandTest : public testing::TestWithParam<WindowWords>,
+                            protected KeyboardUserOnWayland {
 protected:
     const json bare = json::array();
     const json added = json::array({shortcut(bound, target)});
-    const std::filesystem::path exported = story.desktop.home() / "exported.json";
+    const std::filesystem::path exported = story.session().home() / "exported.json";
 
-    WindowOnSwayTest() : KeyboardUserOnSway(GetParam()) {}
+    WindowOnWaylandTest() : KeyboardUserOnWayland(GetParam()) {}
 
     void SetUp() override {
         story.startUtility();
@@ -75,7 +76,7 @@ private:
     std::size_t bindings_ = 1; ///< how often it has bound combinations before the change
 };
 
-TEST_P(WindowOnSwayTest, WhatIsAddedWorksAtOnceUntilItIsDeleted) {
+TEST_P(WindowOnWaylandTest, WhatIsAddedWorksAtOnceUntilItIsDeleted) {
     add();
     expectChangeTo(added);
     EXPECT_TRUE(story.brings(target, front, bound));
@@ -90,7 +91,7 @@ TEST_P(WindowOnSwayTest, WhatIsAddedWorksAtOnceUntilItIsDeleted) {
     EXPECT_TRUE(story.passes(front, bound.keys()));
 }
 
-TEST_P(WindowOnSwayTest, AnotherCombinationWorksAtOnceAndTheOldOneIsFree) {
+TEST_P(WindowOnWaylandTest, AnotherCombinationWorksAtOnceAndTheOldOneIsFree) {
     add();
     expectChangeTo(added);
     giveItAnotherCombination();
@@ -99,7 +100,7 @@ TEST_P(WindowOnSwayTest, AnotherCombinationWorksAtOnceAndTheOldOneIsFree) {
     EXPECT_TRUE(story.passes(front, bound.keys()));
 }
 
-TEST_P(WindowOnSwayTest, WhatWasExportedComesBackAfterADeletion) {
+TEST_P(WindowOnWaylandTest, WhatWasExportedComesBackAfterADeletion) {
     add();
     expectChangeTo(added);
     exportAll();
@@ -114,7 +115,7 @@ TEST_P(WindowOnSwayTest, WhatWasExportedComesBackAfterADeletion) {
     EXPECT_TRUE(story.brings(target, front, bound));
 }
 
-INSTANTIATE_TEST_SUITE_P(In, WindowOnSwayTest, testing::Values(japaneseWords, englishWords),
+INSTANTIATE_TEST_SUITE_P(In, WindowOnWaylandTest, testing::Values(japaneseWords, englishWords),
                          [](const auto& test) { return std::string{test.param.language}; });
 
 } // namespace

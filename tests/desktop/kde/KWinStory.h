@@ -1,0 +1,42 @@
+#pragma once
+
+#include "desktop/kde/KWinSession.h"
+#include "desktop/wayland/WaylandStory.h"
+
+#include <memory>
+#include <utility>
+
+namespace hollowfernpike::test {
+
+/// The desktop entry by which KWin lets the utility see windows.
+inline KWinRight rightOfTheUtility() {
+    return {.identifier = "app.hollowfernpike.Hollowfernpike",
+            .program = HFP_PROGRAM,
+            .interfaces = "org_kde_plasma_window_management"};
+}
+
+/// As stories begin: with two virtual desktops and the utility installed.
+inline KWinSettings settingsOfStories(const KeyboardLayout& layout = {}) {
+    return {.layout = layout, .desktops = 2, .rights = {rightOfTheUtility()}};
+}
+
+/// A story that goes as it can on KWin alone.
+class KWinStory : public WaylandStory {
+public:
+    explicit KWinStory(const KWinSettings& settings = settingsOfStories())
+        : KWinStory(std::make_unique<KWinSession>(settings)) {}
+
+    KWinDesktop& desktop;
+    KWinPager& kwin;
+
+    /// Kills KWin and starts it anew; applications have ended by then.
+    void restart() { onKWin().restart(); }
+
+private:
+    explicit KWinStory(std::unique_ptr<KWinSession> place)
+        : WaylandStory(std::move(place)), desktop(onKWin().desktop), kwin(onKWin().kwinPager) {}
+
+    KWinSession& onKWin() { return static_cast<KWinSession&>(session()); }
+};
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "desktop/Combination.h"
+#include "desktop/wayland/WaylandPager.h"
+#include "support/ChildProcess.h"
+#include "support/Keyboard.h"
+#include "support/SessionBus.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::test {
+
+/// A private session on a Wayland desktop, with a keyboard, as stories need it that are the same on
+/// every such desktop.
+class WaylandSession {
+public:
+    WaylandSession() = default;
+    WaylandSession(const WaylandSession&) = delete;
+    WaylandSession& operator=(const WaylandSession&) = delete;
+    virtual ~WaylandSession() = default;
+
+    /// What people call the desktop.
+    virtual std::string name() const = 0;
+
+    virtual std::filesystem::path home() const = 0;
+    virtual std::filesystem::path dataHome() const = 0;
+    virtual std::filesystem::path applications() const = 0;
+    virtual const Environment& environment() const = 0;
+
+    /// Where the session's user finds a file or program of the tests.
+    virtual std::filesystem::path lend(const std::filesystem::path& file) const = 0;
+
+    /// Starts a program in this session.
+    virtual std::unique_ptr<ChildProcess> start(const std::vector<std::string>& commandLine,
+                                                const Environment& changes = {}) const = 0;
+
+    virtual ChildProcess& compositor() = 0;
+    virtual SessionBus& bus() = 0;
+    virtual Keyboard& keyboard() = 0;
+    virtual const WaylandPager& pager() const = 0;
+
+    /// Whether windows see nothing of a bound key when it is let go, either.
+    virtual bool swallowsKeyUps() const = 0;
+
+    /// Whether the utility has to bind its combinations anew when other layouts are in force.
+    virtual bool bindsByLayout() const = 0;
+
+    /// A combination that the desktop carries out itself, from this call on.
+    virtual Combination bindOwn() = 0;
+
+    /// Whether it has carried that out since it was made undone.
+    virtual bool hasDoneOwn() const = 0;
+    virtual void undoOwn() = 0;
+};
+
+} // namespace hollowfernpike::test
