@@ -40,6 +40,9 @@ public:
     /// such key.
     std::uint32_t keycode(std::string_view keyName) const { return map_.keycode(keyName); }
 
+    /// Whether the key has a symbol of its own in the first layout.
+    bool writes(std::string_view keyName) const { return map_.writes(keyName); }
+
 protected:
     explicit Keyboard(const KeyboardLayout& layout) : map_(layout) {}
 

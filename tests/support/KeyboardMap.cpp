@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 namespace hollowfernpike::test {
 
 KeyboardMap::KeyboardMap(const KeyboardLayout& layout)
@@ -23,6 +25,14 @@ KeyboardMap::KeyboardMap(const KeyboardLayout& layout)
 std::uint32_t KeyboardMap::keycode(std::string_view keyName) const {
     const auto key = xkb_keymap_key_by_name(keymap_.get(), std::string{keyName}.c_str());
     return key == XKB_KEYCODE_INVALID ? 0 : key;
+}
+
+bool KeyboardMap::writes(std::string_view keyName) const {
+    const xkb_keysym_t* symbols = nullptr;
+    const int count =
+        xkb_keymap_key_get_syms_by_level(keymap_.get(), keycode(keyName), 0, 0, &symbols);
+    return count > 0 &&
+           (*symbols < XKB_KEY_dead_grave || *symbols > XKB_KEY_dead_longsolidusoverlay);
 }
 
 std::string KeyboardMap::text() const {

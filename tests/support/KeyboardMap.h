@@ -25,6 +25,10 @@ public:
     /// The key's number, which is 8 more than the kernel's; 0 if the map has no key of that name.
     std::uint32_t keycode(std::string_view keyName) const;
 
+    /// Whether the key has a symbol of its own: not in every layout has it one, and a dead key
+    /// waits for the next one.
+    bool writes(std::string_view keyName) const;
+
     /// The map as compositors hand it to their clients.
     std::string text() const;
 

@@ -1,6 +1,7 @@
 #include "desktop/kde/KWinSession.h"
 
 #include <algorithm>
+#include <array>
 
 namespace hollowfernpike::test {
 
@@ -28,6 +29,20 @@ bool KWinSession::swallowsKeyUps() const {
         swallowsKeyUps_ = desktop.version() >= firstThatDoes;
     }
     return *swallowsKeyUps_;
+}
+
+// Control, and both Control and Alt, make other symbols of some keys, for which the toolkit has no
+// name or which lead to another terminal.
+Combination KWinSession::rare(std::uint16_t keyCode) const {
+    constexpr std::array calculating{"KPMU", "KPAD", "KPDV", "KPSU"};
+    const auto name = Combination{keyCode}.keyName();
+    if (name == "PAUS") {
+        return {keyCode, command | option};
+    }
+    if (std::ranges::find(calculating, name) != calculating.end()) {
+        return {keyCode, control | command};
+    }
+    return {keyCode, control | command | (name.starts_with("FK") ? shift : option)};
 }
 
 void KWinSession::restart() {

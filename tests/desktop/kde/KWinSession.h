@@ -5,6 +5,7 @@
 #include "support/KWinKeyboard.h"
 #include "support/KWinPager.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -62,7 +63,8 @@ public:
     Keyboard& keyboard() override { return keys; }
     const WaylandPager& pager() const override { return pager_; }
     bool swallowsKeyUps() const override;
-    bool bindsByLayout() const override { return true; }
+    bool bindsSymbols() const override { return true; }
+    Combination rare(std::uint16_t keyCode) const override;
 
     /// Which goes to the second virtual desktop.
     Combination bindOwn() override { return {120, control}; }

@@ -5,6 +5,7 @@
 #include "support/SwayDesktop.h"
 #include "support/VirtualKeyboard.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -37,7 +38,10 @@ public:
     Keyboard& keyboard() override { return keys_; }
     const WaylandPager& pager() const override { return swayPager; }
     bool swallowsKeyUps() const override { return true; }
-    bool bindsByLayout() const override { return false; }
+    bool bindsSymbols() const override { return false; }
+    Combination rare(std::uint16_t keyCode) const override {
+        return {keyCode, control | shift | command};
+    }
     Combination bindOwn() override;
     bool hasDoneOwn() const override { return std::filesystem::exists(sign()); }
     void undoOwn() override { std::filesystem::remove(sign()); }

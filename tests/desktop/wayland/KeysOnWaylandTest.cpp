@@ -1,5 +1,6 @@
 #include "desktop/wayland/OnWayland.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,52 +11,76 @@ namespace {
 
 using namespace test;
 
-constexpr std::uint64_t rareModifiers = control | shift | command;
+/// The keypad has symbols of other keys, so it is bound by itself.
+bool isOnKeypad(const KeyPosition& key) {
+    return key.name.starts_with("KP");
+}
 
 /// A key is a place on the keyboard, whatever the layout writes there.
 class KeysOnWaylandTest : public OnWayland, public testing::WithParamInterface<const char*> {
 protected:
     KeysOnWaylandTest() : OnWayland(makeStory({.layouts = GetParam()})) {}
 
-    /// Binds these keys to two applications in turn, strikes each and sees who comes.
-    void eachBringsItsOwn(const std::vector<std::uint16_t>& keyCodes);
+    /// Those of the keys, on the keypad or off it, that can be bound here.
+    std::vector<Combination> bindable(std::span<const KeyPosition> keys, bool onKeypad) const;
+
+    /// Binds these combinations to two applications in turn, strikes each and sees who comes.
+    void eachBringsItsOwn(const std::vector<Combination>& combinations);
 
     Application& front = story.open("Front");
     Application& even = story.open("Even");
     Application& odd = story.open("Odd");
 };
 
-void KeysOnWaylandTest::eachBringsItsOwn(const std::vector<std::uint16_t>& keyCodes) {
-    for (std::size_t index = 0; index < keyCodes.size(); ++index) {
-        story.bind({keyCodes[index], rareModifiers}, index % 2 == 0 ? even : odd);
+std::vector<Combination> KeysOnWaylandTest::bindable(std::span<const KeyPosition> keys,
+                                                     bool onKeypad) const {
+    const auto& session = story.session();
+    std::vector<Combination> result;
+    for (const auto& key : keys) {
+        const bool isFence = key.name == "AC11"; // getsKeys() strikes this one
+        if (isOnKeypad(key) == onKeypad && !isFence &&
+            (!session.bindsSymbols() || story.keyboard.writes(key.name))) {
+            result.push_back(session.rare(key.keyCode));
+        }
+    }
+    return result;
+}
+
+void KeysOnWaylandTest::eachBringsItsOwn(const std::vector<Combination>& combinations) {
+    for (std::size_t index = 0; index < combinations.size(); ++index) {
+        story.bind(combinations[index], index % 2 == 0 ? even : odd);
     }
     story.startUtility();
     ASSERT_TRUE(story.switchTo(front));
-    for (std::size_t index = 0; index < keyCodes.size(); ++index) {
-        story.strike({keyCodes[index], rareModifiers});
-        ASSERT_TRUE(story.isInFront(index % 2 == 0 ? even : odd)) << "key code " << keyCodes[index];
+    for (std::size_t index = 0; index < combinations.size(); ++index) {
+        story.strike(combinations[index]);
+        ASSERT_TRUE(story.isInFront(index % 2 == 0 ? even : odd)) << combinations[index].keyName();
     }
     for (const auto* application : {&front, &even, &odd}) {
         ASSERT_TRUE(story.switchTo(*application));
     }
-    for (const auto keyCode : keyCodes) {
-        EXPECT_TRUE(story.nobodySaw({keyCode, rareModifiers}));
+    for (const auto& combination : combinations) {
+        EXPECT_TRUE(story.nobodySaw(combination));
     }
 }
 
 TEST_P(KeysOnWaylandTest, EachNamedKeyIsSwallowedAndBringsItsApplication) {
-    std::vector<std::uint16_t> keyCodes;
-    for (const auto& key : namedKeys()) {
-        if (key.name != "AC11") { // getsKeys() strikes this one
-            keyCodes.push_back(key.keyCode);
-        }
-    }
-    ASSERT_EQ(keyCodes.size(), 79);
-    eachBringsItsOwn(keyCodes);
+    const auto keys = bindable(namedKeys(), false);
+    constexpr std::size_t deadKeys = 1; // of a German keyboard
+    ASSERT_EQ(keys.size(), story.session().bindsSymbols() && GetParam() == std::string{"de"}
+                               ? 69 - deadKeys
+                               : 69);
+    eachBringsItsOwn(keys);
+}
+
+TEST_P(KeysOnWaylandTest, EachNamedKeyOfTheKeypadIsSwallowedAndBringsItsApplication) {
+    const auto keys = bindable(namedKeys(), true);
+    ASSERT_EQ(keys.size(), 10);
+    eachBringsItsOwn(keys);
 }
 
 TEST_P(KeysOnWaylandTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
-    const Combination apostrophe{39, rareModifiers};
+    const auto apostrophe = story.session().rare(39);
     story.bind(apostrophe, even);
     story.startUtility();
     ASSERT_TRUE(story.switchTo(front));
@@ -69,23 +94,29 @@ TEST_P(KeysOnWaylandTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
 }
 
 TEST_P(KeysOnWaylandTest, EachKeyWithoutANameIsSwallowedAndBringsItsApplication) {
-    std::vector<std::uint16_t> keyCodes;
     for (const auto& key : unnamedKeys()) {
         ASSERT_NE(story.keyboard.keycode(key.name), 0) << key.name;
-        keyCodes.push_back(key.keyCode);
     }
-    eachBringsItsOwn(keyCodes);
+    const auto keys = bindable(unnamedKeys(), false);
+    ASSERT_GE(keys.size(), story.session().bindsSymbols() ? 20 : 26);
+    eachBringsItsOwn(keys);
+}
+
+TEST_P(KeysOnWaylandTest, EachKeyOfTheKeypadWithoutANameIsSwallowedAndBringsItsApplication) {
+    const auto keys = bindable(unnamedKeys(), true);
+    ASSERT_EQ(keys.size(), 7);
+    eachBringsItsOwn(keys);
 }
 
 TEST_P(KeysOnWaylandTest, ABareKeyIsSwallowedButNotWithModifiers) {
-    const Combination bare{96};
+    const Combination bare{103};
     story.bind(bare, even);
     story.startUtility();
     EXPECT_TRUE(story.brings(even, front, bare));
     EXPECT_TRUE(story.brings(even, odd, bare));
     EXPECT_TRUE(story.nobodySaw(bare));
     for (const auto modifiers : {shift, control, option, command, control | shift}) {
-        EXPECT_TRUE(story.passes(front, Combination{96, modifiers}.keys()));
+        EXPECT_TRUE(story.passes(front, Combination{103, modifiers}.keys()));
     }
 }
 

@@ -6,6 +6,7 @@
 #include "support/Keyboard.h"
 #include "support/SessionBus.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -45,8 +46,12 @@ public:
     /// Whether windows see nothing of a bound key when it is let go, either.
     virtual bool swallowsKeyUps() const = 0;
 
-    /// Whether the utility has to bind its combinations anew when other layouts are in force.
-    virtual bool bindsByLayout() const = 0;
+    /// Whether the desktop knows a key by its symbol, not by its place: what has none cannot be
+    /// bound, nor what has that of a bound key, and everything is bound anew under another layout.
+    virtual bool bindsSymbols() const = 0;
+
+    /// A combination with this key that the desktop leaves to others.
+    virtual Combination rare(std::uint16_t keyCode) const = 0;
 
     /// A combination that the desktop carries out itself, from this call on.
     virtual Combination bindOwn() = 0;

@@ -82,7 +82,7 @@ void WaylandStory::lockGroup(std::uint32_t group) {
 }
 
 void WaylandStory::settleLayouts(const std::function<void()>& change) {
-    const bool isAwaited = session_->bindsByLayout() && utility_.isRunning();
+    const bool isAwaited = session_->bindsSymbols() && utility_.isRunning();
     const auto before = isAwaited ? bindings() : 0;
     change();
     if (!isAwaited) {

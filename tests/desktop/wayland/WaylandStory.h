@@ -31,7 +31,7 @@ public:
     /// Fails the test if a sanitizer has complained of the utility.
     virtual ~WaylandStory() = default;
 
-    WaylandSession& session() { return *session_; }
+    WaylandSession& session() const { return *session_; }
     Keyboard& keyboard;
     const WaylandPager& pager;
 
