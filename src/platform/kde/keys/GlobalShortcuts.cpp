@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include <QDBusMessage>
+#include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusPendingReply>
 #include <QPointer>
@@ -36,6 +36,24 @@ QDBusMessage callOf(const char* method, const QVariantList& arguments) {
     message.setArguments(arguments);
     message.setAutoStartService(false); // without KWin it would start and crash
     return message;
+}
+
+/// Of a list of key sequences: a(ai), each filled up with zeros.
+QList<int> keysFrom(const QVariant& sequences) {
+    QList<int> keys;
+    const auto argument = sequences.value<QDBusArgument>();
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QList<int> sequence;
+        argument.beginStructure();
+        argument >> sequence;
+        argument.endStructure();
+        if (sequence.value(0) != 0) {
+            keys.push_back(sequence.value(1) == 0 ? sequence[0] : 0);
+        }
+    }
+    argument.endArray();
+    return keys;
 }
 
 } // namespace
@@ -102,9 +120,11 @@ void GlobalShortcuts::onReleased(const QString& /*component*/, const QString& ac
     Q_EMIT released(action);
 }
 
-void GlobalShortcuts::onChanged(const QStringList& identifier, const QList<int>& keys) {
+void GlobalShortcuts::onChanged(const QDBusMessage& signal) {
+    const auto arguments = signal.arguments();
+    const auto identifier = arguments.value(0).toStringList();
     if (identifier.size() > 1 && identifier[0] == component) {
-        Q_EMIT changedByUser(identifier[1], keys);
+        Q_EMIT changedByUser(identifier[1], keysFrom(arguments.value(1)));
     }
 }
 
@@ -115,8 +135,8 @@ void GlobalShortcuts::listen() {
                        SLOT(onPressed(QString, QString, qlonglong)));
     connection.connect(service, componentPath, componentInterface, "globalShortcutReleased", this,
                        SLOT(onReleased(QString, QString, qlonglong)));
-    connection.connect(service, path, interface, "yourShortcutGotChanged", this,
-                       SLOT(onChanged(QStringList, QList<int>)));
+    connection.connect(service, path, interface, "yourShortcutsChanged", this,
+                       SLOT(onChanged(QDBusMessage)));
 }
 
 void GlobalShortcuts::call(const char* method, const QVariantList& arguments,

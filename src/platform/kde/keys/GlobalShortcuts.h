@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QList>
 #include <QObject>
@@ -54,7 +55,8 @@ Q_SIGNALS:
     void pressed(const QString& action);
     void released(const QString& action);
 
-    /// The user has changed an action in the settings of the desktop.
+    /// The user has changed an action in the settings of the desktop. `keys` has 0 for a sequence
+    /// of several keys.
     void changedByUser(const QString& action, const QList<int>& keys);
 
     /// KWin is there, or there anew: it triggers none of our actions until their keys are assigned.
@@ -63,7 +65,7 @@ Q_SIGNALS:
 private:
     Q_SLOT void onPressed(const QString& component, const QString& action, qlonglong time);
     Q_SLOT void onReleased(const QString& component, const QString& action, qlonglong time);
-    Q_SLOT void onChanged(const QStringList& identifier, const QList<int>& keys);
+    Q_SLOT void onChanged(const QDBusMessage& signal);
     void listen();
     void call(const char* method, const QVariantList& arguments,
               const freedesktop::SessionBus::Answer& answer = {});
