@@ -53,13 +53,13 @@ public:
         return platform::Distrust{
             {"この Wayland セッション" + name +
                  "では、他のプログラムのキー入力を検出する方法がまだありません。"
-                 "ログイン画面で sway または X11 (Xorg) のセッションを選んでください。"
+                 "ログイン画面で KDE Plasma、sway または X11 (Xorg) のセッションを選んでください。"
                  "ショートカットの一覧の表示、削除、書き出しと読み込みは、このセッションでもできま"
                  "す"
                  "。",
              "In this Wayland session" + name +
                  " there is no way yet to see the keys of other programs. "
-                 "Choose sway or an X11 (Xorg) session when you log in. "
+                 "Choose KDE Plasma, sway or an X11 (Xorg) session when you log in. "
                  "Here the shortcuts can be looked at, deleted, exported and imported."}};
     }
 
