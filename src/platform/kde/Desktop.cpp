@@ -108,6 +108,13 @@ public:
 
     // What a connection may see is decided when it is made, so with the permission we start anew.
     std::optional<platform::Distrust> trustProblem() override {
+        if (host_.bus == nullptr) {
+            return platform::Distrust{
+                {"セッションバスがないため、ショートカットキーを検出できません。"
+                 "Plasma のセッションの中で起動してください。",
+                 "Shortcuts cannot be seen: there is no session bus. "
+                 "Start the program inside a session of Plasma."}};
+        }
         if (mirror_.isGranted()) {
             return std::nullopt;
         }
@@ -130,7 +137,8 @@ private:
     wayland::ToolkitLoss toolkitLoss_{host_.restart};
     std::unique_ptr<wayland::Connection> connection_;
     wayland::SeatKeyboard keyboard_{*connection_};
-    wayland::ActivationTokens tokens_{*connection_};
+    wayland::ActivationTokens tokens_{*connection_,
+                                      wayland::ActivationTokens::NewWindows::comeForward};
     WindowMirror mirror_{*connection_};
     EventTaps eventTaps_{host_, *connection_, keyboard_, tokens_};
     Windows windows_{host_, mirror_};

@@ -14,8 +14,12 @@ namespace hollowfernpike::wayland {
 /// a new window belongs to. There are no start-up notices to take back. Main thread only.
 class ActivationTokens final : public platform::LaunchFeedback {
 public:
+    /// What the compositor does with the first window of a launch while another one is fullscreen.
+    enum class NewWindows : bool { stayBehindFullscreen, comeForward };
+
     /// The connection outlives this object.
-    explicit ActivationTokens(Connection& connection);
+    explicit ActivationTokens(Connection& connection,
+                              NewWindows newWindows = NewWindows::stayBehindFullscreen);
     ActivationTokens(const ActivationTokens&) = delete;
     ActivationTokens& operator=(const ActivationTokens&) = delete;
     ~ActivationTokens() override;
@@ -24,8 +28,7 @@ public:
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& /*identifier*/) override {}
 
-    /// Compositors do not show a new window before a fullscreen one.
-    bool mayOpenBehind() override { return true; }
+    bool mayOpenBehind() override { return newWindows_ == NewWindows::stayBehindFullscreen; }
     std::uint64_t holdCount() override { return presses_; }
 
     /// To be called by taps when the user has pressed a combination.
@@ -33,6 +36,7 @@ public:
 
 private:
     Connection& connection_;
+    NewWindows newWindows_;
     xdg_activation_v1* activation_;
     std::uint64_t presses_ = 0;
 };

@@ -38,7 +38,7 @@ TEST_F(WindowsOnKWinTest, AMinimisedWindowComesBack) {
     EXPECT_FALSE(story.kwin.windowOf(processOf(target))->isMinimized);
 }
 
-TEST_F(WindowsOnKWinTest, AMinimisedWindowStaysSoIfAnotherIsVisible) {
+TEST_F(WindowsOnKWinTest, AllVisibleWindowsOfTheProcessComeForward) {
     auto& target = story.open("Target", {.options = {"--windows", "2"}});
     auto& front = story.open("Front");
     story.bind(bound, target);
@@ -48,7 +48,7 @@ TEST_F(WindowsOnKWinTest, AMinimisedWindowStaysSoIfAnotherIsVisible) {
     EXPECT_TRUE(story.isInFront(target));
     const auto windows = order();
     EXPECT_EQ(windows.at(0), processOf(target));
-    EXPECT_EQ(windows.at(1), processOf(target)) << "both windows are before that of Front";
+    EXPECT_EQ(windows.at(1), processOf(target)) << "its windows are before that of Front";
 }
 
 TEST_F(WindowsOnKWinTest, AMinimisedWindowOnAnotherDesktopComesBack) {
@@ -62,16 +62,6 @@ TEST_F(WindowsOnKWinTest, AMinimisedWindowOnAnotherDesktopComesBack) {
     story.strike(bound);
     EXPECT_TRUE(story.isInFront(target));
     EXPECT_EQ(story.kwin.desktops().current(), "desktop-2");
-}
-
-TEST_F(WindowsOnKWinTest, ALaunchedApplicationComesBeforeAFullscreenWindow) {
-    auto& front = story.open("Front", {.options = {"--fullscreen"}});
-    auto& target = story.install("Target");
-    story.bind(bound, target);
-    story.startUtility();
-    ASSERT_TRUE(story.switchTo(front));
-    story.strike(bound);
-    EXPECT_TRUE(story.isInFront(target));
 }
 
 class TaskBarOnKWinTest : public testing::Test, protected KeyboardUserOnWayland {

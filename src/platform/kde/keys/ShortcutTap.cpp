@@ -34,6 +34,7 @@ ShortcutTap::ShortcutTap(const Services& services, platform::EventTapCallback ca
     connect(&shortcuts_, &GlobalShortcuts::changedByUser, this, &ShortcutTap::onChangedByUser);
     connect(&shortcuts_, &GlobalShortcuts::appeared, this, [this] {
         actions_.clear();
+        held_.clear();
         onKeyboardChange();
     });
 }
