@@ -9,6 +9,7 @@ pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET xkbcommon)
 pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
 pkg_get_variable(WAYLAND_PROTOCOLS wayland-protocols pkgdatadir)
+find_package(PlasmaWaylandProtocols 1.10 REQUIRED)
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
 
 if(HOLLOWFERNPIKE_TESTS OR HOLLOWFERNPIKE_FUZZ)

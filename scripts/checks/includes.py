@@ -17,6 +17,7 @@ DOORS = {
     "platform/x11": {"platform/freedesktop"},
     "platform/wayland": {"platform/freedesktop"},
     "platform/sway": {"platform/freedesktop", "platform/wayland"},
+    "platform/kde": {"platform/freedesktop", "platform/wayland"},
 }
 
 # Single headers of another room: the texts of the windows depend on the language.
@@ -39,10 +40,11 @@ STANDARD = re.compile(r"[a-z_]+")
 LIBRARIES = [
     ("the JSON library", re.compile(r"rapidjson/.*"), {"model", "platform/sway"}),
     ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"),
-     {"app", "main", "platform/freedesktop", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
-    ("the toolkit's plug-ins", re.compile(r"qpa/.*"), {"platform/wayland"}),
+     {"app", "main", "platform/freedesktop", "platform/kde", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
+    ("the toolkit's plug-ins", re.compile(r"(qpa|private)/.*"), {"platform/kde", "platform/wayland"}),
     ("X11", re.compile(r"(xcb|X11|libsn)/.*"), {"platform/x11"}),
-    ("Wayland", re.compile(r"wayland-.*|.*-client-protocol\.h|xkbcommon/.*"), {"platform/wayland"}),
+    ("Wayland", re.compile(r"wayland-.*|.*-client-protocol\.h|xkbcommon/.*"),
+     {"platform/kde", "platform/wayland"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
 ]
 STANDARD_ONLY = {"model", "hotkeys", "platform"}

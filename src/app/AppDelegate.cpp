@@ -53,9 +53,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         center.observe(shortcutsDidChange, [] { HotkeyManager::shared().buildShortcutMap(); });
     languageObservation_ = center.observe(languageDidChange, [this] { rebuildMenu(); });
     HotkeyManager::shared().start();
-    statusItem_ = services_.statusBar.createStatusItem();
-    statusItem_->setImage("keyboard", "Hollowfernpike");
-    rebuildMenu();
+    setupStatusItem();
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -86,11 +84,19 @@ void AppDelegate::performAction(std::string_view action, const MenuItem* sender)
 }
 
 void AppDelegate::openMainWindow() {
-    if (!mainWindowController_) {
-        mainWindowController_ = std::make_unique<MainWindowController>();
-    }
-    mainWindowController_->showWindow();
+    mainWindowController().showWindow();
     services_.application.activateIgnoringOtherApps();
+}
+
+std::string AppDelegate::openWindows() const {
+    return (mainWindowController_ ? mainWindowController_->openWindows() : OpenWindows{}).text();
+}
+
+void AppDelegate::reopenWindows(std::string_view text) {
+    const auto windows = OpenWindows::parse(text);
+    if (windows.hasMainWindow || !windows.editors.empty()) {
+        mainWindowController().reopen(windows);
+    }
 }
 
 void AppDelegate::exportShortcuts() {
@@ -121,6 +127,19 @@ void AppDelegate::toggleLaunchAtLogin() {
 
 void AppDelegate::quitApp() {
     services_.application.terminate();
+}
+
+MainWindowController& AppDelegate::mainWindowController() {
+    if (!mainWindowController_) {
+        mainWindowController_ = std::make_unique<MainWindowController>();
+    }
+    return *mainWindowController_;
+}
+
+void AppDelegate::setupStatusItem() {
+    statusItem_ = services_.statusBar.createStatusItem();
+    statusItem_->setImage("keyboard", "Hollowfernpike");
+    rebuildMenu();
 }
 
 void AppDelegate::rebuildMenu() {

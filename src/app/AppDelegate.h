@@ -6,6 +6,7 @@
 #include "platform/StatusBar.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace hollowfernpike {
@@ -36,6 +37,10 @@ public:
     /// Shows the one management window, made on first use and kept from then on.
     void openMainWindow();
 
+    /// What reopenWindows() of a later run needs to open the windows that are open now.
+    std::string openWindows() const;
+    void reopenWindows(std::string_view text);
+
     void exportShortcuts();
     void importShortcuts();
 
@@ -46,6 +51,8 @@ public:
     void quitApp();
 
 private:
+    MainWindowController& mainWindowController();
+    void setupStatusItem();
     void rebuildMenu();
     platform::Menu languageMenu();
 

@@ -6,6 +6,16 @@
 #include <string_view>
 
 /// The texts that embed a value; every other text is a pair of literals where it is used.
+namespace hollowfernpike::L10n {
+
+/// What a shortcut does, for desktops that list it among theirs.
+inline std::string purpose(std::string_view appName) {
+    const std::string name{appName};
+    return localized("「" + name + "」を前面に表示", "Bring " + name + " to the front");
+}
+
+} // namespace hollowfernpike::L10n
+
 namespace hollowfernpike::L10n::Main {
 
 /// The question before a shortcut is deleted. The name is inserted as it is.

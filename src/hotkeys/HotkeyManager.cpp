@@ -5,6 +5,7 @@
 #include "platform/AccessibilityTrust.h"
 #include "platform/EventTap.h"
 #include "platform/MainQueue.h"
+#include "platform/NotificationCenter.h"
 
 #include <algorithm>
 #include <chrono>
@@ -25,6 +26,7 @@ void enableTapAfterCallback() {
     platform::services().mainQueue.async([] {
         if (auto* const tap = HotkeyManager::shared().eventTap()) {
             tap->enable(true);
+            platform::services().notificationCenter.post(refusedCombinationsDidChange);
         }
     });
 }
@@ -111,6 +113,12 @@ void HotkeyManager::stop() {
         eventTap_.reset();
     }
     shortcutMap_ = std::make_shared<ShortcutMap>();
+}
+
+const AppShortcut* HotkeyManager::shortcutFor(const platform::KeyCombination& combination) const {
+    const ShortcutMapKey key(combination.keyCode, combination.modifierFlags);
+    const auto found = shortcutMap_->find(key.text());
+    return found == shortcutMap_->end() ? nullptr : &found->second;
 }
 
 bool HotkeyManager::isRefused(const AppShortcut& shortcut) const {

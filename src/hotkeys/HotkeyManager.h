@@ -16,6 +16,9 @@ namespace hollowfernpike {
 using ShortcutMap =
     std::unordered_map<std::string, AppShortcut, TransparentTextHash, std::equal_to<>>;
 
+/// Posted on the notification centre when other combinations than before may be refused.
+inline constexpr std::string_view refusedCombinationsDidChange = "refusedCombinationsDidChange";
+
 /// Watches the key presses of the whole desktop, swallows those that are bound and hands their
 /// shortcuts to the launcher. Failures are neither logged nor shown. Main thread only.
 class HotkeyManager : public std::enable_shared_from_this<HotkeyManager> {
@@ -38,6 +41,9 @@ public:
     /// The map as it is now, never null. A later change makes a new map and leaves this one as it
     /// is, so a shortcut found in this one stays valid while the list changes.
     std::shared_ptr<const ShortcutMap> shortcutMap() const { return shortcutMap_; }
+
+    /// The shortcut of the map with that combination; null if there is none.
+    const AppShortcut* shortcutFor(const platform::KeyCombination& combination) const;
 
     /// Whether the desktop keeps this combination to itself, so that its presses never come here.
     bool isRefused(const AppShortcut& shortcut) const;

@@ -1,6 +1,9 @@
 #include "main/Program.h"
 
+#include "app/L10n.h"
 #include "hotkeys/HotkeyManager.h"
+#include "main/Restart.h"
+#include "model/ShortcutStore.h"
 #include "platform/LaunchFeedback.h"
 #include "platform/Windows.h"
 
@@ -8,32 +11,76 @@ namespace hollowfernpike {
 
 Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
                  qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus)
-    : desktop_(desktop.open({.mainQueue = mainQueue_,
-                             .runLoop = runLoop_,
-                             .windowOwners = windowOwners_,
-                             .onLost = [this] { application_.terminate(); },
-                             .isScreenLocked = [this] { return screenLock_.isLocked(); }})),
-      bus_(bus), services_{
-                     .accessibilityTrust = trustPrompt_,
-                     .application = application_,
-                     .applicationBundles = applicationBundles_,
-                     .eventTaps = desktop_->eventTaps(),
-                     .fileManager = fileManager_,
-                     .loginItem = loginItem_,
-                     .mainQueue = mainQueue_,
-                     .notificationCenter = notificationCenter_,
-                     .runningApplications = runningApplications_,
-                     .statusBar = statusBar_,
-                     .textComparison = textComparison_,
-                     .userDefaults = userDefaults,
-                     .windows = desktop_->windows(),
-                     .workspace = workspace_,
-                     .standardOutput = std::cout,
-                 } {
+    : bus_(bus),
+      desktop_(desktop.open(desktopHost())), services_{
+                                                 .accessibilityTrust = trustPrompt_,
+                                                 .application = application_,
+                                                 .applicationBundles = applicationBundles_,
+                                                 .eventTaps = desktop_->eventTaps(),
+                                                 .fileManager = fileManager_,
+                                                 .loginItem = loginItem_,
+                                                 .mainQueue = mainQueue_,
+                                                 .notificationCenter = notificationCenter_,
+                                                 .runningApplications = runningApplications_,
+                                                 .statusBar = statusBar_,
+                                                 .textComparison = textComparison_,
+                                                 .userDefaults = userDefaults,
+                                                 .windows = desktop_->windows(),
+                                                 .workspace = workspace_,
+                                                 .standardOutput = std::cout,
+                                             } {
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);
     terminationSignals.watch(runLoop_, [this] { application_.terminate(); });
+}
+
+platform::DesktopHost Program::desktopHost() {
+    return {.mainQueue = mainQueue_,
+            .runLoop = runLoop_,
+            .windowOwners = windowOwners_,
+            .onLost = [this] { application_.terminate(); },
+            .isScreenLocked = [this] { return screenLock_.isLocked(); },
+            .bus = bus_,
+            .purposeOf = [this](const auto& combination) { return purposeOf(combination); },
+            .onReassigned = &Program::reassign,
+            .restart = [this] { restart(); }};
+}
+
+std::string Program::purposeOf(const platform::KeyCombination& combination) const {
+    const auto* const shortcut = HotkeyManager::shared().shortcutFor(combination);
+    if (shortcut == nullptr) {
+        return {};
+    }
+    const auto name = freedesktop::ApplicationBundles::displayName(shortcut->appPath,
+                                                                   Language::current().rawValue());
+    return L10n::purpose(name.empty() ? shortcut->appName : name);
+}
+
+bool Program::reassign(const platform::KeyCombination& from, const platform::KeyCombination& to) {
+    const auto& manager = HotkeyManager::shared();
+    const auto* const shortcut = manager.shortcutFor(from);
+    if (shortcut == nullptr || to.modifierFlags == 0 || manager.shortcutFor(to) != nullptr) {
+        return false;
+    }
+    auto changed = *shortcut;
+    changed.keyCode = to.keyCode;
+    changed.modifierFlags = to.modifierFlags;
+    ShortcutStore::shared().update(changed);
+    return manager.shortcutFor(to) != nullptr;
+}
+
+// Desktops show what our combinations do in the language of the interface.
+void Program::languageDidChange() {
+    toolkitTexts_.setLanguage(Language::current().rawValue());
+    if (isLive()) {
+        HotkeyManager::shared().buildShortcutMap();
+    }
+}
+
+void Program::restart() {
+    restartProgram(QCoreApplication::applicationFilePath().toStdString(),
+                   isRunning_ ? delegate_.openWindows() : std::string{});
 }
 
 void Program::perform(const freedesktop::InstanceRequest& request) {
@@ -45,7 +92,8 @@ void Program::perform(const freedesktop::InstanceRequest& request) {
     });
 }
 
-int Program::run(const std::string& action) {
+int Program::run(const std::string& action, const std::string& openWindows) {
+    isRunning_ = true;
     // Reads the applications and the windows' owners now, so that the first key press need not.
     mainQueue_.async([this] {
         if (isLive()) {
@@ -55,6 +103,7 @@ int Program::run(const std::string& action) {
     if (!action.empty()) {
         perform({.action = action, .startupIdentifier = {}});
     }
+    mainQueue_.async([this, openWindows] { delegate_.reopenWindows(openWindows); });
     return application_.run();
 }
 

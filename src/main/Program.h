@@ -62,10 +62,16 @@ public:
     /// before it is done, because it may open a dialog that blocks.
     void perform(const freedesktop::InstanceRequest& request);
 
-    /// Performs `action` unless it is empty, handles events to the end, returns the exit status.
-    int run(const std::string& action);
+    /// Performs `action` unless it is empty, opens the windows of the run before a restart, handles
+    /// events to the end, returns the exit status.
+    int run(const std::string& action, const std::string& openWindows);
 
 private:
+    platform::DesktopHost desktopHost();
+    std::string purposeOf(const platform::KeyCombination& combination) const;
+    static bool reassign(const platform::KeyCombination& from, const platform::KeyCombination& to);
+    void languageDidChange();
+    void restart();
     void useStartupIdentifier(const std::string& identifier);
     static bool isLive();
 
@@ -73,10 +79,11 @@ private:
     qt::RunLoop runLoop_;
     freedesktop::DesktopEntries entries_;
     freedesktop::WindowOwners windowOwners_{entries_};
-    std::unique_ptr<platform::Desktop> desktop_;
-    qt::Application application_{desktop_->ownWindows()};
     freedesktop::SessionBus* bus_;
     freedesktop::ScreenLock screenLock_{bus_};
+    bool isRunning_ = false;
+    std::unique_ptr<platform::Desktop> desktop_;
+    qt::Application application_{desktop_->ownWindows()};
     qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_};
     TrustPrompt trustPrompt_{*desktop_};
     freedesktop::ProcessTable processes_{entries_};
@@ -92,7 +99,7 @@ private:
     platform::NotificationCenter notificationCenter_;
     qt::ToolkitTexts toolkitTexts_;
     std::unique_ptr<platform::Subscription> languageObservation_ = notificationCenter_.observe(
-        languageDidChange, [this] { toolkitTexts_.setLanguage(Language::current().rawValue()); });
+        hollowfernpike::languageDidChange, [this] { languageDidChange(); });
     platform::Services services_;
     ServicesHandOver servicesHandOver_{services_};
     AppDelegate delegate_{services_};

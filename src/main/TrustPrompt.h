@@ -29,7 +29,7 @@ public:
     }
 
 private:
-    std::optional<platform::LocalizedError> problem() {
+    std::optional<platform::Distrust> problem() {
         auto found = desktop_.trustProblem();
         if (!found) {
             window_.close();
@@ -37,10 +37,11 @@ private:
         return found;
     }
 
-    void show(const platform::LocalizedError& problem) {
-        const bool isNew = std::exchange(told_, problem.english()) != problem.english();
+    void show(const platform::Distrust& problem) {
+        const auto& text = problem.reason.english();
+        const bool isNew = std::exchange(told_, text) != text;
         if (isNew) {
-            tell(problem);
+            tell(problem.reason);
         }
         if (isNew || desktop_.mayBecomeTrusted()) {
             window_.show(problem);

@@ -1,21 +1,25 @@
 #include "app/CommandLine.h"
 #include "main/Messages.h"
 #include "main/Program.h"
+#include "main/Restart.h"
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/instance/Instance.h"
 #include "platform/freedesktop/launching/CoreLimit.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
+#include "platform/kde/Desktop.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
 #include "platform/sway/Desktop.h"
 #include "platform/wayland/UnknownDesktop.h"
+#include "platform/wayland/connection/Connection.h"
 #include "platform/x11/Desktop.h"
 
 #include <QApplication>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -24,6 +28,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 namespace hollowfernpike {
@@ -35,10 +40,19 @@ constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
 const freedesktop::Instance::Names names{
     .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
 
+struct DesktopKind {
+    platform::FindDesktop find;
+    bool comesBack = false; ///< its session goes on when its compositor has crashed
+};
+
 /// In the order in which they are looked for. A Wayland session often has an X server as well,
 /// which does not see the keys.
-constexpr std::array<platform::FindDesktop, 3> desktopKinds{
-    sway::findDesktop, wayland::findUnknownDesktop, x11::findDesktop};
+constexpr DesktopKind desktopKinds[] = {
+    {sway::findDesktop},
+    {kde::findDesktop, true},
+    {wayland::findUnknownDesktop},
+    {x11::findDesktop},
+};
 
 /// What to tell the user if there is none of these.
 platform::LocalizedError noDesktop() {
@@ -50,10 +64,27 @@ platform::LocalizedError noDesktop() {
 }
 
 std::unique_ptr<platform::FoundDesktop> findDesktop() {
-    for (const auto find : desktopKinds) {
-        if (auto found = find()) {
+    for (const auto& kind : desktopKinds) {
+        if (auto found = kind.find()) {
             return found;
         }
+    }
+    return nullptr;
+}
+
+/// The desktop whose compositor has crashed. Waits until it is there again; null once its session
+/// has ended.
+std::unique_ptr<platform::FoundDesktop> findDesktopAgain() {
+    constexpr std::chrono::seconds patience{10};
+    constexpr std::chrono::milliseconds pause{100};
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (wayland::Connection::hasSocket() && std::chrono::steady_clock::now() < deadline) {
+        for (const auto& kind : desktopKinds) {
+            if (auto found = kind.comesBack ? kind.find() : nullptr) {
+                return found;
+            }
+        }
+        std::this_thread::sleep_for(pause);
     }
     return nullptr;
 }
@@ -99,7 +130,8 @@ struct ToolkitArguments {
 };
 
 int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop,
-                const std::string& action, const std::string& command) {
+                const std::string& action, const std::string& command,
+                const std::string& openWindows) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
     const auto request = requestFor(action);
@@ -117,7 +149,7 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
         program.perform(asked);
     });
-    return program.run(action);
+    return program.run(action, openWindows);
 }
 
 int run(const std::string& action, const std::string& command) {
@@ -125,7 +157,11 @@ int run(const std::string& action, const std::string& command) {
     freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
     freedesktop::turnOffCoreFiles();
-    const auto desktop = findDesktop();
+    const auto openWindows = stateBeforeRestart();
+    const auto desktop = openWindows ? findDesktopAgain() : findDesktop();
+    if (!desktop && openWindows) {
+        return EXIT_SUCCESS;
+    }
     if (!desktop) {
         tell(noDesktop());
         return EXIT_FAILURE;
@@ -135,7 +171,7 @@ int run(const std::string& action, const std::string& command) {
         if (!instance || action == "quitApp") {
             return EXIT_SUCCESS;
         }
-        return runInstance(*instance, *desktop, action, command);
+        return runInstance(*instance, *desktop, action, command, openWindows.value_or(""));
     } catch (const platform::LocalizedError& error) {
         tell(error);
         return EXIT_FAILURE;

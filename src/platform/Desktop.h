@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/EventTap.h"
 #include "platform/Interface.h"
 #include "platform/LocalizedError.h"
 #include "platform/MainQueue.h"
@@ -9,22 +10,41 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+
+namespace hollowfernpike::freedesktop {
+class SessionBus;
+} // namespace hollowfernpike::freedesktop
 
 namespace hollowfernpike::platform {
 
-class EventTaps;
 class LaunchFeedback;
 class OwnWindows;
 class SystemTray;
 class Windows;
 
+/// What the program can do to become trusted, if the user wants it to.
+struct TrustRemedy {
+    std::string japanese; ///< on a button, for people
+    std::string english;
+
+    /// Throws LocalizedError if it fails. What it does may take effect later.
+    std::function<void()> apply;
+};
+
+/// Why key presses of the whole desktop cannot be seen or swallowed.
+struct Distrust {
+    LocalizedError reason; ///< and what the user can do about it
+    std::optional<TrustRemedy> remedy = std::nullopt;
+};
+
 /// The session that the program runs in. Owns its services, which can be used as long as it lives,
 /// whether or not the desktop trusts us yet. Main thread only.
 class Desktop : public Interface {
 public:
-    /// Why we cannot see or swallow the keys of the whole desktop, and what the user can do about
-    /// it; absent if we can. Asked anew each time: the answer may change while the process runs.
-    virtual std::optional<LocalizedError> trustProblem() = 0;
+    /// Absent if we are trusted. Asked anew each time: the answer may change while the process
+    /// runs.
+    virtual std::optional<Distrust> trustProblem() = 0;
 
     /// Whether trustProblem() may go away while the session lasts.
     virtual bool mayBecomeTrusted() = 0;
@@ -48,6 +68,21 @@ struct DesktopHost {
     /// Whether the desktop's own screen locker says that it covers the screen. To be called on the
     /// main thread.
     std::function<bool()> isScreenLocked;
+
+    /// Null where there is none.
+    freedesktop::SessionBus* bus = nullptr;
+
+    /// What a combination of interest does, for desktops that show this to the user.
+    std::function<std::string(const KeyCombination&)> purposeOf = {};
+
+    /// To be called when the user has replaced a combination of interest by another one in the
+    /// settings of the desktop. If it can be had, the interest changes before this returns;
+    /// otherwise false.
+    std::function<bool(const KeyCombination& from, const KeyCombination& to)> onReassigned = {};
+
+    /// Starts the program anew in the place of this process, with the windows that are open. For a
+    /// desktop that comes back after it has gone away. Returns only if that fails.
+    std::function<void()> restart = {};
 };
 
 /// A session that was found before the toolkit starts.

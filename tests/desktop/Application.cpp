@@ -69,16 +69,15 @@ std::size_t count(const std::vector<SeenKey>& keys, bool down, unsigned key) {
 
 } // namespace
 
-Application::Application(const ApplicationPlace& place, std::string name,
-                         const ApplicationTraits& traits)
-    : environment_(place.environment), name_(std::move(name)),
-      entry_(place.applications / (name_ + ".desktop")),
-      program_(place.home / "programs" /
+Application::Application(ApplicationPlace place, std::string name, const ApplicationTraits& traits)
+    : place_(std::move(place)), name_(std::move(name)),
+      entry_(place_.applications / (name_ + ".desktop")),
+      program_(place_.home / "programs" /
                withoutPercent(traits.program.empty() ? name_ : traits.program)),
-      log_(place.home / (name_ + ".log")) {
+      log_(place_.home / (name_ + ".log")) {
     const auto windowClass = traits.windowClass.empty() ? name_ : traits.windowClass;
     std::filesystem::create_directories(program_.parent_path());
-    std::filesystem::copy_file(place.windowProgram, program_,
+    std::filesystem::copy_file(place_.windowProgram, program_,
                                std::filesystem::copy_options::skip_existing);
     arguments_ = {program_, "--log", log_, "--title", name_, "--class", name_ + ',' + windowClass};
     arguments_.insert(arguments_.end(), traits.options.begin(), traits.options.end());
@@ -102,11 +101,7 @@ Application::~Application() {
 }
 
 ChildProcess& Application::start(const Environment& changes) {
-    auto environment = environment_;
-    for (const auto& [variable, value] : changes) {
-        environment[variable] = value;
-    }
-    started_.push_back(std::make_unique<ChildProcess>(arguments_, environment));
+    started_.push_back(place_.start(arguments_, changes));
     return *started_.back();
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,16 +35,29 @@ struct ApplicationTraits {
 struct ApplicationPlace {
     std::filesystem::path home;
     std::filesystem::path applications; ///< the folder for desktop entries
-    Environment environment;
+    std::function<std::unique_ptr<ChildProcess>(const std::vector<std::string>& commandLine,
+                                                const Environment& changes)>
+        start; ///< starts a program there
     std::filesystem::path windowProgram;
 };
+
+/// For a private session of any kind, which outlives this.
+template <class Desktop>
+ApplicationPlace placeIn(const Desktop& desktop, const std::filesystem::path& windowProgram) {
+    return {
+        .home = desktop.home(),
+        .applications = desktop.applications(),
+        .start = [&desktop](const auto& commandLine,
+                            const auto& changes) { return desktop.start(commandLine, changes); },
+        .windowProgram = windowProgram};
+}
 
 /// An application that is installed in a private session: a desktop entry, a program file of its
 /// own, and the log that its running copies write. All running copies end with the object, no
 /// matter who started them; the files stay as long as the home.
 class Application {
 public:
-    Application(const ApplicationPlace& place, std::string name, const ApplicationTraits& traits);
+    Application(ApplicationPlace place, std::string name, const ApplicationTraits& traits);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
     ~Application();
@@ -75,7 +89,7 @@ public:
     std::size_t ups(unsigned key) const;
 
 private:
-    Environment environment_;
+    ApplicationPlace place_;
     std::string name_;
     std::filesystem::path entry_;
     std::filesystem::path program_;

@@ -27,11 +27,7 @@ Story::Story(const std::string& windowManager, ScreenSize size, Home home)
 
 Application& Story::install(const std::string& name, const ApplicationTraits& traits) {
     return *applications_.emplace_back(
-        std::make_unique<Application>(ApplicationPlace{.home = desktop.home(),
-                                                       .applications = desktop.applications(),
-                                                       .environment = desktop.environment(),
-                                                       .windowProgram = HFP_PROBE_WINDOW},
-                                      name, traits));
+        std::make_unique<Application>(placeIn(desktop, HFP_PROBE_WINDOW), name, traits));
 }
 
 Application& Story::open(const std::string& name, const ApplicationTraits& traits) {
@@ -68,11 +64,7 @@ void Story::startUtility() {
 }
 
 ChildProcess& Story::launchUtility(const Environment& changes) {
-    auto environment = desktop.environment();
-    for (const auto& [variable, value] : changes) {
-        environment[variable] = value;
-    }
-    return utility_.start(environment);
+    return utility_.start(changed(desktop.environment(), changes));
 }
 
 testing::AssertionResult Story::areLive() {

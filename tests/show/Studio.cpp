@@ -36,12 +36,8 @@ void Studio::start(const test::Environment& changes) {
 }
 
 void Studio::launch(const test::Environment& changes) {
-    auto environment = environment_;
-    for (const auto& [variable, value] : changes) {
-        environment[variable] = value;
-    }
     story.writeShortcuts();
-    story.launchUtility(environment);
+    story.launchUtility(test::changed(environment_, changes));
 }
 
 std::filesystem::path Studio::entry(const std::string& application) const {

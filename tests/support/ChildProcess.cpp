@@ -70,6 +70,13 @@ std::optional<std::string> findLine(const std::string& text, const std::string& 
 
 } // namespace
 
+Environment changed(Environment environment, const Environment& changes) {
+    for (const auto& [variable, value] : changes) {
+        environment[variable] = value;
+    }
+    return environment;
+}
+
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments,
                            const Environment& environment) {
     auto argumentTexts = arguments;

@@ -15,6 +15,9 @@ namespace hollowfernpike::test {
 /// Variables on top of this process's own; an absent value takes the variable away.
 using Environment = std::map<std::string, std::optional<std::string>>;
 
+/// These variables, with others in their place or beside them.
+Environment changed(Environment environment, const Environment& changes);
+
 /// A program started by a test, in a process group of its own; it and its group are killed with
 /// the object. Standard input is empty; output and errors are kept in memory, to be read while the
 /// program runs.

@@ -144,9 +144,9 @@ bool PrivateDesktop::closeFirstOverview() const {
            });
 }
 
-std::unique_ptr<ChildProcess>
-PrivateDesktop::start(const std::vector<std::string>& arguments) const {
-    return std::make_unique<ChildProcess>(arguments, environment_);
+std::unique_ptr<ChildProcess> PrivateDesktop::start(const std::vector<std::string>& arguments,
+                                                    const Environment& changes) const {
+    return std::make_unique<ChildProcess>(arguments, changed(environment_, changes));
 }
 
 std::string callOnBus(const PrivateDesktop& desktop, const std::vector<std::string>& arguments) {

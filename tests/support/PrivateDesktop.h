@@ -57,7 +57,8 @@ public:
     const Environment& environment() const { return environment_; }
 
     /// Starts a program in this session.
-    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments) const;
+    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments,
+                                        const Environment& changes = {}) const;
 
 private:
     bool closeFirstOverview() const;

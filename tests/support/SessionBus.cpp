@@ -1,5 +1,6 @@
 #include "support/SessionBus.h"
 
+#include "support/SessionUser.h"
 #include "support/WriteFile.h"
 
 #include <cstdlib>
@@ -30,20 +31,24 @@ std::string busConfiguration(const Environment& environment) {
            "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>" +
            directories +
-           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+           "<policy context=\"default\"><allow user=\"root\"/><allow send_destination=\"*\" "
+           "eavesdrop=\"true\"/>"
            "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
            "<limit name=\"service_start_timeout\">120000</limit></busconfig>\n";
 }
 
 } // namespace
 
-SessionBus::SessionBus(const Environment& environment) {
+SessionBus::SessionBus(const Environment& environment, BusOwner owner) {
     const auto configuration = directory_.path() / "session.conf";
     writeFile(configuration, busConfiguration(environment));
-    daemon_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration.string(),
-                                 "--nofork", "--print-address=1"},
-        environment);
+    std::vector<std::string> command{"dbus-daemon", "--config-file=" + configuration.string(),
+                                     "--nofork", "--print-address=1"};
+    if (owner == BusOwner::sessionUser) {
+        giveToSessionUser(directory_.path());
+        command = asSessionUser(command);
+    }
+    daemon_ = std::make_unique<ChildProcess>(command, environment);
     const auto line = daemon_->waitForLine("");
     if (!line) {
         throw std::runtime_error("dbus-daemon did not start: " + daemon_->errors());

@@ -9,11 +9,15 @@
 
 namespace hollowfernpike::test {
 
-/// A session bus of its own (dbus-daemon), ready for clients. It starts the services in the data
-/// directories that the environment names, and no others of the machine.
+/// Whose process a session bus is, and with it the services that the bus starts.
+enum class BusOwner { tests, sessionUser };
+
+/// A session bus of its own (dbus-daemon), ready for clients: those of its owner and of root. It
+/// starts the services in the data directories that the environment names, and no others of the
+/// machine.
 class SessionBus {
 public:
-    explicit SessionBus(const Environment& environment = {});
+    explicit SessionBus(const Environment& environment = {}, BusOwner owner = BusOwner::tests);
 
     const std::string& address() const { return address_; }
     ChildProcess& daemon() { return *daemon_; }

@@ -1,5 +1,7 @@
 #include "support/SessionFolders.h"
 
+#include "support/SessionUser.h"
+
 #include <array>
 #include <utility>
 
@@ -59,6 +61,11 @@ SessionFolders::SessionFolders(Home home) : home_(std::move(home)) {
 
 void SessionFolders::showOfMachine(const fs::path& part) const {
     share(fs::path("/usr/share") / part, dataIn(shared_.path()) / part);
+}
+
+void SessionFolders::giveToSessionUser() const {
+    test::giveToSessionUser(home());
+    test::giveToSessionUser(shared_.path());
 }
 
 Environment SessionFolders::environment() const {

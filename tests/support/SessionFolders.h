@@ -25,6 +25,9 @@ public:
     /// Has the session see this file or folder below the machine's /usr/share, too.
     void showOfMachine(const std::filesystem::path& part) const;
 
+    /// Makes them, and all that is in them by now, those of a session's user.
+    void giveToSessionUser() const;
+
     /// The variables that name the folders, and those that keep libraries from services of the
     /// machine.
     Environment environment() const;

@@ -1,16 +1,14 @@
 #include "support/SwayDesktop.h"
 
-#include "support/Privileges.h"
+#include "support/SessionUser.h"
 #include "support/WaitUntil.h"
 #include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 namespace hollowfernpike::test {
 
@@ -74,12 +72,6 @@ bool answersQuestions(const SwayIpc& ipc) {
     }
 }
 
-void giveToOrdinaryUser(const fs::path& folder) {
-    if (::geteuid() == 0 && ::chown(folder.c_str(), ordinaryUser, ordinaryUser) != 0) {
-        throw std::system_error(errno, std::generic_category(), folder);
-    }
-}
-
 } // namespace
 
 SwayDesktop::SwayDesktop(const std::string& configuration, Home home)
@@ -87,7 +79,7 @@ SwayDesktop::SwayDesktop(const std::string& configuration, Home home)
       bus_(environment_), ipc_(controlSocket()) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     configure(configuration);
-    giveToOrdinaryUser(commonGround());
+    giveToSessionUser(commonGround());
     sway_ = startSway();
     bool hasEnded = false;
     const auto isDecided = [&] { return (hasEnded = sway_->hasEnded()) || isReady(); };
@@ -106,18 +98,14 @@ void SwayDesktop::configure(const std::string& configuration) const {
     fs::permissions(configurationFile(), fs::perms::others_read, fs::perm_options::add);
 }
 
-std::unique_ptr<ChildProcess> SwayDesktop::start(const std::vector<std::string>& arguments) const {
-    return std::make_unique<ChildProcess>(arguments, environment_);
+std::unique_ptr<ChildProcess> SwayDesktop::start(const std::vector<std::string>& arguments,
+                                                 const Environment& changes) const {
+    return std::make_unique<ChildProcess>(arguments, changed(environment_, changes));
 }
 
 std::unique_ptr<ChildProcess> SwayDesktop::startSway() const {
-    std::vector<std::string> command{"sway", "--config", configurationFile()};
-    if (::geteuid() == 0) {
-        const auto user = std::to_string(ordinaryUser);
-        command.insert(command.begin(),
-                       {"setpriv", "--reuid", user, "--regid", user, "--clear-groups"});
-    }
-    return std::make_unique<ChildProcess>(command, environmentOfSway(environment_, commonGround()));
+    return std::make_unique<ChildProcess>(asSessionUser({"sway", "--config", configurationFile()}),
+                                          environmentOfSway(environment_, commonGround()));
 }
 
 bool SwayDesktop::isReady() {

@@ -49,7 +49,8 @@ public:
     void showOfMachine(const std::filesystem::path& part) const { folders_.showOfMachine(part); }
 
     /// Starts a program in this session.
-    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments) const;
+    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments,
+                                        const Environment& changes = {}) const;
 
 private:
     std::filesystem::path configurationFile() const { return ground_.path() / "sway.conf"; }

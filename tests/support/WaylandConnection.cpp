@@ -3,12 +3,23 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include <fcntl.h>
+
 namespace hollowfernpike::test {
 
 WaylandConnection::WaylandConnection(const std::string& display)
     : display_(wl_display_connect(display.empty() ? nullptr : display.c_str())) {
+    listen(display);
+}
+
+WaylandConnection::WaylandConnection(const freedesktop::Descriptor& socket)
+    : display_(wl_display_connect_to_fd(::fcntl(socket.get(), F_DUPFD_CLOEXEC, 0))) {
+    listen("of a connected socket");
+}
+
+void WaylandConnection::listen(const std::string& name) {
     if (display_ == nullptr) {
-        throw std::runtime_error("no Wayland display " + display);
+        throw std::runtime_error("no Wayland display " + name);
     }
     static constexpr wl_registry_listener listener{
         .global =
@@ -22,7 +33,7 @@ WaylandConnection::WaylandConnection(const std::string& display)
     if (wl_display_roundtrip(display_) < 0) {
         wl_registry_destroy(registry_);
         wl_display_disconnect(display_);
-        throw std::runtime_error("no answer from Wayland display " + display);
+        throw std::runtime_error("no answer from Wayland display " + name);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/freedesktop/files/Descriptor.h"
+
 #include <cstdint>
 #include <map>
 #include <string>
@@ -9,6 +11,9 @@
 
 namespace hollowfernpike::test {
 
+/// Listens to an event that nobody is interested in.
+inline constexpr auto ignoreEvent = [](auto... /*event*/) {};
+
 /// A client's connection to a Wayland compositor.
 class WaylandConnection {
 public:
@@ -16,6 +21,9 @@ public:
     /// it is empty, the environment names it.
     /// Throws std::runtime_error if nobody answers there.
     explicit WaylandConnection(const std::string& display);
+
+    /// Goes on with a socket that is connected already; the caller may close his.
+    explicit WaylandConnection(const freedesktop::Descriptor& socket);
     WaylandConnection(const WaylandConnection&) = delete;
     WaylandConnection& operator=(const WaylandConnection&) = delete;
     ~WaylandConnection();
@@ -41,9 +49,11 @@ private:
         std::uint32_t version = 0;
     };
 
+    /// `name` is what an error calls the display.
+    void listen(const std::string& name);
     void* bindObject(const wl_interface& interface, std::uint32_t version);
 
-    wl_display* display_;
+    wl_display* display_ = nullptr;
     wl_registry* registry_ = nullptr;
     std::map<std::string, Global> globals_;
 };

@@ -37,9 +37,9 @@ WestonDesktop::WestonDesktop() : environment_(environmentOnWeston(folders_)), bu
     }
 }
 
-std::unique_ptr<ChildProcess>
-WestonDesktop::start(const std::vector<std::string>& arguments) const {
-    return std::make_unique<ChildProcess>(arguments, environment_);
+std::unique_ptr<ChildProcess> WestonDesktop::start(const std::vector<std::string>& arguments,
+                                                   const Environment& changes) const {
+    return std::make_unique<ChildProcess>(arguments, changed(environment_, changes));
 }
 
 bool WestonDesktop::isReady() const {

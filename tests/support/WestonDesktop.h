@@ -29,7 +29,8 @@ public:
     SessionBus& bus() { return bus_; }
 
     /// Starts a program in this session.
-    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments) const;
+    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& arguments,
+                                        const Environment& changes = {}) const;
 
 private:
     bool isReady() const;

@@ -12,13 +12,10 @@ namespace hollowfernpike::bench {
 
 test::Application& SwayArena::open(const std::string& name, int windows,
                                    std::vector<std::string> options) {
-    const test::ApplicationPlace place{.home = desktop.home(),
-                                       .applications = desktop.applications(),
-                                       .environment = desktop.environment(),
-                                       .windowProgram = HFP_WAYLAND_WINDOW};
     options.insert(options.end(), {"--windows", std::to_string(windows)});
     auto& application = *applications_.emplace_back(std::make_unique<test::Application>(
-        place, name, test::ApplicationTraits{.options = std::move(options)}));
+        test::placeIn(desktop, HFP_WAYLAND_WINDOW), name,
+        test::ApplicationTraits{.options = std::move(options)}));
     auto& program = application.start();
     if (!test::waitUntil([&] { return windowsOf(name) >= windows; })) {
         throw std::runtime_error(name + " shows no window: " + program.errors());

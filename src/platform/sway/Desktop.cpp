@@ -5,6 +5,7 @@
 #include "platform/sway/keys/BindingTap.h"
 #include "platform/sway/windows/Windows.h"
 #include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
@@ -77,16 +78,16 @@ public:
         connection_->attach(host_.runLoop, host_.onLost);
     }
 
-    std::optional<platform::LocalizedError> trustProblem() override {
+    std::optional<platform::Distrust> trustProblem() override {
         if (isSway(ipc_)) {
             return std::nullopt;
         }
-        return platform::LocalizedError{
-            "sway のソケット " + ipc_.path() +
-                " が応答しないため、ショートカットキーを検出できません。"
-                "sway を再起動するか、環境変数 SWAYSOCK を確認してください。",
-            "Shortcuts cannot be seen: sway's socket " + ipc_.path() +
-                " does not answer. Restart sway, or check the environment variable SWAYSOCK."};
+        return platform::Distrust{
+            {"sway のソケット " + ipc_.path() +
+                 " が応答しないため、ショートカットキーを検出できません。"
+                 "sway を再起動するか、環境変数 SWAYSOCK を確認してください。",
+             "Shortcuts cannot be seen: sway's socket " + ipc_.path() +
+                 " does not answer. Restart sway, or check the environment variable SWAYSOCK."}};
     }
 
     bool mayBecomeTrusted() override { return true; }
@@ -113,21 +114,6 @@ private:
     }};
 };
 
-class FoundDesktop final : public platform::FoundDesktop {
-public:
-    FoundDesktop(std::unique_ptr<wayland::Connection> connection, std::string socket)
-        : connection_(std::move(connection)), socket_(std::move(socket)) {}
-
-    const char* toolkitPlatform() const override { return "wayland"; }
-    std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
-        return std::make_unique<Desktop>(host, std::move(connection_), socket_);
-    }
-
-private:
-    std::unique_ptr<wayland::Connection> connection_;
-    std::string socket_;
-};
-
 } // namespace
 
 std::unique_ptr<platform::FoundDesktop> findDesktop() {
@@ -136,8 +122,13 @@ std::unique_ptr<platform::FoundDesktop> findDesktop() {
         return nullptr;
     }
     IpcClient ipc(socketPath(*connection));
-    return isSway(ipc) ? std::make_unique<FoundDesktop>(std::move(connection), ipc.path())
-                       : nullptr;
+    if (!isSway(ipc)) {
+        return nullptr;
+    }
+    return std::make_unique<wayland::FoundDesktop>(
+        std::move(connection), [socket = ipc.path()](const auto& host, auto found) {
+            return std::make_unique<Desktop>(host, std::move(found), socket);
+        });
 }
 
 } // namespace hollowfernpike::sway

@@ -10,7 +10,7 @@ class QWindow;
 namespace hollowfernpike::wayland {
 
 /// Our own windows on a Wayland desktop. Main thread only.
-class OwnWindows final : public platform::OwnWindows {
+class OwnWindows : public platform::OwnWindows {
 public:
     /// `bringForward` is the desktop's own way to bring a window of ours to the front, false if
     /// that fails; empty if it has none.

@@ -3,6 +3,7 @@
 #include "platform/EventTap.h"
 #include "platform/Windows.h"
 #include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/connection/Connection.h"
 
@@ -47,18 +48,19 @@ public:
         connection_->attach(host.runLoop, host.onLost);
     }
 
-    std::optional<platform::LocalizedError> trustProblem() override {
+    std::optional<platform::Distrust> trustProblem() override {
         const auto name = sessionName();
-        return platform::LocalizedError{
-            "この Wayland セッション" + name +
-                "では、他のプログラムのキー入力を検出する方法がまだありません。"
-                "ログイン画面で sway または X11 (Xorg) のセッションを選んでください。"
-                "ショートカットの一覧の表示、削除、書き出しと読み込みは、このセッションでもできます"
-                "。",
-            "In this Wayland session" + name +
-                " there is no way yet to see the keys of other programs. "
-                "Choose sway or an X11 (Xorg) session when you log in. "
-                "Here the shortcuts can be looked at, deleted, exported and imported."};
+        return platform::Distrust{
+            {"この Wayland セッション" + name +
+                 "では、他のプログラムのキー入力を検出する方法がまだありません。"
+                 "ログイン画面で sway または X11 (Xorg) のセッションを選んでください。"
+                 "ショートカットの一覧の表示、削除、書き出しと読み込みは、このセッションでもできま"
+                 "す"
+                 "。",
+             "In this Wayland session" + name +
+                 " there is no way yet to see the keys of other programs. "
+                 "Choose sway or an X11 (Xorg) session when you log in. "
+                 "Here the shortcuts can be looked at, deleted, exported and imported."}};
     }
 
     bool mayBecomeTrusted() override { return false; }
@@ -76,25 +78,16 @@ private:
     ActivationTokens tokens_{*connection_};
 };
 
-class FoundDesktop final : public platform::FoundDesktop {
-public:
-    explicit FoundDesktop(std::unique_ptr<Connection> connection)
-        : connection_(std::move(connection)) {}
-
-    const char* toolkitPlatform() const override { return "wayland"; }
-    std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
-        return std::make_unique<UnknownDesktop>(host, std::move(connection_));
-    }
-
-private:
-    std::unique_ptr<Connection> connection_;
-};
-
 } // namespace
 
 std::unique_ptr<platform::FoundDesktop> findUnknownDesktop() {
     auto connection = Connection::open();
-    return connection ? std::make_unique<FoundDesktop>(std::move(connection)) : nullptr;
+    if (!connection) {
+        return nullptr;
+    }
+    return std::make_unique<FoundDesktop>(std::move(connection), [](const auto& host, auto found) {
+        return std::make_unique<UnknownDesktop>(host, std::move(found));
+    });
 }
 
 } // namespace hollowfernpike::wayland

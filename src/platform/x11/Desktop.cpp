@@ -24,9 +24,9 @@ class Desktop final : public platform::Desktop {
 public:
     explicit Desktop(platform::DesktopHost host) : host_(std::move(host)) {}
 
-    std::optional<platform::LocalizedError> trustProblem() override {
+    std::optional<platform::Distrust> trustProblem() override {
         const auto problem = findTrustProblem(Connection::open().get());
-        return problem ? std::optional(trustMessage(*problem)) : std::nullopt;
+        return problem ? std::optional(platform::Distrust{trustMessage(*problem)}) : std::nullopt;
     }
 
     bool mayBecomeTrusted() override { return true; }

@@ -166,6 +166,23 @@ void AddEditShortcutSheet::saveSheet() {
     close();
 }
 
+EditorDraft AddEditShortcutSheet::draft() const {
+    return {.editing = editingShortcut_ ? std::optional(editingShortcut_->id) : std::nullopt,
+            .appPath = selectedAppPath_,
+            .keyCode = keyRecorder_->capturedKeyCode(),
+            .modifierFlags = keyRecorder_->capturedModifierFlags()};
+}
+
+void AddEditShortcutSheet::takeUp(const EditorDraft& draft) {
+    if (draft.appPath && draft.appPath != selectedAppPath_) {
+        setSelectedApp(*draft.appPath);
+    }
+    if (draft.keyCode && draft.modifierFlags) {
+        keyRecorder_->setShortcut(*draft.keyCode, *draft.modifierFlags);
+        views_.saveButton->setEnabled(true);
+    }
+}
+
 void AddEditShortcutSheet::tell(const char* message) {
     Alert{.style = Alert::Style::warning, .message = message}.beginSheet(*this);
 }

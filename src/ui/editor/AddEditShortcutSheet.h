@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/AppShortcut.h"
+#include "ui/editor/EditorDraft.h"
 #include "ui/editor/EditorViews.h"
 
 #include <QIcon>
@@ -39,6 +40,10 @@ public:
 
     /// Closes the window without calling `onSave`.
     void cancelSheet();
+
+    /// What has been entered so far, and the same taken up by another editor of that shortcut.
+    EditorDraft draft() const;
+    void takeUp(const EditorDraft& draft);
 
     KeyRecorderView& keyRecorder() { return *keyRecorder_; }
 

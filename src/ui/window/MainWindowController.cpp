@@ -17,13 +17,14 @@
 #include "ui/window/HeaderBar.h"
 #include "ui/window/ShortcutCardView.h"
 
+#include <QApplication>
 #include <QKeySequence>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include <functional>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -81,10 +82,12 @@ QScrollArea* makeScrollView() {
 }
 
 /// Shows an editor in a window of its own, which keeps itself alive.
-void openEditor(const std::optional<AppShortcut>& editing,
-                std::function<void(const AppShortcut&)> onSave) {
+void openEditor(const std::optional<AppShortcut>& editing, const EditorDraft& draft = {}) {
     const auto editor = AddEditShortcutSheet::make(editing);
-    editor->onSave = std::move(onSave);
+    editor->onSave = [isNew = !editing](const AppShortcut& shortcut) {
+        isNew ? ShortcutStore::shared().add(shortcut) : ShortcutStore::shared().update(shortcut);
+    };
+    editor->takeUp(draft);
     center(*editor);
     makeKeyAndOrderFront(*editor);
     platform::services().application.activateIgnoringOtherApps();
@@ -101,6 +104,8 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { reloadCards(); });
+    refusedObservation_ =
+        notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
 }
 
@@ -199,11 +204,11 @@ ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
 }
 
 void MainWindowController::addShortcut() {
-    openEditor(std::nullopt, [](const AppShortcut& added) { ShortcutStore::shared().add(added); });
+    openEditor(std::nullopt);
 }
 
 void MainWindowController::editShortcut(const AppShortcut& shortcut) {
-    openEditor(shortcut, [](const AppShortcut& edited) { ShortcutStore::shared().update(edited); });
+    openEditor(shortcut);
 }
 
 void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
@@ -219,6 +224,30 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
             ShortcutStore::shared().remove(id);
         }
     });
+}
+
+OpenWindows MainWindowController::openWindows() const {
+    OpenWindows windows{.hasMainWindow = window_ != nullptr && window_->isVisible(), .editors = {}};
+    const auto widgets = QApplication::topLevelWidgets();
+    for (const auto* const widget : widgets) {
+        const auto* const editor = dynamic_cast<const AddEditShortcutSheet*>(widget);
+        if (editor != nullptr && editor->isVisible()) {
+            windows.editors.push_back(editor->draft());
+        }
+    }
+    return windows;
+}
+
+void MainWindowController::reopen(const OpenWindows& windows) {
+    if (windows.hasMainWindow) {
+        showWindow();
+    }
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    for (const auto& draft : windows.editors) {
+        const auto edited = std::ranges::find_if(
+            shortcuts, [&](const AppShortcut& shortcut) { return shortcut.id == draft.editing; });
+        openEditor(edited == shortcuts.end() ? std::nullopt : std::optional(*edited), draft);
+    }
 }
 
 void MainWindowController::exportShortcuts() {

@@ -2,6 +2,7 @@
 
 #include "model/AppShortcut.h"
 #include "platform/RunLoop.h"
+#include "ui/window/OpenWindows.h"
 
 #include <QObject>
 #include <QPointer>
@@ -42,6 +43,10 @@ public:
     /// Opens one more editor, for a new shortcut.
     void addShortcut();
 
+    /// Which windows are open, this one and the editors; and the same opened again.
+    OpenWindows openWindows() const;
+    void reopen(const OpenWindows& windows);
+
     /// In sheets on the window.
     void exportShortcuts();
     void importShortcuts();
@@ -67,6 +72,7 @@ private:
     QPointer<QScrollArea> scrollView_;
     QPointer<HeaderBar> headerBar_;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
+    std::unique_ptr<platform::Subscription> refusedObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;
 };
 

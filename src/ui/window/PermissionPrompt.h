@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LocalizedError.h"
+#include "platform/Desktop.h"
 
 #include <memory>
 
@@ -8,8 +8,9 @@ namespace hollowfernpike {
 
 class MessageBox;
 
-/// The window that tells the user why key presses cannot be seen and what to do about it. There is
-/// at most one; show() only changes its text while it is open. Main thread only.
+/// The window that tells the user why key presses cannot be seen and what to do about it, with a
+/// button if the program can do it. There is at most one; show() only changes its text while it is
+/// open. Main thread only.
 class PermissionPrompt {
 public:
     PermissionPrompt();
@@ -19,11 +20,14 @@ public:
 
     /// Returns at once. A new window takes the keyboard focus; one that comes back after the user
     /// has closed it does not.
-    void show(const platform::LocalizedError& message);
+    void show(const platform::Distrust& problem);
 
     void close();
 
 private:
+    void showRemedy(const std::optional<platform::TrustRemedy>& remedy);
+    void apply(const platform::TrustRemedy& remedy);
+
     std::unique_ptr<MessageBox> window_;
 };
 

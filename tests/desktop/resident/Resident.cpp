@@ -17,13 +17,9 @@ std::string Resident::call(const std::string& method, const std::vector<std::str
 
 std::unique_ptr<ChildProcess> Resident::startAgain(const std::vector<std::string>& arguments,
                                                    const Environment& changes) {
-    auto environment = story.desktop.environment();
-    for (const auto& [variable, value] : changes) {
-        environment[variable] = value;
-    }
     auto line = arguments;
     line.insert(line.begin(), HFP_PROGRAM);
-    return std::make_unique<ChildProcess>(line, environment);
+    return story.desktop.start(line, changes);
 }
 
 std::vector<std::string> Resident::titles() {

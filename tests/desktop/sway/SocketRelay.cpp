@@ -1,5 +1,7 @@
 #include "desktop/sway/SocketRelay.h"
 
+#include "support/SocketAddress.h"
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -8,7 +10,6 @@
 
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace hollowfernpike::test {
@@ -16,15 +17,6 @@ namespace hollowfernpike::test {
 namespace {
 
 constexpr int roundMilliseconds = 2;
-
-sockaddr_un addressOf(const std::string& path) {
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    if (path.size() >= sizeof address.sun_path) {
-        throw std::runtime_error("too long: " + path);
-    }
-    path.copy(address.sun_path, path.size());
-    return address;
-}
 
 int newSocket() {
     return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -64,7 +56,7 @@ void SocketRelay::comeBack() {
 }
 
 void SocketRelay::listen() {
-    const auto address = addressOf(path_);
+    const auto address = socketAddress(path_);
     listening_ = newSocket();
     if (::bind(listening_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(listening_, 8) != 0) {
@@ -95,7 +87,7 @@ void SocketRelay::accept() {
     }
     const Pair pair{.client = ::accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC),
                     .server = newSocket()};
-    const auto address = addressOf(server_);
+    const auto address = socketAddress(server_);
     if (::connect(pair.server, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
         pairs_.push_back(pair);
     } else {

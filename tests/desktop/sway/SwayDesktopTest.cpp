@@ -117,11 +117,7 @@ TEST(SwayKeyboardTest, AnotherLayoutTakesEffectAtOnce) {
 TEST(SwayKeyboardTest, LetsGoOfEverythingWhenItGoes) {
     const SwayDesktop desktop;
     const VirtualKeyboard staying(desktop.waylandSocket());
-    Application front({.home = desktop.home(),
-                       .applications = desktop.applications(),
-                       .environment = desktop.environment(),
-                       .windowProgram = HFP_WAYLAND_WINDOW},
-                      "Front", {});
+    Application front(placeIn(desktop, HFP_WAYLAND_WINDOW), "Front", {});
     front.start();
     const SwayPager pager(desktop.ipc());
     ASSERT_TRUE(waitUntil([&] { return pager.focusedProcess() != 0; }));

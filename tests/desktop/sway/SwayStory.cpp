@@ -28,11 +28,7 @@ SwayStory::SwayStory(const std::string& configuration, const KeyboardLayout& lay
 
 Application& SwayStory::install(const std::string& name, const ApplicationTraits& traits) {
     return *applications_.emplace_back(
-        std::make_unique<Application>(ApplicationPlace{.home = desktop.home(),
-                                                       .applications = desktop.applications(),
-                                                       .environment = desktop.environment(),
-                                                       .windowProgram = HFP_WAYLAND_WINDOW},
-                                      name, traits));
+        std::make_unique<Application>(placeIn(desktop, HFP_WAYLAND_WINDOW), name, traits));
 }
 
 Application& SwayStory::open(const std::string& name, const ApplicationTraits& traits) {
@@ -72,10 +68,7 @@ ChildProcess& SwayStory::launchUtility(const Environment& changes) {
     auto environment = desktop.environment();
     environment["QT_LOGGING_RULES"] = "hollowfernpike.keys.debug=true";
     environment.insert(leaksAllowed());
-    for (const auto& [variable, value] : changes) {
-        environment[variable] = value;
-    }
-    return utility_.start(environment);
+    return utility_.start(changed(environment, changes));
 }
 
 std::size_t SwayStory::bindings() {

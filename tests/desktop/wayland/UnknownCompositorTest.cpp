@@ -49,10 +49,7 @@ protected:
         shortcuts.write(ShortcutList::fileIn(desktop.dataHome()));
         auto environment = desktop.environment();
         environment.insert(leaksAllowed());
-        for (const auto& [variable, value] : changes) {
-            environment[variable] = value;
-        }
-        utility_.start(environment);
+        utility_.start(changed(environment, changes));
         ASSERT_TRUE(waitUntil([this] { return timesIn(errors(), words.english) > 0; }))
             << utility_.tells();
     }

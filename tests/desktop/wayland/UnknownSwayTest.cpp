@@ -58,12 +58,8 @@ protected:
     }
 
     Accessible startAgain() {
-        auto environment = story.desktop.environment();
-        for (const auto& [variable, value] : unnamed) {
-            environment[variable] = value;
-        }
-        ChildProcess second({HFP_PROGRAM}, environment);
-        EXPECT_EQ(second.wait(), 0) << second.errors();
+        const auto second = story.desktop.start({HFP_PROGRAM}, unnamed);
+        EXPECT_EQ(second->wait(), 0) << second->errors();
         return managementComes();
     }
 

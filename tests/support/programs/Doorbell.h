@@ -1,14 +1,13 @@
 #pragma once
 
+#include "support/SocketAddress.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
-#include <stdexcept>
 #include <string>
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace hollowfernpike::test {
@@ -28,11 +27,7 @@ public:
     /// Hangs it up for this copy. If one hangs there already, rings that with the start-up
     /// identifier of this copy and returns false.
     bool hang(const std::string& path) {
-        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-        if (path.size() >= sizeof address.sun_path) {
-            throw std::runtime_error("too long: " + path);
-        }
-        path.copy(address.sun_path, path.size());
+        const auto address = socketAddress(path);
         descriptor_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
         const auto* place = reinterpret_cast<const sockaddr*>(&address);
         if (::bind(descriptor_, place, sizeof address) == 0) {

@@ -351,7 +351,7 @@ private:
 
     const ProbeOptions& options_;
     const Doorbell& doorbell_;
-    WaylandConnection connection_{{}};
+    WaylandConnection connection_{std::string{}};
     Pictures pictures_{connection_};
     KeyboardDiary keyboard_{connection_, options_.crashesOnKey};
     Workshop workshop_;

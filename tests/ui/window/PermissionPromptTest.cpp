@@ -49,7 +49,7 @@ protected:
     }
 
     FakeServices services_;
-    const platform::LocalizedError missing_{"許可がありません", "There is no permission"};
+    const platform::Distrust missing_{{"許可がありません", "There is no permission"}};
     PermissionPrompt prompt_;
 };
 
@@ -95,7 +95,7 @@ TEST_F(PermissionPromptTest, ComesWithTheKeysOnceAndThenLeavesThemWhereTheyAre) 
 
 TEST_F(PermissionPromptTest, AnotherProblemChangesTheTextOfTheOpenWindow) {
     prompt_.show(missing_);
-    prompt_.show({"別の問題", "Another problem"});
+    prompt_.show({{"別の問題", "Another problem"}});
     EXPECT_EQ(window().informativeText(), "別の問題");
 }
 
@@ -103,36 +103,70 @@ TEST_F(PermissionPromptTest, IsWhatAssistiveTechnologyReads) {
     prompt_.show(missing_);
     EXPECT_EQ(window().accessibleName(), "ショートカットキーを検出できません");
     EXPECT_EQ(window().accessibleDescription(), "許可がありません");
-    prompt_.show({"別の問題", "Another problem"});
+    prompt_.show({{"別の問題", "Another problem"}});
     EXPECT_EQ(window().accessibleDescription(), "別の問題");
 }
 
 TEST_F(PermissionPromptTest, ShowsMarkupAsItIs) {
-    prompt_.show({"<b>太字</b>", "<b>bold</b>"});
+    prompt_.show({{"<b>太字</b>", "<b>bold</b>"}});
     for (const QLabel* label : window().findChildren<QLabel*>()) {
         EXPECT_EQ(label->textFormat(), Qt::PlainText);
     }
 }
 
 TEST_F(PermissionPromptTest, AnOpenWindowMakesRoomForALongerText) {
-    prompt_.show({"いいえ", "No"});
+    prompt_.show({{"いいえ", "No"}});
     const int narrow = window().width();
     const std::string sentence(40, 'w');
-    prompt_.show({sentence + ' ' + sentence, sentence});
+    prompt_.show({{sentence + ' ' + sentence, sentence}});
     const auto& explanation = *window().findChild<QLabel*>("qt_msgbox_informativelabel");
     EXPECT_GT(window().width(), narrow);
     EXPECT_GE(explanation.width(), explanation.minimumWidth());
-    prompt_.show({"いいえ", "No"});
+    prompt_.show({{"いいえ", "No"}});
     EXPECT_EQ(window().width(), narrow);
 }
 
 TEST_F(PermissionPromptTest, ALongPathIsShownToItsEnd) {
     const std::string path = "/" + std::string(2000, 'x');
-    prompt_.show({path, path});
+    prompt_.show({{path, path}});
     const auto& explanation = *window().findChild<QLabel*>("qt_msgbox_informativelabel");
     const auto metrics = explanation.fontMetrics();
     const int lines = explanation.height() / metrics.height();
     EXPECT_GE(lines * explanation.width(), metrics.horizontalAdvance(QString::fromStdString(path)));
+}
+
+TEST_F(PermissionPromptTest, OffersWhatTheProgramCanDo) {
+    int applied = 0;
+    const platform::Distrust curable{missing_.reason,
+                                     platform::TrustRemedy{.japanese = "許可する",
+                                                           .english = "Permit",
+                                                           .apply = [&] { ++applied; }}};
+    prompt_.show(curable);
+    button("許可する").click();
+    EXPECT_EQ(applied, 1);
+    EXPECT_TRUE(window().isVisible()) << "as long as the program is not trusted";
+    Language::setCurrent(Language::english);
+    prompt_.show(curable);
+    button("Permit").click();
+    EXPECT_EQ(applied, 2);
+    prompt_.show(missing_);
+    EXPECT_FALSE(button("Permit").isVisible());
+}
+
+TEST_F(PermissionPromptTest, TellsWhyTheProgramCouldNotDoIt) {
+    prompt_.show({missing_.reason,
+                  platform::TrustRemedy{.japanese = "許可する", .english = "Permit", .apply = [] {
+                                            throw platform::LocalizedError("満杯です",
+                                                                           "The disk is full");
+                                        }}});
+    auto& box = window();
+    button("許可する").click();
+    std::vector<QString> explanations;
+    for (const auto* const each : windows()) {
+        explanations.push_back(each->informativeText());
+    }
+    EXPECT_THAT(explanations, Contains(QString("満杯です")));
+    EXPECT_TRUE(box.isVisible());
 }
 
 TEST_F(PermissionPromptTest, OnlyQuitEndsTheProgram) {

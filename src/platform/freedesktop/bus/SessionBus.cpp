@@ -42,12 +42,12 @@ bool isUsable(std::string_view addresses) {
     return false;
 }
 
-void tell(const SessionBus::Answer& answer, const QDBusError& error) {
-    if (error.isValid()) {
-        qCDebug(busLog) << error;
+void tell(const SessionBus::Answer& answer, const QDBusMessage& reply) {
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        qCDebug(busLog) << reply.errorName() << reply.errorMessage();
     }
     if (answer) {
-        answer(error.isValid() ? std::optional(error.message().toStdString()) : std::nullopt);
+        answer(reply);
     }
 }
 
@@ -79,13 +79,15 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     const auto call = connection_.asyncCall(message, noTimeLimit);
     if (call.isError()) { // on a dead connection there is nothing to watch
         QMetaObject::invokeMethod(
-            this, [answer, error = call.error()] { tell(answer, error); }, Qt::QueuedConnection);
+            this,
+            [answer, error = call.error()] { tell(answer, QDBusMessage::createError(error)); },
+            Qt::QueuedConnection);
         return;
     }
     auto* const watcher = new QDBusPendingCallWatcher(call, this);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
         watcher->deleteLater();
-        tell(answer, watcher->error());
+        tell(answer, watcher->reply());
     });
 }
 

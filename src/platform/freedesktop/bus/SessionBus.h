@@ -8,8 +8,6 @@
 
 #include <chrono>
 #include <functional>
-#include <optional>
-#include <string>
 
 namespace hollowfernpike::freedesktop {
 
@@ -20,9 +18,9 @@ class SessionBus final : public QObject {
     Q_OBJECT
 
 public:
-    /// Runs exactly once, on the main thread, after the call has returned: with nothing on success,
-    /// else with the reason.
-    using Answer = std::function<void(const std::optional<std::string>& failure)>;
+    /// Runs exactly once, on the main thread, after the call has returned: with the reply, which is
+    /// of the type QDBusMessage::ErrorMessage if the call failed.
+    using Answer = std::function<void(const QDBusMessage& reply)>;
 
     /// Whether this session has a bus on a local socket, as far as its environment tells. Other
     /// transports do not count: connecting to them could start a bus or take long.

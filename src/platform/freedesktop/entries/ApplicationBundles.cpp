@@ -101,4 +101,13 @@ std::vector<std::string> ApplicationBundles::applicationDirectories() {
     return directories;
 }
 
+std::string ApplicationBundles::displayName(const std::string& path, std::string_view language) {
+    try {
+        return EntryFile(path, Translations::all)
+            .textIn(std::string{language}, G_KEY_FILE_DESKTOP_KEY_NAME);
+    } catch (const platform::LocalizedError&) {
+        return {};
+    }
+}
+
 } // namespace hollowfernpike::freedesktop

@@ -18,6 +18,9 @@ public:
     installedApplications(std::string_view language) override;
     std::vector<std::string> applicationDirectories() override;
 
+    /// The name of the application at `path` as people know it; empty if there is none to be read.
+    static std::string displayName(const std::string& path, std::string_view language);
+
 private:
     DesktopEntries& entries_;
 };

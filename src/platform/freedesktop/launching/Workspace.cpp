@@ -64,13 +64,14 @@ void Workspace::open(const DesktopEntry& entry, bool activates, const OpenComple
 
 void Workspace::activateOverBus(const std::shared_ptr<Launch>& launch) {
     bus_->call(activationOf(launch->entry, launch->startupIdentifier),
-               [this, weak = std::weak_ptr(launch)](const auto& reason) {
+               [this, weak = std::weak_ptr(launch)](const QDBusMessage& reply) {
                    const auto answered = weak.lock();
-                   if (answered && !reason) {
+                   if (answered && reply.type() != QDBusMessage::ErrorMessage) {
                        launches_.settle(*answered, {});
                    } else if (answered && answered->entry.words.empty()) {
                        launches_.settle(*answered,
-                                        failure(failedStart(answered->entry.path, *reason)));
+                                        failure(failedStart(answered->entry.path,
+                                                            reply.errorMessage().toStdString())));
                    } else if (answered) {
                        startProgram(answered);
                    }

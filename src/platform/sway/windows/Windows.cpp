@@ -161,28 +161,16 @@ const std::vector<TreeWindow>* Windows::read() {
         qCWarning(freedesktop::windowsLog, "sway does not tell its windows");
         return nullptr;
     }
-    forgetOldOwners();
-    return &*windows_;
-}
-
-const platform::WindowOwner& Windows::ownerOf(const TreeWindow& window) {
-    const auto known = owners_.find(window.identifier);
-    if (known != owners_.end() && known->second.facts == window.facts) {
-        return known->second.owner;
-    }
-    const Known found{.facts = window.facts, .owner = host_.windowOwners.ownerOf(window.facts)};
-    return owners_.insert_or_assign(window.identifier, found).first->second.owner;
-}
-
-void Windows::forgetOldOwners() {
-    if (std::exchange(ownersGeneration_, host_.windowOwners.generation()) != ownersGeneration_) {
-        owners_.clear();
-    }
     std::unordered_set<std::int64_t> present;
     for (const auto& window : *windows_) {
         present.insert(window.identifier);
     }
-    std::erase_if(owners_, [&](const auto& known) { return !present.contains(known.first); });
+    owners_.forget([&](std::int64_t window) { return !present.contains(window); });
+    return &*windows_;
+}
+
+const platform::WindowOwner& Windows::ownerOf(const TreeWindow& window) {
+    return owners_.ownerOf(window.identifier, window.facts);
 }
 
 bool Windows::focus(const TreeWindow* window) {

@@ -2,13 +2,13 @@
 
 #include "platform/Desktop.h"
 #include "platform/Windows.h"
+#include "platform/freedesktop/owners/OwnerCache.h"
 #include "platform/sway/ipc/IpcClient.h"
 #include "platform/sway/windows/Tree.h"
 
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace hollowfernpike::sway {
@@ -34,23 +34,16 @@ public:
     bool bringOwnToFront(const std::string& title);
 
 private:
-    struct Known {
-        platform::WindowFacts facts;
-        platform::WindowOwner owner;
-    };
-
     const std::vector<TreeWindow>* windowsOfThisTurn();
     const std::vector<TreeWindow>* read();
     const platform::WindowOwner& ownerOf(const TreeWindow& window);
-    void forgetOldOwners();
     bool focusOwn(const std::string& title);
     bool focus(const TreeWindow* window);
 
     platform::DesktopHost host_;
     IpcClient& ipc_;
     std::optional<std::vector<TreeWindow>> windows_; ///< of this turn of the main loop
-    std::unordered_map<std::int64_t, Known> owners_;
-    std::uint64_t ownersGeneration_ = 0;
+    freedesktop::OwnerCache owners_{host_.windowOwners};
     std::unique_ptr<platform::Subscription> awaited_; ///< a window of ours that is about to come
     unsigned awaits_ = 0;
     std::shared_ptr<Windows*> self_ = std::make_shared<Windows*>(this);

@@ -1,9 +1,12 @@
 #include "platform/wayland/connection/Connection.h"
 
+#include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/files/SystemCall.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <poll.h>
@@ -30,6 +33,13 @@ std::unique_ptr<Connection> Connection::open() {
     }
     auto connection = std::unique_ptr<Connection>(new Connection(display));
     return connection->readGlobals() ? std::move(connection) : nullptr;
+}
+
+bool Connection::hasSocket() {
+    const char* const name = std::getenv("WAYLAND_DISPLAY");
+    const auto directory = freedesktop::runtimeDirectory();
+    std::error_code failure;
+    return name != nullptr && directory && std::filesystem::exists(*directory / name, failure);
 }
 
 Connection::Connection(wl_display* display) : display_(display) {}
@@ -63,6 +73,11 @@ bool Connection::readGlobals() {
     registry_ = wl_display_get_registry(display_);
     wl_registry_add_listener(registry_, &listener, this);
     return roundTrip();
+}
+
+std::uint32_t Connection::offeredVersion(const wl_interface& interface) const {
+    const auto found = globals_.find(std::string_view{interface.name});
+    return found == globals_.end() ? 0 : found->second.version;
 }
 
 void* Connection::bindGlobal(const wl_interface& interface, std::uint32_t version) {

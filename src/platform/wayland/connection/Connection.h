@@ -24,6 +24,9 @@ public:
     /// not answer within a second.
     static std::unique_ptr<Connection> open();
 
+    /// Whether the socket of that compositor exists. It stays when the compositor crashes.
+    static bool hasSocket();
+
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     ~Connection();
@@ -32,6 +35,9 @@ public:
 
     /// The process identifier of the compositor; 0 if it is not known.
     std::int32_t compositorProcess() const;
+
+    /// The version of the global of that interface; 0 if the compositor does not offer it.
+    std::uint32_t offeredVersion(const wl_interface& interface) const;
 
     /// A proxy for the global of that interface, of `version` at most; null if the compositor does
     /// not offer it. The caller destroys it before the connection.
@@ -43,6 +49,9 @@ public:
     /// Handles events until `isDone`. False if that takes longer than a second or the compositor is
     /// gone.
     bool dispatchUntil(const std::function<bool()>& isDone);
+
+    /// Handles what has arrived, without waiting; false as above.
+    bool dispatchArrived() { return dispatchArrived({}); }
 
     /// Handles events until the compositor has done all that was asked of it; false as above.
     bool roundTrip();

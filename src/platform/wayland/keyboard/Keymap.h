@@ -20,6 +20,8 @@ public:
     Keymap& operator=(const Keymap&) = delete;
     ~Keymap();
 
+    xkb_keymap* get() const { return keymap_; }
+
     /// Whether a binding of this key symbol with the modifiers `wanted` answers a press of the key
     /// with the modifiers `held`, in any layout of the map: compositors look at the symbol without
     /// modifiers, and at the symbol that Shift gives, with Shift used up by it. `keyCode` is XKB's.

@@ -1,8 +1,8 @@
 #pragma once
 
-struct wl_registry;
+#include "platform/wayland/ToolkitGlobal.h"
+
 struct wl_surface;
-struct zwp_keyboard_shortcuts_inhibit_manager_v1;
 struct zwp_keyboard_shortcuts_inhibitor_v1;
 
 namespace hollowfernpike::wayland {
@@ -20,11 +20,10 @@ public:
     ~ShortcutsInhibitor();
 
 private:
-    void inhibit(wl_registry* registry, unsigned name);
+    void inhibit();
 
     wl_surface* surface_;
-    wl_registry* registry_;
-    zwp_keyboard_shortcuts_inhibit_manager_v1* manager_ = nullptr;
+    ToolkitGlobal manager_;
     zwp_keyboard_shortcuts_inhibitor_v1* inhibitor_ = nullptr;
 };
 

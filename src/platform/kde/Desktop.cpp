@@ -1,0 +1,154 @@
+#include "platform/kde/Desktop.h"
+
+#include "platform/kde/Permission.h"
+#include "platform/kde/TaskBar.h"
+#include "platform/kde/keys/ShortcutTap.h"
+#include "platform/kde/windows/WindowMirror.h"
+#include "platform/kde/windows/Windows.h"
+#include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/FoundDesktop.h"
+#include "platform/wayland/OwnWindows.h"
+#include "platform/wayland/ToolkitLoss.h"
+#include "platform/wayland/ToolkitWindow.h"
+#include "platform/wayland/connection/Connection.h"
+#include "platform/wayland/keyboard/SeatKeyboard.h"
+#include "platform/wayland/recorder/FocusedKeysTap.h"
+
+#include <QCoreApplication>
+#include <QWindow>
+
+#include <utility>
+
+#include <plasma-virtual-desktop-client-protocol.h>
+#include <plasma-window-management-client-protocol.h>
+
+namespace hollowfernpike::kde {
+
+namespace {
+
+/// The first to be offered by Plasma 6.
+constexpr std::uint32_t windowsVersionOfPlasma6 = 17;
+
+bool grantsWindows(const wayland::Connection& connection) {
+    return connection.offeredVersion(org_kde_plasma_window_management_interface) > 0;
+}
+
+KeyValues::Plasma plasmaOf(const wayland::Connection& connection) {
+    const auto version = connection.offeredVersion(org_kde_plasma_window_management_interface);
+    return version < windowsVersionOfPlasma6 ? KeyValues::Plasma::five : KeyValues::Plasma::six;
+}
+
+/// Active taps by the desktop's global shortcuts, of which there may be one at a time; listen-only
+/// ones on our own focused window.
+class EventTaps final : public platform::EventTaps {
+public:
+    EventTaps(const platform::DesktopHost& host, const wayland::Connection& connection,
+              wayland::SeatKeyboard& keyboard, wayland::ActivationTokens& presses)
+        : host_(host), connection_(connection), keyboard_(keyboard), presses_(presses) {}
+
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
+                                               platform::EventTapCallback callback,
+                                               void* userInfo) override {
+        if (options == platform::EventTapOptions::listenOnly) {
+            return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
+        }
+        if (host_.bus == nullptr) {
+            return nullptr;
+        }
+        return std::make_unique<ShortcutTap>(ShortcutTap::Services{.host = host_,
+                                                                   .bus = *host_.bus,
+                                                                   .keyboard = keyboard_,
+                                                                   .presses = presses_,
+                                                                   .plasma = plasmaOf(connection_)},
+                                             callback, userInfo);
+    }
+
+private:
+    const platform::DesktopHost& host_;
+    const wayland::Connection& connection_;
+    wayland::SeatKeyboard& keyboard_;
+    wayland::ActivationTokens& presses_;
+};
+
+/// KWin lets programs that may see the windows have activation tokens at any time.
+class OwnWindows final : public wayland::OwnWindows {
+public:
+    explicit OwnWindows(wayland::ActivationTokens& tokens)
+        : wayland::OwnWindows([this](const QWindow&) {
+              const auto token =
+                  tokens_.begin({.name = "Hollowfernpike",
+                                 .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
+                                 .entryPath = {},
+                                 .program = {},
+                                 .windowClass = {}});
+              if (!token.empty()) {
+                  useActivationToken(token);
+              }
+              return false; // the request itself is the same as on any Wayland desktop
+          }),
+          tokens_(tokens) {}
+
+    void setShownInTaskBar(std::uintptr_t native, bool shown) override {
+        if (auto* const window = wayland::windowWith(native)) {
+            taskBar_.setShown(*window, shown);
+        }
+    }
+
+private:
+    wayland::ActivationTokens& tokens_;
+    TaskBar taskBar_;
+};
+
+class Desktop final : public platform::Desktop {
+public:
+    Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
+        : host_(std::move(host)), connection_(std::move(connection)) {
+        connection_->attach(host_.runLoop, host_.restart);
+    }
+
+    // What a connection may see is decided when it is made, so with the permission we start anew.
+    std::optional<platform::Distrust> trustProblem() override {
+        if (mirror_.isGranted()) {
+            return std::nullopt;
+        }
+        const auto fresh = wayland::Connection::open();
+        if (fresh && grantsWindows(*fresh)) {
+            host_.restart();
+        }
+        return missingPermission(QCoreApplication::applicationFilePath().toStdString());
+    }
+
+    bool mayBecomeTrusted() override { return true; }
+    platform::EventTaps& eventTaps() override { return eventTaps_; }
+    platform::Windows& windows() override { return windows_; }
+    platform::OwnWindows& ownWindows() override { return ownWindows_; }
+    platform::LaunchFeedback& launchFeedback() override { return tokens_; }
+    platform::SystemTray* systemTray() override { return nullptr; }
+
+private:
+    platform::DesktopHost host_;
+    wayland::ToolkitLoss toolkitLoss_{host_.restart};
+    std::unique_ptr<wayland::Connection> connection_;
+    wayland::SeatKeyboard keyboard_{*connection_};
+    wayland::ActivationTokens tokens_{*connection_};
+    WindowMirror mirror_{*connection_};
+    EventTaps eventTaps_{host_, *connection_, keyboard_, tokens_};
+    Windows windows_{host_, mirror_};
+    OwnWindows ownWindows_{tokens_};
+};
+
+} // namespace
+
+std::unique_ptr<platform::FoundDesktop> findDesktop() {
+    auto connection = wayland::Connection::open();
+    if (!connection ||
+        connection->offeredVersion(org_kde_plasma_virtual_desktop_management_interface) == 0) {
+        return nullptr;
+    }
+    return std::make_unique<wayland::FoundDesktop>(
+        std::move(connection), [](const auto& host, auto found) {
+            return std::make_unique<Desktop>(host, std::move(found));
+        });
+}
+
+} // namespace hollowfernpike::kde

@@ -1,0 +1,131 @@
+#include "platform/kde/keys/GlobalShortcuts.h"
+
+#include <chrono>
+
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingReply>
+#include <QPointer>
+
+namespace hollowfernpike::kde {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* service = "org.kde.kglobalaccel";
+constexpr const char* path = "/kglobalaccel";
+constexpr const char* interface = "org.kde.KGlobalAccel";
+constexpr const char* componentInterface = "org.kde.kglobalaccel.Component";
+
+/// That of our desktop entry, by which the settings of the desktop find our icon.
+constexpr const char* component = "app.hollowfernpike.Hollowfernpike";
+constexpr const char* componentPath = "/component/app_hollowfernpike_Hollowfernpike";
+constexpr const char* componentLabel = "Hollowfernpike";
+
+// Flags of setShortcut.
+constexpr uint setPresent = 2;    // active from now on
+constexpr uint noAutoloading = 4; // these keys, not those that KWin remembers
+
+QStringList identifierOf(const QString& action, const QString& label) {
+    return {component, action, componentLabel, label};
+}
+
+QDBusMessage callOf(const char* method, const QVariantList& arguments) {
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false); // without KWin it would start and crash
+    return message;
+}
+
+} // namespace
+
+GlobalShortcuts::GlobalShortcuts(freedesktop::SessionBus& bus) : bus_(bus) {
+    qDBusRegisterMetaType<QList<int>>();
+    qDBusRegisterMetaType<QList<QStringList>>();
+    service_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    service_.addWatchedService(service);
+    connect(&service_, &QDBusServiceWatcher::serviceRegistered, this, &GlobalShortcuts::appeared);
+    connect(&bus_, &freedesktop::SessionBus::returned, this, [this] {
+        listen();
+        Q_EMIT appeared();
+    });
+    listen();
+}
+
+void GlobalShortcuts::assign(const QString& action, const QString& label, const QList<int>& keys,
+                             const Answer& answer) {
+    const auto identifier = identifierOf(action, label);
+    call("doRegister", {identifier});
+    call("setShortcut", {identifier, QVariant::fromValue(keys), setPresent | noAutoloading},
+         [answer](const QDBusMessage& reply) {
+             answer(QDBusPendingReply<QList<int>>(reply).value());
+         });
+}
+
+void GlobalShortcuts::release(const QString& action, const QString& label) {
+    call("setShortcut", {identifierOf(action, label), QVariant::fromValue(QList<int>{}),
+                         setPresent | noAutoloading});
+}
+
+void GlobalShortcuts::deactivate(const QString& action, const QString& label) {
+    call("setInactive", {identifierOf(action, label)});
+}
+
+void GlobalShortcuts::forget(const QString& action) {
+    call("unregister", {component, action});
+}
+
+void GlobalShortcuts::forgetAllBut(const std::function<bool(const QString& action)>& isWanted) {
+    call("allActionsForComponent", {identifierOf({}, {})},
+         [this, isWanted](const QDBusMessage& reply) {
+             const auto actions = QDBusPendingReply<QList<QStringList>>(reply).value();
+             for (const auto& action : actions) {
+                 if (action.size() > 1 && !isWanted(action[1])) {
+                     forget(action[1]);
+                 }
+             }
+         });
+}
+
+void GlobalShortcuts::finish() {
+    bus_.waitFor(bus_.connection().asyncCall(callOf("allMainComponents", {})), 500ms);
+}
+
+void GlobalShortcuts::onPressed(const QString& /*component*/, const QString& action,
+                                qlonglong /*time*/) {
+    Q_EMIT pressed(action);
+}
+
+void GlobalShortcuts::onReleased(const QString& /*component*/, const QString& action,
+                                 qlonglong /*time*/) {
+    Q_EMIT released(action);
+}
+
+void GlobalShortcuts::onChanged(const QStringList& identifier, const QList<int>& keys) {
+    if (identifier.size() > 1 && identifier[0] == component) {
+        Q_EMIT changedByUser(identifier[1], keys);
+    }
+}
+
+void GlobalShortcuts::listen() {
+    auto connection = bus_.connection();
+    service_.setConnection(connection);
+    connection.connect(service, componentPath, componentInterface, "globalShortcutPressed", this,
+                       SLOT(onPressed(QString, QString, qlonglong)));
+    connection.connect(service, componentPath, componentInterface, "globalShortcutReleased", this,
+                       SLOT(onReleased(QString, QString, qlonglong)));
+    connection.connect(service, path, interface, "yourShortcutGotChanged", this,
+                       SLOT(onChanged(QStringList, QList<int>)));
+}
+
+void GlobalShortcuts::call(const char* method, const QVariantList& arguments,
+                           const freedesktop::SessionBus::Answer& answer) {
+    bus_.call(callOf(method, arguments), [self = QPointer(this), answer](const auto& reply) {
+        if (self != nullptr && answer) {
+            answer(reply);
+        }
+    });
+}
+
+} // namespace hollowfernpike::kde

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/freedesktop/bus/SessionBus.h"
+
+#include <functional>
+
+#include <QDBusServiceWatcher>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+namespace hollowfernpike::kde {
+
+/// Our component of the desktop's global shortcuts: the actions that KWin binds to keys for us,
+/// over the session bus (org.kde.KGlobalAccel). The user sees them in the settings of the desktop
+/// and may change them there. Calls never wait for an answer and start no service. Main thread
+/// only.
+///
+/// An action has a name, which stays the same, and a label for people. KWin keeps actions in a file
+/// until they are forgotten.
+class GlobalShortcuts final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Runs later on the main thread, unless this object is destroyed first. `keys` is empty if the
+    /// call fails.
+    using Answer = std::function<void(const QList<int>& keys)>;
+
+    /// The bus outlives this object.
+    explicit GlobalShortcuts(freedesktop::SessionBus& bus);
+
+    /// Gives the action these keys, any of which triggers it, and makes it anew if need be. The
+    /// answer has those that KWin granted: others have the rest.
+    void assign(const QString& action, const QString& label, const QList<int>& keys,
+                const Answer& answer);
+
+    /// Takes the keys from the action.
+    void release(const QString& action, const QString& label);
+
+    /// Frees the keys of the action; KWin goes on knowing them.
+    void deactivate(const QString& action, const QString& label);
+
+    void forget(const QString& action);
+
+    /// Forgets those of our actions for which `isWanted` does not hold.
+    void forgetAllBut(const std::function<bool(const QString& action)>& isWanted);
+
+    /// Returns when KWin has done all that was asked of it, or after half a second.
+    void finish();
+
+Q_SIGNALS:
+    /// The user has pressed the keys of an action. KWin repeats this while they are held.
+    void pressed(const QString& action);
+    void released(const QString& action);
+
+    /// The user has changed an action in the settings of the desktop.
+    void changedByUser(const QString& action, const QList<int>& keys);
+
+    /// KWin is there, or there anew: it triggers none of our actions until their keys are assigned.
+    void appeared();
+
+private:
+    Q_SLOT void onPressed(const QString& component, const QString& action, qlonglong time);
+    Q_SLOT void onReleased(const QString& component, const QString& action, qlonglong time);
+    Q_SLOT void onChanged(const QStringList& identifier, const QList<int>& keys);
+    void listen();
+    void call(const char* method, const QVariantList& arguments,
+              const freedesktop::SessionBus::Answer& answer = {});
+
+    freedesktop::SessionBus& bus_;
+    QDBusServiceWatcher service_;
+};
+
+} // namespace hollowfernpike::kde

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "platform/Desktop.h"
+#include "platform/freedesktop/keyboard/Tap.h"
+#include "platform/kde/keys/GlobalShortcuts.h"
+#include "platform/kde/keys/KeyValues.h"
+#include "platform/kde/keys/Layouts.h"
+#include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/keyboard/SeatKeyboard.h"
+
+#include <chrono>
+#include <map>
+#include <vector>
+
+#include <QObject>
+
+namespace hollowfernpike::kde {
+
+/// An active tap by the desktop's global shortcuts, with an action for each combination. KWin
+/// swallows a bound press; 5.27 lets its key-up through.
+///
+/// Actions are bound to what the keys write in the current layout, and bound anew when that
+/// changes. The tap reports itself disabled when other combinations than before are refused.
+///
+/// If the user gives one of our actions another key in the settings of the desktop, the shortcut
+/// gets that combination. A key that no shortcut can have is taken back. If the user takes the key
+/// away there, the combination counts as refused as long as the tap runs and it is of interest.
+class ShortcutTap final : public QObject, public freedesktop::Tap {
+public:
+    /// All outlive the tap.
+    struct Services {
+        const platform::DesktopHost& host;
+        freedesktop::SessionBus& bus;
+        wayland::SeatKeyboard& keyboard;
+        wayland::ActivationTokens& presses;
+        KeyValues::Plasma plasma;
+    };
+
+    ShortcutTap(const Services& services, platform::EventTapCallback callback, void* userInfo);
+    ShortcutTap(const ShortcutTap&) = delete;
+    ShortcutTap& operator=(const ShortcutTap&) = delete;
+    ~ShortcutTap() override;
+
+    void setInterest(std::span<const platform::KeyCombination> combinations) override;
+    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> refusedCombinations() const override;
+
+private:
+    struct Action {
+        platform::KeyCombination combination;
+        QString label;
+        QList<int> keys;
+        bool isRefused = false;
+        bool isTakenAway = false;  ///< by the user
+        bool isRegistered = false; ///< KWin knows it
+
+        bool isToStayFor(const Action& wanted) const {
+            return isTakenAway || (keys == wanted.keys && label == wanted.label);
+        }
+    };
+    using Actions = std::map<QString, Action>;
+
+    void start() override;
+    void stop() override;
+    void bind();
+    Actions wantedActions() const;
+    void releaseChanged(const Actions& wanted);
+    void assign(const QString& name, const Action& action);
+    void onGranted(const QString& name, const QList<int>& keys, const QList<int>& granted);
+    void onPressed(const QString& name);
+    void onChangedByUser(const QString& name, const QList<int>& keys);
+    void onKeyboardChange();
+    void onSettled();
+
+    Services services_;
+    Listener listener_;
+    GlobalShortcuts shortcuts_;
+    Layouts layouts_;
+    std::vector<platform::KeyCombination> interest_;
+    Actions actions_;              ///< as KWin has them, by their names
+    bool mayHaveLeftovers_ = true; ///< of an earlier run
+    int unanswered_ = 0;
+    std::vector<platform::KeyCombination> reportedRefused_;
+    QString held_; ///< the action whose keys are down
+    std::chrono::steady_clock::time_point lastPress_{};
+};
+
+} // namespace hollowfernpike::kde

@@ -1,0 +1,45 @@
+#include "support/Keyboard.h"
+
+#include <stdexcept>
+
+namespace hollowfernpike::test {
+
+void Keyboard::press(std::string_view keyName) {
+    move(keyName, true);
+}
+
+void Keyboard::release(std::string_view keyName) {
+    move(keyName, false);
+}
+
+void Keyboard::strike(const std::vector<std::string>& keyNames) {
+    for (const auto& name : keyNames) {
+        press(name);
+    }
+    for (auto name = keyNames.rbegin(); name != keyNames.rend(); ++name) {
+        release(*name);
+    }
+    sync(); // more than the connection takes at once would break it
+}
+
+void Keyboard::letGo() {
+    while (!down_.empty()) {
+        sendKey(down_.back(), false);
+        down_.pop_back();
+    }
+    sync();
+}
+
+void Keyboard::move(std::string_view keyName, bool isDown) {
+    const auto key = keycode(keyName);
+    if (key == 0) {
+        throw std::invalid_argument("no key " + std::string{keyName});
+    }
+    std::erase(down_, key);
+    if (isDown) {
+        down_.push_back(key);
+    }
+    sendKey(key, isDown);
+}
+
+} // namespace hollowfernpike::test

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/freedesktop/files/Descriptor.h"
+#include "support/ChildProcess.h"
+#include "support/WaylandConnection.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace hollowfernpike::test {
+
+/// A connection to a compositor that belongs to another program: the compositor sees that one's
+/// process, user and rights, while the test uses the connection.
+class LentConnection {
+public:
+    /// Starts a program of a session in it.
+    using Start =
+        std::function<std::unique_ptr<ChildProcess>(const std::vector<std::string>& commandLine)>;
+
+    /// `lender` is the program HFP_CONNECTION_LENDER, or a copy of it; `place` is where it finds
+    /// this process, a socket that nobody has made yet. Throws std::runtime_error if there is no
+    /// connection to be had.
+    LentConnection(const Start& start, const std::filesystem::path& lender,
+                   const std::filesystem::path& place);
+
+    WaylandConnection& get() { return *connection_; }
+    const WaylandConnection& get() const { return *connection_; }
+
+private:
+    std::unique_ptr<ChildProcess> lender_;
+    freedesktop::Descriptor tie_; ///< the lender stays until this is closed
+    std::unique_ptr<WaylandConnection> connection_;
+};
+
+} // namespace hollowfernpike::test
