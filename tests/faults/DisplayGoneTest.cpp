@@ -1,5 +1,7 @@
+#include "desktop/NewWindowManager.h"
 #include "desktop/SignalName.h"
 #include "desktop/Story.h"
+#include "desktop/WindowManagers.h"
 #include "support/Files.h"
 #include "support/Leaks.h"
 #include "support/WaitUntil.h"
@@ -47,6 +49,80 @@ TEST_P(DisplayGoneTest, ItEndsLeavesItsFileAndTheNextOneWorksOnAnotherDisplay) {
 
 INSTANTIATE_TEST_SUITE_P(OfAServerThatGets, DisplayGoneTest, testing::Values(SIGTERM, SIGKILL),
                          signalName);
+
+// Between two connections of its only client such a server ends, and others begin anew.
+TEST(LastClientTest, ItStartsOnAServerThatEndsWithItsLastClient) {
+    Story story;
+    ChildProcess server({"Xvfb", "-displayfd", "1", "-terminate", "-nolisten", "tcp"});
+    const auto number = server.waitForLine("");
+    ASSERT_TRUE(number) << server.errors();
+
+    story.launchUtility({{"DISPLAY", ':' + *number}});
+    story.run(
+        {"gdbus", "wait", "--session", "--timeout", "30", "app.hollowfernpike.Hollowfernpike"});
+    EXPECT_FALSE(server.hasEnded());
+    EXPECT_FALSE(story.utility().hasEnded()) << story.utilityTells();
+
+    story.utility().signal(SIGTERM);
+    EXPECT_EQ(story.utility().wait(), 0) << story.utilityTells();
+    EXPECT_EQ(server.wait(), 0);
+}
+
+class WindowManagerGoneTest : public testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        story.bind(bound, target);
+        story.bind(another, front);
+        story.startUtility();
+    }
+
+    void startSuccessor(const std::vector<std::string>& command) {
+        successor = startNewWindowManager(story, command);
+    }
+
+    void expectThatBoundPressesWork() {
+        EXPECT_TRUE(story.brings(target, front, bound));
+        EXPECT_TRUE(story.brings(front, target, another));
+        EXPECT_FALSE(story.utility().hasEnded());
+    }
+
+    Story story{GetParam()};
+    std::unique_ptr<ChildProcess> successor;
+    Application& target = story.open("Target");
+    Application& front = story.open("Front");
+};
+
+TEST_P(WindowManagerGoneTest, BoundPressesWorkAfterItHasCrashedAndStartedAgain) {
+    story.desktop.windowManager().signal(SIGKILL);
+    ASSERT_TRUE(story.desktop.windowManager().wait());
+    story.strike(bound);
+    startSuccessor({GetParam()});
+    expectThatBoundPressesWork();
+}
+
+TEST_P(WindowManagerGoneTest, BoundPressesWorkAfterAnotherOneHasTakenItsPlace) {
+    const std::string other = GetParam() == std::string{"openbox"} ? "metacity" : "openbox";
+    startSuccessor({other, "--replace"});
+    expectThatBoundPressesWork();
+}
+
+TEST_P(WindowManagerGoneTest, WithoutAnyABoundPressIsSwallowedAndLaunches) {
+    auto& sleeper = story.install("Sleeper");
+    const Combination added{40, control | option};
+    story.bind(added, sleeper);
+    story.utility().signal(SIGTERM);
+    ASSERT_TRUE(story.utility().wait());
+    story.startUtility();
+    story.desktop.windowManager().signal(SIGKILL);
+    ASSERT_TRUE(story.desktop.windowManager().wait());
+    story.strike(added);
+    EXPECT_TRUE(waitUntil([&] { return sleeper.starts() == 1; }));
+    startSuccessor({GetParam()});
+    EXPECT_TRUE(story.brings(sleeper, front, added));
+    EXPECT_EQ(sleeper.starts(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, WindowManagerGoneTest, windowManagers(), windowManagerName);
 
 } // namespace
 } // namespace hollowfernpike

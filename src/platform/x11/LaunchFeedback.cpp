@@ -101,14 +101,6 @@ LaunchFeedback::LaunchFeedback(Windows& windows, const UserTime& userTime)
     : windows_(windows), userTime_(userTime),
       prefix_("hollowfernpike-" + processName() + '-' + machineName() + '-') {}
 
-LaunchFeedback::~LaunchFeedback() {
-    if (sender_ != XCB_NONE) {
-        auto* const server = windows_.reader()->connection().get();
-        xcb_destroy_window(server, sender_);
-        xcb_flush(server);
-    }
-}
-
 std::string LaunchFeedback::begin(const platform::StartingApplication& application) {
     const auto* const windows = windows_.reader();
     if (windows == nullptr || windows->connection().isLost()) {
@@ -137,13 +129,10 @@ void LaunchFeedback::end(const std::string& identifier) {
 
 void LaunchFeedback::broadcast(const WindowReader& windows, const std::string& message) {
     const auto& connection = windows.connection();
-    if (sender_ == XCB_NONE) {
-        sender_ = xcb_generate_id(connection.get());
-        xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, sender_, connection.root(), -1,
-                          -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
-                          nullptr);
+    if (!sender_) {
+        sender_.emplace(connection);
     }
-    broadcastStartupMessage(connection, windows.atoms(), sender_, message);
+    broadcastStartupMessage(connection, windows.atoms(), sender_->get(), message);
 }
 
 // Before the first key press the time is left out: window managers decide about the focus by it, so

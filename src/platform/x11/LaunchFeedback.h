@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/LaunchFeedback.h"
+#include "platform/x11/server/HiddenWindow.h"
 #include "platform/x11/taps/UserTime.h"
 #include "platform/x11/windows/Windows.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
-
-#include <xcb/xcb.h>
 
 namespace hollowfernpike::x11 {
 
@@ -16,9 +16,6 @@ class LaunchFeedback final : public platform::LaunchFeedback {
 public:
     /// Both outlive this object. Sends nothing while `windows` has no connection.
     LaunchFeedback(Windows& windows, const UserTime& userTime);
-    LaunchFeedback(const LaunchFeedback&) = delete;
-    LaunchFeedback& operator=(const LaunchFeedback&) = delete;
-    ~LaunchFeedback() override;
 
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& identifier) override;
@@ -33,7 +30,7 @@ private:
     const UserTime& userTime_;
     std::string prefix_; ///< of all identifiers that this object gives out
     std::uint64_t count_ = 0;
-    xcb_window_t sender_ = XCB_NONE; ///< made with the first message
+    std::optional<HiddenWindow> sender_; ///< made with the first message
 };
 
 } // namespace hollowfernpike::x11

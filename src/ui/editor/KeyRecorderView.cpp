@@ -21,12 +21,9 @@ namespace {
 constexpr std::uint16_t escapeKeyCode = 53;
 
 QString displayString(std::uint16_t keyCode, std::uint64_t modifierFlags) {
-    const AppShortcut shortcut{.id = UUID::random(),
-                               .keyCode = keyCode,
-                               .modifierFlags = modifierFlags,
-                               .appPath = {},
-                               .appName = {},
-                               .appBundleIdentifier = {}};
+    AppShortcut shortcut;
+    shortcut.keyCode = keyCode;
+    shortcut.modifierFlags = modifierFlags;
     return QString::fromStdString(shortcut.displayString());
 }
 

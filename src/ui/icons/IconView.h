@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QPainter>
 #include <QWidget>
 
 namespace hollowfernpike {
@@ -13,10 +14,24 @@ public:
     const QIcon& icon() const { return icon_; }
 
     /// An empty icon shows nothing.
-    void setIcon(const QIcon& icon);
+    void setIcon(const QIcon& icon) {
+        icon_ = icon;
+        update();
+    }
 
 private:
-    void paintEvent(QPaintEvent* event) override;
+    void paintEvent(QPaintEvent*) override {
+        const QPixmap pixmap = icon_.pixmap(size(), devicePixelRatioF());
+        if (pixmap.isNull()) {
+            return;
+        }
+        const QSizeF fitting = pixmap.deviceIndependentSize().scaled(size(), Qt::KeepAspectRatio);
+        QRectF target(QPointF(), fitting);
+        target.moveCenter(QRectF(rect()).center());
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(target, pixmap, pixmap.rect());
+    }
 
     QIcon icon_;
 };

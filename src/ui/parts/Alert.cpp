@@ -4,6 +4,7 @@
 
 #include <QPushButton>
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -30,12 +31,9 @@ public:
     }
 
     int pressedButton() const {
-        for (std::size_t index = 0; index < buttons_.size(); ++index) {
-            if (buttons_[index] == clickedButton()) {
-                return static_cast<int>(index);
-            }
-        }
-        return static_cast<int>(buttons_.size()) - 1;
+        const auto last = buttons_.end() - 1;
+        return static_cast<int>(std::find(buttons_.begin(), last, clickedButton()) -
+                                buttons_.begin());
     }
 
 private:

@@ -1,10 +1,12 @@
 #include "platform/freedesktop/autostart/LoginItem.h"
 
-#include "platform/freedesktop/autostart/AutostartEntry.h"
+#include "platform/freedesktop/entries/EntryFile.h"
+#include "platform/freedesktop/entries/ExecLine.h"
 #include "platform/freedesktop/files/AtomicFile.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/FileManager.h"
+#include "platform/freedesktop/launching/LaunchError.h"
 
 #include <cerrno>
 #include <optional>
@@ -49,7 +51,80 @@ void write(const fs::path& file, const std::string& entry) {
     writeFileAtomically(file, entry);
 }
 
+// Set to false by the session settings of GNOME and MATE when the user switches the entry off.
+constexpr auto enabledForGnome = "X-GNOME-Autostart-enabled";
+constexpr auto enabledForMate = "X-MATE-Autostart-enabled";
+
+bool isSwitchedOff(const EntryFile& file) {
+    return file.flag("Hidden") || !file.flag(enabledForGnome, true) ||
+           !file.flag(enabledForMate, true);
+}
+
+bool startsSomething(const std::string& path) {
+    const auto entry = readDesktopEntry(path);
+    const auto program = identifyingProgram(commandLineOf(entry));
+    return !entry.words.empty() &&
+           (program.empty() || !findProgram(program, entry.workingDirectory).empty());
+}
+
+class Writer {
+public:
+    void add(const char* key, const char* value) {
+        g_key_file_set_string(keys_.get(), G_KEY_FILE_DESKTOP_GROUP, key, value);
+    }
+
+    std::string text() const {
+        const TextPointer data(g_key_file_to_data(keys_.get(), nullptr, nullptr));
+        return data.get();
+    }
+
+private:
+    KeyFilePointer keys_{g_key_file_new()};
+};
+
 } // namespace
+
+// X-KDE-autostart-after and X-LXQt-Need-Tray make those desktops start us after their panel. There
+// is no fixed delay: it would hold back the key combinations, and our status item waits by itself.
+std::string autostartEntry(const std::filesystem::path& program, Autostart state) {
+    const auto exec = execLineFor(program);
+    if (!exec) {
+        throw unsayableProgram(program);
+    }
+    Writer entry;
+    entry.add("Type", "Application");
+    entry.add("Name", "Hollowfernpike");
+    entry.add("Name[ja]", "Hollowfernpike");
+    entry.add("Comment", "Brings applications to the front with key combinations");
+    entry.add("Comment[ja]", "キーの組み合わせでアプリケーションを前面に表示します");
+    entry.add("Exec", exec->c_str());
+    entry.add("Icon", "app.hollowfernpike.Hollowfernpike");
+    entry.add("Terminal", "false");
+    entry.add("StartupNotify", "false");
+    if (state == Autostart::off) {
+        entry.add("Hidden", "true");
+    }
+    entry.add(enabledForGnome, "true");
+    entry.add("X-KDE-autostart-after", "panel");
+    entry.add("X-LXQt-Need-Tray", "true");
+    return entry.text();
+}
+
+LoginItemStatus statusOfAutostartEntry(const std::string& path) {
+    try {
+        const EntryFile file(path);
+        if (isSwitchedOff(file)) {
+            return LoginItemStatus::requiresApproval;
+        }
+        if (!startsSomething(path)) {
+            return LoginItemStatus::notFound;
+        }
+        return file.isForThisDesktop() ? LoginItemStatus::enabled
+                                       : LoginItemStatus::requiresApproval;
+    } catch (const platform::LocalizedError&) {
+        return LoginItemStatus::notFound;
+    }
+}
 
 LoginItemStatus LoginItem::status() {
     auto file = usersEntry();

@@ -23,7 +23,7 @@ using AuxiliaryUnit = QPair<QString, QList<UnitProperty>>; // (sa(sv))
 /// D-Bus Specification, "Valid Names": a well-known bus name.
 bool isBusName(const std::string& name) {
     static const QRegularExpression form(
-        "\\A(?=.{1,255}\\z)[A-Za-z_-][A-Za-z0-9_-]*(\\.[A-Za-z_-][A-Za-z0-9_-]*)+\\z");
+        R"(\A(?=.{1,255}\z)[A-Za-z_-][A-Za-z0-9_-]*(\.[A-Za-z_-][A-Za-z0-9_-]*)+\z)");
     return form.match(QString::fromStdString(name)).hasMatch();
 }
 

@@ -3,13 +3,29 @@
 #include "platform/RunLoop.h"
 #include "platform/freedesktop/files/Descriptor.h"
 #include "platform/freedesktop/instance/InstanceRequest.h"
+#include "platform/freedesktop/instance/PrivateDirectory.h"
 
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
+
+/// The lock holder's answer to a request that it has received.
+constexpr std::string_view acknowledgement = "taken\n";
+
+/// Sockets that carry one request and its answer, each in one piece. They never block, and programs
+/// that we start do not inherit them. Failures throw std::system_error.
+
+/// A socket that listens at this name, in place of one that an earlier process left. It gets the
+/// name only once it listens, so a process that finds it there can connect.
+Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name);
+
+/// A socket that is connected to the one at this name; fails if nobody listens there.
+Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name);
 
 /// Takes requests from other processes of the same user, over a socket that listens. Never waits
 /// for a client: when more than 16 are connected, the oldest connection is closed. Main thread

@@ -2,7 +2,6 @@
 
 #include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/SystemCall.h"
-#include "platform/freedesktop/instance/InstanceSocket.h"
 
 #include <array>
 #include <string_view>

@@ -1,6 +1,7 @@
 #include "platform/x11/keyboard/KeyboardDescription.h"
 
 #include "platform/x11/keyboard/Xkb.h"
+#include "platform/x11/server/Atoms.h"
 
 #include <algorithm>
 #include <span>
@@ -17,28 +18,6 @@ constexpr std::uint16_t mapParts = XCB_XKB_MAP_PART_MODIFIER_MAP | XCB_XKB_MAP_P
 constexpr std::uint32_t nameParts = XCB_XKB_NAME_DETAIL_KEY_NAMES |
                                     XCB_XKB_NAME_DETAIL_KEY_ALIASES |
                                     XCB_XKB_NAME_DETAIL_VIRTUAL_MOD_NAMES;
-
-using AtomCookies = std::array<xcb_intern_atom_cookie_t, virtualModifierNames.size()>;
-using VirtualModifierAtoms = std::array<xcb_atom_t, virtualModifierNames.size()>;
-
-AtomCookies requestAtoms(xcb_connection_t* connection) {
-    AtomCookies cookies{};
-    for (std::size_t index = 0; index < cookies.size(); ++index) {
-        const auto name = virtualModifierNames.at(index);
-        cookies.at(index) =
-            xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.data());
-    }
-    return cookies;
-}
-
-VirtualModifierAtoms awaitAtoms(xcb_connection_t* connection, const AtomCookies& cookies) {
-    VirtualModifierAtoms atoms{};
-    for (std::size_t index = 0; index < cookies.size(); ++index) {
-        const auto reply = awaitReply<xcb_intern_atom_reply>(connection, cookies.at(index));
-        atoms.at(index) = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-    }
-    return atoms;
-}
 
 xcb_xkb_get_map_map_t unpack(const xcb_xkb_get_map_reply_t& reply) {
     xcb_xkb_get_map_map_t parts{};
@@ -130,12 +109,12 @@ void addNames(KeyboardDescription& description, const xcb_xkb_get_names_reply_t&
 
 void addVirtualModifiers(KeyboardDescription& description, const xcb_xkb_get_map_reply_t& map,
                          const xcb_xkb_get_names_reply_t& names,
-                         const VirtualModifierAtoms& atoms) {
+                         std::span<const xcb_atom_t> atoms) {
     const auto places = spread(map.virtualMods, unpack(map).vmods_rtrn);
     const auto bitNames = spread(names.virtualMods, unpack(names).virtualModNames);
     for (std::size_t index = 0; index < atoms.size(); ++index) {
         for (std::size_t bit = 0; bit < bitNames.size(); ++bit) {
-            if (atoms.at(index) != XCB_ATOM_NONE && bitNames.at(bit) == atoms.at(index)) {
+            if (atoms[index] != XCB_ATOM_NONE && bitNames.at(bit) == atoms[index]) {
                 description.virtualModifiers[std::string{virtualModifierNames.at(index)}] = {
                     static_cast<std::uint16_t>(1U << bit), places.at(bit)};
             }
@@ -151,7 +130,7 @@ std::optional<KeyboardDescription> KeyboardDescription::read(const Connection& c
                                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     const auto namesCookie = xcb_xkb_get_names(server, XCB_XKB_ID_USE_CORE_KBD, nameParts);
     const auto controlsCookie = xcb_xkb_get_controls(server, XCB_XKB_ID_USE_CORE_KBD);
-    const auto atoms = awaitAtoms(server, requestAtoms(server));
+    const auto atoms = internAtoms(server, virtualModifierNames, true);
     const auto map = awaitReply<xcb_xkb_get_map_reply>(server, mapCookie);
     const auto names = awaitReply<xcb_xkb_get_names_reply>(server, namesCookie);
     const auto controls = awaitReply<xcb_xkb_get_controls_reply>(server, controlsCookie);

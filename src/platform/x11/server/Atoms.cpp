@@ -1,6 +1,8 @@
 #include "platform/x11/server/Atoms.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace hollowfernpike::x11 {
 
@@ -49,25 +51,31 @@ constexpr auto namesOfAtoms = std::to_array<Name>({
 
 } // namespace
 
+std::vector<xcb_atom_t> internAtoms(xcb_connection_t* connection,
+                                    std::span<const std::string_view> names, bool onlyExisting) {
+    std::vector<xcb_intern_atom_cookie_t> questions;
+    for (const auto name : names) {
+        questions.push_back(xcb_intern_atom(connection, onlyExisting ? 1 : 0,
+                                            static_cast<std::uint16_t>(name.size()), name.data()));
+    }
+    std::vector<xcb_atom_t> atoms;
+    for (const auto question : questions) {
+        const auto reply = awaitReply<xcb_intern_atom_reply>(connection, question);
+        atoms.push_back(reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE});
+    }
+    return atoms;
+}
+
 xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
-    const auto cookie =
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const auto reply = awaitReply<xcb_intern_atom_reply>(connection, cookie);
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    return internAtoms(connection, std::span(&name, 1)).front();
 }
 
 Atoms::Atoms(const Connection& connection) {
-    std::array<xcb_intern_atom_cookie_t, namesOfAtoms.size()> cookies{};
-    for (std::size_t index = 0; index < namesOfAtoms.size(); ++index) {
-        const auto text = namesOfAtoms[index].text;
-        cookies[index] = xcb_intern_atom(connection.get(), 0,
-                                         static_cast<std::uint16_t>(text.size()), text.data());
-    }
-    for (std::size_t index = 0; index < namesOfAtoms.size(); ++index) {
-        const auto reply = awaitReply<xcb_intern_atom_reply>(connection.get(), cookies[index]);
-        if (reply) {
-            this->*namesOfAtoms[index].member = reply->atom;
-        }
+    std::array<std::string_view, namesOfAtoms.size()> names;
+    std::ranges::transform(namesOfAtoms, names.begin(), &Name::text);
+    const auto atoms = internAtoms(connection.get(), names);
+    for (std::size_t index = 0; index < atoms.size(); ++index) {
+        this->*namesOfAtoms[index].member = atoms[index];
     }
 }
 

@@ -2,11 +2,19 @@
 
 #include "platform/x11/server/Connection.h"
 
+#include <span>
 #include <string_view>
+#include <vector>
 
 #include <xcb/xcb.h>
 
 namespace hollowfernpike::x11 {
+
+/// The atoms of these names, asked for in one batch. Waits for the server; XCB_ATOM_NONE after a
+/// failure, and for names that no atom has yet if only existing ones are wanted.
+std::vector<xcb_atom_t> internAtoms(xcb_connection_t* connection,
+                                    std::span<const std::string_view> names,
+                                    bool onlyExisting = false);
 
 /// The atom of one name. Waits for the server; XCB_ATOM_NONE after a failure.
 xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/x11/server/Connection.h"
+#include "platform/x11/server/HiddenWindow.h"
 
 namespace hollowfernpike::x11 {
 
@@ -17,17 +17,15 @@ struct TakenDevices {
 class TakenInput {
 public:
     /// The connection outlives this object.
-    explicit TakenInput(const Connection& connection);
-    TakenInput(const TakenInput&) = delete;
-    TakenInput& operator=(const TakenInput&) = delete;
-    ~TakenInput();
+    explicit TakenInput(const Connection& connection)
+        : connection_(connection), window_(connection) {}
 
     /// Waits for the server, once.
     TakenDevices devices() const;
 
 private:
     const Connection& connection_;
-    xcb_window_t window_; ///< never shown
+    HiddenWindow window_;
 };
 
 } // namespace hollowfernpike::x11

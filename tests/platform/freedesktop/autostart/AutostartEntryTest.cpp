@@ -1,4 +1,4 @@
-#include "platform/freedesktop/autostart/AutostartEntry.h"
+#include "platform/freedesktop/autostart/LoginItem.h"
 
 #include "platform/freedesktop/autostart/LoginItemTest.h"
 #include "platform/freedesktop/entries/GlibPointers.h"

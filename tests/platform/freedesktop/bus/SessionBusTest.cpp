@@ -1,19 +1,54 @@
 #include "platform/freedesktop/bus/SessionBus.h"
 
-#include "platform/freedesktop/bus/FixedBus.h"
+#include "platform/freedesktop/bus/ScreenLock.h"
 #include "platform/qt/QtEventLoop.h"
+#include "support/ChildProcess.h"
+#include "support/TemporaryDirectory.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
+
+/// The session bus of this process, at an address which the next bus has, too, as the user's does.
+class FixedBus {
+public:
+    FixedBus() {
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", address().c_str(), 1);
+        start();
+    }
+
+    void start() {
+        daemon_ = std::make_unique<test::ChildProcess>(std::vector<std::string>{
+            "dbus-daemon", "--session", "--nofork", "--address=" + address(), "--print-address=1"});
+        ASSERT_TRUE(daemon_->waitForLine("")) << daemon_->errors();
+    }
+
+    void end() {
+        daemon_->signal(SIGKILL);
+        ASSERT_TRUE(daemon_->wait());
+        std::filesystem::remove(home_.path() / "bus");
+    }
+
+    test::ChildProcess& daemon() { return *daemon_; }
+
+private:
+    std::string address() const { return "unix:path=" + (home_.path() / "bus").string(); }
+
+    test::TemporaryDirectory home_;
+    std::unique_ptr<test::ChildProcess> daemon_;
+};
 
 class SessionBusTest : public testing::Test {
 protected:
@@ -35,7 +70,7 @@ protected:
         return success->value_or(false);
     }
 
-    test::FixedBus fixedBus_;
+    FixedBus fixedBus_;
     test::EventLoop loop_;
     std::optional<SessionBus> bus_{std::in_place};
 };
@@ -73,6 +108,89 @@ TEST_F(SessionBusTest, ACallMayHaveNoHandlerForTheAnswer) {
                                               "org.freedesktop.DBus.Peer", "Ping"),
                {});
     EXPECT_TRUE(answers());
+}
+
+class ScreenLockTest : public testing::Test {
+protected:
+    ~ScreenLockTest() override { leave(); }
+
+    /// Another program on the bus tells that the screen is locked, or is so no longer. That has
+    /// arrived on return.
+    void announce(bool active, const char* interface = "org.gnome.ScreenSaver") {
+        const auto ping = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/",
+                                                         "org.freedesktop.DBus.Peer", "Ping");
+        auto locker = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "locker");
+        auto signal = QDBusMessage::createSignal("/a/path", interface, "ActiveChanged");
+        signal << active;
+        ASSERT_TRUE(locker.send(signal));
+        ASSERT_EQ(locker.call(ping).type(), QDBusMessage::ReplyMessage);
+        ASSERT_TRUE(bus_.waitFor(bus_.connection().asyncCall(ping), test::patience));
+    }
+
+    static void leave() { QDBusConnection::disconnectFromBus("locker"); }
+
+    bool becomes(bool locked) {
+        return loop_.runUntil([&] { return screen_.isLocked() == locked; });
+    }
+
+    FixedBus fixedBus_;
+    test::EventLoop loop_;
+    SessionBus bus_;
+    ScreenLock screen_{&bus_};
+};
+
+TEST_F(ScreenLockTest, FollowsTheLockerOfEachDesktop) {
+    EXPECT_FALSE(screen_.isLocked());
+    for (const auto* const interface :
+         {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
+          "org.mate.ScreenSaver", "org.xfce.ScreenSaver"}) {
+        announce(true, interface);
+        EXPECT_TRUE(becomes(true)) << interface;
+        announce(false, interface);
+        EXPECT_TRUE(becomes(false)) << interface;
+    }
+}
+
+TEST_F(ScreenLockTest, AnnouncementsOfOtherThingsAreNone) {
+    announce(true, "org.example.Printer");
+    EXPECT_FALSE(screen_.isLocked());
+    announce(true);
+    EXPECT_TRUE(becomes(true));
+    announce(false, "org.example.Printer");
+    EXPECT_TRUE(screen_.isLocked());
+}
+
+TEST_F(ScreenLockTest, AChangeThatIsAnnouncedTwiceIsOne) {
+    announce(true);
+    announce(true);
+    EXPECT_TRUE(becomes(true));
+    announce(false);
+    EXPECT_TRUE(becomes(false));
+}
+
+TEST_F(ScreenLockTest, ALockerThatCrashesLeavesTheScreenUnlocked) {
+    announce(true);
+    ASSERT_TRUE(becomes(true));
+    leave();
+    EXPECT_TRUE(becomes(false));
+}
+
+TEST_F(ScreenLockTest, ABusThatEndsTakesTheLockAlongAndTheNextOneIsFollowed) {
+    announce(true);
+    ASSERT_TRUE(becomes(true));
+    int returns = 0;
+    QObject::connect(&bus_, &SessionBus::returned, [&] { ++returns; });
+    fixedBus_.end();
+    EXPECT_TRUE(becomes(false));
+    leave();
+    fixedBus_.start();
+    ASSERT_TRUE(loop_.runUntil([&] { return returns == 1; }));
+    announce(true);
+    EXPECT_TRUE(becomes(true));
+}
+
+TEST(NoScreenLockTest, WithoutABusTheScreenIsNeverLocked) {
+    EXPECT_FALSE(ScreenLock(nullptr).isLocked());
 }
 
 } // namespace

@@ -1,5 +1,5 @@
+#include "platform/freedesktop/instance/InstanceListener.h"
 #include "platform/freedesktop/instance/InstanceLockTest.h"
-#include "platform/freedesktop/instance/InstanceSocket.h"
 #include "support/Files.h"
 
 #include <array>

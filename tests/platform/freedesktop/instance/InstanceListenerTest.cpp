@@ -1,7 +1,6 @@
 #include "platform/freedesktop/instance/InstanceListener.h"
 
 #include "platform/freedesktop/files/SystemCall.h"
-#include "platform/freedesktop/instance/InstanceSocket.h"
 #include "support/TemporaryDirectory.h"
 #include "support/fakes/PolledRunLoop.h"
 

@@ -14,7 +14,6 @@ namespace {
 
 namespace flags = platform::event_flags;
 using x11::KeyboardDescription;
-using x11::KeyboardMap;
 using x11::KeyState;
 
 constexpr xcb_keycode_t someKey = 40;
@@ -40,7 +39,7 @@ KeyboardDescription keyboardWith(std::string_view keyName) {
 }
 
 std::int64_t codeOf(std::string_view keyName) {
-    return KeyboardMap{keyboardWith(keyName)}.event({someKey, 0}).value().keyCode;
+    return x11::KeyboardMap{keyboardWith(keyName)}.event({someKey, 0}).value().keyCode;
 }
 
 TEST(KeyboardMapTest, FindsAPositionByTheNameOfTheKeyWhateverItsNumber) {
@@ -51,7 +50,7 @@ TEST(KeyboardMapTest, FindsAPositionByTheNameOfTheKeyWhateverItsNumber) {
 TEST(KeyboardMapTest, FindsAPositionByAnAliasOfTheKey) {
     auto description = keyboardWith("ODD");
     description.aliases = {{"ODD", "STRG"}, {"ODD", "AC12"}, {"REST", "AC01"}};
-    EXPECT_EQ(KeyboardMap{description}.event({someKey, 0})->keyCode, 42);
+    EXPECT_EQ(x11::KeyboardMap{description}.event({someKey, 0})->keyCode, 42);
 }
 
 TEST(KeyboardMapTest, GivesKeysWithoutAPositionTheKernelsCodeAbove255) {
@@ -82,7 +81,7 @@ TEST(KeyboardMapTest, ReportsNothingForModifierKeys) {
           XCB_MOD_MASK_3, XCB_MOD_MASK_4, XCB_MOD_MASK_5}) {
         auto description = keyboardWith("AC01");
         description.keys.at(someKey).modifiers = static_cast<freedesktop::ModifierState>(modifier);
-        const KeyboardMap map{description};
+        const x11::KeyboardMap map{description};
         EXPECT_FALSE(map.event({someKey, 0})) << modifier;
         EXPECT_FALSE(map.combination({someKey, 0})) << modifier;
         EXPECT_TRUE(map.presses({.keyCode = 0, .modifierFlags = 0}).empty()) << modifier;
@@ -92,14 +91,14 @@ TEST(KeyboardMapTest, ReportsNothingForModifierKeys) {
 TEST(KeyboardMapTest, ReportsNothingForAKeyOfAVirtualModifierAlone) {
     auto description = keyboardWith("RALT");
     description.keys.at(someKey).virtualModifiers = 16;
-    EXPECT_FALSE(KeyboardMap{description}.event({someKey, 0}));
+    EXPECT_FALSE(x11::KeyboardMap{description}.event({someKey, 0}));
 }
 
 TEST(KeyboardMapTest, ReportsNothingForAKeyThatActsAsAModifierOrSwitchesTheLayout) {
     auto description = keyboardWith("RALT");
     description.keys.at(someKey).actionModifiers = XCB_MOD_MASK_5;
     description.keys.at(otherKey).changesGroup = true;
-    const KeyboardMap map{description};
+    const x11::KeyboardMap map{description};
     EXPECT_FALSE(map.event({someKey, 0}));
     EXPECT_FALSE(map.event({otherKey, 0}));
 }
@@ -112,7 +111,7 @@ TEST(KeyboardMapTest, ReportsTheLockKeysOfNumbersAndScrolling) {
     numLock.actionModifiers = XCB_MOD_MASK_2;
     description.keys.at(otherKey).name = "SCLK";
     description.keys.at(otherKey).virtualModifiers = 8;
-    const KeyboardMap map{description};
+    const x11::KeyboardMap map{description};
     EXPECT_EQ(map.event({someKey, 0})->keyCode, 71);
     EXPECT_EQ(map.event({otherKey, 0})->keyCode, 256 + 70);
 }
@@ -122,11 +121,11 @@ TEST(KeyboardMapTest, KnowsTheSuperKeysByWhatTheyDoWhateverTheyAreCalled) {
     description.keys.at(someKey).modifiers = XCB_MOD_MASK_4;
     description.keys.at(otherKey).name = "LWIN";
     description.keys.at(otherKey).modifiers = XCB_MOD_MASK_1;
-    EXPECT_THAT(KeyboardMap{description}.superKeys(), testing::ElementsAre(someKey));
+    EXPECT_THAT(x11::KeyboardMap{description}.superKeys(), testing::ElementsAre(someKey));
 }
 
 TEST(KeyboardMapTest, TranslatesTheModifiersHeld) {
-    const KeyboardMap map{keyboardWith("AC01")};
+    const x11::KeyboardMap map{keyboardWith("AC01")};
     const auto flagsWith = [&](unsigned state) {
         return map.event({someKey, static_cast<freedesktop::ModifierState>(state)})->flags;
     };
@@ -141,7 +140,8 @@ TEST(KeyboardMapTest, TranslatesTheModifiersHeld) {
 
 TEST(KeyboardMapTest, MarksKeypadFunctionNavigationAndHelpKeys) {
     const auto flagsOf = [](std::string_view name) {
-        return KeyboardMap{keyboardWith(name)}.event({someKey, 0})->flags & ~flags::nonCoalesced;
+        return x11::KeyboardMap{keyboardWith(name)}.event({someKey, 0})->flags &
+               ~flags::nonCoalesced;
     };
     EXPECT_EQ(flagsOf("AC01"), 0U);
     EXPECT_EQ(flagsOf("KP5"), flags::numericPad);
@@ -162,7 +162,7 @@ TEST(KeyboardMapTest, FallsBackToMetaAndHyperWhereAltAndSuperAreNowhere) {
         {"Meta", {.bit = 2, .modifiers = XCB_MOD_MASK_3}},
         {"Hyper", {.bit = 4, .modifiers = XCB_MOD_MASK_5}},
     };
-    const KeyboardMap map{description};
+    const x11::KeyboardMap map{description};
     EXPECT_EQ(map.combination({someKey, XCB_MOD_MASK_3})->modifierFlags, flags::option);
     EXPECT_EQ(map.combination({someKey, XCB_MOD_MASK_5})->modifierFlags, flags::command);
     EXPECT_FALSE(map.combination({someKey, XCB_MOD_MASK_1}));
@@ -170,7 +170,7 @@ TEST(KeyboardMapTest, FallsBackToMetaAndHyperWhereAltAndSuperAreNowhere) {
 }
 
 TEST(KeyboardMapTest, ListsAPressForEachStateOfTheLocks) {
-    const KeyboardMap map{keyboardWith("AC01")};
+    const x11::KeyboardMap map{keyboardWith("AC01")};
     const auto presses = map.presses({.keyCode = 0, .modifierFlags = flags::command});
     const std::vector<KeyState> expected{
         {someKey, XCB_MOD_MASK_4},
@@ -184,14 +184,14 @@ TEST(KeyboardMapTest, ListsAPressForEachStateOfTheLocks) {
 TEST(KeyboardMapTest, CountsAScrollLockModifierAmongTheLocks) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers["ScrollLock"].modifiers = XCB_MOD_MASK_3;
-    EXPECT_EQ(KeyboardMap{description}.presses({.keyCode = 0, .modifierFlags = 0}).size(), 8U);
+    EXPECT_EQ(x11::KeyboardMap{description}.presses({.keyCode = 0, .modifierFlags = 0}).size(), 8U);
 }
 
 TEST(KeyboardMapTest, ListsEveryKeyOfAPosition) {
     auto description = keyboardWith("BKSL");
     description.keys.at(otherKey).name = "AC12";
     const auto presses =
-        KeyboardMap{description}.presses({.keyCode = 42, .modifierFlags = flags::control});
+        x11::KeyboardMap{description}.presses({.keyCode = 42, .modifierFlags = flags::control});
     EXPECT_EQ(presses.size(), 8U);
     EXPECT_EQ(presses.front().key, someKey);
     EXPECT_EQ(presses.back().key, otherKey);
@@ -200,7 +200,7 @@ TEST(KeyboardMapTest, ListsEveryKeyOfAPosition) {
 TEST(KeyboardMapTest, ListsNoPressForWhatTheKeyboardCannotProduce) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers.erase("Super");
-    const KeyboardMap map{description};
+    const x11::KeyboardMap map{description};
     EXPECT_TRUE(map.presses({.keyCode = 0, .modifierFlags = flags::command}).empty());
     EXPECT_TRUE(map.presses({.keyCode = 12, .modifierFlags = flags::control}).empty());
     EXPECT_TRUE(map.presses({.keyCode = 65535, .modifierFlags = flags::control}).empty());
@@ -209,14 +209,14 @@ TEST(KeyboardMapTest, ListsNoPressForWhatTheKeyboardCannotProduce) {
 TEST(KeyboardMapTest, ListsNoPressWhereTwoModifiersShareAPlace) {
     auto description = keyboardWith("AC01");
     description.virtualModifiers["Super"].modifiers = XCB_MOD_MASK_1;
-    const KeyboardMap map{description};
+    const x11::KeyboardMap map{description};
     EXPECT_TRUE(map.presses({.keyCode = 0, .modifierFlags = flags::command}).empty());
     EXPECT_FALSE(
         map.presses({.keyCode = 0, .modifierFlags = flags::command | flags::option}).empty());
 }
 
 TEST(KeyboardMapTest, TakesALevelShiftForAnotherCombination) {
-    const KeyboardMap map{keyboardWith("AC01")};
+    const x11::KeyboardMap map{keyboardWith("AC01")};
     const KeyState press{someKey, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK | XCB_MOD_MASK_5};
     EXPECT_FALSE(map.combination(press));
     EXPECT_EQ(map.event(press)->flags, flags::nonCoalesced | flags::capsLock);

@@ -1,5 +1,9 @@
 #include "platform/x11/taps/KeyTapTest.h"
+
 #include "platform/x11/windows/FocusedWindow.h"
+#include "support/XClient.h"
+
+#include <array>
 
 namespace hollowfernpike::test {
 
@@ -109,6 +113,112 @@ TEST_F(ListenOnlyTapTest, SeesNothingWhileDisabled) {
     EXPECT_EQ(tap->presses.size(), 1U);
     EXPECT_EQ(tap->presses[0].keyCode, keyC);
 }
+
+constexpr std::uint64_t fourModifiers =
+    flags::shift | flags::control | flags::option | flags::command;
+constexpr unsigned thirdLevel = XCB_MOD_MASK_5;
+
+template <class Item, std::size_t count>
+std::vector<std::vector<Item>> subsetsOf(const std::array<Item, count>& items) {
+    std::vector<std::vector<Item>> subsets(std::size_t{1} << count);
+    for (std::size_t subset = 0; subset < subsets.size(); ++subset) {
+        for (std::size_t item = 0; item < count; ++item) {
+            if ((subset >> item & 1U) != 0) {
+                subsets[subset].push_back(items.at(item));
+            }
+        }
+    }
+    return subsets;
+}
+
+const auto keySets = subsetsOf(std::array<std::string, 5>{"LFSH", "LCTL", "LALT", "LWIN", "RALT"});
+const auto lockSets =
+    subsetsOf(std::array<unsigned, 3>{XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, thirdLevel});
+
+/// Recorders take what a listen-only tap reports, an active tap fires for what is bound. The
+/// parameter is a layout whose right Alt key shifts to the third level.
+class TapAgreementTest : public KeyTapTest, public testing::WithParamInterface<const char*> {
+protected:
+    TapAgreementTest() {
+        run({"setxkbmap", "-layout", GetParam()});
+        auto interest = std::vector{combination(keyC, 0)};
+        for (std::uint64_t set = 1; set < 16; ++set) {
+            interest.push_back(combination(keyX, set * flags::shift));
+        }
+        active_ = makeActiveTap();
+        active_->watch(interest);
+        recorder_ = makeListenOnlyTap();
+    }
+
+    /// Presses X with these keys held while these modifiers are locked, then C alone, which ends
+    /// what the taps have to tell.
+    void press(const std::vector<std::string>& held, const std::vector<unsigned>& locked) {
+        active_->presses.clear();
+        recorder_->presses.clear();
+        for (const auto modifier : locked) {
+            client_.lockModifiers(modifier, true);
+        }
+        auto keys = held;
+        keys.emplace_back("AB02");
+        keyboard_.strike(keys);
+        for (const auto modifier : locked) {
+            client_.lockModifiers(modifier, false);
+        }
+        keyboard_.strike({"AB03"});
+        ASSERT_TRUE(queue_.runUntil([&] { return hasEnded(*active_) && hasEnded(*recorder_); }));
+    }
+
+    std::uint64_t recordable() const { return recorder_->presses.front().flags & fourModifiers; }
+
+    /// None if the press of X did not fire.
+    std::optional<std::uint64_t> fired() const {
+        const auto& first = active_->presses.front();
+        return first.keyCode == keyX ? std::optional(first.flags & fourModifiers) : std::nullopt;
+    }
+
+    std::unique_ptr<ListeningTap> active_;
+    std::unique_ptr<ListeningTap> recorder_;
+    XClient client_{display_.name()};
+
+private:
+    static bool hasEnded(const ListeningTap& tap) {
+        return !tap.presses.empty() && tap.presses.back().keyCode == keyC;
+    }
+};
+
+TEST_P(TapAgreementTest, WhatCanBeRecordedFiresAndNothingElse) {
+    std::size_t recordableCount = 0;
+    for (const auto& locked : lockSets) {
+        for (const auto& held : keySets) {
+            SCOPED_TRACE(testing::PrintToString(held) + " held, locked " +
+                         testing::PrintToString(locked));
+            ASSERT_NO_FATAL_FAILURE(press(held, locked));
+            if (recordable() == 0) {
+                EXPECT_EQ(fired(), std::nullopt);
+            } else {
+                EXPECT_EQ(fired(), recordable());
+                ++recordableCount;
+            }
+        }
+    }
+    // Each set of the four but the empty one, with each set of the locks of letters and numbers.
+    EXPECT_EQ(recordableCount, 15U * 4U);
+}
+
+TEST_P(TapAgreementTest, TheThirdLevelTakesTheModifiersFromAPress) {
+    press({"LCTL", "LFSH", "RALT"}, {});
+    EXPECT_EQ(recordable(), 0U);
+    EXPECT_EQ(fired(), std::nullopt);
+}
+
+std::string layoutName(const testing::TestParamInfo<const char*>& layout) {
+    std::string name = layout.param;
+    std::erase_if(name, [](char letter) { return letter == '(' || letter == ')'; });
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, TapAgreementTest, testing::Values("de", "fr", "us(intl)"),
+                         layoutName);
 
 } // namespace
 
