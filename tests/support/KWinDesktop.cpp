@@ -73,7 +73,8 @@ std::string configurationOf(int desktops) {
     auto text = "[Desktops]\nRows=1\nNumber=" + std::to_string(desktops) + '\n';
     for (int number = 1; number <= desktops; ++number) {
         const auto name = std::to_string(number);
-        text += "Id_" + name + "=desktop-" + name + "\nName_" + name + "=Desktop " + name + '\n';
+        text.append("Id_").append(name).append("=desktop-").append(name).append("\n");
+        text.append("Name_").append(name).append("=Desktop ").append(name).append("\n");
     }
     return text;
 }

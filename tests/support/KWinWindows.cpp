@@ -47,7 +47,7 @@ private:
 
 namespace {
 
-constexpr std::uint32_t version = 16; // the newest that all releases have
+constexpr std::uint32_t managementVersion = 16; // the newest that all releases have
 
 } // namespace
 
@@ -90,7 +90,7 @@ org_kde_plasma_window_listener KWinWindows::Window::makeListener() {
 
 KWinWindows::KWinWindows(WaylandConnection& connection)
     : connection_(connection), management_(connection.bind<org_kde_plasma_window_management>(
-                                   org_kde_plasma_window_management_interface, version)) {
+                                   org_kde_plasma_window_management_interface, managementVersion)) {
     using Management = org_kde_plasma_window_management;
     static const auto listener = [] {
         org_kde_plasma_window_management_listener events{};

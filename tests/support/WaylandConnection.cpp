@@ -17,9 +17,9 @@ WaylandConnection::WaylandConnection(const freedesktop::Descriptor& socket)
     listen("of a connected socket");
 }
 
-void WaylandConnection::listen(const std::string& name) {
+void WaylandConnection::listen(const std::string& display) {
     if (display_ == nullptr) {
-        throw std::runtime_error("no Wayland display " + name);
+        throw std::runtime_error("no Wayland display " + display);
     }
     static constexpr wl_registry_listener listener{
         .global =
@@ -33,7 +33,7 @@ void WaylandConnection::listen(const std::string& name) {
     if (wl_display_roundtrip(display_) < 0) {
         wl_registry_destroy(registry_);
         wl_display_disconnect(display_);
-        throw std::runtime_error("no answer from Wayland display " + name);
+        throw std::runtime_error("no answer from Wayland display " + display);
     }
 }
 

@@ -50,7 +50,7 @@ private:
     };
 
     /// `name` is what an error calls the display.
-    void listen(const std::string& name);
+    void listen(const std::string& display);
     void* bindObject(const wl_interface& interface, std::uint32_t version);
 
     wl_display* display_ = nullptr;

@@ -36,6 +36,7 @@ TaskBar::~TaskBar() {
 void TaskBar::setShown(QWindow& window, bool shown) {
     if (!entries_.contains(&window)) {
         window.installEventFilter(this);
+        wayland::beforeHiding(window, [this, &window] { forgetSurface(&window); });
         connect(&window, &QObject::destroyed, this, [this](QObject* gone) {
             forgetSurface(gone);
             entries_.erase(gone);
@@ -50,8 +51,6 @@ void TaskBar::setShown(QWindow& window, bool shown) {
 bool TaskBar::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Expose) {
         apply(static_cast<QWindow&>(*watched));
-    } else if (event->type() == QEvent::Hide) {
-        forgetSurface(watched);
     }
     return false;
 }

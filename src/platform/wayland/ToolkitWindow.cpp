@@ -4,6 +4,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 #include <qpa/qplatformnativeinterface.h>
 
@@ -29,6 +30,16 @@ wl_surface* surfaceOf(QWindow& window) {
     return window.handle() == nullptr
                ? nullptr
                : static_cast<wl_surface*>(toolkit().nativeResourceForWindow("surface", &window));
+}
+
+// The toolkit sends the event Hide only afterwards.
+QMetaObject::Connection beforeHiding(QWindow& window, std::function<void()> handler) {
+    return QObject::connect(&window, &QWindow::visibleChanged,
+                            [handler = std::move(handler)](bool isVisible) {
+                                if (!isVisible) {
+                                    handler();
+                                }
+                            });
 }
 
 QWindow* windowWith(std::uintptr_t identifier) {

@@ -77,7 +77,8 @@ void GlobalShortcuts::assign(const QString& action, const QString& label, const 
     call("doRegister", {identifier});
     call("setShortcut", {identifier, QVariant::fromValue(keys), setPresent | noAutoloading},
          [answer](const QDBusMessage& reply) {
-             answer(QDBusPendingReply<QList<int>>(reply).value());
+             const QDBusPendingReply<QList<int>> granted(reply);
+             answer(granted.isError() ? std::nullopt : std::optional(granted.value()));
          });
 }
 
@@ -94,16 +95,15 @@ void GlobalShortcuts::forget(const QString& action) {
     call("unregister", {component, action});
 }
 
-void GlobalShortcuts::forgetAllBut(const std::function<bool(const QString& action)>& isWanted) {
-    call("allActionsForComponent", {identifierOf({}, {})},
-         [this, isWanted](const QDBusMessage& reply) {
-             const auto actions = QDBusPendingReply<QList<QStringList>>(reply).value();
-             for (const auto& action : actions) {
-                 if (action.size() > 1 && !isWanted(action[1])) {
-                     forget(action[1]);
-                 }
-             }
-         });
+void GlobalShortcuts::list(const std::function<void(const QStringList& actions)>& answer) {
+    call("allActionsForComponent", {identifierOf({}, {})}, [answer](const QDBusMessage& reply) {
+        const auto identifiers = QDBusPendingReply<QList<QStringList>>(reply).value();
+        QStringList actions;
+        for (const auto& identifier : identifiers) {
+            actions.push_back(identifier.value(1));
+        }
+        answer(actions);
+    });
 }
 
 void GlobalShortcuts::finish() {

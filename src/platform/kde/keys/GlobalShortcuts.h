@@ -3,6 +3,7 @@
 #include "platform/freedesktop/bus/SessionBus.h"
 
 #include <functional>
+#include <optional>
 
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
@@ -24,9 +25,9 @@ class GlobalShortcuts final : public QObject {
     Q_OBJECT
 
 public:
-    /// Runs later on the main thread, unless this object is destroyed first. `keys` is empty if the
-    /// call fails.
-    using Answer = std::function<void(const QList<int>& keys)>;
+    /// Runs later on the main thread, unless this object is destroyed first. Without keys if KWin
+    /// could not be asked.
+    using Answer = std::function<void(const std::optional<QList<int>>& keys)>;
 
     /// The bus outlives this object.
     explicit GlobalShortcuts(freedesktop::SessionBus& bus);
@@ -44,8 +45,9 @@ public:
 
     void forget(const QString& action);
 
-    /// Forgets those of our actions for which `isWanted` does not hold.
-    void forgetAllBut(const std::function<bool(const QString& action)>& isWanted);
+    /// Asks for the names of the actions that KWin knows, active or not. `answer` runs as an Answer
+    /// does; without names if KWin could not be asked.
+    void list(const std::function<void(const QStringList& actions)>& answer);
 
     /// Returns when KWin has done all that was asked of it, or after half a second.
     void finish();

@@ -34,6 +34,7 @@ ShortcutTap::ShortcutTap(const Services& services, platform::EventTapCallback ca
     connect(&shortcuts_, &GlobalShortcuts::changedByUser, this, &ShortcutTap::onChangedByUser);
     connect(&shortcuts_, &GlobalShortcuts::appeared, this, [this] {
         actions_.clear();
+        knowsLeftovers_ = false;
         held_.clear();
         onKeyboardChange();
     });
@@ -80,10 +81,11 @@ void ShortcutTap::bind() {
     if (services_.keyboard.keymap() == nullptr || !layouts_.current()) {
         return; // onKeyboardChange() comes
     }
-    const auto wanted = wantedActions();
-    if (std::exchange(mayHaveLeftovers_, false)) {
-        shortcuts_.forgetAllBut([this](const QString& name) { return actions_.contains(name); });
+    if (!knowsLeftovers_) {
+        findLeftovers();
+        return;
     }
+    const auto wanted = wantedActions();
     releaseChanged(wanted);
     for (const auto& [name, action] : wanted) {
         if (const auto known = actions_.find(name);
@@ -94,6 +96,21 @@ void ShortcutTap::bind() {
     if (unanswered_ == 0) {
         onSettled();
     }
+}
+
+// An action that an earlier run has left, active or not, keeps its keys from the others.
+void ShortcutTap::findLeftovers() {
+    if (std::exchange(isAsking_, true)) {
+        return;
+    }
+    shortcuts_.list([this](const QStringList& names) {
+        isAsking_ = false;
+        knowsLeftovers_ = true;
+        for (const auto& name : names) {
+            actions_[name].isRegistered = true;
+        }
+        onKeyboardChange();
+    });
 }
 
 ShortcutTap::Actions ShortcutTap::wantedActions() const {
@@ -133,8 +150,8 @@ void ShortcutTap::assign(const QString& name, const Action& action) {
     }
     ++unanswered_;
     shortcuts_.assign(name, action.label, action.keys,
-                      [this, name, keys = action.keys](const QList<int>& granted) {
-                          onGranted(name, keys, granted);
+                      [this, name, keys = action.keys](const auto& granted) {
+                          onGranted(name, keys, granted.value_or(keys));
                       });
 }
 

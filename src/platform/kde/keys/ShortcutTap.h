@@ -63,6 +63,7 @@ private:
     void start() override;
     void stop() override;
     void bind();
+    void findLeftovers();
     Actions wantedActions() const;
     void releaseChanged(const Actions& wanted);
     void assign(const QString& name, const Action& action);
@@ -77,8 +78,9 @@ private:
     GlobalShortcuts shortcuts_;
     Layouts layouts_;
     std::vector<platform::KeyCombination> interest_;
-    Actions actions_;              ///< as KWin has them, by their names
-    bool mayHaveLeftovers_ = true; ///< of an earlier run
+    Actions actions_;             ///< as KWin has them, by their names
+    bool knowsLeftovers_ = false; ///< of an earlier run
+    bool isAsking_ = false;       ///< for them
     int unanswered_ = 0;
     std::vector<platform::KeyCombination> reportedRefused_;
     QString held_; ///< the action whose keys are down

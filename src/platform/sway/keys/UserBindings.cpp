@@ -8,6 +8,7 @@
 #include <set>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include <strings.h>
 

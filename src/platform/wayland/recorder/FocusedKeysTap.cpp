@@ -9,7 +9,6 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QPlatformSurfaceEvent>
 
 namespace hollowfernpike::wayland {
 
@@ -27,13 +26,6 @@ bool isModifier(int key) {
                                      Qt::Key_Super_L, Qt::Key_Super_R,    Qt::Key_Hyper_L,
                                      Qt::Key_Hyper_R, Qt::Key_Mode_switch};
     return std::ranges::find(keys, key) != keys.end();
-}
-
-bool losesSurface(const QEvent& event) {
-    return event.type() == QEvent::Hide ||
-           (event.type() == QEvent::PlatformSurface &&
-            static_cast<const QPlatformSurfaceEvent&>(event).surfaceEventType() ==
-                QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed);
 }
 
 } // namespace
@@ -55,8 +47,8 @@ void FocusedKeysTap::start() {
 void FocusedKeysTap::stop() {
     QCoreApplication::instance()->removeEventFilter(this);
     disconnect(qGuiApp, nullptr, this, nullptr);
+    disconnect(hiding_);
     inhibitor_.reset();
-    window_ = nullptr;
     hasListened_ = false;
 }
 
@@ -64,8 +56,8 @@ void FocusedKeysTap::listenTo(QWindow* window) {
     auto* const surface = window == nullptr || hasListened_ ? nullptr : surfaceOf(*window);
     if (surface != nullptr) {
         hasListened_ = true;
-        window_ = window;
         inhibitor_.emplace(surface);
+        hiding_ = beforeHiding(*window, [this] { inhibitor_.reset(); });
     }
 }
 
@@ -75,8 +67,6 @@ bool FocusedKeysTap::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         handle(static_cast<const QKeyEvent&>(*event));
-    } else if (watched == window_ && losesSurface(*event)) {
-        inhibitor_.reset();
     }
     return false;
 }

@@ -6,7 +6,6 @@
 #include <optional>
 
 #include <QObject>
-#include <QPointer>
 #include <QWindow>
 
 class QKeyEvent;
@@ -37,10 +36,10 @@ private:
     void deliver(const QKeyEvent& press);
 
     Listener listener_;
-    QPointer<QWindow> window_; ///< the first that had the focus
-    bool hasListened_ = false; ///< to such a window, be it closed by now
+    bool hasListened_ = false; ///< to a window with the focus, be it closed by now
     std::optional<ShortcutsInhibitor> inhibitor_;
-    quint64 lastTime_ = 0; ///< of the press that was seen last
+    QMetaObject::Connection hiding_; ///< of that window
+    quint64 lastTime_ = 0;           ///< of the press that was seen last
     quint32 lastScanCode_ = 0;
 };
 
