@@ -55,8 +55,8 @@ TEST_F(RestartOnKWinTest, NoWindowOpensIfNoneWasOpen) {
 }
 
 TEST_F(RestartOnKWinTest, AnOpenEditorIsThereAgainWithWhatWasEntered) {
-    ASSERT_TRUE(openWindow());
-    ASSERT_TRUE(beginToRecord());
+    openManagement();
+    beginToRecord();
     story.strike(another);
     ASSERT_TRUE(hasRecorded());
     restart();

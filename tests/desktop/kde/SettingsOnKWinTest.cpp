@@ -161,8 +161,8 @@ TEST_F(ListOnKWinTest, ARefusedCombinationIsToldAtItsCard) {
 
 TEST_F(ListOnKWinTest, AltTabIsRecorded) {
     startUtility();
-    ASSERT_TRUE(openWindow());
-    ASSERT_TRUE(beginToRecord());
+    openManagement();
+    beginToRecord();
     story.strike({48, option});
     ASSERT_TRUE(hasRecorded());
     story.keyboard.strike({"RTRN"});

@@ -96,10 +96,19 @@ void KeyboardUserOnWayland::choose(const Accessible& editor, const Application& 
     reader.find(editor, "label", application.name());
 }
 
-void KeyboardUserOnWayland::record(const Accessible& editor, const Combination& combination) {
+void KeyboardUserOnWayland::beginToRecordIn(std::string_view title) {
     const auto before = recordings();
-    press(dialogComes(editor.name), words.record);
+    press(dialogComes(title), words.record);
     require(records(before));
+}
+
+void KeyboardUserOnWayland::beginToRecord() {
+    press(managementComes(), words.edit);
+    beginToRecordIn(words.titles.editing);
+}
+
+void KeyboardUserOnWayland::record(const Accessible& editor, const Combination& combination) {
+    beginToRecordIn(editor.name);
     story.strike(combination);
     require(hasRecorded());
 }

@@ -96,6 +96,9 @@ public:
     /// In an editor: chooses the application by the beginning of its name.
     void choose(const Accessible& editor, const Application& application);
 
+    /// Opens the editor of the first card and begins to record there.
+    void beginToRecord();
+
     /// In an editor with both steps: records the combination.
     void record(const Accessible& editor, const Combination& combination);
 
@@ -110,6 +113,7 @@ public:
     static nlohmann::json shortcut(const Combination& combination, const Application& application);
 
 private:
+    void beginToRecordIn(std::string_view title);
     Accessible comes(std::string_view title, std::string_view role, std::string_view name);
     void require(const std::function<bool()>& condition, const std::string& what);
     static void require(const testing::AssertionResult& result);

@@ -1,4 +1,4 @@
-#include "desktop/wayland/WindowOnWaylandStory.h"
+#include "desktop/wayland/KeyboardUserOnWayland.h"
 
 #include <csignal>
 
@@ -14,13 +14,13 @@ MATCHER_P(isCombination, expected, "") {
     return arg.keyCode == expected.keyCode && arg.modifierFlags == expected.modifierFlags;
 }
 
-class RecordingOnWaylandTest : public testing::Test, protected WindowOnWaylandStory {
+class RecordingOnWaylandTest : public testing::Test, protected KeyboardUserOnWayland {
 protected:
     void SetUp() override {
         startUtility();
         ASSERT_TRUE(desktopHasItsOwn());
-        ASSERT_TRUE(openWindow());
-        ASSERT_TRUE(beginToRecord());
+        openManagement();
+        beginToRecord();
     }
 
     void closeEditor() {
@@ -93,7 +93,7 @@ TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackWhenTheEditorIsCl
 TEST_F(RecordingOnWaylandTest, AfterAnEditorWasClosedWhileItRecordedAnotherRecords) {
     closeEditor();
     ASSERT_TRUE(isFocused(managementTitle));
-    ASSERT_TRUE(beginToRecord(0)) << "its button has kept the focus";
+    beginToRecord();
     story.strike(own());
     ASSERT_TRUE(hasRecorded());
     EXPECT_FALSE(story.session().hasDoneOwn());

@@ -53,16 +53,6 @@ void WindowOnWaylandStory::chooseAfter(int tabs) {
     story.keyboard.strike({"SPCE"});
 }
 
-testing::AssertionResult WindowOnWaylandStory::beginToRecord(int tabsToEdit) {
-    chooseAfter(tabsToEdit);
-    if (const auto opened = isFocused(editTitle); !opened) {
-        return opened;
-    }
-    const auto before = recordings();
-    chooseAfter(2);
-    return records(before);
-}
-
 testing::AssertionResult WindowOnWaylandStory::records(std::size_t before) {
     return waitUntil([&] { return recordings() > before; }) ? testing::AssertionSuccess()
                                                             : testing::AssertionFailure()
@@ -80,8 +70,11 @@ testing::AssertionResult WindowOnWaylandStory::hasRecorded() {
 testing::AssertionResult WindowOnWaylandStory::desktopHasItsOwn() {
     auto& session = story.session();
     session.undoOwn();
-    story.strike(own_);
-    const bool hasIt = waitUntil([&] { return session.hasDoneOwn(); });
+    const auto carriesItOut = [&] {
+        story.strike(own_);
+        return waitUntil([&] { return session.hasDoneOwn(); }, 2s);
+    };
+    const bool hasIt = waitUntil(carriesItOut);
     session.undoOwn();
     return hasIt ? testing::AssertionSuccess()
                  : testing::AssertionFailure() << session.name() << " does not answer";

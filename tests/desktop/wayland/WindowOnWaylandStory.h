@@ -52,9 +52,6 @@ public:
     /// Presses Tab so often, then the space bar.
     void chooseAfter(int tabs);
 
-    /// Opens the editor of the first card, whose button is so many Tabs away, and begins to record.
-    testing::AssertionResult beginToRecord(int tabsToEdit = 1);
-
     /// How often the log has told that it records, and has the desktop's combinations as well.
     std::size_t recordings() { return timesTold(recordingBegins); }
 
@@ -67,7 +64,8 @@ public:
     /// The combination that the desktop carries out itself. To be called after startUtility().
     const Combination& own() const { return own_; }
 
-    /// Whether the desktop carries it out, struck once; it does not while we record.
+    /// Whether the desktop carries it out, struck again if need be: it does not while we record, and
+    /// the log may tell that we have ended before the desktop knows.
     testing::AssertionResult desktopHasItsOwn();
 
     /// The combinations in the file of shortcuts.
