@@ -137,8 +137,7 @@ private:
     wayland::ToolkitLoss toolkitLoss_{host_.restart};
     std::unique_ptr<wayland::Connection> connection_;
     wayland::SeatKeyboard keyboard_{*connection_};
-    wayland::ActivationTokens tokens_{*connection_,
-                                      wayland::ActivationTokens::NewWindows::comeForward};
+    wayland::ActivationTokens tokens_{*connection_};
     WindowMirror mirror_{*connection_};
     EventTaps eventTaps_{host_, *connection_, keyboard_, tokens_};
     Windows windows_{host_, mirror_};

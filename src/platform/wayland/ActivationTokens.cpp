@@ -4,8 +4,8 @@
 
 namespace hollowfernpike::wayland {
 
-ActivationTokens::ActivationTokens(Connection& connection, NewWindows newWindows)
-    : connection_(connection), newWindows_(newWindows),
+ActivationTokens::ActivationTokens(Connection& connection)
+    : connection_(connection),
       activation_(connection.bind<xdg_activation_v1>(xdg_activation_v1_interface, 1)) {}
 
 ActivationTokens::~ActivationTokens() {

@@ -14,12 +14,8 @@ namespace hollowfernpike::wayland {
 /// a new window belongs to. There are no start-up notices to take back. Main thread only.
 class ActivationTokens final : public platform::LaunchFeedback {
 public:
-    /// What the compositor does with the first window of a launch while another one is fullscreen.
-    enum class NewWindows : bool { stayBehindFullscreen, comeForward };
-
     /// The connection outlives this object.
-    explicit ActivationTokens(Connection& connection,
-                              NewWindows newWindows = NewWindows::stayBehindFullscreen);
+    explicit ActivationTokens(Connection& connection);
     ActivationTokens(const ActivationTokens&) = delete;
     ActivationTokens& operator=(const ActivationTokens&) = delete;
     ~ActivationTokens() override;
@@ -28,7 +24,9 @@ public:
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& /*identifier*/) override {}
 
-    bool mayOpenBehind() override { return newWindows_ == NewWindows::stayBehindFullscreen; }
+    /// sway does not show a new window before a fullscreen one. KWin remembers the latest token
+    /// alone, and any program may have asked for another one before the window comes.
+    bool mayOpenBehind() override { return true; }
     std::uint64_t holdCount() override { return presses_; }
 
     /// To be called by taps when the user has pressed a combination.
@@ -36,7 +34,6 @@ public:
 
 private:
     Connection& connection_;
-    NewWindows newWindows_;
     xdg_activation_v1* activation_;
     std::uint64_t presses_ = 0;
 };
