@@ -40,18 +40,18 @@ constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
 const freedesktop::Instance::Names names{
     .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
 
-struct DesktopKind {
-    platform::FindDesktop find;
-    bool comesBack = false; ///< its session goes on when its compositor has crashed
+/// A kind of session on Wayland. `find` takes the connection if the session is of that kind.
+struct WaylandKind {
+    std::unique_ptr<platform::FoundDesktop> (*find)(
+        std::unique_ptr<wayland::Connection>& connection);
+    bool comesBack = false; ///< the session goes on when its compositor has crashed
 };
 
-/// In the order in which they are looked for. A Wayland session often has an X server as well,
-/// which does not see the keys.
-constexpr DesktopKind desktopKinds[] = {
+/// In the order in which they are looked for.
+constexpr WaylandKind waylandKinds[] = {
     {sway::findDesktop},
     {kde::findDesktop, true},
     {wayland::findUnknownDesktop},
-    {x11::findDesktop},
 };
 
 /// What to tell the user if there is none of these.
@@ -63,13 +63,15 @@ platform::LocalizedError noDesktop() {
             "Start the program inside a graphical session, or set WAYLAND_DISPLAY or DISPLAY."};
 }
 
+/// A Wayland session often has an X server as well, which does not see the keys.
 std::unique_ptr<platform::FoundDesktop> findDesktop() {
-    for (const auto& kind : desktopKinds) {
-        if (auto found = kind.find()) {
+    auto connection = wayland::Connection::open();
+    for (const auto& kind : waylandKinds) {
+        if (auto found = connection ? kind.find(connection) : nullptr) {
             return found;
         }
     }
-    return nullptr;
+    return x11::findDesktop();
 }
 
 /// The desktop whose compositor has crashed. Waits until it is there again; null once its session
@@ -79,8 +81,9 @@ std::unique_ptr<platform::FoundDesktop> findDesktopAgain() {
     constexpr std::chrono::milliseconds pause{100};
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (wayland::Connection::hasSocket() && std::chrono::steady_clock::now() < deadline) {
-        for (const auto& kind : desktopKinds) {
-            if (auto found = kind.comesBack ? kind.find() : nullptr) {
+        auto connection = wayland::Connection::open();
+        for (const auto& kind : waylandKinds) {
+            if (auto found = connection && kind.comesBack ? kind.find(connection) : nullptr) {
                 return found;
             }
         }

@@ -95,7 +95,4 @@ public:
     virtual std::unique_ptr<Desktop> open(const DesktopHost& host) = 0;
 };
 
-/// Looks for a session of one kind. Null if there is none or it is of another kind. Starts nothing.
-using FindDesktop = std::unique_ptr<FoundDesktop> (*)();
-
 } // namespace hollowfernpike::platform

@@ -146,10 +146,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<platform::FoundDesktop> findDesktop() {
-    auto connection = wayland::Connection::open();
-    if (!connection ||
-        connection->offeredVersion(org_kde_plasma_virtual_desktop_management_interface) == 0) {
+std::unique_ptr<platform::FoundDesktop>
+findDesktop(std::unique_ptr<wayland::Connection>& connection) {
+    if (connection->offeredVersion(org_kde_plasma_virtual_desktop_management_interface) == 0) {
         return nullptr;
     }
     return std::make_unique<wayland::FoundDesktop>(

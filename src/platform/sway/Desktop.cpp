@@ -116,11 +116,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<platform::FoundDesktop> findDesktop() {
-    auto connection = wayland::Connection::open();
-    if (!connection) {
-        return nullptr;
-    }
+std::unique_ptr<platform::FoundDesktop>
+findDesktop(std::unique_ptr<wayland::Connection>& connection) {
     IpcClient ipc(socketPath(*connection));
     if (!isSway(ipc)) {
         return nullptr;

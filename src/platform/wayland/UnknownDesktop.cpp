@@ -80,11 +80,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<platform::FoundDesktop> findUnknownDesktop() {
-    auto connection = Connection::open();
-    if (!connection) {
-        return nullptr;
-    }
+std::unique_ptr<platform::FoundDesktop>
+findUnknownDesktop(std::unique_ptr<Connection>& connection) {
     return std::make_unique<FoundDesktop>(std::move(connection), [](const auto& host, auto found) {
         return std::make_unique<UnknownDesktop>(host, std::move(found));
     });
