@@ -42,7 +42,8 @@ public:
     ~Wire() {
         wl_keyboard_destroy(keyboard_);
         wl_seat_destroy(seat_);
-        org_kde_kwin_fake_input_destroy(keys_);
+        // In newer descriptions the protocol's own request, which version 4 does not have.
+        wl_proxy_destroy(reinterpret_cast<wl_proxy*>(keys_));
         sync();
     }
 

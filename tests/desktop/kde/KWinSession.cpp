@@ -34,12 +34,12 @@ bool KWinSession::swallowsKeyUps() const {
 // Control, and both Control and Alt, make other symbols of some keys, for which the toolkit has no
 // name or which lead to another terminal.
 Combination KWinSession::rare(std::uint16_t keyCode) const {
-    constexpr std::array calculating{"KPMU", "KPAD", "KPDV", "KPSU"};
+    constexpr std::array changedByAlt{"KPMU", "KPAD", "KPDV", "KPSU", "PRSC"};
     const auto name = Combination{keyCode}.keyName();
     if (name == "PAUS") {
         return {keyCode, command | option};
     }
-    if (std::ranges::find(calculating, name) != calculating.end()) {
+    if (std::ranges::find(changedByAlt, name) != changedByAlt.end()) {
         return {keyCode, control | command};
     }
     return {keyCode, control | command | (name.starts_with("FK") ? shift : option)};

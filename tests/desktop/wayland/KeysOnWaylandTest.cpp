@@ -38,8 +38,9 @@ std::vector<Combination> KeysOnWaylandTest::bindable(std::span<const KeyPosition
     std::vector<Combination> result;
     for (const auto& key : keys) {
         const bool isFence = key.name == "AC11"; // getsKeys() strikes this one
+        const bool isSecondBackslash = key.name == "AB11" && GetParam() == std::string{"jp"};
         if (isOnKeypad(key) == onKeypad && !isFence &&
-            (!session.bindsSymbols() || story.keyboard.writes(key.name))) {
+            (!session.bindsSymbols() || (story.keyboard.writes(key.name) && !isSecondBackslash))) {
             result.push_back(session.rare(key.keyCode));
         }
     }
@@ -120,7 +121,7 @@ TEST_P(KeysOnWaylandTest, ABareKeyIsSwallowedButNotWithModifiers) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, KeysOnWaylandTest, testing::Values("us", "de", "ru"),
+INSTANTIATE_TEST_SUITE_P(Under, KeysOnWaylandTest, testing::Values("us", "de", "ru", "jp"),
                          [](const auto& layout) { return std::string{layout.param}; });
 
 class LayoutsOnWaylandTest : public OnWayland {

@@ -11,7 +11,7 @@ namespace {
 
 using namespace test;
 
-constexpr std::uint16_t keyL = 37;
+constexpr std::uint16_t keyJ = 38;
 
 class ModifiersOnWaylandTest : public OnWayland {
 protected:
@@ -21,65 +21,65 @@ protected:
 
 TEST_F(ModifiersOnWaylandTest, EachSetOfModifiersIsACombinationOfItsOwn) {
     for (std::size_t set = 1; set < modifierSets().size(); ++set) {
-        story.bind({keyL, modifierSets()[set]}, set % 2 == 0 ? front : target);
+        story.bind({keyJ, modifierSets()[set]}, set % 2 == 0 ? front : target);
     }
     story.startUtility();
     for (std::size_t set = 1; set < modifierSets().size(); ++set) {
-        story.strike({keyL, modifierSets()[set]});
+        story.strike({keyJ, modifierSets()[set]});
         ASSERT_TRUE(story.isInFront(set % 2 == 0 ? front : target)) << "set " << set;
     }
     ASSERT_TRUE(story.switchTo(front));
     ASSERT_TRUE(story.switchTo(target));
-    EXPECT_TRUE(story.nobodySaw({keyL}));
+    EXPECT_TRUE(story.nobodySaw({keyJ}));
 }
 
 TEST_F(ModifiersOnWaylandTest, OnlyTheBoundSetIsSwallowedOfSixteen) {
     const auto boundSet = control | shift;
-    story.bind({keyL, boundSet}, target);
+    story.bind({keyJ, boundSet}, target);
     story.startUtility();
     ASSERT_TRUE(story.switchTo(front));
     std::vector<unsigned> expected;
     for (const auto set : modifierSets()) {
         if (set != boundSet) {
-            story.strike({keyL, set});
-            expected.push_back(Combination{keyL, set}.modifierState());
+            story.strike({keyJ, set});
+            expected.push_back(Combination{keyJ, set}.modifierState());
         }
     }
     ASSERT_TRUE(story.getsKeys(front));
     std::vector<unsigned> seen;
     for (const auto& key : front.keys()) {
-        if (key.down && key.key == story.keycode({keyL})) {
+        if (key.down && key.key == story.keycode({keyJ})) {
             seen.push_back(key.state);
         }
     }
     EXPECT_EQ(seen, expected);
-    EXPECT_TRUE(story.brings(target, front, {keyL, boundSet}));
+    EXPECT_TRUE(story.brings(target, front, {keyJ, boundSet}));
 }
 
 TEST_F(ModifiersOnWaylandTest, TheRightHandKeysCountAsWell) {
-    story.bind({keyL, control | shift | option | command}, target);
-    story.bind({keyL, control}, target);
-    story.bind({keyL, shift}, target);
-    story.bind({keyL, option}, target);
-    story.bind({keyL, command}, target);
+    story.bind({keyJ, control | shift | option | command}, target);
+    story.bind({keyJ, control}, target);
+    story.bind({keyJ, shift}, target);
+    story.bind({keyJ, option}, target);
+    story.bind({keyJ, command}, target);
     story.startUtility();
-    EXPECT_TRUE(story.brings(target, front, {"RCTL", "RTSH", "RALT", "RWIN", "AC09"}));
-    EXPECT_TRUE(story.brings(target, front, {"LCTL", "RTSH", "LALT", "RWIN", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"RCTL", "RTSH", "RALT", "RWIN", "AC07"}));
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "RTSH", "LALT", "RWIN", "AC07"}));
     for (const auto* modifier : {"RCTL", "RTSH", "RALT", "RWIN"}) {
-        EXPECT_TRUE(story.brings(target, front, {modifier, "AC09"})) << modifier;
+        EXPECT_TRUE(story.brings(target, front, {modifier, "AC07"})) << modifier;
     }
 }
 
 TEST_F(ModifiersOnWaylandTest, TheThirdLevelKeyIsNotOption) {
     story.use({.layouts = "de"});
-    story.bind({keyL, option}, target);
-    story.bind({keyL, control | option}, target);
+    story.bind({keyJ, option}, target);
+    story.bind({keyJ, control | option}, target);
     story.startUtility();
-    EXPECT_TRUE(story.passes(front, {"RALT", "AC09"}));
-    EXPECT_TRUE(story.passes(front, {"LCTL", "RALT", "AC09"}));
-    EXPECT_TRUE(story.passes(front, {"LCTL", "LALT", "RALT", "AC09"}));
-    EXPECT_TRUE(story.brings(target, front, {"LALT", "AC09"}));
-    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
+    EXPECT_TRUE(story.passes(front, {"RALT", "AC07"}));
+    EXPECT_TRUE(story.passes(front, {"LCTL", "RALT", "AC07"}));
+    EXPECT_TRUE(story.passes(front, {"LCTL", "LALT", "RALT", "AC07"}));
+    EXPECT_TRUE(story.brings(target, front, {"LALT", "AC07"}));
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC07"}));
 }
 
 /// The states of Caps Lock and Num Lock, by the keys to strike.
@@ -97,16 +97,16 @@ protected:
 };
 
 TEST_P(LocksOnWaylandTest, DoNotMatter) {
-    story.bind({keyL, control | option}, target);
+    story.bind({keyJ, control | option}, target);
     story.bind({122}, target);
     story.startUtility();
     lock();
-    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC07"}));
     EXPECT_TRUE(story.brings(target, front, {"FK01"}));
-    EXPECT_TRUE(story.passes(front, {"LCTL", "AC09"}));
+    EXPECT_TRUE(story.passes(front, {"LCTL", "AC07"}));
     EXPECT_TRUE(story.passes(front, {"LFSH", "FK01"}));
     lock();
-    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC09"}));
+    EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AC07"}));
 }
 
 TEST_P(LocksOnWaylandTest, LeaveTheKeypadInItsPlace) {
