@@ -7,11 +7,14 @@
 #include "platform/LaunchFeedback.h"
 #include "platform/Windows.h"
 
+#include <utility>
+
 namespace hollowfernpike {
 
 Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
-                 qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus)
-    : bus_(bus),
+                 qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus,
+                 std::string openWindows)
+    : bus_(bus), windowsToReopen_(std::move(openWindows)),
       desktop_(desktop.open(desktopHost())), services_{
                                                  .accessibilityTrust = trustPrompt_,
                                                  .application = application_,
@@ -33,6 +36,7 @@ Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDe
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);
     terminationSignals.watch(runLoop_, [this] { application_.terminate(); });
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [this] { isEnding_ = true; });
 }
 
 platform::DesktopHost Program::desktopHost() {
@@ -79,8 +83,10 @@ void Program::languageDidChange() {
 }
 
 void Program::restart() {
-    restartProgram(QCoreApplication::applicationFilePath().toStdString(),
-                   isRunning_ ? delegate_.openWindows() : std::string{});
+    if (!isEnding_) {
+        restartProgram(QCoreApplication::applicationFilePath().toStdString(),
+                       windowsToReopen_ ? *windowsToReopen_ : delegate_.openWindows());
+    }
 }
 
 void Program::perform(const freedesktop::InstanceRequest& request) {
@@ -92,8 +98,7 @@ void Program::perform(const freedesktop::InstanceRequest& request) {
     });
 }
 
-int Program::run(const std::string& action, const std::string& openWindows) {
-    isRunning_ = true;
+int Program::run(const std::string& action) {
     // Reads the applications and the windows' owners now, so that the first key press need not.
     mainQueue_.async([this] {
         if (isLive()) {
@@ -103,7 +108,10 @@ int Program::run(const std::string& action, const std::string& openWindows) {
     if (!action.empty()) {
         perform({.action = action, .startupIdentifier = {}});
     }
-    mainQueue_.async([this, openWindows] { delegate_.reopenWindows(openWindows); });
+    mainQueue_.async([this] {
+        delegate_.reopenWindows(*windowsToReopen_);
+        windowsToReopen_.reset();
+    });
     return application_.run();
 }
 

@@ -26,6 +26,7 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <QCoreApplication>
@@ -49,9 +50,11 @@ public:
 /// The running program: its services and its delegate. Needs a QApplication. Main thread only.
 class Program {
 public:
-    /// All arguments but `desktop` outlive this. `bus` is null where there is none.
+    /// All arguments but `desktop` outlive this. `bus` is null where there is none. `openWindows`
+    /// is what the run before a restart has told.
     Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
-            qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus);
+            qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus,
+            std::string openWindows);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program() = default;
@@ -64,7 +67,7 @@ public:
 
     /// Performs `action` unless it is empty, opens the windows of the run before a restart, handles
     /// events to the end, returns the exit status.
-    int run(const std::string& action, const std::string& openWindows);
+    int run(const std::string& action);
 
 private:
     platform::DesktopHost desktopHost();
@@ -81,7 +84,8 @@ private:
     freedesktop::WindowOwners windowOwners_{entries_};
     freedesktop::SessionBus* bus_;
     freedesktop::ScreenLock screenLock_{bus_};
-    bool isRunning_ = false;
+    std::optional<std::string> windowsToReopen_;
+    bool isEnding_ = false;
     std::unique_ptr<platform::Desktop> desktop_;
     qt::Application application_{desktop_->ownWindows()};
     qt::StatusBar statusBar_{application_, desktop_->systemTray(), bus_};

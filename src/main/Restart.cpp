@@ -1,8 +1,10 @@
 #include "main/Restart.h"
 
+#include "platform/freedesktop/launching/CoreLimit.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <vector>
 
@@ -26,6 +28,11 @@ void restartProgram(const std::string& program, const std::string& state) {
     environment.push_back(nullptr);
     std::string name = program;
     std::array<char*, 2> words{name.data(), nullptr};
+    const freedesktop::CoreFilesGivenBack
+        users; // the new run remembers what it finds as the user's
+    sigset_t none;
+    sigemptyset(&none);
+    ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
     ::execve(program.c_str(), words.data(), environment.data());
 }
 

@@ -6,7 +6,7 @@
 namespace hollowfernpike {
 
 /// Starts the program anew in the place of this process, which keeps its number, and tells the new
-/// run `state`. What is not written to files is lost. Returns only if it fails.
+/// run `state`. Returns only if it fails.
 void restartProgram(const std::string& program, const std::string& state);
 
 /// What the run before this one told when it restarted the program; absent if this is an ordinary

@@ -77,7 +77,7 @@ std::unique_ptr<platform::FoundDesktop> findDesktop() {
 /// The desktop whose compositor has crashed. Waits until it is there again; null once its session
 /// has ended.
 std::unique_ptr<platform::FoundDesktop> findDesktopAgain() {
-    constexpr std::chrono::seconds patience{10};
+    constexpr std::chrono::seconds patience{30};
     constexpr std::chrono::milliseconds pause{100};
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (wayland::Connection::hasSocket() && std::chrono::steady_clock::now() < deadline) {
@@ -148,11 +148,11 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     if (bus && !instance.publish(*bus, request)) {
         return EXIT_SUCCESS;
     }
-    Program program(desktop, userDefaults, terminationSignals, bus.get());
+    Program program(desktop, userDefaults, terminationSignals, bus.get(), openWindows);
     instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
         program.perform(asked);
     });
-    return program.run(action, openWindows);
+    return program.run(action);
 }
 
 int run(const std::string& action, const std::string& command) {

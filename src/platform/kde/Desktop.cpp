@@ -125,7 +125,7 @@ public:
         return missingPermission(QCoreApplication::applicationFilePath().toStdString());
     }
 
-    bool mayBecomeTrusted() override { return true; }
+    bool mayBecomeTrusted() override { return host_.bus != nullptr; }
     platform::EventTaps& eventTaps() override { return eventTaps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }

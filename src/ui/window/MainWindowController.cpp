@@ -186,8 +186,9 @@ std::vector<ShortcutCardView*> MainWindowController::makeCards() {
 ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
     auto* card = new ShortcutCardView(shortcut);
     if (HotkeyManager::shared().isRefused(shortcut)) {
-        card->setNotice(localized("この組み合わせはデスクトップが使用しているため、働きません",
-                                  "The desktop has this combination, so it does not work"));
+        card->setNotice(
+            localized("この組み合わせはデスクトップから渡されないため、働きません",
+                      "The desktop does not hand this combination on, so it does not work"));
     }
     const QPointer<MainWindowController> controller = this;
     card->onEdit = [controller, shortcut] {

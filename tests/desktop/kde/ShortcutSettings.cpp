@@ -9,6 +9,11 @@ namespace {
 constexpr const char* component = "app.hollowfernpike.Hollowfernpike";
 constexpr const char* componentPath = "/component/app_hollowfernpike_Hollowfernpike";
 
+/// Floating.
+GVariant* listOf(const std::vector<int>& keys) {
+    return g_variant_new_fixed_array(G_VARIANT_TYPE_INT32, keys.data(), keys.size(), sizeof(int));
+}
+
 } // namespace
 
 std::vector<ListedShortcut> ShortcutSettings::list() const {
@@ -45,15 +50,28 @@ std::optional<ListedShortcut> ShortcutSettings::find(const std::string& label) c
 }
 
 void ShortcutSettings::change(const ListedShortcut& shortcut, const std::vector<int>& keys) const {
-    GVariantBuilder numbers;
-    g_variant_builder_init(&numbers, G_VARIANT_TYPE("ai"));
-    for (const int key : keys) {
-        g_variant_builder_add(&numbers, "i", key);
-    }
-    const char* identifier[] = {component, shortcut.name.c_str(), "Hollowfernpike",
-                                shortcut.label.c_str(), nullptr};
+    setForeign(
+        {component, shortcut.name.c_str(), "Hollowfernpike", shortcut.label.c_str(), nullptr},
+        keys);
+}
+
+void ShortcutSettings::registerOther(const std::string& action,
+                                     const std::vector<int>& keys) const {
+    constexpr guint32 presentAndAsGiven = 6;
+    const char* const identifier[] = {"other", action.c_str(), "Other", action.c_str(), nullptr};
+    call("/kglobalaccel", "org.kde.KGlobalAccel", "doRegister", g_variant_new("(^as)", identifier));
+    call("/kglobalaccel", "org.kde.KGlobalAccel", "setShortcut",
+         g_variant_new("(^as@aiu)", identifier, listOf(keys), presentAndAsGiven));
+}
+
+void ShortcutSettings::changeOther(const std::string& action, const std::vector<int>& keys) const {
+    setForeign({"other", action.c_str(), "Other", action.c_str(), nullptr}, keys);
+}
+
+void ShortcutSettings::setForeign(const char* const (&identifier)[5],
+                                  const std::vector<int>& keys) const {
     call("/kglobalaccel", "org.kde.KGlobalAccel", "setForeignShortcut",
-         g_variant_new("(^asai)", identifier, &numbers));
+         g_variant_new("(^as@ai)", identifier, listOf(keys)));
 }
 
 ShortcutSettings::Reply ShortcutSettings::call(const char* path, const char* interface,

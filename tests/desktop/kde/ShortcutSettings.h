@@ -31,8 +31,14 @@ public:
     /// What the user does there: other keys for an action, or none.
     void change(const ListedShortcut& shortcut, const std::vector<int>& keys) const;
 
+    /// Another program with an action that has these keys, and what the user does to it there.
+    void registerOther(const std::string& action, const std::vector<int>& keys) const;
+    void changeOther(const std::string& action, const std::vector<int>& keys) const;
+
 private:
     using Reply = std::unique_ptr<GVariant, freedesktop::Releaser<&g_variant_unref>>;
+
+    void setForeign(const char* const (&identifier)[5], const std::vector<int>& keys) const;
 
     /// Null if KWin refuses.
     Reply call(const char* path, const char* interface, const char* method,

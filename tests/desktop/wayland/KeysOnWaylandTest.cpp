@@ -140,6 +140,17 @@ TEST_F(LayoutsOnWaylandTest, ALayoutSwitchedWhileRunningKeepsEveryKeyInItsPlace)
     }
 }
 
+TEST_F(LayoutsOnWaylandTest, AKeyWhoseLetterMovesToAnotherKeepsItsPlace) {
+    story.use({.layouts = "us,de"});
+    story.bind({16, control | option}, target);
+    story.startUtility();
+    for (const auto group : {1U, 0U}) {
+        story.lockGroup(group);
+        EXPECT_TRUE(story.brings(target, front, {"LCTL", "LALT", "AD06"})) << group;
+        EXPECT_TRUE(story.passes(front, {"LCTL", "LALT", "AB01"})) << group;
+    }
+}
+
 TEST_F(LayoutsOnWaylandTest, TheSecondLayoutOfTwoKeepsEveryKeyInItsPlace) {
     story.use({.layouts = "us,ru"});
     story.bind({12, control | shift}, target);

@@ -123,8 +123,10 @@ void GlobalShortcuts::onReleased(const QString& /*component*/, const QString& ac
 void GlobalShortcuts::onChanged(const QDBusMessage& signal) {
     const auto arguments = signal.arguments();
     const auto identifier = arguments.value(0).toStringList();
-    if (identifier.size() > 1 && identifier[0] == component) {
-        Q_EMIT changedByUser(identifier[1], keysFrom(arguments.value(1)));
+    if (identifier.value(0) == component) {
+        Q_EMIT changedByUser(identifier.value(1), keysFrom(arguments.value(1)));
+    } else {
+        Q_EMIT othersChangedByUser();
     }
 }
 

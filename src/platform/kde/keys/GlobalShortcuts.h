@@ -61,6 +61,9 @@ Q_SIGNALS:
     /// of several keys.
     void changedByUser(const QString& action, const QList<int>& keys);
 
+    /// The user has changed actions of other programs there: a key may be free now.
+    void othersChangedByUser();
+
     /// KWin is there, or there anew: it triggers none of our actions until their keys are assigned.
     void appeared();
 

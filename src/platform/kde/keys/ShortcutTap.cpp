@@ -12,9 +12,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The longest pause before a held key repeats that the settings of the desktop offer. If the
-/// key-up was lost, a press after that is a new one.
-constexpr std::chrono::milliseconds longestRepeatDelay{5000};
+/// A busy machine delivers a repeat as late as this. KWin does not tell of a key-up that a window
+/// gets which takes all combinations for itself, so a press later than that is a new one.
+constexpr std::chrono::milliseconds longestDelivery{1000};
 
 /// KWin keeps actions by name in a file, so the names stay the same for ever.
 QString nameOf(const platform::KeyCombination& combination) {
@@ -27,16 +27,17 @@ ShortcutTap::ShortcutTap(const Services& services, platform::EventTapCallback ca
                          void* userInfo)
     : services_(services), listener_{callback, userInfo}, shortcuts_(services.bus),
       layouts_(services.bus) {
-    services_.keyboard.onKeymapChange = [this] { onKeyboardChange(); };
-    layouts_.onChange = [this] { onKeyboardChange(); };
+    services_.keyboard.onKeymapChange = [this] { bindIfLive(); };
+    layouts_.onChange = [this] { bindIfLive(); };
     connect(&shortcuts_, &GlobalShortcuts::pressed, this, &ShortcutTap::onPressed);
     connect(&shortcuts_, &GlobalShortcuts::released, this, [this] { held_.clear(); });
     connect(&shortcuts_, &GlobalShortcuts::changedByUser, this, &ShortcutTap::onChangedByUser);
+    connect(&shortcuts_, &GlobalShortcuts::othersChangedByUser, this, &ShortcutTap::bindIfLive);
     connect(&shortcuts_, &GlobalShortcuts::appeared, this, [this] {
         actions_.clear();
         knowsLeftovers_ = false;
         held_.clear();
-        onKeyboardChange();
+        bindIfLive();
     });
 }
 
@@ -55,7 +56,7 @@ void ShortcutTap::setInterest(std::span<const platform::KeyCombination> combinat
 std::vector<platform::KeyCombination> ShortcutTap::refusedCombinations() const {
     std::vector<platform::KeyCombination> refused;
     for (const auto& [name, action] : actions_) {
-        if (action.isRefused) {
+        if (action.verdict == Verdict::refused || action.verdict == Verdict::takenAway) {
             refused.push_back(action.combination);
         }
     }
@@ -68,9 +69,7 @@ void ShortcutTap::start() {
 
 void ShortcutTap::stop() {
     for (const auto& [name, action] : std::exchange(actions_, {})) {
-        if (action.isRegistered) {
-            shortcuts_.deactivate(name, action.label);
-        }
+        shortcuts_.deactivate(name, action.label);
     }
     shortcuts_.finish();
     held_.clear();
@@ -79,17 +78,22 @@ void ShortcutTap::stop() {
 // Keys are released before others get them: with another layout, two actions may swap theirs.
 void ShortcutTap::bind() {
     if (services_.keyboard.keymap() == nullptr || !layouts_.current()) {
-        return; // onKeyboardChange() comes
+        return; // both tell when they are there
     }
     if (!knowsLeftovers_) {
         findLeftovers();
         return;
     }
     const auto wanted = wantedActions();
-    releaseChanged(wanted);
+    forgetUnwanted(wanted);
+    for (const auto& [name, known] : actions_) {
+        if (isToChange(known, wanted.at(name)) && known.keys != wanted.at(name).keys) {
+            shortcuts_.release(name, known.label);
+        }
+    }
     for (const auto& [name, action] : wanted) {
-        if (const auto known = actions_.find(name);
-            known == actions_.end() || !known->second.isToStayFor(action)) {
+        const auto known = actions_.find(name);
+        if (known == actions_.end() || isToChange(known->second, action)) {
             assign(name, action);
         }
     }
@@ -107,14 +111,14 @@ void ShortcutTap::findLeftovers() {
         isAsking_ = false;
         knowsLeftovers_ = true;
         for (const auto& name : names) {
-            actions_[name].isRegistered = true;
+            actions_[name];
         }
-        onKeyboardChange();
+        bindIfLive();
     });
 }
 
 ShortcutTap::Actions ShortcutTap::wantedActions() const {
-    const KeyValues values(*services_.keyboard.keymap(), *layouts_.current(), services_.plasma);
+    const auto values = keyValues();
     Actions actions;
     for (const auto& combination : interest_) {
         const auto label = services_.host.purposeOf(combination);
@@ -125,42 +129,48 @@ ShortcutTap::Actions ShortcutTap::wantedActions() const {
     return actions;
 }
 
-void ShortcutTap::releaseChanged(const Actions& wanted) {
-    std::erase_if(actions_, [&](const auto& entry) {
-        const auto& [name, action] = entry;
-        const auto found = wanted.find(name);
-        const bool isToGo = found == wanted.end();
-        if (isToGo && action.isRegistered) {
-            shortcuts_.forget(name);
-        } else if (!isToGo && action.isRegistered && !action.isToStayFor(found->second)) {
-            shortcuts_.release(name, action.label);
+KeyValues ShortcutTap::keyValues() const {
+    return {*services_.keyboard.keymap(), *layouts_.current(), services_.plasma};
+}
+
+bool ShortcutTap::isToChange(const Action& known, const Action& wanted) {
+    const bool isAsWanted = known.keys == wanted.keys && known.label == wanted.label &&
+                            known.verdict != Verdict::refused;
+    return !isAsWanted && known.verdict != Verdict::takenAway;
+}
+
+void ShortcutTap::forgetUnwanted(const Actions& wanted) {
+    std::erase_if(actions_, [&](const auto& known) {
+        const bool isWanted = wanted.contains(known.first);
+        if (!isWanted) {
+            shortcuts_.forget(known.first);
         }
-        return isToGo;
+        return !isWanted;
     });
 }
 
-void ShortcutTap::assign(const QString& name, const Action& action) {
+// Until KWin answers, its last verdict stands.
+void ShortcutTap::assign(const QString& name, const Action& wanted) {
     auto& known = actions_[name];
-    const bool wasRegistered = known.isRegistered;
-    known = action;
-    known.isRefused = action.keys.isEmpty(); // the keyboard has no such key
-    known.isRegistered = wasRegistered || !action.keys.isEmpty();
-    if (action.keys.isEmpty()) {
-        return;
+    const auto verdict = wanted.keys.isEmpty() ? Verdict::refused : known.verdict;
+    known = wanted;
+    known.verdict = verdict;
+    if (!wanted.keys.isEmpty()) {
+        ++unanswered_;
+        shortcuts_.assign(name, wanted.label, wanted.keys,
+                          [this, name, keys = wanted.keys](const auto& granted) {
+                              onAnswer(name, keys, granted);
+                          });
     }
-    ++unanswered_;
-    shortcuts_.assign(name, action.label, action.keys,
-                      [this, name, keys = action.keys](const auto& granted) {
-                          onGranted(name, keys, granted.value_or(keys));
-                      });
 }
 
-void ShortcutTap::onGranted(const QString& name, const QList<int>& keys,
-                            const QList<int>& granted) {
+void ShortcutTap::onAnswer(const QString& name, const QList<int>& keys,
+                           const std::optional<QList<int>>& granted) {
     const auto action = actions_.find(name);
     if (action != actions_.end() && action->second.keys == keys) {
-        action->second.isRefused =
-            std::ranges::none_of(keys, [&](int key) { return granted.contains(key); });
+        const bool hasOne =
+            std::ranges::any_of(keys, [&](int key) { return granted && granted->contains(key); });
+        action->second.verdict = hasOne ? Verdict::granted : Verdict::refused;
     }
     if (--unanswered_ == 0) {
         onSettled();
@@ -170,7 +180,8 @@ void ShortcutTap::onGranted(const QString& name, const QList<int>& keys,
 // The callback may destroy this tap.
 void ShortcutTap::onPressed(const QString& name) {
     const auto now = Clock::now();
-    const bool isRecent = now < std::exchange(lastPress_, now) + longestRepeatDelay;
+    const auto longestPause = services_.keyboard.repeatDelay() + longestDelivery;
+    const bool isRecent = now < std::exchange(lastPress_, now) + longestPause;
     const bool isRepeat = std::exchange(held_, name) == name && isRecent;
     const auto action = actions_.find(name);
     if (isRepeat || action == actions_.end() || !isLive()) {
@@ -190,22 +201,18 @@ void ShortcutTap::onChangedByUser(const QString& name, const QList<int>& keys) {
     if (!isLive() || found == actions_.end() || found->second.keys == keys) {
         return;
     }
-    auto& action = found->second;
-    action.keys = keys;
-    if (keys.isEmpty()) {
-        action.isRefused = action.isTakenAway = true;
-        onSettled();
-        return;
-    }
-    const KeyValues values(*services_.keyboard.keymap(), layouts_.current().value_or(0),
-                           services_.plasma);
-    const auto combination = values.combinationOf(keys.front());
-    if (!combination || !services_.host.onReassigned(action.combination, *combination)) {
-        bind();
+    auto before = std::exchange(found->second.keys, keys);
+    found->second.verdict = keys.isEmpty() ? Verdict::takenAway : Verdict::none;
+    const auto chosen = std::ranges::find_if(keys, [&](int key) { return !before.contains(key); });
+    const bool isOther = chosen != keys.end() && services_.keyboard.keymap() != nullptr &&
+                         layouts_.current().has_value();
+    const auto combination = isOther ? keyValues().combinationOf(*chosen) : std::nullopt;
+    if (!combination || !services_.host.onReassigned(found->second.combination, *combination)) {
+        bind(); // what was there before, unless it was taken away
     }
 }
 
-void ShortcutTap::onKeyboardChange() {
+void ShortcutTap::bindIfLive() {
     if (isLive()) {
         bind();
     }
@@ -214,14 +221,16 @@ void ShortcutTap::onKeyboardChange() {
 void ShortcutTap::onSettled() {
     const auto refused = refusedCombinations();
     qCDebug(freedesktop::keysLog, "bound %zu combinations", actions_.size() - refused.size());
-    for (const auto& combination : refused) {
-        qCWarning(freedesktop::keysLog, "refused, because the desktop has it: %s",
-                  qPrintable(nameOf(combination)));
+    if (refused == std::exchange(reportedRefused_, refused)) {
+        return;
     }
-    if (refused != std::exchange(reportedRefused_, refused)) {
-        listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr,
-                           listener_.userInfo);
+    for (const auto& [name, action] : actions_) {
+        if (action.verdict == Verdict::refused) {
+            qCWarning(freedesktop::keysLog, "refused, because the desktop has it: %s, %s",
+                      qPrintable(name), qPrintable(action.label));
+        }
     }
+    listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr, listener_.userInfo);
 }
 
 } // namespace hollowfernpike::kde

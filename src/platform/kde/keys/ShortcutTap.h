@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include <QObject>
@@ -24,7 +25,9 @@ namespace hollowfernpike::kde {
 ///
 /// If the user gives one of our actions another key in the settings of the desktop, the shortcut
 /// gets that combination. A key that no shortcut can have is taken back. If the user takes the key
-/// away there, the combination counts as refused as long as the tap runs and it is of interest.
+/// away there, the combination counts as refused until the user gives the action a key again, as
+/// long as the tap runs and the combination is of interest. Refused combinations are asked for
+/// again whenever something changes.
 class ShortcutTap final : public QObject, public freedesktop::Tap {
 public:
     /// All outlive the tap.
@@ -46,17 +49,18 @@ public:
     std::vector<platform::KeyCombination> refusedCombinations() const override;
 
 private:
+    enum class Verdict : unsigned char {
+        none, ///< KWin has not answered yet
+        granted,
+        refused,
+        takenAway, ///< by the user
+    };
+
     struct Action {
         platform::KeyCombination combination;
         QString label;
-        QList<int> keys;
-        bool isRefused = false;
-        bool isTakenAway = false;  ///< by the user
-        bool isRegistered = false; ///< KWin knows it
-
-        bool isToStayFor(const Action& wanted) const {
-            return isTakenAway || (keys == wanted.keys && label == wanted.label);
-        }
+        QList<int> keys; ///< empty if the keyboard has no such key
+        Verdict verdict = Verdict::none;
     };
     using Actions = std::map<QString, Action>;
 
@@ -65,12 +69,15 @@ private:
     void bind();
     void findLeftovers();
     Actions wantedActions() const;
-    void releaseChanged(const Actions& wanted);
-    void assign(const QString& name, const Action& action);
-    void onGranted(const QString& name, const QList<int>& keys, const QList<int>& granted);
+    KeyValues keyValues() const;
+    static bool isToChange(const Action& known, const Action& wanted);
+    void forgetUnwanted(const Actions& wanted);
+    void assign(const QString& name, const Action& wanted);
+    void onAnswer(const QString& name, const QList<int>& keys,
+                  const std::optional<QList<int>>& granted);
     void onPressed(const QString& name);
     void onChangedByUser(const QString& name, const QList<int>& keys);
-    void onKeyboardChange();
+    void bindIfLive();
     void onSettled();
 
     Services services_;

@@ -73,15 +73,21 @@ WindowMirror::~WindowMirror() {
 std::vector<WindowMirror::Window> WindowMirror::windows() {
     connection_.dispatchArrived();
     std::vector<Window> windows;
-    for (auto uuid = backToFront_.rbegin(); uuid != backToFront_.rend(); ++uuid) {
-        const auto found = records_.find(*uuid);
-        if (found != records_.end() && found->second->isKnown) {
-            const auto& record = *found->second;
-            windows.push_back({.number = record.number,
-                               .facts = record.facts,
-                               .isMinimised = record.isMinimised,
-                               .isOnShownDesktop = isOnShownDesktop(record)});
+    std::map<std::string_view, std::ptrdiff_t> places; // those that have none yet are at the back
+    for (const auto& uuid : backToFront_) {
+        places.emplace(uuid, -static_cast<std::ptrdiff_t>(places.size()) - 1);
+    }
+    std::multimap<std::ptrdiff_t, const Record*> frontToBack;
+    for (const auto& [uuid, record] : records_) {
+        if (record->isKnown) {
+            frontToBack.emplace(places[uuid], record.get());
         }
+    }
+    for (const auto& [place, record] : frontToBack) {
+        windows.push_back({.number = record->number,
+                           .facts = record->facts,
+                           .isMinimised = record->isMinimised,
+                           .isOnShownDesktop = isOnShownDesktop(*record)});
     }
     return windows;
 }

@@ -63,7 +63,10 @@ void SeatKeyboard::setHasKeyboard(bool hasKeyboard) {
                   std::uint32_t) {},
         .modifiers = [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t,
                         std::uint32_t, std::uint32_t) {},
-        .repeat_info = [](void*, wl_keyboard*, std::int32_t, std::int32_t) {},
+        .repeat_info =
+            [](void* self, wl_keyboard*, std::int32_t, std::int32_t delay) {
+                static_cast<SeatKeyboard*>(self)->repeatDelay_ = std::chrono::milliseconds(delay);
+            },
     };
     if (hasKeyboard == (keyboard_ != nullptr)) {
         return;

@@ -3,6 +3,7 @@
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/Keymap.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,8 +23,11 @@ public:
     SeatKeyboard& operator=(const SeatKeyboard&) = delete;
     ~SeatKeyboard();
 
-    /// Null as long as the seat has no keyboard.
+    /// Null before the seat has had a keyboard.
     const Keymap* keymap() const { return keymap_.get(); }
+
+    /// How long a key is held before it repeats; 0 as long as the compositor has not told.
+    std::chrono::milliseconds repeatDelay() const { return repeatDelay_; }
 
     /// Called when the map is another than before.
     std::function<void()> onKeymapChange;
@@ -34,6 +38,7 @@ private:
 
     wl_seat* seat_;
     wl_keyboard* keyboard_ = nullptr;
+    std::chrono::milliseconds repeatDelay_{};
     std::string text_;
     std::unique_ptr<Keymap> keymap_;
 };
