@@ -64,8 +64,8 @@ public:
     /// The combination that the desktop carries out itself. To be called after startUtility().
     const Combination& own() const { return own_; }
 
-    /// Whether the desktop carries it out, struck again if need be: it does not while we record, and
-    /// the log may tell that we have ended before the desktop knows.
+    /// Whether the desktop carries it out, struck again if need be: it does not while we record,
+    /// and the log may tell that we have ended before the desktop knows.
     testing::AssertionResult desktopHasItsOwn();
 
     /// The combinations in the file of shortcuts.
