@@ -77,7 +77,7 @@ std::unique_ptr<platform::FoundDesktop> findDesktop() {
 /// The desktop whose compositor has crashed. Waits until it is there again; null once its session
 /// has ended.
 std::unique_ptr<platform::FoundDesktop> findDesktopAgain() {
-    constexpr std::chrono::seconds patience{30};
+    constexpr std::chrono::seconds patience{15};
     constexpr std::chrono::milliseconds pause{100};
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (wayland::Connection::hasSocket() && std::chrono::steady_clock::now() < deadline) {

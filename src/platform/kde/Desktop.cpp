@@ -26,7 +26,7 @@ namespace hollowfernpike::kde {
 
 namespace {
 
-/// The first to be offered by Plasma 6.
+/// The first to be offered by Plasma 6. KWin tells its clients no version of its own.
 constexpr std::uint32_t windowsVersionOfPlasma6 = 17;
 
 bool grantsWindows(const wayland::Connection& connection) {

@@ -55,7 +55,7 @@ void PermissionPrompt::showRemedy(const std::optional<platform::TrustRemedy>& re
         button->setObjectName("remedy");
     }
     if (button != nullptr) {
-        // Nor does the box see the click: it stays open until the remedy has worked.
+        // Not even the box sees the click, so that it stays open until the remedy has worked.
         QObject::disconnect(button, &QPushButton::clicked, nullptr, nullptr);
         button->setVisible(remedy.has_value());
     }

@@ -187,10 +187,10 @@ TEST_F(ListOnKWinTest, AShortcutThatIsDeletedIsForgotten) {
 }
 
 TEST_F(ListOnKWinTest, ARefusedCombinationIsToldAtItsCard) {
-    story.bind(altTab, target);
+    story.bind(altTab, front);
     startUtility();
     const auto window = openManagement();
-    EXPECT_TRUE(isToldAt(window, "Target ⌥Tab"));
+    EXPECT_TRUE(isToldAt(window, "Front ⌥Tab"));
     EXPECT_EQ(reader.description(reader.find(window, "panel", "Target ⌃⌥L")), "");
     settings.change(settings.find(bringsTarget).value(), {});
     EXPECT_TRUE(isToldAt(window, "Target ⌃⌥L")) << "as is one that the user takes away";

@@ -21,7 +21,7 @@ namespace hollowfernpike::wayland {
 class Connection {
 public:
     /// Connects to the compositor that WAYLAND_DISPLAY names. Null if there is none, or if it does
-    /// not answer within a second.
+    /// not answer within ten seconds. Its later answers are waited for a second each.
     static std::unique_ptr<Connection> open();
 
     /// Whether the socket of that compositor exists. It stays when the compositor crashes.
