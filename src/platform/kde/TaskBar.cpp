@@ -46,8 +46,8 @@ void TaskBar::setShown(QWindow& window, bool shown) {
     apply(window);
 }
 
-// Each time a window comes to the screen it has a new surface. KWin shows it with its first picture,
-// which the toolkit draws after this event.
+// Each time a window comes to the screen it has a new surface. KWin shows it with its first
+// picture, which the toolkit draws after this event.
 bool TaskBar::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Expose) {
         apply(static_cast<QWindow&>(*watched));
