@@ -62,7 +62,12 @@ std::string OpenWindows::text() const {
 
 OpenWindows OpenWindows::parse(std::string_view text) {
     const auto encoded = QByteArray(text.data(), static_cast<qsizetype>(text.size()));
-    const auto map = QCborValue::fromCbor(QByteArray::fromBase64(encoded)).toMap();
+    QCborParserError error{};
+    const auto value = QCborValue::fromCbor(QByteArray::fromBase64(encoded), &error);
+    if (error.error != QCborError::NoError) {
+        return {}; // what was read so far may be half of a map
+    }
+    const auto map = value.toMap();
     OpenWindows windows{.hasMainWindow = map[QLatin1String(mainWindowKey)].toBool(), .editors = {}};
     const auto drafts = map[QLatin1String(editorsKey)].toArray();
     for (const auto& draft : drafts) {
