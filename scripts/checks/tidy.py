@@ -21,7 +21,8 @@ import tree
 
 PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx\b")
 INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
-ENTRY_POINT = re.compile(r"^int (main|LLVMFuzzerTestOneInput)\(", re.MULTILINE)
+# What each program defines for itself.
+ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
 # The batches. Names at namespace scope are unique in each.

@@ -14,7 +14,7 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint32_t kernelOffset = 8;    // from the kernel's code of a key to that of XKB
+constexpr std::uint32_t offsetOfKernel = 8;  // from the kernel's code of a key to that of XKB
 constexpr std::uint32_t capsLock = 1U << 1U; // as XKB counts modifiers
 constexpr std::uint32_t numLock = 1U << 4U;
 
@@ -140,7 +140,7 @@ void KWinKeyboard::sync() const {
 }
 
 void KWinKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
-    wire_->send(keycode - kernelOffset, isDown);
+    wire_->send(keycode - offsetOfKernel, isDown);
     map().update(keycode, isDown);
 }
 

@@ -29,10 +29,10 @@ std::vector<ListedShortcut> ShortcutSettings::list() const {
     const char* label = nullptr;
     GVariantIter* keys = nullptr;
     while (g_variant_iter_loop(infos, "(&s&s&s&s&s&saiai)", &name, &label, nullptr, nullptr,
-                               nullptr, nullptr, &keys, nullptr)) {
+                               nullptr, nullptr, &keys, nullptr) != FALSE) {
         ListedShortcut shortcut{.name = name, .label = label, .keys = {}};
         int key = 0;
-        while (g_variant_iter_next(keys, "i", &key)) {
+        while (g_variant_iter_next(keys, "i", &key) != FALSE) {
             if (key != 0) {
                 shortcut.keys.push_back(key);
             }

@@ -25,14 +25,14 @@ constexpr int keypad = 0x20000000;
 // Keys by their virtual codes, named after what they write on an American keyboard.
 constexpr std::uint16_t k = 40;
 constexpr std::uint16_t y = 16;
-constexpr std::uint16_t digitOne = 18;
+constexpr std::uint16_t one = 18;
 constexpr std::uint16_t equalsSign = 24;
 constexpr std::uint16_t tab = 48;
 constexpr std::uint16_t space = 49;
 constexpr std::uint16_t f9 = 101;
 constexpr std::uint16_t f14 = 107;
-constexpr std::uint16_t keypadFive = 87;
-constexpr std::uint16_t keypadTimes = 67;
+constexpr std::uint16_t fiveOfKeypad = 87;
+constexpr std::uint16_t timesOfKeypad = 67;
 constexpr std::uint16_t yen = 93;
 constexpr std::uint16_t henkan = 104;
 
@@ -51,8 +51,8 @@ TEST(KeyValuesTest, ALetterIsACapitalWithItsModifiers) {
 }
 
 TEST(KeyValuesTest, AShiftedSignStandsWithoutShift) {
-    EXPECT_THAT(valuesIn("us", {digitOne, control | shift}), ElementsAre(ctrl | '!'));
-    EXPECT_THAT(valuesIn("fr", {digitOne, control | shift}), ElementsAre(ctrl | '1'));
+    EXPECT_THAT(valuesIn("us", {one, control | shift}), ElementsAre(ctrl | '!'));
+    EXPECT_THAT(valuesIn("fr", {one, control | shift}), ElementsAre(ctrl | '1'));
 }
 
 TEST(KeyValuesTest, KeysThatShiftDoesNotChangeKeepIt) {
@@ -78,14 +78,14 @@ TEST(KeyValuesTest, JapaneseKeys) {
 }
 
 TEST(KeyValuesTest, TheKeypadCountsInBothStatesOfNumLock) {
-    EXPECT_THAT(valuesIn("us", {keypadFive, option}, 0, six),
+    EXPECT_THAT(valuesIn("us", {fiveOfKeypad, option}, 0, six),
                 UnorderedElementsAre(keypad | alt | '5', keypad | alt | Qt::Key_Clear));
-    EXPECT_THAT(valuesIn("us", {keypadFive, option}, 0, five),
+    EXPECT_THAT(valuesIn("us", {fiveOfKeypad, option}, 0, five),
                 UnorderedElementsAre(alt | '5', alt | Qt::Key_Clear));
 }
 
 TEST(KeyValuesTest, ModifiersThatChooseTheSymbolAreUsedUp) {
-    EXPECT_THAT(valuesIn("us", {keypadTimes, control | option}, 0, five),
+    EXPECT_THAT(valuesIn("us", {timesOfKeypad, control | option}, 0, five),
                 ElementsAre(Qt::Key_ClearGrab));
 }
 
@@ -105,8 +105,8 @@ TEST(KeyValuesTest, AValueLeadsBackToItsCombination) {
         const KeyValues values(*keymap, layout, six);
         for (const KeyCombination& combination :
              {KeyCombination{k, control | option}, KeyCombination{y, command},
-              KeyCombination{digitOne, control | shift}, KeyCombination{tab, option | shift},
-              KeyCombination{keypadFive, control}, KeyCombination{f9, shift}}) {
+              KeyCombination{one, control | shift}, KeyCombination{tab, option | shift},
+              KeyCombination{fiveOfKeypad, control}, KeyCombination{f9, shift}}) {
             for (const int value : values.valuesOf(combination)) {
                 EXPECT_EQ(values.combinationOf(value), combination) << value;
             }

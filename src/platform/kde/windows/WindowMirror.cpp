@@ -106,7 +106,8 @@ void WindowMirror::add(const char* uuid) {
     auto& record = records_[uuid];
     if (record == nullptr) {
         auto* const proxy = org_kde_plasma_window_management_get_window_by_uuid(management_, uuid);
-        record.reset(new Record{.mirror = *this, .uuid = uuid, .number = ++count_, .proxy = proxy});
+        record = std::make_unique<Record>(
+            Record{.mirror = *this, .uuid = uuid, .number = ++count_, .proxy = proxy});
         listenTo(*record);
     }
 }
