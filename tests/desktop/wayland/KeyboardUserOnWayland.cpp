@@ -121,12 +121,15 @@ void KeyboardUserOnWayland::strikeAndLeave(std::string_view title, const std::st
 // Return is struck repeatedly: a list of completions that is open by then takes the first press.
 void KeyboardUserOnWayland::enterPath(const Accessible& panel, const std::filesystem::path& file) {
     const auto field = focusedIn(panel).value();
-    story.keyboard.strike({"LCTL", "AC01"});
-    for (const auto& keys : strokesFor(file.string())) {
-        story.keyboard.strike(keys);
-    }
-    require([&] { return reader.text(field) == file.string(); },
-            field.role + " has another text: " + reader.text(field));
+    // Meanwhile the panel opens and closes a list of completions, which may lose a key on its way.
+    const auto isTyped = [&] {
+        story.keyboard.strike({"LCTL", "AC01"});
+        for (const auto& keys : strokesFor(file.string())) {
+            story.keyboard.strike(keys);
+        }
+        return waitUntil([&] { return reader.text(field) == file.string(); }, patience / 4);
+    };
+    require(isTyped, field.role + " has another text: " + reader.text(field));
     const auto isTaken = [&] {
         story.keyboard.strike({"RTRN"});
         return waitUntil([&] { return !hasWindow(panel.name); }, patience / 4);

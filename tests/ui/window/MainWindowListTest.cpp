@@ -48,7 +48,7 @@ TEST_F(MainWindowTest, ACombinationThatTheDesktopKeepsIsToldOnItsCard) {
         speak(language);
         open();
         const auto notice = card(1).accessibleDescription();
-        EXPECT_TRUE(notice.contains(language == Language::english ? "The desktop has this"
+        EXPECT_TRUE(notice.contains(language == Language::english ? "The desktop does not"
                                                                   : "デスクトップ"));
         EXPECT_EQ(card(1).hotkeyBadge().toolTip(), notice);
         for (const std::size_t other : {0U, 2U}) {
