@@ -14,29 +14,33 @@ namespace hollowfernpike {
 Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDefaults,
                  qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus,
                  std::string openWindows)
-    : bus_(bus), windowsToReopen_(std::move(openWindows)),
-      desktop_(desktop.open(desktopHost())), services_{
-                                                 .accessibilityTrust = trustPrompt_,
-                                                 .application = application_,
-                                                 .applicationBundles = applicationBundles_,
-                                                 .eventTaps = desktop_->eventTaps(),
-                                                 .fileManager = fileManager_,
-                                                 .loginItem = loginItem_,
-                                                 .mainQueue = mainQueue_,
-                                                 .notificationCenter = notificationCenter_,
-                                                 .runningApplications = runningApplications_,
-                                                 .statusBar = statusBar_,
-                                                 .textComparison = textComparison_,
-                                                 .userDefaults = userDefaults,
-                                                 .windows = desktop_->windows(),
-                                                 .workspace = workspace_,
-                                                 .standardOutput = std::cout,
-                                             } {
+    : bus_(bus), windowsToReopen_(std::move(openWindows)), desktop_(desktop.open(desktopHost())),
+      services_(makeServices(userDefaults)) {
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
     application_.setActivationPolicy(platform::ActivationPolicy::accessory);
     terminationSignals.watch(runLoop_, [this] { application_.terminate(); });
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, [this] { isEnding_ = true; });
+}
+
+platform::Services Program::makeServices(platform::UserDefaults& userDefaults) {
+    return {
+        .accessibilityTrust = trustPrompt_,
+        .application = application_,
+        .applicationBundles = applicationBundles_,
+        .eventTaps = desktop_->eventTaps(),
+        .fileManager = fileManager_,
+        .loginItem = loginItem_,
+        .mainQueue = mainQueue_,
+        .notificationCenter = notificationCenter_,
+        .runningApplications = runningApplications_,
+        .statusBar = statusBar_,
+        .textComparison = textComparison_,
+        .userDefaults = userDefaults,
+        .windows = desktop_->windows(),
+        .workspace = workspace_,
+        .standardOutput = std::cout,
+    };
 }
 
 platform::DesktopHost Program::desktopHost() {

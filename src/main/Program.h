@@ -71,6 +71,7 @@ public:
 
 private:
     platform::DesktopHost desktopHost();
+    platform::Services makeServices(platform::UserDefaults& userDefaults);
     std::string purposeOf(const platform::KeyCombination& combination) const;
     static bool reassign(const platform::KeyCombination& from, const platform::KeyCombination& to);
     void languageDidChange();

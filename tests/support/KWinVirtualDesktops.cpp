@@ -83,8 +83,8 @@ std::vector<std::string> KWinVirtualDesktops::all() {
 
 std::string KWinVirtualDesktops::current() {
     connection_.sync();
-    const auto found = std::ranges::find_if(
-        desktops_, &Desktop::isCurrent, [](const auto& desktop) -> auto& { return *desktop; });
+    const auto found =
+        std::ranges::find_if(desktops_, [](const auto& desktop) { return desktop->isCurrent(); });
     return found == desktops_.end() ? std::string{} : (*found)->identifier();
 }
 
