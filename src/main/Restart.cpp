@@ -28,8 +28,8 @@ void restartProgram(const std::string& program, const std::string& state) {
     environment.push_back(nullptr);
     std::string name = program;
     std::array<char*, 2> words{name.data(), nullptr};
-    const freedesktop::CoreFilesGivenBack
-        users; // the new run remembers what it finds as the user's
+    // The new run takes what it finds for the user's.
+    const freedesktop::CoreFilesGivenBack usersLimit;
     sigset_t none;
     sigemptyset(&none);
     ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
