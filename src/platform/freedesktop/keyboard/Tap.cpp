@@ -1,5 +1,7 @@
 #include "platform/freedesktop/keyboard/Tap.h"
 
+#include "platform/freedesktop/keyboard/KeyNames.h"
+
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
@@ -25,6 +27,12 @@ private:
 };
 
 Tap::Tap() : self_(std::make_shared<Tap*>(this)) {}
+
+platform::KeyEvent Tap::keyDownOf(const platform::KeyCombination& combination) {
+    return {.keyCode = combination.keyCode,
+            .flags = platform::event_flags::nonCoalesced | keyFlags(combination.keyCode) |
+                     combination.modifierFlags};
+}
 
 void Tap::enable(bool enabled) {
     enabled_ = enabled;

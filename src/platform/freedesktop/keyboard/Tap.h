@@ -22,6 +22,11 @@ protected:
     };
 
     Tap();
+
+    /// The event for a combination that the desktop has bound: what a press of it looks like
+    /// without locks.
+    static platform::KeyEvent keyDownOf(const platform::KeyCombination& combination);
+
     bool isLive() const { return isLive_; }
 
     /// Expires when the tap is invalidated: for work that waits in the main queue.

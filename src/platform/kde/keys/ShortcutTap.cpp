@@ -1,7 +1,6 @@
 #include "platform/kde/keys/ShortcutTap.h"
 
 #include "platform/freedesktop/Logging.h"
-#include "platform/freedesktop/keyboard/KeyNames.h"
 
 #include <algorithm>
 #include <utility>
@@ -47,10 +46,14 @@ ShortcutTap::~ShortcutTap() {
 }
 
 void ShortcutTap::setInterest(std::span<const platform::KeyCombination> combinations) {
-    interest_.assign(combinations.begin(), combinations.end());
-    if (isLive()) {
-        bind();
+    interest_.clear();
+    for (const auto& combination : combinations) {
+        interest_[nameOf(combination)] = {
+            .combination = combination,
+            .label = QString::fromStdString(services_.host.purposeOf(combination)),
+            .keys = {}};
     }
+    bindIfLive();
 }
 
 std::vector<platform::KeyCombination> ShortcutTap::refusedCombinations() const {
@@ -119,12 +122,9 @@ void ShortcutTap::findLeftovers() {
 
 ShortcutTap::Actions ShortcutTap::wantedActions() const {
     const auto values = keyValues();
-    Actions actions;
-    for (const auto& combination : interest_) {
-        const auto label = services_.host.purposeOf(combination);
-        actions[nameOf(combination)] = {.combination = combination,
-                                        .label = QString::fromStdString(label),
-                                        .keys = values.valuesOf(combination)};
+    auto actions = interest_;
+    for (auto& [name, action] : actions) {
+        action.keys = values.valuesOf(action.combination);
     }
     return actions;
 }
@@ -188,11 +188,7 @@ void ShortcutTap::onPressed(const QString& name) {
         return;
     }
     services_.presses.countPress();
-    const auto combination = action->second.combination;
-    const platform::KeyEvent event{.keyCode = combination.keyCode,
-                                   .flags = platform::event_flags::nonCoalesced |
-                                            freedesktop::keyFlags(combination.keyCode) |
-                                            combination.modifierFlags};
+    const auto event = keyDownOf(action->second.combination);
     listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
 }
 

@@ -84,7 +84,7 @@ private:
     Listener listener_;
     GlobalShortcuts shortcuts_;
     Layouts layouts_;
-    std::vector<platform::KeyCombination> interest_;
+    Actions interest_;            ///< without keys, which depend on the layout
     Actions actions_;             ///< as KWin has them, by their names
     bool knowsLeftovers_ = false; ///< of an earlier run
     bool isAsking_ = false;       ///< for them

@@ -1,7 +1,6 @@
 #include "platform/sway/keys/BindingTap.h"
 
 #include "platform/freedesktop/Logging.h"
-#include "platform/freedesktop/keyboard/KeyNames.h"
 #include "platform/sway/ipc/Json.h"
 #include "platform/sway/keys/BindingText.h"
 
@@ -109,10 +108,7 @@ void BindingTap::handle(const IpcMessage& event) {
 
 void BindingTap::deliver(const platform::KeyCombination& combination) {
     services_.presses.countPress();
-    const platform::KeyEvent event{.keyCode = combination.keyCode,
-                                   .flags = platform::event_flags::nonCoalesced |
-                                            freedesktop::keyFlags(combination.keyCode) |
-                                            combination.modifierFlags};
+    const auto event = keyDownOf(combination);
     listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
 }
 
