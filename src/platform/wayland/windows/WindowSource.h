@@ -31,6 +31,9 @@ public:
     /// desktop cannot be asked.
     virtual std::optional<std::vector<ListedWindow>> windows() = 0;
 
+    /// The next list is to be asked for anew, if the desktop is asked at all.
+    virtual void refresh() {}
+
     /// Brings these windows forward one after the other and gives the last one the keys. The
     /// desktop shows it if it is minimised and switches to its workspace.
     virtual void activate(std::span<const std::int64_t> numbers) = 0;

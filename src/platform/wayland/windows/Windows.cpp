@@ -65,9 +65,11 @@ std::vector<platform::ClientWindow> Windows::clientWindows() {
 }
 
 bool Windows::bringToFront(std::int32_t processIdentifier) {
-    auto windows = read().value_or(std::vector<ListedWindow>{});
-    std::erase_if(windows,
-                  [&](const auto& window) { return ownerProcessOf(window) != processIdentifier; });
+    auto windows = windowsOf(processIdentifier);
+    if (windows.empty()) {
+        source_.refresh();
+        windows = windowsOf(processIdentifier);
+    }
     if (windows.empty()) {
         return false;
     }
@@ -110,6 +112,13 @@ std::optional<std::vector<ListedWindow>> Windows::read() {
         present.insert(window.number);
     }
     owners_.forget([&](std::int64_t window) { return !present.contains(window); });
+    return windows;
+}
+
+std::vector<ListedWindow> Windows::windowsOf(std::int32_t processIdentifier) {
+    auto windows = source_.windows().value_or(std::vector<ListedWindow>{});
+    std::erase_if(windows,
+                  [&](const auto& window) { return ownerProcessOf(window) != processIdentifier; });
     return windows;
 }
 

@@ -32,6 +32,7 @@ private:
     class Watch;
 
     std::optional<std::vector<ListedWindow>> read();
+    std::vector<ListedWindow> windowsOf(std::int32_t processIdentifier);
     const platform::WindowOwner& ownerOf(const ListedWindow& window);
     void tellLater();
 
