@@ -32,8 +32,8 @@ QStringList acceleratorsOf(const platform::KeyCombination& combination) {
     for (const auto evdev : freedesktop::evdevCodesOf(combination.keyCode)) {
         const int key = evdev + freedesktop::xkbKeyCodeOffset;
         if (key <= largestKey) {
-            accelerators += QStringLiteral("%10x%2").arg(modifiers).arg(key, digits, hexadecimal,
-                                                                        QLatin1Char('0'));
+            accelerators +=
+                modifiers + QStringLiteral("0x%1").arg(key, digits, hexadecimal, QLatin1Char('0'));
         }
     }
     return accelerators;
