@@ -80,8 +80,13 @@ void GnomeKeyboard::lockGroup(std::uint32_t group) {
                       std::to_string(group) + "].activate(false); 0");
 }
 
+// A shell that has gone has nothing left to take.
 void GnomeKeyboard::sync() const {
-    desktop_.evaluate("0");
+    if (GVariant* const answer =
+            call(desktop_.busConnection(), serviceObject, "org.freedesktop.DBus.Properties", "Get",
+                 g_variant_new("(ss)", service, "Version"))) {
+        g_variant_unref(answer);
+    }
 }
 
 void GnomeKeyboard::sendKey(std::uint32_t keycode, bool isDown) {

@@ -10,6 +10,11 @@
 #include "platform/wayland/recorder/FocusedKeysTap.h"
 #include "platform/wayland/windows/Windows.h"
 
+#include <QWindow>
+
+#include <cstdint>
+#include <fstream>
+#include <string>
 #include <utility>
 
 namespace hollowfernpike::gnome {
@@ -36,6 +41,14 @@ private:
     ShellExtension& extension_;
     ShellLaunches& launches_;
 };
+
+/// The shell is the compositor. Its library for compositors is the base of other shells, too.
+bool isShell(std::int32_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name == "gnome-shell";
+}
 
 class Desktop final : public platform::Desktop {
 public:
@@ -64,16 +77,15 @@ private:
     EventTaps eventTaps_{extension_, launches_};
     wayland::Windows windows_{host_, extension_};
     wayland::OwnWindows ownWindows_{wayland::requestWith(
-        [this] { return extension_.beginLaunch({}, ShellExtension::Occasion::other); })};
+        [this](const QWindow& window) { return extension_.allowOwnWindow(window.title()); })};
 };
 
 } // namespace
 
-// GNOME's library for compositors is the base of other shells, too.
 std::unique_ptr<platform::FoundDesktop>
 findDesktop(std::unique_ptr<wayland::Connection>& connection) {
-    if (connection->offeredVersion("gtk_shell1") == 0 || !freedesktop::SessionBus::isKnown() ||
-        !freedesktop::SessionBus::hasOwner("org.gnome.Shell") || !isExtensionInstalled()) {
+    if (!isShell(connection->compositorProcess()) || !freedesktop::SessionBus::isKnown() ||
+        !isExtensionInstalled()) {
         return nullptr;
     }
     return std::make_unique<wayland::FoundDesktop>(
