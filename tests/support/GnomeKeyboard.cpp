@@ -101,8 +101,12 @@ void GnomeKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
 void GnomeKeyboard::waitForMap() const {
     WaylandConnection connection(desktop_.waylandSocket());
     SeatKeymap keymap(connection);
-    if (!waitUntil([&] { return keymap.isThere() && map().isIn(keymap.text()); })) {
-        throw std::runtime_error("GNOME Shell has another keyboard map:\n" + keymap.text());
+    std::string different;
+    const auto isInForce = [&] {
+        return keymap.isThere() && (different = map().differenceFrom(keymap.text())).empty();
+    };
+    if (!waitUntil(isInForce)) {
+        throw std::runtime_error("GNOME Shell has another keyboard map: key " + different);
     }
 }
 
