@@ -67,7 +67,7 @@ std::string KeyboardMap::differenceFrom(const std::string& text) const {
     if (!other) {
         return "all";
     }
-    const auto last = xkb_keymap_max_keycode(keymap_.get());
+    constexpr xkb_keycode_t last = 255; // compositors differ in what they write of later ones
     for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(keymap_.get()); ++layout) {
         for (auto key = xkb_keymap_min_keycode(keymap_.get()); key <= last; ++key) {
             const auto layouts = xkb_keymap_num_layouts_for_key(keymap_.get(), key);
