@@ -139,11 +139,27 @@ void GnomeDesktop::installExtension() const {
     folders_.giveToSessionUser();
 }
 
+bool GnomeDesktop::hasModules() const {
+    constexpr int firstRelease = 45;
+    GVariant* const answer = g_dbus_connection_call_sync(
+        busConnection_.get(), "org.gnome.Shell", "/org/gnome/Shell",
+        "org.freedesktop.DBus.Properties", "Get",
+        g_variant_new("(ss)", "org.gnome.Shell", "ShellVersion"), G_VARIANT_TYPE("(v)"),
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr);
+    if (answer == nullptr) {
+        throw std::runtime_error("GNOME Shell does not tell its version");
+    }
+    GVariant* version = nullptr;
+    g_variant_get(answer, "(v)", &version);
+    const int release = std::stoi(g_variant_get_string(version, nullptr));
+    g_variant_unref(version);
+    g_variant_unref(answer);
+    return release >= firstRelease;
+}
+
 std::string GnomeDesktop::extension() const {
-    constexpr int firstWithModules = 45;
-    const auto version = evaluate("imports.misc.config.PACKAGE_VERSION").get<std::string>();
-    return std::stoi(version) < firstWithModules ? "hollowfernpike-43@hollowfernpike.app"
-                                                 : "hollowfernpike@hollowfernpike.app";
+    return hasModules() ? "hollowfernpike@hollowfernpike.app"
+                        : "hollowfernpike-43@hollowfernpike.app";
 }
 
 void GnomeDesktop::restart() {

@@ -75,6 +75,9 @@ public:
     /// Installs the utility's extension for the user.
     void installExtension() const;
 
+    /// Whether the shell's own scripts, and its extensions, are modules.
+    bool hasModules() const;
+
     /// The identifier of that one of the utility's extensions which this shell can use.
     std::string extension() const;
 
