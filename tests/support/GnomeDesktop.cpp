@@ -65,12 +65,14 @@ std::string toText(bool value) {
 } // namespace
 
 GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
-    : folders_(std::make_shared<TemporaryDirectory>()), settings_(settings),
-      environment_(environmentIn(folders_)), bus_(environment_, BusOwner::sessionUser),
-      busConnection_(connectToBus(bus_.address())) {
+    : folders_(settings.home), settings_(settings), environment_(environmentIn(folders_)),
+      bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
     writeSettings();
+    for (const auto& part : settings.shown) {
+        showOfMachine(part);
+    }
     if (settings.hasExtension) {
         installExtension();
     }
@@ -160,6 +162,14 @@ bool GnomeDesktop::hasModules() const {
 std::string GnomeDesktop::extension() const {
     return hasModules() ? "hollowfernpike@hollowfernpike.app"
                         : "hollowfernpike-43@hollowfernpike.app";
+}
+
+void GnomeDesktop::takePicture(const fs::path& file) const {
+    const auto own = home() / file.filename(); // where the shell may write
+    callOnBus(environment_, {"org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                             "org.gnome.Shell.Screenshot.Screenshot", "false", "false", own});
+    fs::create_directories(file.parent_path());
+    fs::copy_file(own, file, fs::copy_options::overwrite_existing);
 }
 
 void GnomeDesktop::restart() {
