@@ -70,6 +70,9 @@ Q_SIGNALS:
 
     void pressed(const QString& accelerator);
 
+    /// Combinations that were refused may be free by now.
+    void keysFreed();
+
 private:
     Q_SLOT void onPressed(const QDBusMessage& signal);
     Q_SLOT void onWindowsChanged();
