@@ -76,6 +76,8 @@ class Service {
         InhibitShortcutsDialog.prototype._buildLayout = this._buildLayout;
         for (const [settings, handler] of this._keyWatches)
             settings.disconnect(handler);
+        if (this._keysIdle !== 0)
+            GLib.source_remove(this._keysIdle);
         global.display.disconnect(this._pressed);
     }
 
@@ -83,7 +85,19 @@ class Service {
         const source = Gio.SettingsSchemaSource.get_default();
         this._keyWatches = KEY_SCHEMAS.filter(schema => source.lookup(schema, true)).map(schema => {
             const settings = new Gio.Settings({schema_id: schema});
-            return [settings, settings.connect('changed', () => this._tell('KeysFreed', null))];
+            return [settings, settings.connect('changed', () => this._onKeysChanged())];
+        });
+        this._keysIdle = 0;
+    }
+
+    // The shell changes its own grabs in an idle moment, too, but before this one.
+    _onKeysChanged() {
+        if (this._keysIdle !== 0)
+            return;
+        this._keysIdle = GLib.idle_add(GLib.PRIORITY_LOW, () => {
+            this._keysIdle = 0;
+            this._tell('KeysFreed', null);
+            return GLib.SOURCE_REMOVE;
         });
     }
 
