@@ -4,7 +4,6 @@
 #include "platform/kde/TaskBar.h"
 #include "platform/kde/keys/ShortcutTap.h"
 #include "platform/kde/windows/WindowMirror.h"
-#include "platform/kde/windows/Windows.h"
 #include "platform/wayland/ActivationTokens.h"
 #include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
@@ -13,6 +12,7 @@
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 #include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/windows/Windows.h"
 
 #include <QCoreApplication>
 #include <QWindow>
@@ -131,6 +131,10 @@ public:
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
     platform::SystemTray* systemTray() override { return nullptr; }
+    void notePress(const platform::KeyCombination& combination,
+                   const std::string& startupIdentifier) override {
+        tokens_.countPress(combination, startupIdentifier);
+    }
 
 private:
     platform::DesktopHost host_;
@@ -140,7 +144,7 @@ private:
     wayland::ActivationTokens tokens_{*connection_};
     WindowMirror mirror_{*connection_};
     EventTaps eventTaps_{host_, *connection_, keyboard_, tokens_};
-    Windows windows_{host_, mirror_};
+    wayland::Windows windows_{host_, mirror_};
     OwnWindows ownWindows_{tokens_};
 };
 

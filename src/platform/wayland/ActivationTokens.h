@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/EventTap.h"
 #include "platform/LaunchFeedback.h"
 #include "platform/wayland/connection/Connection.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -30,12 +32,23 @@ public:
     std::uint64_t holdCount() override { return presses_; }
 
     /// To be called by taps when the user has pressed a combination.
-    void countPress() { ++presses_; }
+    void countPress() {
+        ++presses_;
+        givenToken_.clear();
+    }
+
+    /// The same for a press that a command stands for. The desktop may repeat the command while the
+    /// keys are held: what follows within a second of the same press counts as a repeat. `token` is
+    /// what the command was given; the next launch gets it.
+    void countPress(const platform::KeyCombination& combination, const std::string& token);
 
 private:
     Connection& connection_;
     xdg_activation_v1* activation_;
     std::uint64_t presses_ = 0;
+    platform::KeyCombination lastCombination_;
+    std::chrono::steady_clock::time_point lastCommand_{};
+    std::string givenToken_;
 };
 
 } // namespace hollowfernpike::wayland

@@ -70,9 +70,9 @@ WindowMirror::~WindowMirror() {
     }
 }
 
-std::vector<WindowMirror::Window> WindowMirror::windows() {
+std::vector<wayland::MirroredWindow> WindowMirror::windows() {
     connection_.dispatchArrived();
-    std::vector<Window> windows;
+    std::vector<wayland::MirroredWindow> windows;
     std::map<std::string_view, std::ptrdiff_t> places; // those that have none yet are at the back
     for (const auto& uuid : backToFront_) {
         places.emplace(uuid, -static_cast<std::ptrdiff_t>(places.size()) - 1);

@@ -30,7 +30,8 @@ protected:
     void listen(uid_t user = ::geteuid()) {
         listener_.emplace(
             socket_, loop_,
-            [this](const InstanceRequest& request) { requests_.push_back(request); }, user);
+            [this](const InstanceRequest& request) { requests_.push_back(request); },
+            [](const InstanceRequest& request) { return request.action != "impossible"; }, user);
     }
 
     /// Repeats the attempt while the listener serves, because its queue may be full.

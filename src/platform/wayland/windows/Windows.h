@@ -4,16 +4,17 @@
 #include "platform/NotificationCenter.h"
 #include "platform/Windows.h"
 #include "platform/freedesktop/owners/OwnerCache.h"
-#include "platform/kde/windows/WindowMirror.h"
+#include "platform/wayland/windows/WindowMirror.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
 
-namespace hollowfernpike::kde {
+namespace hollowfernpike::wayland {
 
-/// The windows that KWin mirrors to us: no question needs an answer from KWin. Main thread only.
+/// The windows that the compositor mirrors to us: no question needs an answer from it. Main thread
+/// only.
 class Windows final : public platform::Windows {
 public:
     /// What `host` refers to and the mirror outlive this object, and this object its subscriptions.
@@ -28,8 +29,8 @@ public:
     std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
 private:
-    std::vector<WindowMirror::Window> read();
-    const platform::WindowOwner& ownerOf(const WindowMirror::Window& window);
+    std::vector<MirroredWindow> read();
+    const platform::WindowOwner& ownerOf(const MirroredWindow& window);
     void tellLater();
 
     platform::MainQueue& mainQueue_;
@@ -40,4 +41,4 @@ private:
     std::shared_ptr<Windows*> self_ = std::make_shared<Windows*>(this);
 };
 
-} // namespace hollowfernpike::kde
+} // namespace hollowfernpike::wayland

@@ -1,10 +1,10 @@
-#include "platform/kde/windows/Windows.h"
+#include "platform/wayland/windows/Windows.h"
 
 #include <algorithm>
 #include <unordered_set>
 #include <utility>
 
-namespace hollowfernpike::kde {
+namespace hollowfernpike::wayland {
 
 namespace {
 
@@ -12,7 +12,7 @@ constexpr std::int32_t ordinaryLayer = 0;
 constexpr std::string_view windowsChanged = "windowsChanged";
 
 /// The process of a window, or a number that stands for a window without one.
-std::int32_t ownerProcessOf(const WindowMirror::Window& window) {
+std::int32_t ownerProcessOf(const MirroredWindow& window) {
     return window.facts.process.value_or(static_cast<std::int32_t>(-window.number));
 }
 
@@ -45,7 +45,7 @@ std::optional<std::vector<platform::WindowInfo>> Windows::copyWindowInfo() {
 
 std::vector<platform::ClientWindow> Windows::clientWindows() {
     auto windows = read();
-    std::ranges::sort(windows, {}, &WindowMirror::Window::number);
+    std::ranges::sort(windows, {}, &MirroredWindow::number);
     std::vector<platform::ClientWindow> result;
     for (const auto& window : windows) {
         result.push_back({.process = ownerProcessOf(window), .owner = ownerOf(window)});
@@ -53,7 +53,7 @@ std::vector<platform::ClientWindow> Windows::clientWindows() {
     return result;
 }
 
-// KWin has no request that raises a window without giving it the keys.
+// There is no request that raises a window without giving it the keys.
 bool Windows::bringToFront(std::int32_t processIdentifier) {
     auto windows = read();
     std::erase_if(windows,
@@ -61,8 +61,8 @@ bool Windows::bringToFront(std::int32_t processIdentifier) {
     if (windows.empty()) {
         return false;
     }
-    if (std::ranges::none_of(windows, &WindowMirror::Window::isVisible)) {
-        const auto best = std::ranges::find_if_not(windows, &WindowMirror::Window::isMinimised);
+    if (std::ranges::none_of(windows, &MirroredWindow::isVisible)) {
+        const auto best = std::ranges::find_if_not(windows, &MirroredWindow::isMinimised);
         mirror_.activate((best == windows.end() ? windows.begin() : best)->number);
         return true;
     }
@@ -78,7 +78,7 @@ std::unique_ptr<platform::Subscription> Windows::watch(std::function<void()> onC
     return changes_.observe(windowsChanged, std::move(onChange));
 }
 
-std::vector<WindowMirror::Window> Windows::read() {
+std::vector<MirroredWindow> Windows::read() {
     auto windows = mirror_.windows();
     std::unordered_set<std::int64_t> present;
     for (const auto& window : windows) {
@@ -88,7 +88,7 @@ std::vector<WindowMirror::Window> Windows::read() {
     return windows;
 }
 
-const platform::WindowOwner& Windows::ownerOf(const WindowMirror::Window& window) {
+const platform::WindowOwner& Windows::ownerOf(const MirroredWindow& window) {
     return owners_.ownerOf(window.number, window.facts);
 }
 
@@ -103,4 +103,4 @@ void Windows::tellLater() {
     }
 }
 
-} // namespace hollowfernpike::kde
+} // namespace hollowfernpike::wayland
