@@ -47,12 +47,17 @@ fs::path socketIn(const fs::path& directory) {
 
 } // namespace
 
-WlrootsDesktop::WlrootsDesktop(WlrootsCompositor kind)
+WlrootsDesktop::WlrootsDesktop(WlrootsCompositor kind, const fs::path& program,
+                               const std::vector<KeyCommand>& commands)
     : kind_(kind), environment_(environmentIn(folders_, kind)),
       bus_(environment_, BusOwner::sessionUser) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
-    configure({});
+    std::string lines;
+    for (const auto& command : commands) {
+        lines += lineOf(command, lend(program)) + '\n';
+    }
+    configure(lines);
     compositor_ = start(kind_ == WlrootsCompositor::labwc
                             ? std::vector<std::string>{"labwc"}
                             : std::vector<std::string>{"sway", "--config", configurationFile()},
@@ -89,6 +94,14 @@ std::unique_ptr<ChildProcess> WlrootsDesktop::start(const std::vector<std::strin
 fs::path WlrootsDesktop::configurationFile() const {
     return home() / ".config" /
            (kind_ == WlrootsCompositor::labwc ? "labwc/rc.xml" : "sway/config");
+}
+
+std::string WlrootsDesktop::lineOf(const KeyCommand& command, const fs::path& program) const {
+    const auto line = program.string() + ' ' + command.arguments;
+    return kind_ == WlrootsCompositor::labwc
+               ? "<keybind key=\"" + command.labwcKey + R"("><action name="Execute" command=")" +
+                     line + "\"/></keybind>"
+               : "bindcode " + command.swayKey + " exec " + line;
 }
 
 void WlrootsDesktop::configure(const std::string& lines) const {

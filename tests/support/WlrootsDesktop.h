@@ -15,6 +15,13 @@ namespace hollowfernpike::test {
 /// Compositors on the library wlroots, all of which run commands by key combinations.
 enum class WlrootsCompositor { labwc, sway };
 
+/// A combination that runs a command.
+struct KeyCommand {
+    std::string labwcKey;  ///< the combination as the attribute of a line of labwc's configuration
+    std::string swayKey;   ///< the same for the command "bindcode"
+    std::string arguments; ///< of the program, as a shell reads them
+};
+
 /// A whole private session on such a compositor: home directory, session bus and a screen that
 /// nobody looks at, none of them shared with the desktop that the tests run on. Programs are not
 /// told of sway's socket. There is no keyboard until there is a VirtualKeyboard.
@@ -23,9 +30,10 @@ enum class WlrootsCompositor { labwc, sway };
 /// user's: start programs with start(), and only from where that user finds them.
 class WlrootsDesktop {
 public:
-    /// Ready for clients on return; throws std::runtime_error with what the compositor says if it
-    /// does not get there.
-    explicit WlrootsDesktop(WlrootsCompositor kind);
+    /// The configuration has these commands run the program. Ready for clients on return; throws
+    /// std::runtime_error with what the compositor says if it does not get there.
+    WlrootsDesktop(WlrootsCompositor kind, const std::filesystem::path& program,
+                   const std::vector<KeyCommand>& commands);
 
     WlrootsCompositor kind() const { return kind_; }
     const std::filesystem::path& home() const { return folders_.home(); }
@@ -56,6 +64,7 @@ public:
 private:
     std::filesystem::path configurationFile() const;
     std::string controlSocket() const { return folders_.runtime() / "sway.sock"; }
+    std::string lineOf(const KeyCommand& command, const std::filesystem::path& program) const;
     void configure(const std::string& lines) const;
     bool isReady();
 

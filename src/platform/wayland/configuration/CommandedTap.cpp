@@ -12,7 +12,7 @@ void CommandedTap::setInterest(std::span<const platform::KeyCombination> combina
 }
 
 void CommandedTap::start() {
-    qCDebug(freedesktop::keysLog, "presses of %zu combinations may come by commands", count_);
+    qCDebug(freedesktop::keysLog, "to be pressed by commands: bound %zu combinations", count_);
 }
 
 } // namespace hollowfernpike::wayland

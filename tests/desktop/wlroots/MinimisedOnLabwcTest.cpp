@@ -1,0 +1,45 @@
+#include "desktop/wlroots/WlrootsSession.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+/// sway does not minimise windows.
+class MinimisedOnLabwcTest : public testing::Test {
+protected:
+    WlrootsStory story{WlrootsCompositor::labwc};
+    Application& target = story.open("Target");
+    Application& front = story.open("Front");
+};
+
+TEST_F(MinimisedOnLabwcTest, AMinimisedWindowComesBackAndNoSecondOneIsOpened) {
+    const auto process = target.copies().at(0);
+    story.place().toplevels.minimise(process);
+    ASSERT_TRUE(waitUntil([&] { return story.place().toplevels.isMinimised(process); }));
+    ASSERT_TRUE(story.switchTo(front));
+    story.bind(bound, target);
+    story.startUtility();
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_FALSE(story.place().toplevels.isMinimised(process));
+    EXPECT_TRUE(story.getsKeys(target));
+    EXPECT_EQ(target.starts(), 1);
+}
+
+TEST_F(MinimisedOnLabwcTest, TheWindowThatWasUsedLastComesForward) {
+    auto& second = story.install("Second", {.windowClass = "Target"});
+    second.start();
+    ASSERT_TRUE(story.isInFront(second));
+    story.bind(bound, target);
+    story.startUtility();
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(second));
+}
+
+} // namespace
+} // namespace hollowfernpike
