@@ -70,6 +70,17 @@ TEST_F(CommandedKeysTest, PressesBringApplicationsForwardHoweverTheyAreWritten) 
     EXPECT_EQ(target.starts() + other.starts() + last.starts(), 3);
 }
 
+TEST_F(CommandedKeysTest, AnApplicationThatDoesNotRunIsLaunchedOnce) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    ASSERT_TRUE(story.getsKeys(front));
+    story.strike(bound);
+    ASSERT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(story.brings(target, front, bound)) << "running by now";
+    EXPECT_EQ(target.starts(), 1);
+}
+
 TEST_F(CommandedKeysTest, WithTheLinesThatItTellsTheCompositorBindsTheList) {
     auto& target = story.open("Target");
     auto& quote = story.open("Quote");
