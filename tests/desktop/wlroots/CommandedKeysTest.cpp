@@ -1,5 +1,6 @@
 #include "desktop/wayland/OnWayland.h"
 #include "desktop/wlroots/WlrootsSession.h"
+#include "support/Files.h"
 #include "support/Leaks.h"
 #include "support/WaitUntil.h"
 
@@ -116,9 +117,7 @@ TEST_F(CommandedKeysTest, AShortcutOfALaterListCountsAtOnce) {
     story.startUtility();
     ASSERT_EQ(runPress("Ctrl+Alt+J")->wait(), 1);
     story.bind(another, target);
-    story.writeShortcuts();
-    story.launchUtility();
-    ASSERT_TRUE(story.bindsAgain(0));
+    story.startUtility();
     EXPECT_TRUE(story.brings(target, front, another));
 }
 
@@ -163,6 +162,19 @@ TEST_F(CommandedKeysTest, AHeldKeyStartsOneCopyThatStaysInFront) {
     EXPECT_TRUE(story.getsKeys(slow));
     EXPECT_EQ(slow.starts(), 1);
     EXPECT_TRUE(story.nobodySaw(bound));
+}
+
+TEST_F(CommandedKeysTest, WhatTheDesktopGaveTheCommandGoesToTheApplicationThatItLaunches) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    const auto press =
+        session.start({story.program(), "--press", "⌃⌥L"}, {{"XDG_ACTIVATION_TOKEN", "given"}});
+    ASSERT_EQ(press->wait(), 0) << press->errors();
+    ASSERT_TRUE(story.isInFront(target));
+    const auto process = std::to_string(target.copies().at(0));
+    EXPECT_THAT(contentsOf("/proc/" + process + "/environ"),
+                HasSubstr("XDG_ACTIVATION_TOKEN=given"));
 }
 
 TEST_F(CommandedKeysTest, OtherKeysReachTheWindowInFront) {

@@ -49,8 +49,10 @@ std::optional<InstanceRequest> decoded(std::string_view text) {
     text.remove_prefix(form.size());
     auto action = takeLine(text);
     auto startupIdentifier = takeLine(text);
-    auto parameter = text.empty() ? std::string{} : takeLine(text);
-    if (!action || action->empty() || !startupIdentifier || !parameter || !text.empty()) {
+    const bool hasParameter = !text.empty();
+    auto parameter = hasParameter ? takeLine(text) : std::string{};
+    if (!action || action->empty() || !startupIdentifier || !parameter ||
+        parameter->empty() == hasParameter || !text.empty()) {
         return std::nullopt;
     }
     return InstanceRequest{std::move(*action), std::move(*startupIdentifier),
