@@ -19,7 +19,7 @@ namespace hollowfernpike {
 
 namespace {
 
-constexpr QSize initialSize(640, 360);
+constexpr QSize initialSize(840, 320); // most lines fit
 
 QLabel* addText(QVBoxLayout& layout) {
     auto* label = new QLabel;

@@ -1,7 +1,9 @@
 #include "desktop/wlroots/WlrootsSession.h"
 #include "support/WaitUntil.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +18,12 @@ protected:
     WlrootsStory story{WlrootsCompositor::labwc};
     Application& target = story.open("Target");
     Application& front = story.open("Front");
+
+    std::string titleInFront() const {
+        const auto windows = story.pager.windows();
+        const auto found = std::ranges::find(windows, true, &PagerWindow::isFocused);
+        return found == windows.end() ? std::string{} : found->title;
+    }
 };
 
 TEST_F(MinimisedOnLabwcTest, AMinimisedWindowComesBackAndNoSecondOneIsOpened) {
@@ -42,6 +50,7 @@ TEST_F(MinimisedOnLabwcTest, OfTwoWindowsThatWhichWasUsedLastComesForward) {
     story.startUtility();
     ASSERT_TRUE(story.switchTo(front));
     story.strike(bound);
+    EXPECT_TRUE(waitUntil([&] { return titleInFront() == second.name(); })) << titleInFront();
     EXPECT_TRUE(story.getsKeys(second));
     EXPECT_EQ(target.starts(), 1);
 }
