@@ -15,7 +15,6 @@
 #include "platform/wayland/windows/Windows.h"
 
 #include <QCoreApplication>
-#include <QWindow>
 
 #include <utility>
 
@@ -74,19 +73,13 @@ private:
 class OwnWindows final : public wayland::OwnWindows {
 public:
     explicit OwnWindows(wayland::ActivationTokens& tokens)
-        : wayland::OwnWindows([this](const QWindow&) {
-              const auto token =
-                  tokens_.begin({.name = "Hollowfernpike",
-                                 .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
-                                 .entryPath = {},
-                                 .program = {},
-                                 .windowClass = {}});
-              if (!token.empty()) {
-                  useActivationToken(token);
-              }
-              return false; // the request itself is the same as on any Wayland desktop
-          }),
-          tokens_(tokens) {}
+        : wayland::OwnWindows(wayland::requestWith([&tokens] {
+              return tokens.begin({.name = "Hollowfernpike",
+                                   .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
+                                   .entryPath = {},
+                                   .program = {},
+                                   .windowClass = {}});
+          })) {}
 
     void setShownInTaskBar(std::uintptr_t native, bool shown) override {
         if (auto* const window = wayland::windowWith(native)) {
@@ -95,7 +88,6 @@ public:
     }
 
 private:
-    wayland::ActivationTokens& tokens_;
     TaskBar taskBar_;
 };
 

@@ -16,6 +16,7 @@
 #include <limits>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 namespace hollowfernpike::freedesktop {
 
@@ -25,6 +26,7 @@ using namespace std::chrono_literals;
 
 constexpr auto firstPause = 250ms;
 constexpr auto longestPause = 32s;
+constexpr auto longestAnswer = 1s;
 
 constexpr int noTimeLimit = std::numeric_limits<int>::max(); // DBUS_TIMEOUT_INFINITE of libdbus
 
@@ -40,6 +42,23 @@ bool isUsable(std::string_view addresses) {
         addresses.remove_prefix(end + 1);
     }
     return false;
+}
+
+/// The toolkit's own waits never end if the bus ends meanwhile.
+QVariant answerTo(const QDBusMessage& question, const QDBusConnection& connection) {
+    constexpr auto pause = 100us;
+    const auto deadline = std::chrono::steady_clock::now() + longestAnswer;
+    const auto call = connection.asyncCall(question, noTimeLimit);
+    while (!call.isFinished() && connection.isConnected() &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(pause);
+    }
+    const auto reply = call.reply();
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        qCDebug(busLog) << question.member() << reply.errorName() << reply.errorMessage();
+        return {};
+    }
+    return reply.arguments().value(0);
 }
 
 void tell(const SessionBus::Answer& answer, const QDBusMessage& reply) {
@@ -63,6 +82,17 @@ bool SessionBus::isKnown() {
     std::error_code unknown;
     // Not status(): libdbus does not follow a link at this path, and would start a bus.
     return directory && is_socket(std::filesystem::symlink_status(*directory / "bus", unknown));
+}
+
+bool SessionBus::hasOwner(const QString& name) {
+    const auto connectionName = QStringLiteral("question");
+    auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                   "org.freedesktop.DBus", "NameHasOwner");
+    question << name;
+    const auto answer = answerTo(
+        question, QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName));
+    QDBusConnection::disconnectFromBus(connectionName);
+    return answer.toBool();
 }
 
 SessionBus::SessionBus() : connection_(QDBusConnection::sessionBus()) {
@@ -91,7 +121,10 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     });
 }
 
-// Not QDBusPendingCall::waitForFinished(): it never returns if the bus ends meanwhile.
+QVariant SessionBus::ask(const QDBusMessage& message) const {
+    return answerTo(message, connection_);
+}
+
 bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const {
     QEventLoop loop;
     const QDBusPendingCallWatcher watcher(call);

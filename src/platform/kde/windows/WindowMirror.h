@@ -2,11 +2,13 @@
 
 #include "platform/kde/windows/VirtualDesktops.h"
 #include "platform/wayland/connection/Connection.h"
-#include "platform/wayland/windows/WindowMirror.h"
+#include "platform/wayland/windows/WindowSource.h"
 
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,7 +20,7 @@ namespace hollowfernpike::kde {
 /// The windows of the session as KWin tells of them all the time
 /// (org_kde_plasma_window_management). It tells only programs whose desktop entry asks for that.
 /// Main thread only.
-class WindowMirror final : public wayland::WindowMirror {
+class WindowMirror final : public wayland::WindowSource {
 public:
     /// Asks for all windows and waits until they are there. The connection outlives this object.
     explicit WindowMirror(wayland::Connection& connection);
@@ -26,9 +28,13 @@ public:
     WindowMirror& operator=(const WindowMirror&) = delete;
     ~WindowMirror() override;
 
-    bool isGranted() const override { return management_ != nullptr; }
-    std::vector<wayland::MirroredWindow> windows() override;
-    void activate(std::int64_t number) override;
+    /// Whether KWin tells us of windows.
+    bool isGranted() const { return management_ != nullptr; }
+
+    /// No question needs an answer from KWin.
+    std::optional<std::vector<wayland::ListedWindow>> windows() override;
+
+    void activate(std::span<const std::int64_t> numbers) override;
 
 private:
     struct Record;

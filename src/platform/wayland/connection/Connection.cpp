@@ -80,7 +80,11 @@ bool Connection::readGlobals() {
 }
 
 std::uint32_t Connection::offeredVersion(const wl_interface& interface) const {
-    const auto found = globals_.find(std::string_view{interface.name});
+    return offeredVersion(interface.name);
+}
+
+std::uint32_t Connection::offeredVersion(std::string_view interface) const {
+    const auto found = globals_.find(interface);
     return found == globals_.end() ? 0 : found->second.version;
 }
 

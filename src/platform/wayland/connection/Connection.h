@@ -38,6 +38,7 @@ public:
 
     /// The version of the global of that interface; 0 if the compositor does not offer it.
     std::uint32_t offeredVersion(const wl_interface& interface) const;
+    std::uint32_t offeredVersion(std::string_view interface) const;
 
     /// A proxy for the global of that interface, of `version` at most; null if the compositor does
     /// not offer it. The caller destroys it before the connection.

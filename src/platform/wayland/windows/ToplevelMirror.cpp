@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <span>
-#include <string_view>
 #include <utility>
 
 #include <wayland-client-protocol.h>
@@ -13,13 +12,6 @@ namespace hollowfernpike::wayland {
 namespace {
 
 constexpr std::uint32_t managerVersion = 3;
-
-/// No text that identifies an application is longer; a client may send any.
-constexpr std::size_t longestText = 1024;
-
-std::string bounded(const char* text) {
-    return std::string(std::string_view(text).substr(0, longestText));
-}
 
 bool contains(const wl_array& states, std::uint32_t state) {
     const std::span all(static_cast<const std::uint32_t*>(states.data),
@@ -72,7 +64,10 @@ ToplevelMirror::~ToplevelMirror() {
     }
 }
 
-std::vector<MirroredWindow> ToplevelMirror::windows() {
+std::optional<std::vector<ListedWindow>> ToplevelMirror::windows() {
+    if (!isGranted()) {
+        return std::nullopt;
+    }
     connection_.dispatchArrived();
     std::vector<const Record*> known;
     for (const auto& [number, record] : records_) {
@@ -81,7 +76,7 @@ std::vector<MirroredWindow> ToplevelMirror::windows() {
         }
     }
     std::ranges::stable_sort(known, std::ranges::greater{}, &Record::lastActivation);
-    std::vector<MirroredWindow> windows;
+    std::vector<ListedWindow> windows;
     for (const auto* const record : known) {
         windows.push_back(
             {.number = record->number, .facts = record->facts, .isMinimised = record->isMinimised});
@@ -89,9 +84,11 @@ std::vector<MirroredWindow> ToplevelMirror::windows() {
     return windows;
 }
 
-void ToplevelMirror::activate(std::int64_t number) {
-    if (const auto found = records_.find(number); found != records_.end()) {
-        activate(*found->second);
+void ToplevelMirror::activate(std::span<const std::int64_t> numbers) {
+    for (const auto number : numbers) {
+        if (const auto found = records_.find(number); found != records_.end()) {
+            activate(*found->second);
+        }
     }
 }
 
@@ -116,11 +113,11 @@ void ToplevelMirror::add(zwlr_foreign_toplevel_handle_v1* handle) {
         using Handle = zwlr_foreign_toplevel_handle_v1;
         zwlr_foreign_toplevel_handle_v1_listener events{};
         events.title = [](void* data, Handle*, const char* title) {
-            recordOf(data).title = bounded(title);
+            recordOf(data).title = boundedText(title);
         };
         events.app_id = [](void* data, Handle*, const char* identifier) {
             auto& facts = recordOf(data).facts;
-            facts.className = facts.desktopFile = bounded(identifier);
+            facts.className = facts.desktopFile = boundedText(identifier);
         };
         events.output_enter = [](void*, Handle*, wl_output*) {};
         events.output_leave = [](void*, Handle*, wl_output*) {};
@@ -163,7 +160,7 @@ void ToplevelMirror::remove(const Record& record) {
     tellChange();
 }
 
-void ToplevelMirror::activate(Record& record) const {
+void ToplevelMirror::activate(const Record& record) const {
     if (seat_ == nullptr) {
         return;
     }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/wayland/connection/Connection.h"
-#include "platform/wayland/windows/WindowMirror.h"
+#include "platform/wayland/windows/WindowSource.h"
 
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,7 +20,7 @@ namespace hollowfernpike::wayland {
 /// The windows of the session by wlr-foreign-toplevel-management, which tells of neither processes
 /// nor workspaces nor what lies above what. "Front to back" is the order in which the windows had
 /// the focus. Main thread only.
-class ToplevelMirror final : public WindowMirror {
+class ToplevelMirror final : public WindowSource {
 public:
     /// Asks for all windows and waits until they are there. The connection outlives this object.
     /// `ownApplication` is the identifier of our own windows.
@@ -27,9 +29,10 @@ public:
     ToplevelMirror& operator=(const ToplevelMirror&) = delete;
     ~ToplevelMirror() override;
 
-    bool isGranted() const override { return manager_ != nullptr && seat_ != nullptr; }
-    std::vector<MirroredWindow> windows() override;
-    void activate(std::int64_t number) override;
+    /// No question needs an answer of the compositor.
+    std::optional<std::vector<ListedWindow>> windows() override;
+
+    void activate(std::span<const std::int64_t> numbers) override;
 
     /// Activates our own window with this title, at once or as soon as the compositor tells of it.
     /// Whether it is there already.
@@ -38,10 +41,12 @@ public:
 private:
     struct Record;
 
+    bool isGranted() const { return manager_ != nullptr && seat_ != nullptr; }
+
     void add(zwlr_foreign_toplevel_handle_v1* handle);
     void settle(Record& record);
     void remove(const Record& record);
-    void activate(Record& record) const;
+    void activate(const Record& record) const;
     void tellChange() const;
 
     Connection& connection_;
