@@ -11,6 +11,7 @@
 #include "platform/freedesktop/launching/OwnEnvironment.h"
 #include "platform/gnome/Desktop.h"
 #include "platform/kde/Desktop.h"
+#include "platform/portal/Desktop.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
 #include "platform/sway/Desktop.h"
@@ -54,6 +55,7 @@ constexpr WaylandKind waylandKinds[] = {
     {sway::findDesktop},
     {kde::findDesktop, true},
     {gnome::findDesktop, true},
+    {portal::findDesktop},
     {wayland::findUnknownDesktop},
 };
 

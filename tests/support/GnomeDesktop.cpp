@@ -5,7 +5,9 @@
 #include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
+#include <array>
 #include <csignal>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 
@@ -21,7 +23,17 @@ constexpr const char* socketName = "wayland-0";
 constexpr const char* extensions =
     "['hollowfernpike@hollowfernpike.app', 'hollowfernpike-43@hollowfernpike.app']";
 
-Environment environmentIn(const SessionFolders& folders) {
+constexpr std::array partsOfPortal{
+    "dbus-1/services/org.freedesktop.portal.Desktop.service",
+    "dbus-1/services/org.freedesktop.impl.portal.PermissionStore.service",
+    "dbus-1/services/org.freedesktop.impl.portal.desktop.gnome.service",
+    "dbus-1/services/org.gnome.Settings.GlobalShortcutsProvider.service", "xdg-desktop-portal"};
+
+/// The bus knows the services that are there when it starts.
+Environment environmentIn(const SessionFolders& folders, bool hasPortal) {
+    for (const auto* part : hasPortal ? std::span(partsOfPortal) : std::span<const char* const>{}) {
+        folders.showOfMachine(part);
+    }
     auto environment = folders.environment();
     for (const char* foreign : {"DISPLAY", "XAUTHORITY", "SWAYSOCK"}) {
         environment[foreign] = std::nullopt;
@@ -66,8 +78,8 @@ std::string toText(bool value) {
 
 GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
     : folders_(std::make_shared<TemporaryDirectory>()), settings_(settings),
-      environment_(environmentIn(folders_)), bus_(environment_, BusOwner::sessionUser),
-      busConnection_(connectToBus(bus_.address())) {
+      environment_(environmentIn(folders_, settings.hasPortal)),
+      bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
     writeSettings();

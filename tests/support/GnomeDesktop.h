@@ -22,6 +22,7 @@ struct GnomeSettings {
     bool hasExtension = true;     ///< the utility's, installed for the user
     bool enablesExtension = true; ///< as the user's settings have it
     bool allowsExtensions = true; ///< as the switch for all of them has it
+    bool hasPortal = false;       ///< GNOME's portal for programs, with all that it needs
 };
 
 /// A whole private session on GNOME Shell: home directory, session bus and a screen that nobody

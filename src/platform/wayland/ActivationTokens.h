@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 struct xdg_activation_v1;
 
@@ -31,10 +32,11 @@ public:
     bool mayOpenBehind() override { return true; }
     std::uint64_t holdCount() override { return presses_; }
 
-    /// To be called by taps when the user has pressed a combination.
-    void countPress() {
+    /// To be called by taps when the user has pressed a combination. `token` is what the desktop
+    /// gave for what follows; the next launch gets it.
+    void countPress(std::string token = {}) {
         ++presses_;
-        givenToken_.clear();
+        givenToken_ = std::move(token);
     }
 
     /// The same for a press that a command stands for. The desktop may repeat the command while the
