@@ -52,11 +52,8 @@ struct WaylandKind {
 
 /// In the order in which they are looked for.
 constexpr WaylandKind waylandKinds[] = {
-    {sway::findDesktop},
-    {kde::findDesktop, true},
-    {gnome::findDesktop, true},
-    {portal::findDesktop},
-    {wayland::findUnknownDesktop},
+    {sway::findDesktop},   {kde::findDesktop, true},      {gnome::findDesktop, true},
+    {portal::findDesktop}, {wayland::findUnknownDesktop},
 };
 
 /// What to tell the user if there is none of these.
