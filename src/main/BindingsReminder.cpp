@@ -38,7 +38,7 @@ std::string joined(const std::vector<std::string>& lines) {
 } // namespace
 
 BindingsReminder::BindingsReminder(platform::Desktop& desktop, platform::UserDefaults& userDefaults,
-                                   std::string program)
+                                   const std::string& program)
     : desktop_(desktop), userDefaults_(userDefaults), program_(callable(program)) {}
 
 void BindingsReminder::update() {

@@ -16,7 +16,7 @@ class BindingsReminder {
 public:
     /// Both outlive this. `program` is the path of our program.
     BindingsReminder(platform::Desktop& desktop, platform::UserDefaults& userDefaults,
-                     std::string program);
+                     const std::string& program);
 
     /// To be called once the list of shortcuts is there, and when it or the language has changed.
     void update();

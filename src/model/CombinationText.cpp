@@ -92,7 +92,7 @@ std::uint64_t flagOf(std::string_view word) {
             return modifier.flag;
         }
     }
-    const auto other = std::ranges::find_if(otherWords, [word](const OtherWord& entry) {
+    const auto* const other = std::ranges::find_if(otherWords, [word](const OtherWord& entry) {
         return isSameButForCapitals(word, entry.word);
     });
     return other == otherWords.end() ? 0 : other->flag;
@@ -148,7 +148,7 @@ private:
         if (const auto code = KeyCodeMapper::keyCode(name)) {
             return *code;
         }
-        const auto other = std::ranges::find_if(otherNames, [name](const OtherName& entry) {
+        const auto* const other = std::ranges::find_if(otherNames, [name](const OtherName& entry) {
             return isSameButForCapitals(name, entry.name);
         });
         if (other == otherNames.end()) {

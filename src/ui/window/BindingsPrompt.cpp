@@ -19,7 +19,7 @@ namespace hollowfernpike {
 
 namespace {
 
-constexpr QSize initialSize(840, 320); // most lines fit
+constexpr QSize sizeForLines(840, 320); // most fit
 
 QLabel* addText(QVBoxLayout& layout) {
     auto* label = new QLabel;
@@ -39,8 +39,9 @@ void BindingsPrompt::show(const platform::ManualBindings& bindings) {
     if (window_ == nullptr) {
         build();
     }
-    const auto message = localized("ショートカットキーをデスクトップに設定してください",
-                                   "Shortcuts have to be bound in the settings of your desktop");
+    const auto* const message =
+        localized("ショートカットキーをデスクトップに設定してください",
+                  "Shortcuts have to be bound in the settings of your desktop");
     const auto explanation =
         QString::fromStdString(localized(bindings.reason.japanese(), bindings.reason.english()));
     window_->setAccessibleName(message);
@@ -68,7 +69,7 @@ void BindingsPrompt::close() {
 void BindingsPrompt::build() {
     window_ = std::make_unique<QDialog>();
     window_->setWindowTitle("Hollowfernpike");
-    window_->resize(initialSize);
+    window_->resize(sizeForLines);
     auto* layout = new QVBoxLayout(window_.get());
     message_ = addText(*layout);
     auto bold = message_->font();
