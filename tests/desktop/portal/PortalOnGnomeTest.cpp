@@ -1,6 +1,6 @@
 #include "desktop/gnome/GnomeSession.h"
 #include "desktop/wayland/WaylandStory.h"
-#include "support/OwnProcesses.h"
+#include "support/SessionBus.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
@@ -69,6 +69,16 @@ protected:
                    : testing::AssertionFailure() << "the dialog stays";
     }
 
+    /// Kills the portal's process, which the session bus has started.
+    bool killPortal() {
+        const auto answer = callOnBus(story.session().environment(),
+                                      {"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                       "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                                       "org.freedesktop.portal.Desktop"}); // "(uint32 123,)"
+        const auto number = answer.find_first_of("0123456789", answer.find(' '));
+        return ::kill(static_cast<pid_t>(std::stoi(answer.substr(number))), SIGKILL) == 0;
+    }
+
     testing::AssertionResult hasBound(std::size_t count) {
         const auto line = "bound " + std::to_string(count) + " combinations";
         return waitUntil([&] { return story.utility().errors().find(line) != std::string::npos; })
@@ -90,6 +100,71 @@ TEST_F(PortalOnGnomeTest, WhatTheUserGrantsLaunchesOnceAndIsSwallowed) {
     EXPECT_TRUE(story.getsKeys(target));
     EXPECT_EQ(target.starts(), 1);
     EXPECT_TRUE(story.passes(front, another.keys()));
+}
+
+TEST_F(PortalOnGnomeTest, WhatWasGrantedIsNotAskedForAgain) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    start();
+    ASSERT_TRUE(answerDialog(true));
+    ASSERT_TRUE(hasBound(1));
+    story.utility().signal(SIGTERM);
+    ASSERT_EQ(story.utility().wait(), 0) << story.utilityTells();
+    story.launchUtility();
+    ASSERT_TRUE(hasBound(1));
+    EXPECT_FALSE(dialogIsOpen());
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+}
+
+TEST_F(PortalOnGnomeTest, WhatTheUserDeniesCountsAsRefusedAndReachesTheWindowInFront) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    start();
+    ASSERT_TRUE(answerDialog(false));
+    ASSERT_TRUE(hasBound(0));
+    EXPECT_THAT(story.utility().errors(), HasSubstr("not granted by the desktop: 37-786432"));
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    EXPECT_EQ(target.starts(), 0);
+}
+
+TEST_F(PortalOnGnomeTest, AfterThePortalHasEndedTheCombinationsAreBoundAgain) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    start();
+    ASSERT_TRUE(answerDialog(true));
+    ASSERT_TRUE(hasBound(1));
+    const auto before = story.bindings();
+    ASSERT_TRUE(killPortal());
+    ASSERT_TRUE(story.bindsAgain(before));
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    EXPECT_TRUE(story.isInFront(target));
+}
+
+TEST_F(PortalOnGnomeTest, AnApplicationThatRunsIsAskedByItsEntryToShowItself) {
+    auto& single = story.open("Single", {.options = {"--single"}});
+    story.pager.close(single.copies().at(0));
+    ASSERT_TRUE(waitUntil([&] { return !story.pager.windowOf(single.copies().at(0)); }));
+    story.bind(bound, single);
+    start();
+    ASSERT_TRUE(answerDialog(true));
+    ASSERT_TRUE(hasBound(1));
+    ASSERT_TRUE(story.switchTo(front));
+    story.strike(bound);
+    EXPECT_TRUE(waitUntil([&] { return single.windows().size() == 2; }));
+    EXPECT_TRUE(waitUntil([&] { return single.copies().size() == 1; }));
+}
+
+TEST_F(PortalOnGnomeTest, WithoutItsEntryTheProgramSaysWhatIsMissing) {
+    story.bind(bound, story.install("Target"));
+    story.writeShortcuts();
+    story.launchUtility();
+    EXPECT_TRUE(waitUntil([&] {
+        return story.utility().errors().find(
+                   "there is no app.hollowfernpike.Hollowfernpike.desktop") != std::string::npos;
+    })) << story.utilityTells();
 }
 
 } // namespace
