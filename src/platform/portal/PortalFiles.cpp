@@ -103,7 +103,7 @@ std::string portalFor(std::string_view interface, std::string_view session) {
         std::error_code isMissing;
         for (const auto& entry :
              fs::directory_iterator(folder / "xdg-desktop-portal/portals", isMissing)) {
-            const auto name = entry.path().stem().string();
+            auto name = entry.path().stem().string();
             const auto keys = keysIn(entry.path());
             const auto users = listOf(keys, "UseIn");
             const bool isForUs =
