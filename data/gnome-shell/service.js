@@ -24,6 +24,10 @@ const INTERFACE = `<node><interface name="${NAME}">
     <arg name="time" type="u" direction="in"/>
     <arg name="token" type="s" direction="out"/>
   </method>
+  <method name="AllowOwnWindow">
+    <arg name="title" type="s" direction="in"/>
+    <arg name="token" type="s" direction="out"/>
+  </method>
   <method name="EndLaunch"><arg name="token" type="s" direction="in"/></method>
   <signal name="Pressed">
     <arg name="accelerator" type="s"/>
@@ -108,9 +112,13 @@ class Service {
         this._buildLayout = buildLayout;
         dialogs._buildLayout = function (...args) {
             buildLayout.apply(this, args);
-            if (service._clientProcess > 0 && this._window.get_pid() === service._clientProcess)
+            if (service._isClients(this._window))
                 this._dialog.open = () => this._emitResponse(Meta.InhibitShortcutsDialogResponse.ALLOW);
         };
+    }
+
+    _isClients(window) {
+        return this._clientProcess > 0 && window.get_pid() === this._clientProcess;
     }
 
     SetAcceleratorsAsync([accelerators], invocation) {
@@ -131,6 +139,10 @@ class Service {
 
     BeginLaunchAsync([desktopFileId, time], invocation) {
         this._answer(invocation, '(s)', () => [this._beginLaunch(desktopFileId, time)]);
+    }
+
+    AllowOwnWindowAsync([title], invocation) {
+        this._answer(invocation, '(s)', () => [this._allowOwnWindow(title)]);
     }
 
     EndLaunchAsync([token], invocation) {
@@ -217,8 +229,7 @@ class Service {
             ? tracker.connect('tracked-windows-changed', () => this._tell('WindowsChanged', null)) : 0;
     }
 
-    // From back to front; the last one gets the keys. Without a time it is for something other than a
-    // key press that the user wants the windows now.
+    // From back to front; the last one gets the keys. There is no time before the first key press.
     _activateWindows(numbers, time) {
         const windows = new Map(this._windows().map(window => [window.get_stable_sequence(), window]));
         const chosen = numbers.map(number => windows.get(number)).filter(window => window);
@@ -232,11 +243,27 @@ class Service {
     // The shell shows a start-up notice for what it knows by an entry.
     _beginLaunch(desktopFileId, time) {
         const app = Shell.AppSystem.get_default().lookup_app(desktopFileId);
+        return this._tokenFor(app, time, global.workspace_manager.get_active_workspace());
+    }
+
+    // A token moves a window to its workspace. The user is to go to that of the window instead.
+    _allowOwnWindow(title) {
+        const here = global.workspace_manager.get_active_workspace();
+        const own = this._windows()
+            .filter(window => this._isClients(window) && window.get_title() === title);
+        const isHere = own.some(window => window.located_on_workspace(here));
+        const workspace = isHere ? here : own[0]?.get_workspace() ?? here;
+        const time = global.display.get_current_time_roundtrip();
+        if (workspace !== here)
+            workspace.activate(time);
+        return this._tokenFor(null, time, workspace);
+    }
+
+    _tokenFor(app, time, workspace) {
         const info = app?.get_app_info() ??
             Gio.AppInfo.create_from_commandline('true', null, Gio.AppInfoCreateFlags.NONE);
-        const context = global.create_app_launch_context(
-            time || global.display.get_current_time_roundtrip(), -1);
-        return context.get_startup_notify_id(info, []) ?? '';
+        return global.create_app_launch_context(time, workspace.index())
+            .get_startup_notify_id(info, []) ?? '';
     }
 
     _endLaunch(token) {

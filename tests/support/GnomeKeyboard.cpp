@@ -80,8 +80,13 @@ void GnomeKeyboard::lockGroup(std::uint32_t group) {
                       std::to_string(group) + "].activate(false); 0");
 }
 
+// A shell that has gone has nothing left to take.
 void GnomeKeyboard::sync() const {
-    desktop_.evaluate("0");
+    if (GVariant* const answer =
+            call(desktop_.busConnection(), serviceObject, "org.freedesktop.DBus.Properties", "Get",
+                 g_variant_new("(ss)", service, "Version"))) {
+        g_variant_unref(answer);
+    }
 }
 
 void GnomeKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
@@ -96,8 +101,12 @@ void GnomeKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
 void GnomeKeyboard::waitForMap() const {
     WaylandConnection connection(desktop_.waylandSocket());
     SeatKeymap keymap(connection);
-    if (!waitUntil([&] { return keymap.isThere() && map().isIn(keymap.text()); })) {
-        throw std::runtime_error("GNOME Shell has another keyboard map:\n" + keymap.text());
+    std::string different;
+    const auto isInForce = [&] {
+        return keymap.isThere() && (different = map().differenceFrom(keymap.text())).empty();
+    };
+    if (!waitUntil(isInForce)) {
+        throw std::runtime_error("GNOME Shell has another keyboard map: key " + different);
     }
 }
 

@@ -59,25 +59,26 @@ std::string KeyboardMap::text() const {
     return text.get();
 }
 
-bool KeyboardMap::isIn(const std::string& text) const {
+std::string KeyboardMap::differenceFrom(const std::string& text) const {
     const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> other(
         xkb_keymap_new_from_string(context_.get(), text.c_str(), XKB_KEYMAP_FORMAT_TEXT_V1,
                                    XKB_KEYMAP_COMPILE_NO_FLAGS),
         &xkb_keymap_unref);
     if (!other) {
-        return false;
+        return "all";
     }
-    const auto last = xkb_keymap_max_keycode(keymap_.get());
+    constexpr xkb_keycode_t last = 255; // compositors differ in what they write of later ones
     for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(keymap_.get()); ++layout) {
         for (auto key = xkb_keymap_min_keycode(keymap_.get()); key <= last; ++key) {
             const auto layouts = xkb_keymap_num_layouts_for_key(keymap_.get(), key);
             if (layout < layouts &&
                 symbolsOf(*keymap_, key, layout) != symbolsOf(*other, key, layout)) {
-                return false;
+                const char* const name = xkb_keymap_key_get_name(keymap_.get(), key);
+                return name == nullptr ? "one without a name" : name;
             }
         }
     }
-    return true;
+    return {};
 }
 
 void KeyboardMap::update(std::uint32_t keycode, bool isDown) {

@@ -32,9 +32,9 @@ public:
     /// The map as compositors hand it to their clients.
     std::string text() const;
 
-    /// Whether a map in that form has the same layouts, in which all keys write the same. It may
-    /// have further layouts.
-    bool isIn(const std::string& text) const;
+    /// The name of a key of keyboards that writes something else in a map in that form, which may
+    /// have further layouts; empty if there is none.
+    std::string differenceFrom(const std::string& text) const;
 
     void update(std::uint32_t keycode, bool isDown);
     void lockGroup(std::uint32_t group);

@@ -10,6 +10,8 @@
 #include "platform/wayland/recorder/FocusedKeysTap.h"
 #include "platform/wayland/windows/Windows.h"
 
+#include <QWindow>
+
 #include <utility>
 
 namespace hollowfernpike::gnome {
@@ -69,16 +71,16 @@ private:
     EventTaps eventTaps_{extension_, launches_};
     wayland::Windows windows_{host_, extension_};
     wayland::OwnWindows ownWindows_{wayland::requestWith(
-        [this] { return extension_.beginLaunch({}, ShellExtension::Occasion::other); })};
+        [this](const QWindow& window) { return extension_.allowOwnWindow(window.title()); })};
 };
 
 } // namespace
 
-// GNOME's library for compositors is the base of other shells, too.
+// The shell's library for compositors is the base of other shells, too.
 std::unique_ptr<platform::FoundDesktop>
 findDesktop(std::unique_ptr<wayland::Connection>& connection) {
-    if (connection->offeredVersion("gtk_shell1") == 0 || !freedesktop::SessionBus::isKnown() ||
-        !freedesktop::SessionBus::hasOwner("org.gnome.Shell") || !isExtensionInstalled()) {
+    if (connection->compositorName() != "gnome-shell" || !freedesktop::SessionBus::isKnown() ||
+        !isExtensionInstalled()) {
         return nullptr;
     }
     return std::make_unique<wayland::FoundDesktop>(

@@ -103,15 +103,18 @@ void ShellExtension::activate(std::span<const std::int64_t> numbers) {
     tell("ActivateWindows", {QVariant::fromValue(list), lastPress_});
 }
 
-std::string ShellExtension::beginLaunch(const std::string& identifier, Occasion occasion) const {
-    const uint time = occasion == Occasion::press ? lastPress_ : 0;
-    return ask("BeginLaunch", {QString::fromStdString(identifier + ".desktop"), time})
+std::string ShellExtension::beginLaunch(const std::string& identifier) const {
+    return ask("BeginLaunch", {QString::fromStdString(identifier + ".desktop"), lastPress_})
         .toString()
         .toStdString();
 }
 
 void ShellExtension::endLaunch(const std::string& token) {
     tell("EndLaunch", {QString::fromStdString(token)});
+}
+
+std::string ShellExtension::allowOwnWindow(const QString& title) const {
+    return ask("AllowOwnWindow", {title}).toString().toStdString();
 }
 
 void ShellExtension::onPressed(const QDBusMessage& signal) {

@@ -53,19 +53,18 @@ public:
     /// since then.
     void activate(std::span<const std::int64_t> numbers) override;
 
-    /// What the user wants to start by.
-    enum class Occasion : unsigned char {
-        press, ///< the last one
-        other, ///< now
-    };
-
-    /// The activation token of a launch; empty if there is none. Waits as windows() does. The shell
-    /// tells the user that the application starts if it knows the identifier.
-    std::string beginLaunch(const std::string& identifier, Occasion occasion) const;
+    /// The activation token of a launch by the last press; empty if there is none. Waits as
+    /// windows() does. The shell tells the user that the application starts if it knows the
+    /// identifier.
+    std::string beginLaunch(const std::string& identifier) const;
     void endLaunch(const std::string& token);
 
     /// What follows happens in the name of a press whose time is not known.
     void forgetPressTime() { lastPress_ = 0; }
+
+    /// The activation token by which a window of ours comes to the front now; switches to its
+    /// workspace. Empty if there is none; waits as windows() does.
+    std::string allowOwnWindow(const QString& title) const;
 
 Q_SIGNALS:
     /// It is there, or there anew: it binds nothing yet.

@@ -15,8 +15,7 @@ public:
     explicit ShellLaunches(ShellExtension& extension) : extension_(extension) {}
 
     std::string begin(const platform::StartingApplication& application) override {
-        return extension_.beginLaunch(application.announces ? application.bundleIdentifier : "",
-                                      ShellExtension::Occasion::press);
+        return extension_.beginLaunch(application.announces ? application.bundleIdentifier : "");
     }
     void end(const std::string& identifier) override { extension_.endLaunch(identifier); }
 

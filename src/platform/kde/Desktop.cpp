@@ -73,7 +73,7 @@ private:
 class OwnWindows final : public wayland::OwnWindows {
 public:
     explicit OwnWindows(wayland::ActivationTokens& tokens)
-        : wayland::OwnWindows(wayland::requestWith([&tokens] {
+        : wayland::OwnWindows(wayland::requestWith([&tokens](const QWindow& /*window*/) {
               return tokens.begin({.name = "Hollowfernpike",
                                    .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
                                    .entryPath = {},

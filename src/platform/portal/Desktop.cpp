@@ -30,11 +30,9 @@ constexpr const char* shortcutsInterface = "org.freedesktop.impl.portal.GlobalSh
 /// Whether the portal with this name can bind keys here. That of GNOME serves in sessions on other
 /// compositors, too, but GNOME's shell alone knows the keys. That of Hyprland leaves them to the
 /// user's configuration.
-bool bindsKeysHere(const std::string& portal) {
-    if (portal == "gnome") {
-        return freedesktop::SessionBus::hasOwner("org.gnome.Shell");
-    }
-    return !portal.empty() && portal != "hyprland";
+bool bindsKeysHere(const std::string& portal, const std::string& compositor) {
+    return !portal.empty() && portal != "hyprland" &&
+           (portal != "gnome" || compositor == "gnome-shell");
 }
 
 /// Active taps by the portal, of which there may be one at a time; listen-only ones on our own
@@ -125,7 +123,7 @@ std::unique_ptr<platform::FoundDesktop>
 findDesktop(std::unique_ptr<wayland::Connection>& connection) {
     const char* const session = std::getenv("XDG_CURRENT_DESKTOP");
     if (session == nullptr || !freedesktop::SessionBus::isKnown() ||
-        !bindsKeysHere(portalFor(shortcutsInterface, session))) {
+        !bindsKeysHere(portalFor(shortcutsInterface, session), connection->compositorName())) {
         return nullptr;
     }
     return std::make_unique<wayland::FoundDesktop>(

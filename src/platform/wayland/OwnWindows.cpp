@@ -17,9 +17,9 @@ void keepForNextRequest(const std::string& token) {
 
 } // namespace
 
-BringForward requestWith(std::function<std::string()> token) {
-    return [token = std::move(token)](const QWindow& /*window*/) {
-        if (const auto fresh = token(); !fresh.empty()) {
+BringForward requestWith(std::function<std::string(const QWindow&)> token) {
+    return [token = std::move(token)](const QWindow& window) {
+        if (const auto fresh = token(window); !fresh.empty()) {
             keepForNextRequest(fresh);
         }
         return false;

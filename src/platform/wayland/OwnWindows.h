@@ -14,7 +14,7 @@ using BringForward = std::function<bool(const QWindow&)>;
 
 /// For a desktop that gives activation tokens at any time: has the next request carry one of them,
 /// and leaves it to that. `token` may return an empty text.
-BringForward requestWith(std::function<std::string()> token);
+BringForward requestWith(std::function<std::string(const QWindow&)> token);
 
 /// Our own windows on a Wayland desktop. Main thread only.
 class OwnWindows : public platform::OwnWindows {

@@ -13,7 +13,6 @@
 #include "platform/wayland/windows/Windows.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <utility>
 
 #include <QGuiApplication>
@@ -35,14 +34,6 @@ public:
         return std::make_unique<FocusedKeysTap>(callback, userInfo);
     }
 };
-
-/// What the kernel calls the compositor's process; empty if that is not known.
-std::string processName(std::int32_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
-}
 
 /// The names that the session gives itself, separated by colons.
 std::string sessionNames() {
@@ -72,7 +63,7 @@ public:
 
     std::optional<platform::ManualBindings>
     manualBindings(std::span<const platform::BoundCommand> commands) override {
-        return bindingLines(processName(connection_->compositorProcess()), sessionNames(),
+        return bindingLines(connection_->compositorName(), sessionNames(),
                             keyboard_.keymap(), commands);
     }
 

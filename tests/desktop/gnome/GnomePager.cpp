@@ -6,9 +6,9 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr const char* allWindows =
-    "const windows = global.get_window_actors().map(actor => actor.meta_window)"
-    "  .filter(window => !window.is_override_redirect());";
+constexpr const char* allWindows = "const windows = global.display.sort_windows_by_stacking("
+                                   "  global.get_window_actors().map(actor => actor.meta_window)"
+                                   "    .filter(window => !window.is_override_redirect()));";
 
 } // namespace
 
@@ -43,13 +43,6 @@ std::string GnomePager::workspace() const {
 void GnomePager::goToWorkspace(const std::string& name) const {
     desktop_.evaluate("global.workspace_manager.get_workspace_by_index(" + name +
                       ").activate(global.display.get_current_time_roundtrip()); 0");
-}
-
-std::vector<std::string> GnomePager::stack() const {
-    return desktop_
-        .evaluate(std::string{allWindows} + "global.display.sort_windows_by_stacking(windows)"
-                                            "  .map(window => window.title)")
-        .get<std::vector<std::string>>();
 }
 
 void GnomePager::tellWindows(pid_t process, const std::string& request) const {

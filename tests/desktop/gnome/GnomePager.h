@@ -15,6 +15,7 @@ class GnomePager final : public WaylandPager {
 public:
     explicit GnomePager(const GnomeDesktop& desktop) : desktop_(desktop) {}
 
+    /// Back to front.
     std::vector<PagerWindow> windows() const override;
 
     void focus(pid_t process) const override { tellWindows(process, activation); }
@@ -32,9 +33,6 @@ public:
     void goToWorkspace(const std::string& name) const override;
 
     void minimize(pid_t process) const { tellWindows(process, "window.minimize()"); }
-
-    /// Titles from back to front.
-    std::vector<std::string> stack() const;
 
 private:
     static constexpr const char* activation =

@@ -44,23 +44,6 @@ bool isUsable(std::string_view addresses) {
     return false;
 }
 
-/// The toolkit's own waits never end if the bus ends meanwhile.
-QVariant answerTo(const QDBusMessage& question, const QDBusConnection& connection) {
-    constexpr auto pause = 100us;
-    const auto deadline = std::chrono::steady_clock::now() + longestAnswer;
-    const auto call = connection.asyncCall(question, noTimeLimit);
-    while (!call.isFinished() && connection.isConnected() &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(pause);
-    }
-    const auto reply = call.reply();
-    if (reply.type() != QDBusMessage::ReplyMessage) {
-        qCDebug(busLog) << question.member() << reply.errorName() << reply.errorMessage();
-        return {};
-    }
-    return reply.arguments().value(0);
-}
-
 void tell(const SessionBus::Answer& answer, const QDBusMessage& reply) {
     if (reply.type() == QDBusMessage::ErrorMessage) {
         qCDebug(busLog) << reply.errorName() << reply.errorMessage();
@@ -82,17 +65,6 @@ bool SessionBus::isKnown() {
     std::error_code unknown;
     // Not status(): libdbus does not follow a link at this path, and would start a bus.
     return directory && is_socket(std::filesystem::symlink_status(*directory / "bus", unknown));
-}
-
-bool SessionBus::hasOwner(const QString& name) {
-    const auto connectionName = QStringLiteral("question");
-    auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                   "org.freedesktop.DBus", "NameHasOwner");
-    question << name;
-    const auto answer = answerTo(
-        question, QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName));
-    QDBusConnection::disconnectFromBus(connectionName);
-    return answer.toBool();
 }
 
 SessionBus::SessionBus() : connection_(QDBusConnection::sessionBus()) {
@@ -121,8 +93,21 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     });
 }
 
+// The toolkit's own waits never end if the bus ends meanwhile.
 QVariant SessionBus::ask(const QDBusMessage& message) const {
-    return answerTo(message, connection_);
+    constexpr auto pause = 100us;
+    const auto deadline = std::chrono::steady_clock::now() + longestAnswer;
+    const auto call = connection_.asyncCall(message, noTimeLimit);
+    while (!call.isFinished() && connection_.isConnected() &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(pause);
+    }
+    const auto reply = call.reply();
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        qCDebug(busLog) << message.member() << reply.errorName() << reply.errorMessage();
+        return {};
+    }
+    return reply.arguments().value(0);
 }
 
 bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const {

@@ -27,10 +27,6 @@ public:
     /// transports do not count: connecting to them could start a bus or take long.
     static bool isKnown();
 
-    /// Whether anybody owns the name on the session bus. Connects for that alone and waits for the
-    /// answer; needs no main loop. Only to be called if isKnown().
-    static bool hasOwner(const QString& name);
-
     /// Connects, and blocks until that is done. Only to be made if isKnown(): otherwise the toolkit
     /// starts a bus.
     SessionBus();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -64,6 +65,13 @@ std::int32_t Connection::compositorProcess() const {
                                                                                    : 0;
 }
 
+std::string Connection::compositorName() const {
+    std::ifstream file("/proc/" + std::to_string(compositorProcess()) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name;
+}
+
 bool Connection::readGlobals() {
     static constexpr wl_registry_listener listener{
         .global =
@@ -80,11 +88,7 @@ bool Connection::readGlobals() {
 }
 
 std::uint32_t Connection::offeredVersion(const wl_interface& interface) const {
-    return offeredVersion(interface.name);
-}
-
-std::uint32_t Connection::offeredVersion(std::string_view interface) const {
-    const auto found = globals_.find(interface);
+    const auto found = globals_.find(std::string_view{interface.name});
     return found == globals_.end() ? 0 : found->second.version;
 }
 

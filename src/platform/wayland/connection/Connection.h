@@ -36,9 +36,11 @@ public:
     /// The process identifier of the compositor; 0 if it is not known.
     std::int32_t compositorProcess() const;
 
+    /// What the kernel calls that process, such as "labwc"; empty if it is not known.
+    std::string compositorName() const;
+
     /// The version of the global of that interface; 0 if the compositor does not offer it.
     std::uint32_t offeredVersion(const wl_interface& interface) const;
-    std::uint32_t offeredVersion(std::string_view interface) const;
 
     /// A proxy for the global of that interface, of `version` at most; null if the compositor does
     /// not offer it. The caller destroys it before the connection.
