@@ -97,6 +97,7 @@ void ShortcutsPortal::release() {
     request_.clear();
     const auto session = std::exchange(session_, {});
     if (connection_ && !session.path().isEmpty()) {
+        ++sessions_;
         connection_->asyncCall(
             QDBusMessage::createMethodCall(service, session.path(), sessionInterface, "Close"));
     }
@@ -135,7 +136,7 @@ void ShortcutsPortal::introduce() {
 }
 
 void ShortcutsPortal::createSession() {
-    const auto token = QStringLiteral("session%1").arg(++count_);
+    const auto token = QStringLiteral("session%1").arg(sessions_);
     request("CreateSession", {}, {{"session_handle_token", token}},
             [this](const QVariantMap& results) {
                 session_ = QDBusObjectPath(results.value("session_handle").toString());
