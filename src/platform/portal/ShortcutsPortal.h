@@ -86,7 +86,8 @@ private:
     QDBusObjectPath session_; ///< empty while there is none
     QString request_;         ///< the last part of the path of the request under way
     Results onResults_;       ///< of that request
-    unsigned count_ = 0;      ///< of requests, sessions and connections so far
+    unsigned sessions_ = 0; ///< that we have given back; one that was lost is asked for by its name
+    unsigned count_ = 0;    ///< of requests and connections so far
 };
 
 } // namespace hollowfernpike::portal
