@@ -135,15 +135,21 @@ void ShortcutsPortal::introduce() {
          });
 }
 
+// When the front end of the portal has ended, its other side still holds the keys for the session
+// that was lost. It gives them up when it is asked for a session of that name, which it refuses.
 void ShortcutsPortal::createSession() {
+    const bool mayBeRefused = std::exchange(hasLostSession_, false);
     const auto token = QStringLiteral("session%1").arg(sessions_);
     request("CreateSession", {}, {{"session_handle_token", token}},
-            [this](const QVariantMap& results) {
+            [this, mayBeRefused](const QVariantMap& results) {
                 session_ = QDBusObjectPath(results.value("session_handle").toString());
-                if (session_.path().isEmpty()) {
-                    Q_EMIT bound({});
-                } else {
+                if (!session_.path().isEmpty()) {
                     bindInSession();
+                } else if (mayBeRefused) {
+                    ++sessions_;
+                    createSession();
+                } else {
+                    Q_EMIT bound({});
                 }
             });
 }
@@ -190,7 +196,7 @@ void ShortcutsPortal::onClosed(const QDBusMessage& signal) {
 
 void ShortcutsPortal::lose() {
     qCDebug(freedesktop::keysLog, "the portal binds nothing any more");
-    session_ = {};
+    hasLostSession_ = !std::exchange(session_, {}).path().isEmpty();
     request_.clear();
     Q_EMIT lost();
 }

@@ -86,8 +86,9 @@ private:
     QDBusObjectPath session_; ///< empty while there is none
     QString request_;         ///< the last part of the path of the request under way
     Results onResults_;       ///< of that request
-    unsigned sessions_ = 0; ///< that we have given back; one that was lost is asked for by its name
-    unsigned count_ = 0;    ///< of requests and connections so far
+    unsigned sessions_ = 0;   ///< so far, less those that were lost
+    bool hasLostSession_ = false;
+    unsigned count_ = 0; ///< of requests and connections so far
 };
 
 } // namespace hollowfernpike::portal
