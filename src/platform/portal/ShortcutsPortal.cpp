@@ -142,8 +142,9 @@ void ShortcutsPortal::createSession() {
     const auto token = QStringLiteral("session%1").arg(sessions_);
     request("CreateSession", {}, {{"session_handle_token", token}},
             [this, mayBeRefused](const QVariantMap& results) {
-                session_ = QDBusObjectPath(results.value("session_handle").toString());
-                if (!session_.path().isEmpty()) {
+                const auto handle = results.value("session_handle").toString();
+                if (!handle.isEmpty()) {
+                    session_ = QDBusObjectPath(handle);
                     bindInSession();
                 } else if (mayBeRefused) {
                     ++sessions_;
