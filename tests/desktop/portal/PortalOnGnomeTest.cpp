@@ -1,5 +1,8 @@
+#include "desktop/editor/ScreenReader.h"
 #include "desktop/gnome/GnomeSession.h"
 #include "desktop/wayland/WaylandStory.h"
+#include "desktop/windows/WindowTitles.h"
+#include "support/Leaks.h"
 #include "support/SessionBus.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
@@ -155,6 +158,30 @@ TEST_F(PortalOnGnomeTest, AnApplicationThatRunsIsAskedByItsEntryToShowItself) {
     story.strike(bound);
     EXPECT_TRUE(waitUntil([&] { return single.windows().size() == 2; }));
     EXPECT_TRUE(waitUntil([&] { return single.copies().size() == 1; }));
+}
+
+TEST_F(PortalOnGnomeTest, WhatIsDeletedIsGivenBackAndTheRestStays) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.bind(another, target);
+    start();
+    ASSERT_TRUE(answerDialog(true));
+    ASSERT_TRUE(hasBound(2));
+    ScreenReader reader(story.session().bus().address());
+    const auto second = story.session().start({story.program()}, Environment{leaksAllowed()});
+    ASSERT_EQ(second->wait(), 0) << second->errors();
+    const auto window = reader.find("frame", japaneseTitles.management);
+    const auto before = story.bindings();
+    reader.press(reader.find(window, "push button", "削除")); // of the first card
+    const auto question =
+        reader.find("alert message", "「Target」のショートカットを削除しますか？");
+    reader.press(reader.find(question, "push button", "削除"));
+    ASSERT_TRUE(story.bindsAgain(before));
+    ASSERT_TRUE(hasBound(1));
+    EXPECT_FALSE(dialogIsOpen());
+    EXPECT_TRUE(story.passes(front, bound.keys()));
+    story.strike(another);
+    EXPECT_TRUE(story.isInFront(target));
 }
 
 TEST_F(PortalOnGnomeTest, WithoutItsEntryTheProgramSaysWhatIsMissing) {
