@@ -63,8 +63,8 @@ public:
 
     std::optional<platform::ManualBindings>
     manualBindings(std::span<const platform::BoundCommand> commands) override {
-        return bindingLines(connection_->compositorName(), sessionNames(),
-                            keyboard_.keymap(), commands);
+        return bindingLines(connection_->compositorName(), sessionNames(), keyboard_.keymap(),
+                            commands);
     }
 
 private:
