@@ -5,9 +5,7 @@
 #include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
-#include <array>
 #include <csignal>
-#include <span>
 #include <sstream>
 #include <stdexcept>
 
@@ -23,17 +21,7 @@ constexpr const char* socketName = "wayland-0";
 constexpr const char* extensions =
     "['hollowfernpike@hollowfernpike.app', 'hollowfernpike-43@hollowfernpike.app']";
 
-constexpr std::array partsOfPortal{
-    "dbus-1/services/org.freedesktop.portal.Desktop.service",
-    "dbus-1/services/org.freedesktop.impl.portal.PermissionStore.service",
-    "dbus-1/services/org.freedesktop.impl.portal.desktop.gnome.service",
-    "dbus-1/services/org.gnome.Settings.GlobalShortcutsProvider.service", "xdg-desktop-portal"};
-
-/// The bus knows the services that are there when it starts.
-Environment environmentIn(const SessionFolders& folders, bool hasPortal) {
-    for (const auto* part : hasPortal ? std::span(partsOfPortal) : std::span<const char* const>{}) {
-        folders.showOfMachine(part);
-    }
+Environment environmentIn(const SessionFolders& folders) {
     auto environment = folders.environment();
     for (const char* foreign : {"DISPLAY", "XAUTHORITY", "SWAYSOCK"}) {
         environment[foreign] = std::nullopt;
@@ -77,12 +65,14 @@ std::string toText(bool value) {
 } // namespace
 
 GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
-    : folders_(std::make_shared<TemporaryDirectory>()), settings_(settings),
-      environment_(environmentIn(folders_, settings.hasPortal)),
+    : folders_(settings.home), settings_(settings), environment_(environmentIn(folders_)),
       bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
     writeSettings();
+    for (const auto& part : settings.shown) {
+        showOfMachine(part);
+    }
     if (settings.hasExtension) {
         installExtension();
     }
@@ -94,14 +84,7 @@ std::string GnomeDesktop::waylandSocket() const {
 }
 
 fs::path GnomeDesktop::lend(const fs::path& file) const {
-    if (!hasSessionUser()) {
-        return file;
-    }
-    auto copy = ground_.path() / "lent" / file.filename();
-    fs::create_directories(copy.parent_path());
-    fs::copy_file(file, copy, fs::copy_options::skip_existing);
-    giveToSessionUser(ground_.path());
-    return copy;
+    return lendToSessionUser(file, ground_.path());
 }
 
 std::unique_ptr<ChildProcess> GnomeDesktop::start(const std::vector<std::string>& commandLine,
@@ -151,11 +134,35 @@ void GnomeDesktop::installExtension() const {
     folders_.giveToSessionUser();
 }
 
+bool GnomeDesktop::hasModules() const {
+    constexpr int firstRelease = 45;
+    GVariant* const answer = g_dbus_connection_call_sync(
+        busConnection_.get(), "org.gnome.Shell", "/org/gnome/Shell",
+        "org.freedesktop.DBus.Properties", "Get",
+        g_variant_new("(ss)", "org.gnome.Shell", "ShellVersion"), G_VARIANT_TYPE("(v)"),
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr);
+    if (answer == nullptr) {
+        throw std::runtime_error("GNOME Shell does not tell its version");
+    }
+    GVariant* version = nullptr;
+    g_variant_get(answer, "(v)", &version);
+    const int release = std::stoi(g_variant_get_string(version, nullptr));
+    g_variant_unref(version);
+    g_variant_unref(answer);
+    return release >= firstRelease;
+}
+
 std::string GnomeDesktop::extension() const {
-    constexpr int firstWithModules = 45;
-    const auto version = evaluate("imports.misc.config.PACKAGE_VERSION").get<std::string>();
-    return std::stoi(version) < firstWithModules ? "hollowfernpike-43@hollowfernpike.app"
-                                                 : "hollowfernpike@hollowfernpike.app";
+    return hasModules() ? "hollowfernpike@hollowfernpike.app"
+                        : "hollowfernpike-43@hollowfernpike.app";
+}
+
+void GnomeDesktop::takePicture(const fs::path& file) const {
+    const auto own = home() / file.filename(); // where the shell may write
+    callOnBus(environment_, {"org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                             "org.gnome.Shell.Screenshot.Screenshot", "false", "false", own});
+    fs::create_directories(file.parent_path());
+    fs::copy_file(own, file, fs::copy_options::overwrite_existing);
 }
 
 void GnomeDesktop::restart() {

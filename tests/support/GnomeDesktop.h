@@ -19,10 +19,11 @@ namespace hollowfernpike::test {
 /// How a session on GNOME begins.
 struct GnomeSettings {
     KeyboardLayout layout = {};
-    bool hasExtension = true;     ///< the utility's, installed for the user
-    bool enablesExtension = true; ///< as the user's settings have it
-    bool allowsExtensions = true; ///< as the switch for all of them has it
-    bool hasPortal = false;       ///< GNOME's portal for programs, with all that it needs
+    bool hasExtension = true;                      ///< the utility's, installed for the user
+    bool enablesExtension = true;                  ///< as the user's settings have it
+    bool allowsExtensions = true;                  ///< as the switch for all of them has it
+    std::vector<std::filesystem::path> shown = {}; ///< see showOfMachine()
+    Home home = std::make_shared<TemporaryDirectory>();
 };
 
 /// A whole private session on GNOME Shell: home directory, session bus and a screen that nobody
@@ -40,6 +41,9 @@ public:
     const std::filesystem::path& home() const { return folders_.home(); }
     std::filesystem::path dataHome() const { return folders_.dataHome(); }
     std::filesystem::path applications() const { return folders_.applications(); }
+
+    /// Has the session see this file or folder below the machine's /usr/share, too.
+    void showOfMachine(const std::filesystem::path& part) const { folders_.showOfMachine(part); }
 
     /// What a program needs in its environment to live in this session.
     const Environment& environment() const { return environment_; }
@@ -76,8 +80,14 @@ public:
     /// Installs the utility's extension for the user.
     void installExtension() const;
 
+    /// Whether the shell's own scripts, and its extensions, are modules.
+    bool hasModules() const;
+
     /// The identifier of that one of the utility's extensions which this shell can use.
     std::string extension() const;
+
+    /// Writes a picture of the whole screen, in the format PNG.
+    void takePicture(const std::filesystem::path& file) const;
 
     /// Kills the shell and starts it anew in the same session.
     void restart();

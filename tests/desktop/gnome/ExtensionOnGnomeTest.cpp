@@ -54,17 +54,23 @@ TEST_F(ExtensionOnGnomeTest, SwitchedOffItGivesTheKeysBackAndSwitchedOnItHasThem
 }
 
 TEST_F(ExtensionOnGnomeTest, LeavesNothingBehindInTheShell) {
-    const std::string traces =
-        "const dialogs = imports.ui.inhibitShortcutsDialog.InhibitShortcutsDialog.prototype;"
-        "[dialogs._buildLayout.toString(), Object.keys(Main.wm._allowedKeybindings).filter("
-        "  name => Main.wm._allowedKeybindings[name] !== 0).length]";
-    const auto shell43 = story.desktop.extension().find("-43@") != std::string::npos;
-    if (!shell43) {
-        GTEST_SKIP();
-    }
-    const auto with = story.desktop.evaluate(traces);
+    const std::string module =
+        story.desktop.hasModules()
+            ? "import('resource:///org/gnome/shell/ui/inhibitShortcutsDialog.js')"
+            : "Promise.resolve(imports.ui.inhibitShortcutsDialog)";
+    const auto traces = [&] {
+        story.desktop.evaluate(module + ".then(dialogs => global.hfpTraces = [dialogs."
+                                        "InhibitShortcutsDialog.prototype._buildLayout.toString(),"
+                                        "  Object.values(Main.wm._allowedKeybindings)"
+                                        "    .filter(modes => modes !== 0).length]); 0");
+        EXPECT_TRUE(waitUntil(
+            [&] { return story.desktop.evaluate("global.hfpTraces !== undefined").get<bool>(); }));
+        return story.desktop.evaluate(
+            "const traces = global.hfpTraces; delete global.hfpTraces; traces");
+    };
+    const auto with = traces();
     tellShell("DisableExtension");
-    const auto without = story.desktop.evaluate(traces);
+    const auto without = traces();
     EXPECT_THAT(with[0].get<std::string>(), HasSubstr("service"));
     EXPECT_THAT(without[0].get<std::string>(), Not(HasSubstr("service")));
     EXPECT_EQ(with[1].get<int>(), without[1].get<int>() + 1);

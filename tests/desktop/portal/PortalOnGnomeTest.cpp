@@ -8,6 +8,7 @@
 #include "support/WriteFile.h"
 
 #include <csignal>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -20,12 +21,22 @@ namespace {
 using namespace test;
 using testing::HasSubstr;
 
+/// The bus knows the portal, its other side and the dialog.
+GnomeSettings withPortal() {
+    const std::filesystem::path services = "dbus-1/services";
+    return {.hasExtension = false,
+            .shown = {services / "org.freedesktop.portal.Desktop.service",
+                      services / "org.freedesktop.impl.portal.PermissionStore.service",
+                      services / "org.freedesktop.impl.portal.desktop.gnome.service",
+                      services / "org.gnome.Settings.GlobalShortcutsProvider.service",
+                      "xdg-desktop-portal"}};
+}
+
 /// GNOME without our extension of the shell: keys come by its portal, and the shell tells of no
 /// windows.
 class PortalOnGnomeTest : public testing::Test {
 protected:
-    WaylandStory story{
-        std::make_unique<GnomeSession>(GnomeSettings{.hasExtension = false, .hasPortal = true})};
+    WaylandStory story{std::make_unique<GnomeSession>(withPortal())};
     Application& front = story.open("Front");
 
     static constexpr auto entry = "app.hollowfernpike.Hollowfernpike";
