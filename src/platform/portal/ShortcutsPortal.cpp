@@ -95,11 +95,16 @@ void ShortcutsPortal::bind(const QList<PortalShortcut>& shortcuts) {
 
 void ShortcutsPortal::release() {
     request_.clear();
-    const auto session = std::exchange(session_, {});
-    if (connection_ && !session.path().isEmpty()) {
-        ++sessions_;
+    if (const auto session = std::exchange(session_, {}).path(); !session.isEmpty()) {
+        close(session);
+    }
+}
+
+void ShortcutsPortal::close(const QString& session) {
+    ++sessions_;
+    if (!session.isEmpty()) {
         connection_->asyncCall(
-            QDBusMessage::createMethodCall(service, session.path(), sessionInterface, "Close"));
+            QDBusMessage::createMethodCall(service, session, sessionInterface, "Close"));
     }
 }
 
@@ -136,19 +141,20 @@ void ShortcutsPortal::introduce() {
 }
 
 // When the front end of the portal has ended, its other side still holds the keys for the session
-// that was lost. It gives them up when it is asked for a session of that name, which it refuses.
+// that was lost. It gives them up when it refuses another session of that name, or when that one is
+// closed.
 void ShortcutsPortal::createSession() {
-    const bool mayBeRefused = std::exchange(hasLostSession_, false);
+    const bool isToFree = std::exchange(hasLostSession_, false);
     const auto token = QStringLiteral("session%1").arg(sessions_);
     request("CreateSession", {}, {{"session_handle_token", token}},
-            [this, mayBeRefused](const QVariantMap& results) {
+            [this, isToFree](const QVariantMap& results) {
                 const auto handle = results.value("session_handle").toString();
-                if (!handle.isEmpty()) {
+                if (isToFree) {
+                    close(handle);
+                    createSession();
+                } else if (!handle.isEmpty()) {
                     session_ = QDBusObjectPath(handle);
                     bindInSession();
-                } else if (mayBeRefused) {
-                    ++sessions_;
-                    createSession();
                 } else {
                     Q_EMIT bound({});
                 }

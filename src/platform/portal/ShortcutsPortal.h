@@ -71,6 +71,7 @@ private:
     void connectAnew();
     void introduce();
     void createSession();
+    void close(const QString& session);
     void bindInSession();
     void lose();
     bool isOurs(const QDBusMessage& signal) const;
