@@ -66,7 +66,7 @@ void PortalTap::setInterest(std::span<const platform::KeyCombination> combinatio
 std::vector<platform::KeyCombination> PortalTap::refusedCombinations() const {
     std::vector<platform::KeyCombination> refused;
     for (const auto& [name, combination] : interest_) {
-        if (isLive() && !granted_.contains(name)) {
+        if (isLive() && !(granted_ && granted_->contains(name))) {
             refused.push_back(combination);
         }
     }
@@ -80,7 +80,7 @@ void PortalTap::start() {
 void PortalTap::stop() {
     portal_.release();
     asked_.clear();
-    granted_.clear();
+    granted_.reset();
     held_.letGo();
 }
 
@@ -102,12 +102,13 @@ void PortalTap::bind() {
         }
     }
     if (triggers != std::exchange(asked_, triggers)) {
+        granted_.reset();
         portal_.bind(shortcuts);
     }
 }
 
 void PortalTap::bindAgainSoon() {
-    granted_.clear();
+    granted_.reset();
     services_.host.mainQueue.asyncAfter(pauseBeforeRetry, [this, life = life()] {
         if (life.lock()) {
             asked_.clear();
@@ -118,7 +119,7 @@ void PortalTap::bindAgainSoon() {
 
 // The callback may destroy this tap.
 void PortalTap::onBound(const QStringList& names) {
-    if (!isLive()) {
+    if (!isLive() || granted_ == names) {
         return;
     }
     granted_ = names;

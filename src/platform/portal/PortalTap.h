@@ -46,7 +46,6 @@ private:
     void stop() override;
     void bind();
     void bindAgainSoon();
-    std::optional<PortalShortcut> shortcutFor(const QString& name) const;
     void onBound(const QStringList& names);
     void onPressed(const QString& name, const QString& token);
 
@@ -55,7 +54,7 @@ private:
     ShortcutsPortal portal_;
     std::map<QString, platform::KeyCombination> interest_; ///< by their names in the portal
     std::map<QString, QString> asked_;                     ///< triggers by names
-    QStringList granted_;
+    std::optional<QStringList> granted_;                   ///< absent before the portal has told
     std::vector<platform::KeyCombination> reportedRefused_;
     wayland::HeldKey held_;
 };

@@ -149,9 +149,12 @@ TEST_F(PortalOnGnomeTest, AfterThePortalHasEndedTheCombinationsAreBoundAgain) {
     start();
     ASSERT_TRUE(answerDialog(true));
     ASSERT_TRUE(hasBound(1));
-    const auto before = story.bindings();
     ASSERT_TRUE(killPortal());
-    ASSERT_TRUE(story.bindsAgain(before));
+    ASSERT_TRUE(waitUntil([&] {
+        const auto& told = story.utility().errors();
+        const auto end = told.find("the portal binds nothing any more");
+        return end != std::string::npos && told.find(" bound 1 ", end) != std::string::npos;
+    })) << story.utilityTells();
     ASSERT_TRUE(story.switchTo(front));
     story.strike(bound);
     EXPECT_TRUE(story.isInFront(target));
