@@ -66,7 +66,7 @@ void PortalTap::setInterest(std::span<const platform::KeyCombination> combinatio
 std::vector<platform::KeyCombination> PortalTap::refusedCombinations() const {
     std::vector<platform::KeyCombination> refused;
     for (const auto& [name, combination] : interest_) {
-        if (isLive() && !(granted_ && granted_->contains(name))) {
+        if (isLive() && granted_ && !granted_->contains(name)) {
             refused.push_back(combination);
         }
     }

@@ -19,9 +19,9 @@ namespace hollowfernpike::portal {
 /// of the desktop, and may choose other keys than ours.
 ///
 /// Combinations are asked for by what their keys write in the first layout. Those that the portal
-/// does not grant count as refused, all of them while the dialog is open or the portal is gone. The
-/// tap reports itself disabled when others than before are refused. It asks for the same list once,
-/// and again when the portal has ended or taken its session back.
+/// has not granted when it answers count as refused. The tap reports itself disabled when others
+/// than before are refused. It asks for the same list once, and again when the portal has ended or
+/// taken its session back.
 class PortalTap final : public QObject, public freedesktop::Tap {
 public:
     /// All outlive the tap.
