@@ -63,11 +63,7 @@ private:
 
 /// Portals know a program by its desktop entry.
 bool isEntryInstalled(const std::string& identifier) {
-    auto directories = freedesktop::sharedDataDirectories();
-    if (const auto own = freedesktop::dataHome()) {
-        directories.push_back(*own);
-    }
-    return std::ranges::any_of(directories, [&](const auto& directory) {
+    return std::ranges::any_of(freedesktop::dataDirectories(), [&](const auto& directory) {
         std::error_code isMissing;
         return std::filesystem::exists(directory / "applications" / (identifier + ".desktop"),
                                        isMissing);
