@@ -62,14 +62,6 @@ std::string inSmallLetters(std::string text) {
     return text;
 }
 
-std::vector<fs::path> dataFolders() {
-    auto folders = freedesktop::sharedDataDirectories();
-    if (const auto own = freedesktop::dataHome()) {
-        folders.insert(folders.begin(), *own);
-    }
-    return folders;
-}
-
 /// The portals that the user, or the makers of the desktop, have chosen for the interface; absent
 /// if they have chosen nothing.
 std::optional<Names> preferredPortals(std::string_view interface, const Names& desktops) {
@@ -77,7 +69,7 @@ std::optional<Names> preferredPortals(std::string_view interface, const Names& d
     if (const auto own = freedesktop::configHome()) {
         folders.insert(folders.begin(), *own);
     }
-    std::ranges::copy(dataFolders(), std::back_inserter(folders));
+    std::ranges::copy(freedesktop::dataDirectories(), std::back_inserter(folders));
     Names files;
     for (const auto& desktop : desktops) {
         files.push_back(inSmallLetters(desktop) + "-portals.conf");
@@ -99,7 +91,7 @@ std::optional<Names> preferredPortals(std::string_view interface, const Names& d
 std::string portalFor(std::string_view interface, std::string_view session) {
     const auto desktops = split(session, ':');
     const auto preferred = preferredPortals(interface, desktops);
-    for (const auto& folder : dataFolders()) {
+    for (const auto& folder : freedesktop::dataDirectories()) {
         std::error_code isMissing;
         for (const auto& entry :
              fs::directory_iterator(folder / "xdg-desktop-portal/portals", isMissing)) {
