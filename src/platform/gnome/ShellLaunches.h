@@ -19,7 +19,7 @@ public:
     }
     void end(const std::string& identifier) override { extension_.endLaunch(identifier); }
 
-    /// The shell shows a new window in front unless the user has gone on to something else.
+    /// The shell gives every new window the keys.
     bool mayOpenBehind() override { return false; }
     std::uint64_t holdCount() override { return presses_; }
 

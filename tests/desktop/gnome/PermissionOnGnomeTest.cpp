@@ -17,6 +17,7 @@ class PermissionOnGnomeTest : public testing::Test {
 protected:
     void begin(const GnomeSettings& settings) {
         story_ = std::make_unique<GnomeStory>(settings);
+        reader_ = std::make_unique<ScreenReader>(story().desktop.bus().address());
         story().bind(bound, story().open("Target"));
         story().writeShortcuts();
     }
@@ -24,7 +25,6 @@ protected:
     GnomeStory& story() { return *story_; }
 
     Accessible prompt() {
-        reader_ = std::make_unique<ScreenReader>(story().desktop.bus().address());
         return reader_->find("alert message", "ショートカットキーを検出できません");
     }
 
