@@ -13,12 +13,13 @@
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QHideEvent>
 #include <QPointer>
 #include <QShortcut>
 
 #include <filesystem>
+#include <functional>
 #include <utility>
 
 namespace hollowfernpike {
@@ -42,10 +43,10 @@ std::optional<std::string> nameAt(const std::string& path) {
     return std::filesystem::path(path.substr(0, last + 1)).stem().string();
 }
 
-void addShortcut(QWidget& window, Qt::Key key, QAbstractButton* button) {
+void onKey(QWidget& window, Qt::Key key, const std::function<void()>& action) {
     auto* shortcut = new QShortcut(key, &window);
     shortcut->setAutoRepeat(false);
-    QObject::connect(shortcut, &QShortcut::activated, button, &QAbstractButton::click);
+    QObject::connect(shortcut, &QShortcut::activated, &window, action);
 }
 
 } // namespace
@@ -67,6 +68,7 @@ AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
 
 // A recorder that is still recording outlives its window; as a child it would be deleted.
 AddEditShortcutSheet::~AddEditShortcutSheet() {
+    disconnect(qApp, nullptr, this, nullptr);
     keyRecorder_->setParent(nullptr);
 }
 
@@ -102,10 +104,27 @@ void AddEditShortcutSheet::buildUI() {
 }
 
 void AddEditShortcutSheet::buildKeyboardUse() {
-    addShortcut(*this, Qt::Key_Escape, views_.cancelButton);
-    addShortcut(*this, Qt::Key_Return, views_.saveButton);
-    addShortcut(*this, Qt::Key_Enter, views_.saveButton);
-    views_.selectButton->setFocus();
+    onKey(*this, Qt::Key_Escape, [this] { views_.cancelButton->click(); });
+    onKey(*this, Qt::Key_Return, [this] { pressReturn(); });
+    onKey(*this, Qt::Key_Enter, [this] { pressReturn(); });
+    connect(qApp, &QApplication::focusChanged, this,
+            [this] { views_.saveButton->setDefault(&buttonForReturn() == views_.saveButton); });
+    if (editingShortcut_) {
+        keyRecorder_->setFocus();
+    } else {
+        views_.selectButton->setFocus();
+    }
+}
+
+QPushButton& AddEditShortcutSheet::buttonForReturn() const {
+    auto* focused = qobject_cast<QPushButton*>(focusWidget());
+    return focused != nullptr ? *focused : *views_.saveButton;
+}
+
+void AddEditShortcutSheet::pressReturn() {
+    if (views_.saveButton->isEnabled()) {
+        buttonForReturn().click();
+    }
 }
 
 void AddEditShortcutSheet::selectApp() {

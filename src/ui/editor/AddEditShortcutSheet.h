@@ -17,6 +17,9 @@ namespace hollowfernpike {
 /// The window in which a shortcut is made or changed: first the application, then the keys. It
 /// hands the result to its owner and touches no store. Main thread only.
 ///
+/// Return saves, or presses the button that has the focus. It does nothing before there is
+/// something to save.
+///
 /// It keeps itself alive while it is shown; once closed it lives as long as somebody holds it.
 /// Closing it does not stop a recording.
 class AddEditShortcutSheet final : public QWidget,
@@ -53,6 +56,8 @@ private:
     void takeEditedShortcut();
     void buildUI();
     void buildKeyboardUse();
+    QPushButton& buttonForReturn() const;
+    void pressReturn();
     void setSelectedApp(const std::string& path);
     void showSelectedApp();
     void showStep2();

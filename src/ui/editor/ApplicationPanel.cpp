@@ -112,9 +112,7 @@ void ApplicationPanel::buildList() {
 
 void ApplicationPanel::buildButtons() {
     otherButton_->setObjectName("otherButton");
-    otherButton_->setAutoDefault(false);
     cancelButton_->setObjectName("cancelButton");
-    cancelButton_->setAutoDefault(false);
     openButton_->setObjectName("openButton");
     openButton_->setDefault(true);
     onClick(*otherButton_, [this] { chooseOtherFile(); });

@@ -10,6 +10,7 @@
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 
+#include <QMouseEvent>
 #include <QPushButton>
 
 #include <algorithm>
@@ -46,6 +47,12 @@ void KeyRecorderView::toggleRecording() {
     if (isRecording_) {
         stopRecording();
     } else {
+        startRecording();
+    }
+}
+
+void KeyRecorderView::mouseReleaseEvent(QMouseEvent* event) {
+    if (!isRecording_ && event->button() == Qt::LeftButton && rect().contains(event->pos())) {
         startRecording();
     }
 }

@@ -111,7 +111,7 @@ TEST_F(ChoosingTest, APanelThatIsCancelledLeavesAnEditedShortcutAsItIs) {
     story.strikeAndLeave(story.openApplications(editor), "ESC");
     ASSERT_TRUE(story.isActive(editor));
     story.part(editing, "label", quartz.name());
-    story.strikeAndLeave(editor, "RTRN");
+    story.clickSave(editor);
     EXPECT_EQ(story.list(), before);
 }
 
@@ -121,7 +121,7 @@ TEST_F(ChoosingTest, AFilePanelThatIsCancelledLeadsBackToTheApplications) {
     story.clickOn(story.part(story.titles.applications, "push button", "その他..."));
     story.strikeAndLeave(story.comes(story.titles.applications, panel), "ESC");
     story.strikeAndLeave(panel, "ESC");
-    story.strikeAndLeave(editor, "RTRN");
+    story.clickSave(editor);
     EXPECT_EQ(story.list(), before);
 }
 
