@@ -1,8 +1,12 @@
 #include "ui/editor/AddEditShortcutSheet.h"
 
+#include "app/L10n.h"
 #include "app/Language.h"
+#include "hotkeys/HotkeyManager.h"
+#include "model/ShortcutStore.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/MainQueue.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Services.h"
 #include "ui/editor/ApplicationPanel.h"
 #include "ui/editor/KeyRecorderView.h"
@@ -10,6 +14,7 @@
 #include "ui/icons/IconView.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/HolderNotice.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 
@@ -18,6 +23,7 @@
 #include <QPointer>
 #include <QShortcut>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <utility>
@@ -95,8 +101,14 @@ void AddEditShortcutSheet::buildUI() {
     keyRecorder_->onKeyRecorded = [self = QPointer(this)](std::uint16_t, std::uint64_t) {
         if (self) {
             self->views_.saveButton->setEnabled(true);
+            self->updateNotice();
         }
     };
+    auto& notifications = platform::services().notificationCenter;
+    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { updateNotice(); });
+    holdersObservation_ =
+        notifications.observe(refusedCombinationsDidChange, [this] { updateNotice(); });
+    updateNotice();
     buildKeyboardUse();
     if (selectedAppPath_) {
         showStep2();
@@ -199,7 +211,25 @@ void AddEditShortcutSheet::takeUp(const EditorDraft& draft) {
     if (draft.keyCode && draft.modifierFlags) {
         keyRecorder_->setShortcut(*draft.keyCode, *draft.modifierFlags);
         views_.saveButton->setEnabled(true);
+        updateNotice();
     }
+}
+
+QString AddEditShortcutSheet::notice() const {
+    AppShortcut wanted = editingShortcut_.value_or(AppShortcut{});
+    wanted.keyCode = *keyRecorder_->capturedKeyCode();
+    wanted.modifierFlags = *keyRecorder_->capturedModifierFlags();
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    const auto owner = std::ranges::find_if(shortcuts, [&](const AppShortcut& other) {
+        return other.id != wanted.id && other.keyCode == wanted.keyCode &&
+               ((other.modifierFlags ^ wanted.modifierFlags) & modifierMask) == 0;
+    });
+    return owner == shortcuts.end() ? holderNotice(wanted)
+                                    : QString::fromStdString(L10n::taken(owner->appName));
+}
+
+void AddEditShortcutSheet::updateNotice() {
+    views_.setNotice(keyRecorder_->capturedKeyCode() ? notice() : QString());
 }
 
 void AddEditShortcutSheet::tell(const char* message) {

@@ -12,6 +12,7 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/HolderNotice.h"
 #include "ui/parts/Sheets.h"
 #include "ui/window/CardStackView.h"
 #include "ui/window/HeaderBar.h"
@@ -31,7 +32,8 @@
 namespace hollowfernpike {
 
 /// The management window itself: the desktop's key for closing closes it, and its list scrolls to
-/// the button that Tab moves the focus to. Closing hides it. Main thread only.
+/// the button that Tab moves the focus to; when people come back to it, it shows who holds their
+/// combinations now. Closing hides it. Main thread only.
 class ManagementWindow final : public QWidget {
 public:
     ManagementWindow();
@@ -41,6 +43,7 @@ public:
 
 private:
     bool focusNextPrevChild(bool next) override;
+    void changeEvent(QEvent* event) override;
 
     QScrollArea* scrollView_ = nullptr;
 };
@@ -59,6 +62,13 @@ bool ManagementWindow::focusNextPrevChild(bool next) {
         scrollView_->ensureWidgetVisible(focused, 0, roomForTheCard);
     }
     return moved;
+}
+
+void ManagementWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        HotkeyManager::shared().tryAgain();
+    }
+    QWidget::changeEvent(event);
 }
 
 namespace {
@@ -185,11 +195,7 @@ std::vector<ShortcutCardView*> MainWindowController::makeCards() {
 
 ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
     auto* card = new ShortcutCardView(shortcut);
-    if (HotkeyManager::shared().isRefused(shortcut)) {
-        card->setNotice(
-            localized("この組み合わせはデスクトップから渡されないため、働きません",
-                      "The desktop does not hand this combination on, so it does not work"));
-    }
+    card->setNotice(holderNotice(shortcut));
     const QPointer<MainWindowController> controller = this;
     card->onEdit = [controller, shortcut] {
         if (controller != nullptr) {

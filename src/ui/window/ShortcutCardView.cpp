@@ -22,6 +22,8 @@ constexpr int cardMargin = 12; // from the card's sides, and between what it sho
 constexpr int cardIconSide = 32;
 constexpr int gapBetweenButtons = 4;
 constexpr int leastNameWidth = 100;
+constexpr int signSide = 18;
+constexpr int gapBeforeSign = 6;
 
 /// Calls a copy: the callback may destroy the card, and itself with it.
 void call(const ShortcutCardView::Callback& callback) {
@@ -67,6 +69,21 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
 void ShortcutCardView::setNotice(const QString& notice) {
     hotkeyBadge_->setToolTip(notice);
     setAccessibleDescription(notice);
+    if (noticeSign_ == nullptr && !notice.isEmpty()) {
+        makeNoticeSign();
+    }
+    if (noticeSign_ != nullptr) {
+        noticeSign_->setToolTip(notice);
+        noticeSign_->setAccessibleName(notice);
+        noticeSign_->setHidden(notice.isEmpty());
+        placeViews();
+    }
+}
+
+void ShortcutCardView::makeNoticeSign() {
+    noticeSign_ = new IconView(this);
+    setAccessibleRole(*noticeSign_, QAccessible::Graphic);
+    noticeSign_->setIcon(symbolImage(Symbol::exclamationmarkTriangle));
 }
 
 void ShortcutCardView::editTapped() {
@@ -92,7 +109,9 @@ void ShortcutCardView::placeViews() {
     const int deleteLeft = width() - cardMargin - SymbolButton::side;
     const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
     const int nameLeft = cardMargin + cardIconSide + cardMargin;
-    const int forTexts = editLeft - cardMargin - nameLeft - cardMargin;
+    const bool hasSign = noticeSign_ != nullptr && !noticeSign_->isHidden();
+    const int forSign = hasSign ? gapBeforeSign + signSide : 0;
+    const int forTexts = editLeft - cardMargin - nameLeft - cardMargin - forSign;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
     const int nameWidth =
@@ -102,6 +121,10 @@ void ShortcutCardView::placeViews() {
     place(*iconView_, cardMargin, {cardIconSide, cardIconSide});
     place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
     place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
+    if (hasSign) {
+        place(*noticeSign_, nameLeft + nameWidth + cardMargin + badgeWidth + gapBeforeSign,
+              {signSide, signSide});
+    }
     place(*editButton_, editLeft, editButton_->sizeHint());
     place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
 }

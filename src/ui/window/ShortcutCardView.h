@@ -33,7 +33,8 @@ public:
     /// Shows this shortcut from now on.
     void configure(const AppShortcut& shortcut);
 
-    /// What people should know of the combination, shown on hover and told by screen readers.
+    /// What people should know of the combination: a sign beside it, with these words on hover, and
+    /// told by screen readers. No sign without words.
     void setNotice(const QString& notice);
 
     /// What the buttons do.
@@ -43,6 +44,8 @@ public:
     IconView& iconView() const { return *iconView_; }
     FittingLabel& appNameLabel() const { return *appNameLabel_; }
     HotkeyBadge& hotkeyBadge() const { return *hotkeyBadge_; }
+    /// Null if there never was a notice.
+    const IconView* noticeSign() const { return noticeSign_; }
     SymbolButton& editButton() const { return *editButton_; }
     SymbolButton& deleteButton() const { return *deleteButton_; }
 
@@ -56,10 +59,12 @@ private:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
+    void makeNoticeSign();
 
     IconView* iconView_;
     FittingLabel* appNameLabel_;
     HotkeyBadge* hotkeyBadge_;
+    IconView* noticeSign_ = nullptr; ///< made with the first notice
     SymbolButton* editButton_;
     SymbolButton* deleteButton_;
 };

@@ -16,6 +16,7 @@ constexpr auto editableTextInterface = "org.a11y.atspi.EditableText";
 constexpr auto textInterface = "org.a11y.atspi.Text";
 
 // As AtspiStateType numbers them.
+constexpr std::uint32_t activeState = 1;
 constexpr std::uint32_t enabledState = 8;
 constexpr std::uint32_t focusedState = 12;
 constexpr std::uint32_t selectedState = 23;
@@ -77,6 +78,10 @@ bool ScreenReader::isShown(const Accessible& part) {
 
 bool ScreenReader::isEnabled(const Accessible& part) {
     return hasState(part, enabledState);
+}
+
+bool ScreenReader::isActive(const Accessible& window) {
+    return hasState(window, activeState);
 }
 
 bool ScreenReader::isFocused(const Accessible& part) {

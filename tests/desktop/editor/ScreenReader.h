@@ -38,6 +38,9 @@ public:
 
     /// Whether it is on the screen now.
     bool isShown(const Accessible& part);
+    /// Whether the program takes this window of its for the one that has the keys.
+    bool isActive(const Accessible& window);
+
     bool isEnabled(const Accessible& part);
     bool isFocused(const Accessible& part);
     bool isSelected(const Accessible& part);

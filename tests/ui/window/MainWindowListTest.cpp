@@ -1,5 +1,6 @@
 #include "hotkeys/HotkeyManager.h"
 
+#include "ui/icons/IconView.h"
 #include "ui/window/MainWindowTest.h"
 
 namespace hollowfernpike::test {
@@ -56,6 +57,35 @@ TEST_F(MainWindowTest, ACombinationThatTheDesktopKeepsIsToldOnItsCard) {
             EXPECT_EQ(card(other).hotkeyBadge().toolTip(), "");
         }
     }
+}
+
+TEST_F(MainWindowTest, ACombinationThatAnotherProgramHoldsHasASignOnItsCard) {
+    desktop.eventTaps.shared = {{1, command}};
+    fill(3);
+    HotkeyManager::shared().start();
+    for (const auto language : {Language::japanese, Language::english}) {
+        speak(language);
+        open();
+        const auto* sign = card(1).noticeSign();
+        ASSERT_NE(sign, nullptr);
+        EXPECT_TRUE(sign->isVisible());
+        EXPECT_EQ(sign->toolTip(), language == Language::english
+                                       ? "Another program holds this combination"
+                                       : "この組み合わせはほかのプログラムが使っています");
+        EXPECT_EQ(sign->accessibleName(), sign->toolTip());
+        EXPECT_EQ(sign->geometry().left(), card(1).hotkeyBadge().geometry().right() + 7);
+        EXPECT_EQ(card(0).noticeSign(), nullptr);
+    }
+}
+
+TEST_F(MainWindowTest, ASignGoesWithTheProgramThatHeldTheCombination) {
+    desktop.eventTaps.shared = {{1, command}};
+    fill(3);
+    HotkeyManager::shared().start();
+    open();
+    desktop.eventTaps.shared.clear();
+    desktop.notificationCenter.post(refusedCombinationsDidChange);
+    EXPECT_EQ(card(1).noticeSign(), nullptr);
 }
 
 TEST_F(MainWindowTest, EveryReloadMakesNewCards) {
