@@ -76,6 +76,7 @@ private:
     static bool reassign(const platform::KeyCombination& from, const platform::KeyCombination& to);
     void languageDidChange();
     void restart();
+    void knowApplications();
     void useStartupIdentifier(const std::string& identifier);
     static bool isLive();
 

@@ -14,6 +14,7 @@
 #include "ui/icons/IconView.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/AppName.h"
 #include "ui/parts/HolderNotice.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
@@ -163,8 +164,8 @@ void AddEditShortcutSheet::showSelectedApp() {
         return;
     }
     views_.step1AppIconView->setIcon(*selectedAppIcon_);
-    views_.step1AppNameLabel->setText(selectedAppName_ ? QString::fromStdString(*selectedAppName_)
-                                                       : localized("不明", "Unknown"));
+    showAppName(*views_.step1AppNameLabel, *selectedAppPath_,
+                selectedAppName_.value_or(localized("不明", "Unknown")));
     views_.layOut(size());
 }
 
@@ -224,8 +225,10 @@ QString AddEditShortcutSheet::notice() const {
         return other.id != wanted.id && other.keyCode == wanted.keyCode &&
                ((other.modifierFlags ^ wanted.modifierFlags) & modifierMask) == 0;
     });
-    return owner == shortcuts.end() ? holderNotice(wanted)
-                                    : QString::fromStdString(L10n::taken(owner->appName));
+    return owner == shortcuts.end()
+               ? holderNotice(wanted)
+               : QString::fromStdString(
+                     L10n::taken(shownAppName(owner->appPath, owner->appName).toStdString()));
 }
 
 void AddEditShortcutSheet::updateNotice() {

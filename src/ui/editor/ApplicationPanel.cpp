@@ -3,7 +3,7 @@
 #include "app/Language.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/Services.h"
-#include "ui/parts/OpenPanel.h"
+#include "ui/parts/FilePanel.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
@@ -19,6 +19,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace hollowfernpike {
@@ -27,6 +28,7 @@ namespace {
 
 constexpr QSize initialSize(360, 420);
 constexpr QSize rowIcon(24, 24);
+constexpr auto entryExtension = ".desktop";
 
 ApplicationSearch installedApplications() {
     const Language language = Language::current();
@@ -34,9 +36,21 @@ ApplicationSearch installedApplications() {
     return {bundles.installedApplications(language.rawValue()), language};
 }
 
-QString applicationDirectory() {
-    const auto directories = platform::services().applicationBundles.applicationDirectories();
-    return directories.empty() ? QDir::homePath() : QString::fromStdString(directories.front());
+QStringList applicationDirectories() {
+    QStringList directories;
+    for (const auto& path : platform::services().applicationBundles.applicationDirectories()) {
+        directories.push_back(QString::fromStdString(path));
+    }
+    return directories;
+}
+
+/// The one of these folders that holds the most applications; home if there is none.
+QString fullestOf(const QStringList& directories) {
+    const auto count = [](const QString& path) {
+        return QDir(path, QStringLiteral("*") + entryExtension).count();
+    };
+    const auto fullest = std::ranges::max_element(directories, {}, count);
+    return fullest == directories.end() ? QDir::homePath() : *fullest;
 }
 
 bool movesInList(int key) {
@@ -141,9 +155,12 @@ void ApplicationPanel::openSelected() {
 }
 
 void ApplicationPanel::chooseOtherFile() {
-    auto* files = new OpenPanel(localized("アプリ", "Apps"), ".desktop", this);
+    const auto directories = applicationDirectories();
+    auto* files =
+        new FilePanel(FilePanel::Purpose::open, localized("アプリ", "Apps"), entryExtension, this);
     files->setAttribute(Qt::WA_DeleteOnClose);
-    files->setDirectory(applicationDirectory());
+    files->addPlaces(directories);
+    files->setDirectory(fullestOf(directories));
     files->setWindowTitle(windowTitle());
     connect(files, &QFileDialog::fileSelected, this,
             [this](const QString& file) { choose(file.toStdString()); });

@@ -92,7 +92,8 @@ QFont FittingLabel::fontForLines() const {
 bool FittingLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip && !fitsInOneLine()) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        QToolTip::showText(help->globalPos(), "<p>" + text().toHtmlEscaped() + "</p>", this);
+        QToolTip::showText(help->globalPos(), "<p>" + text().toHtmlEscaped() + "</p>" + toolTip(),
+                           this);
         return true;
     }
     return QLabel::event(event);

@@ -12,6 +12,7 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/AppName.h"
 #include "ui/parts/HolderNotice.h"
 #include "ui/parts/Sheets.h"
 #include "ui/window/CardStackView.h"
@@ -223,7 +224,8 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
         return;
     }
     const Alert question{
-        .message = L10n::Main::deleteConfirmTitle(shortcut.appName),
+        .message = L10n::Main::deleteConfirmTitle(
+            shownAppName(shortcut.appPath, shortcut.appName).toStdString()),
         .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
         .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")}};
     question.beginSheet(*window_, [id = shortcut.id](int button) {

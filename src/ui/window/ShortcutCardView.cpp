@@ -5,6 +5,7 @@
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
+#include "ui/parts/AppName.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
@@ -59,7 +60,7 @@ void ShortcutCardView::setupUI() {
 
 void ShortcutCardView::configure(const AppShortcut& shortcut) {
     const QString combination = QString::fromStdString(shortcut.displayString());
-    appNameLabel_->setText(QString::fromStdString(shortcut.appName));
+    showAppName(*appNameLabel_, shortcut.appPath, shortcut.appName);
     hotkeyBadge_->setText(" " + combination + " ");
     iconView_->setIcon(lazyIconForFile(shortcut.appPath));
     setAccessibleName(appNameLabel_->text() + " " + combination);
