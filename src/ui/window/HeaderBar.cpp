@@ -34,6 +34,7 @@ HeaderBar::HeaderBar(QWidget* parent)
     layout->addWidget(importButton_);
     layout->addStretch();
     layout->addWidget(addButton_);
+    addButton_->setAutoDefault(true); // Return presses it while it has the focus
     relabel();
 }
 

@@ -92,14 +92,41 @@ QScrollArea* makeScrollView() {
     return view;
 }
 
+std::vector<const AddEditShortcutSheet*> openEditors() {
+    std::vector<const AddEditShortcutSheet*> editors;
+    for (const auto* widget : QApplication::topLevelWidgets()) {
+        const auto* editor = dynamic_cast<const AddEditShortcutSheet*>(widget);
+        if (editor != nullptr && editor->isVisible()) {
+            editors.push_back(editor);
+        }
+    }
+    return editors;
+}
+
+/// Away from the place of an editor that it would hide.
+void moveAside(QWidget& editor) {
+    constexpr int step = 28; // shows the other's title
+    const auto others = openEditors();
+    const auto isHidden = [&](const QWidget* other) {
+        return (other->pos() - editor.pos()).manhattanLength() < step;
+    };
+    for (std::size_t moves = 0; moves < others.size(); ++moves) {
+        if (std::ranges::any_of(others, isHidden)) {
+            editor.move(editor.pos() + QPoint(step, step));
+        }
+    }
+}
+
 /// Shows an editor in a window of its own, which keeps itself alive.
-void openEditor(const std::optional<AppShortcut>& editing, const EditorDraft& draft = {}) {
+void openEditor(const QScreen& screen, const std::optional<AppShortcut>& editing,
+                const EditorDraft& draft = {}) {
     const auto editor = AddEditShortcutSheet::make(editing);
     editor->onSave = [isNew = !editing](const AppShortcut& shortcut) {
         isNew ? ShortcutStore::shared().add(shortcut) : ShortcutStore::shared().update(shortcut);
     };
     editor->takeUp(draft);
-    center(*editor);
+    center(*editor, screen);
+    moveAside(*editor);
     makeKeyAndOrderFront(*editor);
     platform::services().application.activateIgnoringOtherApps();
 }
@@ -109,12 +136,12 @@ void openEditor(const std::optional<AppShortcut>& editing, const EditorDraft& dr
 MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     window_->resize(480, 400);
     window_->setWindowTitle(windowTitle());
-    center(*window_);
+    center(*window_, usersScreen());
     window_->setMinimumSize(400, 300);
     setupUI();
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
-    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { reloadCards(); });
+    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
         notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
@@ -174,6 +201,17 @@ QWidget* MainWindowController::makeHeaderBar() {
     return headerBar_;
 }
 
+// A shortcut that was added is the last one.
+void MainWindowController::followStore() {
+    const auto before = scrollView_ == nullptr ? 0 : stackView()->cards().size();
+    reloadCards();
+    if (scrollView_ != nullptr && stackView()->cards().size() == before + 1) {
+        ShortcutCardView* added = stackView()->cards().back();
+        scrollView_->ensureWidgetVisible(added);
+        added->markForAMoment();
+    }
+}
+
 void MainWindowController::reloadCards() {
     if (scrollView_ == nullptr) {
         return;
@@ -211,12 +249,16 @@ ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
     return card;
 }
 
+const QScreen& MainWindowController::screenForEditors() const {
+    return window_ != nullptr && window_->isVisible() ? *window_->screen() : usersScreen();
+}
+
 void MainWindowController::addShortcut() {
-    openEditor(std::nullopt);
+    openEditor(screenForEditors(), std::nullopt);
 }
 
 void MainWindowController::editShortcut(const AppShortcut& shortcut) {
-    openEditor(shortcut);
+    openEditor(screenForEditors(), shortcut);
 }
 
 void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
@@ -237,12 +279,8 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
 
 OpenWindows MainWindowController::openWindows() const {
     OpenWindows windows{.hasMainWindow = window_ != nullptr && window_->isVisible(), .editors = {}};
-    const auto widgets = QApplication::topLevelWidgets();
-    for (const auto* const widget : widgets) {
-        const auto* const editor = dynamic_cast<const AddEditShortcutSheet*>(widget);
-        if (editor != nullptr && editor->isVisible()) {
-            windows.editors.push_back(editor->draft());
-        }
+    for (const auto* editor : openEditors()) {
+        windows.editors.push_back(editor->draft());
     }
     return windows;
 }
@@ -255,7 +293,8 @@ void MainWindowController::reopen(const OpenWindows& windows) {
     for (const auto& draft : windows.editors) {
         const auto edited = std::ranges::find_if(
             shortcuts, [&](const AppShortcut& shortcut) { return shortcut.id == draft.editing; });
-        openEditor(edited == shortcuts.end() ? std::nullopt : std::optional(*edited), draft);
+        openEditor(screenForEditors(),
+                   edited == shortcuts.end() ? std::nullopt : std::optional(*edited), draft);
     }
 }
 

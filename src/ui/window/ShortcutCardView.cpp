@@ -10,9 +10,12 @@
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
+#include <QKeyEvent>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace hollowfernpike {
@@ -53,6 +56,7 @@ ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
 void ShortcutCardView::setupUI() {
     setAccessibleRole(*this, QAccessible::Pane);
     setFixedHeight(height);
+    setFocusPolicy(Qt::StrongFocus);
     appNameLabel_->setFont(systemFont(14, QFont::Medium));
     onClick(*editButton_, [this] { editTapped(); });
     onClick(*deleteButton_, [this] { deleteTapped(); });
@@ -85,6 +89,30 @@ void ShortcutCardView::makeNoticeSign() {
     noticeSign_ = new IconView(this);
     setAccessibleRole(*noticeSign_, QAccessible::Graphic);
     noticeSign_->setIcon(symbolImage(Symbol::exclamationmarkTriangle));
+}
+
+void ShortcutCardView::markForAMoment() {
+    constexpr std::chrono::milliseconds moment{1500};
+    isMarked_ = true;
+    update();
+    QTimer::singleShot(moment, this, [this] {
+        isMarked_ = false;
+        update();
+    });
+}
+
+void ShortcutCardView::keyPressEvent(QKeyEvent* event) {
+    switch (event->isAutoRepeat() ? 0 : event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        editTapped();
+        break;
+    case Qt::Key_Delete:
+        deleteTapped();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void ShortcutCardView::editTapped() {
@@ -134,13 +162,19 @@ void ShortcutCardView::paintEvent(QPaintEvent*) {
     constexpr qreal cornerRadius = 8;
     const qreal scale = devicePixelRatioF();
     const qreal border = std::max<qreal>(1, std::floor(scale)) / scale; // whole device pixels
-    const qreal inset = border / 2;
+    const bool isEmphasized = hasFocus() || isMarked_;
+    const qreal width = isEmphasized ? 2 * border : border;
+    const qreal inset = width / 2;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette().color(QPalette::Base));
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    painter.setPen(QPen(separatorColor(palette()), border));
+    if (isMarked_) {
+        painter.setBrush(accentTintColor(palette()));
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    }
+    painter.setPen(QPen(isEmphasized ? accentColor(palette()) : separatorColor(palette()), width));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
                             cornerRadius - inset, cornerRadius - inset);

@@ -17,7 +17,8 @@ class SymbolButton;
 /// to edit and to delete it. Keeps nothing of the shortcut but what it shows. Its texts are in the
 /// language of the moment it was made. Main thread only.
 ///
-/// It is 52 high; its owner gives it a width.
+/// It takes the focus; then Return edits and Delete deletes, as its buttons do. It is 52 high; its
+/// owner gives it a width.
 class ShortcutCardView final : public QWidget {
 public:
     static constexpr int height = 52;
@@ -36,6 +37,9 @@ public:
     /// What people should know of the combination: a sign beside it, with these words on hover, and
     /// told by screen readers. No sign without words.
     void setNotice(const QString& notice);
+
+    /// Shows for a moment that this is the one that was added.
+    void markForAMoment();
 
     /// What the buttons do.
     void editTapped();
@@ -56,6 +60,7 @@ public:
 
 private:
     void setupUI();
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
@@ -67,6 +72,7 @@ private:
     IconView* noticeSign_ = nullptr; ///< made with the first notice
     SymbolButton* editButton_;
     SymbolButton* deleteButton_;
+    bool isMarked_ = false;
 };
 
 } // namespace hollowfernpike

@@ -61,7 +61,7 @@ protected:
         const auto sheet = AddEditShortcutSheet::make(editing);
         sheet_ = sheet;
         sheet->onSave = [this](const AppShortcut& shortcut) { saved_.push_back(shortcut); };
-        center(*sheet);
+        center(*sheet, *sheet->screen());
         makeKeyAndOrderFront(*sheet);
         waitForKeys(*sheet);
         return *sheet;
