@@ -129,14 +129,14 @@ TEST_F(MainWindowTest, TabGoesThroughTheHeaderAndThenThroughTheCards) {
     open();
     controller->exportButton()->setFocus();
     std::vector<QWidget*> visited;
-    for (int step = 0; step < 7; ++step) {
+    for (int step = 0; step < 9; ++step) {
         visited.push_back(QApplication::focusWidget());
         tab();
     }
-    EXPECT_THAT(visited,
-                ElementsAre(controller->exportButton(), controller->importButton(),
-                            controller->addButton(), &card(0).editButton(), &card(0).deleteButton(),
-                            &card(1).editButton(), &card(1).deleteButton()));
+    EXPECT_THAT(visited, ElementsAre(controller->exportButton(), controller->importButton(),
+                                     controller->addButton(), &card(0), &card(0).editButton(),
+                                     &card(0).deleteButton(), &card(1), &card(1).editButton(),
+                                     &card(1).deleteButton()));
     EXPECT_EQ(QApplication::focusWidget(), controller->exportButton());
 }
 
@@ -148,7 +148,7 @@ TEST_F(MainWindowTest, BeginsAtTheButtonThatAdds) {
 TEST_F(MainWindowTest, TheListScrollsToWhereTheFocusGoes) {
     fill(50);
     open();
-    for (int step = 0; step < 2 * 30; ++step) {
+    for (int step = 0; step < 3 * 30; ++step) {
         tab();
     }
     ASSERT_EQ(QApplication::focusWidget(), &card(29).deleteButton());
@@ -166,7 +166,7 @@ TEST_F(MainWindowTest, TheListScrollsWhenTheFocusComesBackFromTheHeader) {
     EXPECT_EQ(scrolled(), controller->scrollView()->verticalScrollBar()->maximum());
     controller->addButton()->setFocus();
     tab();
-    ASSERT_EQ(QApplication::focusWidget(), &card(0).editButton());
+    ASSERT_EQ(QApplication::focusWidget(), &card(0));
     EXPECT_EQ(scrolled(), 0);
 }
 
