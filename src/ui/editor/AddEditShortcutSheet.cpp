@@ -15,6 +15,7 @@
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
 #include "ui/parts/AppName.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/HolderNotice.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
@@ -67,7 +68,7 @@ AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
     : QWidget(nullptr, titledAndClosable), editingShortcut_(std::move(editing)),
       keyRecorder_(KeyRecorderView::make()), views_(*this, *keyRecorder_) {
     setAccessibleRole(*this, QAccessible::Dialog);
-    setFixedSize(windowWidth, heightOfStep1);
+    setFixedSize(grown(windowWidth), grown(heightOfStep1));
     takeEditedShortcut();
     buildUI();
     connect(qApp, &QCoreApplication::aboutToQuit, this, &QWidget::close);
@@ -171,8 +172,8 @@ void AddEditShortcutSheet::showSelectedApp() {
 
 void AddEditShortcutSheet::showStep2() {
     views_.step2Container->show();
-    if (height() < heightOfBothSteps) {
-        setFixedHeight(heightOfBothSteps);
+    if (height() < grown(heightOfBothSteps)) {
+        setFixedHeight(grown(heightOfBothSteps));
     }
 }
 

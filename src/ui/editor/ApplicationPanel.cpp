@@ -4,6 +4,7 @@
 #include "platform/ApplicationBundles.h"
 #include "platform/Services.h"
 #include "ui/parts/FilePanel.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
@@ -16,6 +17,7 @@
 #include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -29,6 +31,18 @@ namespace {
 constexpr QSize initialSize(360, 420);
 constexpr QSize rowIcon(24, 24);
 constexpr auto entryExtension = ".desktop";
+
+/// Gives all icons the same room, so that the names beside them begin in one line.
+class RowDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+private:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->decorationSize = rowIcon;
+    }
+};
 
 ApplicationSearch installedApplications() {
     const Language language = Language::current();
@@ -86,7 +100,7 @@ ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
     buildButtons();
     buildSearchField();
     find({});
-    resize(initialSize);
+    resize(grown(initialSize.width()), grown(initialSize.height()));
 }
 
 void ApplicationPanel::buildSearchField() {
@@ -111,6 +125,7 @@ void ApplicationPanel::buildList() {
     list_->setModel(&model_);
     list_->setIconSize(rowIcon);
     list_->setUniformItemSizes(true);
+    list_->setItemDelegate(new RowDelegate(list_));
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);

@@ -126,11 +126,12 @@ void EditorViews::layOutStep2(int top, int width) const {
 }
 
 void EditorViews::layOutButtons(const QSize& size) const {
-    QRect save(QPoint(), saveButton->sizeHint());
+    const int height = std::max(saveButton->sizeHint().height(), cancelButton->sizeHint().height());
+    QRect save(0, 0, saveButton->sizeHint().width(), height);
     save.moveBottomRight(QPoint(size.width() - margin - 1, size.height() - bottomMargin - 1));
     saveButton->setGeometry(save);
 
-    QRect cancel(QPoint(), cancelButton->sizeHint());
+    QRect cancel(0, 0, cancelButton->sizeHint().width(), height);
     cancel.moveBottomRight(QPoint(save.left() - 8 - 1, save.bottom()));
     cancelButton->setGeometry(cancel);
 }

@@ -61,7 +61,7 @@ private:
     void removeEventTap();
     void returnToAccessory();
     void showRecording(bool isRecording);
-    void setLabel(const QString& text);
+    void setLabel(const QString& text, const QString& inWords = QString());
 
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;

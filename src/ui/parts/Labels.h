@@ -49,7 +49,8 @@ private:
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// The desktop's font for user interfaces, `size` device-independent pixels high. Main thread only.
+/// The desktop's font for user interfaces, `size` device-independent pixels high if that font has a
+/// usual size, else in proportion. Main thread only.
 QFont systemFont(int size, QFont::Weight weight);
 
 } // namespace hollowfernpike

@@ -13,6 +13,8 @@
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
 #include "ui/parts/AppName.h"
+#include "ui/parts/CombinationWords.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/HolderNotice.h"
 #include "ui/parts/Sheets.h"
 #include "ui/window/CardStackView.h"
@@ -134,10 +136,10 @@ void openEditor(const QScreen& screen, const std::optional<AppShortcut>& editing
 } // namespace
 
 MainWindowController::MainWindowController() : window_(new ManagementWindow) {
-    window_->resize(480, 400);
+    window_->resize(grown(480), grown(400));
     window_->setWindowTitle(windowTitle());
     center(*window_, usersScreen());
-    window_->setMinimumSize(400, 300);
+    window_->setMinimumSize(grown(400), grown(300));
     setupUI();
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
@@ -269,7 +271,8 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
         .message = L10n::Main::deleteConfirmTitle(
             shownAppName(shortcut.appPath, shortcut.appName).toStdString()),
         .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
-        .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")}};
+        .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")},
+        .hint = combinationInWords(shortcut.keyCode, shortcut.modifierFlags).toStdString()};
     question.beginSheet(*window_, [id = shortcut.id](int button) {
         if (button == 0) {
             ShortcutStore::shared().remove(id);

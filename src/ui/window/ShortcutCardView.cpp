@@ -6,6 +6,8 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/AppName.h"
+#include "ui/parts/CombinationWords.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
@@ -55,7 +57,7 @@ ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
 
 void ShortcutCardView::setupUI() {
     setAccessibleRole(*this, QAccessible::Pane);
-    setFixedHeight(height);
+    setFixedHeight(grown(usualHeight));
     setFocusPolicy(Qt::StrongFocus);
     appNameLabel_->setFont(systemFont(14, QFont::Medium));
     onClick(*editButton_, [this] { editTapped(); });
@@ -67,12 +69,16 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
     showAppName(*appNameLabel_, shortcut.appPath, shortcut.appName);
     hotkeyBadge_->setText(" " + combination + " ");
     iconView_->setIcon(lazyIconForFile(shortcut.appPath));
+    hotkeyBadge_->setAccessibleDescription(
+        combinationInWords(shortcut.keyCode, shortcut.modifierFlags));
+    hotkeyBadge_->setToolTip(hotkeyBadge_->accessibleDescription().toHtmlEscaped());
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }
 
 void ShortcutCardView::setNotice(const QString& notice) {
-    hotkeyBadge_->setToolTip(notice);
+    const auto words = hotkeyBadge_->accessibleDescription().toHtmlEscaped();
+    hotkeyBadge_->setToolTip(notice.isEmpty() ? words : words + "<br>" + notice.toHtmlEscaped());
     setAccessibleDescription(notice);
     if (noticeSign_ == nullptr && !notice.isEmpty()) {
         makeNoticeSign();
@@ -124,7 +130,7 @@ void ShortcutCardView::deleteTapped() {
 }
 
 QSize ShortcutCardView::sizeHint() const {
-    return {0, height};
+    return {0, height()};
 }
 
 void ShortcutCardView::resizeEvent(QResizeEvent*) {
@@ -132,8 +138,8 @@ void ShortcutCardView::resizeEvent(QResizeEvent*) {
 }
 
 void ShortcutCardView::placeViews() {
-    const auto place = [](QWidget& view, int left, QSize size) {
-        view.setGeometry(left, (height - size.height()) / 2, size.width(), size.height());
+    const auto place = [this](QWidget& view, int left, QSize size) {
+        view.setGeometry(left, (height() - size.height()) / 2, size.width(), size.height());
     };
     const int deleteLeft = width() - cardMargin - SymbolButton::side;
     const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
@@ -144,7 +150,7 @@ void ShortcutCardView::placeViews() {
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
     const int nameWidth =
-        std::max(leastNameWidth, std::min(name.width(), forTexts - badge.width()));
+        std::max(grown(leastNameWidth), std::min(name.width(), forTexts - badge.width()));
     const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
 
     place(*iconView_, cardMargin, {cardIconSide, cardIconSide});

@@ -17,11 +17,11 @@ class SymbolButton;
 /// to edit and to delete it. Keeps nothing of the shortcut but what it shows. Its texts are in the
 /// language of the moment it was made. Main thread only.
 ///
-/// It takes the focus; then Return edits and Delete deletes, as its buttons do. It is 52 high; its
-/// owner gives it a width.
+/// It takes the focus; then Return edits and Delete deletes, as its buttons do. It is 52 high,
+/// or higher for large fonts; its owner gives it a width.
 class ShortcutCardView final : public QWidget {
 public:
-    static constexpr int height = 52;
+    static constexpr int usualHeight = 52;
 
     /// Reports a press of a button; may be empty, and may destroy the card.
     using Callback = std::function<void()>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/editor/AccessibilityBus.h"
+#include "desktop/windows/Screen.h"
 
 #include <cstdint>
 #include <string>
@@ -46,6 +47,9 @@ public:
     bool isSelected(const Accessible& part);
 
     std::string description(const Accessible& part);
+
+    /// Where it is on the screen.
+    Place placeOf(const Accessible& part);
 
     /// The middle of it on the screen.
     struct Point {

@@ -51,10 +51,10 @@ TEST_F(MainWindowTest, ACombinationThatTheDesktopKeepsIsToldOnItsCard) {
         const auto notice = card(1).accessibleDescription();
         EXPECT_TRUE(notice.contains(language == Language::english ? "The desktop does not"
                                                                   : "デスクトップ"));
-        EXPECT_EQ(card(1).hotkeyBadge().toolTip(), notice);
+        EXPECT_TRUE(card(1).hotkeyBadge().toolTip().endsWith("<br>" + notice));
         for (const std::size_t other : {0U, 2U}) {
             EXPECT_EQ(card(other).accessibleDescription(), "");
-            EXPECT_EQ(card(other).hotkeyBadge().toolTip(), "");
+            EXPECT_FALSE(card(other).hotkeyBadge().toolTip().contains("<br>"));
         }
     }
 }
