@@ -20,6 +20,7 @@ public:
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;
     std::string askedLanguage;             ///< of the latest listing
+    std::multiset<std::string> namesAsked; ///< the paths, each time they were asked for
     std::multiset<std::string> iconsAsked; ///< the paths, each time they were asked for
 
     std::optional<platform::ApplicationBundle> bundleAt(const std::string& path) override {
@@ -28,6 +29,7 @@ public:
     }
 
     std::string displayName(const std::string& path, std::string_view language) override {
+        namesAsked.insert(path);
         const auto found = displayNames.find({path, std::string{language}});
         return found == displayNames.end() ? std::string{} : found->second;
     }

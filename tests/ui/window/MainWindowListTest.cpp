@@ -88,6 +88,23 @@ TEST_F(MainWindowTest, ASignGoesWithTheProgramThatHeldTheCombination) {
     EXPECT_EQ(card(1).noticeSign(), nullptr);
 }
 
+TEST_F(MainWindowTest, AChangeAsksOnceForEachNameAndTellsTheKeysOnce) {
+    fill(3);
+    HotkeyManager::shared().start();
+    open();
+    desktop.applicationBundles.namesAsked.clear();
+    const auto told = [this] {
+        return std::ranges::count_if(desktop.log.calls(), [](const std::string& call) {
+            return call.starts_with("eventTap.setInterest");
+        });
+    };
+    const auto before = told();
+    ShortcutStore::shared().importData(ShortcutStore::shared().exportData().value());
+    HotkeyManager::shared().buildShortcutMap(); // as the delegate does
+    EXPECT_EQ(desktop.applicationBundles.namesAsked.size(), 3);
+    EXPECT_EQ(told(), before + 1);
+}
+
 TEST_F(MainWindowTest, EveryReloadMakesNewCards) {
     fill(1);
     open();
