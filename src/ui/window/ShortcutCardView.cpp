@@ -28,7 +28,7 @@ constexpr int cardMargin = 12; // from the card's sides, and between what it sho
 constexpr int cardIconSide = 32;
 constexpr int gapBetweenButtons = 4;
 constexpr int leastNameWidth = 100;
-constexpr int signSide = 18;
+constexpr int cardSignSide = 18;
 constexpr int gapBeforeSign = 6;
 
 /// Calls a copy: the callback may destroy the card, and itself with it.
@@ -145,7 +145,7 @@ void ShortcutCardView::placeViews() {
     const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
     const int nameLeft = cardMargin + cardIconSide + cardMargin;
     const bool hasSign = noticeSign_ != nullptr && !noticeSign_->isHidden();
-    const int forSign = hasSign ? gapBeforeSign + signSide : 0;
+    const int forSign = hasSign ? gapBeforeSign + cardSignSide : 0;
     const int forTexts = editLeft - cardMargin - nameLeft - cardMargin - forSign;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
@@ -158,7 +158,7 @@ void ShortcutCardView::placeViews() {
     place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
     if (hasSign) {
         place(*noticeSign_, nameLeft + nameWidth + cardMargin + badgeWidth + gapBeforeSign,
-              {signSide, signSide});
+              {cardSignSide, cardSignSide});
     }
     place(*editButton_, editLeft, editButton_->sizeHint());
     place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
@@ -176,10 +176,6 @@ void ShortcutCardView::paintEvent(QPaintEvent*) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette().color(QPalette::Base));
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    if (isMarked_) {
-        painter.setBrush(accentTintColor(palette()));
-        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    }
     painter.setPen(QPen(isEmphasized ? accentColor(palette()) : separatorColor(palette()), width));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
