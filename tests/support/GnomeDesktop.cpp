@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* socketName = "wayland-0";
 constexpr const char* extensions =
-    "['hollowfernpike@hollowfernpike.app', 'hollowfernpike-43@hollowfernpike.app']";
+    "['hollowfernpike@app.hollowfernpike', 'hollowfernpike-43@app.hollowfernpike']";
 
 Environment environmentIn(const SessionFolders& folders) {
     auto environment = folders.environment();
@@ -84,14 +84,7 @@ std::string GnomeDesktop::waylandSocket() const {
 }
 
 fs::path GnomeDesktop::lend(const fs::path& file) const {
-    if (!hasSessionUser()) {
-        return file;
-    }
-    auto copy = ground_.path() / "lent" / file.filename();
-    fs::create_directories(copy.parent_path());
-    fs::copy_file(file, copy, fs::copy_options::skip_existing);
-    giveToSessionUser(ground_.path());
-    return copy;
+    return lendToSessionUser(file, ground_.path());
 }
 
 std::unique_ptr<ChildProcess> GnomeDesktop::start(const std::vector<std::string>& commandLine,
@@ -160,8 +153,8 @@ bool GnomeDesktop::hasModules() const {
 }
 
 std::string GnomeDesktop::extension() const {
-    return hasModules() ? "hollowfernpike@hollowfernpike.app"
-                        : "hollowfernpike-43@hollowfernpike.app";
+    return hasModules() ? "hollowfernpike@app.hollowfernpike"
+                        : "hollowfernpike-43@app.hollowfernpike";
 }
 
 void GnomeDesktop::takePicture(const fs::path& file) const {

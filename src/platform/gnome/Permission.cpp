@@ -17,8 +17,8 @@ namespace hollowfernpike::gnome {
 
 namespace {
 
-constexpr std::array extensions{"hollowfernpike@hollowfernpike.app",
-                                "hollowfernpike-43@hollowfernpike.app"};
+constexpr std::array extensions{"hollowfernpike@app.hollowfernpike",
+                                "hollowfernpike-43@app.hollowfernpike"};
 
 /// What the shell says of an extension ("state" of GetExtensionInfo).
 enum class State : unsigned char {
@@ -87,11 +87,7 @@ void enable(const freedesktop::SessionBus& bus, const char* identifier) {
 } // namespace
 
 bool isExtensionInstalled() {
-    auto directories = freedesktop::sharedDataDirectories();
-    if (const auto own = freedesktop::dataHome()) {
-        directories.push_back(*own);
-    }
-    return std::ranges::any_of(directories, [](const auto& directory) {
+    return std::ranges::any_of(freedesktop::dataDirectories(), [](const auto& directory) {
         return std::ranges::any_of(extensions, [&](const char* identifier) {
             std::error_code error;
             return std::filesystem::exists(
