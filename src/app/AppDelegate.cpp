@@ -174,6 +174,7 @@ platform::Menu AppDelegate::languageMenu() {
         auto item = menuItem(nameOf(language), "changeLanguage", this);
         item->representedObject = language;
         item->isOn = language == Language::current();
+        item->isChoice = true;
         menu.push_back(std::move(item));
     }
     return menu;

@@ -14,6 +14,20 @@ inline std::string purpose(std::string_view appName) {
     return localized("「" + name + "」を前面に表示", "Bring " + name + " to the front");
 }
 
+/// The question before a file is replaced.
+inline std::string replaceTitle(std::string_view fileName) {
+    const std::string name{fileName};
+    return localized("「" + name + "」はすでに存在します。置き換えますか？",
+                     "\"" + name + "\" already exists. Replace it?");
+}
+
+/// Said of a combination that a shortcut has already.
+inline std::string taken(std::string_view appName) {
+    const std::string name{appName};
+    return localized("この組み合わせは「" + name + "」で使われています",
+                     "\"" + name + "\" already has this combination.");
+}
+
 } // namespace hollowfernpike::L10n
 
 namespace hollowfernpike::L10n::Main {

@@ -22,6 +22,16 @@ constexpr std::chrono::milliseconds retryInterval{5000};
 /// shows that without a look at any shortcut.
 constexpr float sparse = 0.25F;
 
+Holder holderOf(const platform::KeyCombination& combination, const platform::EventTap& tap) {
+    const auto isAmong = [&](const std::vector<platform::KeyCombination>& combinations) {
+        return std::ranges::find(combinations, combination) != combinations.end();
+    };
+    if (isAmong(tap.refusedCombinations())) {
+        return Holder::desktop;
+    }
+    return isAmong(tap.listenOnlyCombinations()) ? Holder::program : Holder::nobody;
+}
+
 void enableTapAfterCallback() {
     platform::services().mainQueue.async([] {
         if (auto* const tap = HotkeyManager::shared().eventTap()) {
@@ -96,12 +106,16 @@ void HotkeyManager::installEventTap() {
 }
 
 void HotkeyManager::tellInterest() {
-    std::vector<platform::KeyCombination> interest;
-    interest.reserve(shortcutMap_->size());
+    eventTap_->setInterest(interest());
+}
+
+std::vector<platform::KeyCombination> HotkeyManager::interest() const {
+    std::vector<platform::KeyCombination> combinations;
+    combinations.reserve(shortcutMap_->size());
     for (const auto& [key, shortcut] : *shortcutMap_) {
-        interest.push_back({shortcut.keyCode, shortcut.modifierFlags & modifierMask});
+        combinations.push_back({shortcut.keyCode, shortcut.modifierFlags & modifierMask});
     }
-    eventTap_->setInterest(interest);
+    return combinations;
 }
 
 void HotkeyManager::stop() {
@@ -121,12 +135,32 @@ const AppShortcut* HotkeyManager::shortcutFor(const platform::KeyCombination& co
     return found == shortcutMap_->end() ? nullptr : &found->second;
 }
 
-bool HotkeyManager::isRefused(const AppShortcut& shortcut) const {
-    const platform::KeyCombination combination{shortcut.keyCode,
-                                               shortcut.modifierFlags & modifierMask};
-    const auto refused =
-        eventTap_ ? eventTap_->refusedCombinations() : std::vector<platform::KeyCombination>{};
-    return std::ranges::find(refused, combination) != refused.end();
+Holder HotkeyManager::otherHolder(const platform::KeyCombination& combination) const {
+    if (!eventTap_) {
+        return Holder::nobody;
+    }
+    if (shortcutFor(combination) != nullptr) {
+        return holderOf(combination, *eventTap_);
+    }
+    auto combinations = interest();
+    combinations.push_back(combination);
+    eventTap_->setInterest(combinations);
+    const auto holder = holderOf(combination, *eventTap_);
+    combinations.pop_back();
+    eventTap_->setInterest(combinations);
+    return holder;
+}
+
+void HotkeyManager::tryAgain() {
+    if (!eventTap_) {
+        return;
+    }
+    if (const auto shared = eventTap_->listenOnlyCombinations(); !shared.empty()) {
+        tellInterest();
+        if (eventTap_->listenOnlyCombinations() != shared) {
+            platform::services().notificationCenter.post(refusedCombinationsDidChange);
+        }
+    }
 }
 
 const platform::KeyEvent* hotkeyEventTapCallback(platform::EventTap* /*proxy*/,

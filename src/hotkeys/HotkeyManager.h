@@ -9,12 +9,20 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace hollowfernpike {
 
 /// Shortcuts by the text of their `ShortcutMapKey`.
 using ShortcutMap =
     std::unordered_map<std::string, AppShortcut, TransparentTextHash, std::equal_to<>>;
+
+/// Who has a combination besides us.
+enum class Holder {
+    nobody,
+    program, ///< another program, which gets its presses as well
+    desktop, ///< the desktop itself, so that its presses never come here
+};
 
 /// Posted on the notification centre when other combinations than before may be refused.
 inline constexpr std::string_view refusedCombinationsDidChange = "refusedCombinationsDidChange";
@@ -45,8 +53,12 @@ public:
     /// The shortcut of the map with that combination; null if there is none.
     const AppShortcut* shortcutFor(const platform::KeyCombination& combination) const;
 
-    /// Whether the desktop keeps this combination to itself, so that its presses never come here.
-    bool isRefused(const AppShortcut& shortcut) const;
+    /// Who else holds this combination, bound or not. It is asked for a moment if it is not bound.
+    Holder otherHolder(const platform::KeyCombination& combination) const;
+
+    /// Tries to get what other programs held when last tried, because nothing tells that they have
+    /// let go of it. To be called when somebody looks at that.
+    void tryAgain();
 
     /// The installed tap and what attaches it to the main loop; both null while there is none.
     platform::EventTap* eventTap() const { return eventTap_.get(); }
@@ -58,6 +70,7 @@ private:
 
     void installEventTap();
     void tellInterest();
+    std::vector<platform::KeyCombination> interest() const;
 
     platform::AccessibilityTrust& accessibilityTrust_;
     platform::EventTaps& eventTaps_;

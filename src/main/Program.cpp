@@ -6,6 +6,7 @@
 #include "model/CombinationText.h"
 #include "platform/LaunchFeedback.h"
 #include "platform/Windows.h"
+#include "ui/parts/AppName.h"
 
 #include <utility>
 
@@ -62,9 +63,7 @@ std::string Program::purposeOf(const platform::KeyCombination& combination) cons
     if (shortcut == nullptr) {
         return {};
     }
-    const auto name = freedesktop::ApplicationBundles::displayName(shortcut->appPath,
-                                                                   Language::current().rawValue());
-    return L10n::purpose(name.empty() ? shortcut->appName : name);
+    return L10n::purpose(shownAppName(shortcut->appPath, shortcut->appName).toStdString());
 }
 
 bool Program::reassign(const platform::KeyCombination& from, const platform::KeyCombination& to) {
@@ -140,6 +139,7 @@ int Program::run(const std::optional<freedesktop::InstanceRequest>& request) {
     // Reads the applications and the windows' owners now, so that the first key press need not.
     mainQueue_.async([this] {
         if (isLive()) {
+            knowApplications();
             desktop_->windows().clientWindows();
         }
     });
@@ -152,6 +152,15 @@ int Program::run(const std::optional<freedesktop::InstanceRequest>& request) {
         bindingsReminder_.update();
     });
     return application_.run();
+}
+
+// The windows of applications that are not installed are known by their entries alone.
+void Program::knowApplications() {
+    for (const auto& shortcut : ShortcutStore::shared().shortcuts()) {
+        if (entries_.index().withPath(shortcut.appPath) == nullptr) {
+            applicationBundles_.bundleAt(shortcut.appPath);
+        }
+    }
 }
 
 void Program::useStartupIdentifier(const std::string& identifier) {

@@ -88,6 +88,7 @@ private:
     void press(const freedesktop::InstanceRequest& request);
     void languageDidChange();
     void restart();
+    void knowApplications();
     void useStartupIdentifier(const std::string& identifier);
     static bool isLive();
 

@@ -40,11 +40,14 @@ public:
     /// Nothing if there is no application at `path` that can be read.
     virtual std::optional<ApplicationBundle> bundleAt(const std::string& path) = 0;
 
+    /// The name of the application at `path` as people know it, in this language as far as the
+    /// application has it; empty if there is none to be read. `language` is a code such as "ja".
+    virtual std::string displayName(const std::string& path, std::string_view language) = 0;
+
     /// The icon of the application at `path`; an empty one if there is none to be read.
     virtual FileIcon iconForFile(const std::string& path) = 0;
 
-    /// Those that the desktop offers to this user, in no particular order. `language` is a code
-    /// such as "ja".
+    /// Those that the desktop offers to this user, in no particular order.
     virtual std::vector<InstalledApplication> installedApplications(std::string_view language) = 0;
 
     /// Where installed applications lie, for file panels: existing directories, best first.

@@ -26,6 +26,7 @@ struct MenuItem {
     ActionTarget* target = nullptr; ///< null: the application's delegate performs the action
     std::any representedObject;     ///< a value that the item carries for its action
     std::optional<bool> isOn;       ///< its check mark; absent for an item that never has one
+    bool isChoice = false;          ///< one of the neighbours for which this holds is on
     Menu submenu;
     bool isSeparator = false;
 };

@@ -3,8 +3,7 @@
 #include "show/KnownShortcuts.h"
 #include "show/Studio.h"
 #include "show/Typing.h"
-
-#include <fstream>
+#include "support/WriteFile.h"
 
 namespace hollowfernpike::show {
 
@@ -46,12 +45,12 @@ void takeAdding(Studio& studio) {
     takeRecording(studio, editor);
 }
 
-/// An entry that no applications directory holds has no identifier.
+/// A file that is no entry has no identifier.
 void takeUnidentified(Studio& studio, xcb_window_t editor) {
     auto& user = studio.user;
     auto& keyboard = studio.story.keyboard;
     const auto entry = studio.file("elsewhere.desktop");
-    std::filesystem::copy_file(studio.entry("Calendar"), entry);
+    test::writeFile(entry, "no entry at all");
     const auto panel = user.openApplications(editor);
     for (const char* key : {"TAB", "TAB", "SPCE"}) {
         keyboard.strike({key});

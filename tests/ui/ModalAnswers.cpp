@@ -111,14 +111,30 @@ ModalAnswers::Answer press(const std::string& title) {
     };
 }
 
+namespace {
+
+/// While the toolkit reads the folder, it takes no name of a file in it, so this tries again.
+void enter(QFileDialog& panel, const QString& file) {
+    auto* name = panel.findChild<QLineEdit*>("fileNameEdit");
+    const auto role = panel.acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save
+                                                                    : QDialogButtonBox::Open;
+    auto* button = panel.findChild<QDialogButtonBox*>("buttonBox")->button(role);
+    name->clear();
+    name->setText(file);
+    if (button->isEnabled()) {
+        button->click();
+    } else {
+        QTimer::singleShot(1, &panel, [&panel, file] { enter(panel, file); });
+    }
+}
+
+} // namespace
+
 ModalAnswers::Answer choose(const std::string& file) {
     return [file](QWidget& dialog) {
-        const auto* panel = qobject_cast<QFileDialog*>(&dialog);
+        auto* panel = qobject_cast<QFileDialog*>(&dialog);
         ASSERT_NE(panel, nullptr);
-        panel->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(file));
-        const auto button = panel->acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save
-                                                                           : QDialogButtonBox::Open;
-        panel->findChild<QDialogButtonBox*>("buttonBox")->button(button)->click();
+        enter(*panel, QString::fromStdString(file));
     };
 }
 

@@ -1,8 +1,12 @@
 #include "ui/editor/AddEditShortcutSheet.h"
 
+#include "app/L10n.h"
 #include "app/Language.h"
+#include "hotkeys/HotkeyManager.h"
+#include "model/ShortcutStore.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/MainQueue.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Services.h"
 #include "ui/editor/ApplicationPanel.h"
 #include "ui/editor/KeyRecorderView.h"
@@ -10,15 +14,20 @@
 #include "ui/icons/IconView.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/AppName.h"
+#include "ui/parts/FontScale.h"
+#include "ui/parts/HolderNotice.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QHideEvent>
 #include <QPointer>
 #include <QShortcut>
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <utility>
 
 namespace hollowfernpike {
@@ -42,10 +51,10 @@ std::optional<std::string> nameAt(const std::string& path) {
     return std::filesystem::path(path.substr(0, last + 1)).stem().string();
 }
 
-void addShortcut(QWidget& window, Qt::Key key, QAbstractButton* button) {
+void onKey(QWidget& window, Qt::Key key, const std::function<void()>& action) {
     auto* shortcut = new QShortcut(key, &window);
     shortcut->setAutoRepeat(false);
-    QObject::connect(shortcut, &QShortcut::activated, button, &QAbstractButton::click);
+    QObject::connect(shortcut, &QShortcut::activated, &window, action);
 }
 
 } // namespace
@@ -59,7 +68,7 @@ AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
     : QWidget(nullptr, titledAndClosable), editingShortcut_(std::move(editing)),
       keyRecorder_(KeyRecorderView::make()), views_(*this, *keyRecorder_) {
     setAccessibleRole(*this, QAccessible::Dialog);
-    setFixedSize(windowWidth, heightOfStep1);
+    setFixedSize(grown(windowWidth), grown(heightOfStep1));
     takeEditedShortcut();
     buildUI();
     connect(qApp, &QCoreApplication::aboutToQuit, this, &QWidget::close);
@@ -67,6 +76,7 @@ AddEditShortcutSheet::AddEditShortcutSheet(std::optional<AppShortcut> editing)
 
 // A recorder that is still recording outlives its window; as a child it would be deleted.
 AddEditShortcutSheet::~AddEditShortcutSheet() {
+    disconnect(qApp, nullptr, this, nullptr);
     keyRecorder_->setParent(nullptr);
 }
 
@@ -93,8 +103,14 @@ void AddEditShortcutSheet::buildUI() {
     keyRecorder_->onKeyRecorded = [self = QPointer(this)](std::uint16_t, std::uint64_t) {
         if (self) {
             self->views_.saveButton->setEnabled(true);
+            self->updateNotice();
         }
     };
+    auto& notifications = platform::services().notificationCenter;
+    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { updateNotice(); });
+    holdersObservation_ =
+        notifications.observe(refusedCombinationsDidChange, [this] { updateNotice(); });
+    updateNotice();
     buildKeyboardUse();
     if (selectedAppPath_) {
         showStep2();
@@ -102,10 +118,27 @@ void AddEditShortcutSheet::buildUI() {
 }
 
 void AddEditShortcutSheet::buildKeyboardUse() {
-    addShortcut(*this, Qt::Key_Escape, views_.cancelButton);
-    addShortcut(*this, Qt::Key_Return, views_.saveButton);
-    addShortcut(*this, Qt::Key_Enter, views_.saveButton);
-    views_.selectButton->setFocus();
+    onKey(*this, Qt::Key_Escape, [this] { views_.cancelButton->click(); });
+    onKey(*this, Qt::Key_Return, [this] { pressReturn(); });
+    onKey(*this, Qt::Key_Enter, [this] { pressReturn(); });
+    connect(qApp, &QApplication::focusChanged, this,
+            [this] { views_.saveButton->setDefault(&buttonForReturn() == views_.saveButton); });
+    if (editingShortcut_) {
+        keyRecorder_->setFocus();
+    } else {
+        views_.selectButton->setFocus();
+    }
+}
+
+QPushButton& AddEditShortcutSheet::buttonForReturn() const {
+    auto* focused = qobject_cast<QPushButton*>(focusWidget());
+    return focused != nullptr ? *focused : *views_.saveButton;
+}
+
+void AddEditShortcutSheet::pressReturn() {
+    if (views_.saveButton->isEnabled()) {
+        buttonForReturn().click();
+    }
 }
 
 void AddEditShortcutSheet::selectApp() {
@@ -132,15 +165,15 @@ void AddEditShortcutSheet::showSelectedApp() {
         return;
     }
     views_.step1AppIconView->setIcon(*selectedAppIcon_);
-    views_.step1AppNameLabel->setText(selectedAppName_ ? QString::fromStdString(*selectedAppName_)
-                                                       : localized("不明", "Unknown"));
+    showAppName(*views_.step1AppNameLabel, *selectedAppPath_,
+                selectedAppName_.value_or(localized("不明", "Unknown")));
     views_.layOut(size());
 }
 
 void AddEditShortcutSheet::showStep2() {
     views_.step2Container->show();
-    if (height() < heightOfBothSteps) {
-        setFixedHeight(heightOfBothSteps);
+    if (height() < grown(heightOfBothSteps)) {
+        setFixedHeight(grown(heightOfBothSteps));
     }
 }
 
@@ -180,7 +213,27 @@ void AddEditShortcutSheet::takeUp(const EditorDraft& draft) {
     if (draft.keyCode && draft.modifierFlags) {
         keyRecorder_->setShortcut(*draft.keyCode, *draft.modifierFlags);
         views_.saveButton->setEnabled(true);
+        updateNotice();
     }
+}
+
+QString AddEditShortcutSheet::notice() const {
+    AppShortcut wanted = editingShortcut_.value_or(AppShortcut{});
+    wanted.keyCode = *keyRecorder_->capturedKeyCode();
+    wanted.modifierFlags = *keyRecorder_->capturedModifierFlags();
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    const auto owner = std::ranges::find_if(shortcuts, [&](const AppShortcut& other) {
+        return other.id != wanted.id && other.keyCode == wanted.keyCode &&
+               ((other.modifierFlags ^ wanted.modifierFlags) & modifierMask) == 0;
+    });
+    return owner == shortcuts.end()
+               ? holderNotice(wanted)
+               : QString::fromStdString(
+                     L10n::taken(shownAppName(owner->appPath, owner->appName).toStdString()));
+}
+
+void AddEditShortcutSheet::updateNotice() {
+    views_.setNotice(keyRecorder_->capturedKeyCode() ? notice() : QString());
 }
 
 void AddEditShortcutSheet::tell(const char* message) {

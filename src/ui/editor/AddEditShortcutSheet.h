@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/AppShortcut.h"
+#include "platform/RunLoop.h"
 #include "ui/editor/EditorDraft.h"
 #include "ui/editor/EditorViews.h"
 
@@ -15,7 +16,11 @@
 namespace hollowfernpike {
 
 /// The window in which a shortcut is made or changed: first the application, then the keys. It
-/// hands the result to its owner and touches no store. Main thread only.
+/// hands the result to its owner and changes no store; it only says who has the combination
+/// already. Main thread only.
+///
+/// Return saves, or presses the button that has the focus. It does nothing before there is
+/// something to save.
 ///
 /// It keeps itself alive while it is shown; once closed it lives as long as somebody holds it.
 /// Closing it does not stop a recording.
@@ -53,9 +58,13 @@ private:
     void takeEditedShortcut();
     void buildUI();
     void buildKeyboardUse();
+    QPushButton& buttonForReturn() const;
+    void pressReturn();
     void setSelectedApp(const std::string& path);
     void showSelectedApp();
     void showStep2();
+    QString notice() const;
+    void updateNotice();
     void tell(const char* message);
 
     void resizeEvent(QResizeEvent* event) override;
@@ -70,6 +79,8 @@ private:
     std::optional<QIcon> selectedAppIcon_;
     std::shared_ptr<KeyRecorderView> keyRecorder_;
     EditorViews views_;
+    std::unique_ptr<platform::Subscription> shortcutsObservation_;
+    std::unique_ptr<platform::Subscription> holdersObservation_;
     std::shared_ptr<AddEditShortcutSheet> heldWhileShown_; ///< ourselves
 };
 

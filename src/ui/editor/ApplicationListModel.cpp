@@ -1,6 +1,7 @@
 #include "ui/editor/ApplicationListModel.h"
 
 #include "ui/icons/FileIcons.h"
+#include "ui/parts/FontScale.h"
 
 #include <QElapsedTimer>
 #include <QSize>
@@ -46,7 +47,7 @@ QVariant ApplicationListModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
         return iconOf(rows_[static_cast<std::size_t>(index.row())]);
     case Qt::SizeHintRole:
-        return QSize(0, rowHeight); // as wide as the view, so that long names elide
+        return QSize(0, grown(rowHeight)); // as wide as the view, so that long names elide
     default:
         return {};
     }

@@ -3,7 +3,8 @@
 #include "app/Language.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/Services.h"
-#include "ui/parts/OpenPanel.h"
+#include "ui/parts/FilePanel.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
@@ -16,9 +17,11 @@
 #include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace hollowfernpike {
@@ -27,6 +30,19 @@ namespace {
 
 constexpr QSize initialSize(360, 420);
 constexpr QSize rowIcon(24, 24);
+constexpr auto entryExtension = ".desktop";
+
+/// Gives all icons the same room, so that the names beside them begin in one line.
+class RowDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+private:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->decorationSize = rowIcon;
+    }
+};
 
 ApplicationSearch installedApplications() {
     const Language language = Language::current();
@@ -34,9 +50,21 @@ ApplicationSearch installedApplications() {
     return {bundles.installedApplications(language.rawValue()), language};
 }
 
-QString applicationDirectory() {
-    const auto directories = platform::services().applicationBundles.applicationDirectories();
-    return directories.empty() ? QDir::homePath() : QString::fromStdString(directories.front());
+QStringList applicationDirectories() {
+    QStringList directories;
+    for (const auto& path : platform::services().applicationBundles.applicationDirectories()) {
+        directories.push_back(QString::fromStdString(path));
+    }
+    return directories;
+}
+
+/// The one of these folders that holds the most applications; home if there is none.
+QString fullestOf(const QStringList& directories) {
+    const auto count = [](const QString& path) {
+        return QDir(path, QStringLiteral("*") + entryExtension).count();
+    };
+    const auto fullest = std::ranges::max_element(directories, {}, count);
+    return fullest == directories.end() ? QDir::homePath() : *fullest;
 }
 
 bool movesInList(int key) {
@@ -72,7 +100,7 @@ ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
     buildButtons();
     buildSearchField();
     find({});
-    resize(initialSize);
+    resize(grown(initialSize.width()), grown(initialSize.height()));
 }
 
 void ApplicationPanel::buildSearchField() {
@@ -97,6 +125,7 @@ void ApplicationPanel::buildList() {
     list_->setModel(&model_);
     list_->setIconSize(rowIcon);
     list_->setUniformItemSizes(true);
+    list_->setItemDelegate(new RowDelegate(list_));
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);
@@ -112,9 +141,7 @@ void ApplicationPanel::buildList() {
 
 void ApplicationPanel::buildButtons() {
     otherButton_->setObjectName("otherButton");
-    otherButton_->setAutoDefault(false);
     cancelButton_->setObjectName("cancelButton");
-    cancelButton_->setAutoDefault(false);
     openButton_->setObjectName("openButton");
     openButton_->setDefault(true);
     onClick(*otherButton_, [this] { chooseOtherFile(); });
@@ -143,9 +170,12 @@ void ApplicationPanel::openSelected() {
 }
 
 void ApplicationPanel::chooseOtherFile() {
-    auto* files = new OpenPanel(localized("アプリ", "Apps"), ".desktop", this);
+    const auto directories = applicationDirectories();
+    auto* files =
+        new FilePanel(FilePanel::Purpose::open, localized("アプリ", "Apps"), entryExtension, this);
     files->setAttribute(Qt::WA_DeleteOnClose);
-    files->setDirectory(applicationDirectory());
+    files->addPlaces(directories);
+    files->setDirectory(fullestOf(directories));
     files->setWindowTitle(windowTitle());
     connect(files, &QFileDialog::fileSelected, this,
             [this](const QString& file) { choose(file.toStdString()); });

@@ -3,6 +3,7 @@
 #include "app/Language.h"
 #include "ui/editor/KeyRecorderView.h"
 #include "ui/icons/IconView.h"
+#include "ui/icons/Symbols.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/LargeButton.h"
 
@@ -15,6 +16,7 @@ namespace {
 constexpr int margin = 20;
 constexpr int bottomMargin = 16;
 constexpr int iconSide = 32;
+constexpr int signSide = 18;
 
 FittingLabel* makeLabel(QWidget* parent, const char* name, int fontSize, QFont::Weight weight) {
     auto* label = new FittingLabel(parent);
@@ -72,11 +74,16 @@ EditorViews::EditorViews(QWidget& window, KeyRecorderView& recorder)
       step2Heading(makeHeading(
           step2Container, "step2Heading",
           localized("ステップ 2: ショートカットキーを記録", "Step 2: Record Shortcut Key"))),
-      keyRecorder(adopted(recorder, step2Container)),
+      keyRecorder(adopted(recorder, step2Container)), noticeSign(new IconView(&window)),
+      noticeLabel(makeLabel(&window, "noticeLabel", 13, QFont::Normal)),
       cancelButton(makeButton(&window, "cancelButton", localized("キャンセル", "Cancel"))),
       saveButton(makeButton(&window, "saveButton", localized("保存", "Save"))) {
     step1AppIconView->setObjectName("step1AppIconView");
     step2Container->setObjectName("step2Container");
+    noticeSign->setObjectName("noticeSign");
+    noticeSign->setIcon(symbolImage(Symbol::exclamationmarkTriangle));
+    noticeLabel->setMaximumLineCount(2);
+    setNotice({});
     saveButton->setDefault(true);
 }
 
@@ -84,6 +91,13 @@ void EditorViews::layOut(const QSize& size) const {
     const int bottomOfStep1 = layOutStep1(size.width());
     layOutStep2(bottomOfStep1 + margin, size.width());
     layOutButtons(size);
+    layOutNotice(size.width());
+}
+
+void EditorViews::setNotice(const QString& notice) const {
+    noticeLabel->setText(notice);
+    noticeLabel->setHidden(notice.isEmpty());
+    noticeSign->setHidden(notice.isEmpty());
 }
 
 int EditorViews::layOutStep1(int width) const {
@@ -112,13 +126,23 @@ void EditorViews::layOutStep2(int top, int width) const {
 }
 
 void EditorViews::layOutButtons(const QSize& size) const {
-    QRect save(QPoint(), saveButton->sizeHint());
+    const int height = std::max(saveButton->sizeHint().height(), cancelButton->sizeHint().height());
+    QRect save(0, 0, saveButton->sizeHint().width(), height);
     save.moveBottomRight(QPoint(size.width() - margin - 1, size.height() - bottomMargin - 1));
     saveButton->setGeometry(save);
 
-    QRect cancel(QPoint(), cancelButton->sizeHint());
+    QRect cancel(0, 0, cancelButton->sizeHint().width(), height);
     cancel.moveBottomRight(QPoint(save.left() - 8 - 1, save.bottom()));
     cancelButton->setGeometry(cancel);
+}
+
+// Between the recorder and the buttons.
+void EditorViews::layOutNotice(int width) const {
+    constexpr int gap = 6;
+    const int top = bottomOf(step2Container->geometry()) + gap;
+    const QRect room(margin, top, width - 2 * margin, saveButton->y() - gap - top);
+    noticeLabel->setGeometry(room.adjusted(signSide + gap, 0, 0, 0));
+    noticeSign->setGeometry(centeredBeside(room, margin, QSize(signSide, signSide)));
 }
 
 } // namespace hollowfernpike

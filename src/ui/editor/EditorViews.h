@@ -17,6 +17,9 @@ struct EditorViews {
     /// Puts everything in its place in a window of this size.
     void layOut(const QSize& size) const;
 
+    /// What people should know of the combination; no sign without words.
+    void setNotice(const QString& notice) const;
+
     FittingLabel* step1Heading;
     QPushButton* selectButton;
     IconView* step1AppIconView;
@@ -24,6 +27,8 @@ struct EditorViews {
     QWidget* step2Container;
     FittingLabel* step2Heading;
     KeyRecorderView* keyRecorder;
+    IconView* noticeSign;
+    FittingLabel* noticeLabel;
     QPushButton* cancelButton;
     QPushButton* saveButton;
 
@@ -31,6 +36,7 @@ private:
     int layOutStep1(int width) const;
     void layOutStep2(int top, int width) const;
     void layOutButtons(const QSize& size) const;
+    void layOutNotice(int width) const;
 };
 
 } // namespace hollowfernpike

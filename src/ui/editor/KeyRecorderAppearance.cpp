@@ -4,6 +4,7 @@
 
 #include "app/Language.h"
 #include "ui/parts/AccessibleRole.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
@@ -19,11 +20,12 @@ namespace hollowfernpike {
 
 namespace {
 
-constexpr int fixedHeight = 36;
+constexpr int usualHeight = 36;
 constexpr int frameRadius = 6;
 constexpr int labelInset = 12;
 constexpr int buttonInset = 8;
 constexpr int gap = 8;
+constexpr int roomForRing = 5;
 constexpr int recordingBorderWidth = 2;
 
 } // namespace
@@ -31,7 +33,7 @@ constexpr int recordingBorderWidth = 2;
 void KeyRecorderView::setupUI() {
     setAccessibleRole(*this, QAccessible::Pane);
     setObjectName("keyRecorder");
-    setFixedHeight(fixedHeight);
+    setFixedHeight(grown(usualHeight));
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(localized("ショートカットキー", "Shortcut key"));
     displayLabel_->setObjectName("displayLabel");
@@ -54,7 +56,7 @@ void KeyRecorderView::layOut() {
 
     const int room = frame.left() - gap - labelInset;
     const QSize label(std::min(displayLabel_->sizeHint().width(), room),
-                      height() - 2 * recordingBorderWidth);
+                      height() - 2 * roomForRing);
     displayLabel_->setGeometry(QRect(QPoint(labelInset, (height() - label.height()) / 2), label));
 }
 

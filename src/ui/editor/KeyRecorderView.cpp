@@ -7,9 +7,11 @@
 #include "platform/EventTap.h"
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
+#include "ui/parts/CombinationWords.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 
+#include <QMouseEvent>
 #include <QPushButton>
 
 #include <algorithm>
@@ -46,6 +48,12 @@ void KeyRecorderView::toggleRecording() {
     if (isRecording_) {
         stopRecording();
     } else {
+        startRecording();
+    }
+}
+
+void KeyRecorderView::mouseReleaseEvent(QMouseEvent* event) {
+    if (!isRecording_ && event->button() == Qt::LeftButton && rect().contains(event->pos())) {
         startRecording();
     }
 }
@@ -131,7 +139,8 @@ void KeyRecorderView::handleCapturedKey(std::uint16_t keyCode, std::uint64_t fla
     }
     const std::uint64_t modifiers = flags & modifierMask;
     if (modifiers == 0) {
-        setLabel(localized("修飾キー(⌃⌥⇧⌘)を含めてください", "Include a modifier key (⌃⌥⇧⌘)."));
+        setLabel(localized("修飾キー(⌃⌥⇧⌘)を含めてください", "Include a modifier key (⌃⌥⇧⌘)."),
+                 modifiersInWords());
         return;
     }
     setShortcut(keyCode, modifiers);
@@ -144,7 +153,7 @@ void KeyRecorderView::handleCapturedKey(std::uint16_t keyCode, std::uint64_t fla
 void KeyRecorderView::setShortcut(std::uint16_t keyCode, std::uint64_t modifierFlags) {
     capturedKeyCode_ = keyCode;
     capturedModifierFlags_ = modifierFlags;
-    setLabel(displayString(keyCode, modifierFlags));
+    setLabel(displayString(keyCode, modifierFlags), combinationInWords(keyCode, modifierFlags));
 }
 
 void KeyRecorderView::showRecording(bool isRecording) {
@@ -154,8 +163,10 @@ void KeyRecorderView::showRecording(bool isRecording) {
     update();
 }
 
-void KeyRecorderView::setLabel(const QString& text) {
+void KeyRecorderView::setLabel(const QString& text, const QString& inWords) {
     displayLabel_->setText(text);
+    displayLabel_->setToolTip(inWords.toHtmlEscaped());
+    displayLabel_->setAccessibleDescription(inWords);
     setAccessibleDescription(text);
     layOut();
 }

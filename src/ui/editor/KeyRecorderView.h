@@ -15,9 +15,10 @@ namespace hollowfernpike {
 
 class FittingLabel;
 
-/// Records one key combination: a bordered line with a label and a button. While it records it
-/// listens to the whole keyboard and swallows nothing, so that every key press also reaches our key
-/// window. Main thread only.
+/// Records one key combination: a bordered line with a label and a button. A click on it records,
+/// as the label says; once it records, only the button, Escape or a key ends that. While it records
+/// it listens to the whole keyboard and swallows nothing, so that every key press also reaches our
+/// key window. Main thread only.
 ///
 /// While it records it keeps itself alive, even if its window is closed. Call `setParent(nullptr)`
 /// before its parent is destroyed, which would delete it.
@@ -60,10 +61,11 @@ private:
     void removeEventTap();
     void returnToAccessory();
     void showRecording(bool isRecording);
-    void setLabel(const QString& text);
+    void setLabel(const QString& text, const QString& inWords = QString());
 
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
     std::optional<std::uint16_t> capturedKeyCode_;

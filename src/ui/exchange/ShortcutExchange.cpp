@@ -5,10 +5,7 @@
 #include "platform/FileManager.h"
 #include "platform/Services.h"
 #include "ui/icons/Symbols.h"
-#include "ui/parts/OpenPanel.h"
-
-#include <QFileInfo>
-#include <QLineEdit>
+#include "ui/parts/FilePanel.h"
 
 #include <memory>
 #include <string>
@@ -20,41 +17,15 @@ namespace {
 constexpr auto fileKind = "JSON";
 constexpr auto fileExtension = ".json";
 
-/// Gives every name the extension; the toolkit would do so only for names without a dot.
-class SavePanel final : public QFileDialog {
-    void accept() override {
-        const QStringList files = selectedFiles();
-        if (!files.isEmpty() && !QFileInfo(files.front()).isDir()) {
-            completeName();
-        }
-        QFileDialog::accept();
-    }
-
-    // In the text field, so that the question before replacing a file is about the full name.
-    void completeName() {
-        auto* field = findChild<QLineEdit*>("fileNameEdit");
-        if (field == nullptr) {
-            return;
-        }
-        const QString name = field->text().remove('"'); // to the toolkit, quotes delimit names
-        if (!name.endsWith(fileExtension, Qt::CaseInsensitive)) {
-            field->setText(name + fileExtension);
-        }
-    }
-};
-
 std::unique_ptr<QFileDialog> makeSavePanel() {
-    auto panel = std::make_unique<SavePanel>();
-    panel->setOption(QFileDialog::DontUseNativeDialog); // the desktop's has a language of its own
-    panel->setNameFilter(QStringLiteral("%1 (*%2)").arg(fileKind, fileExtension));
+    auto panel = std::make_unique<FilePanel>(FilePanel::Purpose::save, fileKind, fileExtension);
     panel->setWindowTitle(localized("ショートカットをエクスポート", "Export Shortcuts"));
-    panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->selectFile("Hollowfernpike.json");
     return panel;
 }
 
 std::unique_ptr<QFileDialog> makeImportPanel() {
-    auto panel = std::make_unique<OpenPanel>(fileKind, fileExtension);
+    auto panel = std::make_unique<FilePanel>(FilePanel::Purpose::open, fileKind, fileExtension);
     panel->setWindowTitle(localized("ショートカットをインポート", "Import Shortcuts"));
     return panel;
 }

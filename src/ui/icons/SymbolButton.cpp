@@ -2,6 +2,7 @@
 
 #include "ui/parts/SystemColors.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPen>
 
@@ -23,6 +24,15 @@ SymbolButton::SymbolButton(Symbol symbol, SymbolTint tint, const QString& descri
     setAccessibleName(description);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
+}
+
+void SymbolButton::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn) {
+        QAbstractButton::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        click();
+    }
 }
 
 void SymbolButton::paintEvent(QPaintEvent*) {

@@ -7,7 +7,7 @@
 namespace hollowfernpike {
 
 /// A square button that shows only a symbol, unless the pointer is over it or it has the focus. Tab
-/// gives it the focus; a click does not. Main thread only.
+/// gives it the focus; a click does not. Return presses it, as Space does. Main thread only.
 class SymbolButton final : public QAbstractButton {
 public:
     static constexpr int side = 28; ///< of the button
@@ -19,6 +19,7 @@ public:
     QSize sizeHint() const override { return {side, side}; }
 
 private:
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void paintBackground(QPainter& painter) const;
 };

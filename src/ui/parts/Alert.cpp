@@ -23,6 +23,7 @@ public:
         setPicture(warns ? Warning : Information, alert.icon);
         setTexts(QString::fromStdString(alert.message),
                  QString::fromStdString(alert.informativeText));
+        setHint(QString::fromStdString(alert.hint));
         for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
             addButton(alert, index);
         }

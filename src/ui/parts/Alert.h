@@ -24,6 +24,7 @@ struct Alert {
     std::string message = std::string();
     std::string informativeText = std::string();
     std::vector<std::string> buttons = {"OK"}; ///< at least one, the affirmative first
+    std::string hint = std::string();          ///< on hover over the informative text
     QIcon icon = QIcon();                      ///< in place of the style's own
 
     /// Shows the alert by itself and returns the pressed button's index once it is answered; the

@@ -1,5 +1,6 @@
 #include "ui/parts/Labels.h"
 
+#include "ui/parts/FontScale.h"
 #include "ui/parts/SystemColors.h"
 
 #include <QFontDatabase>
@@ -10,6 +11,8 @@
 #include <QStylePainter>
 #include <QTextLayout>
 #include <QToolTip>
+
+#include <cmath>
 
 namespace hollowfernpike {
 
@@ -42,9 +45,13 @@ QStringList wrapped(const QString& text, const QFont& font, int width, int count
     return lines;
 }
 
+int pixels(int usualSize) {
+    return static_cast<int>(std::lround(usualSize * fontScale()));
+}
+
 QFont badgeFont() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(13);
+    font.setPixelSize(pixels(13));
     font.setWeight(QFont::DemiBold);
     return font;
 }
@@ -92,7 +99,8 @@ QFont FittingLabel::fontForLines() const {
 bool FittingLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip && !fitsInOneLine()) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        QToolTip::showText(help->globalPos(), "<p>" + text().toHtmlEscaped() + "</p>", this);
+        QToolTip::showText(help->globalPos(), "<p>" + text().toHtmlEscaped() + "</p>" + toolTip(),
+                           this);
         return true;
     }
     return QLabel::event(event);
@@ -144,7 +152,7 @@ void HotkeyBadge::paintEvent(QPaintEvent*) {
 
 QFont systemFont(int size, QFont::Weight weight) {
     QFont font = QGuiApplication::font();
-    font.setPixelSize(size);
+    font.setPixelSize(pixels(size));
     font.setWeight(weight);
     return font;
 }

@@ -6,7 +6,8 @@
 namespace hollowfernpike {
 
 /// A line of plain text. If it does not fit, it wraps into smaller lines as far as it may, ends in
-/// an ellipsis if that is not enough, and shows the whole text as a tool tip. Main thread only.
+/// an ellipsis if that is not enough, and shows the whole text above its own tool tip. Main thread
+/// only.
 class FittingLabel final : public QLabel {
 public:
     explicit FittingLabel(QWidget* parent = nullptr);
@@ -48,7 +49,8 @@ private:
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// The desktop's font for user interfaces, `size` device-independent pixels high. Main thread only.
+/// The desktop's font for user interfaces, `size` device-independent pixels high if that font has a
+/// usual size, else in proportion. Main thread only.
 QFont systemFont(int size, QFont::Weight weight);
 
 } // namespace hollowfernpike

@@ -71,6 +71,13 @@ void MessageBox::setTexts(const QString& message, const QString& explanation) {
     setAccessibleDescription(explanation);
 }
 
+void MessageBox::setHint(const QString& hint) {
+    if (auto* explanation = findChild<QLabel*>(explanationName)) {
+        explanation->setToolTip(hint.toHtmlEscaped());
+        explanation->setAccessibleDescription(hint);
+    }
+}
+
 void MessageBox::setPicture(Icon kind, const QIcon& own) {
     if (!own.isNull()) {
         setIconPixmap(pictureOf(own));

@@ -17,6 +17,9 @@ public:
     /// the box is open.
     void setTexts(const QString& message, const QString& explanation);
 
+    /// What is shown on hover over the explanation.
+    void setHint(const QString& hint);
+
     /// Shows `own`, or the picture for this kind of message if `own` is empty.
     void setPicture(Icon kind, const QIcon& own = QIcon());
 

@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCursor>
 #include <QDialog>
 #include <QScreen>
 
@@ -13,8 +14,13 @@
 
 namespace hollowfernpike {
 
-void center(QWidget& window) {
-    const QRect available = window.screen()->availableGeometry();
+QScreen& usersScreen() {
+    QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
+void center(QWidget& window, const QScreen& screen) {
+    const QRect available = screen.availableGeometry();
     const QSize free = (available.size() - window.size()).expandedTo(QSize(0, 0));
     window.move(available.topLeft() + QPoint(free.width() / 2, free.height() / 3));
 }

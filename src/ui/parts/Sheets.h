@@ -3,13 +3,17 @@
 #include <functional>
 
 class QAbstractButton;
+class QScreen;
 class QWidget;
 
 /// Our windows, and the dialogs that keep the input from them. Main thread only.
 namespace hollowfernpike {
 
-/// Moves the window to the middle of its screen, somewhat nearer to the top than to the bottom.
-void center(QWidget& window);
+/// The screen where the pointer is.
+QScreen& usersScreen();
+
+/// Moves the window to the middle of the screen, somewhat nearer to the top than to the bottom.
+void center(QWidget& window, const QScreen& screen);
 
 /// Shows the window in front of our other windows and gives it the keyboard focus.
 void makeKeyAndOrderFront(QWidget& window);

@@ -81,19 +81,35 @@ std::vector<ShortcutCardView*> CardStackView::cards() const {
 std::optional<CardStackView::Place> CardStackView::focusedPlace() const {
     const QWidget* focused = window()->focusWidget();
     const auto shown = cards();
-    const auto card = std::ranges::find_if(
-        shown, [&](const ShortcutCardView* known) { return known->isAncestorOf(focused); });
+    const auto card = std::ranges::find_if(shown, [&](const ShortcutCardView* known) {
+        return known == focused || known->isAncestorOf(focused);
+    });
     if (focused == nullptr || card == shown.end()) {
         return std::nullopt;
     }
-    return Place{.card = static_cast<std::size_t>(card - shown.begin()),
-                 .isDeleteButton = focused == &(*card)->deleteButton()};
+    Place place{.card = static_cast<std::size_t>(card - shown.begin())};
+    if (focused == &(*card)->editButton()) {
+        place.part = Place::Part::editButton;
+    } else if (focused == &(*card)->deleteButton()) {
+        place.part = Place::Part::deleteButton;
+    }
+    return place;
 }
 
 void CardStackView::focusOn(const Place& place) {
     const auto shown = cards();
-    const ShortcutCardView& card = *shown.at(std::min(place.card, shown.size() - 1));
-    (place.isDeleteButton ? card.deleteButton() : card.editButton()).setFocus();
+    ShortcutCardView& card = *shown.at(std::min(place.card, shown.size() - 1));
+    switch (place.part) {
+    case Place::Part::card:
+        card.setFocus();
+        break;
+    case Place::Part::editButton:
+        card.editButton().setFocus();
+        break;
+    case Place::Part::deleteButton:
+        card.deleteButton().setFocus();
+        break;
+    }
 }
 
 } // namespace hollowfernpike

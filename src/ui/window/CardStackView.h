@@ -26,10 +26,13 @@ public:
     /// From top to bottom.
     std::vector<ShortcutCardView*> cards() const;
 
-    /// A button of a card, by position, so that it is still known when the cards are replaced.
+    /// A card or a button of it, by position, so that it is still known when the cards are
+    /// replaced.
     struct Place {
+        enum class Part : unsigned char { card, editButton, deleteButton };
+
         std::size_t card = 0;
-        bool isDeleteButton = false;
+        Part part = Part::card;
     };
 
     /// Where the window's keyboard focus is, if it is in a card.

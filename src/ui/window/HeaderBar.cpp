@@ -2,6 +2,7 @@
 
 #include "app/Language.h"
 #include "ui/icons/SymbolButton.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/LargeButton.h"
 
 #include <QHBoxLayout>
@@ -26,7 +27,7 @@ HeaderBar::HeaderBar(QWidget* parent)
       importButton_(new SymbolButton(Symbol::squareAndArrowDown, SymbolTint::text, importTitle())),
       addButton_(new LargeButton) {
     constexpr int height = 52;
-    setFixedHeight(height);
+    setFixedHeight(grown(height));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(16, 0, 16, 0);
     layout->setSpacing(4);
@@ -34,6 +35,7 @@ HeaderBar::HeaderBar(QWidget* parent)
     layout->addWidget(importButton_);
     layout->addStretch();
     layout->addWidget(addButton_);
+    addButton_->setAutoDefault(true); // Return presses it while it has the focus
     relabel();
 }
 

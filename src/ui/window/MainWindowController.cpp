@@ -12,6 +12,10 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/AppName.h"
+#include "ui/parts/CombinationWords.h"
+#include "ui/parts/FontScale.h"
+#include "ui/parts/HolderNotice.h"
 #include "ui/parts/Sheets.h"
 #include "ui/window/CardStackView.h"
 #include "ui/window/HeaderBar.h"
@@ -31,7 +35,8 @@
 namespace hollowfernpike {
 
 /// The management window itself: the desktop's key for closing closes it, and its list scrolls to
-/// the button that Tab moves the focus to. Closing hides it. Main thread only.
+/// the button that Tab moves the focus to; when people come back to it, it shows who holds their
+/// combinations now. Closing hides it. Main thread only.
 class ManagementWindow final : public QWidget {
 public:
     ManagementWindow();
@@ -41,6 +46,7 @@ public:
 
 private:
     bool focusNextPrevChild(bool next) override;
+    void changeEvent(QEvent* event) override;
 
     QScrollArea* scrollView_ = nullptr;
 };
@@ -59,6 +65,13 @@ bool ManagementWindow::focusNextPrevChild(bool next) {
         scrollView_->ensureWidgetVisible(focused, 0, roomForTheCard);
     }
     return moved;
+}
+
+void ManagementWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        HotkeyManager::shared().tryAgain();
+    }
+    QWidget::changeEvent(event);
 }
 
 namespace {
@@ -81,14 +94,41 @@ QScrollArea* makeScrollView() {
     return view;
 }
 
+std::vector<const AddEditShortcutSheet*> openEditors() {
+    std::vector<const AddEditShortcutSheet*> editors;
+    for (const auto* widget : QApplication::topLevelWidgets()) {
+        const auto* editor = dynamic_cast<const AddEditShortcutSheet*>(widget);
+        if (editor != nullptr && editor->isVisible()) {
+            editors.push_back(editor);
+        }
+    }
+    return editors;
+}
+
+/// Away from the place of an editor that it would hide.
+void moveAside(QWidget& editor) {
+    constexpr int step = 28; // shows the other's title
+    const auto others = openEditors();
+    const auto isHidden = [&](const QWidget* other) {
+        return (other->pos() - editor.pos()).manhattanLength() < step;
+    };
+    for (std::size_t moves = 0; moves < others.size(); ++moves) {
+        if (std::ranges::any_of(others, isHidden)) {
+            editor.move(editor.pos() + QPoint(step, step));
+        }
+    }
+}
+
 /// Shows an editor in a window of its own, which keeps itself alive.
-void openEditor(const std::optional<AppShortcut>& editing, const EditorDraft& draft = {}) {
+void openEditor(const QScreen& screen, const std::optional<AppShortcut>& editing,
+                const EditorDraft& draft = {}) {
     const auto editor = AddEditShortcutSheet::make(editing);
     editor->onSave = [isNew = !editing](const AppShortcut& shortcut) {
         isNew ? ShortcutStore::shared().add(shortcut) : ShortcutStore::shared().update(shortcut);
     };
     editor->takeUp(draft);
-    center(*editor);
+    center(*editor, screen);
+    moveAside(*editor);
     makeKeyAndOrderFront(*editor);
     platform::services().application.activateIgnoringOtherApps();
 }
@@ -96,14 +136,14 @@ void openEditor(const std::optional<AppShortcut>& editing, const EditorDraft& dr
 } // namespace
 
 MainWindowController::MainWindowController() : window_(new ManagementWindow) {
-    window_->resize(480, 400);
+    window_->resize(grown(480), grown(400));
     window_->setWindowTitle(windowTitle());
-    center(*window_);
-    window_->setMinimumSize(400, 300);
+    center(*window_, usersScreen());
+    window_->setMinimumSize(grown(400), grown(300));
     setupUI();
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
-    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { reloadCards(); });
+    shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
         notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
@@ -163,6 +203,17 @@ QWidget* MainWindowController::makeHeaderBar() {
     return headerBar_;
 }
 
+// A shortcut that was added is the last one.
+void MainWindowController::followStore() {
+    const auto before = scrollView_ == nullptr ? 0 : stackView()->cards().size();
+    reloadCards();
+    if (scrollView_ != nullptr && stackView()->cards().size() == before + 1) {
+        ShortcutCardView* added = stackView()->cards().back();
+        scrollView_->ensureWidgetVisible(added);
+        added->markForAMoment();
+    }
+}
+
 void MainWindowController::reloadCards() {
     if (scrollView_ == nullptr) {
         return;
@@ -185,11 +236,7 @@ std::vector<ShortcutCardView*> MainWindowController::makeCards() {
 
 ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
     auto* card = new ShortcutCardView(shortcut);
-    if (HotkeyManager::shared().isRefused(shortcut)) {
-        card->setNotice(
-            localized("この組み合わせはデスクトップから渡されないため、働きません",
-                      "The desktop does not hand this combination on, so it does not work"));
-    }
+    card->setNotice(holderNotice(shortcut));
     const QPointer<MainWindowController> controller = this;
     card->onEdit = [controller, shortcut] {
         if (controller != nullptr) {
@@ -204,12 +251,16 @@ ShortcutCardView* MainWindowController::makeCard(const AppShortcut& shortcut) {
     return card;
 }
 
+const QScreen& MainWindowController::screenForEditors() const {
+    return window_ != nullptr && window_->isVisible() ? *window_->screen() : usersScreen();
+}
+
 void MainWindowController::addShortcut() {
-    openEditor(std::nullopt);
+    openEditor(screenForEditors(), std::nullopt);
 }
 
 void MainWindowController::editShortcut(const AppShortcut& shortcut) {
-    openEditor(shortcut);
+    openEditor(screenForEditors(), shortcut);
 }
 
 void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
@@ -217,9 +268,11 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
         return;
     }
     const Alert question{
-        .message = L10n::Main::deleteConfirmTitle(shortcut.appName),
+        .message = L10n::Main::deleteConfirmTitle(
+            shownAppName(shortcut.appPath, shortcut.appName).toStdString()),
         .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
-        .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")}};
+        .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")},
+        .hint = combinationInWords(shortcut.keyCode, shortcut.modifierFlags).toStdString()};
     question.beginSheet(*window_, [id = shortcut.id](int button) {
         if (button == 0) {
             ShortcutStore::shared().remove(id);
@@ -229,12 +282,8 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
 
 OpenWindows MainWindowController::openWindows() const {
     OpenWindows windows{.hasMainWindow = window_ != nullptr && window_->isVisible(), .editors = {}};
-    const auto widgets = QApplication::topLevelWidgets();
-    for (const auto* const widget : widgets) {
-        const auto* const editor = dynamic_cast<const AddEditShortcutSheet*>(widget);
-        if (editor != nullptr && editor->isVisible()) {
-            windows.editors.push_back(editor->draft());
-        }
+    for (const auto* editor : openEditors()) {
+        windows.editors.push_back(editor->draft());
     }
     return windows;
 }
@@ -247,7 +296,8 @@ void MainWindowController::reopen(const OpenWindows& windows) {
     for (const auto& draft : windows.editors) {
         const auto edited = std::ranges::find_if(
             shortcuts, [&](const AppShortcut& shortcut) { return shortcut.id == draft.editing; });
-        openEditor(edited == shortcuts.end() ? std::nullopt : std::optional(*edited), draft);
+        openEditor(screenForEditors(),
+                   edited == shortcuts.end() ? std::nullopt : std::optional(*edited), draft);
     }
 }
 

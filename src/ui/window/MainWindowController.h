@@ -12,6 +12,7 @@
 #include <vector>
 
 class QPushButton;
+class QScreen;
 class QScrollArea;
 
 namespace hollowfernpike {
@@ -23,8 +24,9 @@ class ShortcutCardView;
 class SymbolButton;
 
 /// Owns the management window, which shows every shortcut of the store as a card and lets the user
-/// add, edit, delete, export and import them. It follows the store and the language for as long as
-/// it lives, its window shown or hidden; closing the window hides it. Main thread only.
+/// add, edit, delete, export and import them. A card that is added is scrolled to and marked. It
+/// follows the store and the language for as long as it lives, its window shown or hidden; closing
+/// the window hides it. Main thread only.
 ///
 /// If the window is destroyed, it is not made again; functions that need it then do nothing.
 class MainWindowController final : public QObject {
@@ -61,6 +63,8 @@ public:
 
 private:
     void setupUI();
+    void followStore();
+    const QScreen& screenForEditors() const;
     QWidget* makeHeaderBar();
     std::vector<ShortcutCardView*> makeCards();
     ShortcutCardView* makeCard(const AppShortcut& shortcut);

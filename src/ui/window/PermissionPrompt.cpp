@@ -6,14 +6,41 @@
 #include "ui/parts/Alert.h"
 #include "ui/parts/MessageBox.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QPushButton>
+#include <QWindow>
 
 namespace hollowfernpike {
 
 namespace {
 
+/// Comes back in front of each window of ours that is shown or activated, and leaves it the keys. A
+/// window asks for the front as soon as it is on the screen, so its first exposure comes after
+/// that.
+class PromptWindow final : public MessageBox {
+public:
+    PromptWindow() { qApp->installEventFilter(this); }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool comesForward =
+            event->type() == QEvent::Expose || event->type() == QEvent::FocusIn;
+        if (comesForward && mayBeAbove(qobject_cast<QWindow*>(watched))) {
+            raise();
+        }
+        return MessageBox::eventFilter(watched, event);
+    }
+
+    /// Dialogs that have to be answered first stay in front.
+    bool mayBeAbove(const QWindow* other) const {
+        return other != nullptr && other != windowHandle() && other->modality() == Qt::NonModal &&
+               (other->type() == Qt::Window || other->type() == Qt::Dialog);
+    }
+};
+
 std::unique_ptr<MessageBox> makeWindow() {
-    auto window = std::make_unique<MessageBox>();
+    auto window = std::make_unique<PromptWindow>();
     window->setPicture(QMessageBox::Warning);
     window->setModal(false);
     auto* quit = window->addButton(localized("終了", "Quit"), QMessageBox::DestructiveRole);

@@ -5,13 +5,19 @@
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
+#include "ui/parts/AppName.h"
+#include "ui/parts/CombinationWords.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
+#include <QKeyEvent>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace hollowfernpike {
@@ -22,6 +28,8 @@ constexpr int cardMargin = 12; // from the card's sides, and between what it sho
 constexpr int cardIconSide = 32;
 constexpr int gapBetweenButtons = 4;
 constexpr int leastNameWidth = 100;
+constexpr int cardSignSide = 18;
+constexpr int gapBeforeSign = 6;
 
 /// Calls a copy: the callback may destroy the card, and itself with it.
 void call(const ShortcutCardView::Callback& callback) {
@@ -49,7 +57,8 @@ ShortcutCardView::ShortcutCardView(const AppShortcut& shortcut, QWidget* parent)
 
 void ShortcutCardView::setupUI() {
     setAccessibleRole(*this, QAccessible::Pane);
-    setFixedHeight(height);
+    setFixedHeight(grown(usualHeight));
+    setFocusPolicy(Qt::StrongFocus);
     appNameLabel_->setFont(systemFont(14, QFont::Medium));
     onClick(*editButton_, [this] { editTapped(); });
     onClick(*deleteButton_, [this] { deleteTapped(); });
@@ -57,16 +66,59 @@ void ShortcutCardView::setupUI() {
 
 void ShortcutCardView::configure(const AppShortcut& shortcut) {
     const QString combination = QString::fromStdString(shortcut.displayString());
-    appNameLabel_->setText(QString::fromStdString(shortcut.appName));
+    showAppName(*appNameLabel_, shortcut.appPath, shortcut.appName);
     hotkeyBadge_->setText(" " + combination + " ");
     iconView_->setIcon(lazyIconForFile(shortcut.appPath));
+    hotkeyBadge_->setAccessibleDescription(
+        combinationInWords(shortcut.keyCode, shortcut.modifierFlags));
+    hotkeyBadge_->setToolTip(hotkeyBadge_->accessibleDescription().toHtmlEscaped());
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }
 
 void ShortcutCardView::setNotice(const QString& notice) {
-    hotkeyBadge_->setToolTip(notice);
+    const auto words = hotkeyBadge_->accessibleDescription().toHtmlEscaped();
+    hotkeyBadge_->setToolTip(notice.isEmpty() ? words : words + "<br>" + notice.toHtmlEscaped());
     setAccessibleDescription(notice);
+    if (noticeSign_ == nullptr && !notice.isEmpty()) {
+        makeNoticeSign();
+    }
+    if (noticeSign_ != nullptr) {
+        noticeSign_->setToolTip(notice);
+        noticeSign_->setAccessibleName(notice);
+        noticeSign_->setHidden(notice.isEmpty());
+        placeViews();
+    }
+}
+
+void ShortcutCardView::makeNoticeSign() {
+    noticeSign_ = new IconView(this);
+    setAccessibleRole(*noticeSign_, QAccessible::Graphic);
+    noticeSign_->setIcon(symbolImage(Symbol::exclamationmarkTriangle));
+}
+
+void ShortcutCardView::markForAMoment() {
+    constexpr std::chrono::milliseconds moment{1500};
+    isMarked_ = true;
+    update();
+    QTimer::singleShot(moment, this, [this] {
+        isMarked_ = false;
+        update();
+    });
+}
+
+void ShortcutCardView::keyPressEvent(QKeyEvent* event) {
+    switch (event->isAutoRepeat() ? 0 : event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        editTapped();
+        break;
+    case Qt::Key_Delete:
+        deleteTapped();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void ShortcutCardView::editTapped() {
@@ -78,7 +130,7 @@ void ShortcutCardView::deleteTapped() {
 }
 
 QSize ShortcutCardView::sizeHint() const {
-    return {0, height};
+    return {0, height()};
 }
 
 void ShortcutCardView::resizeEvent(QResizeEvent*) {
@@ -86,22 +138,28 @@ void ShortcutCardView::resizeEvent(QResizeEvent*) {
 }
 
 void ShortcutCardView::placeViews() {
-    const auto place = [](QWidget& view, int left, QSize size) {
-        view.setGeometry(left, (height - size.height()) / 2, size.width(), size.height());
+    const auto place = [this](QWidget& view, int left, QSize size) {
+        view.setGeometry(left, (height() - size.height()) / 2, size.width(), size.height());
     };
     const int deleteLeft = width() - cardMargin - SymbolButton::side;
     const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
     const int nameLeft = cardMargin + cardIconSide + cardMargin;
-    const int forTexts = editLeft - cardMargin - nameLeft - cardMargin;
+    const bool hasSign = noticeSign_ != nullptr && !noticeSign_->isHidden();
+    const int forSign = hasSign ? gapBeforeSign + cardSignSide : 0;
+    const int forTexts = editLeft - cardMargin - nameLeft - cardMargin - forSign;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
     const int nameWidth =
-        std::max(leastNameWidth, std::min(name.width(), forTexts - badge.width()));
+        std::max(grown(leastNameWidth), std::min(name.width(), forTexts - badge.width()));
     const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
 
     place(*iconView_, cardMargin, {cardIconSide, cardIconSide});
     place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
     place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
+    if (hasSign) {
+        place(*noticeSign_, nameLeft + nameWidth + cardMargin + badgeWidth + gapBeforeSign,
+              {cardSignSide, cardSignSide});
+    }
     place(*editButton_, editLeft, editButton_->sizeHint());
     place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
 }
@@ -110,13 +168,15 @@ void ShortcutCardView::paintEvent(QPaintEvent*) {
     constexpr qreal cornerRadius = 8;
     const qreal scale = devicePixelRatioF();
     const qreal border = std::max<qreal>(1, std::floor(scale)) / scale; // whole device pixels
-    const qreal inset = border / 2;
+    const bool isEmphasized = hasFocus() || isMarked_;
+    const qreal width = isEmphasized ? 2 * border : border;
+    const qreal inset = width / 2;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette().color(QPalette::Base));
     painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    painter.setPen(QPen(separatorColor(palette()), border));
+    painter.setPen(QPen(isEmphasized ? accentColor(palette()) : separatorColor(palette()), width));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
                             cornerRadius - inset, cornerRadius - inset);

@@ -17,10 +17,11 @@ class SymbolButton;
 /// to edit and to delete it. Keeps nothing of the shortcut but what it shows. Its texts are in the
 /// language of the moment it was made. Main thread only.
 ///
-/// It is 52 high; its owner gives it a width.
+/// It takes the focus; then Return edits and Delete deletes, as its buttons do. It is 52 high,
+/// or higher for large fonts; its owner gives it a width.
 class ShortcutCardView final : public QWidget {
 public:
-    static constexpr int height = 52;
+    static constexpr int usualHeight = 52;
 
     /// Reports a press of a button; may be empty, and may destroy the card.
     using Callback = std::function<void()>;
@@ -33,8 +34,12 @@ public:
     /// Shows this shortcut from now on.
     void configure(const AppShortcut& shortcut);
 
-    /// What people should know of the combination, shown on hover and told by screen readers.
+    /// What people should know of the combination: a sign beside it, with these words on hover, and
+    /// told by screen readers. No sign without words.
     void setNotice(const QString& notice);
+
+    /// Shows for a moment that this is the one that was added.
+    void markForAMoment();
 
     /// What the buttons do.
     void editTapped();
@@ -43,6 +48,8 @@ public:
     IconView& iconView() const { return *iconView_; }
     FittingLabel& appNameLabel() const { return *appNameLabel_; }
     HotkeyBadge& hotkeyBadge() const { return *hotkeyBadge_; }
+    /// Null if there never was a notice.
+    const IconView* noticeSign() const { return noticeSign_; }
     SymbolButton& editButton() const { return *editButton_; }
     SymbolButton& deleteButton() const { return *deleteButton_; }
 
@@ -53,15 +60,19 @@ public:
 
 private:
     void setupUI();
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
+    void makeNoticeSign();
 
     IconView* iconView_;
     FittingLabel* appNameLabel_;
     HotkeyBadge* hotkeyBadge_;
+    IconView* noticeSign_ = nullptr; ///< made with the first notice
     SymbolButton* editButton_;
     SymbolButton* deleteButton_;
+    bool isMarked_ = false;
 };
 
 } // namespace hollowfernpike

@@ -16,6 +16,7 @@ constexpr auto editableTextInterface = "org.a11y.atspi.EditableText";
 constexpr auto textInterface = "org.a11y.atspi.Text";
 
 // As AtspiStateType numbers them.
+constexpr std::uint32_t activeState = 1;
 constexpr std::uint32_t enabledState = 8;
 constexpr std::uint32_t focusedState = 12;
 constexpr std::uint32_t selectedState = 23;
@@ -79,6 +80,10 @@ bool ScreenReader::isEnabled(const Accessible& part) {
     return hasState(part, enabledState);
 }
 
+bool ScreenReader::isActive(const Accessible& window) {
+    return hasState(window, activeState);
+}
+
 bool ScreenReader::isFocused(const Accessible& part) {
     return hasState(part, focusedState);
 }
@@ -92,18 +97,20 @@ std::string ScreenReader::description(const Accessible& part) {
     return value ? g_variant_get_string(value.get(), nullptr) : std::string{};
 }
 
-ScreenReader::Point ScreenReader::middleOf(const Accessible& part) {
+Place ScreenReader::placeOf(const Accessible& part) {
     constexpr guint32 onScreen = 0;
     const auto answer =
         call(part, componentInterface, "GetExtents", g_variant_new("(u)", onScreen));
-    gint32 x = 0;
-    gint32 y = 0;
-    gint32 width = 0;
-    gint32 height = 0;
+    Place place;
     if (answer) {
-        g_variant_get(answer.get(), "((iiii))", &x, &y, &width, &height);
+        g_variant_get(answer.get(), "((iiii))", &place.x, &place.y, &place.width, &place.height);
     }
-    return {.x = x + width / 2, .y = y + height / 2};
+    return place;
+}
+
+ScreenReader::Point ScreenReader::middleOf(const Accessible& part) {
+    const auto place = placeOf(part);
+    return {.x = place.x + place.width / 2, .y = place.y + place.height / 2};
 }
 
 std::vector<std::string> ScreenReader::actions(const Accessible& part) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/editor/AccessibilityBus.h"
+#include "desktop/windows/Screen.h"
 
 #include <cstdint>
 #include <string>
@@ -38,11 +39,17 @@ public:
 
     /// Whether it is on the screen now.
     bool isShown(const Accessible& part);
+    /// Whether the program takes this window of its for the one that has the keys.
+    bool isActive(const Accessible& window);
+
     bool isEnabled(const Accessible& part);
     bool isFocused(const Accessible& part);
     bool isSelected(const Accessible& part);
 
     std::string description(const Accessible& part);
+
+    /// Where it is on the screen.
+    Place placeOf(const Accessible& part);
 
     /// The middle of it on the screen.
     struct Point {

@@ -17,6 +17,7 @@ const std::string menuInterface = "com.canonical.dbusmenu.";
 std::vector<MenuEntry> entriesIn(const std::string& layout) {
     static const std::regex item(R"(\((\d+), (?:@a\{sv\} )?\{([^}]*)\})");
     static const std::regex label(R"('label': <'([^']*)'>)");
+    static const std::regex radio(R"('toggle-type': <'radio'>)");
     static const std::regex mark(R"('toggle-state': <1>)");
     std::vector<MenuEntry> entries;
     for (std::sregex_iterator found(layout.begin(), layout.end(), item), end; found != end;
@@ -24,9 +25,15 @@ std::vector<MenuEntry> entriesIn(const std::string& layout) {
         const std::string properties = (*found)[2];
         std::smatch name;
         std::regex_search(properties, name, label);
-        entries.push_back({.id = std::stoi((*found)[1]),
-                           .label = name.empty() ? std::string{} : name[1].str(),
-                           .isOn = std::regex_search(properties, mark)});
+        MenuEntry entry{.id = std::stoi((*found)[1]),
+                        .label = name.empty() ? std::string{} : name[1].str(),
+                        .isOn = std::regex_search(properties, mark),
+                        .isRadio = std::regex_search(properties, radio)};
+        if (const auto mnemonic = entry.label.find('_'); mnemonic != std::string::npos) {
+            entry.mnemonic = entry.label.substr(mnemonic + 1, 1);
+            entry.label.erase(mnemonic, 1);
+        }
+        entries.push_back(std::move(entry));
     }
     entries.erase(entries.begin()); // the menu itself
     return entries;

@@ -13,8 +13,10 @@ namespace hollowfernpike::test {
 /// An entry of the utility's menu as its panel sees it.
 struct MenuEntry {
     int id = 0;
-    std::string label;
+    std::string label; ///< without the mark of its mnemonic
     bool isOn = false; ///< carries a check mark
+    bool isRadio = false;
+    std::string mnemonic = {}; ///< the letter that chooses it; empty if there is none
 };
 
 /// A panel of a private session that shows the utility's status item, and somebody who uses the

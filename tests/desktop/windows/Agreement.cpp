@@ -15,6 +15,7 @@ constexpr std::size_t headerHeight = 52;
 constexpr std::size_t firstTop = headerHeight + 8;
 constexpr std::size_t cardHeight = 52;
 constexpr std::size_t cardStep = cardHeight + 8;
+constexpr std::size_t border = 3; // thicker around a card that was added a moment ago
 constexpr int insideACard = 24;
 constexpr int textsBegin = 72;
 constexpr int textsEnd = 376;
@@ -108,7 +109,7 @@ std::vector<Agreement::Look> Agreement::cards(xcb_window_t window) {
         for (std::size_t card = 0; card < cards.size() && topOf(card + 1) <= column.size();
              ++card) {
             const auto begin = column.begin() + static_cast<std::ptrdiff_t>(topOf(card));
-            cards[card].insert(cards[card].end(), begin, begin + cardHeight);
+            cards[card].insert(cards[card].end(), begin + border, begin + cardHeight - border);
         }
     }
     return cards;

@@ -40,8 +40,10 @@ protected:
     void exportOver(const fs::path& path) {
         const auto panel = story.clickExport();
         story.acceptPath(panel, path);
-        story.comes(story.titles.exporting, panel);
-        story.keyboard.strike({"LALT", "AD06"}); // Alt+Y: yes
+        story.comes(story.titles.alert);
+        reader.find("alert message",
+                    "「" + path.filename().string() + "」はすでに存在します。置き換えますか？");
+        story.keyboard.strike({"RTRN"});
         story.goes(panel);
     }
 

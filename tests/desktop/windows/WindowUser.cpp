@@ -15,6 +15,8 @@ constexpr int headerMiddle = 26;
 constexpr int exportMiddle = 30;
 constexpr int importMiddle = 66;
 constexpr int addMiddle = -40;
+constexpr WindowUser::Point selectMiddle{.x = 70, .y = 70};
+constexpr WindowUser::Point onRecorder{.x = 60, .y = 154};
 constexpr int onEdit = -81; // beside a scroller as well as without one
 constexpr int onDelete = -49;
 constexpr int heightOfStep1 = 200;
@@ -103,8 +105,7 @@ xcb_window_t WindowUser::clickImport() {
 }
 
 xcb_window_t WindowUser::openApplications(xcb_window_t editor) {
-    waitForKeys(editor);
-    story_.keyboard.strike({"SPCE"});
+    click(editor, [&] { return pointOf(editor, selectMiddle.x, selectMiddle.y); });
     return comes(titles.applications);
 }
 
@@ -122,9 +123,7 @@ void WindowUser::showsRecorder(xcb_window_t editor) {
 void WindowUser::startRecording(xcb_window_t editor) {
     waitForKeys(editor);
     showsRecorder(editor);
-    for (const char* key : {"TAB", "TAB", "SPCE"}) { // past the recorder to its button
-        story_.keyboard.strike({key});
-    }
+    click(editor, [&] { return pointOf(editor, onRecorder.x, onRecorder.y); });
     require([&] { return recorderBorder(editor) == 2; }, "the recorder does not record");
 }
 

@@ -53,8 +53,7 @@ public:
     Point editButton(int card);
     Point exportButton();
 
-    /// Waits until the editor has the keys, then opens the panel of applications with the space
-    /// bar: the button for it has the focus.
+    /// Waits until the editor has the keys, then opens the panel of applications.
     xcb_window_t openApplications(xcb_window_t editor);
 
     /// In an editor that has the keys: chooses the application by typing its name.

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace hollowfernpike::test {
@@ -14,14 +15,23 @@ class FakeApplicationBundles final : public platform::ApplicationBundles {
 public:
     std::map<std::string, platform::ApplicationBundle> bundles;
     std::map<std::string, platform::FileIcon> icons;
+    std::map<std::pair<std::string, std::string>, std::string>
+        displayNames; ///< by path and language
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;
     std::string askedLanguage;             ///< of the latest listing
+    std::multiset<std::string> namesAsked; ///< the paths, each time they were asked for
     std::multiset<std::string> iconsAsked; ///< the paths, each time they were asked for
 
     std::optional<platform::ApplicationBundle> bundleAt(const std::string& path) override {
         const auto found = bundles.find(path);
         return found == bundles.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    std::string displayName(const std::string& path, std::string_view language) override {
+        namesAsked.insert(path);
+        const auto found = displayNames.find({path, std::string{language}});
+        return found == displayNames.end() ? std::string{} : found->second;
     }
 
     platform::FileIcon iconForFile(const std::string& path) override {

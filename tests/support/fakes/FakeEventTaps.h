@@ -3,6 +3,8 @@
 #include "platform/EventTap.h"
 #include "support/fakes/CallLog.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -21,7 +23,7 @@ public:
 
     void enable(bool enabled) override;
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> listenOnlyCombinations() const override;
     std::vector<platform::KeyCombination> refusedCombinations() const override;
     std::unique_ptr<platform::RunLoopSource> createRunLoopSource() override;
     void invalidate() override;
@@ -62,6 +64,7 @@ public:
     bool refusesActive = false;
     bool refusesListenOnly = false;
     std::vector<platform::KeyCombination> refused; ///< by every tap
+    std::vector<platform::KeyCombination> shared;  ///< with other programs, if of interest
 
     /// The tap made last, null if it is gone or none was made.
     FakeEventTap* tap() const { return tap_; }
@@ -133,6 +136,14 @@ inline std::unique_ptr<platform::RunLoopSource> FakeEventTap::createRunLoopSourc
 
 inline std::vector<platform::KeyCombination> FakeEventTap::refusedCombinations() const {
     return isEnabled_ ? taps_.refused : std::vector<platform::KeyCombination>{};
+}
+
+inline std::vector<platform::KeyCombination> FakeEventTap::listenOnlyCombinations() const {
+    std::vector<platform::KeyCombination> found;
+    std::ranges::copy_if(taps_.shared, std::back_inserter(found), [this](const auto& combination) {
+        return isEnabled_ && std::ranges::find(interest_, combination) != interest_.end();
+    });
+    return found;
 }
 
 inline void FakeEventTap::invalidate() {

@@ -61,7 +61,7 @@ protected:
         const auto sheet = AddEditShortcutSheet::make(editing);
         sheet_ = sheet;
         sheet->onSave = [this](const AppShortcut& shortcut) { saved_.push_back(shortcut); };
-        center(*sheet);
+        center(*sheet, *sheet->screen());
         makeKeyAndOrderFront(*sheet);
         waitForKeys(*sheet);
         return *sheet;
@@ -162,8 +162,18 @@ TEST_F(EditorOnDesktopTest, TabVisitsEveryControlInOrder) {
         ASSERT_TRUE(eventually([&] { return sheet.focusWidget() != last; }));
         visited.push_back(sheet.focusWidget()->objectName().toStdString());
     }
-    EXPECT_THAT(visited, ElementsAre("selectButton", "keyRecorder", "recordButton", "cancelButton",
-                                     "saveButton", "selectButton"));
+    EXPECT_THAT(visited, ElementsAre("keyRecorder", "recordButton", "cancelButton", "saveButton",
+                                     "selectButton", "keyRecorder"));
+}
+
+TEST_F(EditorOnDesktopTest, SaveShowsThatReturnPressesItUnlessAnotherButtonHasTheFocus) {
+    auto& sheet = open(mailShortcut());
+    const auto& save = find<QPushButton>(sheet, "saveButton");
+    EXPECT_TRUE(save.isDefault());
+    find<QPushButton>(sheet, "cancelButton").setFocus();
+    EXPECT_FALSE(save.isDefault());
+    sheet.keyRecorder().setFocus();
+    EXPECT_TRUE(save.isDefault());
 }
 
 TEST_F(EditorOnDesktopTest, AnAlertTakesReturnForItself) {

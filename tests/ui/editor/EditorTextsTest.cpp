@@ -80,7 +80,7 @@ QStringList textsIn(const QWidget& window) {
 TEST_F(EditorLanguageTest, AnOpenWindowKeepsAllItsTexts) {
     auto& sheet = open(mailShortcut());
     const QStringList before = textsIn(sheet);
-    ASSERT_EQ(before.size(), 9) << "the title, four labels and four buttons";
+    ASSERT_EQ(before.size(), 10) << "the title, five labels and four buttons";
     speak(Language::english);
     services_.notificationCenter.post("languageDidChange");
     turn();

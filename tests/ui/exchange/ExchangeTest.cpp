@@ -107,7 +107,6 @@ TEST_F(MenuExchangeTest, PanelsShowJsonFilesAlone) {
                               EXPECT_EQ(panel.nameFilters(), QStringList("JSON (*.json)"));
                               EXPECT_EQ(panel.fileMode(), QFileDialog::AnyFile);
                               EXPECT_FALSE(panel.testOption(QFileDialog::ReadOnly));
-                              EXPECT_FALSE(panel.testOption(QFileDialog::DontConfirmOverwrite));
                               EXPECT_EQ(dialog.windowTitle(), "Export Shortcuts");
                               dialog.close();
                           },

@@ -39,15 +39,16 @@ TEST_P(ExportFromEach, CancellingTheSavePanelWritesAndShowsNothing) {
 
 TEST_P(ExportFromEach, ExportOntoAFileThatExistsAsksAndReplacesItWhole) {
     const auto path = file("list.json", std::string(10'000, 'x'));
-    exportSuccessfully({choose(path), press("&Yes")});
-    EXPECT_EQ(desktop.fileManager.files[path], ShortcutStore::shared().exportData());
+    exportSuccessfully({choose(path), press("Replace")});
+    EXPECT_TRUE(eventually(
+        [&] { return desktop.fileManager.files[path] == ShortcutStore::shared().exportData(); }));
 }
 
 TEST_P(ExportFromEach, ExportLeavesAFileThatShallNotBeReplaced) {
     const auto path = file("list.json", "old");
     exportAnswering({choose(path), [](QWidget& question) {
                          QWidget* panel = question.parentWidget();
-                         press("&No")(question);
+                         press("Cancel")(question);
                          QMetaObject::invokeMethod(
                              panel, [panel] { dismiss()(*panel); }, Qt::QueuedConnection);
                      }});
@@ -95,9 +96,11 @@ TEST_P(ExportFromEach, ExportLeavesAnExtensionAsItIsWritten) {
 TEST_P(ExportFromEach, ExportAsksAboutTheFileThatIsReallyWritten) {
     const auto other = file("my.list", "other");
     const auto replaced = file("my.list.json", "old");
-    const auto shown = exportSuccessfully({choose(other), press("&Yes")});
+    const auto shown = exportSuccessfully({choose(other), press("Replace")});
     EXPECT_THAT(shown.at(1), HasSubstr("my.list.json"));
-    EXPECT_EQ(desktop.fileManager.files[replaced], ShortcutStore::shared().exportData());
+    EXPECT_TRUE(eventually([&] {
+        return desktop.fileManager.files[replaced] == ShortcutStore::shared().exportData();
+    }));
     EXPECT_EQ(desktop.fileManager.files[other], "other");
 }
 

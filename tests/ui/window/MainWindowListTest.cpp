@@ -1,5 +1,6 @@
 #include "hotkeys/HotkeyManager.h"
 
+#include "ui/icons/IconView.h"
 #include "ui/window/MainWindowTest.h"
 
 namespace hollowfernpike::test {
@@ -50,12 +51,58 @@ TEST_F(MainWindowTest, ACombinationThatTheDesktopKeepsIsToldOnItsCard) {
         const auto notice = card(1).accessibleDescription();
         EXPECT_TRUE(notice.contains(language == Language::english ? "The desktop does not"
                                                                   : "デスクトップ"));
-        EXPECT_EQ(card(1).hotkeyBadge().toolTip(), notice);
+        EXPECT_TRUE(card(1).hotkeyBadge().toolTip().endsWith("<br>" + notice));
         for (const std::size_t other : {0U, 2U}) {
             EXPECT_EQ(card(other).accessibleDescription(), "");
-            EXPECT_EQ(card(other).hotkeyBadge().toolTip(), "");
+            EXPECT_FALSE(card(other).hotkeyBadge().toolTip().contains("<br>"));
         }
     }
+}
+
+TEST_F(MainWindowTest, ACombinationThatAnotherProgramHoldsHasASignOnItsCard) {
+    desktop.eventTaps.shared = {{1, command}};
+    fill(3);
+    HotkeyManager::shared().start();
+    for (const auto language : {Language::japanese, Language::english}) {
+        speak(language);
+        open();
+        const auto* sign = card(1).noticeSign();
+        ASSERT_NE(sign, nullptr);
+        EXPECT_TRUE(sign->isVisible());
+        EXPECT_EQ(sign->toolTip(), language == Language::english
+                                       ? "Another program holds this combination"
+                                       : "この組み合わせはほかのプログラムが使っています");
+        EXPECT_EQ(sign->accessibleName(), sign->toolTip());
+        EXPECT_EQ(sign->geometry().left(), card(1).hotkeyBadge().geometry().right() + 7);
+        EXPECT_EQ(card(0).noticeSign(), nullptr);
+    }
+}
+
+TEST_F(MainWindowTest, ASignGoesWithTheProgramThatHeldTheCombination) {
+    desktop.eventTaps.shared = {{1, command}};
+    fill(3);
+    HotkeyManager::shared().start();
+    open();
+    desktop.eventTaps.shared.clear();
+    desktop.notificationCenter.post(refusedCombinationsDidChange);
+    EXPECT_EQ(card(1).noticeSign(), nullptr);
+}
+
+TEST_F(MainWindowTest, AChangeAsksOnceForEachNameAndTellsTheKeysOnce) {
+    fill(3);
+    HotkeyManager::shared().start();
+    open();
+    desktop.applicationBundles.namesAsked.clear();
+    const auto told = [this] {
+        return std::ranges::count_if(desktop.log.calls(), [](const std::string& call) {
+            return call.starts_with("eventTap.setInterest");
+        });
+    };
+    const auto before = told();
+    ShortcutStore::shared().importData(ShortcutStore::shared().exportData().value());
+    HotkeyManager::shared().buildShortcutMap(); // as the delegate does
+    EXPECT_EQ(desktop.applicationBundles.namesAsked.size(), 3);
+    EXPECT_EQ(told(), before + 1);
 }
 
 TEST_F(MainWindowTest, EveryReloadMakesNewCards) {
@@ -99,14 +146,14 @@ TEST_F(MainWindowTest, TabGoesThroughTheHeaderAndThenThroughTheCards) {
     open();
     controller->exportButton()->setFocus();
     std::vector<QWidget*> visited;
-    for (int step = 0; step < 7; ++step) {
+    for (int step = 0; step < 9; ++step) {
         visited.push_back(QApplication::focusWidget());
         tab();
     }
-    EXPECT_THAT(visited,
-                ElementsAre(controller->exportButton(), controller->importButton(),
-                            controller->addButton(), &card(0).editButton(), &card(0).deleteButton(),
-                            &card(1).editButton(), &card(1).deleteButton()));
+    EXPECT_THAT(visited, ElementsAre(controller->exportButton(), controller->importButton(),
+                                     controller->addButton(), &card(0), &card(0).editButton(),
+                                     &card(0).deleteButton(), &card(1), &card(1).editButton(),
+                                     &card(1).deleteButton()));
     EXPECT_EQ(QApplication::focusWidget(), controller->exportButton());
 }
 
@@ -118,7 +165,7 @@ TEST_F(MainWindowTest, BeginsAtTheButtonThatAdds) {
 TEST_F(MainWindowTest, TheListScrollsToWhereTheFocusGoes) {
     fill(50);
     open();
-    for (int step = 0; step < 2 * 30; ++step) {
+    for (int step = 0; step < 3 * 30; ++step) {
         tab();
     }
     ASSERT_EQ(QApplication::focusWidget(), &card(29).deleteButton());
@@ -136,7 +183,7 @@ TEST_F(MainWindowTest, TheListScrollsWhenTheFocusComesBackFromTheHeader) {
     EXPECT_EQ(scrolled(), controller->scrollView()->verticalScrollBar()->maximum());
     controller->addButton()->setFocus();
     tab();
-    ASSERT_EQ(QApplication::focusWidget(), &card(0).editButton());
+    ASSERT_EQ(QApplication::focusWidget(), &card(0));
     EXPECT_EQ(scrolled(), 0);
 }
 

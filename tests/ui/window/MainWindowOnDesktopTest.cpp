@@ -91,12 +91,13 @@ TEST_F(MainWindowOnDesktopTest, EscapeDoesNoHarmAndTabGoesOn) {
     open();
     keyboard_.strike({"ESC"});
     keyboard_.strike({"TAB"});
-    EXPECT_TRUE(session_.runUntil([&] { return card(0).editButton().hasFocus(); }));
+    EXPECT_TRUE(session_.runUntil([&] { return card(0).hasFocus(); }));
     EXPECT_TRUE(controller_->window()->isVisible());
 }
 
-TEST_F(MainWindowOnDesktopTest, TheSpaceBarOnACardOpensItsEditor) {
+TEST_F(MainWindowOnDesktopTest, TheSpaceBarOnThePencilOfACardOpensItsEditor) {
     open();
+    keyboard_.strike({"TAB"});
     keyboard_.strike({"TAB"});
     keyboard_.strike({"SPCE"});
     AddEditShortcutSheet* editor = nullptr;
@@ -135,7 +136,7 @@ TEST_F(MainWindowOnDesktopTest, EscapeAtTheQuestionKeepsTheShortcut) {
 
 TEST_F(MainWindowOnDesktopTest, AfterADeletionByKeyboardTheFocusIsStillInTheList) {
     open();
-    for (int step = 0; step < 2; ++step) {
+    for (int step = 0; step < 3; ++step) {
         keyboard_.strike({"TAB"});
     }
     ASSERT_TRUE(session_.runUntil([&] { return card(0).deleteButton().hasFocus(); }));

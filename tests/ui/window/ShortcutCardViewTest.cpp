@@ -25,7 +25,7 @@ protected:
 
     static std::unique_ptr<ShortcutCardView> cardFor(const AppShortcut& shortcut, int width = 448) {
         auto card = std::make_unique<ShortcutCardView>(shortcut);
-        card->resize(width, ShortcutCardView::height);
+        card->resize(width, ShortcutCardView::usualHeight);
         card->show();
         settle();
         return card;
@@ -93,7 +93,7 @@ TEST_F(ShortcutCardViewTest, TheBadgesTextIsTheCombinationBetweenTwoSpaces) {
 TEST_F(ShortcutCardViewTest, FollowsTheWidthThatItsOwnerGivesIt) {
     const auto card = cardFor(named(endless), 448);
     const int before = card->appNameLabel().width();
-    card->resize(600, ShortcutCardView::height);
+    card->resize(600, ShortcutCardView::usualHeight);
     EXPECT_EQ(card->appNameLabel().width(), before + 152);
     expectCardConstraints(*card);
 }
@@ -112,7 +112,7 @@ TEST_F(ShortcutCardViewTest, CanBeToldToShowAnotherShortcut) {
 
 TEST_F(ShortcutCardViewTest, CanBeMadeWithoutAShortcut) {
     ShortcutCardView card;
-    card.resize(448, ShortcutCardView::height);
+    card.resize(448, ShortcutCardView::usualHeight);
     card.show();
     settle();
     EXPECT_EQ(card.appNameLabel().text(), "");
@@ -221,7 +221,7 @@ TEST_P(CardInEachLanguage, ABadgeShowsTheWholeCombinationHoweverLongTheName) {
         for (const auto& name : {std::string("X"), std::string(300, 'W')}) {
             for (const std::uint16_t key : {std::uint16_t{0}, std::uint16_t{51}, longestKey}) {
                 ShortcutCardView card(shortcutFor(name, key, modifierMask));
-                card.resize(width, ShortcutCardView::height);
+                card.resize(width, ShortcutCardView::usualHeight);
                 card.show();
                 settle();
                 EXPECT_TRUE(showsItsWholeText(card.hotkeyBadge())) << "in a card of " << width;

@@ -49,11 +49,7 @@ std::optional<platform::ApplicationBundle> ApplicationBundles::bundleAt(const st
         if (entry.hidden) {
             return std::nullopt;
         }
-        platform::ApplicationBundle bundle;
-        if (!entry.identifier.empty()) {
-            bundle.bundleIdentifier = std::move(entry.identifier);
-        }
-        return bundle;
+        return platform::ApplicationBundle{.bundleIdentifier = std::move(entry.identifier)};
     } catch (const platform::LocalizedError&) {
         return std::nullopt;
     }
@@ -73,7 +69,7 @@ ApplicationBundles::installedApplications(std::string_view language) {
     const std::string code(language);
     std::vector<platform::InstalledApplication> applications;
     for (const auto& entry : entries_.index().entries()) {
-        if (entry.noDisplay) {
+        if (entry.noDisplay || !entry.isInstalled) {
             continue;
         }
         try {
@@ -102,12 +98,24 @@ std::vector<std::string> ApplicationBundles::applicationDirectories() {
 }
 
 std::string ApplicationBundles::displayName(const std::string& path, std::string_view language) {
+    const auto stamp = stampOf(path);
+    if (!stamp) {
+        names_.erase(path);
+        return {};
+    }
+    if (const auto known = names_.find(path); known != names_.end() &&
+                                              known->second.stamp == *stamp &&
+                                              known->second.language == language) {
+        return known->second.name;
+    }
+    KnownName name{.stamp = *stamp, .language = std::string{language}, .name = {}};
     try {
-        return EntryFile(path, Translations::all)
-            .textIn(std::string{language}, G_KEY_FILE_DESKTOP_KEY_NAME);
+        name.name =
+            EntryFile(path, Translations::all).textIn(name.language, G_KEY_FILE_DESKTOP_KEY_NAME);
     } catch (const platform::LocalizedError&) {
         return {};
     }
+    return names_.insert_or_assign(path, std::move(name)).first->second.name;
 }
 
 } // namespace hollowfernpike::freedesktop

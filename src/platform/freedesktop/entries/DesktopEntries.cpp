@@ -29,6 +29,7 @@ struct DesktopEntries::InstalledFile {
     std::string path;
     std::string identifier; ///< its path below the directory, "-" for "/", without ".desktop"
     FileStamp stamp;
+    bool isInstalled = true;
 };
 
 /// Collects all entry files below some directories, in the order of the directories. Of several
@@ -49,6 +50,14 @@ public:
             addDirectory(below, prefix + below.filename().string() + '-');
         }
         path_.pop_back();
+    }
+
+    void addStray(const std::string& path) {
+        const auto first = files_.size();
+        addFile(path, {});
+        for (auto file = first; file < files_.size(); ++file) {
+            files_[file].isInstalled = false;
+        }
     }
 
     std::vector<InstalledFile> take() { return std::move(files_); }
@@ -78,7 +87,7 @@ private:
         const auto identifier = prefix + path.stem().string();
         const auto stamp = stampOf(path);
         if (stamp && identifiers_.insert(identifier).second) {
-            files_.push_back({path.string(), identifier, *stamp});
+            files_.push_back({.path = path.string(), .identifier = identifier, .stamp = *stamp});
         }
     }
 
@@ -123,6 +132,9 @@ void DesktopEntries::renew() {
     for (const auto& directory : directories_) {
         collector.addDirectory(directory);
     }
+    for (const auto& stray : strays_) {
+        collector.addStray(stray);
+    }
     std::vector<DesktopEntry> entries;
     for (const auto& file : collector.take()) {
         if (auto entry = current(file)) {
@@ -143,6 +155,7 @@ std::optional<DesktopEntry> DesktopEntries::current(const InstalledFile& file) c
     try {
         auto entry = readDesktopEntry(file.path);
         entry.identifier = file.identifier;
+        entry.isInstalled = file.isInstalled;
         return entry.hidden ? std::nullopt : std::optional(std::move(entry));
     } catch (const platform::LocalizedError&) {
         return std::nullopt;
@@ -155,19 +168,19 @@ DesktopEntry DesktopEntries::entryAt(const std::string& path) {
         return *known;
     }
     auto entry = readDesktopEntry(path);
-    entry.identifier = identifierOf(path);
+    entry.identifier = identifierOf(entry);
     return entry;
 }
 
-std::string DesktopEntries::identifierOf(const std::string& path) {
-    const auto& entries = index();
-    if (const auto* entry = entries.withPath(path)) {
-        return entry->identifier;
+std::string DesktopEntries::identifierOf(const DesktopEntry& entry) {
+    if (const auto* known = index().withPath(entry.path)) {
+        return known->identifier;
     }
-    const auto* namesake = entries.withIdentifier(entryName(path));
-    const auto stamp = stampOf(path);
-    const bool isSameFile = namesake != nullptr && stamp && namesake->stamp.isSameFile(*stamp);
-    return isSameFile ? namesake->identifier : std::string{};
+    const auto* namesake = index().withIdentifier(entry.name);
+    if (namesake == nullptr && !entry.hidden && strays_.insert(entry.path).second) {
+        renew();
+    }
+    return entry.name;
 }
 
 } // namespace hollowfernpike::freedesktop

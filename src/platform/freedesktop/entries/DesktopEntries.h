@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -36,23 +37,23 @@ public:
     /// Grows whenever the index differs from what it was.
     std::uint64_t generation();
 
-    /// The entry at `path`, installed or not, as it is now. Throws platform::LocalizedError as
+    /// The entry at `path`, installed or not, as it is now. One that is not installed belongs to
+    /// the index from then on, behind all installed ones, so that its processes and windows are
+    /// known; not if an installed one has its identifier. Throws platform::LocalizedError as
     /// readDesktopEntry() does.
     DesktopEntry entryAt(const std::string& path);
-
-    /// The desktop-file id that stands for the file at `path`, without ".desktop"; empty if looking
-    /// that id up would lead to another file or to none.
-    std::string identifierOf(const std::string& path);
 
 private:
     struct InstalledFile;
     class Collector;
 
+    std::string identifierOf(const DesktopEntry& entry);
     bool isOutdated();
     void renew();
     std::optional<DesktopEntry> current(const InstalledFile& file) const;
 
     std::vector<std::filesystem::path> directories_;
+    std::set<std::string> strays_; ///< paths of entries that are not installed and were asked for
     std::optional<DirectoryWatch> watch_;
     std::chrono::steady_clock::time_point renewed_;
     EntryIndex index_;

@@ -37,7 +37,8 @@ std::optional<FileStamp> stampOf(const std::string& path);
 struct DesktopEntry {
     std::string path;
     FileStamp stamp;
-    std::string identifier;  ///< desktop-file id without ".desktop"; empty if it is not installed
+    std::string identifier;  ///< desktop-file id without ".desktop"; of others than installed ones
+                             ///< the file name
     std::string name;        ///< file name without ".desktop"
     std::string displayName; ///< Name, localized
     std::string windowClass; ///< StartupWMClass
@@ -50,8 +51,9 @@ struct DesktopEntry {
     bool terminal = false;
     bool dbusActivatable = false;
     bool startupNotify = false;
-    bool hidden = false;    ///< removed by the user: not an application
-    bool noDisplay = false; ///< not offered in menus, but an application like any other
+    bool isInstalled = true; ///< in an applications directory
+    bool hidden = false;     ///< removed by the user: not an application
+    bool noDisplay = false;  ///< not offered in menus, but an application like any other
 };
 
 /// The file name without ".desktop".

@@ -1,10 +1,12 @@
 #include "platform/qt/status/StatusMenu.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QMetaObject>
 
+#include <algorithm>
 #include <cctype>
 #include <utility>
 
@@ -14,6 +16,20 @@ namespace {
 
 QKeySequence commandKey(char letter) {
     return {Qt::CTRL | Qt::Key(std::toupper(static_cast<unsigned char>(letter)))};
+}
+
+/// Marks a letter by which the item can be chosen in an open menu: the first one that no item above
+/// it has. Only in titles that can be typed on every keyboard.
+QString withMnemonic(const QString& title, QString& taken) {
+    const bool isTyped = std::ranges::all_of(title, [](QChar c) { return c.unicode() < 0x80; });
+    for (qsizetype at = 0; isTyped && at < title.size(); ++at) {
+        const QChar letter = title[at].toUpper();
+        if (letter.isLetter() && !taken.contains(letter)) {
+            taken += letter;
+            return QString(title).insert(at, '&');
+        }
+    }
+    return title;
 }
 
 } // namespace
@@ -50,21 +66,28 @@ bool StatusMenu::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void StatusMenu::fill(QMenu& menu, const platform::Menu& items) {
+    QString mnemonics;
+    QActionGroup* choices = nullptr;
     for (const auto& item : items) {
+        const auto title = withMnemonic(QString::fromStdString(item->title), mnemonics);
         if (item->isSeparator) {
             menu.addSeparator();
         } else if (!item->submenu.empty()) {
-            auto* submenu = menu.addMenu(QString::fromStdString(item->title));
+            auto* submenu = menu.addMenu(title);
             submenu->installEventFilter(this);
             fill(*submenu, item->submenu);
         } else {
-            add(menu, item);
+            QAction& action = add(menu, item, title);
+            if (item->isChoice) {
+                choices = choices != nullptr ? choices : new QActionGroup(&menu);
+                action.setActionGroup(choices);
+            }
         }
     }
 }
 
-void StatusMenu::add(QMenu& menu, const platform::MenuItemPointer& item) {
-    auto* action = menu.addAction(QString::fromStdString(item->title));
+QAction& StatusMenu::add(QMenu& menu, const platform::MenuItemPointer& item, const QString& title) {
+    auto* action = menu.addAction(title);
     if (item->keyEquivalent != '\0') {
         action->setShortcut(commandKey(item->keyEquivalent));
     }
@@ -75,6 +98,7 @@ void StatusMenu::add(QMenu& menu, const platform::MenuItemPointer& item) {
         chooseLater(item);
     });
     actions_.emplace(item.get(), action);
+    return *action;
 }
 
 void StatusMenu::chooseLater(const platform::MenuItemPointer& item) {

@@ -34,7 +34,7 @@ public:
 private:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void fill(QMenu& menu, const platform::Menu& items);
-    void add(QMenu& menu, const platform::MenuItemPointer& item);
+    QAction& add(QMenu& menu, const platform::MenuItemPointer& item, const QString& title);
     void chooseLater(const platform::MenuItemPointer& item);
 
     Choose choose_;

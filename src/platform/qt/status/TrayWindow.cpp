@@ -1,5 +1,6 @@
 #include "platform/qt/status/TrayWindow.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
@@ -36,6 +37,15 @@ void TrayWindow::setImage(const QIcon& image, const QString& description) {
     setAccessibleName(description);
     setWindowTitle(description);
     update();
+}
+
+// A modal dialog blocks all windows but its own, and we become one of those: the menu leads back to
+// a dialog that is covered, and quits.
+bool TrayWindow::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked) {
+        windowHandle()->setTransientParent(QGuiApplication::modalWindow());
+    }
+    return QWidget::event(event);
 }
 
 void TrayWindow::mousePressEvent(QMouseEvent* event) {

@@ -11,6 +11,7 @@
 namespace hollowfernpike::qt {
 
 /// Our status item as a window that a tray takes in. Lives as long as the tray it was made for.
+/// Unlike other windows, it takes clicks while a modal dialog is open.
 class TrayWindow final : public QWidget {
 public:
     /// Hands itself over to the tray. `onClick` is called for every press of the left or right
@@ -21,6 +22,7 @@ public:
     void setImage(const QIcon& image, const QString& description);
 
 private:
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

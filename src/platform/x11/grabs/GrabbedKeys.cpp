@@ -107,6 +107,14 @@ void GrabbedKeys::update() {
     }
 }
 
+void GrabbedKeys::updateAndTell() {
+    const auto before = shared_;
+    update();
+    if (shared_ != before && onListenOnlyChange) {
+        onListenOnlyChange();
+    }
+}
+
 void GrabbedKeys::selectRootEvents() {
     const std::uint32_t events = (map_ ? XCB_EVENT_MASK_STRUCTURE_NOTIFY : 0) |
                                  (windows_ ? FocusableWindows::rootEvents : 0);
@@ -156,7 +164,7 @@ void GrabbedKeys::beginDoubt() {
     queue_.asyncAfter(longestDoubt, [doubt = std::weak_ptr(doubt_)] {
         if (const auto keys = doubt.lock()) {
             (*keys)->loneSuperKey_ = LoneSuperKey::free;
-            (*keys)->update();
+            (*keys)->updateAndTell();
         }
     });
 }
@@ -166,7 +174,7 @@ void GrabbedKeys::askAgainLater() {
         queue_.asyncAfter(delay, [self = std::weak_ptr(self_)] {
             const auto keys = self.lock();
             if (keys && (*keys)->map_) {
-                (*keys)->update();
+                (*keys)->updateAndTell();
             }
         });
     }
@@ -200,7 +208,7 @@ std::optional<KeyPress> GrabbedKeys::readObserved(const RawKeys::Press& press) {
     if (observed_.size() > mostObserved) {
         observed_.pop_front();
     }
-    update();
+    updateAndTell();
     return KeyPress{*keyEvent, press.time};
 }
 

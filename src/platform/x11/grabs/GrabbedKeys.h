@@ -44,6 +44,7 @@ private:
     };
 
     void update();
+    void updateAndTell();
     void selectRootEvents();
     void followLoneSuperKey();
     LoneSuperKey askForLoneSuperKey();

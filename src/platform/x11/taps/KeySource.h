@@ -4,6 +4,7 @@
 #include "platform/Interface.h"
 #include "platform/x11/keyboard/KeyboardMap.h"
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -21,6 +22,9 @@ class KeySource : public platform::Interface {
 public:
     virtual void setInterest(std::span<const platform::KeyCombination> combinations) = 0;
     virtual std::vector<platform::KeyCombination> listenOnlyCombinations() const = 0;
+
+    /// Called when these have changed by themselves. The owner's to set.
+    std::function<void()> onListenOnlyChange;
 
     /// Starts with this map, or goes on with it if already started.
     virtual void start(const KeyboardMap& map) = 0;

@@ -19,7 +19,9 @@ KeyTap::KeyTap(Services services, std::unique_ptr<Connection> connection,
                void* userInfo)
     : services_(std::move(services)), listener_{callback, userInfo},
       connection_(std::move(connection)), source_(std::move(source)),
-      thread_(std::make_unique<EventThread>(*connection_, receiver())) {}
+      thread_(std::make_unique<EventThread>(*connection_, receiver())) {
+    source_->onListenOnlyChange = [this] { reportChange(); };
+}
 
 KeyTap::~KeyTap() {
     invalidate();
@@ -77,7 +79,7 @@ void KeyTap::handle(const xcb_generic_event_t& event) {
         return;
     }
     if (isKeyboardChange(*connection_, event)) {
-        reportKeyboardChange();
+        reportChange();
     } else if (const auto press = source_->read(event)) {
         deliver(*press);
     }
@@ -89,9 +91,9 @@ void KeyTap::deliver(const KeyPress& press) {
     listener_.callback(this, platform::eventKeyDown, &press.event, listener_.userInfo);
 }
 
-void KeyTap::reportKeyboardChange() {
-    services_.queue.asyncAfter(settleTime, [this, life = life(), changes = ++keyboardChanges_] {
-        if (life.lock() && isLive() && keyboardChanges_ == changes) {
+void KeyTap::reportChange() {
+    services_.queue.asyncAfter(settleTime, [this, life = life(), changes = ++changes_] {
+        if (life.lock() && isLive() && changes_ == changes) {
             listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr,
                                listener_.userInfo);
         }

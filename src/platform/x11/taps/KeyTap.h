@@ -18,8 +18,9 @@ namespace hollowfernpike::x11 {
 /// on the main thread, in order. It holds nothing of the server unless it is both enabled and
 /// attached to the main loop.
 ///
-/// When keys or modifiers may have moved, or key repeat has changed, it reports itself disabled,
-/// once for a burst of changes, and keeps working with the old map until it is enabled again.
+/// When keys or modifiers may have moved, key repeat has changed, or other combinations than before
+/// are held by other programs, it reports itself disabled, once for a burst of changes, and keeps
+/// working with the old map until it is enabled again.
 class KeyTap final : public freedesktop::Tap {
 public:
     /// What a tap uses and does not own.
@@ -48,7 +49,7 @@ private:
     void end() override;
     void handle(const xcb_generic_event_t& event);
     void deliver(const KeyPress& press);
-    void reportKeyboardChange();
+    void reportChange();
 
     Services services_;
     Listener listener_;
@@ -57,7 +58,7 @@ private:
     std::unique_ptr<EventThread> thread_;
     /// Sequence number; older events predate the present live period. Absent while not live.
     std::optional<std::uint32_t> liveSince_;
-    unsigned keyboardChanges_ = 0;
+    unsigned changes_ = 0;
 };
 
 } // namespace hollowfernpike::x11

@@ -18,7 +18,8 @@ struct BusMenuItem {
     QVariantMap properties;
     std::vector<BusMenuItem> children;
 
-    std::string label() const { return properties["label"].toString().toStdString(); }
+    /// Without the mark of its mnemonic.
+    std::string label() const { return properties["label"].toString().remove('_').toStdString(); }
     bool isOn() const { return properties["toggle-state"].toInt() == 1; }
 };
 

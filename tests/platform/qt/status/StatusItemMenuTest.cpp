@@ -42,7 +42,7 @@ protected:
     static QAction& actionOf(const QString& title) {
         for (auto* widget : QApplication::topLevelWidgets()) {
             for (auto* action : widget->actions()) {
-                if (action->text() == title) {
+                if (action->text().remove('&') == title) {
                     return *action;
                 }
             }

@@ -1,0 +1,22 @@
+#include "ui/parts/AppName.h"
+
+#include "app/Language.h"
+#include "platform/ApplicationBundles.h"
+#include "platform/Services.h"
+#include "ui/parts/Labels.h"
+
+namespace hollowfernpike {
+
+QString shownAppName(const std::string& path, const std::string& storedName) {
+    const auto name =
+        platform::services().applicationBundles.displayName(path, Language::current().rawValue());
+    return QString::fromStdString(name.empty() ? storedName : name);
+}
+
+void showAppName(FittingLabel& label, const std::string& path, const std::string& storedName) {
+    const auto stored = QString::fromStdString(storedName);
+    label.setText(shownAppName(path, storedName));
+    label.setToolTip(label.text() == stored ? QString() : stored.toHtmlEscaped());
+}
+
+} // namespace hollowfernpike

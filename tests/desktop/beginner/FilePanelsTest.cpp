@@ -1,0 +1,104 @@
+#include "desktop/editor/EditorStory.h"
+#include "support/Files.h"
+#include "support/WaitUntil.h"
+#include "support/WriteFile.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+namespace fs = std::filesystem;
+
+/// Where file panels begin and where they lead to.
+class FilePanelsTest : public testing::Test {
+protected:
+    EditorStory story;
+    const fs::path documents = story.desktop.home() / "Papers";
+
+    void SetUp() override {
+        fs::create_directory(documents);
+        writeFile(story.desktop.home() / ".config/user-dirs.dirs",
+                  "XDG_DOCUMENTS_DIR=\"$HOME/Papers\"\n");
+        story.start();
+        story.openManagement();
+    }
+
+    std::set<std::string> namesIn(std::string_view title) {
+        std::set<std::string> names;
+        for (const auto& part : story.reader.partsOf(story.reader.find("dialog", title))) {
+            names.insert(part.name);
+        }
+        return names;
+    }
+
+    bool shows(std::string_view title, const std::string& name) {
+        return waitUntil([&] { return namesIn(title).contains(name); });
+    }
+};
+
+TEST_F(FilePanelsTest, AnExportGoesToTheDocumentsUnlessToldOtherwise) {
+    story.strikeAndLeave(story.clickExport(), "RTRN");
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(documents / "Hollowfernpike.json"); }));
+}
+
+TEST_F(FilePanelsTest, TheNextOneBeginsWhereTheLastOneEnded) {
+    const auto elsewhere = story.desktop.home() / "elsewhere";
+    fs::create_directory(elsewhere);
+    story.enterPath(story.clickExport(), elsewhere / "one.json");
+    ASSERT_TRUE(waitUntil([&] { return fs::exists(elsewhere / "one.json"); }));
+    story.strikeAndLeave(story.clickExport(), "RTRN");
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(elsewhere / "Hollowfernpike.json"); }));
+}
+
+TEST_F(FilePanelsTest, LeadToTheBookmarksOfTheDesktop) {
+    const auto project = story.desktop.home() / "Project X";
+    fs::create_directory(project);
+    writeFile(story.desktop.home() / ".config/gtk-3.0/bookmarks",
+              "file://" + story.desktop.home().string() + "/Project%20X My project\n");
+    story.clickExport();
+    EXPECT_TRUE(shows(story.titles.exporting, "Project X"));
+}
+
+TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
+    fs::create_directory(documents / "folder");
+    story.clickExport();
+    EXPECT_TRUE(shows(story.titles.exporting, "フォルダー"));
+    EXPECT_FALSE(namesIn(story.titles.exporting).contains("Folder"));
+}
+
+TEST_F(FilePanelsTest, AskOnceBeforeTheyReplaceAFile) {
+    writeFile(documents / "Hollowfernpike.json", "old");
+    const auto panel = story.clickExport();
+    story.keyboard.strike({"RTRN"});
+    const auto question = story.comes(story.titles.alert);
+    story.reader.find("alert message",
+                      "「Hollowfernpike.json」はすでに存在します。置き換えますか？");
+    story.strikeAndLeave(question, "ESC");
+    ASSERT_TRUE(story.isActive(panel));
+    story.keyboard.strike({"RTRN"});
+    story.comes(story.titles.alert, question);
+    story.keyboard.strike({"RTRN"});
+    story.goes(panel);
+    EXPECT_TRUE(waitUntil([&] { return contentsOf(documents / "Hollowfernpike.json") != "old"; }));
+    EXPECT_EQ(contents(documents / "Hollowfernpike.json"), nlohmann::json::array());
+}
+
+TEST_F(FilePanelsTest, OtherApplicationsAreLookedForWhereTheMostAre) {
+    const auto shared = story.desktop.home() / "shared/applications";
+    for (const char* name : {"One", "Two", "Three", "Four"}) {
+        writeFile(shared / (std::string(name) + ".desktop"), "[Desktop Entry]\n");
+    }
+    story.start({{"XDG_DATA_DIRS", shared.parent_path().string()}});
+    story.openManagement();
+    const auto panel = story.openApplications(story.clickAdd());
+    story.clickOn(story.part(story.titles.applications, "push button", "その他..."));
+    story.comes(story.titles.applications, panel);
+    story.reader.find("tree item", "Four.desktop");
+}
+
+} // namespace
+} // namespace hollowfernpike

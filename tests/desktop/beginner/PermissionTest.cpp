@@ -1,0 +1,89 @@
+#include "desktop/Story.h"
+#include "desktop/WindowManagers.h"
+#include "desktop/windows/WindowUser.h"
+#include "support/WaitUntil.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace hollowfernpike {
+namespace {
+
+using namespace test;
+
+/// The utility is started by its desktop entry on a display that does not trust it.
+class PermissionTest : public testing::TestWithParam<const char*> {
+protected:
+    Story story{GetParam()};
+    WindowUser user{story};
+    std::unique_ptr<ChildProcess> utility =
+        story.desktop.start({HFP_PROGRAM, "--action", "openMainWindow"},
+                            {{"XAUTHORITY", story.authority("authority", "untrusted").string()}});
+
+    /// The window of this title; none while there is none.
+    xcb_window_t windowCalled(std::string_view title) {
+        const auto windows = story.pager.stacking();
+        const auto found = std::ranges::find_if(
+            windows, [&](auto window) { return story.pager.titleOf(window) == title; });
+        return found == windows.end() ? XCB_NONE : *found;
+    }
+
+    /// With or without the keys.
+    void windowComes(std::string_view title) {
+        user.require([&] { return windowCalled(title) != XCB_NONE; },
+                     std::string(title) + " does not come");
+    }
+
+    /// As a task bar does. At first, window managers differ in which window gets the keys.
+    xcb_window_t bringManagementForward() {
+        story.bringForward([this] { return std::vector{windowCalled(user.titles.management)}; });
+        return user.managementComes();
+    }
+
+    /// Whether, after some waiting, nothing of ours covers the question.
+    bool promptIsOnTop() {
+        return waitUntil([this] {
+            const auto windows = story.pager.stacking();
+            return !windows.empty() && story.pager.titleOf(windows.back()) == user.titles.alert;
+        });
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, PermissionTest, windowManagers(), windowManagerName);
+
+TEST_P(PermissionTest, IsAskedForInFrontOfTheWindowsOfTheProgram) {
+    windowComes(user.titles.management);
+    EXPECT_TRUE(promptIsOnTop());
+    bringManagementForward();
+    EXPECT_TRUE(promptIsOnTop());
+    const auto editor = user.clickAdd();
+    EXPECT_TRUE(promptIsOnTop());
+    EXPECT_EQ(story.pager.focusedWindow(), editor);
+}
+
+TEST_P(PermissionTest, DoesNotCoverADialogThatHasToBeAnsweredFirst) {
+    windowComes(user.titles.alert);
+    story.run({HFP_PROGRAM, "--action", "exportShortcuts"});
+    const auto dialog = user.comes(user.titles.exporting);
+    EXPECT_TRUE(waitUntil([&] { return story.pager.stacking().back() == dialog; }));
+}
+
+TEST_P(PermissionTest, IsAskedForAgainWithoutTakingTheKeys) {
+    windowComes(user.titles.alert);
+    const auto window = bringManagementForward();
+    story.pager.close(windowCalled(user.titles.alert));
+    user.require([this] { return windowCalled(user.titles.alert) == XCB_NONE; },
+                 "the question does not go");
+    ASSERT_TRUE(story.isActive(window));
+    windowComes(user.titles.alert);
+    EXPECT_TRUE(promptIsOnTop());
+    EXPECT_EQ(story.pager.focusedWindow(), window);
+}
+
+} // namespace
+} // namespace hollowfernpike
