@@ -15,6 +15,7 @@
 #include "platform/wayland/UnknownDesktop.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/x11/Desktop.h"
+#include "ui/icons/IconReader.h"
 
 #include <QApplication>
 
@@ -152,7 +153,12 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
         program.perform(asked);
     });
-    return program.run(action);
+    const int status = program.run(action);
+    constexpr std::chrono::milliseconds patienceWithIcons{200};
+    if (!stopReadingIcons(patienceWithIcons)) { // from a disk that does not answer
+        std::_Exit(status);
+    }
+    return status;
 }
 
 int run(const std::string& action, const std::string& command) {

@@ -3,6 +3,7 @@
 #include "ui/Colors.h"
 #include "ui/Corners.h"
 #include "ui/icons/FileIcons.h"
+#include "ui/icons/ReadIcons.h"
 #include "ui/parts/SystemColors.h"
 #include "ui/window/CardConstraints.h"
 #include "ui/window/WholeBadge.h"
@@ -41,6 +42,8 @@ protected:
     }
 
     static QColor iconColor(ShortcutCardView& card) {
+        card.grab();
+        awaitIcons();
         return card.grab().toImage().pixelColor(28, 26);
     }
 
