@@ -80,6 +80,8 @@ void KeyTap::handle(const xcb_generic_event_t& event) {
         reportKeyboardChange();
     } else if (const auto press = source_->read(event)) {
         deliver(*press);
+    } else if (source_->hasLostFocus()) {
+        listener_.callback(this, platform::eventTapFocusLost, nullptr, listener_.userInfo);
     }
 }
 
