@@ -2,6 +2,7 @@
 #include "main/Messages.h"
 #include "main/Program.h"
 #include "main/Restart.h"
+#include "main/Surroundings.h"
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
@@ -140,12 +141,18 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     PreferencesMigration::run(userDefaults, previousDomains);
     const auto request = requestFor(action);
     qt::TerminationSignals terminationSignals;
+    const auto busAddress = freedesktop::SessionBus::addressOfSession();
+    const bool busAnswers = freedesktop::SessionBus::answers(busAddress);
+    if (!busAnswers) {
+        hideSessionBus();
+    }
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(QString::fromUtf8(domain));
     ToolkitArguments arguments{.program = command, .platform = desktop.toolkitPlatform()};
     QApplication application(arguments.count, arguments.words.data());
-    const auto bus =
-        freedesktop::SessionBus::isKnown() ? std::make_unique<freedesktop::SessionBus>() : nullptr;
+    const auto bus = busAddress.empty()
+                         ? nullptr
+                         : std::make_unique<freedesktop::SessionBus>(busAddress, busAnswers);
     if (bus && !instance.publish(*bus, request)) {
         return EXIT_SUCCESS;
     }
@@ -165,6 +172,7 @@ int run(const std::string& action, const std::string& command) {
     ignoreSignals();
     freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
+    stayOnThisMachine();
     freedesktop::turnOffCoreFiles();
     const auto openWindows = stateBeforeRestart();
     const auto desktop = openWindows ? findDesktopAgain() : findDesktop();
@@ -192,16 +200,17 @@ int run(const std::string& action, const std::string& command) {
 
 int main(int argc, char** argv) {
     using hollowfernpike::CommandLine;
+    hollowfernpike::neverWaitForReaders();
     const auto line = hollowfernpike::parseCommandLine(
         std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));
     switch (line.purpose) {
     case CommandLine::Purpose::run:
         return hollowfernpike::run(line.action, argv[0]);
     case CommandLine::Purpose::help:
-        std::cout << hollowfernpike::usage();
+        std::cout << hollowfernpike::usage() << std::flush;
         return EXIT_SUCCESS;
     case CommandLine::Purpose::version:
-        std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION "\n";
+        std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION << std::endl;
         return EXIT_SUCCESS;
     case CommandLine::Purpose::misuse:
         std::cerr << hollowfernpike::usage();

@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto interfaceName = "org.freedesktop.Application";
-constexpr auto patience = 5s;
+constexpr auto patience = 1s; // as long as it may hold up the start
 
 // D-Bus Specification, "Message Bus Messages".
 constexpr auto busName = "org.freedesktop.DBus";
