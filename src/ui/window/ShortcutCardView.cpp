@@ -1,6 +1,8 @@
 #include "ui/window/ShortcutCardView.h"
 
 #include "app/Language.h"
+#include "platform/ApplicationBundles.h"
+#include "platform/Services.h"
 #include "ui/icons/FileIcons.h"
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace hollowfernpike {
 
@@ -60,13 +63,42 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
     appNameLabel_->setText(QString::fromStdString(shortcut.appName));
     hotkeyBadge_->setText(" " + combination + " ");
     iconView_->setIcon(lazyIconForFile(shortcut.appPath));
+    unseenPath_ = shortcut.appPath;
+    update();
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }
 
 void ShortcutCardView::setNotice(const QString& notice) {
     hotkeyBadge_->setToolTip(notice);
-    setAccessibleDescription(notice);
+    notice_ = notice;
+    describe();
+}
+
+// Once the card is seen, as the icon: most cards of a long list never are.
+void ShortcutCardView::showStanding() {
+    using platform::Standing;
+    if (unseenPath_.empty()) {
+        return;
+    }
+    const auto standing =
+        platform::services().applicationBundles.standingOf(std::exchange(unseenPath_, {}));
+    iconView_->setDimmed(standing != Standing::fine);
+    iconView_->setToolTip(
+        standing == Standing::fine ? QString()
+        : standing == Standing::gone
+            ? localized("このアプリはもうありません。", "This application is gone.")
+            : localized(
+                  "アプリケーションフォルダの外にあり、信頼されていないため起動されません。",
+                  "It lies outside of the applications folders and is not trusted, so it will not "
+                  "be opened."));
+    describe();
+}
+
+void ShortcutCardView::describe() {
+    QStringList words{iconView_->toolTip(), notice_};
+    words.removeAll(QString());
+    setAccessibleDescription(words.join(' '));
 }
 
 void ShortcutCardView::editTapped() {
@@ -107,6 +139,7 @@ void ShortcutCardView::placeViews() {
 }
 
 void ShortcutCardView::paintEvent(QPaintEvent*) {
+    showStanding();
     constexpr qreal cornerRadius = 8;
     const qreal scale = devicePixelRatioF();
     const qreal border = std::max<qreal>(1, std::floor(scale)) / scale; // whole device pixels

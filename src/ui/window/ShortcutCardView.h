@@ -56,7 +56,11 @@ private:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
+    void showStanding();
+    void describe();
 
+    std::string unseenPath_; ///< of the application, until the card is painted
+    QString notice_;
     IconView* iconView_;
     FittingLabel* appNameLabel_;
     HotkeyBadge* hotkeyBadge_;

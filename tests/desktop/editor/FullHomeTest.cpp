@@ -28,7 +28,7 @@ TEST_F(FullHomeTest, AChangeThatIsNotSavedIsToldOf) {
     story.strikeAndLeave(story.clickDelete(0), "RTRN");
     EXPECT_TRUE(story.isFree(bound)) << "it holds for the program that runs";
     EXPECT_EQ(contentsOf(story.shortcutsFile()), before) << story.utilityTells();
-    story.reader.find("alert", "変更を保存できませんでした。");
+    story.reader.find("alert message", "変更を保存できませんでした。");
 }
 
 } // namespace

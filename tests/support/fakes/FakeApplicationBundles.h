@@ -14,6 +14,7 @@ class FakeApplicationBundles final : public platform::ApplicationBundles {
 public:
     std::map<std::string, platform::ApplicationBundle> bundles;
     std::map<std::string, platform::FileIcon> icons;
+    std::map<std::string, platform::Standing> standings; ///< of those that are not fine
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;
     std::string askedLanguage;             ///< of the latest listing
@@ -28,6 +29,11 @@ public:
         iconsAsked.insert(path);
         const auto found = icons.find(path);
         return found == icons.end() ? platform::FileIcon{} : found->second;
+    }
+
+    platform::Standing standingOf(const std::string& path) override {
+        const auto found = standings.find(path);
+        return found == standings.end() ? platform::Standing::fine : found->second;
     }
 
     std::vector<platform::InstalledApplication>

@@ -177,6 +177,26 @@ TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneHasTheGenericIcon) {
     EXPECT_EQ(card->appNameLabel().text(), "Gone");
 }
 
+TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneIsDimmedAndSaidSo) {
+    paint("Gone", Qt::red);
+    desktop.applicationBundles.standings["/applications/Gone.desktop"] = platform::Standing::gone;
+    speak(Language::english);
+    const auto card = cardFor(named("Gone"));
+    EXPECT_NE(iconColor(*card), QColor(Qt::red));
+    EXPECT_EQ(card->iconView().toolTip(), "This application is gone.");
+    EXPECT_EQ(card->accessibleDescription(), "This application is gone.");
+    card->setNotice("Another program holds it.");
+    EXPECT_EQ(card->accessibleDescription(), "This application is gone. Another program holds it.");
+}
+
+TEST_F(ShortcutCardViewTest, AnEntryThatIsNotTrustedIsDimmedAndSaidSo) {
+    desktop.applicationBundles.standings["/applications/Odd.desktop"] =
+        platform::Standing::untrusted;
+    const auto card = cardFor(named("Odd"));
+    EXPECT_TRUE(card->iconView().isDimmed());
+    EXPECT_TRUE(card->iconView().toolTip().startsWith("アプリケーションフォルダの外"));
+}
+
 TEST_F(ShortcutCardViewTest, ShowsTheIconOfTheApplicationAtItsPath) {
     paint("Editor", Qt::red);
     EXPECT_EQ(iconColor(*cardFor(named("Editor"))), QColor(Qt::red));

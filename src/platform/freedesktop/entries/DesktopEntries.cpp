@@ -7,6 +7,10 @@
 #include <system_error>
 #include <unordered_set>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace hollowfernpike::freedesktop {
 
 namespace {
@@ -160,6 +164,24 @@ DesktopEntry DesktopEntries::entryAt(const std::string& path) {
     auto entry = readDesktopEntry(path);
     entry.identifier = identifierOf(path);
     return entry;
+}
+
+bool DesktopEntries::isTrusted(const std::string& path) const {
+    std::error_code unknown;
+    // A link may lead out of an applications directory, or into one.
+    for (const auto& file : {fs::path(path).lexically_normal(), fs::canonical(path, unknown)}) {
+        const auto holds = [&](const fs::path& directory) {
+            const auto below = file.lexically_relative(directory.lexically_normal());
+            return !below.empty() && *below.begin() != "..";
+        };
+        if (std::ranges::any_of(directories_, holds)) {
+            return true;
+        }
+    }
+    struct stat status = {};
+    return statusAt(path, status) == 0 && (status.st_uid == ::geteuid() || status.st_uid == 0) &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0 &&
+           ::faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
 std::string DesktopEntries::identifierOf(const std::string& path) {

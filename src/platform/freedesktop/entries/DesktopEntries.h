@@ -40,6 +40,11 @@ public:
     /// readDesktopEntry() does.
     DesktopEntry entryAt(const std::string& path);
 
+    /// Whether the entry at `path` may be launched: it lies in an applications directory, or file
+    /// managers would launch it, too: it belongs to the user or to root, nobody else may write it,
+    /// and it is executable.
+    bool isTrusted(const std::string& path) const;
+
     /// The desktop-file id that stands for the file at `path`, without ".desktop"; empty if looking
     /// that id up would lead to another file or to none.
     std::string identifierOf(const std::string& path);

@@ -223,5 +223,19 @@ TEST_F(ApplicationBundlesTest, ADirectoryThatIsNamedTwiceIsListedOnce) {
                 ElementsAre(home_.applications()));
 }
 
+TEST_F(ApplicationBundlesTest, ToldApartAreThoseThatAreGoneAndThoseThatAreNotTrusted) {
+    using platform::Standing;
+    EXPECT_EQ(bundles_.standingOf(home_.addEntry("app", "true")), Standing::fine);
+    EXPECT_EQ(bundles_.standingOf("/nowhere/app.desktop"), Standing::gone);
+    EXPECT_EQ(bundles_.standingOf(home_.addEntry("lost", "/no/such/program")), Standing::gone);
+    EXPECT_EQ(bundles_.standingOf(home_.addEntry("hidden", "true", "Hidden=true\n")),
+              Standing::gone);
+    const auto outside = home_.write(home_.path() / "Downloads/tool.desktop",
+                                     "[Desktop Entry]\nType=Application\nName=T\nExec=true\n");
+    EXPECT_EQ(bundles_.standingOf(outside), Standing::untrusted);
+    std::filesystem::permissions(outside, std::filesystem::perms::owner_all);
+    EXPECT_EQ(bundles_.standingOf(outside), Standing::fine);
+}
+
 } // namespace
 } // namespace hollowfernpike::test

@@ -164,6 +164,7 @@ TEST_F(FurtherCopiesTest, WhatIsNotInstalledCannotBeRecognisedAndIsStartedEachTi
     const auto path =
         home_.write(home_.path() / "Desktop/my tool.desktop",
                     "[Desktop Entry]\nType=Application\nName=T\nExec=" + home_.witness("stay"));
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     for (int copy = 0; copy < 3; ++copy) {
         EXPECT_TRUE(start(path));
     }
