@@ -11,6 +11,7 @@
 #include <iostream>
 #include <optional>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace hollowfernpike {
@@ -45,6 +46,16 @@ void stayOnThisMachine() {
 
 void hideSessionBus() {
     freedesktop::setOwnVariable("DBUS_SESSION_BUS_ADDRESS", nobodysAddress);
+}
+
+void openStandardDescriptors() {
+    for (int number = ::open("/dev/null", O_RDWR | O_NOCTTY); number >= 0;
+         number = ::open("/dev/null", O_RDWR | O_NOCTTY)) {
+        if (number > STDERR_FILENO) {
+            ::close(number);
+            break;
+        }
+    }
 }
 
 // Never destroyed: the standard library flushes its streams at the very end.

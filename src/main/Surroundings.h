@@ -10,6 +10,11 @@ void stayOnThisMachine();
 /// not answer. Likewise.
 void hideSessionBus();
 
+/// What standard input, output and errors should be, and is not open, leads nowhere from now on:
+/// our own files must not get their numbers, and programs that we launch need them. To be called
+/// first.
+void openStandardDescriptors();
+
 /// From now on neither our output nor the toolkit's waits for a reader.
 void neverWaitForReaders();
 

@@ -65,6 +65,12 @@ platform::LocalizedError noDesktop() {
             "Start the program inside a graphical session, or set WAYLAND_DISPLAY or DISPLAY."};
 }
 
+platform::LocalizedError nameTaken() {
+    return {"他のプログラムがセッションバスで Hollowfernpike の名前を使用しているため、"
+            "ランチャーからは呼び出せません。",
+            "Another program has our name on the session bus, so launchers cannot call us."};
+}
+
 /// A Wayland session often has an X server as well, which does not see the keys.
 std::unique_ptr<platform::FoundDesktop> findDesktop() {
     auto connection = wayland::Connection::open();
@@ -139,6 +145,7 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
                 const std::string& openWindows) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
+    using Publication = freedesktop::Instance::Publication;
     const auto request = requestFor(action);
     qt::TerminationSignals terminationSignals;
     const auto busAddress = freedesktop::SessionBus::addressOfSession();
@@ -153,8 +160,12 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     const auto bus = busAddress.empty()
                          ? nullptr
                          : std::make_unique<freedesktop::SessionBus>(busAddress, busAnswers);
-    if (bus && !instance.publish(*bus, request)) {
+    const auto publication = bus ? instance.publish(*bus, request) : Publication::done;
+    if (publication == Publication::handedOver) {
         return EXIT_SUCCESS;
+    }
+    if (publication == Publication::impossible) {
+        tell(nameTaken());
     }
     Program program(desktop, userDefaults, terminationSignals, bus.get(), openWindows);
     instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
@@ -200,6 +211,7 @@ int run(const std::string& action, const std::string& command) {
 
 int main(int argc, char** argv) {
     using hollowfernpike::CommandLine;
+    hollowfernpike::openStandardDescriptors();
     hollowfernpike::neverWaitForReaders();
     const auto line = hollowfernpike::parseCommandLine(
         std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));

@@ -5,10 +5,22 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 
 namespace hollowfernpike {
 
 namespace {
+
+struct Direction {
+    std::string_view character;
+    std::string_view escape;
+};
+
+constexpr Direction directions[] = {
+    {"\u061C", "\\u061c"}, {"\u200E", "\\u200e"}, {"\u200F", "\\u200f"}, {"\u202A", "\\u202a"},
+    {"\u202B", "\\u202b"}, {"\u202C", "\\u202c"}, {"\u202D", "\\u202d"}, {"\u202E", "\\u202e"},
+    {"\u2066", "\\u2066"}, {"\u2067", "\\u2067"}, {"\u2068", "\\u2068"}, {"\u2069", "\\u2069"},
+};
 
 std::string escaped(const char* format, unsigned value) {
     std::array<char, 16> buffer{};
@@ -56,6 +68,16 @@ std::string shown(std::string_view character) {
 }
 
 } // namespace
+
+std::string withoutDirections(std::string_view text) {
+    std::string plain;
+    while (!text.empty()) {
+        const auto character = takeCharacter(text);
+        const auto* const known = std::ranges::find(directions, character, &Direction::character);
+        plain += known == std::end(directions) ? character : known->escape;
+    }
+    return plain;
+}
 
 std::string oneLine(std::string_view text) {
     return excerpt(text, text.size());

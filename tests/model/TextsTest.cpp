@@ -100,5 +100,13 @@ TEST(Utf8Test, AcceptsTextWithoutBadBytes) {
     EXPECT_EQ(firstInvalidUtf8("plain text and 日本語, then 😀 and plain text again"), allValid);
 }
 
+TEST(OneLineTest, DirectionsOfWritingBecomeEscapesInNames) {
+    EXPECT_EQ(withoutDirections("\u202Egpj.exe"), "\\u202egpj.exe");
+    EXPECT_EQ(withoutDirections("a\u2066b\u2069 \u200F"), "a\\u2066b\\u2069 \\u200f");
+    for (const auto* name : {"", "メール & Ü", "שלום", "\xff broken", "e\u0301"}) {
+        EXPECT_EQ(withoutDirections(name), name);
+    }
+}
+
 } // namespace
 } // namespace hollowfernpike::test

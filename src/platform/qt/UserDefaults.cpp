@@ -11,6 +11,8 @@
 #include <system_error>
 #include <vector>
 
+#include <sys/stat.h>
+
 namespace hollowfernpike::qt {
 
 namespace {
@@ -25,6 +27,19 @@ bool mayWait(const std::vector<std::filesystem::path>& directories, std::string_
         return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
     });
 }
+
+/// What is made meanwhile is for the user alone. Programs that we launch have the user's mask, so
+/// it is not for long.
+class PrivateToTheUser {
+public:
+    PrivateToTheUser() = default;
+    PrivateToTheUser(const PrivateToTheUser&) = delete;
+    PrivateToTheUser& operator=(const PrivateToTheUser&) = delete;
+    ~PrivateToTheUser() { ::umask(before_); }
+
+private:
+    mode_t before_ = ::umask(S_IRWXG | S_IRWXO);
+};
 
 /// The user's own file; empty if there is no place for it or reading it could wait.
 QString ownFile(std::string_view domain) {
@@ -62,6 +77,7 @@ platform::PropertyValue UserDefaults::objectForKey(std::string_view key) {
 }
 
 void UserDefaults::setObject(const platform::PropertyValue& value, std::string_view key) {
+    const PrivateToTheUser settingsAndTheirFolder;
     settings_->setValue(QString::fromUtf8(key), std::any_cast<const QVariant&>(value));
     settings_->sync(); // nothing is saved at exit
 }

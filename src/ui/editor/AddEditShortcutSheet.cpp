@@ -1,6 +1,7 @@
 #include "ui/editor/AddEditShortcutSheet.h"
 
 #include "app/Language.h"
+#include "model/OneLine.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/MainQueue.h"
 #include "platform/Services.h"
@@ -132,8 +133,9 @@ void AddEditShortcutSheet::showSelectedApp() {
         return;
     }
     views_.step1AppIconView->setIcon(*selectedAppIcon_);
-    views_.step1AppNameLabel->setText(selectedAppName_ ? QString::fromStdString(*selectedAppName_)
-                                                       : localized("不明", "Unknown"));
+    views_.step1AppNameLabel->setText(
+        selectedAppName_ ? QString::fromStdString(withoutDirections(*selectedAppName_))
+                         : localized("不明", "Unknown"));
     views_.layOut(size());
 }
 

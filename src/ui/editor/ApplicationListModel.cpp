@@ -1,5 +1,6 @@
 #include "ui/editor/ApplicationListModel.h"
 
+#include "model/OneLine.h"
 #include "ui/icons/FileIcons.h"
 
 #include <QSize>
@@ -37,7 +38,7 @@ QVariant ApplicationListModel::data(const QModelIndex& index, int role) const {
     }
     switch (role) {
     case Qt::DisplayRole:
-        return QString::fromStdString(applicationAt(index.row()).name);
+        return QString::fromStdString(withoutDirections(applicationAt(index.row()).name));
     case Qt::ToolTipRole:
         return QString::fromStdString(applicationAt(index.row()).path).toHtmlEscaped();
     case Qt::DecorationRole:

@@ -3,6 +3,7 @@
 #include "app/L10n.h"
 #include "app/Language.h"
 #include "hotkeys/HotkeyManager.h"
+#include "model/OneLine.h"
 #include "model/ShortcutStore.h"
 #include "platform/Application.h"
 #include "platform/NotificationCenter.h"
@@ -217,7 +218,7 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
         return;
     }
     const Alert question{
-        .message = L10n::Main::deleteConfirmTitle(shortcut.appName),
+        .message = L10n::Main::deleteConfirmTitle(withoutDirections(shortcut.appName)),
         .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
         .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")}};
     question.beginSheet(*window_, [id = shortcut.id](int button) {

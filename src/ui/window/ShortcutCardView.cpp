@@ -1,6 +1,7 @@
 #include "ui/window/ShortcutCardView.h"
 
 #include "app/Language.h"
+#include "model/OneLine.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/Services.h"
 #include "ui/icons/FileIcons.h"
@@ -60,7 +61,7 @@ void ShortcutCardView::setupUI() {
 
 void ShortcutCardView::configure(const AppShortcut& shortcut) {
     const QString combination = QString::fromStdString(shortcut.displayString());
-    appNameLabel_->setText(QString::fromStdString(shortcut.appName));
+    appNameLabel_->setText(QString::fromStdString(withoutDirections(shortcut.appName)));
     hotkeyBadge_->setText(" " + combination + " ");
     iconView_->setIcon(lazyIconForFile(shortcut.appPath));
     unseenPath_ = shortcut.appPath;

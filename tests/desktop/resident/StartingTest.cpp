@@ -1,4 +1,5 @@
 #include "desktop/resident/Resident.h"
+#include "support/BusConnection.h"
 #include "support/Files.h"
 #include "support/SilentSocket.h"
 #include "support/WaitUntil.h"
@@ -70,8 +71,8 @@ TEST_F(StartingTest, IsNotHeldUpByAReaderThatDoesNotReadWhatItSays) {
     const auto utility =
         story.desktop.start({"sh", "-c", R"(exec "$0" > "$1" 2>&1)", HFP_PROGRAM, output.string()},
                             {{"QT_LOGGING_RULES", "*.debug=true"}});
-    const auto second = [&] { return resident.startAgain()->wait() == 0; };
-    EXPECT_TRUE(waitUntil(second)) << "it answers, so it has started";
+    ASSERT_TRUE(waitUntil([&] { return story.pager.clients(utility->pid()) >= 3; }));
+    EXPECT_EQ(resident.startAgain()->wait(), 0) << "it answers, so it has started";
     EXPECT_TRUE(resident.shows(japaneseTitle));
     utility->signal(SIGTERM);
     EXPECT_EQ(utility->wait(), 0);
@@ -112,6 +113,30 @@ TEST_F(StartingTest, SessionManagersMayRestartIt) {
     const auto utility = story.desktop.start({HFP_PROGRAM, "-session", "10c0ffee_1"});
     EXPECT_TRUE(story.areLive());
     EXPECT_FALSE(utility->hasEnded()) << utility->errors();
+}
+
+TEST_F(StartingTest, AnotherProgramWithItsNameOnTheBusDoesNotKeepItFromStarting) {
+    const auto impostor = connectToBus(story.desktop.bus().address());
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> reply{
+        g_dbus_connection_call_sync(impostor.get(), "org.freedesktop.DBus", "/",
+                                    "org.freedesktop.DBus", "RequestName",
+                                    g_variant_new("(su)", "app.hollowfernpike.Hollowfernpike", 0U),
+                                    nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr),
+        g_variant_unref};
+    ASSERT_NE(reply, nullptr);
+    story.launchUtility();
+    EXPECT_TRUE(story.areLive());
+    EXPECT_THAT(story.utilityTells(), testing::HasSubstr("Another program has our name"));
+}
+
+TEST_F(StartingTest, StartedWithoutStandardDescriptorsItOpensSome) {
+    const auto utility =
+        story.desktop.start({"sh", "-c", R"(exec "$0" <&- >&- 2>&-)", HFP_PROGRAM});
+    ASSERT_TRUE(story.areLive());
+    const auto process = std::filesystem::path("/proc") / std::to_string(utility->pid()) / "fd";
+    for (const char* number : {"0", "1", "2"}) {
+        EXPECT_EQ(std::filesystem::read_symlink(process / number), "/dev/null");
+    }
 }
 
 } // namespace

@@ -189,6 +189,10 @@ TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneIsDimmedAndSaidSo) {
     EXPECT_EQ(card->accessibleDescription(), "This application is gone. Another program holds it.");
 }
 
+TEST_F(ShortcutCardViewTest, ANameCannotBeWrittenBackwards) {
+    EXPECT_EQ(cardFor(named("\u202Egpj.exe"))->appNameLabel().text(), "\\u202egpj.exe");
+}
+
 TEST_F(ShortcutCardViewTest, AnEntryThatIsNotTrustedIsDimmedAndSaidSo) {
     desktop.applicationBundles.standings["/applications/Odd.desktop"] =
         platform::Standing::untrusted;

@@ -28,9 +28,14 @@ public:
     /// one does not answer, and platform::FileError if the lock cannot be used.
     static std::unique_ptr<Instance> become(Names names, const InstanceRequest& request);
 
-    /// Does the same over the bus; needs the application object. False if another process has taken
-    /// the request. The bus outlives this.
-    bool publish(const SessionBus& bus, const InstanceRequest& request);
+    enum class Publication : unsigned char {
+        done,       ///< as far as the bus answers
+        handedOver, ///< another instance has taken the request
+        impossible, ///< another program has our name on the bus
+    };
+
+    /// Does the same over the bus; needs the application object. The bus outlives this.
+    Publication publish(const SessionBus& bus, const InstanceRequest& request);
 
     /// From now on takes requests, those that came before included. The loop outlives this.
     void listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest);

@@ -28,7 +28,8 @@ Descriptor listeningSocket(const PrivateDirectory& directory, const std::string&
 Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name);
 
 /// Takes requests from other processes of the same user, over a socket that listens. Never waits
-/// for a client: when more than 16 are connected, the oldest connection is closed. Main thread
+/// for a client: when more than 16 are connected, the oldest connection is closed. While the
+/// process is out of descriptors, clients wait, and it looks for them once a second. Main thread
 /// only.
 class InstanceListener {
 public:
@@ -45,7 +46,9 @@ private:
         std::unique_ptr<platform::Subscription> watch;
     };
 
+    void listen();
     void accept();
+    void rest();
     void serve(int client);
 
     const Descriptor& socket_;
@@ -54,7 +57,8 @@ private:
     uid_t user_;
     std::map<int, Client> clients_; // the oldest first
     int lastClient_ = 0;
-    std::unique_ptr<platform::Subscription> watch_;
+    Descriptor alarm_; ///< made early: later there may be no descriptor left for it
+    std::unique_ptr<platform::Subscription> watch_; ///< of the socket or the alarm
 };
 
 } // namespace hollowfernpike::freedesktop

@@ -31,6 +31,10 @@ public:
     /// the bus has answered, 1 s at most. Requests wait until listen().
     Outcome publish();
 
+    /// Whether the process that has the name runs the same program as this one. Runs the main loop
+    /// as publish() does.
+    bool isOwnerOneOfUs() const;
+
     /// Sends the request to the process that has the name, and runs the main loop until it has
     /// answered. False if it refuses or does not answer within 1 s.
     bool handOver(const InstanceRequest& request) const;

@@ -170,6 +170,19 @@ TEST_F(DesktopEntriesTest, ALoopOfDirectoriesEnds) {
     EXPECT_THAT(identifiers(), ElementsAre("app"));
 }
 
+TEST_F(DesktopEntriesTest, FoldersThatLinkToEachOtherAreReadOnce) {
+    constexpr int folders = 24; // with all ways between them it would take hours
+    for (int number = 0; number < folders; ++number) {
+        const auto folder = home_.applications() / std::to_string(number);
+        home_.write(folder / "app.desktop", minimal);
+        for (int other = 0; other < folders; ++other) {
+            std::filesystem::create_directory_symlink(home_.applications() / std::to_string(other),
+                                                      folder / ("to" + std::to_string(other)));
+        }
+    }
+    EXPECT_EQ(identifiers().size(), folders);
+}
+
 TEST_F(DesktopEntriesTest, AnUnlistedEntryThatChangesIsReadAsItIsNow) {
     const auto path = home_.write(home_.path() / "tool.desktop", minimal);
     EXPECT_EQ(entries_.entryAt(path).displayName, "A");
