@@ -23,6 +23,8 @@ GOOD = {
     "src/model/List.cpp": '#include "model/List.h"\n\n#include <vector>\n\n'
                           "int four() {\n    return twice(2);\n}\n",
     "src/model/User.cpp": '#include "model/List.h"\n\nint eight() {\n    return twice(4);\n}\n',
+    "data/gnome-shell/service.js": "class Service {\n    constructor() {\n        global.log('');\n"
+                                   "    }\n}\n",
     "docs/list.md": "Here is the [list](../src/model/List.h#one).\n",
     "scripts/greet": '#!/bin/sh\necho "$1"\n',
 }
@@ -40,6 +42,11 @@ BAD = {
                                  "list_check(isDeep true)\n"
                                  "add_test(NAME whole.isRound COMMAND true)\n"},
         [f"README.md:{line}" for line in range(1, 7)]),
+    "extension": (
+        {"data/gnome-shell/service.js": "var name = 'x';\nclass Service {\n    constructor() {\n"
+                                        "        eval(name);\n        this.file = Nobody;\n"
+                                        "        this.bus.call_sync();\n    }\n}\n"},
+        [f"data/gnome-shell/service.js:{line}" for line in (1, 4, 5, 6)]),
     "format": (
         {"src/model/Bad.h": "#pragma once\n\nint  wide;\n"},
         ["src/model/Bad.h:3"]),

@@ -9,6 +9,7 @@
 #include "platform/freedesktop/instance/Instance.h"
 #include "platform/freedesktop/launching/CoreLimit.h"
 #include "platform/freedesktop/launching/OwnEnvironment.h"
+#include "platform/gnome/Desktop.h"
 #include "platform/kde/Desktop.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
@@ -53,6 +54,7 @@ struct WaylandKind {
 constexpr WaylandKind waylandKinds[] = {
     {sway::findDesktop},
     {kde::findDesktop, true},
+    {gnome::findDesktop, true},
     {wayland::findUnknownDesktop},
 };
 

@@ -1,6 +1,7 @@
 #include "support/KWinKeyboard.h"
 
 #include "support/LentConnection.h"
+#include "support/SeatKeymap.h"
 #include "support/WaitUntil.h"
 
 #include <stdexcept>
@@ -8,23 +9,12 @@
 #include <utility>
 
 #include <fake-input-client-protocol.h>
-#include <unistd.h>
 
 namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint32_t offsetOfKernel = 8;  // from the kernel's code of a key to that of XKB
-constexpr std::uint32_t capsLock = 1U << 1U; // as XKB counts modifiers
-constexpr std::uint32_t numLock = 1U << 4U;
-
-/// What a file holds before its last byte, a zero.
-std::string textIn(int file, std::uint32_t size) {
-    std::string text(size, '\0');
-    const auto length = ::pread(file, text.data(), size, 0);
-    text.resize(length > 0 ? static_cast<std::size_t>(length) - 1 : 0);
-    return text;
-}
+constexpr std::uint32_t offsetOfKernel = 8; // from the kernel's code of a key to that of XKB
 
 } // namespace
 
@@ -34,14 +24,13 @@ public:
         keys_ =
             connection_.get().bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface, 4);
         org_kde_kwin_fake_input_authenticate(keys_, "tests", "keys are pressed");
-        takeSeat();
-        takeKeyboard();
+        if (!waitUntil([this] { return keymap_.isThere(); })) {
+            throw std::runtime_error("KWin takes no keyboard");
+        }
     }
     Wire(const Wire&) = delete;
     Wire& operator=(const Wire&) = delete;
     ~Wire() {
-        wl_keyboard_destroy(keyboard_);
-        wl_seat_destroy(seat_);
         // In newer descriptions the protocol's own request, which version 4 does not have.
         wl_proxy_destroy(reinterpret_cast<wl_proxy*>(keys_));
         sync();
@@ -56,53 +45,12 @@ public:
     }
 
     /// The keyboard map that clients have got last.
-    const std::string& map() const { return map_; }
+    const std::string& map() const { return keymap_.text(); }
 
 private:
-    static Wire& self(void* data) { return *static_cast<Wire*>(data); }
-
-    void takeSeat() {
-        static constexpr wl_seat_listener listener{
-            .capabilities =
-                [](void* data, wl_seat* /*seat*/, std::uint32_t capabilities) {
-                    self(data).isThere_ = (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
-                },
-            .name = ignoreEvent};
-        seat_ = connection_.get().bind<wl_seat>(wl_seat_interface, 1);
-        wl_seat_add_listener(seat_, &listener, this);
-        const auto isThere = [this] {
-            sync();
-            return isThere_;
-        };
-        if (!waitUntil(isThere)) {
-            throw std::runtime_error("KWin takes no keyboard");
-        }
-    }
-
-    // KWin tells of the layouts in the way in which all clients learn of them.
-    void takeKeyboard() {
-        static constexpr wl_keyboard_listener listener{
-            .keymap =
-                [](void* data, wl_keyboard* /*keyboard*/, std::uint32_t /*format*/,
-                   std::int32_t file, std::uint32_t size) {
-                    self(data).map_ = textIn(file, size);
-                    ::close(file);
-                },
-            .enter = ignoreEvent,
-            .leave = ignoreEvent,
-            .key = ignoreEvent,
-            .modifiers = ignoreEvent,
-            .repeat_info = ignoreEvent};
-        keyboard_ = wl_seat_get_keyboard(seat_);
-        wl_keyboard_add_listener(keyboard_, &listener, this);
-    }
-
     LentConnection connection_;
+    SeatKeymap keymap_{connection_.get()};
     org_kde_kwin_fake_input* keys_ = nullptr;
-    wl_seat* seat_ = nullptr;
-    wl_keyboard* keyboard_ = nullptr;
-    bool isThere_ = false;
-    std::string map_;
 };
 
 KWinKeyboard::KWinKeyboard(KWinDesktop& desktop) : Keyboard(desktop.layout()), desktop_(desktop) {
@@ -142,17 +90,6 @@ void KWinKeyboard::sync() const {
 void KWinKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
     wire_->send(keycode - offsetOfKernel, isDown);
     map().update(keycode, isDown);
-}
-
-// They outlast a change of the layouts.
-void KWinKeyboard::openLocks() {
-    const auto locked = map().modifiers(XKB_STATE_MODS_LOCKED);
-    if ((locked & capsLock) != 0) {
-        strike({"CAPS"});
-    }
-    if ((locked & numLock) != 0) {
-        strike({"NMLK"});
-    }
 }
 
 void KWinKeyboard::waitForMap() {

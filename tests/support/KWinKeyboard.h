@@ -31,7 +31,6 @@ private:
     class Wire; ///< the connection to KWin, and what it is for
 
     void sendKey(std::uint32_t keycode, bool isDown) override;
-    void openLocks();
     void waitForMap();
 
     KWinDesktop& desktop_;

@@ -30,6 +30,18 @@ void Keyboard::letGo() {
     sync();
 }
 
+void Keyboard::openLocks() {
+    constexpr std::uint32_t capsLock = 1U << 1U; // as XKB counts modifiers
+    constexpr std::uint32_t numLock = 1U << 4U;
+    const auto locked = map_.modifiers(XKB_STATE_MODS_LOCKED);
+    if ((locked & capsLock) != 0) {
+        strike({"CAPS"});
+    }
+    if ((locked & numLock) != 0) {
+        strike({"NMLK"});
+    }
+}
+
 void Keyboard::move(std::string_view keyName, bool isDown) {
     const auto key = keycode(keyName);
     if (key == 0) {

@@ -52,6 +52,9 @@ protected:
     /// Lets go of all keys that are down.
     void letGo();
 
+    /// Where locks outlast a change of the layouts.
+    void openLocks();
+
     KeyboardMap& map() { return map_; }
     const KeyboardMap& map() const { return map_; }
 

@@ -32,6 +32,10 @@ public:
     /// The map as compositors hand it to their clients.
     std::string text() const;
 
+    /// The name of a key of keyboards that writes something else in a map in that form, which may
+    /// have further layouts; empty if there is none.
+    std::string differenceFrom(const std::string& text) const;
+
     void update(std::uint32_t keycode, bool isDown);
     void lockGroup(std::uint32_t group);
 

@@ -4,7 +4,6 @@
 #include "platform/kde/TaskBar.h"
 #include "platform/kde/keys/ShortcutTap.h"
 #include "platform/kde/windows/WindowMirror.h"
-#include "platform/kde/windows/Windows.h"
 #include "platform/wayland/ActivationTokens.h"
 #include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
@@ -13,9 +12,9 @@
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 #include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/windows/Windows.h"
 
 #include <QCoreApplication>
-#include <QWindow>
 
 #include <utility>
 
@@ -74,19 +73,13 @@ private:
 class OwnWindows final : public wayland::OwnWindows {
 public:
     explicit OwnWindows(wayland::ActivationTokens& tokens)
-        : wayland::OwnWindows([this](const QWindow&) {
-              const auto token =
-                  tokens_.begin({.name = "Hollowfernpike",
-                                 .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
-                                 .entryPath = {},
-                                 .program = {},
-                                 .windowClass = {}});
-              if (!token.empty()) {
-                  useActivationToken(token);
-              }
-              return false; // the request itself is the same as on any Wayland desktop
-          }),
-          tokens_(tokens) {}
+        : wayland::OwnWindows(wayland::requestWith([&tokens](const QWindow& /*window*/) {
+              return tokens.begin({.name = "Hollowfernpike",
+                                   .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
+                                   .entryPath = {},
+                                   .program = {},
+                                   .windowClass = {}});
+          })) {}
 
     void setShownInTaskBar(std::uintptr_t native, bool shown) override {
         if (auto* const window = wayland::windowWith(native)) {
@@ -95,7 +88,6 @@ public:
     }
 
 private:
-    wayland::ActivationTokens& tokens_;
     TaskBar taskBar_;
 };
 
@@ -140,7 +132,7 @@ private:
     wayland::ActivationTokens tokens_{*connection_};
     WindowMirror mirror_{*connection_};
     EventTaps eventTaps_{host_, *connection_, keyboard_, tokens_};
-    Windows windows_{host_, mirror_};
+    wayland::Windows windows_{host_, mirror_};
     OwnWindows ownWindows_{tokens_};
 };
 

@@ -8,8 +8,25 @@
 
 namespace hollowfernpike::wayland {
 
-OwnWindows::OwnWindows(std::function<bool(const QWindow&)> bringForward)
-    : bringForward_(std::move(bringForward)) {}
+namespace {
+
+// The toolkit takes it from there with the next request.
+void keepForNextRequest(const std::string& token) {
+    qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+}
+
+} // namespace
+
+BringForward requestWith(std::function<std::string(const QWindow&)> token) {
+    return [token = std::move(token)](const QWindow& window) {
+        if (const auto fresh = token(window); !fresh.empty()) {
+            keepForNextRequest(fresh);
+        }
+        return false;
+    };
+}
+
+OwnWindows::OwnWindows(BringForward bringForward) : bringForward_(std::move(bringForward)) {}
 
 void OwnWindows::bringToFront(std::uintptr_t native) {
     QWindow* const window = windowWith(native);
@@ -18,9 +35,8 @@ void OwnWindows::bringToFront(std::uintptr_t native) {
     }
 }
 
-// The toolkit takes it from there with the next request.
 void OwnWindows::useActivationToken(const std::string& token) {
-    qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+    keepForNextRequest(token);
 }
 
 } // namespace hollowfernpike::wayland

@@ -9,12 +9,18 @@ class QWindow;
 
 namespace hollowfernpike::wayland {
 
+/// Brings a window of ours to the front in the desktop's own way; false if that fails.
+using BringForward = std::function<bool(const QWindow&)>;
+
+/// For a desktop that gives activation tokens at any time: has the next request carry one of them,
+/// and leaves it to that. `token` may return an empty text.
+BringForward requestWith(std::function<std::string(const QWindow&)> token);
+
 /// Our own windows on a Wayland desktop. Main thread only.
 class OwnWindows : public platform::OwnWindows {
 public:
-    /// `bringForward` is the desktop's own way to bring a window of ours to the front, false if
-    /// that fails; empty if it has none.
-    explicit OwnWindows(std::function<bool(const QWindow&)> bringForward = {});
+    /// `bringForward` is empty if the desktop has no way of its own.
+    explicit OwnWindows(BringForward bringForward = {});
 
     /// Compositors without a protocol for it show every window.
     void setShownInTaskBar(std::uintptr_t /*window*/, bool /*shown*/) override {}
@@ -26,7 +32,7 @@ public:
     void useActivationToken(const std::string& token) override;
 
 private:
-    std::function<bool(const QWindow&)> bringForward_;
+    BringForward bringForward_;
 };
 
 } // namespace hollowfernpike::wayland

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "desktop/kde/KWinSession.h"
-#include "desktop/wayland/WaylandStory.h"
+#include "desktop/wayland/StackingStory.h"
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace hollowfernpike::test {
 
@@ -21,7 +22,7 @@ inline KWinSettings settingsOfStories(const KeyboardLayout& layout = {}) {
 }
 
 /// A story that goes as it can on KWin alone.
-class KWinStory : public WaylandStory {
+class KWinStory : public StackingStory {
 public:
     explicit KWinStory(const KWinSettings& settings = settingsOfStories())
         : KWinStory(std::make_unique<KWinSession>(settings)) {}
@@ -29,12 +30,21 @@ public:
     KWinDesktop& desktop;
     KWinPager& kwin;
 
-    /// Kills KWin and starts it anew; applications have ended by then.
-    void restart() { onKWin().restart(); }
+    void minimize(pid_t process) const override { kwin.minimize(process); }
+
+    std::vector<pid_t> order() const override {
+        std::vector<pid_t> processes;
+        for (const auto& window : kwin.windows()) {
+            processes.insert(processes.begin(), window.process);
+        }
+        return processes;
+    }
+
+    void restart() override { onKWin().restart(); }
 
 private:
     explicit KWinStory(std::unique_ptr<KWinSession> place)
-        : WaylandStory(std::move(place)), desktop(onKWin().desktop), kwin(onKWin().kwinPager) {}
+        : StackingStory(std::move(place)), desktop(onKWin().desktop), kwin(onKWin().kwinPager) {}
 
     KWinSession& onKWin() { return static_cast<KWinSession&>(session()); }
 };

@@ -17,6 +17,7 @@
 #include <limits>
 #include <string_view>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
@@ -27,6 +28,7 @@ using namespace std::chrono_literals;
 
 constexpr auto firstPause = 250ms;
 constexpr auto longestPause = 32s;
+constexpr auto longestAnswer = 1s;
 
 constexpr int noTimeLimit = std::numeric_limits<int>::max(); // DBUS_TIMEOUT_INFINITE of libdbus
 
@@ -91,7 +93,23 @@ void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
     });
 }
 
-// Not QDBusPendingCall::waitForFinished(): it never returns if the bus ends meanwhile.
+// The toolkit's own waits never end if the bus ends meanwhile.
+QVariant SessionBus::ask(const QDBusMessage& message) const {
+    constexpr auto pause = 100us;
+    const auto deadline = std::chrono::steady_clock::now() + longestAnswer;
+    const auto call = connection_.asyncCall(message, noTimeLimit);
+    while (!call.isFinished() && connection_.isConnected() &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(pause);
+    }
+    const auto reply = call.reply();
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        qCDebug(busLog) << message.member() << reply.errorName() << reply.errorMessage();
+        return {};
+    }
+    return reply.arguments().value(0);
+}
+
 bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds longest) const {
     QEventLoop loop;
     const QDBusPendingCallWatcher watcher(call);

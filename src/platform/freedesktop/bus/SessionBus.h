@@ -5,6 +5,7 @@
 #include <QDBusPendingCall>
 #include <QObject>
 #include <QTimer>
+#include <QVariant>
 
 #include <chrono>
 #include <functional>
@@ -48,6 +49,10 @@ public:
     /// Sends a method call. Never waits for the bus; the answer has no time limit. `answer` may be
     /// empty.
     void call(const QDBusMessage& message, const Answer& answer);
+
+    /// Sends a method call, waits for the reply and returns its first value; an invalid one if the
+    /// call fails, the bus ends or nobody answers within a second. Nothing else happens meanwhile.
+    QVariant ask(const QDBusMessage& message) const;
 
     /// Runs the main loop until the call is answered, the bus ends or `longest` passes. True if the
     /// call was answered without an error.

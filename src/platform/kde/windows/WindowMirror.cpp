@@ -14,13 +14,6 @@ namespace {
 /// Later ones tell the stacking order only to those who ask each time.
 constexpr std::uint32_t managementVersion = 16;
 
-/// No text that identifies an application is longer; a client may send any.
-constexpr std::size_t longestText = 1024;
-
-std::string bounded(const char* text) {
-    return std::string(std::string_view(text).substr(0, longestText));
-}
-
 } // namespace
 
 struct WindowMirror::Record {
@@ -70,9 +63,12 @@ WindowMirror::~WindowMirror() {
     }
 }
 
-std::vector<WindowMirror::Window> WindowMirror::windows() {
+std::optional<std::vector<wayland::ListedWindow>> WindowMirror::windows() {
+    if (!isGranted()) {
+        return std::nullopt;
+    }
     connection_.dispatchArrived();
-    std::vector<Window> windows;
+    std::vector<wayland::ListedWindow> windows;
     std::map<std::string_view, std::ptrdiff_t> places; // those that have none yet are at the back
     for (const auto& uuid : backToFront_) {
         places.emplace(uuid, -static_cast<std::ptrdiff_t>(places.size()) - 1);
@@ -87,19 +83,21 @@ std::vector<WindowMirror::Window> WindowMirror::windows() {
         windows.push_back({.number = record->number,
                            .facts = record->facts,
                            .isMinimised = record->isMinimised,
-                           .isOnShownDesktop = isOnShownDesktop(*record)});
+                           .isOnShownWorkspace = isOnShownDesktop(*record)});
     }
     return windows;
 }
 
-void WindowMirror::activate(std::int64_t number) {
-    const auto found = std::ranges::find_if(
-        records_, [&](const auto& entry) { return entry.second->number == number; });
-    if (found != records_.end()) {
-        constexpr auto active = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_ACTIVE;
-        org_kde_plasma_window_set_state(found->second->proxy, active, active);
-        wl_display_flush(connection_.get());
+void WindowMirror::activate(std::span<const std::int64_t> numbers) {
+    constexpr auto active = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_ACTIVE;
+    for (const auto number : numbers) {
+        const auto found = std::ranges::find_if(
+            records_, [&](const auto& entry) { return entry.second->number == number; });
+        if (found != records_.end()) {
+            org_kde_plasma_window_set_state(found->second->proxy, active, active);
+        }
     }
+    wl_display_flush(connection_.get());
 }
 
 void WindowMirror::add(const char* uuid) {
@@ -121,7 +119,7 @@ void WindowMirror::listenTo(Record& record) {
         events.title_changed = [](void*, org_kde_plasma_window*, const char*) {};
         events.app_id_changed = [](void* data, org_kde_plasma_window*, const char* identifier) {
             auto& facts = recordOf(data).facts;
-            facts.className = facts.desktopFile = bounded(identifier);
+            facts.className = facts.desktopFile = wayland::boundedText(identifier);
         };
         events.state_changed = [](void* data, org_kde_plasma_window*, std::uint32_t state) {
             constexpr auto minimised = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED;
@@ -157,7 +155,7 @@ void WindowMirror::listenTo(Record& record) {
         events.activity_entered = [](void*, org_kde_plasma_window*, const char*) {};
         events.activity_left = [](void*, org_kde_plasma_window*, const char*) {};
         events.resource_name_changed = [](void* data, org_kde_plasma_window*, const char* name) {
-            recordOf(data).facts.instanceName = bounded(name);
+            recordOf(data).facts.instanceName = wayland::boundedText(name);
         };
         return events;
     }();

@@ -1,13 +1,14 @@
 #pragma once
 
-#include "platform/WindowOwners.h"
 #include "platform/kde/windows/VirtualDesktops.h"
 #include "platform/wayland/connection/Connection.h"
+#include "platform/wayland/windows/WindowSource.h"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,35 +20,21 @@ namespace hollowfernpike::kde {
 /// The windows of the session as KWin tells of them all the time
 /// (org_kde_plasma_window_management). It tells only programs whose desktop entry asks for that.
 /// Main thread only.
-class WindowMirror {
+class WindowMirror final : public wayland::WindowSource {
 public:
-    /// A window that has been shown.
-    struct Window {
-        std::int64_t number = 0; ///< windows are numbered as they come
-        platform::WindowFacts facts;
-        bool isMinimised = false;
-        bool isOnShownDesktop = true;
-
-        bool isVisible() const { return !isMinimised && isOnShownDesktop; }
-    };
-
     /// Asks for all windows and waits until they are there. The connection outlives this object.
     explicit WindowMirror(wayland::Connection& connection);
     WindowMirror(const WindowMirror&) = delete;
     WindowMirror& operator=(const WindowMirror&) = delete;
-    ~WindowMirror();
+    ~WindowMirror() override;
 
-    /// Whether KWin tells us of windows. The others do nothing where it does not.
+    /// Whether KWin tells us of windows.
     bool isGranted() const { return management_ != nullptr; }
 
-    /// From front to back, minimised ones and those of other virtual desktops included.
-    std::vector<Window> windows();
+    /// No question needs an answer from KWin.
+    std::optional<std::vector<wayland::ListedWindow>> windows() override;
 
-    /// Activates the window. KWin shows it if it is minimised and switches to its virtual desktop.
-    void activate(std::int64_t number);
-
-    /// Called when a window has come or gone; may be replaced by the handler.
-    std::function<void()> onChange;
+    void activate(std::span<const std::int64_t> numbers) override;
 
 private:
     struct Record;

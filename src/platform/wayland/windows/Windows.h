@@ -4,20 +4,21 @@
 #include "platform/NotificationCenter.h"
 #include "platform/Windows.h"
 #include "platform/freedesktop/owners/OwnerCache.h"
-#include "platform/kde/windows/WindowMirror.h"
+#include "platform/wayland/windows/WindowSource.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
 
-namespace hollowfernpike::kde {
+namespace hollowfernpike::wayland {
 
-/// The windows that KWin mirrors to us: no question needs an answer from KWin. Main thread only.
+/// The windows of a desktop that lists them with their processes and in their stacking order. Main
+/// thread only.
 class Windows final : public platform::Windows {
 public:
-    /// What `host` refers to and the mirror outlive this object, and this object its subscriptions.
-    Windows(const platform::DesktopHost& host, WindowMirror& mirror);
+    /// What `host` refers to and the source outlive this object, and this object its subscriptions.
+    Windows(const platform::DesktopHost& host, WindowSource& source);
     Windows(const Windows&) = delete;
     Windows& operator=(const Windows&) = delete;
     ~Windows() override;
@@ -28,16 +29,20 @@ public:
     std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
 private:
-    std::vector<WindowMirror::Window> read();
-    const platform::WindowOwner& ownerOf(const WindowMirror::Window& window);
+    class Watch;
+
+    std::optional<std::vector<ListedWindow>> read();
+    std::vector<ListedWindow> windowsOf(std::int32_t processIdentifier);
+    const platform::WindowOwner& ownerOf(const ListedWindow& window);
     void tellLater();
 
     platform::MainQueue& mainQueue_;
-    WindowMirror& mirror_;
+    WindowSource& source_;
     freedesktop::OwnerCache owners_;
     platform::NotificationCenter changes_;
+    std::weak_ptr<void> watches_; ///< lives as long as there is one
     bool isToTell_ = false;
     std::shared_ptr<Windows*> self_ = std::make_shared<Windows*>(this);
 };
 
-} // namespace hollowfernpike::kde
+} // namespace hollowfernpike::wayland

@@ -1,5 +1,5 @@
-#include "desktop/kde/KWinStory.h"
 #include "desktop/wayland/KeyboardUserOnWayland.h"
+#include "desktop/wayland/StackingStory.h"
 
 #include <csignal>
 
@@ -10,23 +10,21 @@ namespace {
 
 using namespace test;
 
-/// KWin crashes, and Plasma starts it anew.
-class RestartOnKWinTest : public testing::Test, protected KeyboardUserOnWayland {
+/// The compositor crashes and is started anew in the same session.
+class RestartOnWaylandTest : public testing::Test, protected KeyboardUserOnWayland {
 protected:
-    RestartOnKWinTest() : KeyboardUserOnWayland(japaneseWords, std::make_unique<KWinStory>()) {}
+    RestartOnWaylandTest() : KeyboardUserOnWayland(japaneseWords, makeStackingStory()) {}
 
     void SetUp() override { startUtility(); }
 
-    KWinStory& onKWin() { return static_cast<KWinStory&>(story); }
-
     void restart() {
         const auto before = story.bindings();
-        onKWin().restart();
+        static_cast<StackingStory&>(story).restart();
         ASSERT_TRUE(story.bindsAgain(before)) << story.utilityTells();
     }
 };
 
-TEST_F(RestartOnKWinTest, TheCombinationsAreBack) {
+TEST_F(RestartOnWaylandTest, TheCombinationsAreBack) {
     const auto process = story.utility().pid();
     restart();
     EXPECT_EQ(story.utility().pid(), process);
@@ -35,26 +33,26 @@ TEST_F(RestartOnKWinTest, TheCombinationsAreBack) {
     EXPECT_TRUE(story.brings(target, again, bound));
 }
 
-TEST_F(RestartOnKWinTest, ThereIsStillOneInstance) {
+TEST_F(RestartOnWaylandTest, ThereIsStillOneInstance) {
     restart();
     EXPECT_TRUE(openWindow());
     EXPECT_FALSE(story.utility().hasEnded());
 }
 
-TEST_F(RestartOnKWinTest, SeveralCrashesAreSurvived) {
+TEST_F(RestartOnWaylandTest, SeveralCrashesAreSurvived) {
     for (int crash = 0; crash < 3; ++crash) {
         ASSERT_NO_FATAL_FAILURE(restart()) << crash;
     }
     EXPECT_TRUE(openWindow());
 }
 
-TEST_F(RestartOnKWinTest, NoWindowOpensIfNoneWasOpen) {
+TEST_F(RestartOnWaylandTest, NoWindowOpensIfNoneWasOpen) {
     restart();
     story.open("Again");
     EXPECT_FALSE(hasWindow(managementTitle));
 }
 
-TEST_F(RestartOnKWinTest, AnOpenEditorIsThereAgainWithWhatWasEntered) {
+TEST_F(RestartOnWaylandTest, AnOpenEditorIsThereAgainWithWhatWasEntered) {
     openManagement();
     beginToRecord();
     story.strike(another);
@@ -70,7 +68,7 @@ TEST_F(RestartOnKWinTest, AnOpenEditorIsThereAgainWithWhatWasEntered) {
     EXPECT_EQ(saved()[0].modifierFlags, another.modifierFlags);
 }
 
-TEST_F(RestartOnKWinTest, TheEditorOfANewShortcutIsThereAgain) {
+TEST_F(RestartOnWaylandTest, TheEditorOfANewShortcutIsThereAgain) {
     const auto window = openManagement();
     press(window, words.add);
     choose(dialogComes(addTitle), target);
@@ -83,9 +81,9 @@ TEST_F(RestartOnKWinTest, TheEditorOfANewShortcutIsThereAgain) {
         listBecomes(nlohmann::json::array({shortcut(bound, target), shortcut(another, target)})));
 }
 
-TEST_F(RestartOnKWinTest, WhenTheSessionEndsTheProgramEnds) {
-    onKWin().desktop.kwin().signal(SIGTERM);
-    onKWin().desktop.kwin().wait();
+TEST_F(RestartOnWaylandTest, WhenTheSessionEndsTheProgramEnds) {
+    story.session().compositor().signal(SIGTERM);
+    story.session().compositor().wait();
     EXPECT_EQ(story.utility().wait(), 0) << story.utilityTells();
 }
 

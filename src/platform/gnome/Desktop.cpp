@@ -1,0 +1,97 @@
+#include "platform/gnome/Desktop.h"
+
+#include "platform/gnome/AcceleratorTap.h"
+#include "platform/gnome/Permission.h"
+#include "platform/gnome/ShellExtension.h"
+#include "platform/gnome/ShellLaunches.h"
+#include "platform/wayland/FoundDesktop.h"
+#include "platform/wayland/OwnWindows.h"
+#include "platform/wayland/ToolkitLoss.h"
+#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/windows/Windows.h"
+
+#include <QWindow>
+
+#include <cstdint>
+#include <fstream>
+#include <string>
+#include <utility>
+
+namespace hollowfernpike::gnome {
+
+namespace {
+
+/// Active taps by the extension of the shell, of which there may be one at a time; listen-only ones
+/// on our own focused window.
+class EventTaps final : public platform::EventTaps {
+public:
+    EventTaps(ShellExtension& extension, ShellLaunches& launches)
+        : extension_(extension), launches_(launches) {}
+
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
+                                               platform::EventTapCallback callback,
+                                               void* userInfo) override {
+        if (options == platform::EventTapOptions::listenOnly) {
+            return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
+        }
+        return std::make_unique<AcceleratorTap>(extension_, launches_, callback, userInfo);
+    }
+
+private:
+    ShellExtension& extension_;
+    ShellLaunches& launches_;
+};
+
+/// The shell is the compositor. Its library for compositors is the base of other shells, too.
+bool isShell(std::int32_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name == "gnome-shell";
+}
+
+class Desktop final : public platform::Desktop {
+public:
+    Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
+        : host_(std::move(host)), connection_(std::move(connection)) {
+        connection_->attach(host_.runLoop, host_.restart);
+    }
+
+    std::optional<platform::Distrust> trustProblem() override {
+        return extension_.isThere() ? std::nullopt : std::optional(missingExtension(*host_.bus));
+    }
+
+    bool mayBecomeTrusted() override { return true; }
+    platform::EventTaps& eventTaps() override { return eventTaps_; }
+    platform::Windows& windows() override { return windows_; }
+    platform::OwnWindows& ownWindows() override { return ownWindows_; }
+    platform::LaunchFeedback& launchFeedback() override { return launches_; }
+    platform::SystemTray* systemTray() override { return nullptr; }
+
+private:
+    platform::DesktopHost host_;
+    wayland::ToolkitLoss toolkitLoss_{host_.restart};
+    std::unique_ptr<wayland::Connection> connection_;
+    ShellExtension extension_{*host_.bus, host_.mainQueue};
+    ShellLaunches launches_{extension_};
+    EventTaps eventTaps_{extension_, launches_};
+    wayland::Windows windows_{host_, extension_};
+    wayland::OwnWindows ownWindows_{wayland::requestWith(
+        [this](const QWindow& window) { return extension_.allowOwnWindow(window.title()); })};
+};
+
+} // namespace
+
+std::unique_ptr<platform::FoundDesktop>
+findDesktop(std::unique_ptr<wayland::Connection>& connection) {
+    if (!isShell(connection->compositorProcess()) ||
+        freedesktop::SessionBus::addressOfSession().empty() || !isExtensionInstalled()) {
+        return nullptr;
+    }
+    return std::make_unique<wayland::FoundDesktop>(
+        std::move(connection), [](const auto& host, auto found) {
+            return std::make_unique<Desktop>(host, std::move(found));
+        });
+}
+
+} // namespace hollowfernpike::gnome
