@@ -58,6 +58,11 @@ public:
     }
 
 private:
+    // A thread must not look for the application object while that is being destroyed.
+    IconThreads() {
+        qAddPostRoutine([] { shared().stop(std::chrono::milliseconds{0}); });
+    }
+
     void startNext() {
         constexpr std::size_t mostThreads = 4;
         {
