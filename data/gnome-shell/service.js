@@ -35,7 +35,13 @@ const INTERFACE = `<node><interface name="${NAME}">
     <arg name="windows" type="${WINDOWS}"/>
   </signal>
   <signal name="WindowsChanged"/>
+  <signal name="KeysFreed"/>
 </interface></node>`;
+
+// Where the user says which combinations are the shell's.
+const KEY_SCHEMAS = ['org.gnome.desktop.wm.keybindings', 'org.gnome.mutter.keybindings',
+    'org.gnome.mutter.wayland.keybindings', 'org.gnome.shell.keybindings',
+    'org.gnome.settings-daemon.plugins.media-keys'];
 
 const MODES = Shell.ActionMode.ALL &
     ~(Shell.ActionMode.LOCK_SCREEN | Shell.ActionMode.UNLOCK_SCREEN | Shell.ActionMode.LOGIN_SCREEN);
@@ -52,6 +58,7 @@ class Service {
         this._ownName = 0;
         this._pressed = global.display.connect('accelerator-activated',
             (_display, action, _device, time) => this._onActivated(action, time));
+        this._watchKeys();
         this._grantShortcutsToRecorder();
         this._object = Gio.DBusExportedObject.wrapJSObject(INTERFACE, this);
         this._object.export(this._bus, PATH);
@@ -67,7 +74,31 @@ class Service {
         this._forgetClient();
         this._object.unexport();
         InhibitShortcutsDialog.prototype._buildLayout = this._buildLayout;
+        for (const [settings, handler] of this._keyWatches)
+            settings.disconnect(handler);
+        if (this._keysIdle !== 0)
+            GLib.source_remove(this._keysIdle);
         global.display.disconnect(this._pressed);
+    }
+
+    _watchKeys() {
+        const source = Gio.SettingsSchemaSource.get_default();
+        this._keyWatches = KEY_SCHEMAS.filter(schema => source.lookup(schema, true)).map(schema => {
+            const settings = new Gio.Settings({schema_id: schema});
+            return [settings, settings.connect('changed', () => this._onKeysChanged())];
+        });
+        this._keysIdle = 0;
+    }
+
+    // The shell changes its own grabs in an idle moment, too, but before this one.
+    _onKeysChanged() {
+        if (this._keysIdle !== 0)
+            return;
+        this._keysIdle = GLib.idle_add(GLib.PRIORITY_LOW, () => {
+            this._keysIdle = 0;
+            this._tell('KeysFreed', null);
+            return GLib.SOURCE_REMOVE;
+        });
     }
 
     // Our name is to be had only now: who sees it is known to us already.
@@ -163,6 +194,8 @@ class Service {
     }
 
     _tell(signal, parameters) {
+        if (this._client === null)
+            return;
         this._bus.emit_signal(this._client, PATH, NAME, signal, parameters);
     }
 

@@ -19,6 +19,7 @@ DOORS = {
     "platform/sway": {"platform/freedesktop", "platform/wayland"},
     "platform/kde": {"platform/freedesktop", "platform/wayland"},
     "platform/gnome": {"platform/freedesktop", "platform/wayland"},
+    "platform/portal": {"platform/freedesktop", "platform/wayland"},
 }
 
 # Single headers of another room: the texts of the windows depend on the language.
@@ -42,7 +43,7 @@ LIBRARIES = [
     ("the JSON library", re.compile(r"rapidjson/.*"), {"model", "platform/sway"}),
     ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"),
      {"app", "main", "platform/freedesktop", "platform/gnome",
-      "platform/kde", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
+      "platform/kde", "platform/portal", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
     ("the toolkit's plug-ins", re.compile(r"(qpa|private)/.*"),
      {"platform/kde", "platform/wayland", "ui"}),
     ("zlib", re.compile(r"zlib\.h"), {"ui"}),

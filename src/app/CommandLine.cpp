@@ -1,5 +1,7 @@
 #include "app/CommandLine.h"
 
+#include "model/CombinationText.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -27,6 +29,15 @@ std::vector<const char*> withoutSession(std::span<const char* const> arguments) 
     return rest;
 }
 
+CommandLine pressOf(std::string_view combination) {
+    try {
+        return {
+            .purpose = Purpose::run, .action = {}, .press = CombinationText::parse(combination)};
+    } catch (const platform::LocalizedError& error) {
+        return {.purpose = Purpose::misuse, .action = {}, .fault = error};
+    }
+}
+
 CommandLine parse(std::span<const char* const> arguments) {
     if (arguments.empty()) {
         return {};
@@ -42,6 +53,9 @@ CommandLine parse(std::span<const char* const> arguments) {
         std::ranges::find(actions, arguments[1]) != actions.end()) {
         return {.purpose = Purpose::run, .action = arguments[1]};
     }
+    if (arguments.size() == 2 && first == "--press") {
+        return pressOf(arguments[1]);
+    }
     return {.purpose = Purpose::misuse, .action = {}};
 }
 
@@ -52,12 +66,13 @@ CommandLine parseCommandLine(std::span<const char* const> arguments) {
 }
 
 std::string usage() {
-    std::string text = "hollowfernpike [--action ACTION | --help | --version]\n"
-                       "ACTION:";
+    std::string text =
+        "hollowfernpike [--action ACTION | --press COMBINATION | --help | --version]\n"
+        "ACTION:";
     for (const auto action : actions) {
         text.append(" ").append(action);
     }
-    return text + "\n";
+    return text + "\nCOMBINATION: such as Ctrl+Alt+K, ⌃⌥K, Super+F9 or Super+Key(50)\n";
 }
 
 } // namespace hollowfernpike

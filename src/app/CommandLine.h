@@ -1,5 +1,9 @@
 #pragma once
 
+#include "platform/EventTap.h"
+#include "platform/LocalizedError.h"
+
+#include <optional>
 #include <span>
 #include <string>
 
@@ -12,6 +16,8 @@ struct CommandLine {
 
     Purpose purpose = Purpose::run;
     std::string action; ///< of the delegate; empty for a plain start
+    std::optional<platform::KeyCombination> press = std::nullopt; ///< to be carried out
+    std::optional<platform::LocalizedError> fault = std::nullopt; ///< of a misuse, if it is known
 };
 
 /// `arguments` without the program's own name.

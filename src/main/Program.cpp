@@ -3,7 +3,7 @@
 #include "app/L10n.h"
 #include "hotkeys/HotkeyManager.h"
 #include "main/Restart.h"
-#include "model/ShortcutStore.h"
+#include "model/CombinationText.h"
 #include "platform/LaunchFeedback.h"
 #include "platform/Windows.h"
 
@@ -15,6 +15,8 @@ Program::Program(platform::FoundDesktop& desktop, platform::UserDefaults& userDe
                  qt::TerminationSignals& terminationSignals, freedesktop::SessionBus* bus,
                  std::string openWindows)
     : bus_(bus), windowsToReopen_(std::move(openWindows)), desktop_(desktop.open(desktopHost())),
+      bindingsReminder_(*desktop_, userDefaults,
+                        QCoreApplication::applicationFilePath().toStdString()),
       services_(makeServices(userDefaults)) {
     toolkitTexts_.setLanguage(Language::current().rawValue());
     application_.setDelegate(&delegate_);
@@ -84,6 +86,7 @@ void Program::languageDidChange() {
     if (isLive()) {
         HotkeyManager::shared().buildShortcutMap();
     }
+    bindingsReminder_.update();
 }
 
 void Program::restart() {
@@ -95,6 +98,10 @@ void Program::restart() {
 
 void Program::perform(const freedesktop::InstanceRequest& request) {
     mainQueue_.async([this, request] {
+        if (request.action == pressAction) {
+            press(request);
+            return;
+        }
         if (!request.startupIdentifier.empty()) {
             useStartupIdentifier(request.startupIdentifier);
         }
@@ -102,19 +109,47 @@ void Program::perform(const freedesktop::InstanceRequest& request) {
     });
 }
 
-int Program::run(const std::string& action) {
+bool Program::isBound(const platform::KeyCombination& combination) {
+    if (!isLive()) {
+        HotkeyManager::shared().buildShortcutMap();
+    }
+    return HotkeyManager::shared().shortcutFor(combination) != nullptr;
+}
+
+bool Program::canPerform(const freedesktop::InstanceRequest& request) {
+    try {
+        return request.action != pressAction || isBound(CombinationText::parse(request.parameter));
+    } catch (const platform::LocalizedError&) {
+        return false;
+    }
+}
+
+void Program::press(const freedesktop::InstanceRequest& request) {
+    if (!canPerform(request)) {
+        return;
+    }
+    const auto combination = CombinationText::parse(request.parameter);
+    desktop_->notePress(combination, request.startupIdentifier);
+    const platform::KeyEvent event{.keyCode = combination.keyCode,
+                                   .flags = combination.modifierFlags};
+    hotkeyEventTapCallback(HotkeyManager::shared().eventTap(), platform::eventKeyDown, &event,
+                           nullptr);
+}
+
+int Program::run(const std::optional<freedesktop::InstanceRequest>& request) {
     // Reads the applications and the windows' owners now, so that the first key press need not.
     mainQueue_.async([this] {
         if (isLive()) {
             desktop_->windows().clientWindows();
         }
     });
-    if (!action.empty()) {
-        perform({.action = action, .startupIdentifier = {}});
+    if (request) {
+        perform(*request);
     }
     mainQueue_.async([this] {
         delegate_.reopenWindows(*windowsToReopen_);
         windowsToReopen_.reset();
+        bindingsReminder_.update();
     });
     return application_.run();
 }

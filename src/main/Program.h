@@ -2,7 +2,9 @@
 
 #include "app/AppDelegate.h"
 #include "app/Language.h"
+#include "main/BindingsReminder.h"
 #include "main/TrustPrompt.h"
+#include "model/ShortcutStore.h"
 #include "platform/Desktop.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"
@@ -36,6 +38,9 @@ namespace hollowfernpike {
 /// The action of a start that names none.
 inline constexpr auto defaultAction = "openMainWindow";
 
+/// The action of a command that stands for a press; its parameter is the combination.
+inline constexpr auto pressAction = "press";
+
 /// Makes platform::services() return these services for as long as it lives.
 class ServicesHandOver {
 public:
@@ -65,15 +70,22 @@ public:
     /// before it is done, because it may open a dialog that blocks.
     void perform(const freedesktop::InstanceRequest& request);
 
-    /// Performs `action` unless it is empty, opens the windows of the run before a restart, handles
+    /// Whether an application is bound to the combination.
+    static bool isBound(const platform::KeyCombination& combination);
+
+    /// False for a press that nothing is bound to.
+    static bool canPerform(const freedesktop::InstanceRequest& request);
+
+    /// Performs `request` if there is one, opens the windows of the run before a restart, handles
     /// events to the end, returns the exit status.
-    int run(const std::string& action);
+    int run(const std::optional<freedesktop::InstanceRequest>& request);
 
 private:
     platform::DesktopHost desktopHost();
     platform::Services makeServices(platform::UserDefaults& userDefaults);
     std::string purposeOf(const platform::KeyCombination& combination) const;
     static bool reassign(const platform::KeyCombination& from, const platform::KeyCombination& to);
+    void press(const freedesktop::InstanceRequest& request);
     void languageDidChange();
     void restart();
     void useStartupIdentifier(const std::string& identifier);
@@ -102,9 +114,12 @@ private:
     freedesktop::ApplicationBundles applicationBundles_{entries_};
     freedesktop::TextComparison textComparison_;
     platform::NotificationCenter notificationCenter_;
+    BindingsReminder bindingsReminder_;
     qt::ToolkitTexts toolkitTexts_;
     std::unique_ptr<platform::Subscription> languageObservation_ = notificationCenter_.observe(
         hollowfernpike::languageDidChange, [this] { languageDidChange(); });
+    std::unique_ptr<platform::Subscription> shortcutsObservation_ =
+        notificationCenter_.observe(shortcutsDidChange, [this] { bindingsReminder_.update(); });
     platform::Services services_;
     ServicesHandOver servicesHandOver_{services_};
     AppDelegate delegate_{services_};

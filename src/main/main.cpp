@@ -3,6 +3,7 @@
 #include "main/Program.h"
 #include "main/Restart.h"
 #include "main/Surroundings.h"
+#include "model/CombinationText.h"
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
@@ -11,6 +12,7 @@
 #include "platform/freedesktop/launching/OwnEnvironment.h"
 #include "platform/gnome/Desktop.h"
 #include "platform/kde/Desktop.h"
+#include "platform/portal/Desktop.h"
 #include "platform/qt/TerminationSignals.h"
 #include "platform/qt/UserDefaults.h"
 #include "platform/sway/Desktop.h"
@@ -52,10 +54,8 @@ struct WaylandKind {
 
 /// In the order in which they are looked for.
 constexpr WaylandKind waylandKinds[] = {
-    {sway::findDesktop},
-    {kde::findDesktop, true},
-    {gnome::findDesktop, true},
-    {wayland::findUnknownDesktop},
+    {sway::findDesktop},   {kde::findDesktop, true},      {gnome::findDesktop, true},
+    {portal::findDesktop}, {wayland::findUnknownDesktop},
 };
 
 /// What to tell the user if there is none of these.
@@ -128,9 +128,31 @@ std::string ownStartupIdentifier() {
     return identifier.empty() ? variable("XDG_ACTIVATION_TOKEN") : identifier;
 }
 
-freedesktop::InstanceRequest requestFor(const std::string& action) {
-    return {.action = action.empty() ? defaultAction : action,
+freedesktop::InstanceRequest requestFor(const CommandLine& line) {
+    if (line.press) {
+        return {.action = pressAction,
+                .startupIdentifier = ownStartupIdentifier(),
+                .parameter = CombinationText::words(*line.press)};
+    }
+    return {.action = line.action.empty() ? defaultAction : line.action,
             .startupIdentifier = ownStartupIdentifier()};
+}
+
+/// What a first start has to do; nothing if it is a plain one.
+std::optional<freedesktop::InstanceRequest>
+ownRequest(const CommandLine& line, const freedesktop::InstanceRequest& request) {
+    if (line.press) {
+        return request;
+    }
+    // The toolkit itself uses the start-up identifier for the first window.
+    return line.action.empty() ? std::nullopt
+                               : std::optional(freedesktop::InstanceRequest{line.action, {}});
+}
+
+platform::LocalizedError nothingBound(const platform::KeyCombination& combination) {
+    const auto text = CombinationText::symbols(combination);
+    return {text + " に割り当てられたアプリケーションはありません",
+            "No application is bound to " + text};
 }
 
 /// Not by QT_QPA_PLATFORM: programs that we launch would inherit it.
@@ -143,12 +165,12 @@ struct ToolkitArguments {
 };
 
 int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop,
-                const std::string& action, const std::string& command,
+                const CommandLine& line, const std::string& command,
                 const std::string& openWindows) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
     using Publication = freedesktop::Instance::Publication;
-    const auto request = requestFor(action);
+    const auto request = requestFor(line);
     qt::TerminationSignals terminationSignals;
     const auto busAddress = freedesktop::SessionBus::addressOfSession();
     const bool busAnswers = freedesktop::SessionBus::answers(busAddress);
@@ -170,10 +192,15 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
         tell(nameTaken());
     }
     Program program(desktop, userDefaults, terminationSignals, bus.get(), openWindows);
-    instance.listen(program.runLoop(), [&program](const freedesktop::InstanceRequest& asked) {
-        program.perform(asked);
-    });
-    const int status = program.run(action);
+    if (line.press && !Program::isBound(*line.press)) {
+        tell(nothingBound(*line.press));
+        return EXIT_FAILURE;
+    }
+    instance.listen(
+        program.runLoop(),
+        [&program](const freedesktop::InstanceRequest& asked) { program.perform(asked); },
+        &Program::canPerform);
+    const int status = program.run(ownRequest(line, request));
     constexpr std::chrono::milliseconds patienceWithIcons{200};
     if (!stopReadingIcons(patienceWithIcons)) { // from a disk that does not answer
         std::_Exit(status);
@@ -181,31 +208,44 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
     return status;
 }
 
-int run(const std::string& action, const std::string& command) {
+/// Null if another process has taken what this start is for, or nobody is left to quit.
+std::unique_ptr<freedesktop::Instance> becomeInstance(const CommandLine& line) {
+    auto instance = freedesktop::Instance::become(names, requestFor(line));
+    return line.action == "quitApp" ? nullptr : std::move(instance);
+}
+
+int run(const CommandLine& line, const std::string& command) {
     ignoreSignals();
     freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
     stayOnThisMachine();
     freedesktop::turnOffCoreFiles();
     const auto openWindows = stateBeforeRestart();
-    const auto desktop = openWindows ? findDesktopAgain() : findDesktop();
-    if (!desktop && openWindows) {
-        return EXIT_SUCCESS;
-    }
-    if (!desktop) {
-        tell(noDesktop());
-        return EXIT_FAILURE;
-    }
     try {
-        const auto instance = freedesktop::Instance::become(names, requestFor(action));
-        if (!instance || action == "quitApp") {
+        // A press is handed over before anything is looked for, because somebody waits for it.
+        auto instance = line.press ? becomeInstance(line) : nullptr;
+        if (line.press && !instance) {
             return EXIT_SUCCESS;
         }
-        return runInstance(*instance, *desktop, action, command, openWindows.value_or(""));
+        const auto desktop = openWindows ? findDesktopAgain() : findDesktop();
+        if (!desktop && openWindows) {
+            return EXIT_SUCCESS;
+        }
+        if (!desktop) {
+            tell(noDesktop());
+            return EXIT_FAILURE;
+        }
+        if (!instance) {
+            instance = becomeInstance(line);
+        }
+        return instance ? runInstance(*instance, *desktop, line, command, openWindows.value_or(""))
+                        : EXIT_SUCCESS;
+    } catch (const freedesktop::RequestRefused&) {
+        tell(nothingBound(*line.press));
     } catch (const platform::LocalizedError& error) {
         tell(error);
-        return EXIT_FAILURE;
     }
+    return EXIT_FAILURE;
 }
 
 } // namespace
@@ -219,7 +259,7 @@ int main(int argc, char** argv) {
         std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));
     switch (line.purpose) {
     case CommandLine::Purpose::run:
-        return hollowfernpike::run(line.action, argv[0]);
+        return hollowfernpike::run(line, argv[0]);
     case CommandLine::Purpose::help:
         std::cout << hollowfernpike::usage() << std::flush;
         return EXIT_SUCCESS;
@@ -227,6 +267,9 @@ int main(int argc, char** argv) {
         std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION << std::endl;
         return EXIT_SUCCESS;
     case CommandLine::Purpose::misuse:
+        if (line.fault) {
+            hollowfernpike::tell(*line.fault);
+        }
         std::cerr << hollowfernpike::usage();
         return 2;
     }

@@ -1,8 +1,10 @@
 #include "model/KeyCodeMapper.h"
 
+#include "model/Letters.h"
+
 #include <algorithm>
 #include <array>
-#include <string_view>
+#include <charconv>
 
 namespace hollowfernpike {
 
@@ -34,6 +36,18 @@ static_assert(std::ranges::adjacent_find(keyCodeMap, std::ranges::greater_equal{
                                          &Entry::keyCode) == keyCodeMap.end(),
               "the codes must rise for the search, each of them once");
 
+std::optional<std::uint16_t> codeIn(std::string_view name) {
+    constexpr std::string_view beginning = "Key(";
+    if (!isSameButForCapitals(name.substr(0, beginning.size()), beginning) ||
+        !name.ends_with(')')) {
+        return std::nullopt;
+    }
+    std::uint16_t code = 0;
+    const char* const end = name.data() + name.size() - 1;
+    const auto read = std::from_chars(name.data() + beginning.size(), end, code);
+    return read.ec == std::errc{} && read.ptr == end ? std::optional(code) : std::nullopt;
+}
+
 } // namespace
 
 std::string KeyCodeMapper::keyName(std::uint16_t keyCode) {
@@ -41,7 +55,19 @@ std::string KeyCodeMapper::keyName(std::uint16_t keyCode) {
     if (entry != keyCodeMap.end() && entry->keyCode == keyCode) {
         return std::string{entry->name};
     }
+    return codeName(keyCode);
+}
+
+std::string KeyCodeMapper::codeName(std::uint16_t keyCode) {
     return "Key(" + std::to_string(keyCode) + ')';
+}
+
+// The codes of the keypad are the higher ones.
+std::optional<std::uint16_t> KeyCodeMapper::keyCode(std::string_view name) {
+    const auto* const entry = std::ranges::find_if(keyCodeMap, [name](const Entry& candidate) {
+        return isSameButForCapitals(name, candidate.name);
+    });
+    return entry == keyCodeMap.end() ? codeIn(name) : entry->keyCode;
 }
 
 } // namespace hollowfernpike

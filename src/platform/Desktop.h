@@ -10,7 +10,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace hollowfernpike::freedesktop {
 class SessionBus;
@@ -38,6 +40,19 @@ struct Distrust {
     std::optional<TrustRemedy> remedy = std::nullopt;
 };
 
+/// A command that stands for presses of a combination.
+struct BoundCommand {
+    KeyCombination combination;
+    std::vector<std::string> words; ///< the program and its arguments
+};
+
+/// What the user has to write into the settings of a desktop that binds combinations to commands
+/// for nobody else.
+struct ManualBindings {
+    LocalizedError reason;          ///< and where the lines belong
+    std::vector<std::string> lines; ///< one or more for each command
+};
+
 /// The session that the program runs in. Owns its services, which can be used as long as it lives,
 /// whether or not the desktop trusts us yet. Main thread only.
 class Desktop : public Interface {
@@ -56,6 +71,19 @@ public:
 
     /// Null if this kind of session has no tray that embeds windows of other programs.
     virtual SystemTray* systemTray() = 0;
+
+    /// To be called before a press of this combination is carried out that no tap has seen, because
+    /// a command stands for it: windows come forward and launches happen in the name of this press,
+    /// as of those that taps deliver. `startupIdentifier` is what the desktop gave that command;
+    /// may be empty.
+    virtual void notePress(const KeyCombination& /*combination*/,
+                           const std::string& /*startupIdentifier*/) {}
+
+    /// Absent if the desktop binds combinations for us.
+    virtual std::optional<ManualBindings>
+    manualBindings(std::span<const BoundCommand> /*commands*/) {
+        return std::nullopt;
+    }
 };
 
 /// What a desktop uses of the program. All of it outlives the desktop.

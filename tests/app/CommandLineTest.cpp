@@ -39,6 +39,22 @@ TEST(CommandLineTest, ASessionManagersIdentifierIsPassedOver) {
     EXPECT_EQ(parse({"-session"}).purpose, Purpose::misuse);
 }
 
+TEST(CommandLineTest, APressOfACombination) {
+    const auto line = parse({"--press", "⌃⌥K"});
+    EXPECT_EQ(line.purpose, Purpose::run);
+    EXPECT_EQ(line.action, "");
+    EXPECT_EQ(line.press, (platform::KeyCombination{40, platform::event_flags::control |
+                                                            platform::event_flags::option}));
+    EXPECT_THAT(usage(), HasSubstr("--press"));
+}
+
+TEST(CommandLineTest, APressThatIsNotUnderstoodIsMisuseWithItsReason) {
+    const auto line = parse({"--press", "Ctrl+Foo"});
+    EXPECT_EQ(line.purpose, Purpose::misuse);
+    ASSERT_TRUE(line.fault);
+    EXPECT_THAT(line.fault->english(), HasSubstr("\"Foo\""));
+}
+
 TEST(CommandLineTest, HelpAndVersion) {
     EXPECT_EQ(parse({"--help"}).purpose, Purpose::help);
     EXPECT_EQ(parse({"--version"}).purpose, Purpose::version);
@@ -52,6 +68,8 @@ TEST(CommandLineTest, AnythingElseIsMisuse) {
         {"--action", "format"},
         {"--action", "changeLanguage"},
         {"--action", "quitApp", "now"},
+        {"--press"},
+        {"--press", "Ctrl+K", "Ctrl+L"},
         {"--help", "me"},
         {"--Help"},
     };

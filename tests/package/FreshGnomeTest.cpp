@@ -90,8 +90,7 @@ protected:
     /// Screen readers know of it some time before it is on the screen.
     Accessible prompt() {
         const auto window = user().reader.find("alert message", promptTitle);
-        EXPECT_TRUE(
-            waitUntil([&] { return user().hasWindow(std::string{user().words.titles.alert}); }));
+        EXPECT_TRUE(user().isFocused(std::string{user().words.titles.alert}));
         return window;
     }
 

@@ -84,14 +84,7 @@ std::string GnomeDesktop::waylandSocket() const {
 }
 
 fs::path GnomeDesktop::lend(const fs::path& file) const {
-    if (!hasSessionUser()) {
-        return file;
-    }
-    auto copy = ground_.path() / "lent" / file.filename();
-    fs::create_directories(copy.parent_path());
-    fs::copy_file(file, copy, fs::copy_options::skip_existing);
-    giveToSessionUser(ground_.path());
-    return copy;
+    return lendToSessionUser(file, ground_.path());
 }
 
 std::unique_ptr<ChildProcess> GnomeDesktop::start(const std::vector<std::string>& commandLine,

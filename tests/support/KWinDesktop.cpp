@@ -133,14 +133,7 @@ int KWinDesktop::version() const {
 }
 
 fs::path KWinDesktop::lend(const fs::path& file) const {
-    if (!hasSessionUser()) {
-        return file;
-    }
-    auto copy = ground_.path() / "lent" / file.filename();
-    fs::create_directories(copy.parent_path());
-    fs::copy_file(file, copy, fs::copy_options::skip_existing);
-    giveToSessionUser(ground_.path());
-    return copy;
+    return lendToSessionUser(file, ground_.path());
 }
 
 LentConnection KWinDesktop::lendConnection() const {

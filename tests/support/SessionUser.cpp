@@ -46,4 +46,15 @@ void giveToSessionUser(const fs::path& folder) {
     }
 }
 
+fs::path lendToSessionUser(const fs::path& file, const fs::path& folder) {
+    if (!hasSessionUser()) {
+        return file;
+    }
+    auto copy = folder / "lent" / file.filename();
+    fs::create_directories(copy.parent_path());
+    fs::copy_file(file, copy, fs::copy_options::skip_existing);
+    giveToSessionUser(folder);
+    return copy;
+}
+
 } // namespace hollowfernpike::test

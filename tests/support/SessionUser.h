@@ -16,4 +16,9 @@ std::vector<std::string> asSessionUser(std::vector<std::string> commandLine);
 /// Makes the folder, and all that is in it by now, that user's.
 void giveToSessionUser(const std::filesystem::path& folder);
 
+/// Where that user finds a file or program of the tests: a copy in the folder, which is made at the
+/// first call, or the file itself if the tests are that user's.
+std::filesystem::path lendToSessionUser(const std::filesystem::path& file,
+                                        const std::filesystem::path& folder);
+
 } // namespace hollowfernpike::test

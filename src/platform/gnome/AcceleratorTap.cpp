@@ -47,6 +47,7 @@ AcceleratorTap::AcceleratorTap(ShellExtension& extension, ShellLaunches& launche
     connect(&extension_, &ShellExtension::pressed, this, &AcceleratorTap::onPressed);
     connect(&extension_, &ShellExtension::appeared, this, &AcceleratorTap::bind);
     connect(&extension_, &ShellExtension::vanished, this, &AcceleratorTap::bind);
+    connect(&extension_, &ShellExtension::keysFreed, this, &AcceleratorTap::bind);
 }
 
 AcceleratorTap::~AcceleratorTap() {

@@ -20,8 +20,8 @@ namespace hollowfernpike::gnome {
 /// delivers none behind a locked screen, where it runs no extension of the user's.
 ///
 /// All combinations count as refused while the extension is absent. The tap reports itself disabled
-/// when others than before are refused. Refused ones are asked for again whenever the interest
-/// changes or the extension comes back.
+/// when others than before are refused. Refused ones are asked for again whenever the interest or
+/// the shell's own combinations change, or the extension comes back.
 class AcceleratorTap final : public QObject, public freedesktop::Tap {
 public:
     /// Both outlive the tap.

@@ -12,9 +12,6 @@
 
 #include <QWindow>
 
-#include <cstdint>
-#include <fstream>
-#include <string>
 #include <utility>
 
 namespace hollowfernpike::gnome {
@@ -42,14 +39,6 @@ private:
     ShellLaunches& launches_;
 };
 
-/// The shell is the compositor. Its library for compositors is the base of other shells, too.
-bool isShell(std::int32_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name == "gnome-shell";
-}
-
 class Desktop final : public platform::Desktop {
 public:
     Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
@@ -67,6 +56,11 @@ public:
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return launches_; }
     platform::SystemTray* systemTray() override { return nullptr; }
+    void notePress(const platform::KeyCombination& /*combination*/,
+                   const std::string& /*startupIdentifier*/) override {
+        extension_.forgetPressTime();
+        launches_.countPress();
+    }
 
 private:
     platform::DesktopHost host_;
@@ -82,9 +76,10 @@ private:
 
 } // namespace
 
+// The shell's library for compositors is the base of other shells, too.
 std::unique_ptr<platform::FoundDesktop>
 findDesktop(std::unique_ptr<wayland::Connection>& connection) {
-    if (!isShell(connection->compositorProcess()) ||
+    if (connection->compositorName() != "gnome-shell" ||
         freedesktop::SessionBus::addressOfSession().empty() || !isExtensionInstalled()) {
         return nullptr;
     }

@@ -87,11 +87,7 @@ void enable(const freedesktop::SessionBus& bus, const char* identifier) {
 } // namespace
 
 bool isExtensionInstalled() {
-    auto directories = freedesktop::sharedDataDirectories();
-    if (const auto own = freedesktop::dataHome()) {
-        directories.push_back(*own);
-    }
-    return std::ranges::any_of(directories, [](const auto& directory) {
+    return std::ranges::any_of(freedesktop::dataDirectories(), [](const auto& directory) {
         return std::ranges::any_of(extensions, [&](const char* identifier) {
             std::error_code error;
             return std::filesystem::exists(

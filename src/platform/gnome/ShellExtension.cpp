@@ -138,6 +138,7 @@ void ShellExtension::listen() {
     service_.setConnection(connection);
     connection.connect(name, path, name, "Pressed", this, SLOT(onPressed(QDBusMessage)));
     connection.connect(name, path, name, "WindowsChanged", this, SLOT(onWindowsChanged()));
+    connection.connect(name, path, name, "KeysFreed", this, SIGNAL(keysFreed()));
     look();
 }
 

@@ -59,6 +59,9 @@ public:
     std::string beginLaunch(const std::string& identifier) const;
     void endLaunch(const std::string& token);
 
+    /// What follows happens in the name of a press whose time is not known.
+    void forgetPressTime() { lastPress_ = 0; }
+
     /// The activation token by which a window of ours comes to the front now; switches to its
     /// workspace. Empty if there is none; waits as windows() does.
     std::string allowOwnWindow(const QString& title) const;
@@ -69,6 +72,9 @@ Q_SIGNALS:
     void vanished();
 
     void pressed(const QString& accelerator);
+
+    /// Combinations that were refused may be free by now.
+    void keysFreed();
 
 private:
     Q_SLOT void onPressed(const QDBusMessage& signal);

@@ -123,6 +123,10 @@ public:
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
     platform::SystemTray* systemTray() override { return nullptr; }
+    void notePress(const platform::KeyCombination& combination,
+                   const std::string& startupIdentifier) override {
+        tokens_.countPress(combination, startupIdentifier);
+    }
 
 private:
     platform::DesktopHost host_;

@@ -1,5 +1,7 @@
 #include "platform/wayland/ActivationTokens.h"
 
+#include <utility>
+
 #include <xdg-activation-v1-client-protocol.h>
 
 namespace hollowfernpike::wayland {
@@ -19,6 +21,9 @@ std::string ActivationTokens::begin(const platform::StartingApplication& applica
         .done = [](void* text, xdg_activation_token_v1*,
                    const char* token) { *static_cast<std::string*>(text) = token; },
     };
+    if (!givenToken_.empty()) {
+        return std::exchange(givenToken_, {});
+    }
     if (activation_ == nullptr) {
         return {};
     }
@@ -30,6 +35,17 @@ std::string ActivationTokens::begin(const platform::StartingApplication& applica
     connection_.dispatchUntil([&text] { return !text.empty(); });
     xdg_activation_token_v1_destroy(token);
     return text;
+}
+
+void ActivationTokens::countPress(const platform::KeyCombination& combination,
+                                  const std::string& token) {
+    constexpr std::chrono::seconds longestPause{1};
+    const auto now = std::chrono::steady_clock::now();
+    const bool repeats = combination == lastCombination_ && now - lastCommand_ <= longestPause;
+    presses_ += repeats && presses_ > 0 ? 0 : 1;
+    lastCombination_ = combination;
+    lastCommand_ = now;
+    givenToken_ = token;
 }
 
 } // namespace hollowfernpike::wayland

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/EventTap.h"
 #include "platform/LaunchFeedback.h"
 #include "platform/wayland/connection/Connection.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 struct xdg_activation_v1;
 
@@ -29,13 +32,25 @@ public:
     bool mayOpenBehind() override { return true; }
     std::uint64_t holdCount() override { return presses_; }
 
-    /// To be called by taps when the user has pressed a combination.
-    void countPress() { ++presses_; }
+    /// To be called by taps when the user has pressed a combination. `token` is what the desktop
+    /// gave for what follows; the next launch gets it.
+    void countPress(std::string token = {}) {
+        ++presses_;
+        givenToken_ = std::move(token);
+    }
+
+    /// The same for a press that a command stands for. The desktop may repeat the command while the
+    /// keys are held: what follows within a second of the same press counts as a repeat. `token` is
+    /// what the command was given; the next launch gets it.
+    void countPress(const platform::KeyCombination& combination, const std::string& token);
 
 private:
     Connection& connection_;
     xdg_activation_v1* activation_;
     std::uint64_t presses_ = 0;
+    platform::KeyCombination lastCombination_;
+    std::chrono::steady_clock::time_point lastCommand_{};
+    std::string givenToken_;
 };
 
 } // namespace hollowfernpike::wayland

@@ -1,81 +1,83 @@
 #include "platform/wayland/UnknownDesktop.h"
 
 #include "platform/EventTap.h"
-#include "platform/Windows.h"
 #include "platform/wayland/ActivationTokens.h"
 #include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
+#include "platform/wayland/configuration/BindingLines.h"
+#include "platform/wayland/configuration/CommandedTap.h"
 #include "platform/wayland/connection/Connection.h"
+#include "platform/wayland/keyboard/SeatKeyboard.h"
+#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/windows/ToplevelMirror.h"
+#include "platform/wayland/windows/Windows.h"
 
 #include <cstdlib>
 #include <utility>
+
+#include <QGuiApplication>
+#include <QWindow>
 
 namespace hollowfernpike::wayland {
 
 namespace {
 
-class NoTaps final : public platform::EventTaps {
+/// Active taps that wait for commands; listen-only ones on our own focused window.
+class EventTaps final : public platform::EventTaps {
 public:
-    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions,
-                                               platform::EventTapCallback, void*) override {
-        return nullptr;
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
+                                               platform::EventTapCallback callback,
+                                               void* userInfo) override {
+        if (options == platform::EventTapOptions::active) {
+            return std::make_unique<CommandedTap>();
+        }
+        return std::make_unique<FocusedKeysTap>(callback, userInfo);
     }
 };
 
-class NoWindows final : public platform::Windows {
-public:
-    std::optional<std::vector<platform::WindowInfo>> copyWindowInfo() override { return {}; }
-    std::vector<platform::ClientWindow> clientWindows() override { return {}; }
-    bool bringToFront(std::int32_t /*processIdentifier*/) override { return false; }
-    std::unique_ptr<platform::Subscription> watch(std::function<void()> /*onChange*/) override {
-        return std::make_unique<Nothing>();
-    }
-
-private:
-    class Nothing final : public platform::Subscription {};
-};
-
-/// The session as it calls itself, in brackets, such as " (GNOME)"; empty if it does not.
-std::string sessionName() {
-    const char* const name = std::getenv("XDG_CURRENT_DESKTOP");
-    return name == nullptr || *name == '\0' ? std::string{} : " (" + std::string{name} + ')';
+/// The names that the session gives itself, separated by colons.
+std::string sessionNames() {
+    const char* const names = std::getenv("XDG_CURRENT_DESKTOP");
+    return names == nullptr ? std::string{} : names;
 }
 
 class UnknownDesktop final : public platform::Desktop {
 public:
-    UnknownDesktop(const platform::DesktopHost& host, std::unique_ptr<Connection> connection)
-        : connection_(std::move(connection)) {
-        connection_->attach(host.runLoop, host.onLost);
+    UnknownDesktop(platform::DesktopHost host, std::unique_ptr<Connection> connection)
+        : host_(std::move(host)), connection_(std::move(connection)) {
+        connection_->attach(host_.runLoop, host_.onLost);
     }
 
-    std::optional<platform::Distrust> trustProblem() override {
-        const auto name = sessionName();
-        return platform::Distrust{
-            {"この Wayland セッション" + name +
-                 "では、他のプログラムのキー入力を検出する方法がまだありません。"
-                 "ログイン画面で KDE Plasma、sway または X11 (Xorg) のセッションを選んでください。"
-                 "ショートカットの一覧の表示、削除、書き出しと読み込みは、このセッションでもできま"
-                 "す"
-                 "。",
-             "In this Wayland session" + name +
-                 " there is no way yet to see the keys of other programs. "
-                 "Choose KDE Plasma, sway or an X11 (Xorg) session when you log in. "
-                 "Here the shortcuts can be looked at, deleted, exported and imported."}};
-    }
-
-    bool mayBecomeTrusted() override { return false; }
+    std::optional<platform::Distrust> trustProblem() override { return std::nullopt; }
+    bool mayBecomeTrusted() override { return true; }
     platform::EventTaps& eventTaps() override { return taps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
     platform::SystemTray* systemTray() override { return nullptr; }
 
+    void notePress(const platform::KeyCombination& combination,
+                   const std::string& startupIdentifier) override {
+        tokens_.countPress(combination, startupIdentifier);
+    }
+
+    std::optional<platform::ManualBindings>
+    manualBindings(std::span<const platform::BoundCommand> commands) override {
+        return bindingLines(connection_->compositorName(), sessionNames(), keyboard_.keymap(),
+                            commands);
+    }
+
 private:
+    platform::DesktopHost host_;
     std::unique_ptr<Connection> connection_;
-    NoTaps taps_;
-    NoWindows windows_;
-    OwnWindows ownWindows_;
+    SeatKeyboard keyboard_{*connection_};
     ActivationTokens tokens_{*connection_};
+    ToplevelMirror mirror_{*connection_, QGuiApplication::desktopFileName().toStdString()};
+    EventTaps taps_;
+    Windows windows_{host_, mirror_};
+    OwnWindows ownWindows_{[this](const QWindow& window) {
+        return mirror_.activateOwn(window.title().toStdString());
+    }};
 };
 
 } // namespace

@@ -126,5 +126,22 @@ TEST_F(ExtensionOnGnomeTest, WhatTheShellHasIsRefusedAndStaysTheShells) {
     EXPECT_EQ(target.starts(), 1);
 }
 
+TEST_F(ExtensionOnGnomeTest, WhatTheUserTakesFromTheShellIsOursAtOnce) {
+    story.utility().signal(SIGTERM);
+    story.utility().wait();
+    story.bind(story.session().bindOwn(), target);
+    story.startUtility();
+    ASSERT_THAT(story.utilityTells(), HasSubstr("bound 1 combinations"));
+    const auto before = story.bindings();
+    story.desktop.evaluate(
+        "new imports.gi.Gio.Settings({schema_id: 'org.gnome.desktop.wm.keybindings'})"
+        ".set_strv('switch-to-workspace-right', []); 0");
+    ASSERT_TRUE(story.bindsAgain(before));
+    EXPECT_TRUE(waitUntil([&] {
+        return story.utilityTells().find("bound 2 combinations") != std::string::npos;
+    })) << story.utilityTells();
+    EXPECT_TRUE(story.brings(target, front, story.session().bindOwn()));
+}
+
 } // namespace
 } // namespace hollowfernpike

@@ -72,5 +72,20 @@ TEST_F(ModesOnGnomeTest, NothingIsBoundBehindALockedScreenAndEverythingAfterward
     EXPECT_TRUE(story.brings(target, front, bound));
 }
 
+TEST(LaunchOnGnomeTest, AWindowThatComesLateLeavesTheKeysToWhereTheUserHasGone) {
+    GnomeStory story;
+    auto& target = story.install("Target", {.options = {"--delay", "1500"}});
+    auto& front = story.open("Front");
+    auto& other = story.open("Other");
+    story.bind(bound, target);
+    story.startUtility();
+    story.strike(bound);
+    ASSERT_TRUE(story.switchTo(front));
+    ASSERT_TRUE(waitUntil([&] { return target.windows().size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return story.pager.windowOf(target.copies().at(0)).has_value(); }));
+    EXPECT_TRUE(story.getsKeys(front));
+    EXPECT_TRUE(story.brings(target, other, bound)) << "when it is asked for again";
+}
+
 } // namespace
 } // namespace hollowfernpike

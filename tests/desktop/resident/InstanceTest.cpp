@@ -115,6 +115,35 @@ TEST_F(InstanceTest, AFirstStartFromTheMenuShowsTheWindow) {
     EXPECT_FALSE(first->hasEnded());
 }
 
+TEST_F(InstanceTest, APressByACommandIsCarriedOutAsOneOfTheKeyboard) {
+    auto& target = story.open("Target");
+    auto& front = story.open("Front");
+    story.bind(bound, target);
+    story.startUtility();
+    ASSERT_TRUE(story.switchTo(front));
+    const auto press = resident.startAgain({"--press", "⌃⌥L"});
+    EXPECT_EQ(press->wait(), 0) << press->errors();
+    EXPECT_TRUE(story.isInFront(target));
+    ASSERT_TRUE(story.switchTo(front));
+    EXPECT_TRUE(story.brings(target, front, bound)) << "the tap works as before";
+    EXPECT_EQ(target.starts(), 1);
+}
+
+TEST_F(InstanceTest, APressByACommandThatNothingIsBoundToIsAnError) {
+    start();
+    const auto press = resident.startAgain({"--press", "Ctrl+Alt+J"});
+    EXPECT_EQ(press->wait(), 1);
+    EXPECT_THAT(press->errors(), HasSubstr("No application is bound to ⌃⌥J"));
+}
+
+TEST_F(InstanceTest, APressByACallOfALauncher) {
+    auto& target = story.install("Target");
+    story.bind(bound, target);
+    story.startUtility();
+    resident.call("ActivateAction", {"press", "[<'⌃⌥L'>]", "{}"});
+    EXPECT_TRUE(story.isInFront(target));
+}
+
 TEST_F(InstanceTest, MisuseIsToldAndStartsNothing) {
     const auto misuse = resident.startAgain({"--frobnicate"});
     EXPECT_EQ(misuse->wait(), 2);

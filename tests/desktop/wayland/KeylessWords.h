@@ -6,19 +6,23 @@
 
 namespace hollowfernpike::test {
 
-/// What the program writes where it cannot see the keys, in a session that calls itself so.
+/// What the program writes where the compositor's configuration has to bind the keys.
 struct KeylessWords {
     std::string japanese;
     std::string english;
 };
 
-/// Without the session's name if that is empty.
+/// In a session that calls itself so, on a compositor that the program does not know.
 inline KeylessWords keylessIn(const std::string& session) {
-    const auto name = session.empty() ? std::string{} : " (" + session + ')';
-    return {.japanese =
-                "この Wayland セッション" + name + "では、他のプログラムのキー入力を検出する方法",
-            .english = "In this Wayland session" + name + " there is no way yet to see the keys"};
+    return {.japanese = "この Wayland セッション (" + session +
+                        ")はキー入力を最前面のウインドウだけに見せるため",
+            .english =
+                "This Wayland session (" + session + ") shows keys to the window in front alone"};
 }
+
+/// On sway.
+inline const KeylessWords keylessOnSway{.japanese = "ショートカットは sway 自身の設定に必要です",
+                                        .english = "sway shows keys to the window in front alone"};
 
 /// How often the text has these words.
 inline std::size_t timesIn(std::string_view text, std::string_view words) {

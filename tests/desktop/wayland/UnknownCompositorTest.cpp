@@ -33,7 +33,8 @@ TEST(WestonDesktopTest, FailsWhereWestonIsNotInstalled) {
     EXPECT_THROW(WestonDesktop(), std::system_error);
 }
 
-/// A compositor of which the program knows nothing but that it speaks Wayland.
+/// A compositor of which the program knows nothing but that it speaks Wayland, and which shows it
+/// no windows of others.
 class UnknownCompositorTest : public testing::Test {
 protected:
     WestonDesktop desktop;
@@ -67,8 +68,10 @@ private:
 
 TEST_F(UnknownCompositorTest, ItTellsOnceInBothLanguagesWhatIsMissingAndGoesOn) {
     start();
-    const auto window = reader.find("alert message", "ショートカットキーを検出できません");
+    const auto window = reader.find("dialog", "ショートカットキーをデスクトップに設定してください");
     EXPECT_THAT(reader.description(window), HasSubstr(words.japanese));
+    const auto lines = reader.find(window, "text", "設定に書く行");
+    EXPECT_THAT(reader.text(lines), HasSubstr("--press Ctrl+Alt+L"));
     startAgain();
     reader.find("frame", japaneseTitles.management);
     EXPECT_FALSE(utility().hasEnded());

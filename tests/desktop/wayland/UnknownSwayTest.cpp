@@ -1,5 +1,6 @@
 #include "desktop/sway/KeyboardUserOnSway.h"
 #include "desktop/wayland/KeylessWords.h"
+#include "support/Files.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
@@ -52,9 +53,9 @@ protected:
 /// windows be seen, other than on a compositor without such services.
 class UnknownSwayTest : public SwayWithoutItsSocket {
 protected:
-    void start(const std::optional<std::string>& session = "Elsewhere") {
-        launch({{"SWAYSOCK", std::nullopt}, {"XDG_CURRENT_DESKTOP", session}});
-        ASSERT_TRUE(tells(keylessIn(session.value_or(""))));
+    void start() {
+        launch(unnamed);
+        ASSERT_TRUE(tells(keylessOnSway));
     }
 
     Accessible startAgain() {
@@ -69,9 +70,8 @@ protected:
     }
 };
 
-// Nothing can change in such a session, and a window that comes takes the keys, whatever somebody
-// is typing.
-TEST_F(UnknownSwayTest, ADismissedQuestionDoesNotComeBack) {
+// A window that comes takes the keys, whatever somebody is typing.
+TEST_F(UnknownSwayTest, DismissedLinesDoNotComeBack) {
     constexpr auto longerThanItWaits = 8s;
     start();
     ASSERT_TRUE(waitUntil([this] { return hasWindow(std::string{words.titles.alert}); }));
@@ -82,14 +82,8 @@ TEST_F(UnknownSwayTest, ADismissedQuestionDoesNotComeBack) {
                            longerThanItWaits));
     EXPECT_TRUE(story.getsKeys(front));
     end();
-    const auto told = keylessIn("Elsewhere");
-    EXPECT_EQ(timesIn(story.utility().errors(), told.japanese), 1) << story.utilityTells();
-    EXPECT_EQ(timesIn(story.utility().errors(), told.english), 1) << story.utilityTells();
-}
-
-TEST_F(UnknownSwayTest, ASessionWithoutANameHasNone) {
-    start(std::nullopt);
-    end();
+    EXPECT_EQ(timesIn(story.utility().errors(), keylessOnSway.japanese), 1) << story.utilityTells();
+    EXPECT_EQ(timesIn(story.utility().errors(), keylessOnSway.english), 1) << story.utilityTells();
 }
 
 TEST_F(UnknownSwayTest, ItSwallowsNothing) {
@@ -118,21 +112,40 @@ TEST_F(UnknownSwayTest, InTheWindowOfASecondStartShortcutsCanBeExportedAndDelete
     end();
 }
 
-TEST_F(UnknownSwayTest, TheRecorderRefusesAndTheCombinationStays) {
+TEST_F(UnknownSwayTest, TheLinesFollowTheList) {
     start();
+    const auto lines = [this] {
+        const auto window =
+            reader.find("dialog", "ショートカットキーをデスクトップに設定してください");
+        return reader.text(reader.find(window, "text", "設定に書く行"));
+    };
+    const auto before = lines();
+    EXPECT_NE(before.find("bindcode --no-repeat Ctrl+Mod1+46 exec"), std::string::npos) << before;
     press(startAgain(), words.edit);
     const auto editor = dialogComes(words.titles.editing);
-    const auto recorder = reader.find(editor, "panel", "ショートカットキー");
-    const auto before = reader.description(recorder);
-    press(editor, words.record);
-    ASSERT_TRUE(waitUntil([&] { return reader.description(recorder) != before; }));
-    reader.find(editor, "push button", words.record);
-    dialogComes(words.titles.editing);
-    story.strike(another);
+    record(editor, another);
     strikeAndLeave(words.titles.editing, "RTRN");
-    EXPECT_TRUE(listBecomes(json::array({shortcut(bound, target)})));
+    EXPECT_TRUE(listBecomes(json::array({shortcut(another, target)})));
+    EXPECT_TRUE(waitUntil([&] {
+        return lines().find("bindcode --no-repeat Ctrl+Mod1+44 exec") != std::string::npos;
+    })) << lines();
     end();
-    EXPECT_EQ(timesIn(story.utility().errors(), keylessIn("Elsewhere").english), 1);
+}
+
+TEST_F(UnknownSwayTest, CopiedLinesAreNotToldAgain) {
+    start();
+    const auto window = reader.find("dialog", "ショートカットキーをデスクトップに設定してください");
+    press(window, "行をコピー");
+    const auto settings = story.session().home() / ".config/app.hollowfernpike.Hollowfernpike.conf";
+    ASSERT_TRUE(
+        waitUntil([&] { return contentsOf(settings).find("Ctrl+Mod1+46") != std::string::npos; }));
+    end();
+    launch(unnamed);
+    ASSERT_TRUE(story.bindsAgain(0));
+    startAgain();
+    EXPECT_EQ(timesIn(story.utility().errors(), keylessOnSway.english), 0) << story.utilityTells();
+    EXPECT_FALSE(hasWindow(std::string{words.titles.alert}));
+    end();
 }
 
 TEST_F(UnknownSwayTest, AClosedWindowComesBackWithTheNextStart) {
@@ -168,7 +181,7 @@ TEST_F(SwayThatIsFoundTest, ABoundPressWorksIfTheNameIsEmpty) {
 TEST_F(SwayThatIsFoundTest, AnotherOfTheSameUserIsNotTakenForIt) {
     linkSocket(onSway.desktop.bus().daemon().pid());
     launch(unnamed);
-    ASSERT_TRUE(tells(keylessIn("Elsewhere")));
+    ASSERT_TRUE(tells(keylessOnSway));
     EXPECT_TRUE(story.passes(front, bound.keys()));
 }
 

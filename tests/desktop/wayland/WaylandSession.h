@@ -43,6 +43,9 @@ public:
     virtual Keyboard& keyboard() = 0;
     virtual const WaylandPager& pager() const = 0;
 
+    /// Closes what the utility shows at its start on this desktop, once it is there.
+    virtual void closeWelcome() {}
+
     /// Whether windows see nothing of a bound key when it is let go, either.
     virtual bool swallowsKeyUps() const = 0;
 

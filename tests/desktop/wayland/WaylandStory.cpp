@@ -62,6 +62,7 @@ void WaylandStory::startUtility(const Environment& changes) {
     if (const auto live = bindsAgain(0); !live) {
         throw std::runtime_error(live.message());
     }
+    session_->closeWelcome();
 }
 
 ChildProcess& WaylandStory::launchUtility(const Environment& changes) {

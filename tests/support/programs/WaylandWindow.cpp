@@ -26,6 +26,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <span>
 #include <stdexcept>
@@ -36,6 +37,7 @@
 #include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <xdg-activation-v1-client-protocol.h>
 #include <xdg-shell-client-protocol.h>
 
 namespace hollowfernpike::test {
@@ -126,6 +128,10 @@ public:
 
     /// Asks the compositor for a place; the picture follows when it has one.
     void show() { wl_surface_commit(surface_); }
+
+    void activate(xdg_activation_v1* activation, const char* token) {
+        xdg_activation_v1_activate(activation, token, surface_);
+    }
 
 private:
     static WaylandWindow& self(void* data) { return *static_cast<WaylandWindow*>(data); }
@@ -309,6 +315,9 @@ public:
                 window.belongTo(*windows_.front());
             }
             window.show();
+            if (count == 0) {
+                useLaunchToken(window);
+            }
         }
     }
 
@@ -318,6 +327,18 @@ public:
     }
 
 private:
+    /// As toolkits do.
+    void useLaunchToken(WaylandWindow& window) {
+        const char* const token = std::getenv("XDG_ACTIVATION_TOKEN");
+        if (token != nullptr && connection_.offers(xdg_activation_v1_interface.name)) {
+            auto* const activation =
+                connection_.bind<xdg_activation_v1>(xdg_activation_v1_interface, 1);
+            window.activate(activation, token);
+            xdg_activation_v1_destroy(activation);
+            ::unsetenv("XDG_ACTIVATION_TOKEN");
+        }
+    }
+
     bool isToEnd() {
         const bool isClosed =
             std::ranges::any_of(windows_, [](const auto& window) { return window->isClosed(); });

@@ -88,12 +88,9 @@ private:
 };
 
 std::vector<fs::path> applicationsDirectories() {
-    std::vector<fs::path> directories;
-    if (const auto home = dataHome()) {
-        directories.push_back(*home / "applications");
-    }
-    for (const auto& directory : sharedDataDirectories()) {
-        directories.push_back(directory / "applications");
+    auto directories = dataDirectories();
+    for (auto& directory : directories) {
+        directory /= "applications";
     }
     return directories;
 }

@@ -98,6 +98,14 @@ std::vector<std::filesystem::path> sharedConfigDirectories() {
     return directoryList("XDG_CONFIG_DIRS", "/etc/xdg");
 }
 
+std::vector<std::filesystem::path> dataDirectories() {
+    auto directories = sharedDataDirectories();
+    if (const auto own = dataHome()) {
+        directories.insert(directories.begin(), *own);
+    }
+    return directories;
+}
+
 std::optional<std::filesystem::path> runtimeDirectory() {
     return environmentDirectory("XDG_RUNTIME_DIR");
 }

@@ -27,6 +27,9 @@ std::optional<std::filesystem::path> cacheHome();
 std::vector<std::filesystem::path> sharedDataDirectories();
 std::vector<std::filesystem::path> sharedConfigDirectories();
 
+/// All directories for data, the user's own before the shared ones.
+std::vector<std::filesystem::path> dataDirectories();
+
 /// $XDG_RUNTIME_DIR; there is no standard place to fall back on.
 std::optional<std::filesystem::path> runtimeDirectory();
 

@@ -13,6 +13,9 @@ std::unique_ptr<Instance> Instance::become(Names names, const InstanceRequest& r
         if (handedOver.isTaken) {
             return nullptr;
         }
+        if (handedOver.isRefused) {
+            throw RequestRefused{};
+        }
         lock = std::move(handedOver.lock);
     }
     if (!lock) {
@@ -31,8 +34,9 @@ Instance::Publication Instance::publish(const SessionBus& bus, const InstanceReq
                                                                      : Publication::impossible;
 }
 
-void Instance::listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest) {
-    lock_->listen(runLoop, onRequest);
+void Instance::listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest,
+                      InstanceRequestJudge mayBeDone) {
+    lock_->listen(runLoop, onRequest, std::move(mayBeDone));
     if (service_) {
         service_->listen(onRequest);
     }

@@ -6,11 +6,18 @@
 #include "platform/freedesktop/instance/InstanceRequest.h"
 #include "platform/freedesktop/instance/InstanceService.h"
 
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace hollowfernpike::freedesktop {
+
+/// The instance that is running cannot carry a request out.
+class RequestRefused : public std::exception {
+public:
+    const char* what() const noexcept override { return "the running instance refuses"; }
+};
 
 /// The one instance of the program that a user runs. Further starts find it by a lock and a socket
 /// in the runtime directory; launchers, and starts with another runtime directory, find it by its
@@ -25,7 +32,8 @@ public:
 
     /// Hands `request` over to the instance that is running, if any. Null if that one has taken it;
     /// else this process is the instance from now on. Throws platform::LocalizedError if the other
-    /// one does not answer, and platform::FileError if the lock cannot be used.
+    /// one does not answer, platform::FileError if the lock cannot be used, and RequestRefused if
+    /// the other one cannot carry the request out.
     static std::unique_ptr<Instance> become(Names names, const InstanceRequest& request);
 
     enum class Publication : unsigned char {
@@ -37,8 +45,11 @@ public:
     /// Does the same over the bus; needs the application object. The bus outlives this.
     Publication publish(const SessionBus& bus, const InstanceRequest& request);
 
-    /// From now on takes requests, those that came before included. The loop outlives this.
-    void listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest);
+    /// From now on takes requests, those that came before included. Other starts are told which of
+    /// theirs `mayBeDone` denies; on the bus these are passed on like any other. The loop outlives
+    /// this.
+    void listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest,
+                InstanceRequestJudge mayBeDone = {});
 
 private:
     Instance(Names names, std::unique_ptr<InstanceLock> lock)

@@ -58,8 +58,8 @@ std::optional<std::string> received(int socket) {
 }
 
 /// False if the client has given up; its request must not be carried out then.
-bool acknowledge(int socket) {
-    return ::send(socket, acknowledgement.data(), acknowledgement.size(), MSG_NOSIGNAL) >= 0;
+bool answer(int socket, std::string_view text) {
+    return ::send(socket, text.data(), text.size(), MSG_NOSIGNAL) >= 0;
 }
 
 } // namespace
@@ -90,8 +90,10 @@ Descriptor connectedSocket(const PrivateDirectory& directory, const std::string&
 }
 
 InstanceListener::InstanceListener(const Descriptor& socket, platform::RunLoop& runLoop,
-                                   InstanceRequestHandler onRequest, uid_t user)
-    : socket_(socket), runLoop_(runLoop), onRequest_(std::move(onRequest)), user_(user),
+                                   InstanceRequestHandler onRequest, InstanceRequestJudge mayBeDone,
+                                   uid_t user)
+    : socket_(socket), runLoop_(runLoop), onRequest_(std::move(onRequest)),
+      mayBeDone_(std::move(mayBeDone)), user_(user),
       alarm_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
     listen();
 }
@@ -130,7 +132,9 @@ void InstanceListener::serve(int client) {
     }
     const auto served = clients_.extract(client);
     const auto request = decoded(*text);
-    if (request && acknowledge(served.mapped().socket.get())) {
+    if (request && mayBeDone_ && !mayBeDone_(*request)) {
+        answer(served.mapped().socket.get(), refusal);
+    } else if (request && answer(served.mapped().socket.get(), acknowledgement)) {
         const auto onRequest = onRequest_;
         onRequest(*request);
     }

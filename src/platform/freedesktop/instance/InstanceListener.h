@@ -14,8 +14,9 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// The lock holder's answer to a request that it has received.
+/// The lock holder's answers to a request that it has received.
 constexpr std::string_view acknowledgement = "taken\n";
+constexpr std::string_view refusal = "refused\n";
 
 /// Sockets that carry one request and its answer, each in one piece. They never block, and programs
 /// that we start do not inherit them. Failures throw std::system_error.
@@ -33,9 +34,11 @@ Descriptor connectedSocket(const PrivateDirectory& directory, const std::string&
 /// only.
 class InstanceListener {
 public:
-    /// The socket and the loop outlive this. Requests of users other than `user` are dropped.
+    /// The socket and the loop outlive this. Requests of users other than `user` are dropped, and
+    /// those that `mayBeDone` denies are refused.
     InstanceListener(const Descriptor& socket, platform::RunLoop& runLoop,
-                     InstanceRequestHandler onRequest, uid_t user = ::geteuid());
+                     InstanceRequestHandler onRequest, InstanceRequestJudge mayBeDone = {},
+                     uid_t user = ::geteuid());
     InstanceListener(const InstanceListener&) = delete;
     InstanceListener& operator=(const InstanceListener&) = delete;
     ~InstanceListener() = default;
@@ -54,6 +57,7 @@ private:
     const Descriptor& socket_;
     platform::RunLoop& runLoop_;
     InstanceRequestHandler onRequest_;
+    InstanceRequestJudge mayBeDone_;
     uid_t user_;
     std::map<int, Client> clients_; // the oldest first
     int lastClient_ = 0;

@@ -3,6 +3,7 @@
 #include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/SystemCall.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <system_error>
@@ -77,14 +78,14 @@ bool isReadable(int descriptor, Clock::time_point deadline) {
     return ::poll(&readable, 1, millisecondsUntil(deadline)) > 0;
 }
 
-bool isAcknowledged(int socket, Clock::time_point deadline) {
+/// What the holder answers; empty if it does not.
+std::string answerOn(int socket, Clock::time_point deadline) {
     if (!isReadable(socket, deadline)) {
-        return false;
+        return {};
     }
-    std::array<char, acknowledgement.size()> answer{};
+    std::array<char, std::max(acknowledgement.size(), refusal.size())> answer{};
     const auto size = ::recv(socket, answer.data(), answer.size(), 0);
-    return size > 0 &&
-           acknowledgement == std::string_view(answer.data(), static_cast<std::size_t>(size));
+    return {answer.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
 }
 
 /// Notices files that are moved into a directory from now on; none if the system has no watches
@@ -110,14 +111,15 @@ private:
     Descriptor queue_;
 };
 
-bool deliver(const PrivateDirectory& directory, const std::string& name, const std::string& text,
-             Clock::time_point deadline) {
+/// The same for this request.
+std::string answerTo(const std::string& text, const PrivateDirectory& directory,
+                     const std::string& name, Clock::time_point deadline) {
     try {
         const auto socket = connectedSocket(directory, name);
         checked(::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL));
-        return isAcknowledged(socket.get(), deadline);
+        return answerOn(socket.get(), deadline);
     } catch (const std::system_error&) {
-        return false;
+        return {};
     }
 }
 
@@ -148,9 +150,10 @@ std::unique_ptr<InstanceLock> InstanceLock::acquire(const std::string& name) {
     }
 }
 
-void InstanceLock::listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest) {
+void InstanceLock::listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest,
+                          InstanceRequestJudge mayBeDone) {
     listener_.reset();
-    listener_.emplace(socket_, runLoop, std::move(onRequest));
+    listener_.emplace(socket_, runLoop, std::move(onRequest), std::move(mayBeDone));
 }
 
 // A holder may have the lock and not listen yet: waits until its socket is moved into place.
@@ -162,11 +165,12 @@ HandOver handOver(const std::string& name, const InstanceRequest& request,
     Arrivals arrivals(directory);
     bool isLate = false;
     for (;;) {
-        if (deliver(directory, socketName(name), text, deadline)) {
-            return {.isTaken = true, .lock = {}};
+        const auto answer = answerTo(text, directory, socketName(name), deadline);
+        if (answer == acknowledgement || answer == refusal) {
+            return {.isTaken = answer == acknowledgement, .isRefused = answer == refusal};
         }
         if (auto lock = InstanceLock::acquire(name); lock || isLate) {
-            return {.isTaken = false, .lock = std::move(lock)};
+            return {.lock = std::move(lock)};
         }
         isLate = !arrivals.wait(deadline);
     }

@@ -27,8 +27,9 @@ public:
     ~InstanceLock();
 
     /// From now on takes requests from other processes, on the main loop. The loop outlives this.
-    /// The handler may destroy the lock.
-    void listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest);
+    /// The handler may destroy the lock. Requests that `mayBeDone` denies are refused.
+    void listen(platform::RunLoop& runLoop, InstanceRequestHandler onRequest,
+                InstanceRequestJudge mayBeDone = {});
 
 private:
     InstanceLock(PrivateDirectory directory, std::string socketName, Descriptor file);
@@ -40,11 +41,12 @@ private:
     std::optional<InstanceListener> listener_;
 };
 
-/// How an attempt to hand over a request has ended. Neither is set if the holder of the lock is
+/// How an attempt to hand over a request has ended. None is set if the holder of the lock is
 /// alive but does not answer.
 struct HandOver {
-    bool isTaken = false;               ///< the holder has the request
-    std::unique_ptr<InstanceLock> lock; ///< the holder is gone, and the lock is ours
+    bool isTaken = false;                    ///< the holder has the request
+    bool isRefused = false;                  ///< the holder has it and cannot carry it out
+    std::unique_ptr<InstanceLock> lock = {}; ///< the holder is gone, and the lock is ours
 };
 
 /// Hands a request over to the holder of the lock and waits until it is taken, also for a holder

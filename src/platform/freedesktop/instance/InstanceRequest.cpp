@@ -35,10 +35,11 @@ std::optional<std::string> takeLine(std::string_view& text) {
 } // namespace
 
 std::string encoded(const InstanceRequest& request) {
-    if (request.action.empty() || !isLine(request.action)) {
+    if (request.action.empty() || !isLine(request.action) || !isLine(request.parameter)) {
         throw std::invalid_argument("the action of a request is one short line");
     }
-    return std::string{form} + line(request.action) + line(request.startupIdentifier);
+    return std::string{form} + line(request.action) + line(request.startupIdentifier) +
+           (request.parameter.empty() ? std::string{} : line(request.parameter));
 }
 
 std::optional<InstanceRequest> decoded(std::string_view text) {
@@ -48,10 +49,14 @@ std::optional<InstanceRequest> decoded(std::string_view text) {
     text.remove_prefix(form.size());
     auto action = takeLine(text);
     auto startupIdentifier = takeLine(text);
-    if (!action || action->empty() || !startupIdentifier || !text.empty()) {
+    const bool hasParameter = !text.empty();
+    auto parameter = hasParameter ? takeLine(text) : std::string{};
+    if (!action || action->empty() || !startupIdentifier || !parameter ||
+        parameter->empty() == hasParameter || !text.empty()) {
         return std::nullopt;
     }
-    return InstanceRequest{std::move(*action), std::move(*startupIdentifier)};
+    return InstanceRequest{std::move(*action), std::move(*startupIdentifier),
+                           std::move(*parameter)};
 }
 
 } // namespace hollowfernpike::freedesktop

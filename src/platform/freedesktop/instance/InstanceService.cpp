@@ -83,7 +83,11 @@ bool InstanceService::isOwnerOneOfUs() const {
 
 bool InstanceService::handOver(const InstanceRequest& request) const {
     auto call = QDBusMessage::createMethodCall(name_, path(), interfaceName, "ActivateAction");
-    call << QString::fromStdString(request.action) << QVariantList()
+    QVariantList parameters;
+    if (!request.parameter.empty()) {
+        parameters << QString::fromStdString(request.parameter);
+    }
+    call << QString::fromStdString(request.action) << parameters
          << platformData(request.startupIdentifier);
     return bus_.waitFor(bus_.connection().asyncCall(call), patience);
 }
@@ -119,6 +123,8 @@ bool InstanceService::handleMessage(const QDBusMessage& message,
     InstanceRequest request{.action = plainAction_, .startupIdentifier = {}};
     if (message.member() == "ActivateAction" && signature == "sava{sv}") {
         request.action = arguments.front().toString().toStdString();
+        const auto parameters = qdbus_cast<QVariantList>(arguments.at(1));
+        request.parameter = parameters.value(0).toString().toStdString();
     } else if (!(message.member() == "Activate" && signature == "a{sv}") &&
                !(message.member() == "Open" && signature == "asa{sv}")) {
         return false;

@@ -1,8 +1,20 @@
 #include "platform/freedesktop/owners/RunningApplications.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace hollowfernpike::freedesktop {
+
+namespace {
+
+/// Of a process with a window. Where the desktop does not know the process, the window shows that
+/// it lives, but not for how long: it comes after those that are known.
+std::optional<ProcessStatus> statusBehindWindow(std::int32_t process) {
+    return process < 0 ? ProcessStatus{.startTime = std::numeric_limits<std::uint64_t>::max()}
+                       : processStatus(process);
+}
+
+} // namespace
 
 std::vector<LiveProcess> RunningApplications::showingWindows(std::string_view bundleIdentifier) {
     std::vector<LiveProcess> processes;
@@ -11,7 +23,7 @@ std::vector<LiveProcess> RunningApplications::showingWindows(std::string_view bu
             std::ranges::find(processes, *process, &LiveProcess::number) != processes.end()) {
             continue;
         }
-        if (const auto status = processStatus(*process); status && !status->hasEnded) {
+        if (const auto status = statusBehindWindow(*process); status && !status->hasEnded) {
             processes.push_back({*process, *status});
         }
     }

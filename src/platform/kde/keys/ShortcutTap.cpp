@@ -9,12 +9,6 @@ namespace hollowfernpike::kde {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-/// A busy machine delivers a repeat as late as this. KWin does not tell of a key-up that a window
-/// gets which takes all combinations for itself, so a press later than that is a new one.
-constexpr std::chrono::milliseconds longestDelivery{1000};
-
 /// KWin keeps actions by name in a file, so the names stay the same for ever.
 QString nameOf(const platform::KeyCombination& combination) {
     return QString::number(combination.keyCode) + '-' + QString::number(combination.modifierFlags);
@@ -29,13 +23,13 @@ ShortcutTap::ShortcutTap(const Services& services, platform::EventTapCallback ca
     services_.keyboard.onKeymapChange = [this] { bindIfLive(); };
     layouts_.onChange = [this] { bindIfLive(); };
     connect(&shortcuts_, &GlobalShortcuts::pressed, this, &ShortcutTap::onPressed);
-    connect(&shortcuts_, &GlobalShortcuts::released, this, [this] { held_.clear(); });
+    connect(&shortcuts_, &GlobalShortcuts::released, this, [this] { held_.letGo(); });
     connect(&shortcuts_, &GlobalShortcuts::changedByUser, this, &ShortcutTap::onChangedByUser);
     connect(&shortcuts_, &GlobalShortcuts::othersChangedByUser, this, &ShortcutTap::bindIfLive);
     connect(&shortcuts_, &GlobalShortcuts::appeared, this, [this] {
         actions_.clear();
         knowsLeftovers_ = false;
-        held_.clear();
+        held_.letGo();
         bindIfLive();
     });
 }
@@ -75,7 +69,7 @@ void ShortcutTap::stop() {
         shortcuts_.deactivate(name, action.label);
     }
     shortcuts_.finish();
-    held_.clear();
+    held_.letGo();
 }
 
 // Keys are released before others get them: with another layout, two actions may swap theirs.
@@ -179,12 +173,9 @@ void ShortcutTap::onAnswer(const QString& name, const QList<int>& keys,
 
 // The callback may destroy this tap.
 void ShortcutTap::onPressed(const QString& name) {
-    const auto now = Clock::now();
-    const auto longestPause = services_.keyboard.repeatDelay() + longestDelivery;
-    const bool isRecent = now < std::exchange(lastPress_, now) + longestPause;
-    const bool isRepeat = std::exchange(held_, name) == name && isRecent;
+    const bool isNew = held_.press(name, services_.keyboard.repeatDelay());
     const auto action = actions_.find(name);
-    if (isRepeat || action == actions_.end() || !isLive()) {
+    if (!isNew || action == actions_.end() || !isLive()) {
         return;
     }
     services_.presses.countPress();

@@ -6,9 +6,9 @@
 #include "platform/kde/keys/KeyValues.h"
 #include "platform/kde/keys/Layouts.h"
 #include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/keyboard/HeldKey.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 
-#include <chrono>
 #include <map>
 #include <optional>
 #include <vector>
@@ -90,8 +90,7 @@ private:
     bool isAsking_ = false;       ///< for them
     int unanswered_ = 0;
     std::vector<platform::KeyCombination> reportedRefused_;
-    QString held_; ///< the action whose keys are down
-    std::chrono::steady_clock::time_point lastPress_{};
+    wayland::HeldKey held_;
 };
 
 } // namespace hollowfernpike::kde

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -62,6 +63,13 @@ std::int32_t Connection::compositorProcess() const {
     const int socket = wl_display_get_fd(display_);
     return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &credentials, &size) == 0 ? credentials.pid
                                                                                    : 0;
+}
+
+std::string Connection::compositorName() const {
+    std::ifstream file("/proc/" + std::to_string(compositorProcess()) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name;
 }
 
 bool Connection::readGlobals() {

@@ -36,6 +36,9 @@ public:
     /// The process identifier of the compositor; 0 if it is not known.
     std::int32_t compositorProcess() const;
 
+    /// What the kernel calls that process, such as "labwc"; empty if it is not known.
+    std::string compositorName() const;
+
     /// The version of the global of that interface; 0 if the compositor does not offer it.
     std::uint32_t offeredVersion(const wl_interface& interface) const;
 

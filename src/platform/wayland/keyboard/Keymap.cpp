@@ -1,7 +1,9 @@
 #include "platform/wayland/keyboard/Keymap.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
+#include <string_view>
 
 #include <xkbcommon/xkbcommon.h>
 
@@ -53,6 +55,21 @@ bool Keymap::gives(std::uint32_t keyCode, freedesktop::ModifierState held,
         }
     }
     return false;
+}
+
+std::vector<std::string> Keymap::symbolsOf(std::uint32_t keyCode) const {
+    constexpr std::size_t longestName = 64;
+    std::vector<std::string> names;
+    for (const xkb_level_index_t level : {0U, 1U}) {
+        const xkb_keysym_t* symbols = nullptr;
+        std::array<char, longestName> name{};
+        if (xkb_keymap_key_get_syms_by_level(keymap_, keyCode, 0, level, &symbols) == 1 &&
+            xkb_keysym_get_name(symbols[0], name.data(), name.size()) > 0 &&
+            (level == 0 || std::string_view(name.data()).starts_with("KP_"))) {
+            names.emplace_back(name.data());
+        }
+    }
+    return names;
 }
 
 } // namespace hollowfernpike::wayland

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 struct xkb_keymap;
 
@@ -27,6 +28,10 @@ public:
     /// modifiers, and at the symbol that Shift gives, with Shift used up by it. `keyCode` is XKB's.
     bool gives(std::uint32_t keyCode, freedesktop::ModifierState held, const std::string& symbol,
                freedesktop::ModifierState wanted) const;
+
+    /// The names of the symbols that the key has in the first layout without modifiers; for one of
+    /// the keypad, with and without Num Lock. `keyCode` is XKB's.
+    std::vector<std::string> symbolsOf(std::uint32_t keyCode) const;
 
 private:
     explicit Keymap(xkb_keymap* keymap) : keymap_(keymap) {}

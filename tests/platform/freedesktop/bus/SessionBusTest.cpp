@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -68,6 +69,11 @@ protected:
         return success;
     }
 
+    static QDBusMessage question(const char* method) {
+        return QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                              "org.freedesktop.DBus", method);
+    }
+
     bool answers() {
         const auto success = ping();
         EXPECT_TRUE(loop_.runUntil([&] { return success->has_value(); }));
@@ -105,6 +111,25 @@ TEST_F(SessionBusTest, AnswersToCallsUnderWayAreDroppedWithIt) {
     bus_.reset();
     fixedBus_.daemon().signal(SIGCONT);
     EXPECT_FALSE(loop_.runUntil([&] { return unanswered->has_value(); }, test::patience / 100));
+}
+
+TEST_F(SessionBusTest, AQuestionWaitsForItsAnswer) {
+    EXPECT_FALSE(bus_->ask(question("GetId")).toString().isEmpty());
+    EXPECT_FALSE(bus_->ask(question("NoSuchMethod")).isValid());
+}
+
+TEST_F(SessionBusTest, AQuestionToASilentBusIsGivenUp) {
+    fixedBus_.daemon().signal(SIGSTOP);
+    EXPECT_FALSE(bus_->ask(question("GetId")).isValid());
+    fixedBus_.daemon().signal(SIGCONT);
+}
+
+// In mid-question the toolkit's own waits do not notice this.
+TEST_F(SessionBusTest, AQuestionIsGivenUpWhenTheBusEnds) {
+    fixedBus_.daemon().signal(SIGSTOP);
+    std::thread end([this] { fixedBus_.daemon().signal(SIGKILL); });
+    EXPECT_FALSE(bus_->ask(question("GetId")).isValid());
+    end.join();
 }
 
 TEST_F(SessionBusTest, ACallMayHaveNoHandlerForTheAnswer) {

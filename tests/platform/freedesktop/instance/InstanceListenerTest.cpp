@@ -31,7 +31,8 @@ protected:
     void listen(uid_t user = ::geteuid()) {
         listener_.emplace(
             socket_, loop_,
-            [this](const InstanceRequest& request) { requests_.push_back(request); }, user);
+            [this](const InstanceRequest& request) { requests_.push_back(request); },
+            [](const InstanceRequest& request) { return request.action != "impossible"; }, user);
     }
 
     /// Repeats the attempt while the listener serves, because its queue may be full.
@@ -85,6 +86,13 @@ TEST_F(InstanceListenerTest, ARequestIsAnsweredAndPassedOn) {
     EXPECT_EQ(loop_.watched(), 1U);
 }
 
+TEST_F(InstanceListenerTest, WhatCannotBeDoneIsRefusedAndNotPassedOn) {
+    listen();
+    EXPECT_EQ(answerTo(encoded({"impossible", ""})), freedesktop::refusal);
+    EXPECT_EQ(answerTo(encoded(honest)), freedesktop::acknowledgement);
+    EXPECT_THAT(requests_, ElementsAre(honest));
+}
+
 TEST_F(InstanceListenerTest, GarbageIsDroppedWithoutAnAnswer) {
     listen();
     const auto good = encoded(honest);
@@ -99,6 +107,7 @@ TEST_F(InstanceListenerTest, GarbageIsDroppedWithoutAnAnswer) {
         "hollowfernpike request 2\n",
         "hollowfernpike request 2\n\n\n",
         "hollowfernpike request 1\nshow\n\n",
+        "hollowfernpike request 2\nshow\n\nthis\nand that\n",
         "hollowfernpike request 2\nsh\x1bow\n\n",
         "hollowfernpike request 2\nshow\n" + std::string(1025, 'i') + "\n",
         std::string(freedesktop::longestRequest, 'x'),
@@ -175,7 +184,9 @@ TEST_F(InstanceListenerTest, ClientsAreLetGoWithTheListener) {
 TEST_F(InstanceListenerTest, RequestsKeepTheirTextsOnTheWay) {
     for (const InstanceRequest& request :
          {InstanceRequest{"a", ""}, InstanceRequest{"表示", " 識別子 with  blanks "},
-          InstanceRequest{std::string(1024, 'a'), std::string(1024, 'i')}}) {
+          InstanceRequest{"press", "", "⌃⌥K"},
+          InstanceRequest{std::string(1024, 'a'), std::string(1024, 'i'),
+                          std::string(1024, 'p')}}) {
         EXPECT_EQ(freedesktop::decoded(encoded(request)), request);
         EXPECT_LE(encoded(request).size(), freedesktop::longestRequest);
     }

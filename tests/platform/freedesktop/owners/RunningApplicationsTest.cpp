@@ -88,6 +88,16 @@ TEST_F(RunningApplicationsTest, ProcessesThatShowWindowsAreInstancesTheLongestRu
     EXPECT_THAT(running("org.example.App"), ElementsAre(first->pid(), second->pid()));
 }
 
+TEST_F(RunningApplicationsTest, AWindowWhoseProcessTheDesktopDoesNotKnowIsAnInstance) {
+    install("org.example.App");
+    const auto helper = start("org.example.App", "stay");
+    windows_.show({.process = -3, .owner = {.name = "App", .bundleIdentifier = "org.example.App"}});
+    EXPECT_THAT(running("org.example.App"), ElementsAre(-3));
+    const auto known = start("any", "stay");
+    showWindow(*known, "org.example.App");
+    EXPECT_THAT(running("org.example.App"), ElementsAre(known->pid(), -3));
+}
+
 TEST_F(RunningApplicationsTest, AWindowWhoseProcessIsGoneIsNoInstance) {
     auto process = start("any", "stay");
     showWindow(*process, "org.example.App");

@@ -1,0 +1,131 @@
+#include "platform/portal/Desktop.h"
+
+#include "platform/freedesktop/files/BaseDirectories.h"
+#include "platform/portal/PortalFiles.h"
+#include "platform/portal/PortalTap.h"
+#include "platform/wayland/ActivationTokens.h"
+#include "platform/wayland/FoundDesktop.h"
+#include "platform/wayland/OwnWindows.h"
+#include "platform/wayland/keyboard/SeatKeyboard.h"
+#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/windows/ToplevelMirror.h"
+#include "platform/wayland/windows/Windows.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <QGuiApplication>
+#include <QWindow>
+
+namespace hollowfernpike::portal {
+
+namespace {
+
+constexpr const char* shortcutsInterface = "org.freedesktop.impl.portal.GlobalShortcuts";
+
+/// Whether the portal with this name can bind keys here. That of GNOME serves in sessions on other
+/// compositors, too, but GNOME's shell alone knows the keys. That of Hyprland leaves them to the
+/// user's configuration.
+bool bindsKeysHere(const std::string& portal, const std::string& compositor) {
+    return !portal.empty() && portal != "hyprland" &&
+           (portal != "gnome" || compositor == "gnome-shell");
+}
+
+/// Active taps by the portal, of which there may be one at a time; listen-only ones on our own
+/// focused window.
+class EventTaps final : public platform::EventTaps {
+public:
+    EventTaps(const platform::DesktopHost& host, wayland::SeatKeyboard& keyboard,
+              wayland::ActivationTokens& presses)
+        : host_(host), keyboard_(keyboard), presses_(presses) {}
+
+    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
+                                               platform::EventTapCallback callback,
+                                               void* userInfo) override {
+        if (options == platform::EventTapOptions::listenOnly) {
+            return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
+        }
+        return std::make_unique<PortalTap>(
+            PortalTap::Services{
+                .host = host_, .bus = *host_.bus, .keyboard = keyboard_, .presses = presses_},
+            callback, userInfo);
+    }
+
+private:
+    const platform::DesktopHost& host_;
+    wayland::SeatKeyboard& keyboard_;
+    wayland::ActivationTokens& presses_;
+};
+
+/// Portals know a program by its desktop entry.
+bool isEntryInstalled(const std::string& identifier) {
+    return std::ranges::any_of(freedesktop::dataDirectories(), [&](const auto& directory) {
+        std::error_code isMissing;
+        return std::filesystem::exists(directory / "applications" / (identifier + ".desktop"),
+                                       isMissing);
+    });
+}
+
+class Desktop final : public platform::Desktop {
+public:
+    Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
+        : host_(std::move(host)), connection_(std::move(connection)) {
+        connection_->attach(host_.runLoop, host_.onLost);
+    }
+
+    std::optional<platform::Distrust> trustProblem() override {
+        if (isEntryInstalled(identifier_)) {
+            return std::nullopt;
+        }
+        return platform::Distrust{
+            {"デスクトップは、インストールされているプログラムにだけキーを割り当てます。" +
+                 identifier_ + ".desktop がありません。パッケージをインストールしてください。",
+             "The desktop binds keys for installed programs alone, and there is no " + identifier_ +
+                 ".desktop. Install the package."}};
+    }
+
+    bool mayBecomeTrusted() override { return true; }
+    platform::EventTaps& eventTaps() override { return eventTaps_; }
+    platform::Windows& windows() override { return windows_; }
+    platform::OwnWindows& ownWindows() override { return ownWindows_; }
+    platform::LaunchFeedback& launchFeedback() override { return tokens_; }
+    platform::SystemTray* systemTray() override { return nullptr; }
+    void notePress(const platform::KeyCombination& combination,
+                   const std::string& startupIdentifier) override {
+        tokens_.countPress(combination, startupIdentifier);
+    }
+
+private:
+    platform::DesktopHost host_;
+    std::string identifier_ = QGuiApplication::desktopFileName().toStdString();
+    std::unique_ptr<wayland::Connection> connection_;
+    wayland::SeatKeyboard keyboard_{*connection_};
+    wayland::ActivationTokens tokens_{*connection_};
+    wayland::ToplevelMirror mirror_{*connection_, identifier_};
+    EventTaps eventTaps_{host_, keyboard_, tokens_};
+    wayland::Windows windows_{host_, mirror_};
+    wayland::OwnWindows ownWindows_{[this](const QWindow& window) {
+        return mirror_.activateOwn(window.title().toStdString());
+    }};
+};
+
+} // namespace
+
+std::unique_ptr<platform::FoundDesktop>
+findDesktop(std::unique_ptr<wayland::Connection>& connection) {
+    const char* const session = std::getenv("XDG_CURRENT_DESKTOP");
+    if (session == nullptr || freedesktop::SessionBus::addressOfSession().empty() ||
+        !bindsKeysHere(portalFor(shortcutsInterface, session), connection->compositorName())) {
+        return nullptr;
+    }
+    return std::make_unique<wayland::FoundDesktop>(
+        std::move(connection), [](const auto& host, auto found) {
+            return std::make_unique<Desktop>(host, std::move(found));
+        });
+}
+
+} // namespace hollowfernpike::portal

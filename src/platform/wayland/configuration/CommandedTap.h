@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/freedesktop/keyboard/Tap.h"
+
+#include <cstddef>
+
+namespace hollowfernpike::wayland {
+
+/// An active tap where the compositor's own configuration binds the combinations, to commands of
+/// ours: the presses come with these, never by the tap. Main thread only.
+class CommandedTap final : public freedesktop::Tap {
+public:
+    CommandedTap() = default;
+    CommandedTap(const CommandedTap&) = delete;
+    CommandedTap& operator=(const CommandedTap&) = delete;
+    ~CommandedTap() override { invalidate(); }
+
+    void setInterest(std::span<const platform::KeyCombination> combinations) override;
+    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+
+    /// What the configuration binds cannot be known.
+    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
+
+private:
+    void start() override;
+    void stop() override {}
+
+    std::size_t count_ = 0; ///< of combinations of interest
+};
+
+} // namespace hollowfernpike::wayland
