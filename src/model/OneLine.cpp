@@ -16,10 +16,12 @@ struct Direction {
     std::string_view escape;
 };
 
+// In bytes: written out, they would turn this source around.
 constexpr Direction directions[] = {
-    {"\u061C", "\\u061c"}, {"\u200E", "\\u200e"}, {"\u200F", "\\u200f"}, {"\u202A", "\\u202a"},
-    {"\u202B", "\\u202b"}, {"\u202C", "\\u202c"}, {"\u202D", "\\u202d"}, {"\u202E", "\\u202e"},
-    {"\u2066", "\\u2066"}, {"\u2067", "\\u2067"}, {"\u2068", "\\u2068"}, {"\u2069", "\\u2069"},
+    {"\xD8\x9C", "\\u061c"},     {"\xE2\x80\x8E", "\\u200e"}, {"\xE2\x80\x8F", "\\u200f"},
+    {"\xE2\x80\xAA", "\\u202a"}, {"\xE2\x80\xAB", "\\u202b"}, {"\xE2\x80\xAC", "\\u202c"},
+    {"\xE2\x80\xAD", "\\u202d"}, {"\xE2\x80\xAE", "\\u202e"}, {"\xE2\x81\xA6", "\\u2066"},
+    {"\xE2\x81\xA7", "\\u2067"}, {"\xE2\x81\xA8", "\\u2068"}, {"\xE2\x81\xA9", "\\u2069"},
 };
 
 std::string escaped(const char* format, unsigned value) {

@@ -74,7 +74,8 @@ protected:
         std::string bomb = svg + R"(><g id="a0"><rect width="1" height="1"/></g>)";
         for (int level = 1; level <= 30; ++level) {
             const auto use = "<use xlink:href=\"#a" + std::to_string(level - 1) + "\"/>";
-            bomb += "<g id=\"a" + std::to_string(level) + "\">" + use + use + "</g>";
+            bomb.append("<g id=\"a").append(std::to_string(level)).append("\">");
+            bomb.append(use).append(use).append("</g>");
         }
         add("bomb.svg", bomb + "</svg>");
         add("huge.xpm", "/* XPM */\nstatic char *x[] = {\n\"30000 30000 1 1\",\n\"a c red\",\n");
@@ -85,7 +86,8 @@ protected:
 
     std::string entryWith(const fs::path& icon) {
         const auto entry = story.desktop.applications() / (icon.filename().string() + ".desktop");
-        putFile(entry, "[Desktop Entry]\nType=Application\nName=\u202Egpj." +
+        putFile(entry, "[Desktop Entry]\nType=Application\nName=\xE2\x80\xAE"
+                       "gpj." +
                            icon.filename().string() + "\nExec=true\nIcon=" + icon.string() + "\n");
         return entry.string();
     }
@@ -141,8 +143,10 @@ protected:
         for (int number = 0; number < 40; ++number) {
             sockets.emplace_back(
                 ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-            ::connect(sockets.back().get(), reinterpret_cast<const sockaddr*>(&address),
-                      sizeof address);
+            if (::connect(sockets.back().get(), reinterpret_cast<const sockaddr*>(&address),
+                          sizeof address) != 0) {
+                continue; // too many are waiting already
+            }
             const std::string noise(static_cast<std::size_t>(number) * 97, 'x');
             if (number % 2 == 0) {
                 ::send(sockets.back().get(), noise.data(), noise.size(), MSG_NOSIGNAL);

@@ -30,7 +30,7 @@ void requireWithin(const QImage& image, const QSize& size) {
 } // namespace
 } // namespace hollowfernpike::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace hollowfernpike;
     test::makeApplication();
     const auto bytes =

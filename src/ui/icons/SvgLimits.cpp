@@ -84,20 +84,25 @@ private:
         return takeAttributes(reader, number);
     }
 
+    /// False if one of them names another file.
     bool takeAttributes(const QXmlStreamReader& reader, std::size_t number) {
-        static const QRegularExpression inPlace(QStringLiteral(R"(url\(\s*['"]?#([^)'"]*))"));
         const bool isLink = reader.name() == QLatin1String("a");
-        for (const auto& attribute : reader.attributes()) {
-            const QString value = attribute.value().toString();
-            if (attribute.name() == QLatin1String("id")) {
-                identified_.insert(value, number);
-            } else if (attribute.name() == QLatin1String("href") && !isLink) {
-                if (!takeReference(value.trimmed(), number)) {
-                    return false;
-                }
-            } else if (const auto found = inPlace.match(value); found.hasMatch()) {
-                elements_[number].repeated.append(found.captured(1));
-            }
+        const auto attributes = reader.attributes();
+        return std::ranges::all_of(attributes, [&](const QXmlStreamAttribute& attribute) {
+            return take(attribute, isLink, number);
+        });
+    }
+
+    bool take(const QXmlStreamAttribute& attribute, bool isLink, std::size_t number) {
+        static const QRegularExpression inPlace(QStringLiteral(R"(url\(\s*['"]?#([^)'"]*))"));
+        const QString value = attribute.value().toString();
+        if (attribute.name() == QLatin1String("href")) {
+            return isLink || takeReference(value.trimmed(), number);
+        }
+        if (attribute.name() == QLatin1String("id")) {
+            identified_.insert(value, number);
+        } else if (const auto found = inPlace.match(value); found.hasMatch()) {
+            elements_[number].repeated.append(found.captured(1));
         }
         return true;
     }

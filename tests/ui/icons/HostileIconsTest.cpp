@@ -46,7 +46,7 @@ std::string pngThatPromises(int side) {
             bytes[place + byte] = static_cast<char>((side >> (24 - 8 * byte)) & 0xFF);
         }
     }
-    const auto header = reinterpret_cast<const Bytef*>(bytes.data());
+    const auto* const header = reinterpret_cast<const Bytef*>(bytes.data());
     const auto sum = ::crc32(0, header + 12, 17);
     for (std::size_t byte = 0; byte < 4; ++byte) {
         bytes[29 + byte] = static_cast<char>((sum >> (24 - 8 * byte)) & 0xFF);
@@ -56,7 +56,7 @@ std::string pngThatPromises(int side) {
 
 void writeGzip(const std::string& path, const std::string& begin, std::size_t blanks,
                const std::string& end) {
-    const gzFile file = ::gzopen(path.c_str(), "wb");
+    auto* const file = ::gzopen(path.c_str(), "wb");
     ::gzwrite(file, begin.data(), static_cast<unsigned>(begin.size()));
     const std::string block(1 << 20, ' ');
     for (std::size_t written = 0; written < blanks; written += block.size()) {
@@ -81,7 +81,7 @@ protected:
     }
 
     std::string pipe(const std::string& name) {
-        const auto path = (folder.path() / name).string();
+        auto path = (folder.path() / name).string();
         EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
         return path;
     }
@@ -134,10 +134,10 @@ TEST_F(HostileIconsTest, ADrawingMayNotNameOtherFiles) {
     ASSERT_TRUE(isRed(file("good.svg", svg("<!-- fine -->"))));
     const auto named = pipe("picture");
     for (const auto& reference :
-         {"<image xlink:href=\"" + named + "\" width=\"9\" height=\"9\"/>",
-          "<image href=\"" + named + "\" width=\"9\" height=\"9\"/>",
-          "<image xlink:href=\"file://" + named + "\" width=\"9\" height=\"9\"/>",
-          "<image xlink:href=\"data/../../../../../../../.." + named + "\" width=\"9\"/>"}) {
+         {R"(<image xlink:href=")" + named + R"(" width="9" height="9"/>)",
+          R"(<image href=")" + named + R"(" width="9" height="9"/>)",
+          R"(<image xlink:href="file://)" + named + R"(" width="9" height="9"/>)",
+          R"(<image xlink:href="data/../../../../../../../..)" + named + R"(" width="9"/>)"}) {
         EXPECT_TRUE(isRefused(file("bad.svg", svg(reference)))) << reference;
     }
     EXPECT_TRUE(isRefused(file("style.svg", "<?xml-stylesheet type=\"text/css\" href=\"" + named +
@@ -157,12 +157,12 @@ TEST_F(HostileIconsTest, ADrawingMayHoldAPicture) {
 
 TEST_F(HostileIconsTest, ADrawingInADrawingIsRefused) {
     const auto inner = QByteArray::fromStdString(
-                           svg("<image xlink:href=\"" + pipe("picture") + "\" width=\"9\"/>"))
+                           svg(R"(<image xlink:href=")" + pipe("picture") + R"(" width="9"/>)"))
                            .toBase64()
                            .toStdString();
-    EXPECT_TRUE(isRefused(file("outer.svg", svg("<image width=\"9\" height=\"9\" "
-                                                "xlink:href=\"data:image/png;base64," +
-                                                inner + "\"/>"))));
+    EXPECT_TRUE(isRefused(
+        file("outer.svg", svg(R"(<image width="9" height="9" xlink:href="data:image/png;base64,)" +
+                              inner + R"("/>)"))));
 }
 
 TEST_F(HostileIconsTest, APackedDrawingIsNotUnpackedWithoutEnd) {
@@ -201,7 +201,8 @@ TEST_F(HostileIconsTest, ADrawingThatRepeatsItselfWithoutEndIsRefused) {
     std::string bomb = R"(<defs><g id="a0"><rect width="1" height="1"/></g>)";
     for (int level = 1; level <= 40; ++level) {
         const auto use = "<use xlink:href=\"#a" + std::to_string(level - 1) + "\"/>";
-        bomb += "<g id=\"a" + std::to_string(level) + "\">" + use + use + "</g>";
+        bomb.append("<g id=\"a").append(std::to_string(level)).append("\">");
+        bomb.append(use).append(use).append("</g>");
     }
     EXPECT_TRUE(isRefused(file("bomb.svg", svg(bomb + "</defs><use xlink:href=\"#a40\"/>"))));
     EXPECT_TRUE(isRefused(

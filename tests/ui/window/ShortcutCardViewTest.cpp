@@ -190,7 +190,11 @@ TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneIsDimmedAndSaidSo) {
 }
 
 TEST_F(ShortcutCardViewTest, ANameCannotBeWrittenBackwards) {
-    EXPECT_EQ(cardFor(named("\u202Egpj.exe"))->appNameLabel().text(), "\\u202egpj.exe");
+    EXPECT_EQ(cardFor(named("\xE2\x80\xAE"
+                            "gpj.exe"))
+                  ->appNameLabel()
+                  .text(),
+              "\\u202egpj.exe");
 }
 
 TEST_F(ShortcutCardViewTest, AnEntryThatIsNotTrustedIsDimmedAndSaidSo) {
