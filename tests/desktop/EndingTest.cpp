@@ -84,7 +84,7 @@ TEST_F(EndingTest, StoppedInMidPressItHoldsTheKeysUpAndLosesNone) {
     }
     releaseBound();
     story.utility().signal(SIGCONT);
-    EXPECT_TRUE(story.isInFront(target));
+    EXPECT_TRUE(waitUntil([&] { return target.starts() == 1; }));
     const auto key = story.keyboard.keycode("AD01");
     EXPECT_TRUE(waitUntil([&] { return front.downs(key) + target.downs(key) == letters; }));
     EXPECT_TRUE(waitUntil([&] { return front.ups(key) + target.ups(key) == letters; }));
