@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* socketName = "wayland-0";
 constexpr const char* extensions =
-    "['hollowfernpike@hollowfernpike.app', 'hollowfernpike-43@hollowfernpike.app']";
+    "['hollowfernpike@app.hollowfernpike', 'hollowfernpike-43@app.hollowfernpike']";
 
 Environment environmentIn(const SessionFolders& folders) {
     auto environment = folders.environment();
@@ -153,8 +153,8 @@ bool GnomeDesktop::hasModules() const {
 }
 
 std::string GnomeDesktop::extension() const {
-    return hasModules() ? "hollowfernpike@hollowfernpike.app"
-                        : "hollowfernpike-43@hollowfernpike.app";
+    return hasModules() ? "hollowfernpike@app.hollowfernpike"
+                        : "hollowfernpike-43@app.hollowfernpike";
 }
 
 void GnomeDesktop::takePicture(const fs::path& file) const {

@@ -17,8 +17,8 @@ namespace hollowfernpike::gnome {
 
 namespace {
 
-constexpr std::array extensions{"hollowfernpike@hollowfernpike.app",
-                                "hollowfernpike-43@hollowfernpike.app"};
+constexpr std::array extensions{"hollowfernpike@app.hollowfernpike",
+                                "hollowfernpike-43@app.hollowfernpike"};
 
 /// What the shell says of an extension ("state" of GetExtensionInfo).
 enum class State : unsigned char {
