@@ -1,5 +1,6 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
+find_package(ZLIB REQUIRED)
 find_package(RapidJSON 1.1 REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 

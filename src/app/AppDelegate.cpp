@@ -9,6 +9,7 @@
 #include "platform/FatalError.h"
 #include "platform/NotificationCenter.h"
 #include "ui/exchange/ShortcutExchange.h"
+#include "ui/parts/Alert.h"
 #include "ui/window/MainWindowController.h"
 
 #include <utility>
@@ -39,6 +40,17 @@ std::string_view nameOf(Language language) {
     return language == Language::english ? "English" : "日本語";
 }
 
+// Not modal: a change may come while the desktop waits for us.
+void tellThatNothingWasSaved() {
+    const auto& failure = ShortcutStore::shared().saveFailure();
+    const std::string reason = localized(failure->japanese(), failure->english());
+    Alert{.message = localized("変更を保存できませんでした。", "The change could not be saved."),
+          .informativeText = reason + "\n\n" +
+                             localized("この変更はプログラムの終了時に失われます。",
+                                       "It lasts until the program ends.")}
+        .show();
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(const platform::Services& services) : services_(services) {}
@@ -51,6 +63,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     auto& center = services_.notificationCenter;
     shortcutsObservation_ =
         center.observe(shortcutsDidChange, [] { HotkeyManager::shared().buildShortcutMap(); });
+    saveObservation_ = center.observe(shortcutsWereNotSaved, tellThatNothingWasSaved);
     languageObservation_ = center.observe(languageDidChange, [this] { rebuildMenu(); });
     HotkeyManager::shared().start();
     setupStatusItem();

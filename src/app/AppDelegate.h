@@ -61,6 +61,7 @@ private:
     std::shared_ptr<platform::MenuItem> launchAtLoginItem_; ///< of the menu built last
     std::unique_ptr<MainWindowController> mainWindowController_;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
+    std::unique_ptr<platform::Subscription> saveObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;
 };
 

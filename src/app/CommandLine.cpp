@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <vector>
 
 namespace hollowfernpike {
 
@@ -16,6 +17,18 @@ using Purpose = CommandLine::Purpose;
 constexpr std::array<std::string_view, 4> actions{"openMainWindow", "exportShortcuts",
                                                   "importShortcuts", "quitApp"};
 
+/// Without what session managers add to the command of a program that they start again.
+std::vector<const char*> withoutSession(std::span<const char* const> arguments) {
+    std::vector<const char*> rest(arguments.begin(), arguments.end());
+    for (auto word = rest.begin(); word != rest.end();) {
+        const std::string_view text = *word;
+        const bool hasValue = text == "-session" && word + 1 != rest.end();
+        const bool isSession = hasValue || text.starts_with("-session=");
+        word = isSession ? rest.erase(word, word + (hasValue ? 2 : 1)) : word + 1;
+    }
+    return rest;
+}
+
 CommandLine pressOf(std::string_view combination) {
     try {
         return {
@@ -25,9 +38,7 @@ CommandLine pressOf(std::string_view combination) {
     }
 }
 
-} // namespace
-
-CommandLine parseCommandLine(std::span<const char* const> arguments) {
+CommandLine parse(std::span<const char* const> arguments) {
     if (arguments.empty()) {
         return {};
     }
@@ -46,6 +57,12 @@ CommandLine parseCommandLine(std::span<const char* const> arguments) {
         return pressOf(arguments[1]);
     }
     return {.purpose = Purpose::misuse, .action = {}};
+}
+
+} // namespace
+
+CommandLine parseCommandLine(std::span<const char* const> arguments) {
+    return parse(withoutSession(arguments));
 }
 
 std::string usage() {

@@ -2,6 +2,7 @@
 #include "main/Messages.h"
 #include "main/Program.h"
 #include "main/Restart.h"
+#include "main/Surroundings.h"
 #include "model/CombinationText.h"
 #include "model/PreferencesMigration.h"
 #include "platform/freedesktop/bus/SessionBus.h"
@@ -18,6 +19,7 @@
 #include "platform/wayland/UnknownDesktop.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/x11/Desktop.h"
+#include "ui/icons/IconReader.h"
 
 #include <QApplication>
 
@@ -63,6 +65,12 @@ platform::LocalizedError noDesktop() {
             "設定してください。",
             "Shortcuts cannot be seen: no display can be reached. "
             "Start the program inside a graphical session, or set WAYLAND_DISPLAY or DISPLAY."};
+}
+
+platform::LocalizedError nameTaken() {
+    return {"他のプログラムがセッションバスで Hollowfernpike の名前を使用しているため、"
+            "ランチャーからは呼び出せません。",
+            "Another program has our name on the session bus, so launchers cannot call us."};
 }
 
 /// A Wayland session often has an X server as well, which does not see the keys.
@@ -161,16 +169,27 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
                 const std::string& openWindows) {
     qt::UserDefaults userDefaults(domain);
     PreferencesMigration::run(userDefaults, previousDomains);
+    using Publication = freedesktop::Instance::Publication;
     const auto request = requestFor(line);
     qt::TerminationSignals terminationSignals;
+    const auto busAddress = freedesktop::SessionBus::addressOfSession();
+    const bool busAnswers = freedesktop::SessionBus::answers(busAddress);
+    if (!busAnswers) {
+        hideSessionBus();
+    }
     QCoreApplication::setApplicationName("Hollowfernpike");
     QGuiApplication::setDesktopFileName(QString::fromUtf8(domain));
     ToolkitArguments arguments{.program = command, .platform = desktop.toolkitPlatform()};
     QApplication application(arguments.count, arguments.words.data());
-    const auto bus =
-        freedesktop::SessionBus::isKnown() ? std::make_unique<freedesktop::SessionBus>() : nullptr;
-    if (bus && !instance.publish(*bus, request)) {
+    const auto bus = busAddress.empty()
+                         ? nullptr
+                         : std::make_unique<freedesktop::SessionBus>(busAddress, busAnswers);
+    const auto publication = bus ? instance.publish(*bus, request) : Publication::done;
+    if (publication == Publication::handedOver) {
         return EXIT_SUCCESS;
+    }
+    if (publication == Publication::impossible) {
+        tell(nameTaken());
     }
     Program program(desktop, userDefaults, terminationSignals, bus.get(), openWindows);
     if (line.press && !Program::isBound(*line.press)) {
@@ -181,7 +200,12 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
         program.runLoop(),
         [&program](const freedesktop::InstanceRequest& asked) { program.perform(asked); },
         &Program::canPerform);
-    return program.run(ownRequest(line, request));
+    const int status = program.run(ownRequest(line, request));
+    constexpr std::chrono::milliseconds patienceWithIcons{200};
+    if (!stopReadingIcons(patienceWithIcons)) { // from a disk that does not answer
+        std::_Exit(status);
+    }
+    return status;
 }
 
 /// Null if another process has taken what this start is for, or nobody is left to quit.
@@ -194,6 +218,7 @@ int run(const CommandLine& line, const std::string& command) {
     ignoreSignals();
     freedesktop::settleBaseDirectories();
     surviveTheEndOfTheBus();
+    stayOnThisMachine();
     freedesktop::turnOffCoreFiles();
     const auto openWindows = stateBeforeRestart();
     try {
@@ -228,16 +253,18 @@ int run(const CommandLine& line, const std::string& command) {
 
 int main(int argc, char** argv) {
     using hollowfernpike::CommandLine;
+    hollowfernpike::openStandardDescriptors();
+    hollowfernpike::neverWaitForReaders();
     const auto line = hollowfernpike::parseCommandLine(
         std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(1));
     switch (line.purpose) {
     case CommandLine::Purpose::run:
         return hollowfernpike::run(line, argv[0]);
     case CommandLine::Purpose::help:
-        std::cout << hollowfernpike::usage();
+        std::cout << hollowfernpike::usage() << std::flush;
         return EXIT_SUCCESS;
     case CommandLine::Purpose::version:
-        std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION "\n";
+        std::cout << "hollowfernpike " HOLLOWFERNPIKE_VERSION << std::endl;
         return EXIT_SUCCESS;
     case CommandLine::Purpose::misuse:
         if (line.fault) {

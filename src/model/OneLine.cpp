@@ -5,10 +5,24 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 
 namespace hollowfernpike {
 
 namespace {
+
+struct Direction {
+    std::string_view character;
+    std::string_view escape;
+};
+
+// In bytes: written out, they would turn this source around.
+constexpr Direction directions[] = {
+    {"\xD8\x9C", "\\u061c"},     {"\xE2\x80\x8E", "\\u200e"}, {"\xE2\x80\x8F", "\\u200f"},
+    {"\xE2\x80\xAA", "\\u202a"}, {"\xE2\x80\xAB", "\\u202b"}, {"\xE2\x80\xAC", "\\u202c"},
+    {"\xE2\x80\xAD", "\\u202d"}, {"\xE2\x80\xAE", "\\u202e"}, {"\xE2\x81\xA6", "\\u2066"},
+    {"\xE2\x81\xA7", "\\u2067"}, {"\xE2\x81\xA8", "\\u2068"}, {"\xE2\x81\xA9", "\\u2069"},
+};
 
 std::string escaped(const char* format, unsigned value) {
     std::array<char, 16> buffer{};
@@ -56,6 +70,16 @@ std::string shown(std::string_view character) {
 }
 
 } // namespace
+
+std::string withoutDirections(std::string_view text) {
+    std::string plain;
+    while (!text.empty()) {
+        const auto character = takeCharacter(text);
+        const auto* const known = std::ranges::find(directions, character, &Direction::character);
+        plain += known == std::end(directions) ? character : known->escape;
+    }
+    return plain;
+}
 
 std::string oneLine(std::string_view text) {
     return excerpt(text, text.size());

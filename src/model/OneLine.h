@@ -13,4 +13,8 @@ std::string oneLine(std::string_view text);
 /// The same for the first `characters` code points, followed by "..." if some were left out.
 std::string excerpt(std::string_view text, std::size_t characters = 60);
 
+/// The text with an escape such as \u202e for each character that changes the direction of what
+/// follows: they could make "gpj.exe" read "exe.jpg". For names by which people decide.
+std::string withoutDirections(std::string_view text);
+
 } // namespace hollowfernpike

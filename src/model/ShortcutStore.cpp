@@ -108,8 +108,14 @@ void ShortcutStore::save() {
     try {
         fileManager_.writeFileAtomically(fileURL_,
                                          encodeShortcuts(shortcuts_, DocumentLayout::compact));
+        saveFailure_.reset();
     } catch (const platform::LocalizedError& error) {
         log(saveFailed, error.japanese());
+        const bool isFirst = !saveFailure_;
+        saveFailure_ = error;
+        if (isFirst) {
+            notificationCenter_.post(shortcutsWereNotSaved);
+        }
     }
 }
 

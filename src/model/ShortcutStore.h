@@ -17,6 +17,9 @@ namespace hollowfernpike {
 /// writing it has failed.
 inline constexpr std::string_view shortcutsDidChange = "shortcutsDidChange";
 
+/// Posted before that when writing has failed, unless it had failed for the change before as well.
+inline constexpr std::string_view shortcutsWereNotSaved = "shortcutsWereNotSaved";
+
 /// Owns the list of shortcuts and its file. Every change is written at once; if that fails, the
 /// change stays in memory and the failure is logged. Main thread only.
 class ShortcutStore {
@@ -27,6 +30,9 @@ public:
 
     const std::vector<AppShortcut>& shortcuts() const { return shortcuts_; }
     const std::filesystem::path& fileURL() const { return fileURL_; }
+
+    /// Why the last change is in memory alone; absent if it was written.
+    const std::optional<platform::LocalizedError>& saveFailure() const { return saveFailure_; }
 
     /// Appends the shortcut. If the list has one with the same key code and the same whole flag
     /// word, logs a warning and changes nothing instead.
@@ -60,6 +66,7 @@ private:
     std::ostream& standardOutput_;
     std::vector<AppShortcut> shortcuts_;
     std::filesystem::path fileURL_;
+    std::optional<platform::LocalizedError> saveFailure_;
 };
 
 } // namespace hollowfernpike

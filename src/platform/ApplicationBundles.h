@@ -34,6 +34,13 @@ struct InstalledApplication {
     FileIcon icon;
 };
 
+/// Whether an application would be opened now.
+enum class Standing : unsigned char {
+    fine,
+    gone,      ///< there is none at that place any more, or its program is missing
+    untrusted, ///< its file lies where anybody may put files, and could be anybody's work
+};
+
 /// Applications as files, and their icons. Main thread only.
 class ApplicationBundles : public Interface {
 public:
@@ -46,6 +53,9 @@ public:
 
     /// The icon of the application at `path`; an empty one if there is none to be read.
     virtual FileIcon iconForFile(const std::string& path) = 0;
+
+    /// Whether the application at `path` would be opened.
+    virtual Standing standingOf(const std::string& path) = 0;
 
     /// Those that the desktop offers to this user, in no particular order.
     virtual std::vector<InstalledApplication> installedApplications(std::string_view language) = 0;

@@ -15,6 +15,9 @@ namespace hollowfernpike::platform {
 /// What a tap delivers to its callback.
 using EventType = std::uint32_t;
 inline constexpr EventType eventKeyDown = 10;
+/// To a listen-only tap, without an event: what is typed from now on goes to others than the window
+/// of ours that had the keyboard focus, or to others than us at all.
+inline constexpr EventType eventTapFocusLost = 0xFFFFFFFD;
 inline constexpr EventType eventTapDisabledByTimeout = 0xFFFFFFFE;
 inline constexpr EventType eventTapDisabledByUserInput = 0xFFFFFFFF;
 

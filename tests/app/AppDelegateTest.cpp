@@ -4,6 +4,9 @@
 #include "hotkeys/Shortcuts.h"
 #include "support/fakes/FakeServices.h"
 
+#include <QApplication>
+#include <QMessageBox>
+
 #include <functional>
 
 #include <gmock/gmock.h>
@@ -158,6 +161,49 @@ TEST_F(AppDelegateTest, AChangeAfterTerminationFillsTheMapButSeesNoKeys) {
     EXPECT_THAT(*HotkeyManager::shared().shortcutMap(), SizeIs(1));
     EXPECT_THAT(HotkeyManager::shared().eventTap(), IsNull());
 }
+
+class UnsavedChangeTest : public AppDelegateTest,
+                          public testing::WithParamInterface<Language::Case> {
+protected:
+    static std::vector<const QMessageBox*> boxes() {
+        std::vector<const QMessageBox*> found;
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            const auto* box = qobject_cast<const QMessageBox*>(window);
+            if (box != nullptr && box->isVisible()) {
+                found.push_back(box);
+            }
+        }
+        return found;
+    }
+};
+
+TEST_P(UnsavedChangeTest, IsToldOfOnceInTheLanguageOfTheWindows) {
+    delegate.applicationDidFinishLaunching();
+    Language::setCurrent(GetParam());
+    desktop.fileManager.writeError = {"/full/shortcuts.json",
+                                      std::make_error_code(std::errc::no_space_on_device), "満杯",
+                                      "The disk is full"};
+    addShortcut("Editor", 0, command);
+    addShortcut("Browser", 1, command);
+    ASSERT_THAT(boxes(), SizeIs(1));
+    const auto& box = *boxes().front();
+    EXPECT_FALSE(box.isModal());
+    const bool english = GetParam() == Language::english;
+    EXPECT_EQ(box.text(),
+              english ? "The change could not be saved." : "変更を保存できませんでした。");
+    EXPECT_TRUE(box.informativeText().startsWith(english ? "The disk is full" : "満杯"));
+    EXPECT_TRUE(box.informativeText().endsWith(english
+                                                   ? "It lasts until the program ends."
+                                                   : "この変更はプログラムの終了時に失われます。"));
+    QMetaObject::invokeMethod(qApp, "aboutToQuit");
+    EXPECT_THAT(boxes(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, UnsavedChangeTest,
+                         testing::Values(Language::japanese, Language::english),
+                         [](const auto& test) {
+                             return test.param == Language::english ? "english" : "japanese";
+                         });
 
 } // namespace
 

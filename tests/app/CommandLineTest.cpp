@@ -30,6 +30,15 @@ TEST(CommandLineTest, ActionsOfLaunchers) {
     }
 }
 
+TEST(CommandLineTest, ASessionManagersIdentifierIsPassedOver) {
+    for (const auto& line : {parse({"-session", "10c0ffee_1"}), parse({"-session=10c0ffee_1"})}) {
+        EXPECT_EQ(line.purpose, Purpose::run);
+        EXPECT_EQ(line.action, "");
+    }
+    EXPECT_EQ(parse({"--action", "quitApp", "-session", "1"}).action, "quitApp");
+    EXPECT_EQ(parse({"-session"}).purpose, Purpose::misuse);
+}
+
 TEST(CommandLineTest, APressOfACombination) {
     const auto line = parse({"--press", "⌃⌥K"});
     EXPECT_EQ(line.purpose, Purpose::run);

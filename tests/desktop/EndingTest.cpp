@@ -75,6 +75,21 @@ TEST_F(EndingTest, KilledBeforeItGaveTheKeyboardBackItLeavesTheKeyboardUsable) {
     EXPECT_EQ(target.starts(), 0);
 }
 
+TEST_F(EndingTest, StoppedInMidPressItHoldsTheKeysUpAndLosesNone) {
+    story.utility().signal(SIGSTOP);
+    pressBound();
+    constexpr int letters = 5;
+    for (int letter = 0; letter < letters; ++letter) {
+        story.keyboard.strike({"AD01"});
+    }
+    releaseBound();
+    story.utility().signal(SIGCONT);
+    EXPECT_TRUE(waitUntil([&] { return target.starts() == 1; }));
+    const auto key = story.keyboard.keycode("AD01");
+    EXPECT_TRUE(waitUntil([&] { return front.downs(key) + target.downs(key) == letters; }));
+    EXPECT_TRUE(waitUntil([&] { return front.ups(key) + target.ups(key) == letters; }));
+}
+
 TEST_F(EndingTest, AProgramThatCrashesOnAKeyPressDoesNotDisturbIt) {
     auto& fragile = story.open("Fragile", {.options = {"--exit-on-key"}});
     story.keyboard.strike({"AD01"});

@@ -1,6 +1,7 @@
 #include "desktop/ActivationRequests.h"
 #include "desktop/FrontWatch.h"
 #include "desktop/Story.h"
+#include "faults/Footprint.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
@@ -47,42 +48,6 @@ std::size_t wantedPresses() {
     }
     constexpr auto step = parts * batch;
     return (presses + step - 1) / step * step;
-}
-
-/// What a process takes up.
-struct Footprint {
-    std::size_t memory = 0; ///< bytes of anonymous memory
-    std::size_t threads = 0;
-    std::size_t descriptors = 0;
-    std::size_t displayClients = 0;
-};
-
-std::size_t numberIn(const std::filesystem::path& file, const std::string& name) {
-    std::ifstream stream(file);
-    std::size_t number = 0;
-    for (std::string word; stream >> word;) {
-        if (word == name && stream >> number) {
-            return number;
-        }
-    }
-    throw std::runtime_error(name + " is not in " + file.string());
-}
-
-Footprint footprintOf(pid_t process, Pager& pager) {
-    const auto folder = std::filesystem::path("/proc") / std::to_string(process);
-    Footprint result;
-    result.memory = numberIn(folder / "smaps_rollup", "Anonymous:") * 1024;
-    result.threads = numberIn(folder / "status", "Threads:");
-    const std::filesystem::directory_iterator descriptors(folder / "fd");
-    result.descriptors = static_cast<std::size_t>(std::distance(begin(descriptors), {}));
-    result.displayClients = pager.clients(process);
-    return result;
-}
-
-std::ostream& operator<<(std::ostream& stream, const Footprint& footprint) {
-    return stream << footprint.memory << " bytes of memory, " << footprint.threads << " threads, "
-                  << footprint.descriptors << " descriptors, " << footprint.displayClients
-                  << " connections to the display";
 }
 
 class SoakTest : public testing::Test {

@@ -221,5 +221,25 @@ TEST_F(ShortcutStoreTest, ImportThatFailsHandsTheErrorOnAndChangesNothing) {
     EXPECT_EQ(output(), "");
 }
 
+TEST_F(ShortcutStoreTest, TellsOfTheFirstFailureOfEachStretch) {
+    int told = 0;
+    const auto observer =
+        services_.notificationCenter.observe(shortcutsWereNotSaved, [&] { ++told; });
+    store().add(a);
+    EXPECT_FALSE(store().saveFailure());
+    for (int stretch = 1; stretch <= 2; ++stretch) {
+        files_.writeError = FakeFileManager::error(std::errc::no_space_on_device, "満杯");
+        store().remove(a.id);
+        store().remove(a.id);
+        EXPECT_EQ(told, stretch);
+        ASSERT_TRUE(store().saveFailure());
+        EXPECT_EQ(store().saveFailure()->japanese(), "満杯");
+        files_.writeError.reset();
+        store().add(a);
+        EXPECT_FALSE(store().saveFailure());
+    }
+    EXPECT_EQ(told, 2);
+}
+
 } // namespace
 } // namespace hollowfernpike::test

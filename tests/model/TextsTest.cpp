@@ -100,5 +100,17 @@ TEST(Utf8Test, AcceptsTextWithoutBadBytes) {
     EXPECT_EQ(firstInvalidUtf8("plain text and 日本語, then 😀 and plain text again"), allValid);
 }
 
+TEST(OneLineTest, DirectionsOfWritingBecomeEscapesInNames) {
+    EXPECT_EQ(withoutDirections("\xE2\x80\xAE"
+                                "gpj.exe"),
+              "\\u202egpj.exe");
+    EXPECT_EQ(withoutDirections("a\xE2\x81\xA6"
+                                "b\xE2\x81\xA9 \xE2\x80\x8F"),
+              "a\\u2066b\\u2069 \\u200f");
+    for (const auto* name : {"", "メール & Ü", "שלום", "\xff broken", "e\u0301"}) {
+        EXPECT_EQ(withoutDirections(name), name);
+    }
+}
+
 } // namespace
 } // namespace hollowfernpike::test

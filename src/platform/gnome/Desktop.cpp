@@ -79,8 +79,8 @@ private:
 // The shell's library for compositors is the base of other shells, too.
 std::unique_ptr<platform::FoundDesktop>
 findDesktop(std::unique_ptr<wayland::Connection>& connection) {
-    if (connection->compositorName() != "gnome-shell" || !freedesktop::SessionBus::isKnown() ||
-        !isExtensionInstalled()) {
+    if (connection->compositorName() != "gnome-shell" ||
+        freedesktop::SessionBus::addressOfSession().empty() || !isExtensionInstalled()) {
         return nullptr;
     }
     return std::make_unique<wayland::FoundDesktop>(

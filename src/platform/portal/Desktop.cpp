@@ -118,7 +118,7 @@ private:
 std::unique_ptr<platform::FoundDesktop>
 findDesktop(std::unique_ptr<wayland::Connection>& connection) {
     const char* const session = std::getenv("XDG_CURRENT_DESKTOP");
-    if (session == nullptr || !freedesktop::SessionBus::isKnown() ||
+    if (session == nullptr || freedesktop::SessionBus::addressOfSession().empty() ||
         !bindsKeysHere(portalFor(shortcutsInterface, session), connection->compositorName())) {
         return nullptr;
     }

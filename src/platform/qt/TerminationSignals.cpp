@@ -2,33 +2,62 @@
 
 #include "platform/freedesktop/files/SystemCall.h"
 
+#include <atomic>
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <utility>
 
-#include <sys/signalfd.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace hollowfernpike::qt {
 
-TerminationSignals::TerminationSignals() {
-    sigset_t signals{};
-    sigemptyset(&signals);
+namespace {
+
+constexpr unsigned secondsToLeave = 5;
+
+std::atomic<int> arrivalsOfSignals = -1;
+
+/// May interrupt any thread at any place, so it calls nothing that is not made for that.
+void noteSignal(int /*number*/) {
+    const int before = errno;
+    ::alarm(secondsToLeave); // SIGALRM ends the process
+    constexpr std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = ::write(arrivalsOfSignals, &one, sizeof one);
+    errno = before;
+}
+
+void handleBy(void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        sigaddset(&signals, number);
+        ::sigaction(number, &action, nullptr);
     }
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    descriptor_ = freedesktop::Descriptor{
-        freedesktop::checked(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK))};
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals()
+    : arrivals_(freedesktop::checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))) {
+    arrivalsOfSignals = arrivals_.get();
+    handleBy(noteSignal);
+}
+
+TerminationSignals::~TerminationSignals() {
+    handleBy(SIG_DFL);
+    ::alarm(0);
 }
 
 void TerminationSignals::watch(platform::RunLoop& runLoop, std::function<void()> onSignal) {
-    watch_ = runLoop.watchReadable(
-        descriptor_.get(), [descriptor = descriptor_.get(), onSignal = std::move(onSignal)] {
-            signalfd_siginfo signal{};
-            while (::read(descriptor, &signal, sizeof signal) == sizeof signal) {
-                onSignal();
-            }
-        });
+    watch_ = runLoop.watchReadable(arrivals_.get(),
+                                   [arrivals = arrivals_.get(), onSignal = std::move(onSignal)] {
+                                       std::uint64_t count = 0;
+                                       if (::read(arrivals, &count, sizeof count) == sizeof count) {
+                                           onSignal();
+                                       }
+                                   });
 }
 
 } // namespace hollowfernpike::qt

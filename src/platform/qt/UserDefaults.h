@@ -4,12 +4,15 @@
 
 #include <QSettings>
 
+#include <memory>
+
 namespace hollowfernpike::qt {
 
 /// Settings in INI files, one for each domain: "<domain>.conf" in the user's configuration
 /// directory. A key that is missing there is looked up in the files of the same name for all users
 /// ($XDG_CONFIG_DIRS). Texts, numbers and truth values are all written as text. Keys lie in the
-/// group "General".
+/// group "General". A file that is none, such as a pipe, is passed over; in the place of the user's
+/// own one, nothing is kept.
 class UserDefaults final : public platform::UserDefaults {
 public:
     /// `domain` is our own.
@@ -23,7 +26,7 @@ public:
     persistentDomainForName(std::string_view name) override;
 
 private:
-    QSettings settings_;
+    std::unique_ptr<QSettings> settings_;
 };
 
 } // namespace hollowfernpike::qt

@@ -22,7 +22,15 @@ xcb_connection_t* toolkitConnection() {
 
 class Desktop final : public platform::Desktop {
 public:
-    explicit Desktop(platform::DesktopHost host) : host_(std::move(host)) {}
+    explicit Desktop(platform::DesktopHost host) : host_(std::move(host)) {
+        const auto* const toolkit = xcb_get_setup(toolkitConnection());
+        const auto client = [mask = toolkit->resource_id_mask](std::uint32_t resource) {
+            return resource & ~mask;
+        };
+        eventTaps_.setOwnWindows([client, ours = toolkit->resource_id_base](xcb_window_t window) {
+            return client(window) == ours;
+        });
+    }
 
     std::optional<platform::Distrust> trustProblem() override {
         const auto problem = findTrustProblem(Connection::open().get());

@@ -4,17 +4,14 @@
 
 #include <QAbstractListModel>
 #include <QIcon>
-#include <QTimer>
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <vector>
 
 namespace hollowfernpike {
 
-/// Applications found by a text, as rows with icon and name. Icons are read after they are first
-/// asked for, in slices of 8 ms, so that a long list opens at once. Main thread only.
+/// Applications found by a text, as rows with icon and name. Main thread only.
 class ApplicationListModel final : public QAbstractListModel {
 public:
     explicit ApplicationListModel(ApplicationSearch search, QObject* parent = nullptr);
@@ -33,15 +30,10 @@ public:
 
 private:
     const platform::InstalledApplication& applicationAt(int row) const;
-    QIcon iconOf(std::size_t application) const;
-    void readIcons();
 
     ApplicationSearch search_;
     std::vector<std::size_t> rows_;
-    QIcon placeholder_;
-    std::map<std::size_t, QIcon> icons_;
-    mutable std::vector<std::size_t> wantedIcons_;
-    mutable QTimer iconTimer_;
+    std::vector<QIcon> icons_; ///< of all applications
 };
 
 } // namespace hollowfernpike

@@ -9,7 +9,7 @@
 #include "ui/parts/Sheets.h"
 #include "ui/parts/SystemColors.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -69,6 +69,19 @@ void KeyRecorderView::changeEvent(QEvent* event) {
         layOut();
     }
     QWidget::changeEvent(event);
+}
+
+// Whether another program has the focus is for the tap to tell: the toolkit takes a window for
+// inactive, too, while a window manager holds the Super key.
+bool KeyRecorderView::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate && QApplication::activeWindow() != nullptr) {
+        abandonRecording();
+    }
+    return QWidget::event(event);
+}
+
+void KeyRecorderView::hideEvent(QHideEvent*) {
+    abandonRecording();
 }
 
 void KeyRecorderView::paintEvent(QPaintEvent*) {

@@ -59,6 +59,7 @@ void KeyRecorderView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void KeyRecorderView::startRecording() {
+    ++recordings_;
     showRecording(true);
     setLabel(localized("キーを入力してください...", "Press a key..."));
     bringToFront();
@@ -97,6 +98,11 @@ bool KeyRecorderView::installEventTap() {
     runLoopSource_->addToMainRunLoop();
     eventTap_->enable(true);
     return true;
+}
+
+void KeyRecorderView::abandonRecording() {
+    ++recordings_;
+    stopRecording();
 }
 
 void KeyRecorderView::stopRecording() {
@@ -184,10 +190,16 @@ const platform::KeyEvent* keyRecorderEventTapCallback(platform::EventTap* /*prox
         if (platform::EventTap* const tap = view->eventTap()) {
             tap->enable(true);
         }
+    } else if (type == platform::eventTapFocusLost) {
+        view->abandonRecording();
     } else if (type == platform::eventKeyDown) {
         platform::services().mainQueue.async(
-            [view = view->shared_from_this(), keyCode = platform::checkedKeyCode(*event),
-             flags = event->flags] { view->handleCapturedKey(keyCode, flags); });
+            [view = view->shared_from_this(), recording = view->recordings_,
+             keyCode = platform::checkedKeyCode(*event), flags = event->flags] {
+                if (recording == view->recordings_) {
+                    view->handleCapturedKey(keyCode, flags);
+                }
+            });
     }
     return event;
 }

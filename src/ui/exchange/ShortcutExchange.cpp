@@ -1,7 +1,10 @@
 #include "ui/exchange/ShortcutExchange.h"
 
 #include "app/Language.h"
+#include "model/OneLine.h"
 #include "model/ShortcutStore.h"
+#include "model/document/ShortcutDecoder.h"
+#include "platform/ApplicationBundles.h"
 #include "platform/FileManager.h"
 #include "platform/Services.h"
 #include "ui/icons/Symbols.h"
@@ -55,10 +58,40 @@ Alert importSucceeded() {
                                  "Shortcuts imported successfully.")};
 }
 
-Alert importQuestion() {
+/// Names the entries that would not be opened; empty if there are none, or the document is no list.
+std::string warningAbout(const std::string& document) {
+    constexpr std::size_t mostNamed = 10;
+    std::size_t count = 0;
+    std::string names;
+    try {
+        for (const auto& shortcut : decodeShortcuts(document)) {
+            auto& bundles = platform::services().applicationBundles;
+            if (bundles.standingOf(shortcut.appPath) == platform::Standing::untrusted &&
+                ++count <= mostNamed) {
+                names += '\n' + oneLine(shortcut.appName + " (" + shortcut.appPath + ')');
+            }
+        }
+    } catch (const platform::LocalizedError&) {
+        return {}; // told when the list is to be replaced
+    }
+    if (count > mostNamed) {
+        const auto rest = std::to_string(count - mostNamed);
+        names += localized("\n他 " + rest + " 件", "\nand " + rest + " more");
+    }
+    return count == 0
+               ? std::string{}
+               : localized(
+                     "\n\nアプリケーションフォルダの外にあり、信頼されていないため起動されません:",
+                     "\n\nThese lie outside of the applications folders and are not trusted, "
+                     "so they will not be opened:") +
+                     names;
+}
+
+Alert importQuestion(const std::string& document) {
     return {.message = localized("ショートカットをインポートしますか？", "Import Shortcuts?"),
             .informativeText = localized("現在のショートカット設定はすべて上書きされます。",
-                                         "All current shortcut settings will be replaced."),
+                                         "All current shortcut settings will be replaced.") +
+                               warningAbout(document),
             .buttons = {"OK", localized("キャンセル", "Cancel")}};
 }
 
@@ -91,7 +124,7 @@ void read(const std::filesystem::path& file, const ExchangePresentation& present
         tellFailure(localized("インポートに失敗しました。", "Failed to import shortcuts."), &error);
         return;
     }
-    presentation.ask(importQuestion(), [document, presentation](int button) {
+    presentation.ask(importQuestion(document), [document, presentation](int button) {
         if (button == 0) {
             replaceList(document, presentation);
         }

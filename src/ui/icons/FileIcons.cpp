@@ -2,45 +2,29 @@
 
 #include "platform/Services.h"
 #include "ui/icons/DrawnIcon.h"
+#include "ui/icons/IconReader.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
+#include <QPixmapCache>
+#include <QStyle>
+#include <QStyleOption>
 
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <utility>
+#include <vector>
+
+#include <private/qiconloader_p.h>
 
 namespace hollowfernpike {
 
 namespace {
-
-class LazyIconEngine final : public QIconEngine {
-public:
-    explicit LazyIconEngine(std::string path) : path_(std::move(path)) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
-               QIcon::State state) override {
-        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        return icon().pixmap(size, 1.0, mode, state);
-    }
-
-    QIconEngine* clone() const override { return new LazyIconEngine(*this); }
-
-private:
-    const QIcon& icon() {
-        if (icon_.isNull()) {
-            icon_ = iconForFile(path_);
-        }
-        return icon_;
-    }
-
-    std::string path_;
-    QIcon icon_;
-};
 
 void drawWindow(QPainter& painter, const QRectF& square, QIcon::Mode mode) {
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
@@ -58,32 +42,117 @@ void drawWindow(QPainter& painter, const QRectF& square, QIcon::Mode mode) {
     painter.strokePath(outline, QPen(palette.color(group, QPalette::WindowText), unit / 2));
 }
 
-/// Tries to draw it, because an icon that has a name and a size may still be an unreadable file.
-bool showsSomething(const QIcon& icon) {
-    return !icon.isNull() && !icon.pixmap(QSize(32, 32), 1.0).isNull();
+/// The theme's file for this size. Empty if there is none, also for a name that would lead out of
+/// the theme's folders.
+std::string themeFile(const std::string& name, const QSize& size) {
+    if (name.empty() || name.find('/') != std::string::npos) {
+        return {};
+    }
+    const auto found = QIconLoader::instance()->loadIcon(QString::fromStdString(name));
+    const auto* const entry = QIconLoaderEngine::entryForSize(found, size);
+    return entry == nullptr ? std::string{} : entry->filename.toStdString();
 }
 
-QIcon fromTheme(const std::string& name) {
-    return name.empty() ? QIcon() : QIcon::fromTheme(QString::fromStdString(name));
+/// The files that may hold the icon, best first.
+std::vector<std::string> filesOf(const platform::FileIcon& icon, const QSize& size) {
+    std::vector<std::string> files{themeFile(icon.themeName, size), icon.imageFile,
+                                   themeFile("application-x-executable", size)};
+    std::erase(files, std::string{});
+    return files;
 }
 
-QIcon fromImage(const std::string& file) {
-    return file.empty() ? QIcon() : QIcon(QString::fromStdString(file));
-}
+/// What copies of one icon share: where it comes from, and its image in each size that was drawn.
+class FileImages : public std::enable_shared_from_this<FileImages> {
+public:
+    using Source = std::function<platform::FileIcon()>;
+
+    explicit FileImages(Source source) : source_(std::move(source)) {}
+
+    /// As far as it is known. Null until it has been read, unless another icon of these files has
+    /// been, and where there is none to be read.
+    QPixmap pixmap(const QSize& size) {
+        const auto [known, isNew] = pixmaps_.try_emplace({size.width(), size.height()});
+        if (isNew && !size.isEmpty()) {
+            read(size, known->second);
+        }
+        return known->second;
+    }
+
+private:
+    void read(const QSize& size, QPixmap& pixmap) {
+        if (!icon_) {
+            icon_ = source_();
+        }
+        auto files = filesOf(*icon_, size);
+        const QString key = keyFor(files, size);
+        QPixmapCache::find(key, &pixmap);
+        readIcon(std::move(files), size,
+                 [images = weak_from_this(), size, key](const QImage& image) {
+                     if (const auto alive = images.lock()) {
+                         alive->take(size, key, image);
+                     }
+                 });
+    }
+
+    void take(const QSize& size, const QString& key, const QImage& image) {
+        const auto pixmap = QPixmap::fromImage(image);
+        pixmaps_[{size.width(), size.height()}] = pixmap;
+        QPixmapCache::insert(key, pixmap);
+        for (QWidget* const widget : QApplication::allWidgets()) {
+            widget->update();
+        }
+    }
+
+    static QString keyFor(const std::vector<std::string>& files, const QSize& size) {
+        QString key = QString::number(size.width()) + 'x' + QString::number(size.height());
+        for (const auto& file : files) {
+            key += '\n' + QString::fromStdString(file);
+        }
+        return key;
+    }
+
+    Source source_;
+    std::optional<platform::FileIcon> icon_;
+    std::map<std::pair<int, int>, QPixmap> pixmaps_;
+};
+
+class FileIconEngine final : public QIconEngine {
+public:
+    explicit FileIconEngine(FileImages::Source source)
+        : images_(std::make_shared<FileImages>(std::move(source))) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
+               QIcon::State state) override {
+        const qreal scale = painter->device()->devicePixelRatio();
+        QPixmap drawn = pixmap(rect.size() * scale, mode, state);
+        drawn.setDevicePixelRatio(scale);
+        QRectF target(QPointF(), drawn.deviceIndependentSize());
+        target.moveCenter(QRectF(rect).center());
+        painter->drawPixmap(target.topLeft(), drawn);
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        const QPixmap image = images_->pixmap(size);
+        if (image.isNull()) {
+            return genericApplicationIcon().pixmap(size, 1.0, mode);
+        }
+        QStyleOption option;
+        option.palette = QGuiApplication::palette();
+        return mode == QIcon::Normal
+                   ? image
+                   : QApplication::style()->generatedIconPixmap(mode, image, &option);
+    }
+
+    QIconEngine* clone() const override { return new FileIconEngine(*this); }
+
+private:
+    std::shared_ptr<FileImages> images_;
+};
 
 } // namespace
 
 QIcon iconFor(const platform::FileIcon& icon) {
-    if (QIcon themed = fromTheme(icon.themeName); showsSomething(themed)) {
-        return themed;
-    }
-    if (QIcon image = fromImage(icon.imageFile); showsSomething(image)) {
-        return image;
-    }
-    if (QIcon executable = fromTheme("application-x-executable"); showsSomething(executable)) {
-        return executable;
-    }
-    return genericApplicationIcon();
+    return QIcon(new FileIconEngine([icon] { return icon; }));
 }
 
 QIcon iconForFile(const std::string& path) {
@@ -95,7 +164,9 @@ QIcon genericApplicationIcon() {
 }
 
 QIcon lazyIconForFile(std::string path) {
-    return QIcon(new LazyIconEngine(std::move(path)));
+    return QIcon(new FileIconEngine([path = std::move(path)] {
+        return platform::services().applicationBundles.iconForFile(path);
+    }));
 }
 
 } // namespace hollowfernpike

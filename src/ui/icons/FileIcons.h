@@ -8,18 +8,19 @@
 
 namespace hollowfernpike {
 
-/// From the user's icon theme, else from the icon's own image, else a generic one. Reads files.
+/// From the user's icon theme, else from the icon's own image, else a generic one. Its files are
+/// read off the main thread once it is drawn; until then it is generic. All windows are drawn again
+/// when it is there. Main thread only, like all of these.
 QIcon iconFor(const platform::FileIcon& icon);
 
 /// The icon of the application at `path`.
 QIcon iconForFile(const std::string& path);
 
 /// A window without contents, in the colours of the palette, drawn at the size that is asked for.
-/// Main thread only.
 QIcon genericApplicationIcon();
 
 /// The icon of the application at `path`, looked up when it is first drawn, because most icons of a
-/// long list are never seen. platform::services() must be set then. Main thread only.
+/// long list are never seen. platform::services() must be set then.
 QIcon lazyIconForFile(std::string path);
 
 } // namespace hollowfernpike

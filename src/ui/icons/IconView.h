@@ -19,9 +19,17 @@ public:
         update();
     }
 
+    /// A dimmed icon is of something that cannot be used.
+    bool isDimmed() const { return isDimmed_; }
+    void setDimmed(bool isDimmed) {
+        isDimmed_ = isDimmed;
+        update();
+    }
+
 private:
     void paintEvent(QPaintEvent*) override {
-        const QPixmap pixmap = icon_.pixmap(size(), devicePixelRatioF());
+        const QPixmap pixmap =
+            icon_.pixmap(size(), devicePixelRatioF(), isDimmed_ ? QIcon::Disabled : QIcon::Normal);
         if (pixmap.isNull()) {
             return;
         }
@@ -34,6 +42,7 @@ private:
     }
 
     QIcon icon_;
+    bool isDimmed_ = false;
 };
 
 } // namespace hollowfernpike

@@ -2,6 +2,7 @@
 
 #include "ui/parts/MessageBox.h"
 
+#include <QCoreApplication>
 #include <QPushButton>
 
 #include <algorithm>
@@ -55,6 +56,14 @@ int Alert::runModal() const {
     AlertBox box(*this, nullptr);
     box.exec();
     return box.pressedButton();
+}
+
+void Alert::show() const {
+    auto* box = new AlertBox(*this, nullptr);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, box, [box] { delete box; });
+    box->show();
 }
 
 void Alert::beginSheet(QWidget& window, Completion completion) const {

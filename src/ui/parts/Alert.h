@@ -31,6 +31,10 @@ struct Alert {
     /// last button's if the program ends first.
     int runModal() const;
 
+    /// Shows the alert by itself, beside the other windows, and returns at once. It is gone at the
+    /// program's end at the latest.
+    void show() const;
+
     /// Shows the alert on `window`, which takes no input until it is answered, and returns at once.
     /// The alert is gone when `completion` runs, in a later turn of the main loop; if `window` is
     /// destroyed before that, `completion` never runs.

@@ -1,6 +1,7 @@
 #include "ui/parts/AppName.h"
 
 #include "app/Language.h"
+#include "model/OneLine.h"
 #include "platform/ApplicationBundles.h"
 #include "platform/Services.h"
 #include "ui/parts/Labels.h"
@@ -10,11 +11,11 @@ namespace hollowfernpike {
 QString shownAppName(const std::string& path, const std::string& storedName) {
     const auto name =
         platform::services().applicationBundles.displayName(path, Language::current().rawValue());
-    return QString::fromStdString(name.empty() ? storedName : name);
+    return QString::fromStdString(withoutDirections(name.empty() ? storedName : name));
 }
 
 void showAppName(FittingLabel& label, const std::string& path, const std::string& storedName) {
-    const auto stored = QString::fromStdString(storedName);
+    const auto stored = QString::fromStdString(withoutDirections(storedName));
     label.setText(shownAppName(path, storedName));
     label.setToolTip(label.text() == stored ? QString() : stored.toHtmlEscaped());
 }

@@ -1,6 +1,8 @@
 #include "ui/window/ShortcutCardView.h"
 
 #include "app/Language.h"
+#include "platform/ApplicationBundles.h"
+#include "platform/Services.h"
 #include "ui/icons/FileIcons.h"
 #include "ui/icons/IconView.h"
 #include "ui/icons/SymbolButton.h"
@@ -19,6 +21,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace hollowfernpike {
 
@@ -72,6 +75,8 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
     hotkeyBadge_->setAccessibleDescription(
         combinationInWords(shortcut.keyCode, shortcut.modifierFlags));
     hotkeyBadge_->setToolTip(hotkeyBadge_->accessibleDescription().toHtmlEscaped());
+    unseenPath_ = shortcut.appPath;
+    update();
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }
@@ -79,7 +84,8 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
 void ShortcutCardView::setNotice(const QString& notice) {
     const auto words = hotkeyBadge_->accessibleDescription().toHtmlEscaped();
     hotkeyBadge_->setToolTip(notice.isEmpty() ? words : words + "<br>" + notice.toHtmlEscaped());
-    setAccessibleDescription(notice);
+    notice_ = notice;
+    describe();
     if (noticeSign_ == nullptr && !notice.isEmpty()) {
         makeNoticeSign();
     }
@@ -119,6 +125,32 @@ void ShortcutCardView::keyPressEvent(QKeyEvent* event) {
     default:
         QWidget::keyPressEvent(event);
     }
+}
+
+// Once the card is seen, as the icon: most cards of a long list never are.
+void ShortcutCardView::showStanding() {
+    using platform::Standing;
+    if (unseenPath_.empty()) {
+        return;
+    }
+    const auto standing =
+        platform::services().applicationBundles.standingOf(std::exchange(unseenPath_, {}));
+    iconView_->setDimmed(standing != Standing::fine);
+    iconView_->setToolTip(
+        standing == Standing::fine ? QString()
+        : standing == Standing::gone
+            ? localized("このアプリはもうありません。", "This application is gone.")
+            : localized(
+                  "アプリケーションフォルダの外にあり、信頼されていないため起動されません。",
+                  "It lies outside of the applications folders and is not trusted, so it will not "
+                  "be opened."));
+    describe();
+}
+
+void ShortcutCardView::describe() {
+    QStringList words{iconView_->toolTip(), notice_};
+    words.removeAll(QString());
+    setAccessibleDescription(words.join(' '));
 }
 
 void ShortcutCardView::editTapped() {
@@ -165,6 +197,7 @@ void ShortcutCardView::placeViews() {
 }
 
 void ShortcutCardView::paintEvent(QPaintEvent*) {
+    showStanding();
     constexpr qreal cornerRadius = 8;
     const qreal scale = devicePixelRatioF();
     const qreal border = std::max<qreal>(1, std::floor(scale)) / scale; // whole device pixels

@@ -65,7 +65,11 @@ private:
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
     void makeNoticeSign();
+    void showStanding();
+    void describe();
 
+    std::string unseenPath_; ///< of the application, until the card is painted
+    QString notice_;
     IconView* iconView_;
     FittingLabel* appNameLabel_;
     HotkeyBadge* hotkeyBadge_;

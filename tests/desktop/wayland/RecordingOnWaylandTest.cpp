@@ -107,6 +107,14 @@ TEST_F(RecordingOnWaylandTest, TheDesktopHasItsCombinationsBackWhenTheProgramIsK
     EXPECT_TRUE(desktopHasItsOwn());
 }
 
+TEST_F(RecordingOnWaylandTest, AnotherWindowInFrontEndsTheRecording) {
+    const auto editor = dialogComes(editTitle);
+    reader.find(editor, "push button", "停止");
+    ASSERT_TRUE(story.switchTo(front));
+    reader.find(editor, "push button", words.record);
+    EXPECT_TRUE(hasRecorded());
+}
+
 TEST_F(RecordingOnWaylandTest, AnotherWindowInFrontKeepsItsKeys) {
     ASSERT_TRUE(story.switchTo(front));
     EXPECT_TRUE(desktopHasItsOwn());

@@ -13,7 +13,8 @@ using namespace test;
 using nlohmann::json;
 
 constexpr std::size_t kilobyte = 1000;
-constexpr std::size_t many = 20'000; // of kilobytes
+constexpr std::size_t many = 12'000; // of kilobytes
+constexpr std::size_t tooMany = 17'000;
 
 /// Two shortcuts are there, and files that are no lists of shortcuts, or hard to read.
 class ImportingTest : public TwoShortcutsTest {
@@ -100,6 +101,14 @@ TEST_F(ImportingTest, ManyMegabytesAroundAListAreNoObstacle) {
     EXPECT_TRUE(agreement.on({{feldspar, second}}));
     EXPECT_TRUE(story.brings(feldspar, story.front, second));
     EXPECT_TRUE(story.passes(story.front, first.keys()));
+}
+
+TEST_F(ImportingTest, AFileOfMoreThanSixteenMegabytesIsReportedBeforeAnyQuestion) {
+    write(std::string(tooMany * kilobyte, '['));
+    story.enterPath(story.clickImport(), file);
+    expectAlert(story.comes(story.titles.alert), "インポートに失敗しました。");
+    story.managementComes();
+    EXPECT_EQ(story.list(), json(before));
 }
 
 TEST_F(ImportingTest, AFileThatMayNotBeReadIsReportedBeforeAnyQuestion) {

@@ -118,7 +118,15 @@ TEST_F(InstanceServiceTest, ANameThatIsTakenIsLeftToItsOwner) {
     auto owner = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), "owner");
     ASSERT_TRUE(owner.registerService(busName));
     EXPECT_EQ(service_.publish(), InstanceService::Outcome::taken);
-    EXPECT_FALSE(service_.handOver({"show", ""})) << "this owner is another program";
+    EXPECT_FALSE(service_.handOver({"show", ""})) << "this owner does not answer";
+}
+
+TEST_F(InstanceServiceTest, KnowsWhetherTheNameIsWithAProcessOfThisProgram) {
+    auto owner = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()), "owner");
+    ASSERT_TRUE(owner.registerService(busName));
+    EXPECT_TRUE(service_.isOwnerOneOfUs());
+    ASSERT_TRUE(owner.unregisterService(busName));
+    EXPECT_FALSE(service_.isOwnerOneOfUs()) << "nobody has it";
 }
 
 TEST_F(InstanceServiceTest, WithoutABusThereIsNoService) {

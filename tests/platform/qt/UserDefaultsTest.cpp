@@ -13,6 +13,7 @@
 #include <string>
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,6 +27,13 @@ using testing::Optional;
 
 constexpr std::string_view domain = "org.example.Ours";
 constexpr std::string_view oldDomain = "org.example.Old";
+
+/// Files and folders as others would see them.
+mode_t modeOf(const std::filesystem::path& path) {
+    struct stat status = {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+    return status.st_mode & 0777U;
+}
 
 class UserDefaultsTest : public testing::Test {
 protected:
@@ -221,6 +229,14 @@ TEST_F(UserDefaultsTest, LeavesWhatItDoesNotKnowInTheFile) {
     write(fileIn(userDirectory(), domain), "other=kept\n");
     qt::UserDefaults(domain).setString("en", "AppLanguage");
     EXPECT_THAT(contentsOf(fileIn(userDirectory(), domain)), HasSubstr("other=kept"));
+}
+
+TEST_F(UserDefaultsTest, WhatItMakesIsPrivateToTheUserWhateverTheUmask) {
+    const mode_t before = ::umask(0);
+    qt::UserDefaults(domain).setString("en", "AppLanguage");
+    EXPECT_EQ(modeOf(userDirectory()), 0700U);
+    EXPECT_EQ(modeOf(fileIn(userDirectory(), domain)), 0600U);
+    EXPECT_EQ(::umask(before), 0U) << "programs that are launched have the user's";
 }
 
 } // namespace

@@ -17,6 +17,7 @@ public:
     std::map<std::string, platform::FileIcon> icons;
     std::map<std::pair<std::string, std::string>, std::string>
         displayNames; ///< by path and language
+    std::map<std::string, platform::Standing> standings; ///< of those that are not fine
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;
     std::string askedLanguage;             ///< of the latest listing
@@ -38,6 +39,11 @@ public:
         iconsAsked.insert(path);
         const auto found = icons.find(path);
         return found == icons.end() ? platform::FileIcon{} : found->second;
+    }
+
+    platform::Standing standingOf(const std::string& path) override {
+        const auto found = standings.find(path);
+        return found == standings.end() ? platform::Standing::fine : found->second;
     }
 
     std::vector<platform::InstalledApplication>

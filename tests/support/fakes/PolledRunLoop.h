@@ -39,6 +39,9 @@ public:
 
     std::size_t watched() const { return watches_->size(); }
 
+    /// How often a handler was called.
+    std::size_t served() const { return served_; }
+
 private:
     struct Watch {
         int descriptor;
@@ -71,6 +74,7 @@ private:
             const auto watch = watches_->find(keys[at]);
             if (descriptors[at].revents != 0 && watch != watches_->end()) {
                 const auto handler = watch->second.onReadable;
+                ++served_;
                 handler();
             }
         }
@@ -78,6 +82,7 @@ private:
 
     std::shared_ptr<Watches> watches_ = std::make_shared<Watches>();
     int lastKey_ = 0;
+    std::size_t served_ = 0;
 };
 
 } // namespace hollowfernpike::test

@@ -291,9 +291,7 @@ TEST_F(RecordingOnDesktopTest, ReturnReachesTheWindowWhileRecording) {
     keyboard_.strike({"RTRN"});
     EXPECT_TRUE(eventually([&] { return sheet_.expired(); }));
     ASSERT_THAT(saved_, SizeIs(1));
-    ASSERT_FALSE(recorder.expired());
-    keyboard_.strike({"ESC"});
-    EXPECT_TRUE(eventually([&] { return recorder.expired(); }));
+    EXPECT_TRUE(eventually([&] { return recorder.expired(); })) << "it ends with its window";
 }
 
 } // namespace

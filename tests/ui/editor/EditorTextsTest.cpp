@@ -3,6 +3,7 @@
 #include "support/TemporaryDirectory.h"
 #include "ui/icons/FileIcons.h"
 #include "ui/icons/IconView.h"
+#include "ui/icons/ReadIcons.h"
 
 #include <gmock/gmock.h>
 
@@ -119,7 +120,10 @@ protected:
 
     /// The picture on the window, as it is painted.
     static QImage shownIcon(AddEditShortcutSheet& sheet) {
-        return find<IconView>(sheet, "step1AppIconView").grab().toImage();
+        auto& view = find<IconView>(sheet, "step1AppIconView");
+        view.grab();
+        awaitIcons();
+        return view.grab().toImage();
     }
 
     static QColor shownColor(AddEditShortcutSheet& sheet) {

@@ -12,6 +12,7 @@ namespace {
 
 using platform::eventTapDisabledByTimeout;
 using platform::eventTapDisabledByUserInput;
+using platform::eventTapFocusLost;
 using platform::EventTapOptions;
 using platform::KeyEvent;
 using testing::Contains;
@@ -202,6 +203,55 @@ TEST_F(KeyRecorderTapTest, EscapeThatWasAlreadyOnItsWayChangesNothing) {
     EXPECT_EQ(view_->capturedKeyCode(), keyA);
     EXPECT_THAT(recorded_, ElementsAre(Pair(keyA, command)));
     EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(KeyRecorderTapTest, EndsWhenTheKeysGoToOthers) {
+    view_->toggleRecording();
+    tap().deliver(eventTapFocusLost, nullptr);
+    EXPECT_FALSE(view_->isRecording());
+    EXPECT_EQ(services_.eventTaps.tap(), nullptr);
+    EXPECT_EQ(label(), "クリックして記録");
+    EXPECT_EQ(button().text(), "記録");
+}
+
+TEST_F(KeyRecorderTapTest, APressUnderWayIsNotTakenOnceTheKeysGoToOthers) {
+    view_->toggleRecording();
+    tap().press(keyA, shift);
+    tap().deliver(eventTapFocusLost, nullptr);
+    services_.mainQueue.runDue();
+    EXPECT_THAT(recorded_, IsEmpty());
+    EXPECT_FALSE(view_->capturedKeyCode());
+    view_->toggleRecording();
+    strike(keyB, command);
+    EXPECT_THAT(recorded_, ElementsAre(Pair(keyB, command)));
+}
+
+TEST_F(KeyRecorderTapTest, EndsWhenItIsHidden) {
+    QWidget window;
+    view_->setParent(&window);
+    window.show();
+    view_->toggleRecording();
+    tap().press(keyA, shift);
+    window.hide();
+    EXPECT_FALSE(view_->isRecording());
+    services_.mainQueue.runDue();
+    EXPECT_THAT(recorded_, IsEmpty());
+    view_->setParent(nullptr);
+}
+
+TEST_F(KeyRecorderTapTest, EndsWhenAnotherOfOurWindowsIsActive) {
+    QWidget window;
+    QWidget another;
+    view_->setParent(&window);
+    another.show();
+    window.show();
+    activate(window);
+    view_->toggleRecording();
+    turn();
+    ASSERT_TRUE(view_->isRecording());
+    activate(another);
+    EXPECT_TRUE(eventually([&] { return !view_->isRecording(); }));
+    view_->setParent(nullptr);
 }
 
 TEST_F(KeyRecorderTapTest, IgnoresOtherEvents) {

@@ -25,6 +25,30 @@ TEST_P(ExportFromEach, ExportWritesTheWholeListToTheChosenFile) {
               ShortcutStore::shared().exportData());
 }
 
+TEST_P(ImportFromEach, EntriesThatWouldNotBeOpenedAreNamedBeforeTheListIsReplaced) {
+    desktop.applicationBundles.standings["/a.desktop"] = platform::Standing::untrusted;
+    const auto path = file("list.json", documentWith("Browser"));
+    const auto shown = importAnswering({choose(path), press("Cancel")});
+    ASSERT_THAT(shown, SizeIs(2));
+    EXPECT_THAT(shown.back(), HasSubstr("All current shortcut settings will be replaced."));
+    EXPECT_THAT(shown.back(), HasSubstr("Browser (/a.desktop)"));
+    EXPECT_THAT(names(), ElementsAre("Editor"));
+}
+
+TEST_P(ImportFromEach, OfManySuchEntriesSomeAreNamedAndTheOthersCounted) {
+    std::string document = "[";
+    for (int number = 1; number <= 30; ++number) {
+        const auto one = documentWith("App " + std::to_string(number));
+        document += (number > 1 ? "," : "") + one.substr(1, one.size() - 2);
+    }
+    desktop.applicationBundles.standings["/a.desktop"] = platform::Standing::untrusted;
+    const auto path = file("list.json", document + ']');
+    const auto shown = importAnswering({choose(path), press("Cancel")});
+    EXPECT_THAT(shown.back(), HasSubstr("App 10 (/a.desktop)"));
+    EXPECT_THAT(shown.back(), testing::Not(HasSubstr("App 11 ")));
+    EXPECT_THAT(shown.back(), HasSubstr("and 20 more"));
+}
+
 TEST_P(ExportFromEach, ExportThatCannotBeEncodedIsToldWithoutAPanel) {
     spoilTheList();
     EXPECT_THAT(exportAnswering({press("OK")}),

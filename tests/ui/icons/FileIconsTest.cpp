@@ -1,6 +1,7 @@
 #include "ui/icons/FileIcons.h"
 #include "ui/editor/EditorTest.h"
 #include "ui/icons/IconView.h"
+#include "ui/icons/ReadIcons.h"
 
 #include "support/TemporaryDirectory.h"
 
@@ -26,7 +27,7 @@ QColor centre(const QImage& image) {
 }
 
 QColor centre(const QIcon& icon) {
-    return centre(icon.pixmap(QSize(32, 32), 1.0).toImage());
+    return centre(readPixmap(icon, QSize(32, 32)).toImage());
 }
 
 /// Among the fakes, with an icon theme that holds nothing but what the test puts there.
@@ -68,7 +69,7 @@ protected:
     }
 
     static bool isGeneric(const QIcon& icon) {
-        return icon.pixmap(QSize(32, 32), 1.0).toImage() ==
+        return readPixmap(icon, QSize(32, 32)).toImage() ==
                genericApplicationIcon().pixmap(QSize(32, 32), 1.0).toImage();
     }
 
@@ -112,7 +113,7 @@ TEST_F(FileIconsTest, AThemeIconThatCannotBeReadIsPassedOver) {
 TEST_F(FileIconsTest, IsSharpOnADisplayOfTwiceTheDensity) {
     for (const QIcon& icon :
          {iconFor({.themeName = {}, .imageFile = image(Qt::red)}), iconFor({})}) {
-        EXPECT_EQ(icon.pixmap(QSize(32, 32), 2.0).size(), QSize(64, 64));
+        EXPECT_EQ(readPixmap(icon, QSize(32, 32), 2.0).size(), QSize(64, 64));
     }
 }
 

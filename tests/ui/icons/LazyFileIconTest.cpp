@@ -1,6 +1,7 @@
 #include "ui/icons/FileIcons.h"
 
 #include "ui/Colors.h"
+#include "ui/icons/ReadIcons.h"
 #include "ui/window/WindowTest.h"
 
 #include <QPainter>
@@ -27,25 +28,26 @@ protected:
 TEST_F(LazyFileIconTest, IsLookedForWhenItIsDrawn) {
     EXPECT_FALSE(icon.isNull());
     giveIcon(Qt::green, 32);
-    EXPECT_EQ(icon.pixmap(QSize(32, 32), 1.0).toImage().pixelColor(5, 5), QColor(Qt::green));
+    EXPECT_EQ(readPixmap(icon, QSize(32, 32)).toImage().pixelColor(5, 5), QColor(Qt::green));
 }
 
 TEST_F(LazyFileIconTest, IsLookedForOnce) {
     giveIcon(Qt::green, 32);
-    EXPECT_FALSE(icon.pixmap(QSize(32, 32), 1.0).isNull());
-    EXPECT_FALSE(icon.pixmap(QSize(16, 16), 1.0).isNull());
+    EXPECT_FALSE(readPixmap(icon, QSize(32, 32)).isNull());
+    EXPECT_FALSE(readPixmap(icon, QSize(16, 16)).isNull());
     EXPECT_THAT(desktop.applicationBundles.iconsAsked, testing::SizeIs(1));
 }
 
 TEST_F(LazyFileIconTest, IsSharpAtEveryScale) {
     giveIcon(Qt::green, 64);
-    const QPixmap pixmap = icon.pixmap(QSize(32, 32), 2.0);
+    const QPixmap pixmap = readPixmap(icon, QSize(32, 32), 2.0);
     EXPECT_EQ(pixmap.size(), QSize(64, 64));
     EXPECT_EQ(pixmap.devicePixelRatio(), 2.0);
 }
 
 TEST_F(LazyFileIconTest, CanBePainted) {
     giveIcon(Qt::green, 32);
+    readPixmap(icon, QSize(32, 32));
     QImage canvas(32, 32, QImage::Format_ARGB32);
     canvas.fill(Qt::transparent);
     QPainter painter(&canvas);
@@ -58,7 +60,7 @@ TEST_F(LazyFileIconTest, ACopyShowsTheSame) {
     giveIcon(Qt::green, 32);
     QIcon copy = icon;
     copy.addPixmap(QPixmap(), QIcon::Disabled);
-    EXPECT_EQ(copy.pixmap(QSize(32, 32), 1.0).toImage().pixelColor(5, 5), QColor(Qt::green));
+    EXPECT_EQ(readPixmap(copy, QSize(32, 32)).toImage().pixelColor(5, 5), QColor(Qt::green));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "ui/Colors.h"
 #include "ui/Corners.h"
 #include "ui/icons/FileIcons.h"
+#include "ui/icons/ReadIcons.h"
 #include "ui/parts/SystemColors.h"
 #include "ui/window/CardConstraints.h"
 #include "ui/window/WholeBadge.h"
@@ -41,6 +42,8 @@ protected:
     }
 
     static QColor iconColor(ShortcutCardView& card) {
+        card.grab();
+        awaitIcons();
         return card.grab().toImage().pixelColor(28, 26);
     }
 
@@ -172,6 +175,34 @@ TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneHasTheGenericIcon) {
     EXPECT_EQ(card->iconView().icon().pixmap(size, 1.0).toImage(),
               genericApplicationIcon().pixmap(size, 1.0).toImage());
     EXPECT_EQ(card->appNameLabel().text(), "Gone");
+}
+
+TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneIsDimmedAndSaidSo) {
+    paint("Gone", Qt::red);
+    desktop.applicationBundles.standings["/applications/Gone.desktop"] = platform::Standing::gone;
+    speak(Language::english);
+    const auto card = cardFor(named("Gone"));
+    EXPECT_NE(iconColor(*card), QColor(Qt::red));
+    EXPECT_EQ(card->iconView().toolTip(), "This application is gone.");
+    EXPECT_EQ(card->accessibleDescription(), "This application is gone.");
+    card->setNotice("Another program holds it.");
+    EXPECT_EQ(card->accessibleDescription(), "This application is gone. Another program holds it.");
+}
+
+TEST_F(ShortcutCardViewTest, ANameCannotBeWrittenBackwards) {
+    EXPECT_EQ(cardFor(named("\xE2\x80\xAE"
+                            "gpj.exe"))
+                  ->appNameLabel()
+                  .text(),
+              "\\u202egpj.exe");
+}
+
+TEST_F(ShortcutCardViewTest, AnEntryThatIsNotTrustedIsDimmedAndSaidSo) {
+    desktop.applicationBundles.standings["/applications/Odd.desktop"] =
+        platform::Standing::untrusted;
+    const auto card = cardFor(named("Odd"));
+    EXPECT_TRUE(card->iconView().isDimmed());
+    EXPECT_TRUE(card->iconView().toolTip().startsWith("アプリケーションフォルダの外"));
 }
 
 TEST_F(ShortcutCardViewTest, ShowsTheIconOfTheApplicationAtItsPath) {

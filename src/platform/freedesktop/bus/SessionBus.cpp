@@ -1,6 +1,7 @@
 #include "platform/freedesktop/bus/SessionBus.h"
 
 #include "platform/freedesktop/Logging.h"
+#include "platform/freedesktop/bus/BusProbe.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 
 #include <QCoreApplication>
@@ -17,6 +18,7 @@
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace hollowfernpike::freedesktop {
 
@@ -30,19 +32,9 @@ constexpr auto longestAnswer = 1s;
 
 constexpr int noTimeLimit = std::numeric_limits<int>::max(); // DBUS_TIMEOUT_INFINITE of libdbus
 
-// Connecting and writing to a local socket does not block. Of the other transports, tcp can block,
-// and autolaunch starts a bus.
-bool isUsable(std::string_view addresses) {
-    constexpr std::string_view local = "unix:";
-    while (addresses.starts_with(local)) {
-        const auto end = addresses.find(';');
-        if (end == std::string_view::npos) {
-            return true;
-        }
-        addresses.remove_prefix(end + 1);
-    }
-    return false;
-}
+const QString laterName = QStringLiteral("session bus "); // of connections after the first
+constexpr auto patienceAtStart = 1s;
+constexpr auto patienceLater = 5s;
 
 void tell(const SessionBus::Answer& answer, const QDBusMessage& reply) {
     if (reply.type() == QDBusMessage::ErrorMessage) {
@@ -55,19 +47,27 @@ void tell(const SessionBus::Answer& answer, const QDBusMessage& reply) {
 
 } // namespace
 
-bool SessionBus::isKnown() {
+std::string SessionBus::addressOfSession() {
     const char* const variable = std::getenv("DBUS_SESSION_BUS_ADDRESS");
     const std::string_view addresses = variable == nullptr ? "" : variable;
     if (!addresses.empty()) {
-        return isUsable(addresses);
+        return isLocalBus(addresses) ? std::string{addresses} : std::string{};
     }
     const auto directory = runtimeDirectory();
     std::error_code unknown;
     // Not status(): libdbus does not follow a link at this path, and would start a bus.
-    return directory && is_socket(std::filesystem::symlink_status(*directory / "bus", unknown));
+    return directory && is_socket(std::filesystem::symlink_status(*directory / "bus", unknown))
+               ? "unix:path=" + (*directory / "bus").string()
+               : std::string{};
 }
 
-SessionBus::SessionBus() : connection_(QDBusConnection::sessionBus()) {
+bool SessionBus::answers(const std::string& address) {
+    return !address.empty() && busAnswers(address, patienceAtStart);
+}
+
+SessionBus::SessionBus(std::string address, bool answers)
+    : address_(std::move(address)),
+      connection_(answers ? QDBusConnection::sessionBus() : QDBusConnection(QString())) {
     timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, this, &SessionBus::look);
     watch();
@@ -124,7 +124,7 @@ bool SessionBus::waitFor(const QDBusPendingCall& call, std::chrono::milliseconds
 
 // Leaves the toolkit's first connection open: the toolkit keeps using it, dead or alive.
 void SessionBus::giveUp() {
-    if (connection_.name() != QDBusConnection::sessionBus().name()) {
+    if (connection_.name().startsWith(laterName)) {
         QDBusConnection::disconnectFromBus(connection_.name());
     }
 }
@@ -146,12 +146,15 @@ void SessionBus::lookAgain() {
     timer_.start(pause_);
 }
 
-// On another thread, because connecting blocks while a bus accepts but stays silent. Under a new
-// name each time, because for a known name the toolkit returns the old connection, even a dead one.
+// On another thread, because a bus may accept but stay silent. The toolkit, which has one thread
+// for all its connections, is only sent to a bus that answers. Under a new name each time, because
+// for a known name the toolkit returns the old connection, even a dead one.
 void SessionBus::look() {
-    const auto name = QStringLiteral("session bus %1").arg(++count_);
-    QThreadPool::globalInstance()->start([self = QPointer(this), name] {
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+    const auto name = laterName + QString::number(++count_);
+    QThreadPool::globalInstance()->start([self = QPointer(this), name, address = address_] {
+        if (busAnswers(address, patienceLater)) {
+            QDBusConnection::connectToBus(QString::fromStdString(address), name);
+        }
         QMetaObject::invokeMethod(
             qApp,
             [self, name] {

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
 
 namespace hollowfernpike::freedesktop {
 
@@ -23,13 +24,19 @@ public:
     /// of the type QDBusMessage::ErrorMessage if the call failed.
     using Answer = std::function<void(const QDBusMessage& reply)>;
 
-    /// Whether this session has a bus on a local socket, as far as its environment tells. Other
-    /// transports do not count: connecting to them could start a bus or take long.
-    static bool isKnown();
+    /// Where this session has a bus on a local socket, as far as its environment tells; empty if it
+    /// has none. Other transports do not count.
+    static std::string addressOfSession();
 
-    /// Connects, and blocks until that is done. Only to be made if isKnown(): otherwise the toolkit
-    /// starts a bus.
-    SessionBus();
+    /// Whether that bus can be connected to without waiting for it. Blocks for a second at most.
+    static bool answers(const std::string& address);
+
+    /// Connects if the bus answers, else begins to look for it. The address must not be empty, and
+    /// if the bus does not answer, the environment must not tell the toolkit of it.
+    SessionBus(std::string address, bool answers);
+
+    /// The bus of the session, whether or not it answers by now.
+    SessionBus() : SessionBus(addressOfSession(), true) {}
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
 
@@ -65,6 +72,7 @@ private:
     void take(const QString& name);
     void giveUp();
 
+    std::string address_;
     QDBusConnection connection_;
     QTimer timer_;
     std::chrono::milliseconds pause_{};

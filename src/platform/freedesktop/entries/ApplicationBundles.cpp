@@ -63,6 +63,17 @@ platform::FileIcon ApplicationBundles::iconForFile(const std::string& path) {
     }
 }
 
+platform::Standing ApplicationBundles::standingOf(const std::string& path) {
+    try {
+        if (entries_.entryAt(path).hidden) {
+            return platform::Standing::gone;
+        }
+    } catch (const platform::LocalizedError&) {
+        return platform::Standing::gone;
+    }
+    return entries_.isTrusted(path) ? platform::Standing::fine : platform::Standing::untrusted;
+}
+
 // Translations are read for each listing and not kept: listings are rare, and we run for months.
 std::vector<platform::InstalledApplication>
 ApplicationBundles::installedApplications(std::string_view language) {

@@ -4,8 +4,14 @@
 #include "platform/freedesktop/files/BaseDirectories.h"
 
 #include <algorithm>
+#include <set>
 #include <system_error>
 #include <unordered_set>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
 
@@ -34,7 +40,7 @@ struct DesktopEntries::InstalledFile {
 
 /// Collects all entry files below some directories, in the order of the directories. Of several
 /// with one identifier only the first is listed, even if it is hidden or invalid. Every directory,
-/// missing ones included, is added to the watch before it is read.
+/// missing ones included, is added to the watch before it is read, and read once.
 class DesktopEntries::Collector {
 public:
     explicit Collector(DirectoryWatch& watch) : watch_(watch) {}
@@ -42,14 +48,12 @@ public:
     void addDirectory(const fs::path& directory, const std::string& prefix = {}) {
         watch_.add(directory);
         const auto stamp = stampOf(directory);
-        if (!stamp || isBelowItself(*stamp)) {
+        if (!stamp || !seen_.emplace(stamp->device, stamp->inode).second) {
             return;
         }
-        path_.push_back(*stamp);
         for (const auto& below : addFiles(directory, prefix)) {
             addDirectory(below, prefix + below.filename().string() + '-');
         }
-        path_.pop_back();
     }
 
     void addStray(const std::string& path) {
@@ -63,11 +67,6 @@ public:
     std::vector<InstalledFile> take() { return std::move(files_); }
 
 private:
-    bool isBelowItself(const FileStamp& directory) const {
-        return std::ranges::any_of(path_,
-                                   [&](const auto& above) { return above.isSameFile(directory); });
-    }
-
     // Adds the directory's own files first: they precede those in the subdirectories returned.
     std::vector<fs::path> addFiles(const fs::path& directory, const std::string& prefix) {
         std::vector<fs::path> subdirectories;
@@ -94,7 +93,7 @@ private:
     DirectoryWatch& watch_;
     std::vector<InstalledFile> files_;
     std::unordered_set<std::string> identifiers_;
-    std::vector<FileStamp> path_; // from the applications directory down to the current one
+    std::set<std::pair<dev_t, ino_t>> seen_; // directories; links may lead to one in many ways
 };
 
 std::vector<fs::path> applicationsDirectories() {
@@ -170,6 +169,24 @@ DesktopEntry DesktopEntries::entryAt(const std::string& path) {
     auto entry = readDesktopEntry(path);
     entry.identifier = identifierOf(entry);
     return entry;
+}
+
+bool DesktopEntries::isTrusted(const std::string& path) const {
+    std::error_code unknown;
+    // A link may lead out of an applications directory, or into one.
+    for (const auto& file : {fs::path(path).lexically_normal(), fs::canonical(path, unknown)}) {
+        const auto holds = [&](const fs::path& directory) {
+            const auto below = file.lexically_relative(directory.lexically_normal());
+            return !below.empty() && *below.begin() != "..";
+        };
+        if (std::ranges::any_of(directories_, holds)) {
+            return true;
+        }
+    }
+    struct stat status = {};
+    return statusAt(path, status) == 0 && (status.st_uid == ::geteuid() || status.st_uid == 0) &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0 &&
+           ::faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
 std::string DesktopEntries::identifierOf(const DesktopEntry& entry) {

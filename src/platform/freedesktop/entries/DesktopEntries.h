@@ -43,6 +43,11 @@ public:
     /// readDesktopEntry() does.
     DesktopEntry entryAt(const std::string& path);
 
+    /// Whether the entry at `path` may be launched: it lies in an applications directory, or file
+    /// managers would launch it, too: it belongs to the user or to root, nobody else may write it,
+    /// and it is executable.
+    bool isTrusted(const std::string& path) const;
+
 private:
     struct InstalledFile;
     class Collector;

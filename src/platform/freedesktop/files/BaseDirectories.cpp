@@ -82,6 +82,10 @@ std::optional<std::filesystem::path> dataHome() {
     return directoryOrBelowHome("XDG_DATA_HOME", ".local/share");
 }
 
+std::optional<std::filesystem::path> cacheHome() {
+    return directoryOrBelowHome("XDG_CACHE_HOME", ".cache");
+}
+
 std::optional<std::filesystem::path> configHome() {
     return directoryOrBelowHome("XDG_CONFIG_HOME", ".config");
 }

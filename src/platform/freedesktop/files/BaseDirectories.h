@@ -19,6 +19,9 @@ std::optional<std::filesystem::path> dataHome();
 /// $XDG_CONFIG_HOME, else .config in the home directory.
 std::optional<std::filesystem::path> configHome();
 
+/// $XDG_CACHE_HOME, else .cache in the home directory.
+std::optional<std::filesystem::path> cacheHome();
+
 /// What all users share, the most important directory first: $XDG_DATA_DIRS and $XDG_CONFIG_DIRS
 /// without relative paths, or the standard's defaults if nothing is left.
 std::vector<std::filesystem::path> sharedDataDirectories();

@@ -11,7 +11,7 @@ namespace hollowfernpike::freedesktop {
 class FileManager final : public platform::FileManager {
 public:
     /// `largestFile` is in bytes.
-    explicit FileManager(std::size_t largestFile = std::size_t{1} << 30)
+    explicit FileManager(std::size_t largestFile = std::size_t{1} << 24)
         : largestFile_(largestFile) {}
 
     std::vector<std::filesystem::path> applicationSupportDirectories() override;

@@ -25,9 +25,13 @@ std::unique_ptr<Instance> Instance::become(Names names, const InstanceRequest& r
     return std::unique_ptr<Instance>(new Instance(std::move(names), std::move(lock)));
 }
 
-bool Instance::publish(const SessionBus& bus, const InstanceRequest& request) {
+Instance::Publication Instance::publish(const SessionBus& bus, const InstanceRequest& request) {
     service_.emplace(names_.bus, names_.plainAction, bus);
-    return service_->publish() != InstanceService::Outcome::taken || !service_->handOver(request);
+    if (service_->publish() != InstanceService::Outcome::taken) {
+        return Publication::done;
+    }
+    return service_->isOwnerOneOfUs() && service_->handOver(request) ? Publication::handedOver
+                                                                     : Publication::impossible;
 }
 
 void Instance::listen(platform::RunLoop& runLoop, const InstanceRequestHandler& onRequest,

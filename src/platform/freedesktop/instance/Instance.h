@@ -36,9 +36,14 @@ public:
     /// the other one cannot carry the request out.
     static std::unique_ptr<Instance> become(Names names, const InstanceRequest& request);
 
-    /// Does the same over the bus; needs the application object. False if another process has taken
-    /// the request. The bus outlives this.
-    bool publish(const SessionBus& bus, const InstanceRequest& request);
+    enum class Publication : unsigned char {
+        done,       ///< as far as the bus answers
+        handedOver, ///< another instance has taken the request
+        impossible, ///< another program has our name on the bus
+    };
+
+    /// Does the same over the bus; needs the application object. The bus outlives this.
+    Publication publish(const SessionBus& bus, const InstanceRequest& request);
 
     /// From now on takes requests, those that came before included. Other starts are told which of
     /// theirs `mayBeDone` denies; on the bus these are passed on like any other. The loop outlives

@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/timerfd.h>
 #include <sys/un.h>
 
 namespace hollowfernpike::freedesktop {
@@ -93,10 +94,26 @@ InstanceListener::InstanceListener(const Descriptor& socket, platform::RunLoop& 
                                    uid_t user)
     : socket_(socket), runLoop_(runLoop), onRequest_(std::move(onRequest)),
       mayBeDone_(std::move(mayBeDone)), user_(user),
-      watch_(runLoop_.watchReadable(socket_.get(), [this] { accept(); })) {}
+      alarm_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
+    listen();
+}
+
+void InstanceListener::listen() {
+    watch_ = runLoop_.watchReadable(socket_.get(), [this] { accept(); });
+}
+
+// The socket stays readable as long as somebody waits there.
+void InstanceListener::rest() {
+    constexpr itimerspec inASecond{.it_interval = {0, 0}, .it_value = {1, 0}};
+    ::timerfd_settime(alarm_.get(), 0, &inASecond, nullptr);
+    watch_ = runLoop_.watchReadable(alarm_.get(), [this] { listen(); });
+}
 
 void InstanceListener::accept() {
     Descriptor socket{::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)};
+    if (!socket && (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM)) {
+        rest();
+    }
     if (!socket || !isOf(user_, socket.get())) {
         return;
     }

@@ -29,7 +29,8 @@ Descriptor listeningSocket(const PrivateDirectory& directory, const std::string&
 Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name);
 
 /// Takes requests from other processes of the same user, over a socket that listens. Never waits
-/// for a client: when more than 16 are connected, the oldest connection is closed. Main thread
+/// for a client: when more than 16 are connected, the oldest connection is closed. While the
+/// process is out of descriptors, clients wait, and it looks for them once a second. Main thread
 /// only.
 class InstanceListener {
 public:
@@ -48,7 +49,9 @@ private:
         std::unique_ptr<platform::Subscription> watch;
     };
 
+    void listen();
     void accept();
+    void rest();
     void serve(int client);
 
     const Descriptor& socket_;
@@ -58,7 +61,8 @@ private:
     uid_t user_;
     std::map<int, Client> clients_; // the oldest first
     int lastClient_ = 0;
-    std::unique_ptr<platform::Subscription> watch_;
+    Descriptor alarm_; ///< made early: later there may be no descriptor left for it
+    std::unique_ptr<platform::Subscription> watch_; ///< of the socket or the alarm
 };
 
 } // namespace hollowfernpike::freedesktop

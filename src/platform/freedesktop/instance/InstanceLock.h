@@ -52,6 +52,6 @@ struct HandOver {
 /// Hands a request over to the holder of the lock and waits until it is taken, also for a holder
 /// that is still starting; gives up when `patience` is over. Throws as acquire() does.
 HandOver handOver(const std::string& name, const InstanceRequest& request,
-                  std::chrono::milliseconds patience = std::chrono::seconds{5});
+                  std::chrono::milliseconds patience = std::chrono::seconds{2});
 
 } // namespace hollowfernpike::freedesktop

@@ -9,6 +9,9 @@
 #include <QVariantMap>
 
 #include <chrono>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace hollowfernpike::freedesktop {
@@ -18,13 +21,24 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto interfaceName = "org.freedesktop.Application";
-constexpr auto patience = 5s;
+constexpr auto patience = 1s; // as long as it may hold up the start
 
 // D-Bus Specification, "Message Bus Messages".
 constexpr auto busName = "org.freedesktop.DBus";
 constexpr auto busPath = "/org/freedesktop/DBus";
 constexpr uint doNotQueue = 4;
 constexpr uint primaryOwner = 1;
+
+/// The file that a process runs; empty if it is not to be known. An update may have replaced it.
+std::string programOf(const std::string& process) {
+    constexpr std::string_view replaced = " (deleted)";
+    std::error_code unknown;
+    auto file = std::filesystem::read_symlink("/proc/" + process + "/exe", unknown).string();
+    if (file.ends_with(replaced)) {
+        file.resize(file.size() - replaced.size());
+    }
+    return file;
+}
 
 std::string startupIdentifierIn(const QVariant& platformData) {
     const auto data = qdbus_cast<QVariantMap>(platformData);
@@ -56,6 +70,15 @@ QDBusPendingCall InstanceService::requestName() {
     auto call = QDBusMessage::createMethodCall(busName, busPath, busName, "RequestName");
     call << name_ << doNotQueue;
     return connection.asyncCall(call);
+}
+
+bool InstanceService::isOwnerOneOfUs() const {
+    auto call =
+        QDBusMessage::createMethodCall(busName, busPath, busName, "GetConnectionUnixProcessID");
+    call << name_;
+    const QDBusPendingReply<uint> reply = bus_.connection().asyncCall(call);
+    return bus_.waitFor(reply, patience) &&
+           programOf(std::to_string(reply.value())) == programOf("self");
 }
 
 bool InstanceService::handOver(const InstanceRequest& request) const {

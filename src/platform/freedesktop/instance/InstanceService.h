@@ -28,11 +28,15 @@ public:
     };
 
     /// Takes the name, and tries to again whenever the bus has come back. Runs the main loop until
-    /// the bus has answered, 5 s at most. Requests wait until listen().
+    /// the bus has answered, 1 s at most. Requests wait until listen().
     Outcome publish();
 
+    /// Whether the process that has the name runs the same program as this one. Runs the main loop
+    /// as publish() does.
+    bool isOwnerOneOfUs() const;
+
     /// Sends the request to the process that has the name, and runs the main loop until it has
-    /// answered. False if it refuses or does not answer within 5 s.
+    /// answered. False if it refuses or does not answer within 1 s.
     bool handOver(const InstanceRequest& request) const;
 
     /// From now on passes requests on, those that waited included, always from the main loop.

@@ -2,6 +2,7 @@
 
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/files/FileErrors.h"
+#include "platform/freedesktop/files/FileManager.h"
 
 #include <cerrno>
 #include <optional>
@@ -29,6 +30,11 @@ std::filesystem::path ownDirectory() {
     return temporaryDirectory() / ("hollowfernpike-" + std::to_string(::geteuid()));
 }
 
+bool isAnothers(const std::filesystem::path& path) {
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0 && status.st_uid != ::geteuid();
+}
+
 } // namespace
 
 PrivateDirectory::PrivateDirectory(std::filesystem::path path, uid_t user)
@@ -47,6 +53,13 @@ PrivateDirectory::PrivateDirectory(std::filesystem::path path, uid_t user)
 PrivateDirectory PrivateDirectory::forRuntime() {
     if (auto directory = usersRuntimeDirectory()) {
         return std::move(*directory);
+    }
+    // Anybody may take a name in the temporary directory; nobody else writes to the user's cache.
+    const auto cache = cacheHome();
+    if (isAnothers(ownDirectory()) && cache) {
+        const auto path = *cache / "hollowfernpike";
+        FileManager().createDirectory(path);
+        return PrivateDirectory(path);
     }
     auto path = ownDirectory();
     if (::mkdir(path.c_str(), S_IRWXU) != 0 && errno != EEXIST) {

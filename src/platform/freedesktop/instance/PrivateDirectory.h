@@ -14,9 +14,9 @@ namespace hollowfernpike::freedesktop {
 class PrivateDirectory {
 public:
     /// The directory for files of running programs: $XDG_RUNTIME_DIR, if it exists and is private,
-    /// else a directory of our own below the temporary directory, made if it is missing. Throws
-    /// platform::FileError if our own one belongs to somebody else, is open to others or cannot be
-    /// made.
+    /// else a directory of our own below the temporary directory, made if it is missing; if
+    /// somebody else has taken its name, one in the user's cache. Throws platform::FileError if our
+    /// own one is open to others or cannot be made.
     static PrivateDirectory forRuntime();
 
     /// Opens an existing directory. Throws platform::FileError if it is missing, a link or not

@@ -39,6 +39,14 @@ platform::LocalizedError missingProgram(const std::string& path, const std::stri
             "The program “" + shown(program) + "” of “" + shown(path) + "” is missing."};
 }
 
+platform::LocalizedError untrustedEntry(const std::string& path) {
+    return {
+        "アプリケーションフォルダの外にあり、信頼されていません: " + shown(path),
+        "The application at “" + shown(path) +
+            "” is not trusted: outside of the applications folders it must belong to the user or "
+            "to root, be writable by nobody else and be executable."};
+}
+
 platform::LocalizedError noAnswer(const std::string& path) {
     return {"アプリケーションから応答がありません: " + shown(path),
             "The application at “" + shown(path) + "” does not answer."};

@@ -12,6 +12,7 @@ platform::LocalizedError unreadableEntry(const std::string& path, const std::str
 platform::LocalizedError notAnApplication(const std::string& path);
 platform::LocalizedError hiddenApplication(const std::string& path);
 platform::LocalizedError missingProgram(const std::string& path, const std::string& program);
+platform::LocalizedError untrustedEntry(const std::string& path);
 platform::LocalizedError noAnswer(const std::string& path);
 platform::LocalizedError failedStart(const std::string& path, const std::string& reason);
 

@@ -1,6 +1,5 @@
 #include "platform/freedesktop/launching/LaunchesUnderWay.h"
 
-#include "platform/freedesktop/launching/LaunchError.h"
 #include "platform/freedesktop/owners/ProcessFacts.h"
 
 #include <algorithm>
@@ -133,12 +132,16 @@ void LaunchesUnderWay::track(const std::shared_ptr<Launch>& launch) {
     if (!windowWatch_) {
         windowWatch_ = windows_.watch([this] { lookForWindows(); });
     }
+    limitTime(launch);
+    lookForWindows(); // one may have appeared before the watch
+}
+
+void LaunchesUnderWay::limitTime(const std::shared_ptr<Launch>& launch) {
     mainQueue_.asyncAfter(limit, [this, weak = std::weak_ptr(launch)] {
         if (const auto late = weak.lock()) {
-            giveUp(*late);
+            giveUp(late);
         }
     });
-    lookForWindows(); // one may have appeared before the watch
 }
 
 void LaunchesUnderWay::finish(Launch& launch) {
@@ -180,16 +183,17 @@ void LaunchesUnderWay::bringForward(const Launch& launch, const ClientWindows& w
 }
 
 // A window found only now was not announced. It stays where it is: the user may have moved on.
-void LaunchesUnderWay::giveUp(Launch& launch) {
-    if (hasShownItself(launch, windows_.clientWindows())) {
-        forget(launch);
-        answer(launch, launch.result.value_or(platform::OpenResult{}));
-    } else if (!launch.result) {
-        settle(launch, {.processIdentifier = std::nullopt, .error = noAnswer(launch.entry.path)});
-    } else if (launch.process) {
-        takeNoticeBack(launch);
+void LaunchesUnderWay::giveUp(const std::shared_ptr<Launch>& launch) {
+    if (hasShownItself(*launch, windows_.clientWindows())) {
+        forget(*launch);
+        answer(*launch, launch->result.value_or(platform::OpenResult{}));
+    } else if (!launch->result) {
+        onSilence_(launch);
+        limitTime(launch);
+    } else if (launch->process) {
+        takeNoticeBack(*launch);
     } else {
-        finish(launch);
+        finish(*launch);
     }
 }
 

@@ -9,9 +9,11 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace hollowfernpike::freedesktop {
@@ -43,10 +45,15 @@ public:
     /// notice is left to the application.
     static constexpr std::chrono::seconds limit{10};
 
+    /// Called when a launch has no result after `limit`, in order to start it in another way or to
+    /// settle it.
+    using OnSilence = std::function<void(const std::shared_ptr<Launch>&)>;
+
     /// The services outlive this.
     LaunchesUnderWay(platform::Windows& windows, platform::LaunchFeedback& feedback,
-                     platform::MainQueue& mainQueue)
-        : windows_(windows), feedback_(feedback), mainQueue_(mainQueue) {}
+                     platform::MainQueue& mainQueue, OnSilence onSilence)
+        : windows_(windows), feedback_(feedback), mainQueue_(mainQueue),
+          onSilence_(std::move(onSilence)) {}
 
     /// Joins a request for the entry in this file to an earlier launch; false if there is none. If
     /// it joins, nothing is to be started, and `completion` is called with the launch's result, at
@@ -79,13 +86,15 @@ private:
     std::shared_ptr<Launch> find(const FileStamp& file) const;
     void lookForWindows();
     void bringForward(const Launch& launch, const std::vector<platform::ClientWindow>& windows);
-    void giveUp(Launch& launch);
+    void limitTime(const std::shared_ptr<Launch>& launch);
+    void giveUp(const std::shared_ptr<Launch>& launch);
     void takeNoticeBack(Launch& launch);
     void forget(const Launch& launch);
 
     platform::Windows& windows_;
     platform::LaunchFeedback& feedback_;
     platform::MainQueue& mainQueue_;
+    OnSilence onSilence_;
     std::vector<std::shared_ptr<Launch>> launches_;
     std::vector<Outcome> outcomes_;
     std::unique_ptr<platform::Subscription> windowWatch_;

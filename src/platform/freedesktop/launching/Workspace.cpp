@@ -21,7 +21,11 @@ platform::OpenResult failure(const platform::LocalizedError& error) {
 Workspace::Workspace(DesktopEntries& entries, ProcessTable& processes, platform::Windows& windows,
                      platform::LaunchFeedback& feedback, SessionBus* bus,
                      platform::RunLoop& runLoop, platform::MainQueue& mainQueue)
-    : entries_(entries), furtherCopies_(processes), launches_(windows, feedback, mainQueue),
+    : entries_(entries), furtherCopies_(processes),
+      launches_(windows, feedback, mainQueue,
+                [this](const auto& launch) {
+                    startInPlaceOfService(launch, noAnswer(launch->entry.path));
+                }),
       children_(runLoop), bus_(bus) {}
 
 void Workspace::openApplication(const std::string& path,
@@ -46,6 +50,9 @@ DesktopEntry Workspace::applicationAt(const std::string& path) {
     if (entry.hidden) {
         throw hiddenApplication(path);
     }
+    if (!entries_.isTrusted(path)) {
+        throw untrustedEntry(path);
+    }
     return entry;
 }
 
@@ -66,16 +73,27 @@ void Workspace::activateOverBus(const std::shared_ptr<Launch>& launch) {
     bus_->call(activationOf(launch->entry, launch->startupIdentifier),
                [this, weak = std::weak_ptr(launch)](const QDBusMessage& reply) {
                    const auto answered = weak.lock();
-                   if (answered && reply.type() != QDBusMessage::ErrorMessage) {
+                   if (!answered || answered->result) { // the answer comes after the program
+                       return;
+                   }
+                   if (reply.type() != QDBusMessage::ErrorMessage) {
                        launches_.settle(*answered, {});
-                   } else if (answered && answered->entry.words.empty()) {
-                       launches_.settle(*answered,
-                                        failure(failedStart(answered->entry.path,
-                                                            reply.errorMessage().toStdString())));
-                   } else if (answered) {
-                       startProgram(answered);
+                   } else {
+                       startInPlaceOfService(
+                           answered,
+                           failedStart(answered->entry.path, reply.errorMessage().toStdString()));
                    }
                });
+}
+
+void Workspace::startInPlaceOfService(const std::shared_ptr<Launch>& launch,
+                                      const platform::LocalizedError& why) {
+    const auto result = failure(why);
+    if (launch->entry.words.empty()) {
+        launches_.settle(*launch, result);
+    } else {
+        startProgram(launch);
+    }
 }
 
 void Workspace::startProgram(const std::shared_ptr<Launch>& launch) {

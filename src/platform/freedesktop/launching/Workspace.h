@@ -31,6 +31,8 @@ private:
     void open(const DesktopEntry& entry, bool activates, const OpenCompletion& completion);
     void activateOverBus(const std::shared_ptr<Launch>& launch);
     void startProgram(const std::shared_ptr<Launch>& launch);
+    void startInPlaceOfService(const std::shared_ptr<Launch>& launch,
+                               const platform::LocalizedError& why);
 
     DesktopEntries& entries_;
     FurtherCopies furtherCopies_;

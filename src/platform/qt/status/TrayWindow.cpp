@@ -13,6 +13,7 @@ namespace hollowfernpike::qt {
 namespace {
 
 constexpr int usualSize = 22;
+constexpr int largestSize = 512; // beyond it nothing is painted
 constexpr int offScreen = -1000; // until the tray has taken it in
 
 } // namespace
@@ -67,8 +68,10 @@ void TrayWindow::paintEvent(QPaintEvent* /*event*/) {
     image_.paint(&painter, rect());
 }
 
+// Some tray may give any size; the toolkit would keep pictures of that size.
 void TrayWindow::resizeEvent(QResizeEvent* event) {
     ground_ = {};
+    setUpdatesEnabled(width() <= largestSize && height() <= largestSize);
     update();
     QWidget::resizeEvent(event);
 }

@@ -49,13 +49,18 @@ void FocusedKeysTap::stop() {
     disconnect(qGuiApp, nullptr, this, nullptr);
     disconnect(hiding_);
     inhibitor_.reset();
-    hasListened_ = false;
+    listenedTo_ = nullptr;
 }
 
 void FocusedKeysTap::listenTo(QWindow* window) {
-    auto* const surface = window == nullptr || hasListened_ ? nullptr : surfaceOf(*window);
+    if (listenedTo_ != nullptr && window != listenedTo_) {
+        listener_.callback(this, platform::eventTapFocusLost, nullptr, listener_.userInfo);
+        return;
+    }
+    auto* const surface =
+        window == nullptr || listenedTo_ != nullptr ? nullptr : surfaceOf(*window);
     if (surface != nullptr) {
-        hasListened_ = true;
+        listenedTo_ = window;
         inhibitor_.emplace(surface);
         hiding_ = beforeHiding(*window, [this] { inhibitor_.reset(); });
     }

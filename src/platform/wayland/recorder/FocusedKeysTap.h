@@ -15,7 +15,8 @@ namespace hollowfernpike::wayland {
 /// A listen-only tap on those of our windows that have the focus, since Wayland shows keys to
 /// nobody else. The first of them that has the focus while the tap is live gets the compositor's
 /// own combinations, too, as far as the compositor allows, until the tap stops or the window
-/// closes. Reports neither modifier keys nor repeats. Main thread only.
+/// closes, and the tap reports when it loses the focus. Reports neither modifier keys nor repeats.
+/// Main thread only.
 class FocusedKeysTap final : public QObject, public freedesktop::Tap {
 public:
     FocusedKeysTap(platform::EventTapCallback callback, void* userInfo);
@@ -36,7 +37,7 @@ private:
     void deliver(const QKeyEvent& press);
 
     Listener listener_;
-    bool hasListened_ = false; ///< to a window with the focus, be it closed by now
+    const QWindow* listenedTo_ = nullptr; ///< had the focus first; may be gone by now
     std::optional<ShortcutsInhibitor> inhibitor_;
     QMetaObject::Connection hiding_; ///< of that window
     quint64 lastTime_ = 0;           ///< of the press that was seen last

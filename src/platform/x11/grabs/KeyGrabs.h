@@ -12,6 +12,20 @@ namespace hollowfernpike::x11 {
 
 /// The passive key grabs of one client. Each grabbed press freezes the keyboard until this client
 /// gives it back, so the reader of the connection must do that at once.
+///
+/// The other kind of grab (asynchronous) freezes nothing, but what is typed until it is given back
+/// is lost. Measured on Xvfb 21.1 with a letter typed right after the bound press, before its
+/// release, 30 times each:
+///
+///   the client is           synchronous                      asynchronous
+///   idle                    0 lost, later by 0.1 ms at most  0 lost
+///   among 8 busy programs   0 lost, later by 23 ms at most   14 letters and key-ups lost
+///   evicted from memory     0 lost, later by 8 ms at most    16 letters and 15 key-ups lost
+///   stopped (SIGSTOP)       all wait for SIGCONT, 0 lost     what comes before the release is lost
+///
+/// Even idle, the other kind lost the key-up of 60 of 500 presses that were released at once. So we
+/// freeze: lost letters would be felt every day. Only while the program is stopped between a press
+/// and the moment when it gives the keyboard back does everybody wait, until it goes on or ends.
 class KeyGrabs {
 public:
     explicit KeyGrabs(const Connection& connection);

@@ -25,37 +25,49 @@ void selectKeyboardChanges(const Connection& connection) {
                               allParts, &repetition);
 }
 
-/// Every key press of the desktop, taken from nobody: the source of a listen-only tap.
+/// Every key press that is meant for our windows, taken from nobody: the source of a listen-only
+/// tap.
 class ObservedKeys final : public KeySource {
 public:
-    ObservedKeys(const Connection& connection, std::function<bool()> isScreenLocked)
-        : rawKeys_(connection, std::move(isScreenLocked)) {}
+    ObservedKeys(const Connection& connection, std::function<bool()> isScreenLocked,
+                 KeyboardFocus::IsOurs isOurs)
+        : rawKeys_(connection, std::move(isScreenLocked), true),
+          focus_(connection, std::move(isOurs)) {}
 
     void setInterest(std::span<const platform::KeyCombination>) override {}
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
     void start(const KeyboardMap& map) override {
         map_ = map;
+        focus_.start();
         rawKeys_.start();
     }
-    void stop() override { rawKeys_.stop(); }
+    void stop() override {
+        rawKeys_.stop();
+        focus_.stop();
+    }
+    bool hasLostFocus() const override { return hasLostFocus_; }
     std::optional<KeyPress> read(const xcb_generic_event_t& event) override {
+        hasLostFocus_ = focus_.isLostBy(event);
         const auto press = rawKeys_.read(event);
-        const auto keyEvent = press ? map_->event(press->state) : std::nullopt;
+        const auto keyEvent = press && focus_.isOurs() ? map_->event(press->state) : std::nullopt;
         return keyEvent ? std::optional{KeyPress{*keyEvent, press->time}} : std::nullopt;
     }
 
 private:
     RawKeys rawKeys_;
+    KeyboardFocus focus_;
+    bool hasLostFocus_ = false;
     std::optional<KeyboardMap> map_;
 };
 
 std::unique_ptr<KeySource> makeSource(platform::EventTapOptions options,
                                       const Connection& connection, platform::MainQueue& queue,
-                                      const std::function<bool()>& isScreenLocked) {
+                                      const std::function<bool()>& isScreenLocked,
+                                      const KeyboardFocus::IsOurs& isOurs) {
     if (options == platform::EventTapOptions::active) {
         return std::make_unique<GrabbedKeys>(connection, queue, isScreenLocked);
     }
-    return std::make_unique<ObservedKeys>(connection, isScreenLocked);
+    return std::make_unique<ObservedKeys>(connection, isScreenLocked, isOurs);
 }
 
 std::function<void()> once(std::function<void()> action) {
@@ -87,7 +99,7 @@ std::unique_ptr<platform::EventTap> EventTaps::create(platform::EventTapOptions 
     if (!KeyboardDescription::read(*connection)) {
         return nullptr;
     }
-    auto source = makeSource(options, *connection, queue_, isScreenLocked_);
+    auto source = makeSource(options, *connection, queue_, isScreenLocked_, isOurs_);
     return std::make_unique<KeyTap>(KeyTap::Services{queue_, userTime_, connectionLost_},
                                     std::move(connection), std::move(source), callback, userInfo);
 }

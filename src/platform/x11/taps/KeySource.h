@@ -35,6 +35,10 @@ public:
     /// The key press to report for an event of the connection, if any. While started it must be
     /// shown every event in order.
     virtual std::optional<KeyPress> read(const xcb_generic_event_t& event) = 0;
+
+    /// Whether the event that was read last took the keyboard focus from our windows, as far as
+    /// that matters to this source.
+    virtual bool hasLostFocus() const { return false; }
 };
 
 } // namespace hollowfernpike::x11

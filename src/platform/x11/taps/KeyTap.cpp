@@ -82,6 +82,8 @@ void KeyTap::handle(const xcb_generic_event_t& event) {
         reportChange();
     } else if (const auto press = source_->read(event)) {
         deliver(*press);
+    } else if (source_->hasLostFocus()) {
+        listener_.callback(this, platform::eventTapFocusLost, nullptr, listener_.userInfo);
     }
 }
 

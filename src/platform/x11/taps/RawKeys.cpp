@@ -19,8 +19,12 @@ struct EventMask {
 
 } // namespace
 
-RawKeys::RawKeys(const Connection& connection, std::function<bool()> isScreenLocked)
-    : connection_(connection), input_(connection), isScreenLocked_(std::move(isScreenLocked)) {}
+RawKeys::RawKeys(const Connection& connection, std::function<bool()> isScreenLocked,
+                 bool alsoReleases)
+    : connection_(connection), input_(connection), isScreenLocked_(std::move(isScreenLocked)),
+      events_(alsoReleases
+                  ? XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE
+                  : XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS) {}
 
 void RawKeys::start() {
     if (started_) {
@@ -83,8 +87,7 @@ bool RawKeys::isForAnother() {
 }
 
 std::uint32_t RawKeys::select(bool wanted) const {
-    const EventMask mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-                         wanted ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
+    const EventMask mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, wanted ? events_ : 0};
     const auto cookie =
         xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &mask.head);
     xcb_xkb_select_events_details_t details{};

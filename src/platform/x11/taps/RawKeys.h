@@ -26,8 +26,10 @@ public:
         bool operator==(const Press&) const = default;
     };
 
-    /// `isScreenLocked` is asked at every press, on the thread that reads; it may be empty.
-    explicit RawKeys(const Connection& connection, std::function<bool()> isScreenLocked = {});
+    /// `isScreenLocked` is asked at every press, on the thread that reads; it may be empty. With
+    /// `alsoReleases` the connection gets the raw events of releases, too, for others to read.
+    explicit RawKeys(const Connection& connection, std::function<bool()> isScreenLocked = {},
+                     bool alsoReleases = false);
 
     /// Selects the events. Waits for the server.
     void start();
@@ -47,6 +49,7 @@ private:
     const Connection& connection_;
     TakenInput input_;
     std::function<bool()> isScreenLocked_;
+    std::uint32_t events_;
     bool started_ = false;
     std::uint32_t startedAt_ = 0; ///< number of the request that told the modifiers
     std::uint32_t stoppedAt_ = 0; ///< number of the request that ended the last period

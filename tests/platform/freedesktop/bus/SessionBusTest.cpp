@@ -1,8 +1,10 @@
 #include "platform/freedesktop/bus/SessionBus.h"
 
+#include "platform/freedesktop/bus/BusProbe.h"
 #include "platform/freedesktop/bus/ScreenLock.h"
 #include "platform/qt/QtEventLoop.h"
 #include "support/ChildProcess.h"
+#include "support/SilentSocket.h"
 #include "support/TemporaryDirectory.h"
 #include "support/WaitUntil.h"
 
@@ -21,6 +23,8 @@
 namespace hollowfernpike::freedesktop {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 /// The session bus of this process, at an address which the next bus has, too, as the user's does.
 class FixedBus {
@@ -216,6 +220,38 @@ TEST_F(ScreenLockTest, ABusThatEndsTakesTheLockAlongAndTheNextOneIsFollowed) {
 
 TEST(NoScreenLockTest, WithoutABusTheScreenIsNeverLocked) {
     EXPECT_FALSE(ScreenLock(nullptr).isLocked());
+}
+
+TEST(BusProbeTest, ABusAnswersAndOneThatIsGoneIsKnownAtOnce) {
+    FixedBus bus;
+    const auto address = SessionBus::addressOfSession();
+    EXPECT_TRUE(busAnswers(address, test::patience));
+    bus.end();
+    EXPECT_TRUE(busAnswers(address, test::patience));
+}
+
+TEST(BusProbeTest, ASilentBusDoesNotAnswer) {
+    const test::TemporaryDirectory home;
+    const test::SilentSocket silent(home.path() / "a bus");
+    EXPECT_FALSE(busAnswers("unix:path=" + home.path().string() + "/a%20bus", 10ms));
+}
+
+TEST(BusProbeTest, ABusThatOnlyBeginsToAnswerDoesNotEither) {
+    FixedBus bus;
+    bus.daemon().signal(SIGSTOP);
+    EXPECT_FALSE(busAnswers(SessionBus::addressOfSession(), 10ms));
+    bus.daemon().signal(SIGCONT);
+}
+
+TEST(SilentBusTest, IsConnectedToOnceItAnswers) {
+    FixedBus bus;
+    const auto address = SessionBus::addressOfSession();
+    bus.daemon().signal(SIGSTOP);
+    test::EventLoop loop;
+    SessionBus connection(address, SessionBus::answers(address));
+    EXPECT_FALSE(connection.connection().isConnected());
+    bus.daemon().signal(SIGCONT);
+    EXPECT_TRUE(loop.runUntil([&] { return connection.connection().isConnected(); }));
 }
 
 } // namespace

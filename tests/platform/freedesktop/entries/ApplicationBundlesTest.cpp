@@ -53,12 +53,12 @@ TEST_F(ApplicationBundlesTest, ABundlesIdentifierIsThatOfItsEntry) {
     EXPECT_EQ(bundles_.bundleAt(below).value().bundleIdentifier, "kde-App");
 }
 
-TEST_F(ApplicationBundlesTest, AnEntryElsewhereHasNoIdentifier) {
+TEST_F(ApplicationBundlesTest, AnEntryElsewhereIsIdentifiedByItsFileName) {
     home_.addEntry("app", "true");
     const auto* const text = "[Desktop Entry]\nType=Application\nName=Other\nExec=true\n";
     const auto bundle = bundles_.bundleAt(home_.write(home_.path() / "Desktop/app.desktop", text));
     ASSERT_TRUE(bundle);
-    EXPECT_EQ(bundle->bundleIdentifier, std::nullopt);
+    EXPECT_EQ(bundle->bundleIdentifier, "app");
 }
 
 TEST_F(ApplicationBundlesTest, ALinkToAnInstalledEntryIsThatApplication) {
@@ -221,6 +221,20 @@ TEST_F(ApplicationBundlesTest, ADirectoryThatIsNamedTwiceIsListedOnce) {
     freedesktop::DesktopEntries twice({home_.applications(), home_.applications()});
     EXPECT_THAT(freedesktop::ApplicationBundles(twice).applicationDirectories(),
                 ElementsAre(home_.applications()));
+}
+
+TEST_F(ApplicationBundlesTest, ToldApartAreThoseThatAreGoneAndThoseThatAreNotTrusted) {
+    using platform::Standing;
+    EXPECT_EQ(bundles_.standingOf(home_.addEntry("app", "true")), Standing::fine);
+    EXPECT_EQ(bundles_.standingOf("/nowhere/app.desktop"), Standing::gone);
+    EXPECT_EQ(bundles_.standingOf(home_.addEntry("lost", "/no/such/program")), Standing::gone);
+    EXPECT_EQ(bundles_.standingOf(home_.addEntry("hidden", "true", "Hidden=true\n")),
+              Standing::gone);
+    const auto outside = home_.write(home_.path() / "Downloads/tool.desktop",
+                                     "[Desktop Entry]\nType=Application\nName=T\nExec=true\n");
+    EXPECT_EQ(bundles_.standingOf(outside), Standing::untrusted);
+    std::filesystem::permissions(outside, std::filesystem::perms::owner_all);
+    EXPECT_EQ(bundles_.standingOf(outside), Standing::fine);
 }
 
 } // namespace

@@ -47,7 +47,7 @@ TEST_F(DesktopEntriesTest, ListsTheUsersAndTheSystemsApplications) {
 TEST_F(DesktopEntriesTest, ASubdirectoryIsPartOfTheIdentifier) {
     const auto path = home_.write(home_.applications() / "kde/deep/org.kde.App.desktop", minimal);
     EXPECT_THAT(identifiers(), ElementsAre("kde-deep-org.kde.App"));
-    EXPECT_EQ(entries_.identifierOf(path), "kde-deep-org.kde.App");
+    EXPECT_EQ(entries_.entryAt(path).identifier, "kde-deep-org.kde.App");
     EXPECT_EQ(entries_.entryAt(path).name, "org.kde.App");
 }
 
@@ -55,8 +55,8 @@ TEST_F(DesktopEntriesTest, AnEntryOfTheUserShadowsOneOfTheSystem) {
     const auto mine = home_.addEntry("app", "true");
     const auto theirs = home_.write(home_.systemApplications() / "app.desktop", minimal);
     EXPECT_EQ(pathOf("app"), mine);
-    EXPECT_EQ(entries_.identifierOf(theirs), "");
-    EXPECT_EQ(entries_.entryAt(theirs).identifier, "");
+    EXPECT_EQ(entries_.entryAt(theirs).identifier, "app");
+    EXPECT_EQ(pathOf("app"), mine) << "still";
 }
 
 TEST_F(DesktopEntriesTest, AHiddenEntryOfTheUserRemovesOneOfTheSystem) {
@@ -75,26 +75,36 @@ TEST_F(DesktopEntriesTest, WhatCannotRunIsNotInstalled) {
     EXPECT_THAT(identifiers(), ElementsAre("fine"));
 }
 
-TEST_F(DesktopEntriesTest, AnEntryElsewhereHasNoIdentifierOfItsOwn) {
+TEST_F(DesktopEntriesTest, AnEntryElsewhereIsIdentifiedByItsFileName) {
     home_.addEntry("app", "true");
     const auto copy = home_.write(home_.path() / "Desktop/app.desktop", minimal);
-    EXPECT_EQ(entries_.identifierOf(copy), "");
+    EXPECT_EQ(entries_.entryAt(copy).identifier, "app");
     EXPECT_EQ(entries_.entryAt(copy).path, copy);
-    EXPECT_EQ(entries_.identifierOf("/nowhere/app.desktop"), "");
+    EXPECT_NE(pathOf("app"), copy) << "the installed one has the identifier";
+    EXPECT_THROW(entries_.entryAt("/nowhere/app.desktop"), platform::LocalizedError);
+}
+
+TEST_F(DesktopEntriesTest, AnEntryElsewhereIsKnownOnceItWasAskedFor) {
+    const auto stray = home_.write(home_.path() / "Desktop/tool.desktop", minimal);
+    EXPECT_EQ(pathOf("tool"), "");
+    EXPECT_EQ(entries_.entryAt(stray).identifier, "tool");
+    ASSERT_EQ(pathOf("tool"), stray);
+    EXPECT_FALSE(entries_.index().withIdentifier("tool")->isInstalled);
+    const auto installed = home_.addEntry("tool", "true");
+    EXPECT_EQ(pathOf("tool"), installed);
 }
 
 TEST_F(DesktopEntriesTest, ALinkToAnInstalledEntryHasItsIdentifier) {
     const auto path = home_.addEntry("app", "true");
     const auto link = home_.path() / "app.desktop";
     std::filesystem::create_symlink(path, link);
-    EXPECT_EQ(entries_.identifierOf(link.string()), "app");
+    EXPECT_EQ(entries_.entryAt(link.string()).identifier, "app");
 }
 
 TEST_F(DesktopEntriesTest, APathWithAZeroByteIsThatOfNoEntry) {
     const auto path = home_.addEntry("app", "true") + '\0';
     for (const auto& longer : {path, path + "/app.desktop"}) {
         EXPECT_EQ(entries_.index().withPath(longer), nullptr);
-        EXPECT_EQ(entries_.identifierOf(longer), "");
         EXPECT_THROW(entries_.entryAt(longer), platform::LocalizedError);
     }
 }
@@ -168,6 +178,19 @@ TEST_F(DesktopEntriesTest, ALoopOfDirectoriesEnds) {
     home_.addEntry("app", "true");
     std::filesystem::create_directory_symlink(home_.applications(), home_.applications() / "loop");
     EXPECT_THAT(identifiers(), ElementsAre("app"));
+}
+
+TEST_F(DesktopEntriesTest, FoldersThatLinkToEachOtherAreReadOnce) {
+    constexpr int folders = 24; // with all ways between them it would take hours
+    for (int number = 0; number < folders; ++number) {
+        const auto folder = home_.applications() / std::to_string(number);
+        home_.write(folder / "app.desktop", minimal);
+        for (int other = 0; other < folders; ++other) {
+            std::filesystem::create_directory_symlink(home_.applications() / std::to_string(other),
+                                                      folder / ("to" + std::to_string(other)));
+        }
+    }
+    EXPECT_EQ(identifiers().size(), folders);
 }
 
 TEST_F(DesktopEntriesTest, AnUnlistedEntryThatChangesIsReadAsItIsNow) {

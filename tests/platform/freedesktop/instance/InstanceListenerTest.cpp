@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 namespace hollowfernpike::test {
@@ -142,6 +143,24 @@ TEST_F(InstanceListenerTest, TheSilentDoNotKeepOthersWaiting) {
     send(silent.back(), encoded({"at last", ""}));
     EXPECT_EQ(answerOn(silent.back()), freedesktop::acknowledgement);
     EXPECT_THAT(requests_, ElementsAre(honest, InstanceRequest{"at last", ""}));
+}
+
+TEST_F(InstanceListenerTest, WithoutDescriptorsItRestsInsteadOfSpinning) {
+    listen();
+    const auto client = connect();
+    send(client, encoded(honest));
+    EXPECT_EQ(answerOn(client), freedesktop::acknowledgement);
+    const auto waiting = connectedSocket(private_, "socket");
+    send(waiting, encoded(honest));
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none{0, limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    const auto before = loop_.served();
+    EXPECT_FALSE(loop_.runUntil([] { return false; }, 500ms));
+    EXPECT_LE(loop_.served() - before, 2U);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_EQ(answerOn(waiting), freedesktop::acknowledgement);
 }
 
 TEST_F(InstanceListenerTest, AnotherUserIsNotHeard) {

@@ -115,5 +115,18 @@ TEST_F(PrivateDirectoryTest, WhatWasCheckedStaysTheDirectory) {
                                directory_.path() / "moved"));
 }
 
+TEST_F(PrivateDirectoryTest, WhereAnotherUserHasTakenOurPlaceTheCacheServes) {
+    make(own(), 0700);
+    ASSERT_EQ(::chown(own().c_str(), 4711, 4711), 0);
+    const auto cache = directory_.path() / "cache";
+    ::setenv("XDG_CACHE_HOME", cache.c_str(), 1);
+    EXPECT_EQ(PrivateDirectory::forRuntime().path(), cache / "hollowfernpike");
+    struct stat status = {};
+    ASSERT_EQ(::stat((cache / "hollowfernpike").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U);
+    EXPECT_EQ(PrivateDirectory::forRuntime().path(), cache / "hollowfernpike")
+        << "the next finds it";
+}
+
 } // namespace
 } // namespace hollowfernpike::test

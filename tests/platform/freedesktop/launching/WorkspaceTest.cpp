@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace hollowfernpike::freedesktop {
 
@@ -71,10 +72,56 @@ TEST_F(WorkspaceTest, AnEntryThatMenusDoNotShowIsStillLaunched) {
     launchOne(home_.addEntry("discreet", home_.witness("stay"), "NoDisplay=true\n"));
 }
 
-TEST_F(WorkspaceTest, AnEntryOutsideTheApplicationsDirectoriesIsLaunched) {
-    const auto path =
-        home_.write(home_.path() / "Desktop/my tool.desktop",
+/// An entry outside of the applications directories, executable, the user's, writable by nobody
+/// else.
+class OutsideEntryTest : public WorkspaceTest {
+protected:
+    OutsideEntryTest() { std::filesystem::permissions(path_, std::filesystem::perms::owner_all); }
+
+    void expectRefused() {
+        EXPECT_THAT(errorOf(path_), AllOf(HasSubstr(path_), HasSubstr("not trusted")));
+        EXPECT_THAT(home_.witnesses(), IsEmpty());
+        EXPECT_THAT(feedback_.begun, IsEmpty());
+    }
+
+    const std::string path_ =
+        home_.write(home_.path() / "Downloads/my tool.desktop",
                     "[Desktop Entry]\nType=Application\nName=T\nExec=" + home_.witness("stay"));
+};
+
+TEST_F(OutsideEntryTest, IsLaunchedIfItIsTheUsersOwnAndExecutable) {
+    launchOne(path_);
+}
+
+TEST_F(OutsideEntryTest, IsRefusedIfItIsNotExecutable) {
+    std::filesystem::permissions(path_, std::filesystem::perms{0600});
+    expectRefused();
+}
+
+TEST_F(OutsideEntryTest, IsRefusedIfOthersMayWriteIt) {
+    for (const auto mode : {0770, 0702, 0720}) {
+        std::filesystem::permissions(path_, static_cast<std::filesystem::perms>(mode));
+        expectRefused();
+    }
+}
+
+TEST_F(OutsideEntryTest, IsRefusedIfItBelongsToAnotherUser) {
+    constexpr uid_t somebody = 4711;
+    ASSERT_EQ(::chown(path_.c_str(), somebody, somebody), 0);
+    std::filesystem::permissions(path_, std::filesystem::perms{0755});
+    expectRefused();
+}
+
+TEST_F(OutsideEntryTest, IsNotTakenForInstalledByADetourThroughTheApplicationsDirectory) {
+    std::filesystem::permissions(path_, std::filesystem::perms{0600});
+    std::filesystem::create_directories(home_.applications());
+    const auto detour = home_.applications() / "../../Downloads/my tool.desktop";
+    EXPECT_THAT(errorOf(detour.string()), HasSubstr("not trusted"));
+}
+
+TEST_F(OutsideEntryTest, InstalledEntriesNeedNotBeExecutable) {
+    const auto path = home_.addEntry("app", home_.witness("stay"));
+    std::filesystem::permissions(path, std::filesystem::perms{0644});
     launchOne(path);
 }
 

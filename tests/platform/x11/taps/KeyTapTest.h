@@ -47,6 +47,7 @@ public:
 
     std::vector<platform::KeyEvent> presses;
     int disabledReports = 0;
+    int focusLosses = 0;
     bool reenables = true;
     std::function<void()> onPress;
 
@@ -59,6 +60,10 @@ private:
             if (self.reenables) {
                 proxy->enable(true);
             }
+            return event;
+        }
+        if (type == platform::eventTapFocusLost) {
+            ++self.focusLosses;
             return event;
         }
         self.presses.push_back(*event);

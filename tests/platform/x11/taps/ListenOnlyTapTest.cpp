@@ -114,6 +114,80 @@ TEST_F(ListenOnlyTapTest, SeesNothingWhileDisabled) {
     EXPECT_EQ(tap->presses[0].keyCode, keyC);
 }
 
+/// Taps that know which windows are ours: those of `ours`.
+class FocusedTapTest : public KeyTapTest {
+protected:
+    FocusedTapTest() {
+        taps_.setOwnWindows([this](xcb_window_t window) { return window == ours.window(); });
+    }
+
+    bool hasLostFocus(const ListeningTap& tap) {
+        return queue_.runUntil([&] { return tap.focusLosses > 0; });
+    }
+
+    FocusedWindow others{display_.name()};
+    FocusedWindow ours{display_.name()};
+};
+
+TEST_F(FocusedTapTest, SeesWhatIsTypedIntoAWindowOfOurs) {
+    auto tap = makeListenOnlyTap();
+    keyboard_.strike({"LCTL", "AB02"});
+    EXPECT_TRUE(delivered(*tap, 1));
+    EXPECT_EQ(tap->focusLosses, 0);
+}
+
+TEST_F(FocusedTapTest, SeesNothingUntilAWindowOfOursHasTheFocus) {
+    others.takeFocus();
+    auto tap = makeListenOnlyTap();
+    const auto before = queue_.handedOver();
+    keyboard_.strike({"LCTL", "AB02"});
+    constexpr unsigned eventsOfStrike = 4; // two keys that go down, and Control twice
+    ASSERT_TRUE(queue_.runUntil([&] { return queue_.handedOver() >= before + eventsOfStrike; }));
+    bool areHandled = false;
+    queue_.async([&] { areHandled = true; });
+    ASSERT_TRUE(queue_.runUntil([&] { return areHandled; }));
+    EXPECT_TRUE(tap->presses.empty());
+    ours.takeFocus();
+    keyboard_.strike({"LCTL", "AB03"});
+    ASSERT_TRUE(delivered(*tap, 1));
+    ASSERT_EQ(tap->presses.size(), 1U);
+    EXPECT_EQ(tap->presses[0].keyCode, keyC);
+    EXPECT_EQ(tap->focusLosses, 0) << "the focus has come, not gone";
+}
+
+TEST_F(FocusedTapTest, TellsOfTheLossAfterThePressesBeforeIt) {
+    auto tap = makeListenOnlyTap();
+    keyboard_.strike({"LCTL", "AB02"});
+    others.takeFocus();
+    keyboard_.strike({"LCTL", "AB03"});
+    ASSERT_TRUE(hasLostFocus(*tap));
+    ASSERT_EQ(tap->presses.size(), 1U);
+    EXPECT_EQ(tap->presses[0].keyCode, keyX);
+}
+
+TEST_F(FocusedTapTest, AnotherClientWithTheKeyboardIsALoss) {
+    auto tap = makeListenOnlyTap();
+    XClient locker(display_.name());
+    ASSERT_TRUE(locker.grabKeyboard());
+    keyboard_.strike({"LFSH", "AB02"});
+    EXPECT_TRUE(hasLostFocus(*tap));
+    EXPECT_TRUE(tap->presses.empty());
+}
+
+TEST_F(FocusedTapTest, AKeyThatAnotherClientHoldsIsNone) {
+    auto tap = makeListenOnlyTap();
+    XClient holder(display_.name());
+    const auto super = keyboard_.keycode("LWIN");
+    ASSERT_TRUE(holder.grab({super, 0}));
+    keyboard_.press("LWIN");
+    ASSERT_TRUE(holder.waitForPress({super, 0}));
+    keyboard_.strike({"AB02"});
+    keyboard_.release("LWIN");
+    ASSERT_TRUE(delivered(*tap, 1));
+    EXPECT_EQ(tap->presses[0].flags, flags::command | flags::nonCoalesced);
+    EXPECT_EQ(tap->focusLosses, 0);
+}
+
 constexpr std::uint64_t fourModifiers =
     flags::shift | flags::control | flags::option | flags::command;
 constexpr unsigned thirdLevel = XCB_MOD_MASK_5;

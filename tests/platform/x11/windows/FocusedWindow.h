@@ -19,6 +19,10 @@ public:
                           100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                           XCB_CW_EVENT_MASK, &events);
         xcb_map_window(server(), window_);
+        takeFocus();
+    }
+
+    void takeFocus() {
         xcb_set_input_focus(server(), XCB_INPUT_FOCUS_NONE, window_, XCB_CURRENT_TIME);
         sync();
     }
