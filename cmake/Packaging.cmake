@@ -8,7 +8,7 @@ in front of you: brought forward if it runs, launched if it does not. Bound\n\
 presses are swallowed, every other key press reaches your programs untouched.\n\
 \n\
 The program stays in the status bar, speaks Japanese and English, and needs a\n\
-session on X11, GNOME, KDE Plasma or sway. It brings an extension of GNOME Shell.")
+session on X11 or Wayland. It brings an extension of GNOME Shell.")
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 

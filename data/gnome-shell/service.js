@@ -68,12 +68,12 @@ class Service {
     }
 
     destroy() {
+        InhibitShortcutsDialog.prototype._buildLayout = this._buildLayout;
         Gio.bus_unwatch_name(this._programWatch);
         if (this._ownName !== 0)
             Gio.bus_unown_name(this._ownName);
         this._forgetClient();
         this._object.unexport();
-        InhibitShortcutsDialog.prototype._buildLayout = this._buildLayout;
         for (const [settings, handler] of this._keyWatches)
             settings.disconnect(handler);
         if (this._keysIdle !== 0)
@@ -101,7 +101,8 @@ class Service {
         });
     }
 
-    // Our name is to be had only now: who sees it is known to us already.
+    // Takes our name on the bus only after the first look for the program, so that a client that sees the
+    // name is served already.
     _serve(client) {
         this._forgetClient();
         this._client = client;
@@ -214,6 +215,9 @@ class Service {
     }
 
     _grab(accelerator) {
+        // No program needs bare keys here: they would be all that the user types.
+        if (!accelerator.startsWith('<'))
+            return false;
         const action = global.display.grab_accelerator(accelerator,
             Meta.KeyBindingFlags.IGNORE_AUTOREPEAT);
         if (action === Meta.KeyBindingAction.NONE)
@@ -276,7 +280,8 @@ class Service {
     // The shell shows a start-up notice for what it knows by an entry.
     _beginLaunch(desktopFileId, time) {
         const app = Shell.AppSystem.get_default().lookup_app(desktopFileId);
-        return this._tokenFor(app, time, global.workspace_manager.get_active_workspace());
+        return this._tokenFor(app, time || global.display.get_current_time_roundtrip(),
+            global.workspace_manager.get_active_workspace());
     }
 
     // A token moves a window to its workspace. The user is to go to that of the window instead.

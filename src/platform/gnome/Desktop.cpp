@@ -47,10 +47,15 @@ public:
     }
 
     std::optional<platform::Distrust> trustProblem() override {
-        return extension_.isThere() ? std::nullopt : std::optional(missingExtension(*host_.bus));
+        if (extension_.isThere()) {
+            return std::nullopt;
+        }
+        auto missing = missingExtension(*host_.bus);
+        mayBecomeTrusted_ = missing.mayComeInThisSession;
+        return std::move(missing.problem);
     }
 
-    bool mayBecomeTrusted() override { return true; }
+    bool mayBecomeTrusted() override { return mayBecomeTrusted_; }
     platform::EventTaps& eventTaps() override { return eventTaps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
@@ -63,6 +68,7 @@ public:
     }
 
 private:
+    bool mayBecomeTrusted_ = true;
     platform::DesktopHost host_;
     wayland::ToolkitLoss toolkitLoss_{host_.restart};
     std::unique_ptr<wayland::Connection> connection_;

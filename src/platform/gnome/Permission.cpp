@@ -49,9 +49,12 @@ Extension extensionOf(const freedesktop::SessionBus& bus, const char* identifier
     const auto info = qdbus_cast<QVariantMap>(
         bus.ask(callOf(extensionsInterface, "GetExtensionInfo", {QString(identifier)})));
     const auto state = info.value("state").toInt();
+    constexpr int activating = 8;
     const bool isDisabled = state > static_cast<int>(State::outOfDate);
     return {.identifier = identifier,
-            .state = isDisabled ? State::disabled : static_cast<State>(state),
+            .state = state == activating ? State::enabled
+                     : isDisabled        ? State::disabled
+                                         : static_cast<State>(state),
             .error = info.value("error").toString()};
 }
 
@@ -96,45 +99,51 @@ bool isExtensionInstalled() {
     });
 }
 
-platform::Distrust missingExtension(const freedesktop::SessionBus& bus) {
+MissingExtension missingExtension(const freedesktop::SessionBus& bus) {
     if (!areExtensionsOn(bus)) {
-        return {{"GNOME Shell の拡張機能がすべてオフになっています。"
-                 "「拡張機能」アプリを開き、一番上のスイッチをオンにしてください。",
-                 "All extensions of GNOME Shell are switched off. "
-                 "Open the application Extensions and turn on the switch at its top."}};
+        return {{{"GNOME Shell の拡張機能がすべてオフになっています。"
+                  "「拡張機能」アプリを開き、一番上のスイッチをオンにしてください。",
+                  "All extensions of GNOME Shell are switched off. "
+                  "Open the application Extensions and turn on the switch at its top."}}};
     }
     const auto extension = fittingExtension(bus);
     switch (extension.state) {
     case State::unknown:
-        return {{"GNOME Shell は Hollowfernpike の拡張機能をまだ認識していません。"
-                 "一度ログアウトして、もう一度ログインしてください。",
-                 "GNOME Shell does not know the extension of Hollowfernpike yet. "
-                 "Log out and in again."}};
+        return {{{"GNOME Shell は Hollowfernpike の拡張機能をまだ認識していません。"
+                  "一度ログアウトして、もう一度ログインしてください。",
+                  "GNOME Shell does not know the extension of Hollowfernpike yet. "
+                  "Log out and in again."}},
+                false};
     case State::outOfDate:
-        return {{"Hollowfernpike の拡張機能は、このバージョンの GNOME Shell に対応していません。"
-                 "新しいバージョンの Hollowfernpike をインストールしてください。",
-                 "The extension of Hollowfernpike is not made for this release of GNOME Shell. "
-                 "Install a newer release of Hollowfernpike."}};
+        return {{{"Hollowfernpike の拡張機能は、このバージョンの GNOME Shell に対応していません。"
+                  "新しいバージョンの Hollowfernpike をインストールしてください。",
+                  "The extension of Hollowfernpike is not made for this release of GNOME Shell. "
+                  "Install a newer release of Hollowfernpike."}},
+                false};
     case State::failed: {
         const auto error = extension.error.toStdString();
-        return {{"Hollowfernpike の拡張機能で問題が起きました: " + error,
-                 "The extension of Hollowfernpike has failed: " + error}};
+        return {{{"Hollowfernpike の拡張機能で問題が起きました: " + error,
+                  "The extension of Hollowfernpike has failed: " + error}},
+                false};
     }
     case State::enabled:
-        return {{"Hollowfernpike の拡張機能から応答がありません。"
-                 "一度ログアウトして、もう一度ログインしてください。",
-                 "The extension of Hollowfernpike does not answer. Log out and in again."}};
+        return {
+            {{"Hollowfernpike の拡張機能から応答がありません。"
+              "しばらくしても変わらなければ、一度ログアウトして、もう一度ログインしてください。",
+              "The extension of Hollowfernpike does not answer. "
+              "If that stays so, log out and in again."}}};
     case State::disabled:
         break;
     }
-    return {.reason = {"キーの検出とウインドウの切り替えには、GNOME Shell の拡張機能が必要です。"
-                       "この拡張機能は Hollowfernpike だけに応答します。",
-                       "GNOME Shell shows keys and windows only to its extensions. Hollowfernpike "
-                       "has one that answers no other program."},
-            .remedy = platform::TrustRemedy{
-                .japanese = "拡張機能を有効にする",
-                .english = "Enable Extension",
-                .apply = [&bus, identifier = extension.identifier] { enable(bus, identifier); }}};
+    return {
+        {.reason = {"キーの検出とウインドウの切り替えには、GNOME Shell の拡張機能が必要ですが、"
+                    "現在オフになっています。この拡張機能は Hollowfernpike だけに応答します。",
+                    "To see keys and switch windows, Hollowfernpike needs its extension of GNOME "
+                    "Shell, which is switched off. It answers no other program."},
+         .remedy = platform::TrustRemedy{
+             .japanese = "拡張機能を有効にする",
+             .english = "Enable Extension",
+             .apply = [&bus, identifier = extension.identifier] { enable(bus, identifier); }}}};
 }
 
 } // namespace hollowfernpike::gnome

@@ -9,8 +9,14 @@ namespace hollowfernpike::gnome {
 /// is for GNOME Shell 43 and 44, the other for later ones.
 bool isExtensionInstalled();
 
-/// Why the shell does not run the extension, as it says itself. Asks the shell and waits for the
-/// answers. The remedy has the shell enable the extension, and uses the bus later.
-platform::Distrust missingExtension(const freedesktop::SessionBus& bus);
+/// Why the shell does not run the extension.
+struct MissingExtension {
+    platform::Distrust problem;
+    bool mayComeInThisSession = true;
+};
+
+/// As the shell says itself: asks it and waits for the answers. The remedy has the shell enable the
+/// extension, and uses the bus later.
+MissingExtension missingExtension(const freedesktop::SessionBus& bus);
 
 } // namespace hollowfernpike::gnome

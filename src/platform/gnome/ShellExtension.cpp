@@ -92,6 +92,7 @@ std::optional<std::vector<wayland::ListedWindow>> ShellExtension::windows() {
 
 void ShellExtension::watch(bool wanted) {
     refresh();
+    isWatching_ = wanted;
     tell("WatchWindows", {wanted});
 }
 
@@ -128,7 +129,7 @@ void ShellExtension::onPressed(const QDBusMessage& signal) {
 
 void ShellExtension::onWindowsChanged() {
     refresh();
-    if (onChange) {
+    if (isThere_ && onChange) {
         onChange();
     }
 }
@@ -146,6 +147,9 @@ void ShellExtension::listen() {
 void ShellExtension::look() {
     const auto owner = ownerOf(name);
     isThere_ = !owner.isEmpty() && owner == ownerOf(shellName);
+    if (isThere_ && isWatching_) { // a new one knows nothing of that
+        tell("WatchWindows", {true});
+    }
     qCDebug(freedesktop::keysLog, "the extension of the shell is %s",
             isThere_ ? "there" : "absent");
     refresh();
@@ -178,6 +182,9 @@ QVariant ShellExtension::ask(const char* method, const QVariantList& arguments) 
 
 void ShellExtension::tell(const char* method, const QVariantList& arguments,
                           const freedesktop::SessionBus::Answer& answer) {
+    if (!isThere_) {
+        return;
+    }
     bus_.call(callOf(method, arguments), [self = QPointer(this), answer](const auto& reply) {
         if (self != nullptr && answer) {
             answer(reply);

@@ -49,8 +49,7 @@ public:
     void refresh() override { windows_.reset(); }
     void watch(bool wanted) override;
 
-    /// With the time of the last press, so that the user has the keys where a window was clicked
-    /// since then.
+    /// With the time of the last press: a window that the user clicked after it keeps the keys.
     void activate(std::span<const std::int64_t> numbers) override;
 
     /// The activation token of a launch by the last press; empty if there is none. Waits as
@@ -91,6 +90,7 @@ private:
     platform::MainQueue& mainQueue_;
     QDBusServiceWatcher service_;
     bool isThere_ = false;
+    bool isWatching_ = false;
     std::optional<std::vector<wayland::ListedWindow>> windows_; ///< of this turn of the main loop
     uint lastPress_ = 0; ///< in the compositor's milliseconds; 0: there was none
 };

@@ -8,14 +8,17 @@
 
 namespace hollowfernpike::gnome {
 
-/// Launches as the shell's own: by a token with the time of the key press. Main thread only.
+/// Launches as the shell's own: by a token with the time of the key press. The shell shows a busy
+/// pointer until the token is used, so programs that announce nothing get none; their windows come
+/// to the front all the same. Main thread only.
 class ShellLaunches final : public platform::LaunchFeedback {
 public:
     /// The extension outlives this object.
     explicit ShellLaunches(ShellExtension& extension) : extension_(extension) {}
 
     std::string begin(const platform::StartingApplication& application) override {
-        return extension_.beginLaunch(application.announces ? application.bundleIdentifier : "");
+        return application.announces ? extension_.beginLaunch(application.bundleIdentifier)
+                                     : std::string{};
     }
     void end(const std::string& identifier) override { extension_.endLaunch(identifier); }
 

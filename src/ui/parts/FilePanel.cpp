@@ -110,6 +110,12 @@ FilePanel::FilePanel(Purpose purpose, const QString& kind, const QString& extens
     for (auto* button : findChildren<QToolButton*>()) {
         button->installEventFilter(this);
     }
+    // On Wayland the list of completions takes the keys from the text field with each letter, and
+    // GNOME Shell loses some of those typed meanwhile.
+    auto* field = findChild<QLineEdit*>("fileNameEdit");
+    if (field != nullptr && QGuiApplication::platformName() == "wayland") {
+        field->setCompleter(nullptr);
+    }
 }
 
 void FilePanel::localizeNumbers() {

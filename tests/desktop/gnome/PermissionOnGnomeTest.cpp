@@ -33,6 +33,12 @@ protected:
         return reader_->description(window);
     }
 
+    bool hasOwner(const std::string& name) {
+        return callOnBus(story().desktop.environment(),
+                         {"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                          "org.freedesktop.DBus.NameHasOwner", name}) == "(true,)\n";
+    }
+
     void clickRemedy() {
         const auto window = prompt();
         reader_->press(reader_->find(window, "push button", "拡張機能を有効にする"));
@@ -102,6 +108,7 @@ TEST_F(PermissionOnGnomeTest, AnotherProgramWithTheNameOfTheExtensionIsNotBeliev
     const auto impostor = g_bus_own_name_on_connection(
         story().desktop.busConnection(), "app.hollowfernpike.Shell", G_BUS_NAME_OWNER_FLAGS_NONE,
         nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return hasOwner("app.hollowfernpike.Shell"); }));
     story().launchUtility();
     EXPECT_THAT(words(), HasSubstr("拡張機能"));
     EXPECT_EQ(story().bindings(), 0) << story().utilityTells();

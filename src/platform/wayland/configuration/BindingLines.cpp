@@ -217,7 +217,7 @@ platform::LocalizedError reasonForUnknown(std::string_view session) {
                 "設定に必要です。それぞれのキーに次のコマンドを割り当ててください。",
             "This Wayland session" + name +
                 " shows keys to the window in front alone, so its own settings have to bind your "
-                "shortcuts. Have the keys of each run this command."};
+                "shortcuts. Bind each of these commands to its keys."};
 }
 
 } // namespace

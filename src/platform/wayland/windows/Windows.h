@@ -13,8 +13,7 @@
 
 namespace hollowfernpike::wayland {
 
-/// The windows of a desktop that lists them with their processes and in their stacking order. Main
-/// thread only.
+/// The windows of a desktop that lists them from front to back, as far as it can. Main thread only.
 class Windows final : public platform::Windows {
 public:
     /// What `host` refers to and the source outlive this object, and this object its subscriptions.
