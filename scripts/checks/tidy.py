@@ -22,7 +22,7 @@ import tree
 PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx\b")
 INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 # What each program defines for itself.
-ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory)\(", re.MULTILINE)
+ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory|makeStackingStory)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
 # The batches. Names at namespace scope are unique in each.
@@ -103,13 +103,15 @@ def unified(root, names):
     text, programs, begun = "", "", set()
     for number, name in enumerate(names):
         include = f'#include "{root / name}"\n'
-        if not (entry := ENTRY_POINT.search((root / name).read_text())):
+        entries = set(ENTRY_POINT.findall((root / name).read_text()))
+        if not entries:
             text += include
-        elif entry[1] in begun:
-            programs += f"#define {entry[1]} {entry[1]}{number}\n{include}#undef {entry[1]}\n"
+        elif known := sorted(entries & begun):
+            programs += "".join(f"#define {entry} {entry}{number}\n" for entry in known)
+            programs += include + "".join(f"#undef {entry}\n" for entry in known)
         else:
-            begun.add(entry[1])
             programs = include + programs
+        begun |= entries
     return text + programs
 
 

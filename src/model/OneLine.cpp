@@ -5,24 +5,19 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <iterator>
 
 namespace hollowfernpike {
 
 namespace {
 
-struct Direction {
-    std::string_view character;
-    std::string_view escape;
+/// Characters that change the direction of what follows, from one to another.
+struct Directions {
+    char32_t first;
+    char32_t last;
 };
 
-// In bytes: written out, they would turn this source around.
-constexpr Direction directions[] = {
-    {"\xD8\x9C", "\\u061c"},     {"\xE2\x80\x8E", "\\u200e"}, {"\xE2\x80\x8F", "\\u200f"},
-    {"\xE2\x80\xAA", "\\u202a"}, {"\xE2\x80\xAB", "\\u202b"}, {"\xE2\x80\xAC", "\\u202c"},
-    {"\xE2\x80\xAD", "\\u202d"}, {"\xE2\x80\xAE", "\\u202e"}, {"\xE2\x81\xA6", "\\u2066"},
-    {"\xE2\x81\xA7", "\\u2067"}, {"\xE2\x81\xA8", "\\u2068"}, {"\xE2\x81\xA9", "\\u2069"},
-};
+constexpr Directions directions[] = {
+    {0x061C, 0x061C}, {0x200E, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}};
 
 std::string escaped(const char* format, unsigned value) {
     std::array<char, 16> buffer{};
@@ -62,6 +57,21 @@ std::string_view takeCharacter(std::string_view& rest) {
     return character;
 }
 
+/// Of a sequence of two or three bytes; 0 for others.
+char32_t codePoint(std::string_view sequence) {
+    const auto bits = [&](std::size_t index, unsigned mask) {
+        return static_cast<unsigned char>(sequence[index]) & mask;
+    };
+    switch (utf8SequenceLength(sequence)) {
+    case 2:
+        return bits(0, 0x1FU) << 6U | bits(1, 0x3FU);
+    case 3:
+        return bits(0, 0x0FU) << 12U | bits(1, 0x3FU) << 6U | bits(2, 0x3FU);
+    default:
+        return 0;
+    }
+}
+
 std::string shown(std::string_view character) {
     if (utf8SequenceLength(character) == 0) {
         return escaped("\\x%02x", static_cast<unsigned char>(character.front()));
@@ -75,8 +85,11 @@ std::string withoutDirections(std::string_view text) {
     std::string plain;
     while (!text.empty()) {
         const auto character = takeCharacter(text);
-        const auto* const known = std::ranges::find(directions, character, &Direction::character);
-        plain += known == std::end(directions) ? character : known->escape;
+        const auto point = codePoint(character);
+        const bool isOne = std::ranges::any_of(directions, [&](const auto& some) {
+            return some.first <= point && point <= some.last;
+        });
+        plain += isOne ? escaped("\\u%04x", point) : std::string{character};
     }
     return plain;
 }

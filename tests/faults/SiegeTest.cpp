@@ -86,8 +86,8 @@ protected:
 
     std::string entryWith(const fs::path& icon) {
         const auto entry = story.desktop.applications() / (icon.filename().string() + ".desktop");
-        putFile(entry, "[Desktop Entry]\nType=Application\nName=\xE2\x80\xAE"
-                       "gpj." +
+        const std::string backwards{'\xE2', '\x80', '\xAE'}; // U+202E
+        putFile(entry, "[Desktop Entry]\nType=Application\nName=" + backwards + "gpj." +
                            icon.filename().string() + "\nExec=true\nIcon=" + icon.string() + "\n");
         return entry.string();
     }

@@ -101,11 +101,13 @@ TEST(Utf8Test, AcceptsTextWithoutBadBytes) {
 }
 
 TEST(OneLineTest, DirectionsOfWritingBecomeEscapesInNames) {
-    EXPECT_EQ(withoutDirections("\xE2\x80\xAE"
-                                "gpj.exe"),
-              "\\u202egpj.exe");
-    EXPECT_EQ(withoutDirections("a\xE2\x81\xA6"
-                                "b\xE2\x81\xA9 \xE2\x80\x8F"),
+    // In single bytes: as texts they would turn this source around.
+    const std::string override{'\xE2', '\x80', '\xAE'};
+    const std::string isolate{'\xE2', '\x81', '\xA6'};
+    const std::string endOfIsolate{'\xE2', '\x81', '\xA9'};
+    const std::string mark{'\xE2', '\x80', '\x8F'};
+    EXPECT_EQ(withoutDirections(override + "gpj.exe"), "\\u202egpj.exe");
+    EXPECT_EQ(withoutDirections("a" + isolate + "b" + endOfIsolate + " " + mark),
               "a\\u2066b\\u2069 \\u200f");
     for (const auto* name : {"", "メール & Ü", "שלום", "\xff broken", "e\u0301"}) {
         EXPECT_EQ(withoutDirections(name), name);

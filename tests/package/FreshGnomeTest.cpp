@@ -21,7 +21,7 @@ namespace {
 using testing::HasSubstr;
 
 constexpr auto promptTitle = "ショートカットキーを検出できません";
-constexpr Combination chosen{4, control | option};
+constexpr Combination firstCombination{4, control | option};
 
 /// Somebody who has never seen the utility, on GNOME. Leaves a picture of each step.
 class FreshGnomeTest : public testing::Test {
@@ -89,7 +89,7 @@ protected:
 
     /// Screen readers know of it some time before it is on the screen.
     Accessible prompt() {
-        const auto window = user().reader.find("alert message", promptTitle);
+        auto window = user().reader.find("alert message", promptTitle);
         EXPECT_TRUE(user().isFocused(std::string{user().words.titles.alert}));
         return window;
     }
@@ -126,15 +126,15 @@ TEST_F(FreshGnomeTest, FromTheOverviewToTheFirstCombination) {
     picture("editor");
     user().press(editor, user().words.record);
     user().reader.find(editor, "push button", "停止");
-    user().story.strike(chosen);
+    user().story.strike(firstCombination);
     user().reader.find(editor, "label", "⌃⌥H");
     user().strikeAndLeave(user().words.titles.adding, "RTRN");
     picture("list");
 
     EXPECT_TRUE(user().story.switchTo(user().front));
-    user().story.strike(chosen);
+    user().story.strike(firstCombination);
     EXPECT_TRUE(user().story.isInFront(user().target));
-    EXPECT_TRUE(user().story.nobodySaw(chosen));
+    EXPECT_TRUE(user().story.nobodySaw(firstCombination));
     picture("first combination");
 }
 

@@ -17,16 +17,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* socketName = "wayland-0";
+constexpr const char* shellSocket = "wayland-0";
 constexpr const char* extensions =
     "['hollowfernpike@app.hollowfernpike', 'hollowfernpike-43@app.hollowfernpike']";
 
-Environment environmentIn(const SessionFolders& folders) {
+Environment environmentOnGnome(const SessionFolders& folders) {
     auto environment = folders.environment();
     for (const char* foreign : {"DISPLAY", "XAUTHORITY", "SWAYSOCK"}) {
         environment[foreign] = std::nullopt;
     }
-    environment["WAYLAND_DISPLAY"] = socketName;
+    environment["WAYLAND_DISPLAY"] = shellSocket;
     environment["XDG_CURRENT_DESKTOP"] = "GNOME";
     environment["XDG_SESSION_TYPE"] = "wayland";
     environment["GSETTINGS_BACKEND"] = "keyfile";
@@ -65,7 +65,7 @@ std::string toText(bool value) {
 } // namespace
 
 GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
-    : folders_(settings.home), settings_(settings), environment_(environmentIn(folders_)),
+    : folders_(settings.home), settings_(settings), environment_(environmentOnGnome(folders_)),
       bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
@@ -80,7 +80,7 @@ GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
 }
 
 std::string GnomeDesktop::waylandSocket() const {
-    return folders_.runtime() / socketName;
+    return folders_.runtime() / shellSocket;
 }
 
 fs::path GnomeDesktop::lend(const fs::path& file) const {
@@ -196,7 +196,7 @@ void GnomeDesktop::writeSettings() const {
 void GnomeDesktop::startShell() {
     giveToSessionUser(ground_.path());
     shell_ = start({"gnome-shell", "--wayland", "--headless", "--virtual-monitor", "1280x720",
-                    "--no-x11", "--wayland-display", socketName, "--unsafe-mode"},
+                    "--no-x11", "--wayland-display", shellSocket, "--unsafe-mode"},
                    changesForShell(bus_.address()));
     bool hasEnded = false;
     const auto isDecided = [&] { return (hasEnded = shell_->hasEnded()) || isReady(); };

@@ -12,8 +12,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint32_t offsetOfKernel = 8; // from the kernel's code of a key to that of XKB
-
 constexpr const char* service = "org.gnome.Mutter.RemoteDesktop";
 constexpr const char* serviceObject = "/org/gnome/Mutter/RemoteDesktop";
 constexpr const char* sessionInterface = "org.gnome.Mutter.RemoteDesktop.Session";
@@ -92,8 +90,8 @@ void GnomeKeyboard::sync() const {
 void GnomeKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
     g_dbus_connection_call(desktop_.busConnection(), service, session_.c_str(), sessionInterface,
                            "NotifyKeyboardKeycode",
-                           g_variant_new("(ub)", keycode - offsetOfKernel, isDown), nullptr,
-                           G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr, nullptr);
+                           g_variant_new("(ub)", keycode - kernelOffset, isDown ? TRUE : FALSE),
+                           nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr, nullptr);
     g_dbus_connection_flush_sync(desktop_.busConnection(), nullptr, nullptr);
     map().update(keycode, isDown);
 }

@@ -12,12 +12,6 @@
 
 namespace hollowfernpike::test {
 
-namespace {
-
-constexpr std::uint32_t offsetOfKernel = 8; // from the kernel's code of a key to that of XKB
-
-} // namespace
-
 class KWinKeyboard::Wire {
 public:
     explicit Wire(LentConnection connection) : connection_(std::move(connection)) {
@@ -88,7 +82,7 @@ void KWinKeyboard::sync() const {
 }
 
 void KWinKeyboard::sendKey(std::uint32_t keycode, bool isDown) {
-    wire_->send(keycode - offsetOfKernel, isDown);
+    wire_->send(keycode - kernelOffset, isDown);
     map().update(keycode, isDown);
 }
 

@@ -9,6 +9,9 @@
 
 namespace hollowfernpike::test {
 
+/// From the kernel's number of a key to that in a keyboard map.
+inline constexpr std::uint32_t kernelOffset = 8;
+
 /// The keyboard of a Wayland session, whose keys are pressed by their names in the keyboard map
 /// ("AC01", "LCTL"). Modifier keys make modifiers, and Caps Lock and Num Lock stay locked once they
 /// are struck. Whatever is still down is let go with the object.

@@ -13,17 +13,17 @@ namespace hollowfernpike {
 
 namespace {
 
-struct Modifier {
+struct ModifierInWords {
     std::uint64_t flag;
     const char* symbol;
     const char* name;
 };
 
-constexpr std::array modifiers{
-    Modifier{platform::event_flags::control, "⌃", "Control"},
-    Modifier{platform::event_flags::option, "⌥", "Alt"},
-    Modifier{platform::event_flags::shift, "⇧", "Shift"},
-    Modifier{platform::event_flags::command, "⌘", "Super"},
+constexpr std::array modifiersByName{
+    ModifierInWords{platform::event_flags::control, "⌃", "Control"},
+    ModifierInWords{platform::event_flags::option, "⌥", "Alt"},
+    ModifierInWords{platform::event_flags::shift, "⇧", "Shift"},
+    ModifierInWords{platform::event_flags::command, "⌘", "Super"},
 };
 
 struct KeyWords {
@@ -106,7 +106,7 @@ QString keyInWords(std::uint16_t keyCode) {
 
 QString combinationInWords(std::uint16_t keyCode, std::uint64_t modifierFlags) {
     QStringList words;
-    for (const auto& modifier : modifiers) {
+    for (const auto& modifier : modifiersByName) {
         if ((modifierFlags & modifier.flag) != 0) {
             words += modifier.name;
         }
@@ -116,7 +116,7 @@ QString combinationInWords(std::uint16_t keyCode, std::uint64_t modifierFlags) {
 
 QString modifiersInWords() {
     QStringList words;
-    for (const auto& modifier : modifiers) {
+    for (const auto& modifier : modifiersByName) {
         words += QString(modifier.symbol) + ' ' + modifier.name;
     }
     return words.join(", ");

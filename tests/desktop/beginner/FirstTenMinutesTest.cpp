@@ -121,7 +121,7 @@ protected:
         openWindow();
         press(window(), in("+ ショートカット追加", "+ Add Shortcut"));
         story.comes(story.titles.adding);
-        const auto editor = dialog(story.titles.adding);
+        auto editor = dialog(story.titles.adding);
         press(editor, in("アプリを選択...", "Select App..."));
         story.comes(story.titles.applications);
         const auto panel = dialog(story.titles.applications);

@@ -16,7 +16,7 @@ public:
     std::map<std::string, platform::ApplicationBundle> bundles;
     std::map<std::string, platform::FileIcon> icons;
     std::map<std::pair<std::string, std::string>, std::string>
-        displayNames; ///< by path and language
+        displayNames;                                    ///< by path and language
     std::map<std::string, platform::Standing> standings; ///< of those that are not fine
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;

@@ -190,11 +190,8 @@ TEST_F(ShortcutCardViewTest, AnApplicationThatIsGoneIsDimmedAndSaidSo) {
 }
 
 TEST_F(ShortcutCardViewTest, ANameCannotBeWrittenBackwards) {
-    EXPECT_EQ(cardFor(named("\xE2\x80\xAE"
-                            "gpj.exe"))
-                  ->appNameLabel()
-                  .text(),
-              "\\u202egpj.exe");
+    const std::string override{'\xE2', '\x80', '\xAE'}; // U+202E
+    EXPECT_EQ(cardFor(named(override + "gpj.exe"))->appNameLabel().text(), "\\u202egpj.exe");
 }
 
 TEST_F(ShortcutCardViewTest, AnEntryThatIsNotTrustedIsDimmedAndSaidSo) {
