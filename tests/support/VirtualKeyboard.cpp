@@ -11,8 +11,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr std::uint32_t kernelOffset = 8; // from the kernel's code of a key to that of XKB
-
 std::uint32_t now() {
     const auto time = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<std::uint32_t>(
