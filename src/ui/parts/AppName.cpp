@@ -16,8 +16,9 @@ QString shownAppName(const std::string& path, const std::string& storedName) {
 
 void showAppName(FittingLabel& label, const std::string& path, const std::string& storedName) {
     const auto stored = QString::fromStdString(withoutDirections(storedName));
-    label.setText(shownAppName(path, storedName));
-    label.setToolTip(label.text() == stored ? QString() : stored.toHtmlEscaped());
+    const auto shown = shownAppName(path, storedName);
+    label.setText(stored);
+    label.setToolTip(shown == stored ? QString() : shown.toHtmlEscaped());
 }
 
 } // namespace hollowfernpike

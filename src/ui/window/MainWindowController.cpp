@@ -3,6 +3,7 @@
 #include "app/L10n.h"
 #include "app/Language.h"
 #include "hotkeys/HotkeyManager.h"
+#include "model/OneLine.h"
 #include "model/ShortcutStore.h"
 #include "platform/Application.h"
 #include "platform/NotificationCenter.h"
@@ -12,7 +13,6 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
-#include "ui/parts/AppName.h"
 #include "ui/parts/CombinationWords.h"
 #include "ui/parts/FontScale.h"
 #include "ui/parts/HolderNotice.h"
@@ -268,8 +268,7 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
         return;
     }
     const Alert question{
-        .message = L10n::Main::deleteConfirmTitle(
-            shownAppName(shortcut.appPath, shortcut.appName).toStdString()),
+        .message = L10n::Main::deleteConfirmTitle(withoutDirections(shortcut.appName)),
         .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
         .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")},
         .hint = combinationInWords(shortcut.keyCode, shortcut.modifierFlags).toStdString()};
