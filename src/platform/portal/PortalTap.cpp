@@ -3,7 +3,6 @@
 #include "platform/freedesktop/Logging.h"
 #include "platform/freedesktop/keyboard/KeyNames.h"
 
-#include <chrono>
 #include <utility>
 
 namespace hollowfernpike::portal {
@@ -11,9 +10,6 @@ namespace hollowfernpike::portal {
 namespace {
 
 using namespace platform::event_flags;
-
-/// A portal that ends as soon as it is asked must not be asked without a pause.
-constexpr std::chrono::milliseconds pauseBeforeRetry{1000};
 
 constexpr std::pair<std::uint64_t, const char*> modifierNames[] = {
     {control, "CTRL+"}, {option, "ALT+"}, {shift, "SHIFT+"}, {command, "LOGO+"}};
@@ -47,7 +43,7 @@ PortalTap::PortalTap(const Services& services, platform::EventTapCallback callba
     connect(&portal_, &ShortcutsPortal::bound, this, &PortalTap::onBound);
     connect(&portal_, &ShortcutsPortal::pressed, this, &PortalTap::onPressed);
     connect(&portal_, &ShortcutsPortal::released, this, [this] { held_.letGo(); });
-    connect(&portal_, &ShortcutsPortal::lost, this, &PortalTap::bindAgainSoon);
+    connect(&portal_, &ShortcutsPortal::lost, this, [this] { granted_.reset(); });
 }
 
 PortalTap::~PortalTap() {
@@ -107,16 +103,6 @@ void PortalTap::bind() {
     }
 }
 
-void PortalTap::bindAgainSoon() {
-    granted_.reset();
-    services_.host.mainQueue.asyncAfter(pauseBeforeRetry, [this, life = life()] {
-        if (life.lock()) {
-            asked_.clear();
-            bind();
-        }
-    });
-}
-
 // The callback may destroy this tap.
 void PortalTap::onBound(const QStringList& names) {
     if (!isLive() || granted_ == names) {
@@ -138,8 +124,8 @@ void PortalTap::onBound(const QStringList& names) {
 // The callback may destroy this tap.
 void PortalTap::onPressed(const QString& name, const QString& token) {
     const auto found = interest_.find(name);
-    const bool isNew = held_.press(name, services_.keyboard.repeatDelay());
-    if (!isLive() || !isNew || found == interest_.end() || services_.host.isScreenLocked()) {
+    if (!isLive() || found == interest_.end() ||
+        !held_.press(name, services_.keyboard.repeatDelay()) || services_.host.isScreenLocked()) {
         return;
     }
     services_.presses.countPress(token.toStdString());

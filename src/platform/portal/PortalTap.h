@@ -20,8 +20,8 @@ namespace hollowfernpike::portal {
 ///
 /// Combinations are asked for by what their keys write in the first layout. Those that the portal
 /// has not granted when it answers count as refused. The tap reports itself disabled when others
-/// than before are refused. It asks for the same list once, and again when the portal has ended or
-/// taken its session back.
+/// than before are refused. It asks for the same list once, and again when the portal has failed,
+/// ended or taken its session back.
 class PortalTap final : public QObject, public freedesktop::Tap {
 public:
     /// All outlive the tap.
@@ -45,7 +45,6 @@ private:
     void start() override;
     void stop() override;
     void bind();
-    void bindAgainSoon();
     void onBound(const QStringList& names);
     void onPressed(const QString& name, const QString& token);
 

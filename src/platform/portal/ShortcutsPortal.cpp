@@ -2,13 +2,16 @@
 
 #include "platform/freedesktop/Logging.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
+#include <QMetaObject>
 
 namespace hollowfernpike::portal {
 
@@ -18,6 +21,10 @@ constexpr const char* service = "org.freedesktop.portal.Desktop";
 constexpr const char* path = "/org/freedesktop/portal/desktop";
 constexpr const char* interface = "org.freedesktop.portal.GlobalShortcuts";
 constexpr const char* sessionInterface = "org.freedesktop.portal.Session";
+constexpr const char* requestInterface = "org.freedesktop.portal.Request";
+
+constexpr std::chrono::milliseconds firstPause{1000};
+constexpr std::chrono::milliseconds longestPause{32000};
 
 QDBusMessage callOf(const char* interfaceName, const char* method, const QVariantList& arguments) {
     auto message = QDBusMessage::createMethodCall(service, path, interfaceName, method);
@@ -42,6 +49,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
     argument.beginStructure();
     argument >> shortcut.name >> details;
     argument.endStructure();
+    const auto trigger = details.value("trigger_description", "unknown").toString();
+    shortcut.hasKeys = !trigger.isEmpty();
     return argument;
 }
 
@@ -50,16 +59,21 @@ namespace {
 QStringList namesIn(const QVariant& shortcuts) {
     QStringList names;
     for (const auto& shortcut : qdbus_cast<QList<PortalShortcut>>(shortcuts)) {
-        names.push_back(shortcut.name);
+        if (shortcut.hasKeys) {
+            names.push_back(shortcut.name);
+        }
     }
     return names;
 }
 
 } // namespace
 
-ShortcutsPortal::ShortcutsPortal(const freedesktop::SessionBus& bus) {
+ShortcutsPortal::ShortcutsPortal(const freedesktop::SessionBus& bus)
+    : bus_(bus), pause_(firstPause) {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
+    retry_.setSingleShot(true);
+    connect(&retry_, &QTimer::timeout, this, &ShortcutsPortal::begin);
     service_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     service_.addWatchedService(service);
     connect(&service_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
@@ -67,55 +81,81 @@ ShortcutsPortal::ShortcutsPortal(const freedesktop::SessionBus& bus) {
         lose();
     });
     connect(&bus, &freedesktop::SessionBus::returned, this, [this] {
-        connection_.reset();
+        disconnect();
         lose();
     });
 }
 
 ShortcutsPortal::~ShortcutsPortal() {
-    if (connection_) {
-        QDBusConnection::disconnectFromBus(connection_->name());
-    }
+    disconnect();
 }
 
 void ShortcutsPortal::bind(const QList<PortalShortcut>& shortcuts) {
-    release();
-    shortcuts_ = shortcuts;
-    if (!connection_) {
-        connectAnew();
-    }
+    want(shortcuts);
     if (shortcuts.isEmpty()) {
         Q_EMIT bound({});
-    } else if (isIntroduced_) {
+    }
+}
+
+void ShortcutsPortal::release() {
+    want({});
+}
+
+// While the portal has something to answer at once, the list is only noted.
+void ShortcutsPortal::want(const QList<PortalShortcut>& shortcuts) {
+    shortcuts_ = shortcuts;
+    isOutdated_ = true;
+    if (state_ == State::idle || state_ == State::deciding || state_ == State::bound) {
+        begin();
+    }
+}
+
+void ShortcutsPortal::begin() {
+    giveBack();
+    retry_.stop();
+    if (shortcuts_.isEmpty() || !bus_.connection().isConnected()) {
+        return; // the bus tells when it is there again
+    }
+    if (!connection_ || !connection_->isConnected()) {
+        connectAnew();
+    }
+    if (isIntroduced_) {
         createSession();
     } else {
         introduce();
     }
 }
 
-void ShortcutsPortal::release() {
-    request_.clear();
+/// Leaves nothing under way, no dialog and no session.
+void ShortcutsPortal::giveBack() {
+    ++turn_;
+    state_ = State::idle;
+    if (!request_.isEmpty()) {
+        close(requestInterface, pathOfRequest());
+        request_.clear();
+    }
     if (const auto session = std::exchange(session_, {}).path(); !session.isEmpty()) {
-        close(session);
+        close(sessionInterface, session);
     }
 }
 
-void ShortcutsPortal::close(const QString& session) {
-    ++sessions_;
-    if (!session.isEmpty()) {
-        connection_->asyncCall(
-            QDBusMessage::createMethodCall(service, session, sessionInterface, "Close"));
+void ShortcutsPortal::disconnect() {
+    if (connection_) {
+        QDBusConnection::disconnectFromBus(connection_->name());
+        connection_.reset();
     }
 }
 
 // The toolkit's own connection may have talked to the portal already, which then knows it by
 // another application or none.
 void ShortcutsPortal::connectAnew() {
+    disconnect();
     connection_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                                 QStringLiteral("portal %1").arg(++count_));
     isIntroduced_ = false;
+    lostToken_.clear(); // sessions belong to connections
     service_.setConnection(*connection_);
-    connection_->connect(service, {}, "org.freedesktop.portal.Request", "Response", this,
+    connection_->connect(service, {}, requestInterface, "Response", this,
                          SLOT(onResponse(QDBusMessage)));
     connection_->connect(service, {}, sessionInterface, "Closed", this,
                          SLOT(onClosed(QDBusMessage)));
@@ -129,14 +169,19 @@ void ShortcutsPortal::connectAnew() {
 
 // Older portals lack this call; they find the application by the unit of its process.
 void ShortcutsPortal::introduce() {
+    state_ = State::registering;
     call(callOf("org.freedesktop.host.portal.Registry", "Register",
                 {QGuiApplication::desktopFileName(), QVariantMap{}}),
          [this](const QDBusMessage& reply) {
              if (reply.type() == QDBusMessage::ErrorMessage) {
                  qCDebug(freedesktop::keysLog) << reply.errorName() << reply.errorMessage();
              }
-             isIntroduced_ = true;
-             createSession();
+             isIntroduced_ = reply.type() != QDBusMessage::ErrorMessage;
+             if (shortcuts_.isEmpty()) {
+                 giveBack();
+             } else {
+                 createSession();
+             }
          });
 }
 
@@ -144,34 +189,58 @@ void ShortcutsPortal::introduce() {
 // that was lost. It gives them up when it refuses another session of that name, or when that one is
 // closed.
 void ShortcutsPortal::createSession() {
-    const bool isToFree = std::exchange(hasLostSession_, false);
-    const auto token = QStringLiteral("session%1").arg(sessions_);
-    request("CreateSession", {}, {{"session_handle_token", token}},
-            [this, isToFree](const QVariantMap& results) {
-                const auto handle = results.value("session_handle").toString();
-                if (isToFree) {
-                    close(handle);
-                    createSession();
-                } else if (!handle.isEmpty()) {
-                    session_ = QDBusObjectPath(handle);
-                    bindInSession();
-                } else {
-                    Q_EMIT bound({});
-                }
-            });
+    state_ = State::creating;
+    token_ = lostToken_.isEmpty() ? QStringLiteral("session%1").arg(++count_) : lostToken_;
+    request(
+        "CreateSession", {}, {{"session_handle_token", token_}},
+        [this](const QVariantMap& results) {
+            onCreated(results.value("session_handle").toString());
+        },
+        [] {});
 }
 
-// Portals of GNOME 48 answer that the request has failed although they have bound the shortcuts.
+void ShortcutsPortal::onCreated(const QString& handle) {
+    session_ = QDBusObjectPath(handle);
+    if (!std::exchange(lostToken_, {}).isEmpty() || shortcuts_.isEmpty()) {
+        begin();
+    } else if (handle.isEmpty()) {
+        fail();
+    } else {
+        bindInSession();
+    }
+}
+
+// What the user has decided is never a failure. Portals of GNOME 48 answer that the request has
+// failed although they have bound the shortcuts.
 void ShortcutsPortal::bindInSession() {
+    state_ = State::asking;
+    isOutdated_ = false;
     request(
         "BindShortcuts",
         {QVariant::fromValue(session_), QVariant::fromValue(shortcuts_), QString()}, {},
-        [this](const QVariantMap& results) { Q_EMIT bound(namesIn(results.value("shortcuts"))); });
+        [this](const QVariantMap& results) { onDecided(namesIn(results.value("shortcuts"))); },
+        [this] {
+            state_ = State::deciding;
+            if (isOutdated_) {
+                begin();
+            }
+        });
+}
+
+void ShortcutsPortal::onDecided(const QStringList& names) {
+    pause_ = firstPause;
+    state_ = State::bound;
+    if (isOutdated_) {
+        begin();
+    } else {
+        Q_EMIT bound(names);
+    }
 }
 
 void ShortcutsPortal::onResponse(const QDBusMessage& signal) {
-    if (!request_.isEmpty() && signal.path().endsWith('/' + request_)) {
-        finish(qdbus_cast<QVariantMap>(signal.arguments().value(1)));
+    if (!request_.isEmpty() && signal.path() == pathOfRequest()) {
+        request_.clear();
+        std::exchange(onResults_, {})(qdbus_cast<QVariantMap>(signal.arguments().value(1)));
     }
 }
 
@@ -185,7 +254,7 @@ void ShortcutsPortal::onActivated(const QDBusMessage& signal) {
 
 void ShortcutsPortal::onDeactivated(const QDBusMessage& signal) {
     if (isOurs(signal)) {
-        Q_EMIT released(signal.arguments().value(1).toString());
+        Q_EMIT released();
     }
 }
 
@@ -201,11 +270,36 @@ void ShortcutsPortal::onClosed(const QDBusMessage& signal) {
     }
 }
 
+void ShortcutsPortal::fail() {
+    lostToken_.clear(); // or it would be refused for ever
+    giveBack();
+    if (!shortcuts_.isEmpty()) {
+        tryAgainLater();
+        Q_EMIT bound({});
+    }
+}
+
+// A portal that ends takes the session back, too: it is lost once.
 void ShortcutsPortal::lose() {
-    qCDebug(freedesktop::keysLog, "the portal binds nothing any more");
-    hasLostSession_ = !std::exchange(session_, {}).path().isEmpty();
+    const bool hadBegun = state_ != State::idle;
+    if (!std::exchange(session_, {}).path().isEmpty()) {
+        lostToken_ = token_;
+    }
     request_.clear();
-    Q_EMIT lost();
+    giveBack();
+    tryAgainLater();
+    if (hadBegun) {
+        qCDebug(freedesktop::keysLog, "the portal binds nothing any more");
+        Q_EMIT lost();
+    }
+}
+
+// A portal that ends as soon as it is asked must not be asked without a pause.
+void ShortcutsPortal::tryAgainLater() {
+    if (!shortcuts_.isEmpty() && !retry_.isActive()) {
+        retry_.start(pause_);
+        pause_ = std::min(2 * pause_, longestPause);
+    }
 }
 
 bool ShortcutsPortal::isOurs(const QDBusMessage& signal) const {
@@ -213,33 +307,59 @@ bool ShortcutsPortal::isOurs(const QDBusMessage& signal) const {
     return !session_.path().isEmpty() && session == session_;
 }
 
+// A portal that has ended has nothing to close, and is not started for it.
+void ShortcutsPortal::close(const char* interfaceName, const QString& object) {
+    auto message = QDBusMessage::createMethodCall(service, object, interfaceName, "Close");
+    message.setAutoStartService(false);
+    connection_->asyncCall(message);
+}
+
 void ShortcutsPortal::call(const QDBusMessage& message, const Answer& answer) {
-    auto* const watcher = new QDBusPendingCallWatcher(connection_->asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
+    const auto inTurn = [this, answer, turn = turn_](const QDBusMessage& reply) {
+        if (turn == turn_) {
+            answer(reply);
+        }
+    };
+    const auto call = connection_->asyncCall(message);
+    if (call.isError()) { // on a dead connection there is nothing to watch
+        const auto reply = QDBusMessage::createError(call.error());
+        QMetaObject::invokeMethod(
+            this, [inTurn, reply] { inTurn(reply); }, Qt::QueuedConnection);
+        return;
+    }
+    auto* const watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, inTurn] {
         watcher->deleteLater();
-        answer(watcher->reply());
+        inTurn(watcher->reply());
     });
 }
 
-// The portal answers twice: it has taken the request, and later what became of it.
+// The portal answers twice: it has taken the request, and later what became of it. The second
+// answer may be the first to arrive.
 void ShortcutsPortal::request(const char* method, QVariantList arguments, QVariantMap options,
-                              const Results& onResults) {
+                              const Results& onResults, const std::function<void()>& onTaken) {
     request_ = QStringLiteral("hollowfernpike%1").arg(++count_);
     onResults_ = onResults;
     options["handle_token"] = request_;
     arguments.push_back(options);
-    call(callOf(interface, method, arguments), [this, asked = request_](const auto& reply) {
-        if (reply.type() == QDBusMessage::ErrorMessage && request_ == asked) {
-            qCWarning(freedesktop::keysLog, "the portal for global shortcuts: %s",
-                      qPrintable(reply.errorMessage()));
-            finish({});
-        }
-    });
+    call(callOf(interface, method, arguments),
+         [this, onTaken, asked = request_](const QDBusMessage& reply) {
+             if (request_ != asked) {
+                 return;
+             }
+             if (reply.type() == QDBusMessage::ErrorMessage) {
+                 qCWarning(freedesktop::keysLog, "the portal for global shortcuts: %s",
+                           qPrintable(reply.errorMessage()));
+                 fail();
+             } else {
+                 onTaken();
+             }
+         });
 }
 
-void ShortcutsPortal::finish(const QVariantMap& results) {
-    request_.clear();
-    std::exchange(onResults_, {})(results);
+QString ShortcutsPortal::pathOfRequest() const {
+    const auto sender = connection_->baseService().mid(1).replace('.', '_'); // ":1.2" is "1_2"
+    return QStringLiteral("%1/request/%2/%3").arg(QLatin1String(path), sender, request_);
 }
 
 } // namespace hollowfernpike::portal

@@ -113,6 +113,7 @@ TEST_F(PortalOnGnomeTest, WhatTheUserGrantsLaunchesOnceAndIsSwallowed) {
     story.letGo(bound);
     EXPECT_TRUE(story.getsKeys(target));
     EXPECT_EQ(target.starts(), 1);
+    EXPECT_TRUE(story.nobodySaw(bound));
     EXPECT_TRUE(story.passes(front, another.keys()));
 }
 
