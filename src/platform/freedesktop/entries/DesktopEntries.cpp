@@ -96,6 +96,14 @@ private:
     std::set<std::pair<dev_t, ino_t>> seen_; // directories; links may lead to one in many ways
 };
 
+namespace {
+
+/// Only root installs something there, whatever the environment calls applications directories.
+constexpr const char* systemDirectories[] = {"/usr/local/share/applications",
+                                             "/usr/share/applications"};
+
+} // namespace
+
 std::vector<fs::path> applicationsDirectories() {
     auto directories = dataDirectories();
     for (auto& directory : directories) {
@@ -179,7 +187,8 @@ bool DesktopEntries::isTrusted(const std::string& path) const {
             const auto below = file.lexically_relative(directory.lexically_normal());
             return !below.empty() && *below.begin() != "..";
         };
-        if (std::ranges::any_of(directories_, holds)) {
+        if (std::ranges::any_of(directories_, holds) ||
+            std::ranges::any_of(systemDirectories, holds)) {
             return true;
         }
     }

@@ -43,9 +43,9 @@ public:
     /// readDesktopEntry() does.
     DesktopEntry entryAt(const std::string& path);
 
-    /// Whether the entry at `path` may be launched: it lies in an applications directory, or file
-    /// managers would launch it, too: it belongs to the user or to root, nobody else may write it,
-    /// and it is executable.
+    /// Whether the entry at `path` may be launched: it lies in an applications directory, one of
+    /// the system's included, or file managers would launch it, too: it belongs to the user or to
+    /// root, nobody else may write it, and it is executable.
     bool isTrusted(const std::string& path) const;
 
 private:
