@@ -215,9 +215,6 @@ class Service {
     }
 
     _grab(accelerator) {
-        // No program needs bare keys here: they would be all that the user types.
-        if (!accelerator.startsWith('<'))
-            return false;
         const action = global.display.grab_accelerator(accelerator,
             Meta.KeyBindingFlags.IGNORE_AUTOREPEAT);
         if (action === Meta.KeyBindingAction.NONE)

@@ -137,6 +137,7 @@ void openEditor(const QScreen& screen, const std::optional<AppShortcut>& editing
 
 MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     window_->resize(grown(480), grown(400));
+    window_->setObjectName(managementWindowName);
     window_->setWindowTitle(windowTitle());
     center(*window_, usersScreen());
     window_->setMinimumSize(grown(400), grown(300));

@@ -23,6 +23,9 @@ class ManagementWindow;
 class ShortcutCardView;
 class SymbolButton;
 
+/// The object name of the management window.
+inline constexpr const char* managementWindowName = "management";
+
 /// Owns the management window, which shows every shortcut of the store as a card and lets the user
 /// add, edit, delete, export and import them. A card that is added is scrolled to and marked. It
 /// follows the store and the language for as long as it lives, its window shown or hidden; closing

@@ -5,38 +5,43 @@
 #include "platform/Services.h"
 #include "ui/parts/Alert.h"
 #include "ui/parts/MessageBox.h"
+#include "ui/window/MainWindowController.h"
 
 #include <QApplication>
 #include <QEvent>
 #include <QPushButton>
-#include <QWindow>
+
+#include <utility>
 
 namespace hollowfernpike {
 
 namespace {
 
-/// Comes back in front of each window of ours that is shown or activated, and leaves it the keys. A
-/// window asks for the front as soon as it is on the screen, so its first exposure comes after
-/// that.
+/// Comes back in front of the management window when that is shown or activated, and leaves it the
+/// keys. A window asks for the front as soon as it is on the screen, so its first exposure comes
+/// after that. What the user opens from there, such as an editor, is left in front.
 class PromptWindow final : public MessageBox {
 public:
     PromptWindow() { qApp->installEventFilter(this); }
 
 private:
+    // What the toolkit calls the native window of a widget with that name.
+    const QString nativeName_ = QString(managementWindowName) + "Window";
+
     bool eventFilter(QObject* watched, QEvent* event) override {
-        const bool comesForward =
-            event->type() == QEvent::Expose || event->type() == QEvent::FocusIn;
-        if (comesForward && mayBeAbove(qobject_cast<QWindow*>(watched))) {
-            raise();
+        if (event->type() == QEvent::Show && watched->objectName() == managementWindowName) {
+            isToBeExposed_ = true;
+        } else if (watched->objectName() == nativeName_) {
+            const bool isExposed = event->type() == QEvent::Expose;
+            if ((isExposed && std::exchange(isToBeExposed_, false)) ||
+                event->type() == QEvent::FocusIn) {
+                raise();
+            }
         }
         return MessageBox::eventFilter(watched, event);
     }
 
-    /// Dialogs that have to be answered first stay in front.
-    bool mayBeAbove(const QWindow* other) const {
-        return other != nullptr && other != windowHandle() && other->modality() == Qt::NonModal &&
-               (other->type() == Qt::Window || other->type() == Qt::Dialog);
-    }
+    bool isToBeExposed_ = false; ///< the management window, for the first time since it was shown
 };
 
 std::unique_ptr<MessageBox> makeWindow() {

@@ -62,7 +62,7 @@ TEST_P(PermissionTest, IsAskedForInFrontOfTheWindowsOfTheProgram) {
     bringManagementForward();
     EXPECT_TRUE(promptIsOnTop());
     const auto editor = user.clickAdd();
-    EXPECT_TRUE(promptIsOnTop());
+    EXPECT_TRUE(waitUntil([&] { return story.pager.stacking().back() == editor; }));
     EXPECT_EQ(story.pager.focusedWindow(), editor);
 }
 
