@@ -126,7 +126,7 @@ void ShortcutsPortal::begin() {
     }
 }
 
-/// Leaves nothing under way, no dialog and no session.
+// Leaves nothing under way, no dialog and no session.
 void ShortcutsPortal::giveBack() {
     ++turn_;
     state_ = State::idle;
@@ -258,8 +258,9 @@ void ShortcutsPortal::onDeactivated(const QDBusMessage& signal) {
     }
 }
 
+// Some portals tell this of what they are about to answer, too.
 void ShortcutsPortal::onChanged(const QDBusMessage& signal) {
-    if (isOurs(signal)) {
+    if (isOurs(signal) && !isOutdated_) {
         Q_EMIT bound(namesIn(signal.arguments().value(1)));
     }
 }
