@@ -12,8 +12,8 @@ class FittingLabel;
 /// application is gone. Main thread only.
 QString shownAppName(const std::string& path, const std::string& storedName);
 
-/// Shows the stored name, by which the application is matched, and as a tool tip what people call it
-/// if that is another name.
+/// Shows the stored name, by which the application is matched, and as a tool tip what people call
+/// it if that is another name.
 void showAppName(FittingLabel& label, const std::string& path, const std::string& storedName);
 
 } // namespace hollowfernpike
