@@ -12,6 +12,7 @@
 #include <QFileSystemModel>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QStandardPaths>
 #include <QStyledItemDelegate>
 #include <QToolButton>
@@ -170,8 +171,8 @@ bool FilePanel::isOfAnotherKind(const QString& path) const {
     return file.exists() && !file.isDir() && !path.endsWith(extension_, Qt::CaseInsensitive);
 }
 
-// In the text field, so that the question before replacing a file is about the full name. The
-// toolkit would complete only names without a dot.
+// Before the question about replacing a file, which is about the full name. The toolkit would
+// complete only names without a dot, and goes on with a file that is selected in the list.
 void FilePanel::completeName() {
     auto* field = findChild<QLineEdit*>("fileNameEdit");
     if (field == nullptr) {
@@ -179,6 +180,9 @@ void FilePanel::completeName() {
     }
     const QString name = field->text().remove('"'); // to the toolkit, quotes delimit names
     if (!name.endsWith(extension_, Qt::CaseInsensitive)) {
+        if (auto* list = findChild<QListView*>("listView")) {
+            list->clearSelection();
+        }
         field->setText(name + extension_);
     }
 }
