@@ -27,8 +27,11 @@ protected:
 
     /// An entry outside the applications directories, so that no menu lists it.
     std::filesystem::path strayEntry() {
-        return write("stray.desktop", "[Desktop Entry]\nType=Application\nName=Stray\nExec=" +
-                                          quartz.program().string() + "\n");
+        const auto entry =
+            write("stray.desktop", "[Desktop Entry]\nType=Application\nName=Stray\nExec=" +
+                                       quartz.program().string() + "\n");
+        std::filesystem::permissions(entry, std::filesystem::perms::owner_all); // as it is trusted
+        return entry;
     }
 
     /// Chooses an entry file by its path in the panel behind "Other...".
@@ -53,7 +56,7 @@ TEST_F(ChoosingTest, AnEntryThatIsNotInstalledIsAnApplicationOfItsOwn) {
     const auto entry = strayEntry();
     const auto editor = story.clickAdd();
     chooseFile(editor, entry);
-    story.part(adding, "label", "Stray");
+    story.part(adding, "label", "stray");
     story.clickRecord(adding);
     EXPECT_TRUE(story.records(adding, third));
     story.clickSave(editor);
