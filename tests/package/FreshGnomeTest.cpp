@@ -90,7 +90,8 @@ protected:
     /// Screen readers know of it some time before it is on the screen.
     Accessible prompt() {
         auto window = user().reader.find("alert message", promptTitle);
-        EXPECT_TRUE(user().isFocused(std::string{user().words.titles.alert}));
+        const std::string title{user().words.titles.alert};
+        EXPECT_TRUE(waitUntil([&] { return user().hasWindow(title); }));
         return window;
     }
 
