@@ -133,6 +133,14 @@ void openEditor(const QScreen& screen, const std::optional<AppShortcut>& editing
     platform::services().application.activateIgnoringOtherApps();
 }
 
+std::vector<UUID> identifiersInStore() {
+    std::vector<UUID> identifiers;
+    for (const auto& shortcut : ShortcutStore::shared().shortcuts()) {
+        identifiers.push_back(shortcut.id);
+    }
+    return identifiers;
+}
+
 } // namespace
 
 MainWindowController::MainWindowController() : window_(new ManagementWindow) {
@@ -142,6 +150,7 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     center(*window_, usersScreen());
     window_->setMinimumSize(grown(400), grown(300));
     setupUI();
+    shown_ = identifiersInStore();
     reloadCards();
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
@@ -204,11 +213,15 @@ QWidget* MainWindowController::makeHeaderBar() {
     return headerBar_;
 }
 
-// A shortcut that was added is the last one.
+// A shortcut that was added is the last one, behind those that were there. An import may bring one
+// more, too, but replaces them all.
 void MainWindowController::followStore() {
-    const auto before = scrollView_ == nullptr ? 0 : stackView()->cards().size();
+    auto now = identifiersInStore();
+    const bool isAdded =
+        now.size() == shown_.size() + 1 && std::equal(shown_.begin(), shown_.end(), now.begin());
+    shown_ = std::move(now);
     reloadCards();
-    if (scrollView_ != nullptr && stackView()->cards().size() == before + 1) {
+    if (scrollView_ != nullptr && isAdded) {
         ShortcutCardView* added = stackView()->cards().back();
         scrollView_->ensureWidgetVisible(added);
         added->markForAMoment();

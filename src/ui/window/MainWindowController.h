@@ -81,6 +81,7 @@ private:
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> refusedObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;
+    std::vector<UUID> shown_; ///< the shortcuts at the last change
 };
 
 } // namespace hollowfernpike
