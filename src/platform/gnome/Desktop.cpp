@@ -7,7 +7,7 @@
 #include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/ToolkitLoss.h"
-#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/recorder/EventTaps.h"
 #include "platform/wayland/windows/Windows.h"
 
 #include <QWindow>
@@ -17,27 +17,6 @@
 namespace hollowfernpike::gnome {
 
 namespace {
-
-/// Active taps by the extension of the shell, of which there may be one at a time; listen-only ones
-/// on our own focused window.
-class EventTaps final : public platform::EventTaps {
-public:
-    EventTaps(ShellExtension& extension, ShellLaunches& launches)
-        : extension_(extension), launches_(launches) {}
-
-    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
-                                               platform::EventTapCallback callback,
-                                               void* userInfo) override {
-        if (options == platform::EventTapOptions::listenOnly) {
-            return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
-        }
-        return std::make_unique<AcceleratorTap>(extension_, launches_, callback, userInfo);
-    }
-
-private:
-    ShellExtension& extension_;
-    ShellLaunches& launches_;
-};
 
 class Desktop final : public platform::Desktop {
 public:
@@ -74,7 +53,9 @@ private:
     std::unique_ptr<wayland::Connection> connection_;
     ShellExtension extension_{*host_.bus, host_.mainQueue};
     ShellLaunches launches_{extension_};
-    EventTaps eventTaps_{extension_, launches_};
+    wayland::EventTaps eventTaps_{[this](platform::EventTapCallback callback, void* userInfo) {
+        return std::make_unique<AcceleratorTap>(extension_, launches_, callback, userInfo);
+    }};
     wayland::Windows windows_{host_, extension_};
     wayland::OwnWindows ownWindows_{wayland::requestWith(
         [this](const QWindow& window) { return extension_.allowOwnWindow(window.title()); })};

@@ -11,7 +11,7 @@
 #include "platform/wayland/ToolkitWindow.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
-#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/recorder/EventTaps.h"
 #include "platform/wayland/windows/Windows.h"
 
 #include <QCoreApplication>
@@ -36,38 +36,6 @@ KeyValues::Plasma plasmaOf(const wayland::Connection& connection) {
     const auto version = connection.offeredVersion(org_kde_plasma_window_management_interface);
     return version < windowsVersionOfPlasma6 ? KeyValues::Plasma::five : KeyValues::Plasma::six;
 }
-
-/// Active taps by the desktop's global shortcuts, of which there may be one at a time; listen-only
-/// ones on our own focused window.
-class EventTaps final : public platform::EventTaps {
-public:
-    EventTaps(const platform::DesktopHost& host, const wayland::Connection& connection,
-              wayland::SeatKeyboard& keyboard, wayland::ActivationTokens& presses)
-        : host_(host), connection_(connection), keyboard_(keyboard), presses_(presses) {}
-
-    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
-                                               platform::EventTapCallback callback,
-                                               void* userInfo) override {
-        if (options == platform::EventTapOptions::listenOnly) {
-            return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
-        }
-        if (host_.bus == nullptr) {
-            return nullptr;
-        }
-        return std::make_unique<ShortcutTap>(ShortcutTap::Services{.host = host_,
-                                                                   .bus = *host_.bus,
-                                                                   .keyboard = keyboard_,
-                                                                   .presses = presses_,
-                                                                   .plasma = plasmaOf(connection_)},
-                                             callback, userInfo);
-    }
-
-private:
-    const platform::DesktopHost& host_;
-    const wayland::Connection& connection_;
-    wayland::SeatKeyboard& keyboard_;
-    wayland::ActivationTokens& presses_;
-};
 
 /// KWin lets programs that may see the windows have activation tokens at any time.
 class OwnWindows final : public wayland::OwnWindows {
@@ -135,7 +103,19 @@ private:
     wayland::SeatKeyboard keyboard_{*connection_};
     wayland::ActivationTokens tokens_{*connection_};
     WindowMirror mirror_{*connection_};
-    EventTaps eventTaps_{host_, *connection_, keyboard_, tokens_};
+    wayland::EventTaps eventTaps_{[this](platform::EventTapCallback callback,
+                                         void* userInfo) -> std::unique_ptr<platform::EventTap> {
+        if (host_.bus == nullptr) {
+            return nullptr;
+        }
+        return std::make_unique<ShortcutTap>(
+            ShortcutTap::Services{.host = host_,
+                                  .bus = *host_.bus,
+                                  .keyboard = keyboard_,
+                                  .presses = tokens_,
+                                  .plasma = plasmaOf(*connection_)},
+            callback, userInfo);
+    }};
     wayland::Windows windows_{host_, mirror_};
     OwnWindows ownWindows_{tokens_};
 };

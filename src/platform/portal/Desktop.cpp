@@ -7,7 +7,7 @@
 #include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
-#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/recorder/EventTaps.h"
 #include "platform/wayland/windows/ToplevelMirror.h"
 #include "platform/wayland/windows/Windows.h"
 
@@ -34,32 +34,6 @@ bool bindsKeysHere(const std::string& portal, const std::string& compositor) {
     return !portal.empty() && portal != "hyprland" &&
            (portal != "gnome" || compositor == "gnome-shell");
 }
-
-/// Active taps by the portal, of which there may be one at a time; listen-only ones on our own
-/// focused window.
-class EventTaps final : public platform::EventTaps {
-public:
-    EventTaps(const platform::DesktopHost& host, wayland::SeatKeyboard& keyboard,
-              wayland::ActivationTokens& presses)
-        : host_(host), keyboard_(keyboard), presses_(presses) {}
-
-    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
-                                               platform::EventTapCallback callback,
-                                               void* userInfo) override {
-        if (options == platform::EventTapOptions::listenOnly) {
-            return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
-        }
-        return std::make_unique<PortalTap>(
-            PortalTap::Services{
-                .host = host_, .bus = *host_.bus, .keyboard = keyboard_, .presses = presses_},
-            callback, userInfo);
-    }
-
-private:
-    const platform::DesktopHost& host_;
-    wayland::SeatKeyboard& keyboard_;
-    wayland::ActivationTokens& presses_;
-};
 
 /// Portals know a program by its desktop entry.
 bool isEntryInstalled(const std::string& identifier) {
@@ -106,7 +80,12 @@ private:
     wayland::SeatKeyboard keyboard_{*connection_};
     wayland::ActivationTokens tokens_{*connection_};
     wayland::ToplevelMirror mirror_{*connection_, identifier_};
-    EventTaps eventTaps_{host_, keyboard_, tokens_};
+    wayland::EventTaps eventTaps_{[this](platform::EventTapCallback callback, void* userInfo) {
+        return std::make_unique<PortalTap>(
+            PortalTap::Services{
+                .host = host_, .bus = *host_.bus, .keyboard = keyboard_, .presses = tokens_},
+            callback, userInfo);
+    }};
     wayland::Windows windows_{host_, mirror_};
     wayland::OwnWindows ownWindows_{[this](const QWindow& window) {
         return mirror_.activateOwn(window.title().toStdString());

@@ -9,7 +9,7 @@
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
-#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/recorder/EventTaps.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -51,25 +51,6 @@ bool isSway(IpcClient& ipc) {
     return version && textMember(parse(*version), "variant") == "sway";
 }
 
-/// Active taps by sway's bindings, of which there may be one at a time; listen-only ones on our own
-/// focused window.
-class EventTaps final : public platform::EventTaps {
-public:
-    explicit EventTaps(const BindingTap::Services& services) : services_(services) {}
-
-    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
-                                               platform::EventTapCallback callback,
-                                               void* userInfo) override {
-        if (options == platform::EventTapOptions::active) {
-            return std::make_unique<BindingTap>(services_, callback, userInfo);
-        }
-        return std::make_unique<wayland::FocusedKeysTap>(callback, userInfo);
-    }
-
-private:
-    BindingTap::Services services_;
-};
-
 class Desktop final : public platform::Desktop {
 public:
     Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection,
@@ -107,11 +88,14 @@ private:
     IpcClient ipc_;
     wayland::SeatKeyboard keyboard_{*connection_};
     wayland::ActivationTokens tokens_{*connection_};
-    EventTaps eventTaps_{{.queue = host_.mainQueue,
-                          .runLoop = host_.runLoop,
-                          .ipc = ipc_,
-                          .keyboard = keyboard_,
-                          .presses = tokens_}};
+    wayland::EventTaps eventTaps_{[this](platform::EventTapCallback callback, void* userInfo) {
+        return std::make_unique<BindingTap>(BindingTap::Services{.queue = host_.mainQueue,
+                                                                 .runLoop = host_.runLoop,
+                                                                 .ipc = ipc_,
+                                                                 .keyboard = keyboard_,
+                                                                 .presses = tokens_},
+                                            callback, userInfo);
+    }};
     Windows windows_{host_, ipc_};
     wayland::OwnWindows ownWindows_{[this](const QWindow& window) {
         return windows_.bringOwnToFront(window.title().toStdString());

@@ -8,7 +8,7 @@
 #include "platform/wayland/configuration/CommandedTap.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
-#include "platform/wayland/recorder/FocusedKeysTap.h"
+#include "platform/wayland/recorder/EventTaps.h"
 #include "platform/wayland/windows/ToplevelMirror.h"
 #include "platform/wayland/windows/Windows.h"
 
@@ -21,19 +21,6 @@
 namespace hollowfernpike::wayland {
 
 namespace {
-
-/// Active taps that wait for commands; listen-only ones on our own focused window.
-class EventTaps final : public platform::EventTaps {
-public:
-    std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,
-                                               platform::EventTapCallback callback,
-                                               void* userInfo) override {
-        if (options == platform::EventTapOptions::active) {
-            return std::make_unique<CommandedTap>();
-        }
-        return std::make_unique<FocusedKeysTap>(callback, userInfo);
-    }
-};
 
 /// The names that the session gives itself, separated by colons.
 std::string sessionNames() {
@@ -73,7 +60,9 @@ private:
     SeatKeyboard keyboard_{*connection_};
     ActivationTokens tokens_{*connection_};
     ToplevelMirror mirror_{*connection_, QGuiApplication::desktopFileName().toStdString()};
-    EventTaps taps_;
+    EventTaps taps_{[](platform::EventTapCallback /*callback*/, void* /*userInfo*/) {
+        return std::make_unique<CommandedTap>();
+    }};
     Windows windows_{host_, mirror_};
     OwnWindows ownWindows_{[this](const QWindow& window) {
         return mirror_.activateOwn(window.title().toStdString());
