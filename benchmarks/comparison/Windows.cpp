@@ -94,7 +94,7 @@ public:
 
     double timeImport() {
         prepareImport();
-        return timeConfirmation(full_);
+        return timeConfirmation(restored_);
     }
 
     /// The panel of applications on the editor.
@@ -133,7 +133,8 @@ private:
 
     void rest() { settle(story_.desktop, story_.utility().pid()); }
 
-    /// Records how the list looks with all shortcuts and without the first, then the panel.
+    /// Records how the list looks with all shortcuts, without the first, and with all again, then
+    /// the panel.
     void learnLooks() {
         story_.startUtility();
         user_.openManagement();
@@ -143,7 +144,8 @@ private:
         shorter_ = restingLook();
         prepareImport();
         story_.keyboard.strike({"RTRN"});
-        if (full_ == shorter_ || full_ != restingLook()) {
+        restored_ = restingLook();
+        if (full_ == shorter_ || restored_ == shorter_) {
             throw std::runtime_error("the list cannot be told from another");
         }
         learnPanel();
@@ -215,6 +217,7 @@ private:
     std::filesystem::path document_ = story_.desktop.home() / "document.json";
     Look full_;
     Look shorter_;
+    Look restored_; ///< Full again; the card whose neighbour was deleted has the focus.
     Look panel_;
     xcb_window_t window_ = XCB_NONE;
 };

@@ -8,10 +8,7 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string>
-#include <system_error>
-#include <vector>
 
 namespace hollowfernpike::gnome {
 
@@ -90,12 +87,8 @@ void enable(const freedesktop::SessionBus& bus, const char* identifier) {
 } // namespace
 
 bool isExtensionInstalled() {
-    return std::ranges::any_of(freedesktop::dataDirectories(), [](const auto& directory) {
-        return std::ranges::any_of(extensions, [&](const char* identifier) {
-            std::error_code error;
-            return std::filesystem::exists(
-                directory / "gnome-shell/extensions" / identifier / "metadata.json", error);
-        });
+    return std::ranges::any_of(extensions, [](const std::string& identifier) {
+        return freedesktop::hasDataFile("gnome-shell/extensions/" + identifier + "/metadata.json");
     });
 }
 

@@ -11,11 +11,8 @@
 #include "platform/wayland/windows/ToplevelMirror.h"
 #include "platform/wayland/windows/Windows.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include <QGuiApplication>
@@ -35,15 +32,6 @@ bool bindsKeysHere(const std::string& portal, const std::string& compositor) {
            (portal != "gnome" || compositor == "gnome-shell");
 }
 
-/// Portals know a program by its desktop entry.
-bool isEntryInstalled(const std::string& identifier) {
-    return std::ranges::any_of(freedesktop::dataDirectories(), [&](const auto& directory) {
-        std::error_code isMissing;
-        return std::filesystem::exists(directory / "applications" / (identifier + ".desktop"),
-                                       isMissing);
-    });
-}
-
 class Desktop final : public platform::Desktop {
 public:
     Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
@@ -52,7 +40,8 @@ public:
     }
 
     std::optional<platform::Distrust> trustProblem() override {
-        if (isEntryInstalled(identifier_)) {
+        // Portals know a program by its desktop entry.
+        if (freedesktop::hasDataFile("applications/" + identifier_ + ".desktop")) {
             return std::nullopt;
         }
         return platform::Distrust{

@@ -2,10 +2,12 @@
 
 #include "platform/freedesktop/launching/OwnEnvironment.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
 #include <string>
+#include <system_error>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -104,6 +106,13 @@ std::vector<std::filesystem::path> dataDirectories() {
         directories.insert(directories.begin(), *own);
     }
     return directories;
+}
+
+bool hasDataFile(const std::filesystem::path& file) {
+    return std::ranges::any_of(dataDirectories(), [&](const auto& directory) {
+        std::error_code unknown;
+        return std::filesystem::exists(directory / file, unknown);
+    });
 }
 
 std::optional<std::filesystem::path> runtimeDirectory() {

@@ -30,6 +30,9 @@ std::vector<std::filesystem::path> sharedConfigDirectories();
 /// All directories for data, the user's own before the shared ones.
 std::vector<std::filesystem::path> dataDirectories();
 
+/// Whether one of them has this file, named by its path below them.
+bool hasDataFile(const std::filesystem::path& file);
+
 /// $XDG_RUNTIME_DIR; there is no standard place to fall back on.
 std::optional<std::filesystem::path> runtimeDirectory();
 
