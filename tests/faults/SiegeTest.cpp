@@ -1,10 +1,14 @@
 #include "desktop/FrontWatch.h"
 #include "desktop/Story.h"
-#include "desktop/windows/WindowTitles.h"
+#include "desktop/windows/WindowUser.h"
 #include "faults/Footprint.h"
+#include "faults/HostileHome.h"
 #include "platform/freedesktop/files/Descriptor.h"
 #include "platform/x11/server/Atoms.h"
+#include "platform/x11/tray/Tray.h"
 #include "support/Files.h"
+#include "support/SilentSocket.h"
+#include "support/SmallDisk.h"
 #include "support/SocketAddress.h"
 #include "support/WaitUntil.h"
 #include "support/XClient.h"
@@ -18,13 +22,14 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 
 namespace hollowfernpike {
 namespace {
@@ -44,78 +49,97 @@ class SiegeTest : public testing::Test {
 protected:
     SiegeTest() {
         story.turnRepetitionOff();
-        layIcons();
+        Combination next{0, control | option};
+        for (const auto& entry : home.entries()) { // their cards come first, so they are seen
+            story.bind(next, {.path = entry, .name = entry.stem(), .identifier = ""});
+            ++next.keyCode;
+        }
         story.bind(toOne, one);
         story.bind(toOther, other);
         story.bind(toGone, {.path = "/nowhere/gone.desktop", .name = "Gone", .identifier = "gone"});
-        Combination next{4, control | option};
-        for (const auto& icon : icons) {
-            story.bind(next, {.path = entryWith(icon), .name = icon.filename(), .identifier = ""});
-            ++next.keyCode;
-        }
+        story.bind(toForeign, {.path = home.foreignEntry(), .name = "Foreign", .identifier = ""});
         story.writeShortcuts();
-        story.launchUtility();
+        story.launchUtility({{"SESSION_MANAGER", "unix/:" + silent.string()}});
+        nobodyReadsItsOutput();
     }
 
-    // --- what lies around
+    // --- attacks
 
-    void layIcons() {
-        const auto folder = story.desktop.home() / "icons";
-        fs::create_directories(folder);
-        const auto add = [&](const std::string& name, const std::string& text) {
-            icons.push_back(folder / name);
-            putFile(icons.back(), text);
-        };
-        const std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" )"
-                                R"(xmlns:xlink="http://www.w3.org/1999/xlink" )";
-        icons.push_back(folder / "pipe.png");
-        EXPECT_EQ(::mkfifo(icons.back().c_str(), 0600), 0);
-        add("reference.svg", svg + "><image xlink:href=\"" + icons.front().string() + "\"/></svg>");
-        std::string bomb = svg + R"(><g id="a0"><rect width="1" height="1"/></g>)";
-        for (int level = 1; level <= 30; ++level) {
-            const auto use = "<use xlink:href=\"#a" + std::to_string(level - 1) + "\"/>";
-            bomb.append("<g id=\"a").append(std::to_string(level)).append("\">");
-            bomb.append(use).append(use).append("</g>");
-        }
-        add("bomb.svg", bomb + "</svg>");
-        add("huge.xpm", "/* XPM */\nstatic char *x[] = {\n\"30000 30000 1 1\",\n\"a c red\",\n");
-        add("large.svg", svg + "/>");
-        fs::resize_file(icons.back(), std::uintmax_t{1} << 40);
-        add("noise.png", "\x89PNG\r\n\x1a\n" + std::string(4000, '\x7f'));
-    }
-
-    std::string entryWith(const fs::path& icon) {
-        const auto entry = story.desktop.applications() / (icon.filename().string() + ".desktop");
-        const std::string backwards{'\xE2', '\x80', '\xAE'}; // U+202E
-        putFile(entry, "[Desktop Entry]\nType=Application\nName=" + backwards + "gpj." +
-                           icon.filename().string() + "\nExec=true\nIcon=" + icon.string() + "\n");
-        return entry.string();
-    }
-
-    // --- attacks, one round of each
-
-    void foldersLinkToEachOther() {
-        const auto folder = story.desktop.applications() / "maze";
-        fs::remove_all(folder);
-        for (int number = 0; number < 12; ++number) {
-            fs::create_directories(folder / std::to_string(number));
-            for (int target = 0; target < 12; ++target) {
-                fs::create_directory_symlink(folder / std::to_string(target),
-                                             folder / std::to_string(number) /
-                                                 std::to_string(target));
-            }
+    void nobodyReadsItsOutput() {
+        const auto path = "/proc/" + std::to_string(story.utility().pid()) + "/fd/1";
+        const freedesktop::Descriptor output{
+            ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)};
+        EXPECT_GE(::fcntl(output.get(), F_SETPIPE_SZ, 4096), 4096);
+        while (::write(output.get(), "\n", 1) == 1) {
         }
     }
 
-    void entriesComeAndGo() {
-        for (int number = 0; number < 20; ++number) {
-            const auto entry =
-                story.desktop.applications() / ("some" + std::to_string(number) + ".desktop");
-            putFile(entry, number % 2 == 0 ? std::string(100'000, '[')
-                                           : "[Desktop Entry]\nType=Application\nName=x\nExec=" +
-                                                 std::string(50'000, '"'));
-            fs::remove(entry);
+    /// Another start in the midst of it has to find the first.
+    void theBusStaysSilent() {
+        story.desktop.bus().daemon().signal(SIGSTOP);
+        windowsOpenAndClose();
+        EXPECT_EQ(answers(2).size(), 2U);
+        story.desktop.bus().daemon().signal(SIGCONT);
+    }
+
+    void theBusEndsAndComesBack() {
+        story.desktop.bus().end();
+        EXPECT_EQ(answers(2).size(), 2U);
+        story.desktop.bus().startAgain();
+        EXPECT_TRUE(waitUntil([this] { return answersOnTheBus(); }));
+    }
+
+    bool answersOnTheBus() {
+        try {
+            callOnBus(story.desktop,
+                      {"app.hollowfernpike.Hollowfernpike", "/", "org.freedesktop.DBus.Peer.Ping"});
+            return true;
+        } catch (const std::runtime_error&) {
+            return false;
         }
+    }
+
+    void aTrayComesLiesAndGoes() {
+        constexpr std::uint32_t pixels = 30'000;
+        Tray tray(story.desktop.display());
+        tray.announce();
+        std::vector<std::uint32_t> request;
+        ASSERT_TRUE(waitUntil([&] { return !(request = tray.request()).empty(); }));
+        tray.takeIn(request.back(), pixels, pixels);
+        EXPECT_EQ(answers(2).size(), 2U);
+    }
+
+    /// Saves a shortcut as it is, while there is no room for it and when there is.
+    void theDiskIsFull() {
+        const auto filling = disk.folder() / "filling";
+        putFile(filling, std::string(diskSize, 'x'));
+        user.openManagement();
+        user.clickSave(user.clickEdit(0));
+        user.strikeAndLeave(user.comes(user.titles.alert), "RTRN");
+        fs::remove(filling);
+        const auto window = user.openManagement();
+        user.clickSave(user.clickEdit(0));
+        story.pager.close(window);
+        user.goes(window);
+    }
+
+    void descriptorsAreUsedUp() {
+        const auto process = story.utility().pid();
+        rlimit limit{};
+        ASSERT_EQ(::prlimit(process, RLIMIT_NOFILE, nullptr, &limit), 0);
+        const rlimit noMore{highestDescriptor(process) + 1, limit.rlim_max};
+        ASSERT_EQ(::prlimit(process, RLIMIT_NOFILE, &noMore, nullptr), 0);
+        const auto takers = requestsAreNoise();
+        EXPECT_EQ(answers(2).size(), 2U);
+        ASSERT_EQ(::prlimit(process, RLIMIT_NOFILE, &limit, nullptr), 0);
+    }
+
+    static rlim_t highestDescriptor(pid_t process) {
+        rlim_t highest = 0;
+        for (const auto& name : namesIn("/proc/" + std::to_string(process) + "/fd")) {
+            highest = std::max<rlim_t>(highest, std::stoul(name));
+        }
+        return highest;
     }
 
     void windowsLie() {
@@ -137,7 +161,8 @@ protected:
         liar.sync();
     }
 
-    void requestsAreNoise() {
+    /// The clients of the program that ask for nonsense, or for nothing.
+    std::vector<freedesktop::Descriptor> requestsAreNoise() {
         const auto address = socketAddress(story.desktop.home() / "run/hollowfernpike.socket");
         std::vector<freedesktop::Descriptor> sockets;
         for (int number = 0; number < 40; ++number) {
@@ -152,6 +177,7 @@ protected:
                 ::send(sockets.back().get(), noise.data(), noise.size(), MSG_NOSIGNAL);
             }
         }
+        return sockets;
     }
 
     void callsAreNoise() {
@@ -170,7 +196,7 @@ protected:
 
     void rivalsTakeKeysAndInput() {
         XClient rival(story.desktop.display());
-        rival.grab(story.grabOf({9, control | option}));
+        rival.grab(story.grabOf({3, control | option}));
         if (rival.grabKeyboard() && rival.grabPointer()) {
             story.strike(toOne);
         }
@@ -179,44 +205,45 @@ protected:
         rival.announceWindowManager();
     }
 
-    void debuggersStopIt() {
+    void debuggersStopItInMidPress() {
         story.utility().signal(SIGSTOP);
         EXPECT_TRUE(waitUntil([this] { return processState(story.utility().pid()) == "T"; }));
+        story.strike(toOne);
         story.utility().signal(SIGCONT);
+        EXPECT_TRUE(story.isInFront(one));
     }
 
-    void applicationsAreGone() { story.strike(toGone); }
+    void applicationsAreGoneOrForeign() {
+        story.strike(toGone);
+        story.strike(toForeign);
+    }
 
     /// Opens the window with the cards, which show the icons, and closes it.
     void windowsOpenAndClose() {
-        story.run({HFP_PROGRAM});
-        EXPECT_TRUE(waitUntil([this] { return management() != XCB_NONE; }));
-        story.pager.close(management());
-        EXPECT_TRUE(waitUntil([this] { return management() == XCB_NONE; }));
+        const auto window = user.openManagement();
+        story.pager.close(window);
+        user.goes(window);
     }
 
     void attack() {
-        foldersLinkToEachOther();
-        entriesComeAndGo();
+        nobodyReadsItsOutput();
+        home.layMaze();
+        home.layIcons();
+        home.changeEntries();
         windowsLie();
         requestsAreNoise();
         callsAreNoise();
         rivalsTakeKeysAndInput();
-        debuggersStopIt();
-        applicationsAreGone();
-        windowsOpenAndClose();
+        applicationsAreGoneOrForeign();
+        descriptorsAreUsedUp();
+        aTrayComesLiesAndGoes();
+        debuggersStopItInMidPress();
+        theBusStaysSilent();
+        theBusEndsAndComesBack();
+        theDiskIsFull();
     }
 
     // --- what must hold
-
-    xcb_window_t management() {
-        for (const auto window : story.pager.stacking()) {
-            if (story.pager.titleOf(window) == japaneseTitles.management) {
-                return window;
-            }
-        }
-        return XCB_NONE;
-    }
 
     /// From the press to the window in front, in milliseconds; absent if it does not come.
     std::optional<double> answer(const Combination& combination, const Application& target) {
@@ -235,6 +262,8 @@ protected:
     /// The times of some answers, the shortest first; fewer if some did not come.
     std::vector<double> answers(int count) {
         std::vector<double> times;
+        story.strike(toOne);
+        EXPECT_TRUE(story.isInFront(one));
         for (int number = 0; number < count; ++number) {
             const bool isOdd = number % 2 != 0;
             if (const auto time = answer(isOdd ? toOne : toOther, isOdd ? one : other)) {
@@ -245,16 +274,13 @@ protected:
         return times;
     }
 
-    /// The user's files that are none of the attacks.
+    /// The user's files but for those that are too large to read and those that others write to.
     std::map<fs::path, std::string> files() const {
         std::map<fs::path, std::string> found;
-        for (const auto& folder :
-             {story.shortcutsFile().parent_path(), story.desktop.home() / ".config"}) {
-            std::error_code missing;
-            for (const auto& entry : fs::recursive_directory_iterator(folder, missing)) {
-                if (entry.is_regular_file()) {
-                    found[entry.path()] = contentsOf(entry.path());
-                }
+        for (const auto& entry : fs::recursive_directory_iterator(story.desktop.home())) {
+            if (entry.is_regular_file() && entry.file_size() < largestFile &&
+                entry.path().extension() != ".log") {
+                found[entry.path()] = contentsOf(entry.path());
             }
         }
         return found;
@@ -262,11 +288,19 @@ protected:
 
     Footprint footprint() { return footprintOf(story.utility().pid(), story.pager); }
 
+    static constexpr std::size_t diskSize = 64U << 10;
+    static constexpr std::uintmax_t largestFile = 8U << 20;
+
     const Combination toOne{37, control | option};
     const Combination toOther{38, control | option};
     const Combination toGone{40, control | option};
+    const Combination toForeign{41, control | option};
     Story story;
-    std::vector<fs::path> icons;
+    const HostileHome home{story.desktop.home(), story.desktop.applications()};
+    const SmallDisk disk{story.shortcutsFile().parent_path(), diskSize};
+    const fs::path silent = story.desktop.home() / "silent";
+    const SilentSocket sessionManager{silent};
+    WindowUser user{story};
     Application& other = story.open("Other");
     Application& one = story.open("One");
     FrontWatch front{story.desktop.display()};
@@ -290,7 +324,7 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
         const auto times = answers(4);
         ASSERT_EQ(times.size(), 4U) << "a press is not answered after round " << rounds;
         worst = std::max(worst, times.back());
-        if (rounds % 50 == 0) {
+        if (true) {
             std::cout << "round " << rounds << ": " << footprint() << ", slowest answer " << worst
                       << " ms" << std::endl;
         }
@@ -307,6 +341,7 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
     EXPECT_EQ(atEnd.descriptors, atStart.descriptors);
     EXPECT_EQ(atEnd.displayClients, atStart.displayClients);
     EXPECT_EQ(files(), before);
+    EXPECT_FALSE(home.isForeignEntryStarted());
     story.utility().signal(SIGTERM);
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
 }

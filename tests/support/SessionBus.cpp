@@ -3,9 +3,10 @@
 #include "support/SessionUser.h"
 #include "support/WriteFile.h"
 
+#include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
-#include <vector>
 
 namespace hollowfernpike::test {
 
@@ -39,21 +40,37 @@ std::string busConfiguration(const Environment& environment) {
 
 } // namespace
 
-SessionBus::SessionBus(const Environment& environment, BusOwner owner) {
+// Without the identity of this daemon, which the address of the next one would not have.
+SessionBus::SessionBus(const Environment& environment, BusOwner owner) : environment_(environment) {
     const auto configuration = directory_.path() / "session.conf";
     writeFile(configuration, busConfiguration(environment));
-    std::vector<std::string> command{"dbus-daemon", "--config-file=" + configuration.string(),
-                                     "--nofork", "--print-address=1"};
+    command_ = {"dbus-daemon", "--config-file=" + configuration.string(), "--nofork",
+                "--print-address=1"};
     if (owner == BusOwner::sessionUser) {
         giveToSessionUser(directory_.path());
-        command = asSessionUser(command);
+        command_ = asSessionUser(command_);
     }
-    daemon_ = std::make_unique<ChildProcess>(command, environment);
-    const auto line = daemon_->waitForLine("");
+    address_ = start();
+    address_.erase(std::min(address_.find(",guid="), address_.size()));
+    command_.push_back("--address=" + address_);
+}
+
+void SessionBus::end() {
+    daemon_->signal(SIGKILL);
+    daemon_->wait();
+}
+
+void SessionBus::startAgain() {
+    start();
+}
+
+std::string SessionBus::start() {
+    daemon_ = std::make_unique<ChildProcess>(command_, environment_);
+    auto line = daemon_->waitForLine("");
     if (!line) {
         throw std::runtime_error("dbus-daemon did not start: " + daemon_->errors());
     }
-    address_ = *line;
+    return *line;
 }
 
 std::string callOnBus(const Environment& environment, const std::vector<std::string>& arguments) {

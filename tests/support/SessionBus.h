@@ -14,7 +14,7 @@ enum class BusOwner { tests, sessionUser };
 
 /// A session bus of its own (dbus-daemon), ready for clients: those of its owner and of root. It
 /// starts the services in the data directories that the environment names, and no others of the
-/// machine.
+/// machine. Throws std::runtime_error if it cannot be started.
 class SessionBus {
 public:
     explicit SessionBus(const Environment& environment = {}, BusOwner owner = BusOwner::tests);
@@ -22,8 +22,18 @@ public:
     const std::string& address() const { return address_; }
     ChildProcess& daemon() { return *daemon_; }
 
+    /// Kills the daemon, as a crash would.
+    void end();
+
+    /// Starts another one at the same address, as the user's next bus is.
+    void startAgain();
+
 private:
+    std::string start();
+
     TemporaryDirectory directory_;
+    Environment environment_;
+    std::vector<std::string> command_;
     std::unique_ptr<ChildProcess> daemon_;
     std::string address_;
 };
