@@ -6,6 +6,7 @@
 #include "platform/freedesktop/files/Descriptor.h"
 #include "platform/x11/server/Atoms.h"
 #include "platform/x11/tray/Tray.h"
+#include "support/ContextSwitches.h"
 #include "support/Files.h"
 #include "support/SilentSocket.h"
 #include "support/SmallDisk.h"
@@ -16,17 +17,21 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -286,7 +291,31 @@ protected:
         return found;
     }
 
+    /// The names of the files that are there, or hold something else, in only one of the two.
+    static std::vector<std::string> differences(const std::map<fs::path, std::string>& first,
+                                                const std::map<fs::path, std::string>& second) {
+        std::vector<std::map<fs::path, std::string>::value_type> files;
+        std::ranges::set_symmetric_difference(first, second, std::back_inserter(files));
+        std::vector<std::string> names;
+        std::ranges::transform(files, std::back_inserter(names),
+                               [](const auto& file) { return file.first.string(); });
+        return names;
+    }
+
     Footprint footprint() { return footprintOf(story.utility().pid(), story.pager); }
+
+    /// Once it has slept for a while: icons, for instance, are read after their window has gone.
+    Footprint footprintAtRest() {
+        std::uint64_t times = 0;
+        Clock::time_point since;
+        const auto rests = [&] {
+            const auto now = timesGoneToSleep(story.utility().pid());
+            since = std::exchange(times, now) == now ? since : Clock::now();
+            return Clock::now() - since > 300ms;
+        };
+        EXPECT_TRUE(waitUntil(rests));
+        return footprint();
+    }
 
     static constexpr std::size_t diskSize = 64U << 10;
     static constexpr std::uintmax_t largestFile = 8U << 20;
@@ -314,7 +343,7 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
     ASSERT_EQ(answers(2).size(), 2U) << story.utilityTells();
     attack(); // reads what a first window needs
     const auto before = files();
-    const auto atStart = footprint();
+    const auto atStart = footprintAtRest();
     std::cout << "start: " << atStart << std::endl;
     const auto end = Clock::now() + length();
     int rounds = 0;
@@ -324,13 +353,12 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
         const auto times = answers(4);
         ASSERT_EQ(times.size(), 4U) << "a press is not answered after round " << rounds;
         worst = std::max(worst, times.back());
-        if (true) {
-            std::cout << "round " << rounds << ": " << footprint() << ", slowest answer " << worst
-                      << " ms" << std::endl;
+        if (rounds % 50 == 0) {
+            std::cout << "round " << rounds << ": " << footprintAtRest() << ", slowest answer "
+                      << worst << " ms" << std::endl;
         }
     }
-    ASSERT_TRUE(waitUntil([&] { return footprint().descriptors <= atStart.descriptors; }));
-    const auto atEnd = footprint();
+    const auto atEnd = footprintAtRest();
     const auto times = answers(presses);
     ASSERT_EQ(times.size(), presses);
     std::cout << rounds << " rounds: " << atEnd << "\nanswers afterwards: median "
@@ -340,7 +368,7 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
     EXPECT_LE(atEnd.memory, atStart.memory + mostGrowth);
     EXPECT_EQ(atEnd.descriptors, atStart.descriptors);
     EXPECT_EQ(atEnd.displayClients, atStart.displayClients);
-    EXPECT_EQ(files(), before);
+    EXPECT_THAT(differences(files(), before), testing::IsEmpty());
     EXPECT_FALSE(home.isForeignEntryStarted());
     story.utility().signal(SIGTERM);
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();

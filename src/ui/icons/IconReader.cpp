@@ -11,6 +11,7 @@
 #include <thread>
 #include <utility>
 
+#include <malloc.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -58,8 +59,11 @@ public:
     }
 
 private:
-    // A thread must not look for the application object while that is being destroyed.
+    // A thread must not look for the application object while that is being destroyed. By default
+    // the allocator keeps megabytes for each thread once one block of that size has been freed.
     IconThreads() {
+        constexpr int largeBlock = 1 << 20; // goes back to the system when freed
+        ::mallopt(M_MMAP_THRESHOLD, largeBlock);
         qAddPostRoutine([] { shared().stop(std::chrono::milliseconds{0}); });
     }
 
