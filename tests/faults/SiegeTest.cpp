@@ -68,6 +68,13 @@ protected:
         nobodyReadsItsOutput();
     }
 
+    void TearDown() override {
+        if (HasFailure() && story.utility().hasEnded()) {
+            ADD_FAILURE() << "it has ended with " << *story.utility().wait() << ": "
+                          << story.utility().errors();
+        }
+    }
+
     // --- attacks
 
     void nobodyReadsItsOutput() {

@@ -2,13 +2,14 @@
 
 #include "support/Files.h"
 #include "support/TemporaryDirectory.h"
+#include "ui/icons/IconImage.h"
 #include "ui/icons/ReadIcons.h"
 #include "ui/window/WindowTest.h"
 
 #include <QBuffer>
 #include <QImage>
 
-#include <chrono>
+#include <ctime>
 #include <fstream>
 #include <string>
 
@@ -64,6 +65,13 @@ void writeGzip(const std::string& path, const std::string& begin, std::size_t bl
     }
     ::gzwrite(file, end.data(), static_cast<unsigned>(end.size()));
     ::gzclose(file);
+}
+
+/// Of work, not of waiting.
+double secondsOfThisThread() {
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 /// Icons that somebody has made to harm the program.
@@ -186,6 +194,13 @@ TEST_F(HostileIconsTest, AFileThatIsTooLargeIsNotRead) {
 }
 
 TEST_F(HostileIconsTest, APictureOfTooManyPixelsIsNotDecoded) {
+    const auto redSquareOf = [](int side) {
+        QImage image(side, side, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        return pngOf(image);
+    };
+    EXPECT_TRUE(isRed(file("most.png", redSquareOf(2048))));
+    EXPECT_TRUE(isRefused(file("more.png", redSquareOf(2049))));
     EXPECT_TRUE(isRefused(file("huge.png", pngThatPromises(30'000))));
     EXPECT_TRUE(isRefused(file("huge.xpm", "/* XPM */\nstatic char *x[] = {\n"
                                            "\"30000 30000 1 1\",\n\"a c red\",\n\"a\"};\n")));
@@ -219,14 +234,23 @@ TEST_F(HostileIconsTest, ADrawingThatRepeatsItselfWithoutEndIsRefused) {
     }())));
 }
 
-TEST_F(HostileIconsTest, TheMainThreadWaitsForNoneOfThem) {
-    const auto bomb = (folder.path() / "slow.svgz").string();
-    writeGzip(bomb, svgBegin, std::size_t{64} << 20, redSquare + "</svg>");
-    const auto icon = iconFor({.themeName = {}, .imageFile = bomb});
+TEST_F(HostileIconsTest, TheMainThreadReadsNoneOfThem) {
+    std::string squares;
+    for (int number = 0; number < 10'000; ++number) {
+        squares += redSquare;
+    }
+    const auto path = file("slow.svg", svg(squares));
+    const auto before = secondsOfThisThread();
+    EXPECT_FALSE(readIconImage(path, QSize(32, 32)).isNull());
+    const auto reading = secondsOfThisThread() - before;
+    const auto icon = iconFor({.themeName = {}, .imageFile = path});
     const QImage generic = genericApplicationIcon().pixmap(QSize(32, 32), 1.0).toImage();
+    const auto asked = secondsOfThisThread();
     EXPECT_EQ(icon.pixmap(QSize(32, 32), 1.0).toImage(), generic) << "until it has been read";
+    EXPECT_LT(secondsOfThisThread() - asked, reading / 2);
     EXPECT_TRUE(isReadingIcons());
     awaitIcons();
+    EXPECT_TRUE(isRed(path));
 }
 
 } // namespace
