@@ -69,9 +69,13 @@ protected:
     }
 
     void TearDown() override {
-        if (HasFailure() && story.utility().hasEnded()) {
-            ADD_FAILURE() << "it has ended with " << *story.utility().wait() << ": "
-                          << story.utility().errors();
+        auto& server = story.desktop.virtualDisplay().server();
+        for (auto* const process : {&story.utility(), &server}) {
+            if (HasFailure() && process->hasEnded()) {
+                ADD_FAILURE() << (process == &server ? "the display" : "the program")
+                              << " has ended with " << *process->wait() << ": "
+                              << process->errors();
+            }
         }
     }
 

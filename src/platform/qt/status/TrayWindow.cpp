@@ -56,12 +56,14 @@ void TrayWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 // Where the tray does not blend windows, the server has painted its ground into ours. The toolkit
-// would paint over that ground, so we grab it and draw it below the symbol.
+// would paint over that ground, so we grab it and draw it below the symbol: as much of it as we
+// know of, because the tray may have resized us since, and the server breaks the connection of
+// those who ask for gigabytes.
 void TrayWindow::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     if (!testAttribute(Qt::WA_TranslucentBackground)) {
         if (ground_.isNull()) {
-            ground_ = screen()->grabWindow(winId());
+            ground_ = screen()->grabWindow(winId(), 0, 0, width(), height());
         }
         painter.drawPixmap(rect(), ground_);
     }

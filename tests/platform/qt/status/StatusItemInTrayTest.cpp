@@ -2,10 +2,12 @@
 #include "platform/qt/status/StatusItemTest.h"
 #include "platform/x11/DesktopObserver.h"
 #include "platform/x11/server/Reply.h"
+#include "platform/x11/tray/Tray.h"
 #include "support/KeyInjector.h"
 
 #include <QApplication>
 #include <QImage>
+#include <QResizeEvent>
 #include <QScreen>
 
 #include <algorithm>
@@ -200,6 +202,25 @@ TEST_P(StatusItemInTrayTest, LetsNoTimerRunWhileItIsShown) {
     createItem();
     EXPECT_TRUE(isTakenIn());
     EXPECT_EQ(timersWhileNothingHappens(), 0);
+}
+
+class StatusItemInLyingTrayTest : public test::StatusItemTest {};
+
+// What is asked of the server for more than it can give costs the connection to the display.
+TEST_F(StatusItemInLyingTrayTest, IsPaintedAlthoughItHasJustBecomeHuge) {
+    constexpr std::uint32_t huge = 30'000;
+    test::Tray owner(session.desktop().display());
+    createItem();
+    std::vector<std::uint32_t> request;
+    ASSERT_TRUE(session.runUntil([&] { return !(request = owner.request()).empty(); }));
+    const auto native = request.back();
+    owner.takeIn(native, 32, 32);
+    ASSERT_TRUE(session.runUntil([&] { return trayWindow()->width() == 32; }));
+    owner.takeIn(native, huge, huge);
+    QResizeEvent again(trayWindow()->size(), trayWindow()->size());
+    QCoreApplication::sendEvent(trayWindow(), &again); // forgets what it has painted
+    trayWindow()->repaint();
+    EXPECT_TRUE(session.runUntil([] { return trayWindow()->width() == static_cast<int>(huge); }));
 }
 
 } // namespace
