@@ -6,7 +6,7 @@ import re
 import tree
 
 LINK = re.compile(r"\]\(([^)#:]+)(?:#[^)]*)?\)")
-TEST = re.compile(r"`(\w+Test(?:\.\w+)?)`")
+TEST = re.compile(r"`(\w+Test(?:\.\w+)?|[A-Z]\w*\.[A-Z]\w*)`")
 DOTTED = re.compile(r"`(\w+(?:\.\w+)+)`")
 
 

@@ -24,6 +24,13 @@ TEST_F(ApplicationPanelTest, ListsInstalledApplicationsByNameInTheInterfacesLang
     EXPECT_EQ(services_.applicationBundles.askedLanguage, "ja");
 }
 
+TEST_F(ApplicationPanelTest, ANameCannotBeWrittenBackwards) {
+    const std::string override{'\xE2', '\x80', '\xAE'}; // U+202E
+    services_.applicationBundles.installed.resize(1);
+    services_.applicationBundles.installed.front().name = override + "gpj.exe";
+    EXPECT_THAT(rows(open()), ElementsAre("\\u202egpj.exe"));
+}
+
 TEST_F(ApplicationPanelTest, AsksForEnglishNamesInEnglish) {
     speak(Language::english);
     open();

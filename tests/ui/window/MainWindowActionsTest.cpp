@@ -218,6 +218,14 @@ TEST_F(MainWindowActionsTest, ClosuresOfACardOutliveTheControllerAndDoNothing) {
     EXPECT_THAT(shortcuts(), SizeIs(2));
 }
 
+TEST_F(MainWindowActionsTest, AQuestionCannotBeWrittenBackwards) {
+    const std::string override{'\xE2', '\x80', '\xAE'}; // U+202E
+    addShortcut(override + "gpj.exe", 2, command);
+    settle();
+    remove(2, press("Cancel"));
+    EXPECT_THAT(shown, ElementsAre(testing::HasSubstr("\"\\u202egpj.exe\"")));
+}
+
 TEST_F(MainWindowActionsTest, WithoutAWindowARequestToDeleteIsDropped) {
     const auto remove = card(0).onDelete;
     delete controller->window();
