@@ -108,6 +108,10 @@ struct DesktopHost {
     /// otherwise false.
     std::function<bool(const KeyCombination& from, const KeyCombination& to)> onReassigned = {};
 
+    /// To be called when the desktop has begun to trust us, so that combinations go live without
+    /// waiting for the next look at trustProblem().
+    std::function<void()> onTrusted = {};
+
     /// Starts the program anew in the place of this process, with the windows that are open. For a
     /// desktop that comes back after it has gone away. Returns only if that fails.
     std::function<void()> restart = {};

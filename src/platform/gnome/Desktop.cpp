@@ -23,6 +23,7 @@ public:
     Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
         : host_(std::move(host)), connection_(std::move(connection)) {
         connection_->attach(host_.runLoop, host_.restart);
+        QObject::connect(&extension_, &ShellExtension::appeared, &extension_, host_.onTrusted);
     }
 
     std::optional<platform::Distrust> trustProblem() override {
