@@ -40,7 +40,6 @@ public:
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return launches_; }
-    platform::SystemTray* systemTray() override { return nullptr; }
     void notePress(const platform::KeyCombination& /*combination*/,
                    const std::string& /*startupIdentifier*/) override {
         extension_.forgetPressTime();
