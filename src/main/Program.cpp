@@ -55,6 +55,7 @@ platform::DesktopHost Program::desktopHost() {
             .bus = bus_,
             .purposeOf = [this](const auto& combination) { return purposeOf(combination); },
             .onReassigned = &Program::reassign,
+            .onTrusted = [this] { mainQueue_.async([] { HotkeyManager::shared().start(); }); },
             .restart = [this] { restart(); }};
 }
 

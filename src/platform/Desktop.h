@@ -62,7 +62,7 @@ public:
     virtual std::optional<Distrust> trustProblem() = 0;
 
     /// Whether trustProblem() may go away while the session lasts.
-    virtual bool mayBecomeTrusted() = 0;
+    virtual bool mayBecomeTrusted() { return true; }
 
     virtual EventTaps& eventTaps() = 0;
     virtual Windows& windows() = 0;
@@ -70,7 +70,7 @@ public:
     virtual LaunchFeedback& launchFeedback() = 0;
 
     /// Null if this kind of session has no tray that embeds windows of other programs.
-    virtual SystemTray* systemTray() = 0;
+    virtual SystemTray* systemTray() { return nullptr; }
 
     /// To be called before a press of this combination is carried out that no tap has seen, because
     /// a command stands for it: windows come forward and launches happen in the name of this press,
@@ -107,6 +107,10 @@ struct DesktopHost {
     /// settings of the desktop. If it can be had, the interest changes before this returns;
     /// otherwise false.
     std::function<bool(const KeyCombination& from, const KeyCombination& to)> onReassigned = {};
+
+    /// To be called when the desktop has begun to trust us, so that combinations go live without
+    /// waiting for the next look at trustProblem().
+    std::function<void()> onTrusted = {};
 
     /// Starts the program anew in the place of this process, with the windows that are open. For a
     /// desktop that comes back after it has gone away. Returns only if that fails.

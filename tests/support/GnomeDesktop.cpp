@@ -38,7 +38,8 @@ Environment changesForShell(const std::string& bus) {
     return {{"WAYLAND_DISPLAY", std::nullopt},
             {"DBUS_SYSTEM_BUS_ADDRESS", bus},
             {"GNOME_SHELL_SESSION_MODE", "user"},
-            {"LIBGL_ALWAYS_SOFTWARE", "1"}};
+            {"LIBGL_ALWAYS_SOFTWARE", "1"},
+            {"MESA_DISK_CACHE_MULTI_FILE", "1"}}; // as it is kept
 }
 
 /// "us,us(dvorak)" as GNOME's settings write it.

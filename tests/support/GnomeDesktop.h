@@ -2,6 +2,7 @@
 
 #include "support/BusConnection.h"
 #include "support/ChildProcess.h"
+#include "support/KeptShaders.h"
 #include "support/KeyboardMap.h"
 #include "support/SessionBus.h"
 #include "support/SessionFolders.h"
@@ -98,6 +99,7 @@ private:
     bool isReady() const;
 
     SessionFolders folders_;
+    KeptShaders shaders_{folders_.home()};
     TemporaryDirectory ground_; ///< has what is lent
     GnomeSettings settings_;
     Environment environment_;

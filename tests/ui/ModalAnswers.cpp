@@ -113,7 +113,9 @@ ModalAnswers::Answer press(const std::string& title) {
 
 namespace {
 
-/// While the toolkit reads the folder, it takes no name of a file in it, so this tries again.
+/// While the toolkit reads the folder, it takes no name of a file in it, and may keep a file that
+/// was named meanwhile out of its list until it filters that anew. So this has it do so, and tries
+/// again.
 void enter(QFileDialog& panel, const QString& file) {
     auto* name = panel.findChild<QLineEdit*>("fileNameEdit");
     const auto role = panel.acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save
@@ -124,6 +126,7 @@ void enter(QFileDialog& panel, const QString& file) {
     if (button->isEnabled()) {
         button->click();
     } else {
+        panel.setNameFilters(panel.nameFilters());
         QTimer::singleShot(1, &panel, [&panel, file] { enter(panel, file); });
     }
 }

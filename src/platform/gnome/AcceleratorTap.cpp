@@ -43,7 +43,7 @@ QStringList acceleratorsOf(const platform::KeyCombination& combination) {
 
 AcceleratorTap::AcceleratorTap(ShellExtension& extension, ShellLaunches& launches,
                                platform::EventTapCallback callback, void* userInfo)
-    : extension_(extension), launches_(launches), listener_{callback, userInfo} {
+    : Tap(callback, userInfo), extension_(extension), launches_(launches) {
     connect(&extension_, &ShellExtension::pressed, this, &AcceleratorTap::onPressed);
     connect(&extension_, &ShellExtension::appeared, this, &AcceleratorTap::bind);
     connect(&extension_, &ShellExtension::vanished, this, &AcceleratorTap::bind);
@@ -120,12 +120,9 @@ void AcceleratorTap::take(const QList<bool>& granted) {
                       qPrintable(name));
         }
     }
-    const auto refused = refusedCombinations();
-    qCDebug(freedesktop::keysLog, "bound %zu combinations", bindings_.size() - refused.size());
-    if (refused != std::exchange(reportedRefused_, refused)) {
-        listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr,
-                           listener_.userInfo);
-    }
+    qCDebug(freedesktop::keysLog, "bound %zu combinations",
+            bindings_.size() - refusedCombinations().size());
+    reportRefused();
 }
 
 // The callback may destroy this tap.
@@ -135,8 +132,7 @@ void AcceleratorTap::onPressed(const QString& accelerator) {
         return;
     }
     launches_.countPress();
-    const auto event = keyDownOf(bindings_[found->second].combination);
-    listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
+    deliver(bindings_[found->second].combination);
 }
 
 } // namespace hollowfernpike::gnome

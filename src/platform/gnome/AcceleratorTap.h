@@ -32,7 +32,6 @@ public:
     ~AcceleratorTap() override;
 
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
     std::vector<platform::KeyCombination> refusedCombinations() const override;
 
 private:
@@ -49,10 +48,8 @@ private:
 
     ShellExtension& extension_;
     ShellLaunches& launches_;
-    Listener listener_;
     std::vector<Binding> bindings_;
     std::map<QString, std::size_t> accelerators_; ///< which binding they are for
-    std::vector<platform::KeyCombination> reportedRefused_;
     unsigned questions_ = 0; ///< asked so far: only the answer to the last one counts
 };
 

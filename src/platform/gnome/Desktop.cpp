@@ -23,6 +23,7 @@ public:
     Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
         : host_(std::move(host)), connection_(std::move(connection)) {
         connection_->attach(host_.runLoop, host_.restart);
+        QObject::connect(&extension_, &ShellExtension::appeared, &extension_, host_.onTrusted);
     }
 
     std::optional<platform::Distrust> trustProblem() override {
@@ -39,7 +40,6 @@ public:
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return launches_; }
-    platform::SystemTray* systemTray() override { return nullptr; }
     void notePress(const platform::KeyCombination& /*combination*/,
                    const std::string& /*startupIdentifier*/) override {
         extension_.forgetPressTime();

@@ -51,12 +51,10 @@ public:
                  ".desktop. Install the package."}};
     }
 
-    bool mayBecomeTrusted() override { return true; }
     platform::EventTaps& eventTaps() override { return eventTaps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
-    platform::SystemTray* systemTray() override { return nullptr; }
     void notePress(const platform::KeyCombination& combination,
                    const std::string& startupIdentifier) override {
         tokens_.countPress(combination, startupIdentifier);

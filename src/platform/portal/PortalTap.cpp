@@ -38,7 +38,7 @@ QString triggerOf(const platform::KeyCombination& combination, const wayland::Ke
 } // namespace
 
 PortalTap::PortalTap(const Services& services, platform::EventTapCallback callback, void* userInfo)
-    : services_(services), listener_{callback, userInfo}, portal_(services.bus) {
+    : Tap(callback, userInfo), services_(services), portal_(services.bus) {
     services_.keyboard.onKeymapChange = [this] { bind(); };
     connect(&portal_, &ShortcutsPortal::bound, this, &PortalTap::onBound);
     connect(&portal_, &ShortcutsPortal::pressed, this, &PortalTap::onPressed);
@@ -115,10 +115,7 @@ void PortalTap::onBound(const QStringList& names) {
         qCWarning(freedesktop::keysLog, "not granted by the desktop: %s",
                   qPrintable(nameOf(combination)));
     }
-    if (refused != std::exchange(reportedRefused_, refused)) {
-        listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr,
-                           listener_.userInfo);
-    }
+    reportRefused();
 }
 
 // The callback may destroy this tap.
@@ -129,8 +126,7 @@ void PortalTap::onPressed(const QString& name, const QString& token) {
         return;
     }
     services_.presses.countPress(token.toStdString());
-    const auto event = keyDownOf(found->second);
-    listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
+    deliver(found->second);
 }
 
 } // namespace hollowfernpike::portal

@@ -38,7 +38,6 @@ public:
     ~PortalTap() override;
 
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
     std::vector<platform::KeyCombination> refusedCombinations() const override;
 
 private:
@@ -49,12 +48,10 @@ private:
     void onPressed(const QString& name, const QString& token);
 
     Services services_;
-    Listener listener_;
     ShortcutsPortal portal_;
     std::map<QString, platform::KeyCombination> interest_; ///< by their names in the portal
     std::map<QString, QString> asked_;                     ///< triggers by names
     std::optional<QStringList> granted_;                   ///< absent before the portal has told
-    std::vector<platform::KeyCombination> reportedRefused_;
     wayland::HeldKey held_;
 };
 

@@ -36,12 +36,10 @@ public:
     }
 
     std::optional<platform::Distrust> trustProblem() override { return std::nullopt; }
-    bool mayBecomeTrusted() override { return true; }
     platform::EventTaps& eventTaps() override { return taps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
-    platform::SystemTray* systemTray() override { return nullptr; }
 
     void notePress(const platform::KeyCombination& combination,
                    const std::string& startupIdentifier) override {

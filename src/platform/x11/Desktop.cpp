@@ -37,7 +37,6 @@ public:
         return problem ? std::optional(platform::Distrust{trustMessage(*problem)}) : std::nullopt;
     }
 
-    bool mayBecomeTrusted() override { return true; }
     platform::EventTaps& eventTaps() override { return eventTaps_; }
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }

@@ -26,12 +26,28 @@ private:
     std::weak_ptr<Tap*> tap_;
 };
 
-Tap::Tap() : self_(std::make_shared<Tap*>(this)) {}
+Tap::Tap(platform::EventTapCallback callback, void* userInfo)
+    : callback_(callback), userInfo_(userInfo), self_(std::make_shared<Tap*>(this)) {}
 
-platform::KeyEvent Tap::keyDownOf(const platform::KeyCombination& combination) {
-    return {.keyCode = combination.keyCode,
-            .flags = platform::event_flags::nonCoalesced | keyFlags(combination.keyCode) |
-                     combination.modifierFlags};
+void Tap::deliver(const platform::KeyEvent& press) {
+    callback_(this, platform::eventKeyDown, &press, userInfo_);
+}
+
+void Tap::report(platform::EventType type) {
+    callback_(this, type, nullptr, userInfo_);
+}
+
+void Tap::deliver(const platform::KeyCombination& combination) {
+    deliver({.keyCode = combination.keyCode,
+             .flags = platform::event_flags::nonCoalesced | keyFlags(combination.keyCode) |
+                      combination.modifierFlags});
+}
+
+void Tap::reportRefused() {
+    const auto refused = refusedCombinations();
+    if (refused != std::exchange(reportedRefused_, refused)) {
+        report(platform::eventTapDisabledByUserInput);
+    }
 }
 
 void Tap::enable(bool enabled) {

@@ -3,6 +3,7 @@
 #include "platform/EventTap.h"
 
 #include <memory>
+#include <vector>
 
 namespace hollowfernpike::freedesktop {
 
@@ -13,19 +14,21 @@ public:
     void enable(bool enabled) final;
     std::unique_ptr<platform::RunLoopSource> createRunLoopSource() final;
     void invalidate() final;
+    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
+    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
 
 protected:
-    /// Who is told of the key presses.
-    struct Listener {
-        platform::EventTapCallback callback = nullptr;
-        void* userInfo = nullptr;
-    };
+    Tap(platform::EventTapCallback callback, void* userInfo);
 
-    Tap();
+    /// These call the callback, which may destroy this tap.
+    void deliver(const platform::KeyEvent& press);
+    void report(platform::EventType type);
 
-    /// The event for a combination that the desktop has bound: what a press of it looks like
-    /// without locks.
-    static platform::KeyEvent keyDownOf(const platform::KeyCombination& combination);
+    /// Delivers a press of a combination that the desktop has bound, as it looks without locks.
+    void deliver(const platform::KeyCombination& combination);
+
+    /// Reports the tap disabled if other combinations are refused than at the last call.
+    void reportRefused();
 
     bool isLive() const { return isLive_; }
 
@@ -47,7 +50,10 @@ private:
     void attach(bool attached);
     void apply();
 
+    platform::EventTapCallback callback_;
+    void* userInfo_;
     std::shared_ptr<Tap*> self_;
+    std::vector<platform::KeyCombination> reportedRefused_;
     bool enabled_ = false;
     bool attached_ = false;
     bool isLive_ = false;

@@ -18,7 +18,7 @@ QString nameOf(const platform::KeyCombination& combination) {
 
 ShortcutTap::ShortcutTap(const Services& services, platform::EventTapCallback callback,
                          void* userInfo)
-    : services_(services), listener_{callback, userInfo}, shortcuts_(services.bus),
+    : Tap(callback, userInfo), services_(services), shortcuts_(services.bus),
       layouts_(services.bus) {
     services_.keyboard.onKeymapChange = [this] { bindIfLive(); };
     layouts_.onChange = [this] { bindIfLive(); };
@@ -179,8 +179,7 @@ void ShortcutTap::onPressed(const QString& name) {
         return;
     }
     services_.presses.countPress();
-    const auto event = keyDownOf(action->second.combination);
-    listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
+    deliver(action->second.combination);
 }
 
 void ShortcutTap::onChangedByUser(const QString& name, const QList<int>& keys) {
@@ -206,18 +205,15 @@ void ShortcutTap::bindIfLive() {
 }
 
 void ShortcutTap::onSettled() {
-    const auto refused = refusedCombinations();
-    qCDebug(freedesktop::keysLog, "bound %zu combinations", actions_.size() - refused.size());
-    if (refused == std::exchange(reportedRefused_, refused)) {
-        return;
-    }
+    qCDebug(freedesktop::keysLog, "bound %zu combinations",
+            actions_.size() - refusedCombinations().size());
     for (const auto& [name, action] : actions_) {
         if (action.verdict == Verdict::refused) {
             qCWarning(freedesktop::keysLog, "refused, because the desktop has it: %s, %s",
                       qPrintable(name), qPrintable(action.label));
         }
     }
-    listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr, listener_.userInfo);
+    reportRefused();
 }
 
 } // namespace hollowfernpike::kde

@@ -45,7 +45,6 @@ public:
     ~ShortcutTap() override;
 
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
     std::vector<platform::KeyCombination> refusedCombinations() const override;
 
 private:
@@ -81,7 +80,6 @@ private:
     void onSettled();
 
     Services services_;
-    Listener listener_;
     GlobalShortcuts shortcuts_;
     Layouts layouts_;
     Actions interest_;            ///< without keys, which depend on the layout
@@ -89,7 +87,6 @@ private:
     bool knowsLeftovers_ = false; ///< of an earlier run
     bool isAsking_ = false;       ///< for them
     int unanswered_ = 0;
-    std::vector<platform::KeyCombination> reportedRefused_;
     wayland::HeldKey held_;
 };
 

@@ -17,7 +17,7 @@ constexpr std::chrono::milliseconds retryInterval{5000};
 
 BindingTap::BindingTap(const Services& services, platform::EventTapCallback callback,
                        void* userInfo)
-    : services_(services), listener_{callback, userInfo}, bindings_(services.ipc) {
+    : Tap(callback, userInfo), services_(services), bindings_(services.ipc) {
     services_.keyboard.onKeymapChange = [this] { onKeymapChange(); };
 }
 
@@ -98,29 +98,24 @@ void BindingTap::handle(const IpcMessage& event) {
     if (event.kind == IpcKind::bindingEvent) {
         if (const auto combination =
                 combinationOf(textMember(member(details, "binding"), "command"))) {
-            deliver(*combination);
+            onPressed(*combination);
         }
     } else if (event.kind == IpcKind::workspaceEvent && textMember(details, "change") == "reload") {
         bindings_.onReload();
-        reportDisabled();
+        report(platform::eventTapDisabledByUserInput);
     }
 }
 
-void BindingTap::deliver(const platform::KeyCombination& combination) {
+void BindingTap::onPressed(const platform::KeyCombination& combination) {
     services_.presses.countPress();
-    const auto event = keyDownOf(combination);
-    listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
+    deliver(combination);
 }
 
 void BindingTap::onKeymapChange() {
     if (isLive() &&
         bindings_.refusedAmong(interest_, services_.keyboard.keymap()) != bindings_.refused()) {
-        reportDisabled();
+        report(platform::eventTapDisabledByUserInput);
     }
-}
-
-void BindingTap::reportDisabled() {
-    listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr, listener_.userInfo);
 }
 
 } // namespace hollowfernpike::sway

@@ -38,7 +38,6 @@ public:
     ~BindingTap() override;
 
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
     std::vector<platform::KeyCombination> refusedCombinations() const override;
 
 private:
@@ -47,12 +46,10 @@ private:
     void bind();
     void tryAgain(std::chrono::milliseconds delay);
     void handle(const IpcMessage& event);
-    void deliver(const platform::KeyCombination& combination);
+    void onPressed(const platform::KeyCombination& combination);
     void onKeymapChange();
-    void reportDisabled();
 
     Services services_;
-    Listener listener_;
     Bindings bindings_;
     std::optional<IpcEvents> events_;
     std::vector<platform::KeyCombination> interest_;

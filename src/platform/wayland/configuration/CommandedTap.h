@@ -10,16 +10,12 @@ namespace hollowfernpike::wayland {
 /// ours: the presses come with these, never by the tap. Main thread only.
 class CommandedTap final : public freedesktop::Tap {
 public:
-    CommandedTap() = default;
+    CommandedTap() : Tap(nullptr, nullptr) {}
     CommandedTap(const CommandedTap&) = delete;
     CommandedTap& operator=(const CommandedTap&) = delete;
     ~CommandedTap() override { invalidate(); }
 
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
-
-    /// What the configuration binds cannot be known.
-    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
 
 private:
     void start() override;

@@ -31,7 +31,7 @@ bool isModifier(int key) {
 } // namespace
 
 FocusedKeysTap::FocusedKeysTap(platform::EventTapCallback callback, void* userInfo)
-    : listener_{callback, userInfo} {}
+    : Tap(callback, userInfo) {}
 
 FocusedKeysTap::~FocusedKeysTap() {
     invalidate();
@@ -54,7 +54,7 @@ void FocusedKeysTap::stop() {
 
 void FocusedKeysTap::listenTo(QWindow* window) {
     if (listenedTo_ != nullptr && window != listenedTo_) {
-        listener_.callback(this, platform::eventTapFocusLost, nullptr, listener_.userInfo);
+        report(platform::eventTapFocusLost);
         return;
     }
     auto* const surface =
@@ -83,12 +83,12 @@ void FocusedKeysTap::handle(const QKeyEvent& press) {
     lastTime_ = press.timestamp();
     lastScanCode_ = press.nativeScanCode();
     if (!isKnown) {
-        deliver(press);
+        take(press);
     }
 }
 
 // The callback may destroy this tap.
-void FocusedKeysTap::deliver(const QKeyEvent& press) {
+void FocusedKeysTap::take(const QKeyEvent& press) {
     if (press.isAutoRepeat() || isModifier(press.key()) ||
         press.nativeScanCode() < freedesktop::xkbKeyCodeOffset) {
         return;
@@ -96,11 +96,9 @@ void FocusedKeysTap::deliver(const QKeyEvent& press) {
     const auto keyCode = freedesktop::virtualKeyCodeOf(
         static_cast<std::uint16_t>(press.nativeScanCode() - freedesktop::xkbKeyCodeOffset));
     const auto state = static_cast<freedesktop::ModifierState>(press.nativeModifiers());
-    const platform::KeyEvent event{.keyCode = keyCode,
-                                   .flags = platform::event_flags::nonCoalesced |
-                                            freedesktop::keyFlags(keyCode) |
-                                            modifiers.flags(state)};
-    listener_.callback(this, platform::eventKeyDown, &event, listener_.userInfo);
+    deliver(platform::KeyEvent{.keyCode = keyCode,
+                               .flags = platform::event_flags::nonCoalesced |
+                                        freedesktop::keyFlags(keyCode) | modifiers.flags(state)});
 }
 
 } // namespace hollowfernpike::wayland

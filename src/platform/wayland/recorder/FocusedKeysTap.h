@@ -25,8 +25,6 @@ public:
     ~FocusedKeysTap() override;
 
     void setInterest(std::span<const platform::KeyCombination>) override {}
-    std::vector<platform::KeyCombination> listenOnlyCombinations() const override { return {}; }
-    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
 
 private:
     void start() override;
@@ -34,9 +32,8 @@ private:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void listenTo(QWindow* window);
     void handle(const QKeyEvent& press);
-    void deliver(const QKeyEvent& press);
+    void take(const QKeyEvent& press);
 
-    Listener listener_;
     const QWindow* listenedTo_ = nullptr; ///< had the focus first; may be gone by now
     std::optional<ShortcutsInhibitor> inhibitor_;
     QMetaObject::Connection hiding_; ///< of that window

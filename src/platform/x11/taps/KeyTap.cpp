@@ -17,9 +17,8 @@ constexpr std::chrono::milliseconds settleTime{40};
 KeyTap::KeyTap(Services services, std::unique_ptr<Connection> connection,
                std::unique_ptr<KeySource> source, platform::EventTapCallback callback,
                void* userInfo)
-    : services_(std::move(services)), listener_{callback, userInfo},
-      connection_(std::move(connection)), source_(std::move(source)),
-      thread_(std::make_unique<EventThread>(*connection_, receiver())) {
+    : Tap(callback, userInfo), services_(std::move(services)), connection_(std::move(connection)),
+      source_(std::move(source)), thread_(std::make_unique<EventThread>(*connection_, receiver())) {
     source_->onListenOnlyChange = [this] { reportChange(); };
 }
 
@@ -73,7 +72,7 @@ void KeyTap::end() {
     connection_.reset();
 }
 
-// The callback may destroy this tap, so no member may be used after deliver().
+// The callback may destroy this tap, so no member may be used after take().
 void KeyTap::handle(const xcb_generic_event_t& event) {
     if (!liveSince_ || isBefore(event.full_sequence, *liveSince_)) {
         return;
@@ -81,23 +80,22 @@ void KeyTap::handle(const xcb_generic_event_t& event) {
     if (isKeyboardChange(*connection_, event)) {
         reportChange();
     } else if (const auto press = source_->read(event)) {
-        deliver(*press);
+        take(*press);
     } else if (source_->hasLostFocus()) {
-        listener_.callback(this, platform::eventTapFocusLost, nullptr, listener_.userInfo);
+        report(platform::eventTapFocusLost);
     }
 }
 
-void KeyTap::deliver(const KeyPress& press) {
+void KeyTap::take(const KeyPress& press) {
     services_.userTime.record(press.time, {static_cast<std::uint16_t>(press.event.keyCode),
                                            press.event.flags & freedesktop::shortcutModifiers});
-    listener_.callback(this, platform::eventKeyDown, &press.event, listener_.userInfo);
+    deliver(press.event);
 }
 
 void KeyTap::reportChange() {
     services_.queue.asyncAfter(settleTime, [this, life = life(), changes = ++changes_] {
         if (life.lock() && isLive() && changes_ == changes) {
-            listener_.callback(this, platform::eventTapDisabledByUserInput, nullptr,
-                               listener_.userInfo);
+            report(platform::eventTapDisabledByUserInput);
         }
     });
 }

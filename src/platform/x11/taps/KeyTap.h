@@ -39,20 +39,16 @@ public:
     void setInterest(std::span<const platform::KeyCombination> combinations) override;
     std::vector<platform::KeyCombination> listenOnlyCombinations() const override;
 
-    /// Another program may share a press, but never keeps it to itself.
-    std::vector<platform::KeyCombination> refusedCombinations() const override { return {}; }
-
 private:
     EventThread::Receiver receiver();
     void start() override;
     void stop() override;
     void end() override;
     void handle(const xcb_generic_event_t& event);
-    void deliver(const KeyPress& press);
+    void take(const KeyPress& press);
     void reportChange();
 
     Services services_;
-    Listener listener_;
     std::unique_ptr<Connection> connection_;
     std::unique_ptr<KeySource> source_;
     std::unique_ptr<EventThread> thread_;
