@@ -321,11 +321,19 @@ protected:
         Clock::time_point since;
         const auto rests = [&] {
             const auto now = timesGoneToSleep(story.utility().pid());
-            since = std::exchange(times, now) == now ? since : Clock::now();
+            const bool sleeps = std::exchange(times, now) == now && allThreadsSleep();
+            since = sleeps ? since : Clock::now();
             return Clock::now() - since > 300ms;
         };
         EXPECT_TRUE(waitUntil(rests));
         return footprint();
+    }
+
+    /// One that would run, but waits for a processor, does not.
+    bool allThreadsSleep() {
+        const auto tasks = namesIn("/proc/" + std::to_string(story.utility().pid()) + "/task");
+        return std::ranges::all_of(
+            tasks, [](const auto& task) { return processState(std::stoi(task)) == "S"; });
     }
 
     static constexpr std::size_t diskSize = 64U << 10;

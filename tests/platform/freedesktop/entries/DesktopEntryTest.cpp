@@ -3,7 +3,11 @@
 #include "platform/LocalizedError.h"
 #include "platform/freedesktop/ApplicationsHome.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -114,6 +118,16 @@ TEST_F(DesktopEntryTest, WhatIsNoApplicationIsRefused) {
     EXPECT_THAT(errorOf(home_.addEntry("nothing", "")), HasSubstr(refusal));
     EXPECT_THAT(errorOf(directory.string()), HasSubstr(refusal));
     EXPECT_THAT(errorOf("/dev/zero"), HasSubstr(refusal));
+}
+
+TEST_F(DesktopEntryTest, AnEntryOfMoreThanAMegabyteIsNone) {
+    const auto path = home_.addEntry("large", "true", "Comment=");
+    constexpr std::uintmax_t megabyte = 1 << 20;
+    std::ofstream(path, std::ios::app)
+        << std::string(megabyte - std::filesystem::file_size(path), 'x');
+    EXPECT_EQ(readDesktopEntry(path).name, "large");
+    std::ofstream(path, std::ios::app) << 'x';
+    EXPECT_THAT(errorOf(path), HasSubstr("does not describe an application"));
 }
 
 TEST_F(DesktopEntryTest, WithoutACommandLineOnlyTheBusCanOpenIt) {
