@@ -114,9 +114,11 @@ TEST_F(OutsideEntryTest, IsRefusedIfItBelongsToAnotherUser) {
 
 TEST_F(OutsideEntryTest, IsNotTakenForInstalledByADetourThroughTheApplicationsDirectory) {
     std::filesystem::permissions(path_, std::filesystem::perms{0600});
-    std::filesystem::create_directories(home_.applications());
-    const auto detour = home_.applications() / "../../Downloads/my tool.desktop";
-    EXPECT_THAT(errorOf(detour.string()), HasSubstr("not trusted"));
+    std::filesystem::create_directories(home_.applications() / "sub");
+    for (const auto* way : {"../../Downloads", "sub/../../../Downloads"}) {
+        const auto detour = home_.applications() / way / "my tool.desktop";
+        EXPECT_THAT(errorOf(detour.string()), HasSubstr("not trusted"));
+    }
 }
 
 TEST_F(OutsideEntryTest, InstalledEntriesNeedNotBeExecutable) {
