@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <csignal>
-#include <filesystem>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -17,7 +16,6 @@ using namespace test;
 constexpr auto title = "Hollowfernpike - ショートカット管理";
 constexpr auto busName = "app.hollowfernpike.Hollowfernpike";
 
-/// A session whose bus has a fixed address, which the next bus has, too, as the user's bus does.
 class EndingBusTest : public testing::Test {
 protected:
     EndingBusTest() {
@@ -25,31 +23,11 @@ protected:
         story.writeShortcuts();
     }
 
-    void start() {
-        story.launchUtility({{"DBUS_SESSION_BUS_ADDRESS", address()}});
-        ASSERT_TRUE(story.areLive());
-    }
-
-    std::filesystem::path socket() const { return story.desktop.home() / "run" / "bus"; }
-    std::string address() const { return "unix:path=" + socket().string(); }
-
-    void startBus() {
-        bus = story.desktop.start({"dbus-daemon", "--session", "--nofork", "--address=" + address(),
-                                   "--print-address=1"});
-        ASSERT_TRUE(bus->waitForLine("")) << bus->errors();
-    }
-
-    void endBus() {
-        bus->signal(SIGKILL);
-        ASSERT_TRUE(bus->wait());
-        std::filesystem::remove(socket());
-    }
-
     /// Whether the program answers on the bus. It answers from its event loop, so it has started
     /// completely then.
     bool answersOnTheBus() {
         const auto call = story.desktop.start(
-            {"gdbus", "call", "--address", address(), "--dest", busName, "--object-path",
+            {"gdbus", "call", "--session", "--dest", busName, "--object-path",
              "/app/hollowfernpike/Hollowfernpike", "--method",
              "org.freedesktop.Application.ActivateAction", "nothing", "[]", "{}"});
         return call->wait(2s) == 0;
@@ -57,10 +35,8 @@ protected:
 
     /// Starts a panel and expects it to be told of the item.
     void expectThatAPanelShowsTheItem() {
-        auto environment = story.desktop.environment();
-        environment["DBUS_SESSION_BUS_ADDRESS"] = address();
-        ChildProcess panel({HFP_STATUS_HOST, "--with-host"}, environment);
-        EXPECT_TRUE(panel.waitForLine("item ")) << panel.output() << panel.errors();
+        const auto panel = story.desktop.start({HFP_STATUS_HOST, "--with-host"});
+        EXPECT_TRUE(panel->waitForLine("item ")) << panel->output() << panel->errors();
     }
 
     bool isInFront() {
@@ -69,10 +45,7 @@ protected:
     }
 
     void expectThatASecondStartShowsTheWindow() {
-        auto environment = story.desktop.environment();
-        environment["DBUS_SESSION_BUS_ADDRESS"] = address();
-        ChildProcess second({HFP_PROGRAM}, environment);
-        EXPECT_EQ(second.wait(), 0) << second.errors();
+        story.run({HFP_PROGRAM});
         EXPECT_TRUE(waitUntil([&] { return isInFront(); }));
         EXPECT_FALSE(story.utility().hasEnded());
     }
@@ -84,7 +57,7 @@ protected:
     }
 
     Story story;
-    std::unique_ptr<ChildProcess> bus;
+    SessionBus& bus = story.desktop.bus();
     Application& front = story.open("Front");
     Application& target = story.install("Target");
 };
@@ -92,8 +65,8 @@ protected:
 class SessionBusGoneTest : public EndingBusTest {
 protected:
     void SetUp() override {
-        startBus();
-        start();
+        story.launchUtility();
+        ASSERT_TRUE(story.areLive());
         ASSERT_TRUE(waitUntil([&] { return answersOnTheBus(); }));
     }
 };
@@ -107,24 +80,24 @@ TEST_F(EndingBusTest, DoesNotCrashAProgramThatIsStarting) {
     // Newer toolkits leak the requests that are open when the bus ends.
     Clock::duration start{};
     for (int round = 0; round <= rounds; ++round) {
-        startBus();
         const auto begin = Clock::now();
-        story.launchUtility({{"DBUS_SESSION_BUS_ADDRESS", address()}, leaksAllowed()});
+        story.launchUtility({leaksAllowed()});
         if (round == 0) {
             ASSERT_TRUE(waitUntil([&] { return answersOnTheBus(); }));
             start = Clock::now() - begin;
         }
         std::this_thread::sleep_until(begin + start * round / rounds);
-        endBus();
+        bus.end();
         std::this_thread::sleep_for(start / 4); // it notices the end of the bus before our signal
         story.utility().signal(SIGTERM);
         const auto status = story.utility().wait(5s).value_or(0);
         ASSERT_TRUE(status == 0 || status == -SIGTERM) << round << story.utilityTells();
+        bus.startAgain();
     }
 }
 
 TEST_F(SessionBusGoneTest, TheProgramLivesOnAndLaunches) {
-    endBus();
+    bus.end();
     story.strike(bound);
     EXPECT_TRUE(story.isInFront(target));
     EXPECT_TRUE(story.brings(target, front, bound));
@@ -133,13 +106,13 @@ TEST_F(SessionBusGoneTest, TheProgramLivesOnAndLaunches) {
 }
 
 TEST_F(SessionBusGoneTest, ASecondStartStillFindsTheFirst) {
-    endBus();
+    bus.end();
     expectThatASecondStartShowsTheWindow();
 }
 
 TEST_F(SessionBusGoneTest, WhenItHasComeBackASecondStartStillFindsTheFirst) {
-    endBus();
-    startBus();
+    bus.end();
+    bus.startAgain();
     expectThatASecondStartShowsTheWindow();
     closeTheWindow();
     EXPECT_TRUE(story.brings(target, front, bound));
@@ -147,8 +120,8 @@ TEST_F(SessionBusGoneTest, WhenItHasComeBackASecondStartStillFindsTheFirst) {
 
 TEST_F(SessionBusGoneTest, WhenItHasComeBackTheProgramAnswersThereAgain) {
     for (int round = 0; round < 2; ++round) {
-        endBus();
-        startBus();
+        bus.end();
+        bus.startAgain();
         EXPECT_TRUE(waitUntil([&] { return answersOnTheBus(); }));
     }
 }
@@ -156,8 +129,8 @@ TEST_F(SessionBusGoneTest, WhenItHasComeBackTheProgramAnswersThereAgain) {
 TEST_F(SessionBusGoneTest, WhenItHasComeBackPanelsShowTheItemAgain) {
     expectThatAPanelShowsTheItem();
     for (int round = 0; round < 2; ++round) {
-        endBus();
-        startBus();
+        bus.end();
+        bus.startAgain();
         expectThatAPanelShowsTheItem();
     }
 }

@@ -3,20 +3,17 @@
 #include "platform/freedesktop/bus/BusProbe.h"
 #include "platform/freedesktop/bus/ScreenLock.h"
 #include "platform/qt/QtEventLoop.h"
-#include "support/ChildProcess.h"
+#include "support/SessionBus.h"
 #include "support/SilentSocket.h"
 #include "support/TemporaryDirectory.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -26,33 +23,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The session bus of this process, at an address which the next bus has, too, as the user's does.
-class FixedBus {
+/// The session bus of this process.
+class OwnBus : public test::SessionBus {
 public:
-    FixedBus() {
-        ::setenv("DBUS_SESSION_BUS_ADDRESS", address().c_str(), 1);
-        start();
-    }
-
-    void start() {
-        daemon_ = std::make_unique<test::ChildProcess>(std::vector<std::string>{
-            "dbus-daemon", "--session", "--nofork", "--address=" + address(), "--print-address=1"});
-        ASSERT_TRUE(daemon_->waitForLine("")) << daemon_->errors();
-    }
-
-    void end() {
-        daemon_->signal(SIGKILL);
-        ASSERT_TRUE(daemon_->wait());
-        std::filesystem::remove(home_.path() / "bus");
-    }
-
-    test::ChildProcess& daemon() { return *daemon_; }
-
-private:
-    std::string address() const { return "unix:path=" + (home_.path() / "bus").string(); }
-
-    test::TemporaryDirectory home_;
-    std::unique_ptr<test::ChildProcess> daemon_;
+    OwnBus() { ::setenv("DBUS_SESSION_BUS_ADDRESS", address().c_str(), 1); }
 };
 
 class SessionBusTest : public testing::Test {
@@ -80,36 +54,36 @@ protected:
         return success->value_or(false);
     }
 
-    FixedBus fixedBus_;
+    OwnBus ownBus_;
     test::EventLoop loop_;
     std::optional<SessionBus> bus_{std::in_place};
 };
 
 TEST_F(SessionBusTest, ABusThatComesBackIsUsedAgain) {
     EXPECT_TRUE(answers());
-    fixedBus_.end();
+    ownBus_.end();
     EXPECT_TRUE(test::waitUntil([&] { return !answers(); }));
     int returns = 0;
     QObject::connect(&*bus_, &SessionBus::returned, [&] { ++returns; });
-    fixedBus_.start();
+    ownBus_.startAgain();
     EXPECT_TRUE(loop_.runUntil([&] { return returns == 1; }));
     EXPECT_TRUE(answers());
 }
 
 TEST_F(SessionBusTest, ACallThatALostBusLeavesUnansweredFails) {
     ASSERT_TRUE(answers());
-    fixedBus_.daemon().signal(SIGSTOP);
+    ownBus_.daemon().signal(SIGSTOP);
     const auto unanswered = ping();
-    fixedBus_.end();
+    ownBus_.end();
     EXPECT_TRUE(loop_.runUntil([&] { return unanswered->has_value(); }));
     EXPECT_EQ(*unanswered, false);
 }
 
 TEST_F(SessionBusTest, AnswersToCallsUnderWayAreDroppedWithIt) {
-    fixedBus_.daemon().signal(SIGSTOP);
+    ownBus_.daemon().signal(SIGSTOP);
     const auto unanswered = ping();
     bus_.reset();
-    fixedBus_.daemon().signal(SIGCONT);
+    ownBus_.daemon().signal(SIGCONT);
     EXPECT_FALSE(loop_.runUntil([&] { return unanswered->has_value(); }, test::patience / 100));
 }
 
@@ -119,15 +93,15 @@ TEST_F(SessionBusTest, AQuestionWaitsForItsAnswer) {
 }
 
 TEST_F(SessionBusTest, AQuestionToASilentBusIsGivenUp) {
-    fixedBus_.daemon().signal(SIGSTOP);
+    ownBus_.daemon().signal(SIGSTOP);
     EXPECT_FALSE(bus_->ask(question("GetId")).isValid());
-    fixedBus_.daemon().signal(SIGCONT);
+    ownBus_.daemon().signal(SIGCONT);
 }
 
 // In mid-question the toolkit's own waits do not notice this.
 TEST_F(SessionBusTest, AQuestionIsGivenUpWhenTheBusEnds) {
-    fixedBus_.daemon().signal(SIGSTOP);
-    std::thread end([this] { fixedBus_.daemon().signal(SIGKILL); });
+    ownBus_.daemon().signal(SIGSTOP);
+    std::thread end([this] { ownBus_.daemon().signal(SIGKILL); });
     EXPECT_FALSE(bus_->ask(question("GetId")).isValid());
     end.join();
 }
@@ -162,7 +136,7 @@ protected:
         return loop_.runUntil([&] { return screen_.isLocked() == locked; });
     }
 
-    FixedBus fixedBus_;
+    OwnBus ownBus_;
     test::EventLoop loop_;
     SessionBus bus_;
     ScreenLock screen_{&bus_};
@@ -209,10 +183,10 @@ TEST_F(ScreenLockTest, ABusThatEndsTakesTheLockAlongAndTheNextOneIsFollowed) {
     ASSERT_TRUE(becomes(true));
     int returns = 0;
     QObject::connect(&bus_, &SessionBus::returned, [&] { ++returns; });
-    fixedBus_.end();
+    ownBus_.end();
     EXPECT_TRUE(becomes(false));
     leave();
-    fixedBus_.start();
+    ownBus_.startAgain();
     ASSERT_TRUE(loop_.runUntil([&] { return returns == 1; }));
     announce(true);
     EXPECT_TRUE(becomes(true));
@@ -223,7 +197,7 @@ TEST(NoScreenLockTest, WithoutABusTheScreenIsNeverLocked) {
 }
 
 TEST(BusProbeTest, ABusAnswersAndOneThatIsGoneIsKnownAtOnce) {
-    FixedBus bus;
+    OwnBus bus;
     const auto address = SessionBus::addressOfSession();
     EXPECT_TRUE(busAnswers(address, test::patience));
     bus.end();
@@ -237,14 +211,14 @@ TEST(BusProbeTest, ASilentBusDoesNotAnswer) {
 }
 
 TEST(BusProbeTest, ABusThatOnlyBeginsToAnswerDoesNotEither) {
-    FixedBus bus;
+    OwnBus bus;
     bus.daemon().signal(SIGSTOP);
     EXPECT_FALSE(busAnswers(SessionBus::addressOfSession(), 10ms));
     bus.daemon().signal(SIGCONT);
 }
 
 TEST(SilentBusTest, IsConnectedToOnceItAnswers) {
-    FixedBus bus;
+    OwnBus bus;
     const auto address = SessionBus::addressOfSession();
     bus.daemon().signal(SIGSTOP);
     test::EventLoop loop;
