@@ -6,10 +6,12 @@
 #include "model/OneLine.h"
 #include "model/ShortcutStore.h"
 #include "platform/Application.h"
+#include "platform/ApplicationBundles.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"
 #include "ui/editor/AddEditShortcutSheet.h"
 #include "ui/exchange/ShortcutExchange.h"
+#include "ui/icons/FileIcons.h"
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
@@ -157,6 +159,8 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     refusedObservation_ =
         notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
+    applicationsWatch_ =
+        platform::services().applicationBundles.watch([this] { followApplications(); });
 }
 
 MainWindowController::~MainWindowController() {
@@ -225,6 +229,15 @@ void MainWindowController::followStore() {
         ShortcutCardView* added = stackView()->cards().back();
         scrollView_->ensureWidgetVisible(added);
         added->markForAMoment();
+    }
+}
+
+void MainWindowController::followApplications() {
+    renewFileIcons();
+    if (scrollView_ != nullptr) {
+        for (ShortcutCardView* card : stackView()->cards()) {
+            card->renewApplication();
+        }
     }
 }
 

@@ -69,16 +69,22 @@ void ShortcutCardView::setupUI() {
 
 void ShortcutCardView::configure(const AppShortcut& shortcut) {
     const QString combination = QString::fromStdString(shortcut.displayString());
-    showAppName(*appNameLabel_, shortcut.appPath, shortcut.appName);
+    appPath_ = shortcut.appPath;
+    appName_ = shortcut.appName;
+    renewApplication();
     hotkeyBadge_->setText(" " + combination + " ");
-    iconView_->setIcon(lazyIconForFile(shortcut.appPath));
+    iconView_->setIcon(iconForFile(shortcut.appPath));
     hotkeyBadge_->setAccessibleDescription(
         combinationInWords(shortcut.keyCode, shortcut.modifierFlags));
     hotkeyBadge_->setToolTip(hotkeyBadge_->accessibleDescription().toHtmlEscaped());
-    unseenPath_ = shortcut.appPath;
-    update();
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
+}
+
+void ShortcutCardView::renewApplication() {
+    showAppName(*appNameLabel_, appPath_, appName_);
+    isStandingShown_ = appPath_.empty();
+    update();
 }
 
 void ShortcutCardView::setNotice(const QString& notice) {
@@ -130,11 +136,10 @@ void ShortcutCardView::keyPressEvent(QKeyEvent* event) {
 // Once the card is seen, as the icon: most cards of a long list never are.
 void ShortcutCardView::showStanding() {
     using platform::Standing;
-    if (unseenPath_.empty()) {
+    if (std::exchange(isStandingShown_, true)) {
         return;
     }
-    const auto standing =
-        platform::services().applicationBundles.standingOf(std::exchange(unseenPath_, {}));
+    const auto standing = platform::services().applicationBundles.standingOf(appPath_);
     iconView_->setDimmed(standing != Standing::fine);
     iconView_->setToolTip(
         standing == Standing::fine ? QString()

@@ -34,6 +34,10 @@ public:
     /// Shows this shortcut from now on.
     void configure(const AppShortcut& shortcut);
 
+    /// Shows what has become of the application, by its name, its icon and whether it is still
+    /// there.
+    void renewApplication();
+
     /// What people should know of the combination: a sign beside it, with these words on hover, and
     /// told by screen readers. No sign without words.
     void setNotice(const QString& notice);
@@ -68,7 +72,9 @@ private:
     void showStanding();
     void describe();
 
-    std::string unseenPath_; ///< of the application, until the card is painted
+    std::string appPath_;
+    std::string appName_;
+    bool isStandingShown_ = true;
     QString notice_;
     IconView* iconView_;
     FittingLabel* appNameLabel_;

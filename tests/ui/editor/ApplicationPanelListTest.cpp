@@ -30,6 +30,29 @@ TEST_F(ApplicationPanelTest, AsksForEnglishNamesInEnglish) {
     EXPECT_EQ(services_.applicationBundles.askedLanguage, "en");
 }
 
+TEST_F(ApplicationPanelTest, ListsWhatIsInstalledMeanwhileAndKeepsTheSelection) {
+    const QDialog& panel = open();
+    list(panel).setCurrentIndex(list(panel).model()->index(1, 0));
+    install("Clock");
+    services_.applicationBundles.change();
+    EXPECT_THAT(rows(panel), ElementsAre("Calculator", "Clock", "Mail", "Maps", "Terminal"));
+    EXPECT_EQ(current(panel), "Mail");
+    std::erase_if(services_.applicationBundles.installed,
+                  [](const auto& installed) { return installed.name == "Mail"; });
+    services_.applicationBundles.change();
+    EXPECT_EQ(current(panel), "Calculator");
+}
+
+TEST_F(ApplicationPanelTest, FindsWhatIsInstalledMeanwhile) {
+    const QDialog& panel = open();
+    searchField(panel).setText("clo");
+    EXPECT_FALSE(button(panel, "openButton").isEnabled());
+    install("Clock");
+    services_.applicationBundles.change();
+    EXPECT_THAT(rows(panel), ElementsAre("Clock"));
+    EXPECT_TRUE(button(panel, "openButton").isEnabled());
+}
+
 TEST_F(ApplicationPanelTest, BelongsToItsWindowAlone) {
     const QDialog& panel = open();
     EXPECT_EQ(panel.windowModality(), Qt::WindowModal);

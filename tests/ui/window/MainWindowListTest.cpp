@@ -1,5 +1,6 @@
 #include "hotkeys/HotkeyManager.h"
 
+#include "platform/ApplicationBundles.h"
 #include "ui/icons/IconView.h"
 #include "ui/window/MainWindowTest.h"
 
@@ -215,6 +216,22 @@ TEST_F(MainWindowTest, EscapeDoesNoHarm) {
     settle();
     EXPECT_TRUE(controller->window()->isVisible());
     EXPECT_THAT(shownNames(), SizeIs(1));
+}
+
+TEST_F(MainWindowTest, ACardShowsWhatBecomesOfItsApplication) {
+    addShortcut("mail", 0, command);
+    const std::string path = ShortcutStore::shared().shortcuts().front().appPath;
+    open();
+    const auto& shown = card(0);
+    desktop.applicationBundles.displayNames[{path, "ja"}] = "メール";
+    desktop.applicationBundles.standings[path] = platform::Standing::gone;
+    desktop.applicationBundles.change();
+    EXPECT_EQ(shown.appNameLabel().toolTip(), "メール");
+    EXPECT_TRUE(eventually([&] { return shown.iconView().isDimmed(); }));
+    desktop.applicationBundles.standings.clear();
+    desktop.applicationBundles.change();
+    EXPECT_TRUE(eventually([&] { return !shown.iconView().isDimmed(); }));
+    EXPECT_EQ(&card(0), &shown) << "the same card";
 }
 
 } // namespace
