@@ -48,9 +48,11 @@ std::uint64_t& edition() {
     return current;
 }
 
+// Whole windows, not each of their widgets: for each that asks to be drawn the toolkit looks at all
+// of its siblings, so a long list would take a second.
 void redrawAll() {
-    for (QWidget* const widget : QApplication::allWidgets()) {
-        widget->update();
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        window->update();
     }
 }
 

@@ -157,7 +157,7 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
-        notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
+        notifications.observe(refusedCombinationsDidChange, [this] { followHolders(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
     applicationsWatch_ =
         platform::services().applicationBundles.watch([this] { followApplications(); });
@@ -238,6 +238,17 @@ void MainWindowController::followApplications() {
         for (ShortcutCardView* card : stackView()->cards()) {
             card->renewApplication();
         }
+    }
+}
+
+void MainWindowController::followHolders() {
+    if (scrollView_ == nullptr) {
+        return;
+    }
+    const auto cards = stackView()->cards();
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    for (std::size_t index = 0; index < std::min(cards.size(), shortcuts.size()); ++index) {
+        cards[index]->setNotice(holderNotice(shortcuts[index]));
     }
 }
 

@@ -68,6 +68,7 @@ private:
     void setupUI();
     void followStore();
     void followApplications();
+    void followHolders();
     const QScreen& screenForEditors() const;
     QWidget* makeHeaderBar();
     std::vector<ShortcutCardView*> makeCards();

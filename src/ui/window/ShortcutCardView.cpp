@@ -76,7 +76,7 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
     iconView_->setIcon(iconForFile(shortcut.appPath));
     hotkeyBadge_->setAccessibleDescription(
         combinationInWords(shortcut.keyCode, shortcut.modifierFlags));
-    hotkeyBadge_->setToolTip(hotkeyBadge_->accessibleDescription().toHtmlEscaped());
+    tellOnBadge();
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }
@@ -87,10 +87,17 @@ void ShortcutCardView::renewApplication() {
     update();
 }
 
-void ShortcutCardView::setNotice(const QString& notice) {
+void ShortcutCardView::tellOnBadge() {
     const auto words = hotkeyBadge_->accessibleDescription().toHtmlEscaped();
-    hotkeyBadge_->setToolTip(notice.isEmpty() ? words : words + "<br>" + notice.toHtmlEscaped());
+    hotkeyBadge_->setToolTip(notice_.isEmpty() ? words : words + "<br>" + notice_.toHtmlEscaped());
+}
+
+void ShortcutCardView::setNotice(const QString& notice) {
+    if (notice == notice_) {
+        return;
+    }
     notice_ = notice;
+    tellOnBadge();
     describe();
     if (noticeSign_ == nullptr && !notice.isEmpty()) {
         makeNoticeSign();

@@ -52,8 +52,8 @@ public:
     IconView& iconView() const { return *iconView_; }
     FittingLabel& appNameLabel() const { return *appNameLabel_; }
     HotkeyBadge& hotkeyBadge() const { return *hotkeyBadge_; }
-    /// Null if there never was a notice.
-    const IconView* noticeSign() const { return noticeSign_; }
+    /// Null while there is no notice.
+    const IconView* noticeSign() const { return notice_.isEmpty() ? nullptr : noticeSign_; }
     SymbolButton& editButton() const { return *editButton_; }
     SymbolButton& deleteButton() const { return *deleteButton_; }
 
@@ -68,6 +68,7 @@ private:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
+    void tellOnBadge();
     void makeNoticeSign();
     void showStanding();
     void describe();
