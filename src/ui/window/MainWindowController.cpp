@@ -31,6 +31,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -45,6 +46,9 @@ public:
 
     /// Sets the list that scrolls. It must be in the window.
     void setScrollView(QScrollArea* scrollView) { scrollView_ = scrollView; }
+
+    /// Told when the desktop's font changes.
+    std::function<void()> onFontChange;
 
 private:
     bool focusNextPrevChild(bool next) override;
@@ -72,6 +76,9 @@ bool ManagementWindow::focusNextPrevChild(bool next) {
 void ManagementWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         HotkeyManager::shared().tryAgain();
+    }
+    if (event->type() == QEvent::FontChange && onFontChange) {
+        onFontChange();
     }
     QWidget::changeEvent(event);
 }
@@ -154,6 +161,7 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     setupUI();
     shown_ = identifiersInStore();
     reloadCards();
+    window_->onFontChange = [this] { followFont(); };
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
@@ -215,6 +223,11 @@ QWidget* MainWindowController::makeHeaderBar() {
     onClick(*importButton(), [this] { importShortcuts(); });
     onClick(*addButton(), [this] { addShortcut(); });
     return headerBar_;
+}
+
+void MainWindowController::followFont() {
+    window_->setMinimumSize(grown(400), grown(300));
+    reloadCards();
 }
 
 // A shortcut that was added is the last one, behind those that were there. An import may bring one

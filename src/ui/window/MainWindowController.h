@@ -66,6 +66,7 @@ public:
 
 private:
     void setupUI();
+    void followFont();
     void followStore();
     void followApplications();
     void followHolders();
