@@ -4,6 +4,7 @@
 #include "ui/editor/KeyRecorderView.h"
 #include "ui/icons/IconView.h"
 #include "ui/icons/Symbols.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/LargeButton.h"
 
@@ -117,7 +118,8 @@ int EditorViews::layOutStep1(int width) const {
                        selectButton->sizeHint());
     selectButton->setGeometry(button);
 
-    const QRect icon = centeredBeside(button, endOf(button) + 12, QSize(iconSide, iconSide));
+    const QRect icon =
+        centeredBeside(button, endOf(button) + 12, QSize(grown(iconSide), grown(iconSide)));
     step1AppIconView->setGeometry(icon);
 
     const int nameLeft = endOf(icon) + 8;
@@ -148,10 +150,11 @@ void EditorViews::layOutButtons(const QSize& size) const {
 // Between the recorder and the buttons.
 void EditorViews::layOutNotice(int width) const {
     constexpr int gap = 6;
+    const int side = grown(signSide);
     const int top = bottomOf(step2Container->geometry()) + gap;
     const QRect room(margin, top, width - 2 * margin, saveButton->y() - gap - top);
-    noticeLabel->setGeometry(room.adjusted(signSide + gap, 0, 0, 0));
-    noticeSign->setGeometry(centeredBeside(room, margin, QSize(signSide, signSide)));
+    noticeLabel->setGeometry(room.adjusted(side + gap, 0, 0, 0));
+    noticeSign->setGeometry(centeredBeside(room, margin, QSize(side, side)));
 }
 
 } // namespace hollowfernpike

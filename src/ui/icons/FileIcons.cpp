@@ -48,11 +48,14 @@ std::uint64_t& edition() {
     return current;
 }
 
-// Whole windows, not each of their widgets: for each that asks to be drawn the toolkit looks at all
-// of its siblings, so a long list would take a second.
+// Not each widget: for each that asks to be drawn the toolkit looks at all of its siblings, a third
+// of the time that a long list takes. A window draws those in it, but for opaque ones.
 void redrawAll() {
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        window->update();
+    for (QWidget* const widget : QApplication::allWidgets()) {
+        if (widget->isWindow() || widget->autoFillBackground() ||
+            widget->testAttribute(Qt::WA_OpaquePaintEvent)) {
+            widget->update();
+        }
     }
 }
 

@@ -185,11 +185,13 @@ void ShortcutCardView::placeViews() {
     const auto place = [this](QWidget& view, int left, QSize size) {
         view.setGeometry(left, (height() - size.height()) / 2, size.width(), size.height());
     };
-    const int deleteLeft = width() - cardMargin - SymbolButton::side;
-    const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
-    const int nameLeft = cardMargin + cardIconSide + cardMargin;
+    const int iconSide = grown(cardIconSide);
+    const int signSide = grown(cardSignSide);
+    const int deleteLeft = width() - cardMargin - deleteButton_->width();
+    const int editLeft = deleteLeft - gapBetweenButtons - editButton_->width();
+    const int nameLeft = cardMargin + iconSide + cardMargin;
     const bool hasSign = noticeSign_ != nullptr && !noticeSign_->isHidden();
-    const int forSign = hasSign ? gapBeforeSign + cardSignSide : 0;
+    const int forSign = hasSign ? gapBeforeSign + signSide : 0;
     const int forTexts = editLeft - cardMargin - nameLeft - cardMargin - forSign;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
@@ -197,15 +199,15 @@ void ShortcutCardView::placeViews() {
         std::max(grown(leastNameWidth), std::min(name.width(), forTexts - badge.width()));
     const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
 
-    place(*iconView_, cardMargin, {cardIconSide, cardIconSide});
+    place(*iconView_, cardMargin, {iconSide, iconSide});
     place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
     place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
     if (hasSign) {
         place(*noticeSign_, nameLeft + nameWidth + cardMargin + badgeWidth + gapBeforeSign,
-              {cardSignSide, cardSignSide});
+              {signSide, signSide});
     }
-    place(*editButton_, editLeft, editButton_->sizeHint());
-    place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
+    place(*editButton_, editLeft, editButton_->size());
+    place(*deleteButton_, deleteLeft, deleteButton_->size());
 }
 
 void ShortcutCardView::paintEvent(QPaintEvent*) {
