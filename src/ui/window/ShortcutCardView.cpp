@@ -185,13 +185,13 @@ void ShortcutCardView::placeViews() {
     const auto place = [this](QWidget& view, int left, QSize size) {
         view.setGeometry(left, (height() - size.height()) / 2, size.width(), size.height());
     };
-    const int iconSide = grown(cardIconSide);
-    const int signSide = grown(cardSignSide);
+    const int icon = grown(cardIconSide);
+    const int sign = grown(cardSignSide);
     const int deleteLeft = width() - cardMargin - deleteButton_->width();
     const int editLeft = deleteLeft - gapBetweenButtons - editButton_->width();
-    const int nameLeft = cardMargin + iconSide + cardMargin;
+    const int nameLeft = cardMargin + icon + cardMargin;
     const bool hasSign = noticeSign_ != nullptr && !noticeSign_->isHidden();
-    const int forSign = hasSign ? gapBeforeSign + signSide : 0;
+    const int forSign = hasSign ? gapBeforeSign + sign : 0;
     const int forTexts = editLeft - cardMargin - nameLeft - cardMargin - forSign;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
@@ -199,12 +199,12 @@ void ShortcutCardView::placeViews() {
         std::max(grown(leastNameWidth), std::min(name.width(), forTexts - badge.width()));
     const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
 
-    place(*iconView_, cardMargin, {iconSide, iconSide});
+    place(*iconView_, cardMargin, {icon, icon});
     place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
     place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
     if (hasSign) {
         place(*noticeSign_, nameLeft + nameWidth + cardMargin + badgeWidth + gapBeforeSign,
-              {signSide, signSide});
+              {sign, sign});
     }
     place(*editButton_, editLeft, editButton_->size());
     place(*deleteButton_, deleteLeft, deleteButton_->size());
