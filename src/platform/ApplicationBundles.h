@@ -1,7 +1,10 @@
 #pragma once
 
 #include "platform/Interface.h"
+#include "platform/RunLoop.h"
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +35,8 @@ struct InstalledApplication {
     std::string genericName; ///< such as "Web Browser"; may be empty
     std::vector<std::string> keywords;
     FileIcon icon;
+
+    bool operator==(const InstalledApplication&) const = default;
 };
 
 /// Whether an application would be opened now.
@@ -62,6 +67,10 @@ public:
 
     /// Where installed applications lie, for file panels: existing directories, best first.
     virtual std::vector<std::string> applicationDirectories() = 0;
+
+    /// Calls `onChange` soon after applications or icons of theirs may have been installed, changed
+    /// or removed, until the subscription is destroyed. Not where the desktop does not tell.
+    [[nodiscard]] virtual std::unique_ptr<Subscription> watch(std::function<void()> onChange) = 0;
 };
 
 } // namespace hollowfernpike::platform

@@ -1,13 +1,13 @@
 #include "show/Edition.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace hollowfernpike::show {
 
 std::string Edition::name() const {
     return std::string(isEnglish ? "en" : "ja") + (isDark ? "-dark-" : "-light-") +
-           std::to_string(scale) + 'x';
+           std::to_string(scale) + 'x' +
+           (points == usualPoints ? "" : '-' + std::to_string(points) + "pt");
 }
 
 const test::WindowTitles& Edition::titles() const {
@@ -30,11 +30,15 @@ const std::vector<Edition>& allEditions() {
 }
 
 Edition editionNamed(const std::string& name) {
-    const auto found = std::ranges::find(allEditions(), name, &Edition::name);
-    if (found == allEditions().end()) {
-        throw std::invalid_argument("there is no edition " + name);
+    for (auto edition : allEditions()) {
+        for (const int points : {Edition::usualPoints, 8, 24}) {
+            edition.points = points;
+            if (edition.name() == name) {
+                return edition;
+            }
+        }
     }
-    return *found;
+    throw std::invalid_argument("there is no edition " + name);
 }
 
 } // namespace hollowfernpike::show

@@ -11,18 +11,22 @@ namespace hollowfernpike::show {
 struct Edition {
     bool isEnglish = false;
     bool isDark = false;
-    int scale = 1; ///< pixels of the screen for one of the utility's
+    int scale = 1;            ///< pixels of the screen for one of the utility's
+    int points = usualPoints; ///< of the desktop's font
 
-    /// Such as "ja-dark-2x".
+    static constexpr int usualPoints = 10;
+
+    /// Such as "ja-dark-2x", or "ja-dark-2x-24pt" where the font is not the usual one.
     std::string name() const;
 
     const test::WindowTitles& titles() const;
 };
 
-/// In all languages and palettes and at all scales.
+/// In all languages and palettes, at all scales and with the usual font.
 const std::vector<Edition>& allEditions();
 
-/// Throws std::invalid_argument if there is no edition of this name.
+/// One of them, or the same with a font of 8 or 24 points. Throws std::invalid_argument if there is
+/// no edition of this name.
 Edition editionNamed(const std::string& name);
 
 } // namespace hollowfernpike::show

@@ -63,11 +63,11 @@ std::string colorGroup(const std::string& name, const char* background, const Pa
 }
 
 /// The settings that the toolkit reads for colours, fonts and icons.
-std::string desktopSettings(const Palette& palette) {
-    return "[General]\nfont=DejaVu Sans,10,-1,5,50,0,0,0,0,0\n"
-           "fixed=DejaVu Sans Mono,10,-1,5,50,0,0,0,0,0\n\n"
-           "[Icons]\nTheme=" +
-           std::string(palette.icons) + "\n\n[KDE]\nwidgetStyle=Fusion\nCursorBlinkRate=0\n\n" +
+std::string desktopSettings(const Palette& palette, int points) {
+    const auto size = std::to_string(points) + ",-1,5,50,0,0,0,0,0\n";
+    return "[General]\nfont=DejaVu Sans," + size + "fixed=DejaVu Sans Mono," + size +
+           "\n[Icons]\nTheme=" + std::string(palette.icons) +
+           "\n\n[KDE]\nwidgetStyle=Fusion\nCursorBlinkRate=0\n\n" +
            colorGroup("Window", palette.window, palette) +
            colorGroup("View", palette.view, palette) +
            colorGroup("Button", palette.button, palette) +
@@ -161,7 +161,7 @@ std::uint32_t groundColor(const Edition& edition) {
 test::Environment furnish(const test::PrivateDesktop& desktop, const Edition& edition) {
     const auto& palette = paletteOf(edition);
     const auto configuration = desktop.home() / ".config";
-    test::writeFile(configuration / "kdeglobals", desktopSettings(palette));
+    test::writeFile(configuration / "kdeglobals", desktopSettings(palette, edition.points));
     test::writeFile(configuration / "openbox/rc.xml", frameSettings(edition.scale));
     test::writeFile(desktop.home() / ".themes" / frameThemeName / "openbox-3/themerc",
                     frameTheme(palette, edition.scale));

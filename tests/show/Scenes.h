@@ -14,6 +14,11 @@ void takeMenu(const Edition& edition, const std::filesystem::path& folder);
 /// The management window and the questions on it.
 void takeManagement(const Edition& edition, const std::filesystem::path& folder);
 
+/// The management window and an editor with all that makes them crowded: a name that is too long,
+/// an application that is gone and a combination that another program holds. By keys alone, so that
+/// it works with every font.
+void takeCrowded(const Edition& edition, const std::filesystem::path& folder);
+
 /// Export and import from the management window.
 void takeExchange(const Edition& edition, const std::filesystem::path& folder);
 

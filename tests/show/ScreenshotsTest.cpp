@@ -60,9 +60,9 @@ TEST_F(ScreenshotsTest, OneEditionIsAllThere) {
     EXPECT_THAT(names,
                 UnorderedElementsAre(
                     "applications", "applications-found", "applications-nothing-found",
-                    "applications-other", "delete", "delete-long-name",
-                    "editor-application-missing", "editor-chosen", "editor-edit",
-                    "editor-long-name", "editor-modifier-missing", "editor-recorded",
+                    "applications-other", "crowded-editor", "crowded-window", "delete",
+                    "delete-long-name", "editor-application-missing", "editor-chosen",
+                    "editor-edit", "editor-long-name", "editor-modifier-missing", "editor-recorded",
                     "editor-recording", "editor-step-1", "export", "export-failed", "import",
                     "import-invalid", "import-question", "import-unreadable", "menu",
                     "menu-export-succeeded", "menu-import-succeeded", "menu-languages",

@@ -4,20 +4,23 @@
 #include "show/Furniture.h"
 #include "support/WaitUntil.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace hollowfernpike::show {
 
 namespace {
 
-test::ScreenSize screenSize(int scale) {
-    return {.width = 800 * scale, .height = 680 * scale};
+/// Windows with a large font need more room.
+test::ScreenSize screenSize(const Edition& edition) {
+    const int growth = edition.scale * std::max(1, edition.points / Edition::usualPoints);
+    return {.width = 800 * growth, .height = 680 * growth};
 }
 
 } // namespace
 
 Studio::Studio(const Edition& chosenEdition, std::filesystem::path folder)
-    : edition(chosenEdition), story("openbox", screenSize(chosenEdition.scale)),
+    : edition(chosenEdition), story("openbox", screenSize(chosenEdition)),
       user(story, chosenEdition.titles(), chosenEdition.scale), folder_(std::move(folder)),
       environment_(furnish(story.desktop, chosenEdition)) {
     setLanguage(story.desktop, chosenEdition);

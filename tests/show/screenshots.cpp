@@ -1,5 +1,6 @@
 // Takes pictures of everything that the utility shows: screenshots FOLDER EDITION... makes a folder
-// of pictures for each edition, such as en-dark-2x; screenshots --editions names them all. Ends
+// of pictures for each edition, such as en-dark-2x, or en-dark-2x-24pt for the crowded windows in a
+// font of that size; screenshots --editions names them all. Ends
 // with 0 only if everything could be shown.
 
 #include "show/Scenes.h"
@@ -17,9 +18,12 @@ using namespace hollowfernpike::show;
 void takeEdition(const Edition& edition, const std::filesystem::path& parent) {
     const auto folder = parent / edition.name();
     std::filesystem::remove_all(folder);
-    for (const auto take :
-         {&takeMenu, &takeManagement, &takeExchange, &takeEditor, &takePermission}) {
-        take(edition, folder);
+    takeCrowded(edition, folder);
+    if (edition.points == Edition::usualPoints) {
+        for (const auto take :
+             {&takeMenu, &takeManagement, &takeExchange, &takeEditor, &takePermission}) {
+            take(edition, folder);
+        }
     }
     std::printf("%s\n", folder.c_str());
 }

@@ -249,6 +249,11 @@ void AddEditShortcutSheet::resizeEvent(QResizeEvent*) {
 }
 
 void AddEditShortcutSheet::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        views_.adoptFont();
+        setFixedSize(grown(windowWidth),
+                     grown(views_.step2Container->isHidden() ? heightOfStep1 : heightOfBothSteps));
+    }
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) {
         views_.layOut(size());
     }

@@ -18,6 +18,11 @@ constexpr int rowHeight = 32;
 
 ApplicationListModel::ApplicationListModel(ApplicationSearch search, QObject* parent)
     : QAbstractListModel(parent), search_(std::move(search)), rows_(search_.matches({})) {
+    makeIcons();
+}
+
+void ApplicationListModel::makeIcons() {
+    icons_.clear();
     for (const auto& application : search_.applications()) {
         icons_.push_back(iconFor(application.icon));
     }
@@ -25,8 +30,30 @@ ApplicationListModel::ApplicationListModel(ApplicationSearch search, QObject* pa
 
 void ApplicationListModel::setText(const QString& text) {
     beginResetModel();
-    rows_ = search_.matches(text);
+    text_ = text;
+    rows_ = search_.matches(text_);
     endResetModel();
+}
+
+bool ApplicationListModel::setApplications(ApplicationSearch search) {
+    if (search.applications() == search_.applications()) {
+        return false;
+    }
+    beginResetModel();
+    search_ = std::move(search);
+    rows_ = search_.matches(text_);
+    makeIcons();
+    endResetModel();
+    return true;
+}
+
+std::optional<int> ApplicationListModel::rowOf(const std::string& path) const {
+    for (int row = 0; row < rowCount(); ++row) {
+        if (applicationAt(row).path == path) {
+            return row;
+        }
+    }
+    return std::nullopt;
 }
 
 int ApplicationListModel::rowCount(const QModelIndex& parent) const {

@@ -6,6 +6,7 @@
 #include <QIcon>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,14 @@ public:
     /// Shows what `text` finds.
     void setText(const QString& text);
 
+    /// Shows what the text finds among these. False, and nothing changes, if they are the same.
+    bool setApplications(ApplicationSearch search);
+
     /// The row must exist.
     std::string pathAt(int row) const { return applicationAt(row).path; }
+
+    /// The row of the application at `path`; absent if it is not shown.
+    std::optional<int> rowOf(const std::string& path) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -31,7 +38,10 @@ public:
 private:
     const platform::InstalledApplication& applicationAt(int row) const;
 
+    void makeIcons();
+
     ApplicationSearch search_;
+    QString text_;
     std::vector<std::size_t> rows_;
     std::vector<QIcon> icons_; ///< of all applications
 };

@@ -99,7 +99,9 @@ ApplicationPanel::ApplicationPanel(QWidget& window, Completion onChosen)
     buildList();
     buildButtons();
     buildSearchField();
-    find({});
+    showFound(0);
+    applicationsWatch_ =
+        platform::services().applicationBundles.watch([this] { followApplications(); });
     resize(grown(initialSize.width()), grown(initialSize.height()));
 }
 
@@ -151,7 +153,18 @@ void ApplicationPanel::buildButtons() {
 
 void ApplicationPanel::find(const QString& text) {
     model_.setText(text);
-    list_->setCurrentIndex(model_.index(0));
+    showFound(0);
+}
+
+void ApplicationPanel::followApplications() {
+    const auto selected = selectedPath();
+    if (model_.setApplications(installedApplications())) {
+        showFound(selected ? model_.rowOf(*selected).value_or(0) : 0);
+    }
+}
+
+void ApplicationPanel::showFound(int selectedRow) {
+    list_->setCurrentIndex(model_.index(selectedRow));
     emptyLabel_->setText(model_.isEmpty()
                              ? localized("アプリがありません", "There are no apps.")
                              : localized("一致するアプリがありません", "No apps match."));
@@ -163,9 +176,14 @@ void ApplicationPanel::updateOpenButton() {
     openButton_->setEnabled(list_->selectionModel()->hasSelection());
 }
 
+std::optional<std::string> ApplicationPanel::selectedPath() const {
+    const auto selected = list_->selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? std::nullopt : std::optional(model_.pathAt(selected.front().row()));
+}
+
 void ApplicationPanel::openSelected() {
-    if (const auto selected = list_->selectionModel()->selectedIndexes(); !selected.isEmpty()) {
-        choose(model_.pathAt(selected.front().row()));
+    if (const auto selected = selectedPath()) {
+        choose(*selected);
     }
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/RunLoop.h"
 #include "ui/editor/ApplicationListModel.h"
 
 #include <QDialog>
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 
 class QLabel;
@@ -33,7 +36,10 @@ private:
     void buildList();
     void buildButtons();
     void find(const QString& text);
+    void followApplications();
+    void showFound(int selectedRow);
     void updateOpenButton();
+    std::optional<std::string> selectedPath() const;
     void openSelected();
     void chooseOtherFile();
     void choose(const std::string& path);
@@ -49,6 +55,7 @@ private:
     QPushButton* otherButton_;
     QPushButton* cancelButton_;
     QPushButton* openButton_;
+    std::unique_ptr<platform::Subscription> applicationsWatch_;
 };
 
 } // namespace hollowfernpike

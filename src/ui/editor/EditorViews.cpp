@@ -4,6 +4,7 @@
 #include "ui/editor/KeyRecorderView.h"
 #include "ui/icons/IconView.h"
 #include "ui/icons/Symbols.h"
+#include "ui/parts/FontScale.h"
 #include "ui/parts/Labels.h"
 #include "ui/parts/LargeButton.h"
 
@@ -18,15 +19,14 @@ constexpr int bottomMargin = 16;
 constexpr int iconSide = 32;
 constexpr int signSide = 18;
 
-FittingLabel* makeLabel(QWidget* parent, const char* name, int fontSize, QFont::Weight weight) {
+FittingLabel* makeLabel(QWidget* parent, const char* name) {
     auto* label = new FittingLabel(parent);
     label->setObjectName(name);
-    label->setFont(systemFont(fontSize, weight));
     return label;
 }
 
 FittingLabel* makeHeading(QWidget* parent, const char* name, const QString& text) {
-    auto* heading = makeLabel(parent, name, 15, QFont::DemiBold);
+    auto* heading = makeLabel(parent, name);
     heading->setText(text);
     return heading;
 }
@@ -69,13 +69,13 @@ EditorViews::EditorViews(QWidget& window, KeyRecorderView& recorder)
       selectButton(makeButton<LargeButton>(&window, "selectButton",
                                            localized("アプリを選択...", "Select App..."))),
       step1AppIconView(new IconView(&window)),
-      step1AppNameLabel(makeLabel(&window, "step1AppNameLabel", 14, QFont::Medium)),
+      step1AppNameLabel(makeLabel(&window, "step1AppNameLabel")),
       step2Container(new QWidget(&window)),
       step2Heading(makeHeading(
           step2Container, "step2Heading",
           localized("ステップ 2: ショートカットキーを記録", "Step 2: Record Shortcut Key"))),
       keyRecorder(adopted(recorder, step2Container)), noticeSign(new IconView(&window)),
-      noticeLabel(makeLabel(&window, "noticeLabel", 13, QFont::Normal)),
+      noticeLabel(makeLabel(&window, "noticeLabel")),
       cancelButton(makeButton(&window, "cancelButton", localized("キャンセル", "Cancel"))),
       saveButton(makeButton(&window, "saveButton", localized("保存", "Save"))) {
     step1AppIconView->setObjectName("step1AppIconView");
@@ -83,8 +83,18 @@ EditorViews::EditorViews(QWidget& window, KeyRecorderView& recorder)
     noticeSign->setObjectName("noticeSign");
     noticeSign->setIcon(symbolImage(Symbol::exclamationmarkTriangle));
     noticeLabel->setMaximumLineCount(2);
+    adoptFont();
     setNotice({});
     saveButton->setDefault(true);
+}
+
+void EditorViews::adoptFont() const {
+    for (auto* heading : {step1Heading, step2Heading}) {
+        heading->setFont(systemFont(15, QFont::DemiBold));
+    }
+    step1AppNameLabel->setFont(systemFont(14, QFont::Medium));
+    noticeLabel->setFont(systemFont(13, QFont::Normal));
+    keyRecorder->adoptFont();
 }
 
 void EditorViews::layOut(const QSize& size) const {
@@ -108,7 +118,8 @@ int EditorViews::layOutStep1(int width) const {
                        selectButton->sizeHint());
     selectButton->setGeometry(button);
 
-    const QRect icon = centeredBeside(button, endOf(button) + 12, QSize(iconSide, iconSide));
+    const QRect icon =
+        centeredBeside(button, endOf(button) + 12, QSize(grown(iconSide), grown(iconSide)));
     step1AppIconView->setGeometry(icon);
 
     const int nameLeft = endOf(icon) + 8;
@@ -139,10 +150,11 @@ void EditorViews::layOutButtons(const QSize& size) const {
 // Between the recorder and the buttons.
 void EditorViews::layOutNotice(int width) const {
     constexpr int gap = 6;
+    const int side = grown(signSide);
     const int top = bottomOf(step2Container->geometry()) + gap;
     const QRect room(margin, top, width - 2 * margin, saveButton->y() - gap - top);
-    noticeLabel->setGeometry(room.adjusted(signSide + gap, 0, 0, 0));
-    noticeSign->setGeometry(centeredBeside(room, margin, QSize(signSide, signSide)));
+    noticeLabel->setGeometry(room.adjusted(side + gap, 0, 0, 0));
+    noticeSign->setGeometry(centeredBeside(room, margin, QSize(side, side)));
 }
 
 } // namespace hollowfernpike

@@ -14,6 +14,9 @@ struct EditorViews {
     /// Makes the views in `window`, in the current language; the recorder becomes its child, too.
     EditorViews(QWidget& window, KeyRecorderView& recorder);
 
+    /// Takes over the desktop's font.
+    void adoptFont() const;
+
     /// Puts everything in its place in a window of this size.
     void layOut(const QSize& size) const;
 

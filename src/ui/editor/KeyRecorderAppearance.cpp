@@ -33,18 +33,23 @@ constexpr int recordingBorderWidth = 2;
 void KeyRecorderView::setupUI() {
     setAccessibleRole(*this, QAccessible::Pane);
     setObjectName("keyRecorder");
-    setFixedHeight(grown(usualHeight));
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(localized("ショートカットキー", "Shortcut key"));
     displayLabel_->setObjectName("displayLabel");
     displayLabel_->setAlignment(Qt::AlignCenter);
-    displayLabel_->setFont(systemFont(14, QFont::Medium));
     displayLabel_->setMaximumLineCount(2);
+    adoptFont();
     setLabel(localized("クリックして記録", "Click to record"));
     recordButton_->setObjectName("recordButton");
     recordButton_->setText(localized("記録", "Record"));
     onClick(*recordButton_, [this] { toggleRecording(); });
     connect(qApp, &QCoreApplication::aboutToQuit, this, &KeyRecorderView::stopRecording);
+}
+
+void KeyRecorderView::adoptFont() {
+    setFixedHeight(grown(usualHeight));
+    displayLabel_->setFont(systemFont(14, QFont::Medium));
+    layOut();
 }
 
 void KeyRecorderView::layOut() {

@@ -51,6 +51,9 @@ public:
     /// for some; any other is recorded. `flags` is the event's whole flag word.
     void handleCapturedKey(std::uint16_t keyCode, std::uint64_t flags);
 
+    /// Takes over the desktop's font.
+    void adoptFont();
+
     /// Shows and keeps a combination that exists already, flags unmasked.
     void setShortcut(std::uint16_t keyCode, std::uint64_t modifierFlags);
 

@@ -13,10 +13,10 @@
 #include <QStyle>
 #include <QStyleOption>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -40,6 +40,23 @@ void drawWindow(QPainter& painter, const QRectF& square, QIcon::Mode mode) {
                      palette.color(group, QPalette::Highlight));
     painter.setClipping(false);
     painter.strokePath(outline, QPen(palette.color(group, QPalette::WindowText), unit / 2));
+}
+
+/// Grows when what was read may be outdated.
+std::uint64_t& edition() {
+    static std::uint64_t current = 1;
+    return current;
+}
+
+// Not each widget: for each that asks to be drawn the toolkit looks at all of its siblings, a third
+// of the time that a long list takes. A window draws those in it, but for opaque ones.
+void redrawAll() {
+    for (QWidget* const widget : QApplication::allWidgets()) {
+        if (widget->isWindow() || widget->autoFillBackground() ||
+            widget->testAttribute(Qt::WA_OpaquePaintEvent)) {
+            widget->update();
+        }
+    }
 }
 
 /// The theme's file for this size. Empty if there is none, also for a name that would lead out of
@@ -71,24 +88,29 @@ public:
     /// As far as it is known. Null until it has been read, unless another icon of these files has
     /// been, and where there is none to be read.
     QPixmap pixmap(const QSize& size) {
-        const auto [known, isNew] = pixmaps_.try_emplace({size.width(), size.height()});
-        if (isNew && !size.isEmpty()) {
-            read(size, known->second);
+        Image& image = images_[{size.width(), size.height()}];
+        if (std::exchange(image.edition, edition()) != edition() && !size.isEmpty()) {
+            read(size, image.pixmap);
         }
-        return known->second;
+        return image.pixmap;
     }
 
 private:
+    struct Image {
+        std::uint64_t edition = 0; ///< that was looked for last
+        QPixmap pixmap;
+    };
+
     void read(const QSize& size, QPixmap& pixmap) {
-        if (!icon_) {
+        if (std::exchange(edition_, edition()) != edition()) {
             icon_ = source_();
         }
-        auto files = filesOf(*icon_, size);
+        auto files = filesOf(icon_, size);
         const QString key = keyFor(files, size);
         QPixmapCache::find(key, &pixmap);
         readIcon(std::move(files), size,
-                 [images = weak_from_this(), size, key](const QImage& image) {
-                     if (const auto alive = images.lock()) {
+                 [images = weak_from_this(), asked = edition(), size, key](const QImage& image) {
+                     if (const auto alive = images.lock(); alive && asked == edition()) {
                          alive->take(size, key, image);
                      }
                  });
@@ -96,11 +118,9 @@ private:
 
     void take(const QSize& size, const QString& key, const QImage& image) {
         const auto pixmap = QPixmap::fromImage(image);
-        pixmaps_[{size.width(), size.height()}] = pixmap;
+        images_[{size.width(), size.height()}].pixmap = pixmap;
         QPixmapCache::insert(key, pixmap);
-        for (QWidget* const widget : QApplication::allWidgets()) {
-            widget->update();
-        }
+        redrawAll();
     }
 
     static QString keyFor(const std::vector<std::string>& files, const QSize& size) {
@@ -112,8 +132,9 @@ private:
     }
 
     Source source_;
-    std::optional<platform::FileIcon> icon_;
-    std::map<std::pair<int, int>, QPixmap> pixmaps_;
+    std::uint64_t edition_ = 0; ///< of the icon
+    platform::FileIcon icon_;
+    std::map<std::pair<int, int>, Image> images_;
 };
 
 class FileIconEngine final : public QIconEngine {
@@ -155,18 +176,22 @@ QIcon iconFor(const platform::FileIcon& icon) {
     return QIcon(new FileIconEngine([icon] { return icon; }));
 }
 
-QIcon iconForFile(const std::string& path) {
-    return iconFor(platform::services().applicationBundles.iconForFile(path));
+// An empty list stands for the system's folders, as they are now. The toolkit forgets what it knew
+// of the themes in them.
+void renewFileIcons() {
+    QIcon::setThemeSearchPaths({});
+    ++edition();
+    redrawAll();
+}
+
+QIcon iconForFile(std::string path) {
+    return QIcon(new FileIconEngine([path = std::move(path)] {
+        return platform::services().applicationBundles.iconForFile(path);
+    }));
 }
 
 QIcon genericApplicationIcon() {
     return drawnIcon(drawWindow);
-}
-
-QIcon lazyIconForFile(std::string path) {
-    return QIcon(new FileIconEngine([path = std::move(path)] {
-        return platform::services().applicationBundles.iconForFile(path);
-    }));
 }
 
 } // namespace hollowfernpike

@@ -13,14 +13,15 @@ namespace hollowfernpike {
 /// when it is there. Main thread only, like all of these.
 QIcon iconFor(const platform::FileIcon& icon);
 
-/// The icon of the application at `path`.
-QIcon iconForFile(const std::string& path);
-
-/// A window without contents, in the colours of the palette, drawn at the size that is asked for.
-QIcon genericApplicationIcon();
+/// Has all icons of files looked for and read again when they are next drawn, because there may be
+/// others now, or others in the theme. What they showed stays until then.
+void renewFileIcons();
 
 /// The icon of the application at `path`, looked up when it is first drawn, because most icons of a
 /// long list are never seen. platform::services() must be set then.
-QIcon lazyIconForFile(std::string path);
+QIcon iconForFile(std::string path);
+
+/// A window without contents, in the colours of the palette, drawn at the size that is asked for.
+QIcon genericApplicationIcon();
 
 } // namespace hollowfernpike

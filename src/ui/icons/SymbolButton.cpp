@@ -1,5 +1,6 @@
 #include "ui/icons/SymbolButton.h"
 
+#include "ui/parts/FontScale.h"
 #include "ui/parts/SystemColors.h"
 
 #include <QKeyEvent>
@@ -10,6 +11,7 @@ namespace hollowfernpike {
 
 namespace {
 
+constexpr int buttonSide = 28;
 constexpr int symbolSide = 20; // one point for one unit of the drawings' grid
 constexpr qreal faceRadius = 6;
 
@@ -19,11 +21,22 @@ SymbolButton::SymbolButton(Symbol symbol, SymbolTint tint, const QString& descri
                            QWidget* parent)
     : QAbstractButton(parent) {
     setIcon(symbolImage(symbol, tint));
-    setIconSize({symbolSide, symbolSide});
-    setFixedSize(side, side);
+    adoptFont();
     setAccessibleName(description);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
+}
+
+void SymbolButton::adoptFont() {
+    setIconSize({grown(symbolSide), grown(symbolSide)});
+    setFixedSize(grown(buttonSide), grown(buttonSide));
+}
+
+void SymbolButton::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        adoptFont();
+    }
+    QAbstractButton::changeEvent(event);
 }
 
 void SymbolButton::keyPressEvent(QKeyEvent* event) {

@@ -58,6 +58,15 @@ QFont badgeFont() {
 
 } // namespace
 
+QSize MeasuredText::size(const QString& text, const QFont& font) {
+    if (size_.isEmpty() || text_ != text || font_ != font) {
+        text_ = text;
+        font_ = font;
+        size_ = QFontMetrics(font).size(Qt::TextSingleLine, text);
+    }
+    return size_;
+}
+
 FittingLabel::FittingLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
 }
@@ -68,7 +77,7 @@ void FittingLabel::setMaximumLineCount(int count) {
 }
 
 QSize FittingLabel::sizeHint() const {
-    return fontMetrics().size(Qt::TextSingleLine, text());
+    return measured_.size(text(), font());
 }
 
 QStringList FittingLabel::shownLines() const {
@@ -136,6 +145,10 @@ HotkeyBadge::HotkeyBadge(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
     setFont(badgeFont());
     setAlignment(Qt::AlignCenter);
+}
+
+QSize HotkeyBadge::sizeHint() const {
+    return measured_.size(text(), font());
 }
 
 void HotkeyBadge::paintEvent(QPaintEvent*) {

@@ -5,6 +5,18 @@
 
 namespace hollowfernpike {
 
+/// How large a line of text is. Measured again only when the text or its font changes, because that
+/// takes most of the time in which a long list is laid out.
+class MeasuredText {
+public:
+    QSize size(const QString& text, const QFont& font);
+
+private:
+    QString text_;
+    QFont font_;
+    QSize size_;
+};
+
 /// A line of plain text. If it does not fit, it wraps into smaller lines as far as it may, ends in
 /// an ellipsis if that is not enough, and shows the whole text above its own tool tip. Main thread
 /// only.
@@ -29,6 +41,7 @@ private:
     QFont fontForLines() const;
 
     int maximumLineCount_ = 1;
+    mutable MeasuredText measured_;
 };
 
 /// Text in the secondary colour that says what could be here. Main thread only.
@@ -45,8 +58,12 @@ class HotkeyBadge final : public QLabel {
 public:
     explicit HotkeyBadge(QWidget* parent = nullptr);
 
+    QSize sizeHint() const override;
+
 private:
     void paintEvent(QPaintEvent* event) override;
+
+    mutable MeasuredText measured_;
 };
 
 /// The desktop's font for user interfaces, `size` device-independent pixels high if that font has a

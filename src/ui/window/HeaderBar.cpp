@@ -5,11 +5,14 @@
 #include "ui/parts/FontScale.h"
 #include "ui/parts/LargeButton.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 
 namespace hollowfernpike {
 
 namespace {
+
+constexpr int usualBarHeight = 52;
 
 const char* exportTitle() {
     return localized("エクスポート", "Export");
@@ -26,8 +29,7 @@ HeaderBar::HeaderBar(QWidget* parent)
       exportButton_(new SymbolButton(Symbol::squareAndArrowUp, SymbolTint::text, exportTitle())),
       importButton_(new SymbolButton(Symbol::squareAndArrowDown, SymbolTint::text, importTitle())),
       addButton_(new LargeButton) {
-    constexpr int height = 52;
-    setFixedHeight(grown(height));
+    setFixedHeight(grown(usualBarHeight));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(16, 0, 16, 0);
     layout->setSpacing(4);
@@ -37,6 +39,13 @@ HeaderBar::HeaderBar(QWidget* parent)
     layout->addWidget(addButton_);
     addButton_->setAutoDefault(true); // Return presses it while it has the focus
     relabel();
+}
+
+void HeaderBar::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        setFixedHeight(grown(usualBarHeight));
+    }
+    QWidget::changeEvent(event);
 }
 
 void HeaderBar::relabel() {

@@ -8,7 +8,8 @@ namespace hollowfernpike {
 
 class SymbolButton;
 
-/// The bar above the list: export and import at its beginning, adding at its end. It is 52 high.
+/// The bar above the list: export and import at its beginning, adding at its end. It is 52 high,
+/// or higher for large fonts.
 /// Main thread only.
 class HeaderBar final : public QWidget {
 public:
@@ -23,6 +24,8 @@ public:
     QPushButton* addButton() const { return addButton_; }
 
 private:
+    void changeEvent(QEvent* event) override;
+
     SymbolButton* exportButton_;
     SymbolButton* importButton_;
     QPushButton* addButton_;

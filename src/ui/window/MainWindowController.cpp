@@ -6,10 +6,12 @@
 #include "model/OneLine.h"
 #include "model/ShortcutStore.h"
 #include "platform/Application.h"
+#include "platform/ApplicationBundles.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"
 #include "ui/editor/AddEditShortcutSheet.h"
 #include "ui/exchange/ShortcutExchange.h"
+#include "ui/icons/FileIcons.h"
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
@@ -29,6 +31,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -43,6 +46,9 @@ public:
 
     /// Sets the list that scrolls. It must be in the window.
     void setScrollView(QScrollArea* scrollView) { scrollView_ = scrollView; }
+
+    /// Told when the desktop's font changes.
+    std::function<void()> onFontChange;
 
 private:
     bool focusNextPrevChild(bool next) override;
@@ -70,6 +76,9 @@ bool ManagementWindow::focusNextPrevChild(bool next) {
 void ManagementWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         HotkeyManager::shared().tryAgain();
+    }
+    if (event->type() == QEvent::FontChange && onFontChange) {
+        onFontChange();
     }
     QWidget::changeEvent(event);
 }
@@ -152,11 +161,14 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     setupUI();
     shown_ = identifiersInStore();
     reloadCards();
+    window_->onFontChange = [this] { followFont(); };
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
-        notifications.observe(refusedCombinationsDidChange, [this] { reloadCards(); });
+        notifications.observe(refusedCombinationsDidChange, [this] { followHolders(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
+    applicationsWatch_ =
+        platform::services().applicationBundles.watch([this] { followApplications(); });
 }
 
 MainWindowController::~MainWindowController() {
@@ -213,6 +225,11 @@ QWidget* MainWindowController::makeHeaderBar() {
     return headerBar_;
 }
 
+void MainWindowController::followFont() {
+    window_->setMinimumSize(grown(400), grown(300));
+    reloadCards();
+}
+
 // A shortcut that was added is the last one, behind those that were there. An import may bring one
 // more, too, but replaces them all.
 void MainWindowController::followStore() {
@@ -225,6 +242,26 @@ void MainWindowController::followStore() {
         ShortcutCardView* added = stackView()->cards().back();
         scrollView_->ensureWidgetVisible(added);
         added->markForAMoment();
+    }
+}
+
+void MainWindowController::followApplications() {
+    renewFileIcons();
+    if (scrollView_ != nullptr) {
+        for (ShortcutCardView* card : stackView()->cards()) {
+            card->renewApplication();
+        }
+    }
+}
+
+void MainWindowController::followHolders() {
+    if (scrollView_ == nullptr) {
+        return;
+    }
+    const auto cards = stackView()->cards();
+    const auto& shortcuts = ShortcutStore::shared().shortcuts();
+    for (std::size_t index = 0; index < std::min(cards.size(), shortcuts.size()); ++index) {
+        cards[index]->setNotice(holderNotice(shortcuts[index]));
     }
 }
 

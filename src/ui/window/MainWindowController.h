@@ -66,7 +66,10 @@ public:
 
 private:
     void setupUI();
+    void followFont();
     void followStore();
+    void followApplications();
+    void followHolders();
     const QScreen& screenForEditors() const;
     QWidget* makeHeaderBar();
     std::vector<ShortcutCardView*> makeCards();
@@ -81,6 +84,7 @@ private:
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> refusedObservation_;
     std::unique_ptr<platform::Subscription> languageObservation_;
+    std::unique_ptr<platform::Subscription> applicationsWatch_;
     std::vector<UUID> shown_; ///< the shortcuts at the last change
 };
 

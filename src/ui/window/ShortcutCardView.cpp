@@ -69,22 +69,35 @@ void ShortcutCardView::setupUI() {
 
 void ShortcutCardView::configure(const AppShortcut& shortcut) {
     const QString combination = QString::fromStdString(shortcut.displayString());
-    showAppName(*appNameLabel_, shortcut.appPath, shortcut.appName);
+    appPath_ = shortcut.appPath;
+    appName_ = shortcut.appName;
+    renewApplication();
     hotkeyBadge_->setText(" " + combination + " ");
-    iconView_->setIcon(lazyIconForFile(shortcut.appPath));
+    iconView_->setIcon(iconForFile(shortcut.appPath));
     hotkeyBadge_->setAccessibleDescription(
         combinationInWords(shortcut.keyCode, shortcut.modifierFlags));
-    hotkeyBadge_->setToolTip(hotkeyBadge_->accessibleDescription().toHtmlEscaped());
-    unseenPath_ = shortcut.appPath;
-    update();
+    tellOnBadge();
     setAccessibleName(appNameLabel_->text() + " " + combination);
     placeViews();
 }
 
-void ShortcutCardView::setNotice(const QString& notice) {
+void ShortcutCardView::renewApplication() {
+    showAppName(*appNameLabel_, appPath_, appName_);
+    isStandingShown_ = appPath_.empty();
+    update();
+}
+
+void ShortcutCardView::tellOnBadge() {
     const auto words = hotkeyBadge_->accessibleDescription().toHtmlEscaped();
-    hotkeyBadge_->setToolTip(notice.isEmpty() ? words : words + "<br>" + notice.toHtmlEscaped());
+    hotkeyBadge_->setToolTip(notice_.isEmpty() ? words : words + "<br>" + notice_.toHtmlEscaped());
+}
+
+void ShortcutCardView::setNotice(const QString& notice) {
+    if (notice == notice_) {
+        return;
+    }
     notice_ = notice;
+    tellOnBadge();
     describe();
     if (noticeSign_ == nullptr && !notice.isEmpty()) {
         makeNoticeSign();
@@ -130,11 +143,10 @@ void ShortcutCardView::keyPressEvent(QKeyEvent* event) {
 // Once the card is seen, as the icon: most cards of a long list never are.
 void ShortcutCardView::showStanding() {
     using platform::Standing;
-    if (unseenPath_.empty()) {
+    if (std::exchange(isStandingShown_, true)) {
         return;
     }
-    const auto standing =
-        platform::services().applicationBundles.standingOf(std::exchange(unseenPath_, {}));
+    const auto standing = platform::services().applicationBundles.standingOf(appPath_);
     iconView_->setDimmed(standing != Standing::fine);
     iconView_->setToolTip(
         standing == Standing::fine ? QString()
@@ -173,11 +185,13 @@ void ShortcutCardView::placeViews() {
     const auto place = [this](QWidget& view, int left, QSize size) {
         view.setGeometry(left, (height() - size.height()) / 2, size.width(), size.height());
     };
-    const int deleteLeft = width() - cardMargin - SymbolButton::side;
-    const int editLeft = deleteLeft - gapBetweenButtons - SymbolButton::side;
-    const int nameLeft = cardMargin + cardIconSide + cardMargin;
+    const int icon = grown(cardIconSide);
+    const int sign = grown(cardSignSide);
+    const int deleteLeft = width() - cardMargin - deleteButton_->width();
+    const int editLeft = deleteLeft - gapBetweenButtons - editButton_->width();
+    const int nameLeft = cardMargin + icon + cardMargin;
     const bool hasSign = noticeSign_ != nullptr && !noticeSign_->isHidden();
-    const int forSign = hasSign ? gapBeforeSign + cardSignSide : 0;
+    const int forSign = hasSign ? gapBeforeSign + sign : 0;
     const int forTexts = editLeft - cardMargin - nameLeft - cardMargin - forSign;
     const QSize name = appNameLabel_->sizeHint();
     const QSize badge = hotkeyBadge_->sizeHint();
@@ -185,15 +199,15 @@ void ShortcutCardView::placeViews() {
         std::max(grown(leastNameWidth), std::min(name.width(), forTexts - badge.width()));
     const int badgeWidth = std::max(0, std::min(badge.width(), forTexts - nameWidth));
 
-    place(*iconView_, cardMargin, {cardIconSide, cardIconSide});
+    place(*iconView_, cardMargin, {icon, icon});
     place(*appNameLabel_, nameLeft, {nameWidth, name.height()});
     place(*hotkeyBadge_, nameLeft + nameWidth + cardMargin, {badgeWidth, badge.height()});
     if (hasSign) {
         place(*noticeSign_, nameLeft + nameWidth + cardMargin + badgeWidth + gapBeforeSign,
-              {cardSignSide, cardSignSide});
+              {sign, sign});
     }
-    place(*editButton_, editLeft, editButton_->sizeHint());
-    place(*deleteButton_, deleteLeft, deleteButton_->sizeHint());
+    place(*editButton_, editLeft, editButton_->size());
+    place(*deleteButton_, deleteLeft, deleteButton_->size());
 }
 
 void ShortcutCardView::paintEvent(QPaintEvent*) {

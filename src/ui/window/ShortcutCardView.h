@@ -34,6 +34,10 @@ public:
     /// Shows this shortcut from now on.
     void configure(const AppShortcut& shortcut);
 
+    /// Shows what has become of the application, by its name, its icon and whether it is still
+    /// there.
+    void renewApplication();
+
     /// What people should know of the combination: a sign beside it, with these words on hover, and
     /// told by screen readers. No sign without words.
     void setNotice(const QString& notice);
@@ -48,8 +52,8 @@ public:
     IconView& iconView() const { return *iconView_; }
     FittingLabel& appNameLabel() const { return *appNameLabel_; }
     HotkeyBadge& hotkeyBadge() const { return *hotkeyBadge_; }
-    /// Null if there never was a notice.
-    const IconView* noticeSign() const { return noticeSign_; }
+    /// Null while there is no notice.
+    const IconView* noticeSign() const { return notice_.isEmpty() ? nullptr : noticeSign_; }
     SymbolButton& editButton() const { return *editButton_; }
     SymbolButton& deleteButton() const { return *deleteButton_; }
 
@@ -64,11 +68,14 @@ private:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void placeViews();
+    void tellOnBadge();
     void makeNoticeSign();
     void showStanding();
     void describe();
 
-    std::string unseenPath_; ///< of the application, until the card is painted
+    std::string appPath_;
+    std::string appName_;
+    bool isStandingShown_ = true;
     QString notice_;
     IconView* iconView_;
     FittingLabel* appNameLabel_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationBundles.h"
+#include "platform/NotificationCenter.h"
 
 #include <map>
 #include <set>
@@ -53,6 +54,16 @@ public:
     }
 
     std::vector<std::string> applicationDirectories() override { return directories; }
+
+    std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override {
+        return observers_.observe("change", std::move(onChange));
+    }
+
+    /// Tells those who watch.
+    void change() { observers_.post("change"); }
+
+private:
+    platform::NotificationCenter observers_;
 };
 
 } // namespace hollowfernpike::test

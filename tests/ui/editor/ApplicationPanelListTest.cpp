@@ -2,6 +2,7 @@
 
 #include "support/TemporaryDirectory.h"
 #include "ui/editor/ApplicationPanelTest.h"
+#include "ui/icons/ReadIcons.h"
 
 #include <QLabel>
 #include <QToolButton>
@@ -35,6 +36,54 @@ TEST_F(ApplicationPanelTest, AsksForEnglishNamesInEnglish) {
     speak(Language::english);
     open();
     EXPECT_EQ(services_.applicationBundles.askedLanguage, "en");
+}
+
+TEST_F(ApplicationPanelTest, ListsWhatIsInstalledMeanwhileAndKeepsTheSelection) {
+    const QDialog& panel = open();
+    list(panel).setCurrentIndex(list(panel).model()->index(1, 0));
+    install("Clock");
+    services_.applicationBundles.change();
+    EXPECT_THAT(rows(panel), ElementsAre("Calculator", "Clock", "Mail", "Maps", "Terminal"));
+    EXPECT_EQ(current(panel), "Mail");
+    std::erase_if(services_.applicationBundles.installed,
+                  [](const auto& installed) { return installed.name == "Mail"; });
+    services_.applicationBundles.change();
+    EXPECT_EQ(current(panel), "Calculator");
+}
+
+TEST_F(ApplicationPanelTest, FindsWhatIsInstalledMeanwhile) {
+    const QDialog& panel = open();
+    searchField(panel).setText("clo");
+    EXPECT_FALSE(button(panel, "openButton").isEnabled());
+    install("Clock");
+    services_.applicationBundles.change();
+    EXPECT_THAT(rows(panel), ElementsAre("Clock"));
+    EXPECT_TRUE(button(panel, "openButton").isEnabled());
+}
+
+TEST_F(ApplicationPanelTest, NamesBeginInOneLineWhateverTheShapeOfTheIcons) {
+    const TemporaryDirectory folder;
+    auto& installed = services_.applicationBundles.installed;
+    installed.clear();
+    for (const int width : {24, 24, 6}) {
+        install("Maps");
+        QImage image(width, 24, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        const auto file = (folder.path() / (std::to_string(width) + ".png")).string();
+        ASSERT_TRUE(image.save(QString::fromStdString(file)));
+        installed.back().icon.imageFile = file;
+        installed.back().path += std::to_string(installed.size());
+    }
+    auto& rows = list(open());
+    rows.viewport()->grab();
+    awaitIcons();
+    const auto picture = rows.viewport()->grab().toImage();
+    const auto nameIn = [&](int row) {
+        constexpr int icons = 34; // the room for them
+        const auto place = rows.visualRect(rows.model()->index(row, 0));
+        return picture.copy(place.adjusted(icons, 0, 0, 0));
+    };
+    EXPECT_EQ(nameIn(1), nameIn(2));
 }
 
 TEST_F(ApplicationPanelTest, BelongsToItsWindowAlone) {

@@ -152,14 +152,14 @@ TEST_F(EditorIconsTest, IsThatOfAnotherApplicationForTheEditedShortcut) {
     auto& sheet = open(mailShortcut());
     choose(sheet, exampleApp);
     EXPECT_EQ(shownColor(sheet), QColor(Qt::red));
-    EXPECT_THAT(asked(), UnorderedElementsAre(mailApp, exampleApp));
+    EXPECT_THAT(asked(), UnorderedElementsAre(exampleApp)) << "the other is not seen";
 }
 
 TEST_F(EditorIconsTest, IsThatOfTheFileWhereTheApplicationCannotBeOpened) {
     auto& sheet = open(mailShortcut());
     choose(sheet, brokenApp);
     EXPECT_EQ(shownColor(sheet), QColor(Qt::green));
-    EXPECT_THAT(asked(), UnorderedElementsAre(mailApp, brokenApp));
+    EXPECT_THAT(asked(), UnorderedElementsAre(brokenApp));
 }
 
 TEST_F(EditorIconsTest, IsTheGenericOneWhereThereIsNone) {

@@ -22,7 +22,7 @@ protected:
     }
 
     TemporaryDirectory folder;
-    QIcon icon = lazyIconForFile("/a.desktop");
+    QIcon icon = iconForFile("/a.desktop");
 };
 
 TEST_F(LazyFileIconTest, IsLookedForWhenItIsDrawn) {

@@ -1,3 +1,4 @@
+#include "ui/FontChange.h"
 #include "ui/window/CardConstraints.h"
 #include "ui/window/MainWindowTest.h"
 
@@ -137,6 +138,28 @@ TEST_F(MainWindowTest, ShowsAVerticalScrollerAndNoHorizontalOneAndNoBackground) 
     EXPECT_FALSE(controller->scrollView()->horizontalScrollBar()->isVisible());
     EXPECT_EQ(controller->scrollView()->verticalScrollBar()->maximum(),
               controller->stackView()->height() - controller->scrollView()->viewport()->height());
+}
+
+TEST_F(MainWindowTest, AFontThatChangesIsTakenOverAtOnce) {
+    fill(2);
+    const auto sizes = [this] {
+        const auto* button = controller->addButton();
+        EXPECT_TRUE(eventually([&] { return button->size() == button->sizeHint(); }));
+        return std::vector{controller->window()->minimumSize(),
+                           QSize(0, button->parentWidget()->height()),
+                           button->size(),
+                           QSize(0, card(1).height()),
+                           card(1).hotkeyBadge().size(),
+                           card(1).appNameLabel().size()};
+    };
+    for (const int points : {24, 8}) {
+        open();
+        const FontChange change(points);
+        const auto followed = sizes();
+        controller->window()->close();
+        open();
+        EXPECT_EQ(followed, sizes()) << points;
+    }
 }
 
 } // namespace

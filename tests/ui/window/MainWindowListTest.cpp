@@ -1,7 +1,15 @@
 #include "hotkeys/HotkeyManager.h"
 
+#include "platform/ApplicationBundles.h"
 #include "ui/icons/IconView.h"
+#include "ui/parts/SystemColors.h"
 #include "ui/window/MainWindowTest.h"
+
+#include <algorithm>
+#include <map>
+#include <typeindex>
+#include <typeinfo>
+#include <utility>
 
 namespace hollowfernpike::test {
 
@@ -103,6 +111,58 @@ TEST_F(MainWindowTest, AChangeAsksOnceForEachNameAndTellsTheKeysOnce) {
     HotkeyManager::shared().buildShortcutMap(); // as the delegate does
     EXPECT_EQ(desktop.applicationBundles.namesAsked.size(), 3);
     EXPECT_EQ(told(), before + 1);
+}
+
+TEST_F(MainWindowTest, WhoHoldsTheCombinationsMakesNoNewCards) {
+    desktop.eventTaps.shared = {{1, command}};
+    fill(3);
+    HotkeyManager::shared().start();
+    open();
+    const auto& held = card(1);
+    const auto words = held.hotkeyBadge().toolTip();
+    desktop.eventTaps.shared = {{0, command}};
+    desktop.notificationCenter.post(refusedCombinationsDidChange);
+    EXPECT_EQ(&card(1), &held);
+    EXPECT_EQ(held.noticeSign(), nullptr);
+    EXPECT_NE(held.hotkeyBadge().toolTip(), words);
+    EXPECT_NE(card(0).noticeSign(), nullptr);
+}
+
+/// How often the widgets of each class got each kind of event.
+class EventCounter final : public QObject {
+public:
+    EventCounter() { qApp->installEventFilter(this); }
+
+    int count(const std::type_info& widget, QEvent::Type type) const {
+        const auto found = counts_.find({widget, type});
+        return found == counts_.end() ? 0 : found->second;
+    }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        ++counts_[{typeid(*watched), event->type()}];
+        return false;
+    }
+
+    std::map<std::pair<std::type_index, QEvent::Type>, int> counts_;
+};
+
+TEST_F(MainWindowTest, AChangeDoesNothingTwiceForACard) {
+    constexpr int count = 50;
+    fill(count);
+    open();
+    const EventCounter events;
+    ShortcutStore::shared().importData(ShortcutStore::shared().exportData().value());
+    settle();
+    for (const auto type : {QEvent::Show, QEvent::Resize, QEvent::Move, QEvent::Polish}) {
+        EXPECT_EQ(events.count(typeid(ShortcutCardView), type), count) << int(type);
+        EXPECT_EQ(events.count(typeid(HotkeyBadge), type), count) << int(type);
+        EXPECT_EQ(events.count(typeid(FittingLabel), type), count) << int(type);
+    }
+    EXPECT_EQ(events.count(typeid(HotkeyBadge), QEvent::ToolTipChange), count);
+    EXPECT_LE(events.count(typeid(FittingLabel), QEvent::ToolTipChange), count);
+    EXPECT_LE(events.count(typeid(CardStackView), QEvent::LayoutRequest), 1);
+    EXPECT_LE(events.count(typeid(ShortcutCardView), QEvent::Paint), 20) << "those in sight, twice";
 }
 
 TEST_F(MainWindowTest, EveryReloadMakesNewCards) {
@@ -215,6 +275,35 @@ TEST_F(MainWindowTest, EscapeDoesNoHarm) {
     settle();
     EXPECT_TRUE(controller->window()->isVisible());
     EXPECT_THAT(shownNames(), SizeIs(1));
+}
+
+TEST_F(MainWindowTest, AnAddedCardIsMarkedForAMoment) {
+    fill(1);
+    open();
+    const auto border = [this](std::size_t index) {
+        auto& shown = card(index);
+        return shown.grab().toImage().pixelColor(shown.width() / 2, 0);
+    };
+    addShortcut("Added", 1, command);
+    EXPECT_EQ(border(1), accentColor(card(1).palette()));
+    EXPECT_NE(border(0), border(1));
+    EXPECT_TRUE(eventually([&] { return border(0) == border(1); }));
+}
+
+TEST_F(MainWindowTest, ACardShowsWhatBecomesOfItsApplication) {
+    addShortcut("mail", 0, command);
+    const std::string path = ShortcutStore::shared().shortcuts().front().appPath;
+    open();
+    const auto& shown = card(0);
+    desktop.applicationBundles.displayNames[{path, "ja"}] = "メール";
+    desktop.applicationBundles.standings[path] = platform::Standing::gone;
+    desktop.applicationBundles.change();
+    EXPECT_EQ(shown.appNameLabel().toolTip(), "メール");
+    EXPECT_TRUE(eventually([&] { return shown.iconView().isDimmed(); }));
+    desktop.applicationBundles.standings.clear();
+    desktop.applicationBundles.change();
+    EXPECT_TRUE(eventually([&] { return !shown.iconView().isDimmed(); }));
+    EXPECT_EQ(&card(0), &shown) << "the same card";
 }
 
 } // namespace

@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace hollowfernpike::freedesktop {
 
 namespace {
+
+constexpr std::string_view change = "change";
 
 // Icon themes want a name, but some entries give an image's file name without a directory.
 std::string withoutImageExtension(std::string name) {
@@ -106,6 +109,13 @@ std::vector<std::string> ApplicationBundles::applicationDirectories() {
         }
     }
     return directories;
+}
+
+std::unique_ptr<platform::Subscription> ApplicationBundles::watch(std::function<void()> onChange) {
+    if (!watch_) {
+        watch_.emplace(entries_.directories(), [this] { observers_.post(change); });
+    }
+    return observers_.observe(change, std::move(onChange));
 }
 
 std::string ApplicationBundles::displayName(const std::string& path, std::string_view language) {

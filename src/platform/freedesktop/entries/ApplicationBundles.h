@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/ApplicationBundles.h"
+#include "platform/NotificationCenter.h"
+#include "platform/freedesktop/entries/ApplicationsWatch.h"
 #include "platform/freedesktop/entries/DesktopEntries.h"
 
 #include <map>
@@ -22,6 +24,7 @@ public:
     std::vector<platform::InstalledApplication>
     installedApplications(std::string_view language) override;
     std::vector<std::string> applicationDirectories() override;
+    std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override;
 
 private:
     /// A name that was read, and from what.
@@ -33,6 +36,8 @@ private:
 
     DesktopEntries& entries_;
     std::map<std::string, KnownName> names_; ///< by path; for lists that are built again and again
+    platform::NotificationCenter observers_;
+    std::optional<ApplicationsWatch> watch_; ///< from the first observer on
 };
 
 } // namespace hollowfernpike::freedesktop

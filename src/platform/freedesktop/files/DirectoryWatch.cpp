@@ -22,11 +22,11 @@ constexpr unsigned events = IN_ATTRIB | IN_CLOSE_WRITE | IN_CREATE | IN_DELETE |
 DirectoryWatch::DirectoryWatch()
     : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), isBlind_(!queue_) {}
 
-void DirectoryWatch::add(const fs::path& directory) {
+void DirectoryWatch::add(const fs::path& directory, const std::string& ending) {
     std::error_code unknown;
     if (fs::is_directory(directory, unknown)) {
         if (auto* interest = watch(directory)) {
-            interest->inEntries = true;
+            interest->endings.push_back(ending);
         }
         return;
     }
@@ -35,7 +35,7 @@ void DirectoryWatch::add(const fs::path& directory) {
         missing = missing.parent_path();
     }
     if (auto* interest = watch(missing.parent_path())) {
-        interest->inNames.push_back(missing.filename().string());
+        interest->names.push_back(missing.filename().string());
     }
     hasChanged_ = hasChanged_ || fs::is_directory(directory, unknown);
 }
@@ -43,9 +43,10 @@ void DirectoryWatch::add(const fs::path& directory) {
 // A directory that is watched for several reasons has one watch and one Interest.
 DirectoryWatch::Interest* DirectoryWatch::watch(const fs::path& directory) {
     const int number = ::inotify_add_watch(queue_.get(), directory.c_str(), events);
-    const bool isHidden = number < 0 && errno == EACCES;
-    isBlind_ = isBlind_ || (number < 0 && !isHidden);
-    hasChanged_ = hasChanged_ || isBlind_;
+    const int failure = number < 0 ? errno : 0;
+    const bool isGone = failure == ENOENT || failure == ENOTDIR;
+    isBlind_ = isBlind_ || (failure != 0 && failure != EACCES && !isGone);
+    hasChanged_ = hasChanged_ || isBlind_ || isGone;
     return number < 0 ? nullptr : &interests_[number];
 }
 
@@ -56,9 +57,11 @@ bool DirectoryWatch::concerns(int number, const char* name, unsigned mask) const
     if ((mask & aboutTheWatch) != 0 || interest == interests_.end()) {
         return true;
     }
-    const auto& [inEntries, inNames] = interest->second;
-    const bool mayBeEntry = (mask & IN_ISDIR) != 0 || std::string_view(name).ends_with(".desktop");
-    return (inEntries && mayBeEntry) || std::ranges::find(inNames, name) != inNames.end();
+    const auto& [endings, names] = interest->second;
+    const bool isWanted = std::ranges::any_of(endings, [&](const std::string& ending) {
+        return (mask & IN_ISDIR) != 0 || std::string_view(name).ends_with(ending);
+    });
+    return isWanted || std::ranges::find(names, name) != names.end();
 }
 
 bool DirectoryWatch::hasChanged() {

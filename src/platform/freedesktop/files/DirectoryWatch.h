@@ -9,15 +9,15 @@
 
 namespace hollowfernpike::freedesktop {
 
-/// Remembers whether entry files changed in some directories. The kernel keeps the record
-/// (inotify): a change does not wake this process, and asking is one system call.
+/// Remembers whether files changed in some directories. The kernel keeps the record (inotify): a
+/// change does not wake this process unless it waits for it, and asking is one system call.
 class DirectoryWatch {
 public:
     DirectoryWatch();
 
-    /// Watches the files and subdirectories of `directory`, not those further below. If there is no
-    /// such directory, watches for its appearance.
-    void add(const std::filesystem::path& directory);
+    /// Watches the files of `directory` whose names end like this, and its subdirectories, not
+    /// those further below. If there is no such directory, watches for its appearance.
+    void add(const std::filesystem::path& directory, const std::string& ending = ".desktop");
 
     /// Whether anything may have changed since its directory was added. Stays true once it was;
     /// always true where the kernel would not watch.
@@ -26,10 +26,14 @@ public:
     /// Whether the kernel would not watch, and hasChanged() is therefore always true.
     bool isBlind() const { return isBlind_; }
 
+    /// To wait for: can be read when something has happened since hasChanged() was last false, of
+    /// concern or not. Negative if there is none.
+    int descriptor() const { return queue_.get(); }
+
 private:
     struct Interest {
-        bool inEntries = false;
-        std::vector<std::string> inNames;
+        std::vector<std::string> endings; ///< of files; if there are any, of all subdirectories
+        std::vector<std::string> names;
     };
 
     Interest* watch(const std::filesystem::path& directory);

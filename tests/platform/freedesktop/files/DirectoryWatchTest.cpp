@@ -51,6 +51,14 @@ TEST_F(DirectoryWatchTest, NoticesANewEntryAndNothingElse) {
     EXPECT_FALSE(watch.isBlind());
 }
 
+TEST_F(DirectoryWatchTest, NoticesFilesWithTheEndingThatIsAskedFor) {
+    DirectoryWatch watch;
+    watch.add(home.path(), "");
+    EXPECT_FALSE(watch.hasChanged());
+    std::ofstream(home.path() / "icon.png") << "an icon";
+    EXPECT_TRUE(watch.hasChanged());
+}
+
 TEST_F(DirectoryWatchTest, NoticesThatAMissingDirectoryAppears) {
     DirectoryWatch watch;
     watch.add(home.path() / "share/applications");
