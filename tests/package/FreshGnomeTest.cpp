@@ -90,8 +90,12 @@ protected:
     /// Screen readers know of it some time before it is on the screen.
     Accessible prompt() {
         auto window = user().reader.find("alert message", promptTitle);
-        const std::string title{user().words.titles.alert};
-        EXPECT_TRUE(waitUntil([&] { return user().hasWindow(title); }));
+        user().managementComes();
+        const auto isInFront = [this] {
+            const auto windows = user().story.pager.windows(); // back to front
+            return windows.back().title == user().words.titles.alert;
+        };
+        EXPECT_TRUE(waitUntil(isInFront));
         return window;
     }
 

@@ -10,7 +10,10 @@
 #include <QApplication>
 #include <QEvent>
 #include <QPushButton>
+#include <QShowEvent>
+#include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 namespace hollowfernpike {
@@ -20,6 +23,9 @@ namespace {
 /// Comes back in front of the management window when that is shown or activated, and leaves it the
 /// keys. A window asks for the front as soon as it is on the screen, so its first exposure comes
 /// after that. What the user opens from there, such as an editor, is left in front.
+///
+/// On Wayland no program can raise its windows. There it belongs to the management window, and is
+/// shown anew for that, because a window says whose it is when it is shown.
 class PromptWindow final : public MessageBox {
 public:
     PromptWindow() { qApp->installEventFilter(this); }
@@ -35,11 +41,37 @@ private:
             const bool isExposed = event->type() == QEvent::Expose;
             if ((isExposed && std::exchange(isToBeExposed_, false)) ||
                 event->type() == QEvent::FocusIn) {
-                raise();
+                comeInFront();
             }
         }
         return MessageBox::eventFilter(watched, event);
     }
+
+    void showEvent(QShowEvent* event) override {
+        if (isOnWayland_) {
+            windowHandle()->setTransientParent(managementWindow());
+        }
+        MessageBox::showEvent(event);
+    }
+
+    void comeInFront() {
+        if (!isOnWayland_) {
+            raise();
+        } else if (isVisible() && windowHandle()->transientParent() != managementWindow()) {
+            hide();
+            show();
+        }
+    }
+
+    QWindow* managementWindow() const {
+        const auto windows = QGuiApplication::topLevelWindows();
+        const auto found = std::ranges::find_if(windows, [this](const QWindow* window) {
+            return window->objectName() == nativeName_ && window->isVisible();
+        });
+        return found == windows.end() ? nullptr : *found;
+    }
+
+    const bool isOnWayland_ = QGuiApplication::platformName() == "wayland";
 
     bool isToBeExposed_ = false; ///< the management window, for the first time since it was shown
 };
