@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QWindow>
@@ -28,20 +29,32 @@ namespace {
 /// shown anew for that, because a window says whose it is when it is shown.
 class PromptWindow final : public MessageBox {
 public:
-    PromptWindow() { qApp->installEventFilter(this); }
+    PromptWindow() {
+        qApp->installEventFilter(this);
+        const auto windows = QGuiApplication::topLevelWindows();
+        const auto found = std::ranges::find_if(windows, [this](const QWindow* window) {
+            return window->objectName() == nativeName_ && window->isVisible();
+        });
+        management_ = found == windows.end() ? nullptr : *found;
+    }
 
 private:
     // What the toolkit calls the native window of a widget with that name.
     const QString nativeName_ = QString(managementWindowName) + "Window";
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show && watched->objectName() == managementWindowName) {
-            isToBeExposed_ = true;
+        if (watched->objectName() == managementWindowName) {
+            if (event->type() == QEvent::Show) {
+                isToBeExposed_ = true;
+            } else if (event->type() == QEvent::Close) {
+                comeInFrontOf(
+                    nullptr); // the toolkit hides a window with the one that it belongs to
+            }
         } else if (watched->objectName() == nativeName_) {
             const bool isExposed = event->type() == QEvent::Expose;
             if ((isExposed && std::exchange(isToBeExposed_, false)) ||
                 event->type() == QEvent::FocusIn) {
-                comeInFront();
+                comeInFrontOf(static_cast<QWindow*>(watched));
             }
         }
         return MessageBox::eventFilter(watched, event);
@@ -49,31 +62,25 @@ private:
 
     void showEvent(QShowEvent* event) override {
         if (isOnWayland_) {
-            windowHandle()->setTransientParent(managementWindow());
+            windowHandle()->setTransientParent(management_);
         }
         MessageBox::showEvent(event);
     }
 
-    void comeInFront() {
-        if (!isOnWayland_) {
+    void comeInFrontOf(QWindow* management) {
+        management_ = management;
+        if (management != nullptr && !isOnWayland_) {
             raise();
-        } else if (isVisible() && windowHandle()->transientParent() != managementWindow()) {
+        } else if (isOnWayland_ && isVisible() &&
+                   windowHandle()->transientParent() != management_) {
             hide();
             show();
         }
     }
 
-    QWindow* managementWindow() const {
-        const auto windows = QGuiApplication::topLevelWindows();
-        const auto found = std::ranges::find_if(windows, [this](const QWindow* window) {
-            return window->objectName() == nativeName_ && window->isVisible();
-        });
-        return found == windows.end() ? nullptr : *found;
-    }
-
     const bool isOnWayland_ = QGuiApplication::platformName() == "wayland";
-
-    bool isToBeExposed_ = false; ///< the management window, for the first time since it was shown
+    QPointer<QWindow> management_; ///< while it is shown
+    bool isToBeExposed_ = false;   ///< that window, for the first time since it was shown
 };
 
 std::unique_ptr<MessageBox> makeWindow() {
