@@ -90,10 +90,10 @@ protected:
     /// Screen readers know of it some time before it is on the screen.
     Accessible prompt() {
         auto window = user().reader.find("alert message", promptTitle);
-        user().managementComes();
         const auto isInFront = [this] {
             const auto windows = user().story.pager.windows(); // back to front
-            return windows.back().title == user().words.titles.alert;
+            return user().hasWindow(std::string{user().words.titles.management}) &&
+                   windows.back().title == user().words.titles.alert;
         };
         EXPECT_TRUE(waitUntil(isInFront));
         return window;

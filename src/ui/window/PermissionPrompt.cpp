@@ -47,8 +47,8 @@ private:
             if (event->type() == QEvent::Show) {
                 isToBeExposed_ = true;
             } else if (event->type() == QEvent::Close) {
-                comeInFrontOf(
-                    nullptr); // the toolkit hides a window with the one that it belongs to
+                // The toolkit hides a window with the one that it belongs to.
+                comeInFrontOf(nullptr);
             }
         } else if (watched->objectName() == nativeName_) {
             const bool isExposed = event->type() == QEvent::Expose;
