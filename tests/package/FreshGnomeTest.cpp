@@ -57,7 +57,7 @@ protected:
     void picture(const std::string& name) {
         EXPECT_TRUE(becomes("global.get_window_actors().every(actor => actor.visible && "
                             "actor.get_image(null) !== null)"));
-        for (int frame = 0; frame < 3; ++frame) {
+        for (int frame = 0; frame < 30; ++frame) {
             gnome().desktop.evaluate("new Promise(resolve => {"
                                      "  const painted = global.stage.connect('after-paint', () => {"
                                      "    global.stage.disconnect(painted); resolve(0);"
