@@ -138,6 +138,9 @@ TEST_F(FreshGnomeTest, FromTheOverviewToTheFirstCombination) {
     user().press(user().managementComes(), user().words.add);
     const auto editor = user().dialogComes(user().words.titles.adding);
     user().choose(editor, user().target);
+    EXPECT_TRUE(becomes("global.get_window_actors().at(-1)?.meta_window.get_frame_rect().height >= "
+                        "280"))
+        << "the editor has no room for its second step";
     picture("editor");
     user().press(editor, user().words.record);
     user().reader.find(editor, "push button", "停止");

@@ -173,6 +173,7 @@ void AddEditShortcutSheet::showSelectedApp() {
 void AddEditShortcutSheet::showStep2() {
     views_.step2Container->show();
     if (height() < grown(heightOfBothSteps)) {
+        mayGetOldSize_ = true;
         setFixedHeight(grown(heightOfBothSteps));
     }
 }
@@ -247,6 +248,10 @@ void AddEditShortcutSheet::cancelSheet() {
 
 void AddEditShortcutSheet::resizeEvent(QResizeEvent*) {
     views_.layOut(size());
+    if (height() < minimumHeight() && std::exchange(mayGetOldSize_, false)) {
+        const auto growAgain = [this] { resize(size().expandedTo(minimumSize())); };
+        QMetaObject::invokeMethod(this, growAgain, Qt::QueuedConnection);
+    }
 }
 
 void AddEditShortcutSheet::changeEvent(QEvent* event) {

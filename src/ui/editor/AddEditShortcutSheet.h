@@ -79,6 +79,9 @@ private:
     std::optional<QIcon> selectedAppIcon_;
     std::shared_ptr<KeyRecorderView> keyRecorder_;
     EditorViews views_;
+
+    /// It has grown: a compositor that gives it the keys back may do so with the size from before.
+    bool mayGetOldSize_ = false;
     std::unique_ptr<platform::Subscription> shortcutsObservation_;
     std::unique_ptr<platform::Subscription> holdersObservation_;
     std::shared_ptr<AddEditShortcutSheet> heldWhileShown_; ///< ourselves
