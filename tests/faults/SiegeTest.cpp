@@ -71,7 +71,7 @@ protected:
     void TearDown() override {
         auto& server = story.desktop.virtualDisplay().server();
         for (auto* const process : {&story.utility(), &server}) {
-            if (HasFailure() && process->hasEnded()) {
+            if (HasFailure() && process->hasEnded() && process->wait() != 0) {
                 ADD_FAILURE() << (process == &server ? "the display" : "the program")
                               << " has ended with " << *process->wait() << ": "
                               << process->errors();
@@ -386,7 +386,7 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
               << " ms; slowest between the rounds " << worst << " ms" << std::endl;
     EXPECT_LE(times[presses / 2], mostMilliseconds);
     EXPECT_LE(atEnd.memory, atStart.memory + mostGrowth);
-    EXPECT_EQ(atEnd.descriptors, atStart.descriptors);
+    EXPECT_LE(atEnd.descriptors, atStart.descriptors);
     EXPECT_EQ(atEnd.displayClients, atStart.displayClients);
     EXPECT_THAT(differences(files(), before), testing::IsEmpty());
     EXPECT_FALSE(home.isForeignEntryStarted());
