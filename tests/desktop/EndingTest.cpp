@@ -100,12 +100,5 @@ TEST_F(EndingTest, AProgramThatCrashesOnAKeyPressDoesNotDisturbIt) {
     EXPECT_FALSE(story.utility().hasEnded());
 }
 
-TEST_F(EndingTest, WhenTheDisplayGoesAwayItEndsByItself) {
-    story.desktop.virtualDisplay().server().signal(SIGKILL);
-    const auto status = story.utility().wait();
-    ASSERT_TRUE(status.has_value()) << "still running";
-    EXPECT_THAT(*status, testing::AnyOf(0, 1)) << "whoever notices first: we, or the toolkit";
-}
-
 } // namespace
 } // namespace hollowfernpike

@@ -49,14 +49,25 @@ protected:
     KeyboardUserOnWayland& user() { return *user_; }
     GnomeStory& gnome() { return static_cast<GnomeStory&>(user().story); }
 
+    bool becomes(const std::string& condition) {
+        return waitUntil([&] { return gnome().desktop.evaluate(condition).get<bool>(); });
+    }
+
+    /// The shell lists a window some time before it has painted it.
     void picture(const std::string& name) {
+        EXPECT_TRUE(becomes("global.get_window_actors().every(actor => actor.visible && "
+                            "actor.get_image(null) !== null)"));
+        for (int frame = 0; frame < 30; ++frame) {
+            gnome().desktop.evaluate("new Promise(resolve => {"
+                                     "  const painted = global.stage.connect('after-paint', () => {"
+                                     "    global.stage.disconnect(painted); resolve(0);"
+                                     "  });"
+                                     "  global.stage.queue_redraw();"
+                                     "})");
+        }
         const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
         gnome().desktop.takePicture(std::filesystem::path(HFP_PICTURES) / test->name() /
                                     (std::to_string(++pictures_) + ' ' + name + ".png"));
-    }
-
-    bool becomes(const std::string& condition) {
-        return waitUntil([&] { return gnome().desktop.evaluate(condition).get<bool>(); });
     }
 
     void startFromOverview() {
@@ -90,8 +101,11 @@ protected:
     /// Screen readers know of it some time before it is on the screen.
     Accessible prompt() {
         auto window = user().reader.find("alert message", promptTitle);
-        const std::string title{user().words.titles.alert};
-        EXPECT_TRUE(waitUntil([&] { return user().hasWindow(title); }));
+        EXPECT_TRUE(becomes("const last = global.get_window_actors().at(-1)?.meta_window;"
+                            "last?.title === '" +
+                            std::string{user().words.titles.alert} +
+                            "' && last.get_transient_for()?.title === '" +
+                            std::string{user().words.titles.management} + "'"));
         return window;
     }
 

@@ -188,6 +188,7 @@ void AddEditShortcutSheet::saveSheet() {
         tell(localized("起動するアプリを選択してください", "Please select an app to launch."));
         return;
     }
+    shortcutsObservation_.reset(); // what it saves is not taken by another
     if (onSave) {
         onSave({.id = editingShortcut_ ? editingShortcut_->id : UUID::random(),
                 .keyCode = *keyCode,

@@ -9,8 +9,12 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QPushButton>
+#include <QShowEvent>
+#include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 namespace hollowfernpike {
@@ -20,28 +24,63 @@ namespace {
 /// Comes back in front of the management window when that is shown or activated, and leaves it the
 /// keys. A window asks for the front as soon as it is on the screen, so its first exposure comes
 /// after that. What the user opens from there, such as an editor, is left in front.
+///
+/// On Wayland no program can raise its windows. There it belongs to the management window, and is
+/// shown anew for that, because a window says whose it is when it is shown.
 class PromptWindow final : public MessageBox {
 public:
-    PromptWindow() { qApp->installEventFilter(this); }
+    PromptWindow() {
+        qApp->installEventFilter(this);
+        const auto windows = QGuiApplication::topLevelWindows();
+        const auto found = std::ranges::find_if(windows, [this](const QWindow* window) {
+            return window->objectName() == nativeName_ && window->isVisible();
+        });
+        management_ = found == windows.end() ? nullptr : *found;
+    }
 
 private:
     // What the toolkit calls the native window of a widget with that name.
     const QString nativeName_ = QString(managementWindowName) + "Window";
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show && watched->objectName() == managementWindowName) {
-            isToBeExposed_ = true;
+        if (watched->objectName() == managementWindowName) {
+            if (event->type() == QEvent::Show) {
+                isToBeExposed_ = true;
+            } else if (event->type() == QEvent::Close) {
+                // The toolkit hides a window with the one that it belongs to.
+                comeInFrontOf(nullptr);
+            }
         } else if (watched->objectName() == nativeName_) {
             const bool isExposed = event->type() == QEvent::Expose;
             if ((isExposed && std::exchange(isToBeExposed_, false)) ||
                 event->type() == QEvent::FocusIn) {
-                raise();
+                comeInFrontOf(static_cast<QWindow*>(watched));
             }
         }
         return MessageBox::eventFilter(watched, event);
     }
 
-    bool isToBeExposed_ = false; ///< the management window, for the first time since it was shown
+    void showEvent(QShowEvent* event) override {
+        if (isOnWayland_) {
+            windowHandle()->setTransientParent(management_);
+        }
+        MessageBox::showEvent(event);
+    }
+
+    void comeInFrontOf(QWindow* management) {
+        management_ = management;
+        if (management != nullptr && !isOnWayland_) {
+            raise();
+        } else if (isOnWayland_ && isVisible() &&
+                   windowHandle()->transientParent() != management_) {
+            hide();
+            show();
+        }
+    }
+
+    const bool isOnWayland_ = QGuiApplication::platformName() == "wayland";
+    QPointer<QWindow> management_; ///< while it is shown
+    bool isToBeExposed_ = false;   ///< that window, for the first time since it was shown
 };
 
 std::unique_ptr<MessageBox> makeWindow() {

@@ -1,9 +1,12 @@
 #include "desktop/editor/ScreenReader.h"
 #include "desktop/gnome/GnomeStory.h"
+#include "desktop/windows/WindowTitles.h"
 
 #include <chrono>
 #include <csignal>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -33,6 +36,17 @@ protected:
     std::string words() {
         const auto window = prompt();
         return reader_->description(window);
+    }
+
+    /// Of the utility's windows, back to front.
+    std::vector<std::string> ownTitles() {
+        std::vector<std::string> titles;
+        for (const auto& window : story().pager.windows()) {
+            if (window.process == story().utility().pid()) {
+                titles.push_back(window.title);
+            }
+        }
+        return titles;
     }
 
     bool hasOwner(const std::string& name) {
@@ -103,6 +117,21 @@ TEST_F(PermissionOnGnomeTest, TheKeysAreTheWindowsAsLongAsItIsNotEnabled) {
     prompt();
     auto& front = story().open("Front");
     EXPECT_TRUE(story().passes(front, bound.keys()));
+}
+
+TEST_F(PermissionOnGnomeTest, TheQuestionStaysInFrontOfTheManagementWindow) {
+    begin({.enablesExtension = false});
+    story().launchUtility();
+    prompt();
+    story().desktop.start({story().program()})->wait();
+    const std::string management{japaneseTitles.management};
+    const std::string question{japaneseTitles.alert};
+    EXPECT_TRUE(waitUntil([&] {
+        return ownTitles() == std::vector{management, question};
+    })) << testing::PrintToString(ownTitles());
+    story().pager.closeTitled(management);
+    EXPECT_TRUE(waitUntil([&] { return ownTitles() == std::vector{question}; }))
+        << testing::PrintToString(ownTitles());
 }
 
 TEST_F(PermissionOnGnomeTest, AnExtensionThatCameAfterTheLoginNeedsAnother) {

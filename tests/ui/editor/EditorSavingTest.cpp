@@ -1,3 +1,4 @@
+#include "model/ShortcutStore.h"
 #include "ui/editor/EditorSheetTest.h"
 
 #include <gmock/gmock.h>
@@ -31,6 +32,21 @@ TEST_F(EditorSavingTest, EveryNewShortcutHasAnIdentifierOfItsOwn) {
     }
     ASSERT_THAT(saved_, SizeIs(2));
     EXPECT_NE(saved_[0].id, saved_[1].id);
+}
+
+TEST_F(EditorSavingTest, TheCombinationOfTheNewShortcutIsNotCalledTaken) {
+    auto& sheet = open();
+    choose(sheet, exampleApp);
+    record(sheet, 0, 0x100000);
+    const auto* notice = sheet.findChild<QWidget*>("noticeLabel");
+    ASSERT_NE(notice, nullptr);
+    bool isTold = true;
+    sheet.onSave = [&](const AppShortcut& shortcut) {
+        ShortcutStore::shared().add(shortcut);
+        isTold = notice->isVisible();
+    };
+    sheet.saveSheet();
+    EXPECT_FALSE(isTold);
 }
 
 TEST_F(EditorSavingTest, AnUntouchedShortcutIsSavedAsItWas) {
