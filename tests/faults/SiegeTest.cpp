@@ -71,7 +71,7 @@ protected:
     void TearDown() override {
         auto& server = story.desktop.virtualDisplay().server();
         for (auto* const process : {&story.utility(), &server}) {
-            if (HasFailure() && process->hasEnded()) {
+            if (HasFailure() && process->hasEnded() && process->wait() != 0) {
                 ADD_FAILURE() << (process == &server ? "the display" : "the program")
                               << " has ended with " << *process->wait() << ": "
                               << process->errors();
@@ -143,19 +143,20 @@ protected:
         const auto process = story.utility().pid();
         rlimit limit{};
         ASSERT_EQ(::prlimit(process, RLIMIT_NOFILE, nullptr, &limit), 0);
-        const rlimit noMore{highestDescriptor(process) + 1, limit.rlim_max};
+        const rlimit noMore{lowestFreeDescriptor(process), limit.rlim_max};
         ASSERT_EQ(::prlimit(process, RLIMIT_NOFILE, &noMore, nullptr), 0);
         const auto takers = requestsAreNoise();
         EXPECT_EQ(answers(2).size(), 2U);
         ASSERT_EQ(::prlimit(process, RLIMIT_NOFILE, &limit, nullptr), 0);
     }
 
-    static rlim_t highestDescriptor(pid_t process) {
-        rlim_t highest = 0;
-        for (const auto& name : namesIn("/proc/" + std::to_string(process) + "/fd")) {
-            highest = std::max<rlim_t>(highest, std::stoul(name));
+    static rlim_t lowestFreeDescriptor(pid_t process) {
+        const auto used = namesIn("/proc/" + std::to_string(process) + "/fd");
+        rlim_t lowest = 0;
+        while (std::ranges::find(used, std::to_string(lowest)) != used.end()) {
+            ++lowest;
         }
-        return highest;
+        return lowest;
     }
 
     void windowsLie() {
@@ -385,7 +386,7 @@ TEST_F(SiegeTest, AllAttacksTogetherLeaveItAsItWas) {
               << " ms; slowest between the rounds " << worst << " ms" << std::endl;
     EXPECT_LE(times[presses / 2], mostMilliseconds);
     EXPECT_LE(atEnd.memory, atStart.memory + mostGrowth);
-    EXPECT_EQ(atEnd.descriptors, atStart.descriptors);
+    EXPECT_LE(atEnd.descriptors, atStart.descriptors);
     EXPECT_EQ(atEnd.displayClients, atStart.displayClients);
     EXPECT_THAT(differences(files(), before), testing::IsEmpty());
     EXPECT_FALSE(home.isForeignEntryStarted());
