@@ -21,7 +21,7 @@ const std::string drawing = R"(<svg xmlns="http://www.w3.org/2000/svg" )"
                             R"(xmlns:xlink="http://www.w3.org/1999/xlink" )";
 constexpr std::uintmax_t terabyte = std::uintmax_t{1} << 40;
 
-void require(bool isDone, const fs::path& path) {
+void provide(bool isDone, const fs::path& path) {
     if (!isDone) {
         throw std::runtime_error("cannot make " + path.string());
     }
@@ -30,7 +30,7 @@ void require(bool isDone, const fs::path& path) {
 void layPipe(const fs::path& path) {
     fs::create_directories(path.parent_path());
     fs::remove(path);
-    require(::mkfifo(path.c_str(), 0600) == 0, path);
+    provide(::mkfifo(path.c_str(), 0600) == 0, path);
 }
 
 /// Each group is drawn twice by the next.
@@ -52,7 +52,7 @@ void layPackedBlanks(const fs::path& path, std::size_t megabytes) {
         ::gzwrite(file, block.data(), static_cast<unsigned>(block.size()));
     }
     ::gzwrite(file, "/>", 2);
-    require(::gzclose(file) == Z_OK, path);
+    provide(::gzclose(file) == Z_OK, path);
 }
 
 } // namespace
@@ -96,7 +96,7 @@ void HostileHome::layForeignEntry() const {
                                (home_ / "started").string() + "\n");
     fs::permissions(foreignEntry_, fs::perms{0777});
     if (::geteuid() == 0) {
-        require(::chown(foreignEntry_.c_str(), ordinaryUser, ordinaryUser) == 0, foreignEntry_);
+        provide(::chown(foreignEntry_.c_str(), ordinaryUser, ordinaryUser) == 0, foreignEntry_);
     }
 }
 

@@ -37,9 +37,9 @@ private:
 };
 
 /// Of the kind that takes in windows.
-class Tray final : public StatusArea {
+class OlderTray final : public StatusArea {
 public:
-    explicit Tray(EditorStory& story) : panel_(story, story, 1) {}
+    explicit OlderTray(EditorStory& story) : panel_(story, story, 1) {}
 
     void showsItem() override { panel_.showsSymbol(); }
     void manage() override { panel_.choose(0); }
@@ -66,7 +66,7 @@ const KindOfArea kindsOfArea[] = {
      }},
     {"Tray",
      [](EditorStory& story) -> std::unique_ptr<StatusArea> {
-         return std::make_unique<Tray>(story);
+         return std::make_unique<OlderTray>(story);
      }},
 };
 
