@@ -27,7 +27,7 @@ protected:
 
     /// An entry outside the applications directories, so that no menu lists it.
     std::filesystem::path strayEntry() {
-        const auto entry =
+        auto entry =
             write("stray.desktop", "[Desktop Entry]\nType=Application\nName=Stray\nExec=" +
                                        quartz.program().string() + "\n");
         std::filesystem::permissions(entry, std::filesystem::perms::owner_all); // as it is trusted
