@@ -27,9 +27,8 @@ protected:
 
     /// An entry outside the applications directories, so that no menu lists it.
     std::filesystem::path strayEntry() {
-        auto entry =
-            write("stray.desktop", "[Desktop Entry]\nType=Application\nName=Stray\nExec=" +
-                                       quartz.program().string() + "\n");
+        auto entry = write("stray.desktop", "[Desktop Entry]\nType=Application\nName=Stray\nExec=" +
+                                                quartz.program().string() + "\n");
         std::filesystem::permissions(entry, std::filesystem::perms::owner_all); // as it is trusted
         return entry;
     }
