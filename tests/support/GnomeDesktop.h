@@ -96,6 +96,7 @@ public:
 private:
     void writeSettings() const;
     void startShell();
+    bool tryToStartShell();
     bool isReady() const;
 
     SessionFolders folders_;
