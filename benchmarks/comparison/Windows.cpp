@@ -99,12 +99,12 @@ public:
 
     /// The panel of applications on the editor.
     double timePanel() {
-        const auto editor = user_.clickAdd();
+        user_.clickAdd();
         rest();
         const auto begin = Clock::now();
         story_.keyboard.strike({"SPCE"});
         const double taken = secondsUntil([this] { return panelLook() == panel_; }, begin);
-        closePanel(editor);
+        closePanel();
         return taken;
     }
 
@@ -119,11 +119,12 @@ private:
 
     // Escape is struck repeatedly: on a busy machine the editor may lose a key that comes as soon
     // as the panel has gone.
-    void closePanel(xcb_window_t editor) {
+    void closePanel() {
         user_.strikeAndLeave(user_.comes(user_.titles.applications), "ESC");
+        user_.comes(user_.titles.adding);
         const auto isClosed = [&] {
             story_.keyboard.strike({"ESC"});
-            return test::waitUntil([&] { return story_.pager.activeWindow() != editor; },
+            return test::waitUntil([&] { return shownWindow(user_.titles.adding) == XCB_NONE; },
                                    test::patience / 4);
         };
         user_.require(isClosed, "the editor does not close");
@@ -159,12 +160,12 @@ private:
     }
 
     void learnPanel() {
-        const auto editor = user_.clickAdd();
+        user_.clickAdd();
         story_.keyboard.strike({"SPCE"});
         user_.comes(user_.titles.applications);
         rest();
         panel_ = panelLook();
-        closePanel(editor);
+        closePanel();
     }
 
     void prepareImport() {
