@@ -1,4 +1,5 @@
 #include "desktop/editor/EditorStory.h"
+#include "show/Camera.h"
 #include "support/Files.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
@@ -68,6 +69,20 @@ TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
     story.clickExport();
     EXPECT_TRUE(shows(story.titles.exporting, "フォルダー"));
     EXPECT_FALSE(namesIn(story.titles.exporting).contains("Folder"));
+}
+
+TEST_F(FilePanelsTest, WriteSizesAndDatesInThatLanguageInEverySession) {
+    writeFile(documents / "list.json", std::string(20'000, ' '));
+    const auto look = [this](const char* session) {
+        story.start({{"LANG", session}});
+        story.openManagement();
+        story.clickExport();
+        const auto panel = story.reader.find("dialog", story.titles.exporting);
+        story.reader.find(panel, "tree item", "list.json");
+        const auto rows = story.reader.placeOf(story.reader.find(panel, "tree", "ファイル"));
+        return show::picture(story.desktop.display()).copy(rows.x, rows.y, rows.width, rows.height);
+    };
+    EXPECT_EQ(look("ja_JP.UTF-8"), look("de_DE.UTF-8"));
 }
 
 TEST_F(FilePanelsTest, AskOnceBeforeTheyReplaceAFile) {
