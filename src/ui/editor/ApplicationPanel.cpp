@@ -17,7 +17,6 @@
 #include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -31,18 +30,6 @@ namespace {
 constexpr QSize initialSize(360, 420);
 constexpr QSize rowIcon(24, 24);
 constexpr auto entryExtension = ".desktop";
-
-/// Gives all icons the same room, so that the names beside them begin in one line.
-class RowDelegate final : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-private:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->decorationSize = rowIcon;
-    }
-};
 
 ApplicationSearch installedApplications() {
     const Language language = Language::current();
@@ -127,7 +114,6 @@ void ApplicationPanel::buildList() {
     list_->setModel(&model_);
     list_->setIconSize(rowIcon);
     list_->setUniformItemSizes(true);
-    list_->setItemDelegate(new RowDelegate(list_));
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);

@@ -1,3 +1,4 @@
+#include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
 #include "show/Camera.h"
 #include "support/WaitUntil.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -77,6 +79,25 @@ TEST_F(DetailsTest, NamesInThePanelBeginInOneLineWhateverTheShapeOfTheIcons) {
     const auto shown = pictures();
     EXPECT_FALSE(isPlain(nameIn(shown[0]), shown[0].height() / 2)) << "there is a name";
     EXPECT_EQ(nameIn(shown[0]), nameIn(shown[1]));
+}
+
+TEST_F(DetailsTest, SaveAndCancelAreEquallyHighWhateverTheirTextsNeed) {
+    const auto style = story.desktop.home() / "style.qss";
+    writeFile(style, "QPushButton:default { padding: 9px }\n");
+    setFont(story.desktop, 10);
+    std::ofstream(story.desktop.home() / ".config/qt6ct/qt6ct.conf", std::ios::app)
+        << "\n[Interface]\nstylesheets=" << style.string() << '\n';
+    story.start(withFontSettings);
+    story.openManagement();
+    story.clickAdd();
+    const auto placeOf = [this](std::string_view name) {
+        return story.reader.placeOf(story.part(story.titles.adding, "push button", name));
+    };
+    const auto save = placeOf("保存");
+    const auto cancel = placeOf("キャンセル");
+    EXPECT_GT(save.height, placeOf("アプリを選択...").height) << "the style is in force";
+    EXPECT_EQ(cancel.height, save.height);
+    EXPECT_EQ(cancel.y, save.y);
 }
 
 TEST_F(DetailsTest, AMessageOfTwoLinesKeepsClearOfTheRecordersRing) {

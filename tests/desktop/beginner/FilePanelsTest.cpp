@@ -74,7 +74,7 @@ TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
 TEST_F(FilePanelsTest, WriteSizesAndDatesInThatLanguageInEverySession) {
     writeFile(documents / "list.json", std::string(20'000, ' '));
     const auto look = [this](const char* session) {
-        story.start({{"LANG", session}});
+        story.start({{"LANG", session}, {"LC_ALL", session}});
         story.openManagement();
         story.clickExport();
         const auto panel = story.reader.find("dialog", story.titles.exporting);

@@ -5,6 +5,7 @@
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <map>
@@ -115,10 +116,11 @@ TEST_F(NothingTwiceTest, AnImportSavesOnceAndLeavesAloneWhatStays) {
     import(fewer);
     ASSERT_TRUE(story.isFree(combinationOf(many - 1)));
     EXPECT_EQ(saves.arrivals("shortcuts.json"), 2);
+    int mostReads = 0;
     for (std::size_t number = 0; number < many; ++number) {
-        EXPECT_LE(reads.openings(nameOf(number) + ".desktop"), 2)
-            << "for its name, and for the index of all entries";
+        mostReads = std::max(mostReads, reads.openings(nameOf(number) + ".desktop"));
     }
+    EXPECT_EQ(mostReads, 2) << "for its name, and for the index of all entries";
     const auto asked = grabs.of(::getpid());
     ASSERT_TRUE(story.isFree(combinationOf(many - 1)));
     ASSERT_TRUE(waitUntil([&] { return grabs.of(::getpid()) > asked; }));
