@@ -28,7 +28,7 @@ namespace hollowfernpike {
 namespace {
 
 constexpr QSize initialSize(360, 420);
-constexpr QSize rowIcon(24, 24);
+constexpr int rowIcon = 24;
 constexpr auto entryExtension = ".desktop";
 
 ApplicationSearch installedApplications() {
@@ -112,7 +112,7 @@ void ApplicationPanel::buildList() {
     list_->setObjectName("list");
     list_->setAccessibleName(localized("アプリ", "Apps"));
     list_->setModel(&model_);
-    list_->setIconSize(rowIcon);
+    list_->setIconSize(QSize(grown(rowIcon), grown(rowIcon)));
     list_->setUniformItemSizes(true);
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

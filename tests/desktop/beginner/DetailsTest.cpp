@@ -28,9 +28,9 @@ protected:
             .copy(place.x, place.y, place.width, place.height);
     }
 
-    /// An application whose icon, all magenta, is so wide and 24 high.
+    /// An application whose icon, all magenta, is so wide and, unless wider, 24 high.
     void installWithIcon(const std::string& file, int width) {
-        QImage icon(width, 24, QImage::Format_RGB32);
+        QImage icon(width, std::max(width, 24), QImage::Format_RGB32);
         icon.fill(Qt::magenta);
         const auto image = (story.desktop.home() / (file + ".png")).string();
         ASSERT_TRUE(icon.save(QString::fromStdString(image)));
@@ -79,6 +79,27 @@ TEST_F(DetailsTest, NamesInThePanelBeginInOneLineWhateverTheShapeOfTheIcons) {
     const auto shown = pictures();
     EXPECT_FALSE(isPlain(nameIn(shown[0]), shown[0].height() / 2)) << "there is a name";
     EXPECT_EQ(nameIn(shown[0]), nameIn(shown[1]));
+}
+
+TEST_F(DetailsTest, IconsInThePanelGrowWithTheFont) {
+    installWithIcon("square", 48);
+    setFont(story.desktop, 24);
+    story.start(withFontSettings);
+    story.openManagement();
+    story.reader.press(story.reader.find("push button", "+ ショートカット追加"));
+    story.comes(story.titles.adding);
+    story.reader.press(story.part(story.titles.adding, "push button", "アプリを選択..."));
+    const auto row =
+        story.reader.placeOf(story.part(story.titles.applications, "list item", "Maps"));
+    constexpr int grown = 2 * 24;
+    EXPECT_TRUE(waitUntil([&] {
+        const auto look = lookAt(row);
+        int width = 0;
+        for (int x = 0; x < look.width(); ++x) {
+            width += look.pixelColor(x, look.height() / 2) == Qt::magenta ? 1 : 0;
+        }
+        return width == grown;
+    }));
 }
 
 TEST_F(DetailsTest, SaveAndCancelAreEquallyHighWhateverTheirTextsNeed) {

@@ -71,6 +71,18 @@ TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
     EXPECT_FALSE(namesIn(story.titles.exporting).contains("Folder"));
 }
 
+TEST_F(FilePanelsTest, ShowAllColumnsWhole) {
+    story.clickExport();
+    const auto files =
+        story.reader.find(story.reader.find("dialog", story.titles.exporting), "tree", "ファイル");
+    story.reader.find(files, "column header", "更新日");
+    const auto whole = story.reader.placeOf(files);
+    for (const auto& part : story.reader.partsOf(files)) {
+        const auto place = story.reader.placeOf(part);
+        EXPECT_LE(place.x + place.width, whole.x + whole.width) << part.name;
+    }
+}
+
 TEST_F(FilePanelsTest, WriteSizesAndDatesInThatLanguageInEverySession) {
     writeFile(documents / "list.json", std::string(20'000, ' '));
     const auto look = [this](const char* session) {

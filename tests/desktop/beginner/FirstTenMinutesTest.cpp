@@ -259,6 +259,9 @@ TEST_P(FirstTenMinutesTest, EndWithAListThatWorks) {
     ASSERT_NO_FATAL_FAILURE(switchTheLanguage());
     deleteFirst();
     restore();
+    for (const auto& combination : {first, second, third}) {
+        ASSERT_TRUE(story.isLive(story.grabOf(combination)));
+    }
     EXPECT_TRUE(story.brings(quartz, story.front, first));
     EXPECT_TRUE(story.brings(feldspar, story.front, second));
     EXPECT_TRUE(story.brings(obsidian, story.front, third));
