@@ -1,3 +1,4 @@
+#include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
 #include "show/Camera.h"
 #include "support/Files.h"
@@ -71,8 +72,11 @@ TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
     EXPECT_FALSE(namesIn(story.titles.exporting).contains("Folder"));
 }
 
-TEST_F(FilePanelsTest, ShowAllColumnsWhole) {
-    story.clickExport();
+TEST_F(FilePanelsTest, ShowAllColumnsWholeInALargeFont) {
+    setFont(story.desktop, 16);
+    story.start(withFontSettings);
+    story.openManagement();
+    story.reader.press(story.reader.find("push button", "エクスポート"));
     const auto files =
         story.reader.find(story.reader.find("dialog", story.titles.exporting), "tree", "ファイル");
     story.reader.find(files, "column header", "更新日");

@@ -139,7 +139,8 @@ TEST_F(NothingTwiceTest, AChangePaintsEachPixelOnce) {
     story.titles = englishTitles;
     story.reader.find("push button", "+ Add Shortcut");
     show::picture(story.desktop.display());
-    const auto window = static_cast<std::size_t>(4 * place.width * place.height);
+    const auto window = std::size_t{4} * static_cast<std::size_t>(place.width) *
+                        static_cast<std::size_t>(place.height);
     const auto bytes = painted.bytesOf(story.utility().pid());
     EXPECT_GE(bytes, window / 2);
     EXPECT_LE(bytes, window + window / 10);
