@@ -1,6 +1,7 @@
 #include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
 #include "show/Camera.h"
+#include "show/Typing.h"
 #include "support/Files.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
@@ -99,6 +100,24 @@ TEST_F(FilePanelsTest, WriteSizesAndDatesInThatLanguageInEverySession) {
         return show::picture(story.desktop.display()).copy(rows.x, rows.y, rows.width, rows.height);
     };
     EXPECT_EQ(look("ja_JP.UTF-8"), look("de_DE.UTF-8"));
+}
+
+TEST_F(FilePanelsTest, TakeJsonAlone) {
+    writeFile(documents / "notes.txt", "[]");
+    writeFile(documents / "list.json", "[]");
+    const auto panel = story.clickImport();
+    const auto field = story.part(story.titles.importing, "text", "ファイル名(N):");
+    show::type(story.keyboard, (documents / "notes.txt").string());
+    story.keyboard.strike({"RTRN"}); // perhaps taken by a list of completions
+    story.keyboard.strike({"RTRN"});
+    show::type(story.keyboard, "x");
+    EXPECT_TRUE(waitUntil([&] { return story.reader.text(field).ends_with('x'); }));
+    EXPECT_TRUE(story.isActive(panel));
+    story.enterPath(panel, documents / "list.json");
+    story.strikeAndLeave(story.comes(story.titles.alert), "ESC");
+    story.managementComes();
+    story.enterPath(story.clickExport(), documents / "plain");
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(documents / "plain.json"); }));
 }
 
 TEST_F(FilePanelsTest, AskOnceBeforeTheyReplaceAFile) {
