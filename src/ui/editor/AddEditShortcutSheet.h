@@ -23,7 +23,6 @@ namespace hollowfernpike {
 /// something to save.
 ///
 /// It keeps itself alive while it is shown; once closed it lives as long as somebody holds it.
-/// Closing it does not stop a recording.
 class AddEditShortcutSheet final : public QWidget,
                                    public std::enable_shared_from_this<AddEditShortcutSheet> {
 public:

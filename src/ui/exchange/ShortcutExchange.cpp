@@ -8,6 +8,7 @@
 #include "platform/FileManager.h"
 #include "platform/Services.h"
 #include "ui/icons/Symbols.h"
+#include "ui/parts/AppName.h"
 #include "ui/parts/FilePanel.h"
 
 #include <memory>
@@ -68,7 +69,8 @@ std::string warningAbout(const std::string& document) {
             auto& bundles = platform::services().applicationBundles;
             if (bundles.standingOf(shortcut.appPath) == platform::Standing::untrusted &&
                 ++count <= mostNamed) {
-                names += '\n' + oneLine(shortcut.appName + " (" + shortcut.appPath + ')');
+                const auto name = shownAppName(shortcut.appPath, shortcut.appName).toStdString();
+                names += '\n' + oneLine(name + " (" + shortcut.appPath + ')');
             }
         }
     } catch (const platform::LocalizedError&) {

@@ -11,6 +11,7 @@
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHash>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -29,9 +30,12 @@ namespace {
 
 constexpr QSize usualSize(680, 440);
 
-QString lastFolder; // where a panel was answered last; empty before that
+QHash<QString, QString> lastFolders; // where panels were answered last, by the files' extension
 
-QString firstFolder() {
+QString firstFolder(const QString& extension) {
+    if (const auto last = lastFolders.value(extension); QFileInfo(last).isDir()) {
+        return last;
+    }
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
@@ -113,7 +117,10 @@ FilePanel::FilePanel(Purpose purpose, const QString& kind, const QString& extens
     fitColumns();
     resize(grown(usualSize.width()), grown(usualSize.height()));
     setSidebarUrls(usualPlaces());
-    setDirectory(lastFolder.isEmpty() ? firstFolder() : lastFolder);
+    setDirectory(firstFolder(extension));
+    connect(this, &QFileDialog::fileSelected, this, [extension](const QString& file) {
+        lastFolders[extension] = QFileInfo(file).absolutePath();
+    });
     for (auto* button : findChildren<QToolButton*>()) {
         button->installEventFilter(this);
     }
@@ -137,6 +144,7 @@ void FilePanel::localizeNumbers() {
 void FilePanel::fitColumns() {
     if (auto* files = findChild<QTreeView*>("treeView")) {
         auto* header = files->header();
+        header->setResizeContentsPrecision(0); // of what is on the screen: folders may be large
         header->setStretchLastSection(false);
         header->setSectionResizeMode(QHeaderView::ResizeToContents);
         header->setSectionResizeMode(0, QHeaderView::Stretch); // names
@@ -158,12 +166,12 @@ void FilePanel::accept() {
         QFileDialog::accept();
     } else if (acceptMode() == AcceptOpen) {
         const auto isOther = [this](const auto& path) { return isOfAnotherKind(path); };
-        std::ranges::any_of(files, isOther) ? QApplication::beep() : acceptNow();
+        std::ranges::any_of(files, isOther) ? QApplication::beep() : QFileDialog::accept();
     } else {
         completeName();
         const QFileInfo file(selectedFiles().value(0));
         if (!file.exists() || file.isDir()) {
-            acceptNow();
+            QFileDialog::accept();
             return;
         }
         const Alert question{
@@ -171,15 +179,10 @@ void FilePanel::accept() {
             .buttons = {localized("置き換える", "Replace"), localized("キャンセル", "Cancel")}};
         question.beginSheet(*this, [this](int button) {
             if (button == 0) {
-                acceptNow();
+                QFileDialog::accept();
             }
         });
     }
-}
-
-void FilePanel::acceptNow() {
-    lastFolder = QFileInfo(selectedFiles().value(0)).absolutePath();
-    QFileDialog::accept();
 }
 
 bool FilePanel::isOfAnotherKind(const QString& path) const {

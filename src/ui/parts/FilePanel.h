@@ -7,8 +7,8 @@ namespace hollowfernpike {
 /// Asks for a file of one kind, to be read or to be written. Speaks the program's language, which
 /// the desktop's own panel would not. Main thread only.
 ///
-/// It begins in the user's folder for documents, later where the last one was answered. Its side
-/// bar has the user's folders and the bookmarks that GTK's panels have.
+/// It begins in the user's folder for documents, later where the last one for files of that kind
+/// was answered. Its side bar has the user's folders and the bookmarks that GTK's panels have.
 class FilePanel : public QFileDialog {
 public:
     enum class Purpose : unsigned char {
@@ -25,7 +25,6 @@ public:
 
 private:
     void accept() override;
-    void acceptNow();
     void localizeNumbers();
     void fitColumns();
     bool isOfAnotherKind(const QString& path) const;

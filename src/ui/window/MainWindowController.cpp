@@ -15,6 +15,7 @@
 #include "ui/icons/SymbolButton.h"
 #include "ui/parts/AccessibleRole.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/AppName.h"
 #include "ui/parts/CombinationWords.h"
 #include "ui/parts/FontScale.h"
 #include "ui/parts/HolderNotice.h"
@@ -38,8 +39,7 @@
 namespace hollowfernpike {
 
 /// The management window itself: the desktop's key for closing closes it, and its list scrolls to
-/// the button that Tab moves the focus to; when people come back to it, it shows who holds their
-/// combinations now. Closing hides it. Main thread only.
+/// the button that Tab moves the focus to. Closing hides it. Main thread only.
 class ManagementWindow final : public QWidget {
 public:
     ManagementWindow();
@@ -48,10 +48,10 @@ public:
     void setScrollView(QScrollArea* scrollView) { scrollView_ = scrollView; }
 
     /// Told when the desktop's font changes.
-    std::function<void()> onFontChange;
+    std::function<void()> onFontChange = [] {};
 
     /// Told when people come back to the window.
-    std::function<void()> onReturn;
+    std::function<void()> onReturn = [] {};
 
 private:
     bool focusNextPrevChild(bool next) override;
@@ -78,12 +78,9 @@ bool ManagementWindow::focusNextPrevChild(bool next) {
 
 void ManagementWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        HotkeyManager::shared().tryAgain();
-        if (onReturn) {
-            onReturn();
-        }
+        onReturn();
     }
-    if (event->type() == QEvent::FontChange && onFontChange) {
+    if (event->type() == QEvent::FontChange) {
         onFontChange();
     }
     QWidget::changeEvent(event);
@@ -121,7 +118,7 @@ std::vector<const AddEditShortcutSheet*> openEditors() {
 }
 
 /// Away from the place of an editor that it would hide.
-void moveAside(QWidget& editor) {
+void moveAside(QWidget& editor, const QRect& room) {
     constexpr int step = 28; // shows the other's title
     const auto others = openEditors();
     const auto isHidden = [&](const QWidget* other) {
@@ -129,7 +126,8 @@ void moveAside(QWidget& editor) {
     };
     for (std::size_t moves = 0; moves < others.size(); ++moves) {
         if (std::ranges::any_of(others, isHidden)) {
-            editor.move(editor.pos() + QPoint(step, step));
+            const QPoint aside = editor.pos() + QPoint(step, step);
+            editor.move(room.contains({aside, editor.size()}) ? aside : room.topLeft());
         }
     }
 }
@@ -143,7 +141,7 @@ void openEditor(const QScreen& screen, const std::optional<AppShortcut>& editing
     };
     editor->takeUp(draft);
     center(*editor, screen);
-    moveAside(*editor);
+    moveAside(*editor, screen.availableGeometry());
     makeKeyAndOrderFront(*editor);
     platform::services().application.activateIgnoringOtherApps();
 }
@@ -168,7 +166,7 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     shown_ = identifiersInStore();
     reloadCards();
     window_->onFontChange = [this] { followFont(); };
-    window_->onReturn = [this] { watchApplications(); };
+    window_->onReturn = [this] { askAgain(); };
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
@@ -236,8 +234,8 @@ void MainWindowController::followFont() {
     reloadCards();
 }
 
-// A shortcut that was added is the last one, behind those that were there. An import may bring one
-// more, too, but replaces them all.
+// A shortcut that was added is the last one, behind those that were there, whether the user or an
+// import has added it.
 void MainWindowController::followStore() {
     auto now = identifiersInStore();
     const bool isAdded =
@@ -251,7 +249,12 @@ void MainWindowController::followStore() {
     }
 }
 
-// Anew when people come back, because the desktop may not have told so far.
+// What the desktop would not tell or give us before, it may now.
+void MainWindowController::askAgain() {
+    HotkeyManager::shared().tryAgain();
+    watchApplications();
+}
+
 void MainWindowController::watchApplications() {
     applicationsWatch_ =
         platform::services().applicationBundles.watch([this] { followApplications(); });
@@ -334,7 +337,9 @@ void MainWindowController::deleteShortcut(const AppShortcut& shortcut) {
         .message = L10n::Main::deleteConfirmTitle(withoutDirections(shortcut.appName)),
         .informativeText = L10n::Main::deleteConfirmInfo(shortcut.displayString()),
         .buttons = {localized("削除", "Delete"), localized("キャンセル", "Cancel")},
-        .hint = combinationInWords(shortcut.keyCode, shortcut.modifierFlags).toStdString()};
+        .hint = (shownAppName(shortcut.appPath, shortcut.appName) + ": " +
+                 combinationInWords(shortcut.keyCode, shortcut.modifierFlags))
+                    .toStdString()};
     question.beginSheet(*window_, [id = shortcut.id](int button) {
         if (button == 0) {
             ShortcutStore::shared().remove(id);

@@ -68,6 +68,7 @@ private:
     void setupUI();
     void followFont();
     void followStore();
+    void askAgain();
     void watchApplications();
     void followApplications();
     void followHolders();

@@ -10,8 +10,8 @@ class MessageBox;
 
 /// The window that tells the user why key presses cannot be seen and what to do about it, with a
 /// button if the program can do it. There is at most one; show() only changes its text while it is
-/// open. It stays in front of our other windows, except dialogs that have to be answered
-/// first. Main thread only.
+/// open. It stays in front of the management window, but not of what the user opens from there, nor
+/// of dialogs that have to be answered first. Main thread only.
 class PermissionPrompt {
 public:
     PermissionPrompt();

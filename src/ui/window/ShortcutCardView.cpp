@@ -84,6 +84,7 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
 void ShortcutCardView::renewApplication() {
     showAppName(*appNameLabel_, appPath_, appName_);
     isStandingShown_ = appPath_.empty();
+    describe();
     update();
 }
 
@@ -160,7 +161,9 @@ void ShortcutCardView::showStanding() {
 }
 
 void ShortcutCardView::describe() {
-    QStringList words{iconView_->toolTip(), notice_};
+    const auto known = shownAppName(appPath_, appName_);
+    QStringList words{known == appNameLabel_->text() ? QString() : known, iconView_->toolTip(),
+                      notice_};
     words.removeAll(QString());
     setAccessibleDescription(words.join(' '));
 }

@@ -10,12 +10,15 @@ using namespace test;
 class KeyWordsTest : public testing::Test {
 protected:
     const Combination pageDown{121, control | command};
+    static constexpr std::uint16_t brighter = 256 + 225;
 
     EditorStory story;
     StatusMenu menu{story.desktop};
 
     void SetUp() override {
-        story.bind(pageDown, story.install("Many"));
+        auto& target = story.install("Many");
+        story.bind(pageDown, target);
+        story.bind({brighter, control}, target);
         menu.startHost();
         story.startUtility();
         ASSERT_TRUE(menu.showsItem());
@@ -29,6 +32,7 @@ protected:
 
 TEST_F(KeyWordsTest, AreToldOnCardsAndInTheRecorder) {
     EXPECT_EQ(wordsOf(" ⌃⌘Key(121) "), "Control + Super + Page Down");
+    EXPECT_EQ(wordsOf(" ⌃Key(481) "), "Control + 画面を明るく");
     story.clickEdit(0);
     EXPECT_EQ(wordsOf("⌃⌘Key(121)"), "Control + Super + Page Down");
 }
@@ -48,7 +52,7 @@ TEST_F(KeyWordsTest, ExplainTheSymbolsWhereTheRecorderAsksForThem) {
 
 TEST_F(KeyWordsTest, AreToldBeforeADeletion) {
     story.clickDelete(0);
-    EXPECT_EQ(wordsOf("ショートカットキー: ⌃⌘Key(121)"), "Control + Super + Page Down");
+    EXPECT_EQ(wordsOf("ショートカットキー: ⌃⌘Key(121)"), "Many: Control + Super + Page Down");
 }
 
 } // namespace

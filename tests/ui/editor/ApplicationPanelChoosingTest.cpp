@@ -1,6 +1,7 @@
 #include "ui/editor/ApplicationPanelTest.h"
 
 #include "support/TemporaryDirectory.h"
+#include "ui/parts/FilePanel.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -174,6 +175,15 @@ TEST_F(OtherApplicationTest, AChosenFileIsTheAnswer) {
     answer(openFiles(), entry().string());
     EXPECT_THAT(chosen_, ElementsAre(entry().string()));
     EXPECT_FALSE(isOpen());
+}
+
+TEST_F(OtherApplicationTest, DoesNotLeadPanelsForOtherFilesAway) {
+    const auto beginning = [] {
+        return FilePanel(FilePanel::Purpose::open, "Lists", ".json").directory().absolutePath();
+    };
+    const auto before = beginning();
+    answer(openFiles(), entry().string());
+    EXPECT_EQ(beginning(), before);
 }
 
 TEST_F(OtherApplicationTest, AFileOfAnotherKindIsNotTaken) {

@@ -121,6 +121,16 @@ TEST_F(MainWindowActionsTest, EveryRequestOpensAFurtherEditor) {
     EXPECT_THAT(editors(), SizeIs(4));
 }
 
+TEST_F(MainWindowActionsTest, ManyEditorsAreAllOnTheScreen) {
+    for (int number = 0; number < 40; ++number) {
+        controller->addButton()->click();
+    }
+    ASSERT_THAT(editors(), SizeIs(40));
+    for (const auto* editor : editors()) {
+        EXPECT_TRUE(editor->screen()->availableGeometry().contains(editor->geometry()));
+    }
+}
+
 TEST_F(MainWindowActionsTest, DeletingAsksInASheetOnTheWindow) {
     remove(1, [&](QWidget& sheet) {
         EXPECT_EQ(sheet.parentWidget(), controller->window());

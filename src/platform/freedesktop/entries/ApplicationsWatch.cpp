@@ -34,7 +34,7 @@ void ApplicationsWatch::tryAgain() {
     }
     begin();
     if (!watch_->isBlind()) {
-        pause_.start(pauseAfterChange);
+        onChange_();
     }
 }
 

@@ -22,7 +22,7 @@ public:
     ApplicationsWatch(std::vector<std::filesystem::path> directories,
                       std::function<void()> onChange);
 
-    /// Asks the kernel once more if it would not watch. If it does now, tells soon that there may
+    /// Asks the kernel once more if it would not watch. If it does now, tells that there may
     /// have been changes.
     void tryAgain();
 

@@ -18,13 +18,24 @@ QKeySequence commandKey(char letter) {
     return {Qt::CTRL | Qt::Key(std::toupper(static_cast<unsigned char>(letter)))};
 }
 
+bool isWritten(QChar letter) {
+    return letter.unicode() < 0x80;
+}
+
+/// Whether the menu is in a language that every keyboard writes.
+bool isWritten(const platform::Menu& items) {
+    return std::ranges::any_of(items, [](const auto& item) {
+        const auto title = QString::fromStdString(item->title);
+        return !title.isEmpty() && std::ranges::all_of(title, [](QChar c) { return isWritten(c); });
+    });
+}
+
 /// Marks a letter by which the item can be chosen in an open menu: the first one that no item above
-/// it has. Only in titles that can be typed on every keyboard.
+/// it has and every keyboard writes.
 QString withMnemonic(const QString& title, QString& taken) {
-    const bool isTyped = std::ranges::all_of(title, [](QChar c) { return c.unicode() < 0x80; });
-    for (qsizetype at = 0; isTyped && at < title.size(); ++at) {
+    for (qsizetype at = 0; at < title.size(); ++at) {
         const QChar letter = title[at].toUpper();
-        if (letter.isLetter() && !taken.contains(letter)) {
+        if (isWritten(letter) && letter.isLetter() && !taken.contains(letter)) {
             taken += letter;
             return QString(title).insert(at, '&');
         }
@@ -67,9 +78,11 @@ bool StatusMenu::eventFilter(QObject* watched, QEvent* event) {
 
 void StatusMenu::fill(QMenu& menu, const platform::Menu& items) {
     QString mnemonics;
+    const bool hasMnemonics = isWritten(items);
     QActionGroup* choices = nullptr;
     for (const auto& item : items) {
-        const auto title = withMnemonic(QString::fromStdString(item->title), mnemonics);
+        const auto plain = QString::fromStdString(item->title);
+        const auto title = hasMnemonics ? withMnemonic(plain, mnemonics) : plain;
         if (item->isSeparator) {
             menu.addSeparator();
         } else if (!item->submenu.empty()) {
