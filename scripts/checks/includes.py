@@ -13,13 +13,15 @@ DOORS = {
     "hotkeys": {"model"},
     "model": set(),
     "platform": set(),
-    "platform/qt": {"platform/freedesktop"},
-    "platform/x11": {"platform/freedesktop"},
-    "platform/wayland": {"platform/freedesktop"},
-    "platform/sway": {"platform/freedesktop", "platform/wayland"},
-    "platform/kde": {"platform/freedesktop", "platform/wayland"},
-    "platform/gnome": {"platform/freedesktop", "platform/wayland"},
-    "platform/portal": {"platform/freedesktop", "platform/wayland"},
+    "platform/posix": set(),
+    "platform/freedesktop": {"platform/posix"},
+    "platform/qt": {"platform/freedesktop", "platform/posix"},
+    "platform/x11": {"platform/freedesktop", "platform/posix"},
+    "platform/wayland": {"platform/freedesktop", "platform/posix"},
+    "platform/sway": {"platform/freedesktop", "platform/posix", "platform/wayland"},
+    "platform/kde": {"platform/freedesktop", "platform/posix", "platform/wayland"},
+    "platform/gnome": {"platform/freedesktop", "platform/posix", "platform/wayland"},
+    "platform/portal": {"platform/freedesktop", "platform/posix", "platform/wayland"},
 }
 
 # Single headers of another room: the texts of the windows depend on the language.

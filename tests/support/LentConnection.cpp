@@ -15,7 +15,7 @@ namespace hollowfernpike::test {
 
 namespace {
 
-using freedesktop::Descriptor;
+using posix::Descriptor;
 
 Descriptor listenAt(const std::filesystem::path& place) {
     const auto address = socketAddress(place);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 #include "support/ChildProcess.h"
 #include "support/WaylandConnection.h"
 
@@ -31,7 +31,7 @@ public:
 
 private:
     std::unique_ptr<ChildProcess> lender_;
-    freedesktop::Descriptor tie_; ///< the lender stays until this is closed
+    posix::Descriptor tie_; ///< the lender stays until this is closed
     std::unique_ptr<WaylandConnection> connection_;
 };
 

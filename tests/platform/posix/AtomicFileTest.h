@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/AtomicFile.h"
+#include "platform/posix/AtomicFile.h"
 #include "support/Files.h"
 #include "support/TemporaryDirectory.h"
 
@@ -15,7 +15,7 @@ namespace hollowfernpike::test {
 
 namespace fs = std::filesystem;
 
-using freedesktop::writeFileAtomically;
+using posix::writeFileAtomically;
 
 class AtomicFileTest : public testing::Test {
 protected:

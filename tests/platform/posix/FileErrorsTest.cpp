@@ -1,4 +1,4 @@
-#include "platform/freedesktop/files/FileErrors.h"
+#include "platform/posix/FileErrors.h"
 
 #include <cerrno>
 #include <map>
@@ -9,8 +9,8 @@
 namespace hollowfernpike::test {
 namespace {
 
-using freedesktop::fileError;
-using freedesktop::FileOperation;
+using posix::fileError;
+using posix::FileOperation;
 
 TEST(FileErrorsTest, NameTheOperationThePathAndTheReason) {
     const auto read = fileError(FileOperation::read, "/a b", EACCES);
@@ -64,7 +64,7 @@ TEST(FileErrorsTest, PassTheSystemsWordsOnForOtherReasons) {
 }
 
 TEST(FileErrorsTest, OfAPipeOrDeviceSayThatItIsNoFile) {
-    const auto error = freedesktop::notARegularFile(FileOperation::read, "/dev/null");
+    const auto error = posix::notARegularFile(FileOperation::read, "/dev/null");
     EXPECT_EQ(error.japanese(), "「/dev/null」を読み込めません: 通常のファイルではありません");
     EXPECT_EQ(error.english(), "Cannot read \"/dev/null\": Not a regular file");
     EXPECT_EQ(error.code(), std::errc::invalid_argument);

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/files/AtomicFileTest.h"
+#include "platform/posix/AtomicFileTest.h"
 
 #include "support/Privileges.h"
 #include "support/WaitUntil.h"

@@ -1,4 +1,4 @@
-#include "platform/freedesktop/files/FileErrors.h"
+#include "platform/posix/FileErrors.h"
 
 #include <array>
 #include <cerrno>
@@ -9,7 +9,7 @@
 
 #include <locale.h>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 namespace {
 
@@ -37,8 +37,12 @@ constexpr std::array<std::pair<int, std::string_view>, 19> japaneseWordings{{
 
 /// The system's own words, in English whatever the locale of the process.
 std::string systemText(int number) {
+#ifdef __APPLE__ // its C library has no strerror_l() and no other words
+    return std::strerror(number);
+#else
     static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
     return ::strerror_l(number, plain);
+#endif
 }
 
 std::string japaneseText(int number) {
@@ -94,4 +98,4 @@ platform::FileError notPrivate(const std::filesystem::path& directory) {
                     "It exists and is not private to the user");
 }
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix

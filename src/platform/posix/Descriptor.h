@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 /// A file descriptor of ours, closed with the object. Negative when it holds none.
 class Descriptor {
@@ -31,4 +31,4 @@ private:
     int number_ = -1;
 };
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix

@@ -1,7 +1,7 @@
 // This program is linked so that calls of write, fsync, rename and mkostemp reach the functions
 // below (ld's --wrap): a disk can fail on demand, and the order of what reaches it can be seen.
 
-#include "platform/freedesktop/files/AtomicFile.h"
+#include "platform/posix/AtomicFile.h"
 #include "support/Files.h"
 #include "support/TemporaryDirectory.h"
 
@@ -137,7 +137,7 @@ protected:
     /// Writes "new text" with the disk as it is set up.
     std::error_code write() const {
         disk.active = true;
-        const auto code = failureOf([&] { freedesktop::writeFileAtomically(file(), "new text"); });
+        const auto code = failureOf([&] { posix::writeFileAtomically(file(), "new text"); });
         disk.active = false;
         return code;
     }

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 /// Calls again as long as a signal interrupts.
 template <class Call>
@@ -24,4 +24,4 @@ Result checked(Result result) {
     return result;
 }
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix

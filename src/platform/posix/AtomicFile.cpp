@@ -1,8 +1,8 @@
-#include "platform/freedesktop/files/AtomicFile.h"
+#include "platform/posix/AtomicFile.h"
 
-#include "platform/freedesktop/files/Descriptor.h"
-#include "platform/freedesktop/files/FileErrors.h"
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/FileErrors.h"
+#include "platform/posix/SystemCall.h"
 
 #include <optional>
 #include <string>
@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 namespace {
 
@@ -151,4 +151,4 @@ void writeFileAtomically(const std::filesystem::path& file, std::string_view dat
     }
 }
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix

@@ -1,16 +1,15 @@
-#include "platform/freedesktop/files/FileManager.h"
+#include "platform/posix/FileManager.h"
 
-#include "platform/freedesktop/files/AtomicFile.h"
-#include "platform/freedesktop/files/BaseDirectories.h"
-#include "platform/freedesktop/files/Descriptor.h"
-#include "platform/freedesktop/files/FileErrors.h"
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/AtomicFile.h"
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/FileErrors.h"
+#include "platform/posix/SystemCall.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 namespace {
 
@@ -58,11 +57,6 @@ std::string readAll(int descriptor, std::size_t expected, std::size_t largest) {
 
 } // namespace
 
-std::vector<std::filesystem::path> FileManager::applicationSupportDirectories() {
-    const auto directory = dataHome();
-    return directory ? std::vector{*directory} : std::vector<std::filesystem::path>{};
-}
-
 void FileManager::createDirectory(const std::filesystem::path& directory) {
     const auto make = [&] { return ::mkdir(directory.c_str(), S_IRWXU) == 0 ? 0 : errno; };
     int failure = make();
@@ -93,7 +87,7 @@ std::string FileManager::readFile(const std::filesystem::path& file) {
 }
 
 void FileManager::writeFileAtomically(const std::filesystem::path& file, std::string_view data) {
-    freedesktop::writeFileAtomically(file, data);
+    posix::writeFileAtomically(file, data);
 }
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 /// What was tried with a file, for the description of its failure.
 enum class FileOperation { read, write, remove, createDirectory };
@@ -19,4 +19,4 @@ platform::FileError notARegularFile(FileOperation operation, const std::filesyst
 /// The error for an existing directory that should be private to the user and is not.
 platform::FileError notPrivate(const std::filesystem::path& directory);
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix

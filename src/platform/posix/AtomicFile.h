@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string_view>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::posix {
 
 /// Replaces the file's contents as `platform::FileManager::writeFileAtomically` says: writes a new
 /// file beside the old one, brings it to the disk, gives it the old one's name and brings the
@@ -13,4 +13,4 @@ namespace hollowfernpike::freedesktop {
 /// Writers at the same time, in any thread or process, do not mix; the last one counts.
 void writeFileAtomically(const std::filesystem::path& file, std::string_view data);
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::posix
