@@ -1,5 +1,7 @@
 #include "platform/macos/fakes/Objects.h"
 
+#include <algorithm>
+
 #include <ApplicationServices/ApplicationServices.h>
 
 using hollowfernpike::test::FakeMac;
@@ -34,6 +36,13 @@ NSDictionary* dictionaryOf(const hollowfernpike::test::MacWindow& window) {
         [dictionary setObject:[NSArray array] forKey:textOf(window.oddity)];
     }
     return dictionary;
+}
+
+void bringWindowsForward(pid_t process) {
+    if (auto& windows = FakeMac::shared().windows) {
+        std::stable_partition(windows->begin(), windows->end(),
+                              [&](const auto& window) { return window.ownerProcess == process; });
+    }
 }
 
 void note(const std::string& request, pid_t process) {
@@ -116,5 +125,9 @@ OSStatus SetFrontProcessWithOptions(const ProcessSerialNumber* number, OptionBit
     constexpr OSStatus refused = -606;
     const auto pid = static_cast<pid_t>(number->lowLongOfPSN);
     note(options == 2 ? "serial number" : "serial number without the user", pid);
-    return FakeMac::shared().application(pid)->comesForward ? noErr : refused;
+    if (!FakeMac::shared().application(pid)->comesForward) {
+        return refused;
+    }
+    bringWindowsForward(pid);
+    return noErr;
 }

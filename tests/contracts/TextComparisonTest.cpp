@@ -1,17 +1,17 @@
-#include "platform/freedesktop/TextComparison.h"
+#include "contracts/MakeTextComparison.h"
 
 #include <string_view>
 
 #include <gtest/gtest.h>
 
-namespace hollowfernpike::freedesktop {
+namespace hollowfernpike::test {
 
 namespace {
 
 bool same(std::string_view one, std::string_view other) {
-    TextComparison comparison;
-    const bool answer = comparison.canonicallyEquivalent(one, other);
-    EXPECT_EQ(comparison.canonicallyEquivalent(other, one), answer);
+    const auto comparison = makeTextComparison();
+    const bool answer = comparison->canonicallyEquivalent(one, other);
+    EXPECT_EQ(comparison->canonicallyEquivalent(other, one), answer);
     return answer;
 }
 
@@ -57,4 +57,4 @@ TEST(TextComparison, AZeroByteDoesNotEndTheText) {
 
 } // namespace
 
-} // namespace hollowfernpike::freedesktop
+} // namespace hollowfernpike::test
