@@ -37,12 +37,16 @@ def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
 
 
+def all_sources(tree):
+    """What is there for macOS alone."""
+    rooms = [tree / "src/platform/macos", tree / "src/main/macos"]
+    return sorted(path for room in rooms for path in room.iterdir() if path.suffix in (".mm", ".cpp"))
+
+
 def sources(tree):
-    """The room's sources that do without the toolkit."""
-    room = tree / "src/platform/macos"
-    return sorted(path for path in room.iterdir()
-                  if path.suffix in (".mm", ".cpp")
-                  and not TOOLKIT.search(header_of(path).read_text() + path.read_text()))
+    """Of these the ones that do without the toolkit."""
+    return [path for path in all_sources(tree)
+            if not TOOLKIT.search(header_of(path).read_text() + path.read_text())]
 
 
 def header_of(source):
@@ -71,6 +75,14 @@ def for_macos(tree):
             "-U__nonnull", "-D_GNU_SOURCE", "-nostdinc++",
             *[option for path in system for option in ("-isystem", str(path))],
             "-I", str(tree / "src"), *declarations(tree, "foundation", "frameworks")]
+
+
+def toolkit(tree):
+    """Options for sources that need the toolkit besides: this machine's headers of it."""
+    qt = pathlib.Path("/usr/include") / output("gcc", "-dumpmachine") / "qt6"
+    return [*declarations(tree, "toolkit"), "-isystem", str(qt),
+            *[option for part in ("QtCore", "QtGui", "QtWidgets")
+              for option in ("-isystem", str(qt / part))]]
 
 
 def for_gnustep(tree):
