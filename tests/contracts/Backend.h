@@ -28,7 +28,8 @@ public:
     /// down, once all has happened that will.
     virtual bool reachesFront(const platform::KeyCombination& combination) = 0;
 
-    /// Lets the main loop turn until this holds; false if it does not for long.
+    /// Lets the main loop turn until this holds, and asks again each time; false if it does not for
+    /// long.
     [[nodiscard]] virtual bool eventually(const std::function<bool()>& condition) = 0;
 };
 

@@ -85,17 +85,24 @@ class EventTapsContractTest : public testing::Test {
 protected:
     EventTapsContractTest() { backend_->open("Front"); }
 
-    /// Whether the tap swallows this now, once, and nobody else sees it.
+    /// Whether the tap swallows this, and is told of each press once. Some desktops bind later than
+    /// they are asked to.
     testing::AssertionResult swallows(SwallowingTap& tap, const KeyCombination& combination) {
-        tap.swallowed.clear();
-        const bool reached = backend_->reachesFront(combination);
+        const bool isHidden = backend_->eventually([&] {
+            tap.swallowed.clear();
+            return !backend_->reachesFront(combination);
+        });
         const bool isTold = backend_->eventually([&] { return !tap.swallowed.empty(); });
-        if (isTold && !reached && tap.swallowed == std::vector{combination}) {
+        if (isHidden && isTold && tap.swallowed == std::vector{combination}) {
             return testing::AssertionSuccess();
         }
-        return testing::AssertionFailure()
-               << (isTold ? "told " : "not told ") << tap.swallowed.size() << " times, "
-               << (reached ? "reached the front" : "swallowed");
+        return testing::AssertionFailure() << (isHidden ? "swallowed" : "reaches the front")
+                                           << ", told " << tap.swallowed.size() << " times";
+    }
+
+    /// Whether this reaches the application in front. Some desktops give back later than asked.
+    bool passes(const KeyCombination& combination) {
+        return backend_->eventually([&] { return backend_->reachesFront(combination); });
     }
 
     std::unique_ptr<Backend> backend_ = makeBackend();
@@ -112,15 +119,15 @@ TEST_F(EventTapsContractTest, SwallowsWhatItIsInterestedInAndTellsIt) {
 TEST_F(EventTapsContractTest, LetsAllOtherKeysPass) {
     tap_.watch({boundOne});
     tap_.tap().enable(true);
-    EXPECT_TRUE(backend_->reachesFront(boundOther));
-    EXPECT_TRUE(backend_->reachesFront({.keyCode = boundOne.keyCode, .modifierFlags = 0}));
+    EXPECT_TRUE(passes(boundOther));
+    EXPECT_TRUE(passes({.keyCode = boundOne.keyCode, .modifierFlags = 0}));
     EXPECT_TRUE(swallows(tap_, boundOne)) << "and was told of this one alone";
 }
 
 TEST_F(EventTapsContractTest, IsMadeDisabledAndWithoutInterest) {
-    EXPECT_TRUE(backend_->reachesFront(boundOne));
+    EXPECT_TRUE(passes(boundOne));
     tap_.tap().enable(true);
-    EXPECT_TRUE(backend_->reachesFront(boundOne));
+    EXPECT_TRUE(passes(boundOne));
     tap_.watch({boundOne});
     EXPECT_TRUE(swallows(tap_, boundOne));
 }
@@ -129,7 +136,7 @@ TEST_F(EventTapsContractTest, DisabledItSwallowsNothingUntilItIsEnabledAgain) {
     tap_.watch({boundOne});
     tap_.tap().enable(true);
     tap_.tap().enable(false);
-    EXPECT_TRUE(backend_->reachesFront(boundOne));
+    EXPECT_TRUE(passes(boundOne));
     tap_.tap().enable(true);
     EXPECT_TRUE(swallows(tap_, boundOne));
     tap_.tap().enable(true);
@@ -140,7 +147,7 @@ TEST_F(EventTapsContractTest, AnotherInterestTakesThePlaceOfTheFirst) {
     tap_.watch({boundOne});
     tap_.tap().enable(true);
     tap_.watch({boundOther});
-    EXPECT_TRUE(backend_->reachesFront(boundOne));
+    EXPECT_TRUE(passes(boundOne));
     EXPECT_TRUE(swallows(tap_, boundOther));
 }
 
@@ -149,7 +156,7 @@ TEST_F(EventTapsContractTest, InvalidatedItIsNoMore) {
     tap_.tap().enable(true);
     tap_.tap().invalidate();
     tap_.tap().invalidate();
-    EXPECT_TRUE(backend_->reachesFront(boundOne));
+    EXPECT_TRUE(passes(boundOne));
     EXPECT_TRUE(tap_.swallowed.empty());
 }
 
@@ -158,7 +165,7 @@ TEST_F(EventTapsContractTest, MayBeDestroyedByItsOwnCallback) {
     tap_.tap().enable(true);
     tap_.endsAtPress = true;
     EXPECT_TRUE(swallows(tap_, boundOne));
-    EXPECT_TRUE(backend_->reachesFront(boundOne));
+    EXPECT_TRUE(passes(boundOne));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "desktop/Application.h"
 #include "desktop/Combination.h"
 #include "platform/Desktop.h"
+#include "platform/freedesktop/bus/SessionBus.h"
 #include "platform/freedesktop/entries/DesktopEntries.h"
 #include "platform/freedesktop/owners/WindowOwners.h"
 #include "platform/qt/MainQueue.h"
@@ -40,11 +41,18 @@ public:
         toolkit_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
         owners_ = std::make_unique<freedesktop::WindowOwners>(entries_);
         runLoop_ = std::make_unique<qt::RunLoop>();
-        desktop_ = open({.mainQueue = queue_,
-                         .runLoop = *runLoop_,
-                         .windowOwners = *owners_,
-                         .onLost = [] {},
-                         .isScreenLocked = [] { return false; }});
+        bus_ = std::make_unique<freedesktop::SessionBus>();
+        desktop_ =
+            open({.mainQueue = queue_,
+                  .runLoop = *runLoop_,
+                  .windowOwners = *owners_,
+                  .onLost = [] {},
+                  .isScreenLocked = [] { return false; },
+                  .bus = bus_.get(),
+                  .purposeOf = [](const auto& /*combination*/) { return "Test"; },
+                  .onReassigned = [](const auto& /*from*/, const auto& /*to*/) { return false; },
+                  .onTrusted = [] {},
+                  .restart = [] {}});
     }
 
     platform::EventTaps& eventTaps() override { return desktop_->eventTaps(); }
@@ -103,6 +111,7 @@ private:
     std::unique_ptr<qt::RunLoop> runLoop_;
     freedesktop::DesktopEntries entries_;
     std::unique_ptr<freedesktop::WindowOwners> owners_;
+    std::unique_ptr<freedesktop::SessionBus> bus_;
     std::unique_ptr<platform::Desktop> desktop_;
     std::map<std::string, Application*> applications_;
     Application* front_ = nullptr;
