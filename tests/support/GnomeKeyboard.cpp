@@ -32,7 +32,7 @@ GnomeKeyboard::GnomeKeyboard(GnomeDesktop& desktop)
 }
 
 GnomeKeyboard::~GnomeKeyboard() {
-    letGo();
+    letAllGo();
     if (GVariant* const answer =
             call(desktop_.busConnection(), session_, sessionInterface, "Stop", nullptr)) {
         g_variant_unref(answer);
@@ -65,7 +65,7 @@ void GnomeKeyboard::reconnect() {
 }
 
 void GnomeKeyboard::use(const KeyboardLayout& layout) {
-    letGo();
+    letAllGo();
     openLocks();
     map() = KeyboardMap(layout);
     desktop_.use(layout);

@@ -52,12 +52,12 @@ KWinKeyboard::KWinKeyboard(KWinDesktop& desktop) : Keyboard(desktop.layout()), d
 }
 
 KWinKeyboard::~KWinKeyboard() {
-    letGo();
+    letAllGo();
 }
 
 void KWinKeyboard::reconnect() {
     if (wire_) {
-        letGo();
+        letAllGo();
         map() = KeyboardMap(desktop_.layout());
     }
     wire_ = std::make_unique<Wire>(desktop_.lendConnection());
@@ -65,7 +65,7 @@ void KWinKeyboard::reconnect() {
 }
 
 void KWinKeyboard::use(const KeyboardLayout& layout) {
-    letGo();
+    letAllGo();
     openLocks();
     map() = KeyboardMap(layout);
     desktop_.use(layout);

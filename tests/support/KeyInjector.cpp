@@ -30,15 +30,11 @@ KeyInjector::~KeyInjector() {
 }
 
 void KeyInjector::press(std::string_view keyName) {
-    const auto key = keycode(keyName);
-    if (key == 0) {
-        throw std::invalid_argument("no key " + std::string{keyName});
-    }
-    press(key);
+    press(known(keyName));
 }
 
 void KeyInjector::release(std::string_view keyName) {
-    release(keycode(keyName));
+    release(known(keyName));
 }
 
 void KeyInjector::press(xcb_keycode_t key) {
@@ -51,20 +47,11 @@ void KeyInjector::release(xcb_keycode_t key) {
     fake(XCB_KEY_RELEASE, key);
 }
 
-void KeyInjector::strike(const std::vector<std::string>& keyNames) {
-    for (const auto& name : keyNames) {
-        press(name);
-    }
-    for (auto name = keyNames.rbegin(); name != keyNames.rend(); ++name) {
-        release(*name);
-    }
-}
-
-void KeyInjector::sync() {
+void KeyInjector::sync() const {
     std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
-xcb_keycode_t KeyInjector::keycode(std::string_view keyName) {
+xcb_keycode_t KeyInjector::keycode(std::string_view keyName) const {
     const auto cookie =
         xcb_xkb_get_names(connection_, XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_NAME_DETAIL_KEY_NAMES);
     const std::unique_ptr<xcb_xkb_get_names_reply_t, decltype(&std::free)> reply(
@@ -84,6 +71,14 @@ xcb_keycode_t KeyInjector::keycode(std::string_view keyName) {
         }
     }
     return 0;
+}
+
+xcb_keycode_t KeyInjector::known(std::string_view keyName) const {
+    const auto key = keycode(keyName);
+    if (key == 0) {
+        throw std::invalid_argument("no key " + std::string{keyName});
+    }
+    return key;
 }
 
 void KeyInjector::fake(std::uint8_t type, xcb_keycode_t keycode) {

@@ -12,17 +12,7 @@ void Keyboard::release(std::string_view keyName) {
     move(keyName, false);
 }
 
-void Keyboard::strike(const std::vector<std::string>& keyNames) {
-    for (const auto& name : keyNames) {
-        press(name);
-    }
-    for (auto name = keyNames.rbegin(); name != keyNames.rend(); ++name) {
-        release(*name);
-    }
-    sync(); // more than the connection takes at once would break it
-}
-
-void Keyboard::letGo() {
+void Keyboard::letAllGo() {
     while (!down_.empty()) {
         sendKey(down_.back(), false);
         down_.pop_back();

@@ -39,7 +39,7 @@ VirtualKeyboard::VirtualKeyboard(const std::string& display, const KeyboardLayou
 }
 
 VirtualKeyboard::~VirtualKeyboard() {
-    letGo();
+    letAllGo();
     zwp_virtual_keyboard_v1_destroy(keyboard_);
     zwp_virtual_keyboard_manager_v1_destroy(manager_);
     wl_seat_destroy(seat_);
@@ -47,7 +47,7 @@ VirtualKeyboard::~VirtualKeyboard() {
 }
 
 void VirtualKeyboard::use(const KeyboardLayout& layout) {
-    letGo();
+    letAllGo();
     map() = KeyboardMap(layout);
     sendMap();
 }

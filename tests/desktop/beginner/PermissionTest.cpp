@@ -39,10 +39,25 @@ protected:
                      std::string(title) + " does not come");
     }
 
-    /// As a task bar does. At first, window managers differ in which window gets the keys.
+    /// As a task bar does, from behind the question. At first, window managers differ in which window
+    /// gets the keys.
     xcb_window_t bringManagementForward() {
-        story.bringForward([this] { return std::vector{windowCalled(user.titles.management)}; });
+        for (const auto title : {user.titles.alert, user.titles.management}) {
+            story.bringForward([&] { return std::vector{windowCalled(title)}; });
+        }
         return user.managementComes();
+    }
+
+    /// Whether, after some waiting, the question covers the management window.
+    bool promptIsInFrontOfManagement() {
+        return waitUntil([this] {
+            const auto windows = story.pager.stacking();
+            const auto place = [&](std::string_view title) {
+                return std::ranges::find(windows, windowCalled(title));
+            };
+            return place(user.titles.management) < place(user.titles.alert) &&
+                   place(user.titles.alert) != windows.end();
+        });
     }
 
     /// Whether, after some waiting, nothing of ours covers the question.
@@ -64,6 +79,7 @@ TEST_P(PermissionTest, IsAskedForInFrontOfTheWindowsOfTheProgram) {
     const auto editor = user.clickAdd();
     EXPECT_TRUE(waitUntil([&] { return story.pager.stacking().back() == editor; }));
     EXPECT_EQ(story.pager.focusedWindow(), editor);
+    EXPECT_TRUE(promptIsInFrontOfManagement());
 }
 
 TEST_P(PermissionTest, DoesNotCoverADialogThatHasToBeAnsweredFirst) {

@@ -76,7 +76,7 @@ protected:
 TEST_F(QuietTest, KeysThatNobodyBindsDoNotReachIt) {
     EXPECT_EQ(deliveredWhileTypingElsewhere(), 0);
     story.openManagement();
-    story.clickEdit(0);
+    story.showsRecorder(story.clickEdit(0));
     EXPECT_EQ(deliveredWhileTypingElsewhere(), 0) << "with an editor open";
 }
 

@@ -10,8 +10,6 @@ namespace hollowfernpike::test {
 
 namespace {
 
-constexpr const char* fenceKey = "AC11"; // bound by nobody
-
 /// Whether the application's log says that one of its windows has the keys.
 bool saysThatItHasKeys(const std::vector<std::string>& log) {
     bool hasThem = false;
@@ -25,45 +23,6 @@ bool saysThatItHasKeys(const std::vector<std::string>& log) {
 
 WaylandStory::WaylandStory(std::unique_ptr<WaylandSession> place)
     : keyboard(place->keyboard()), pager(place->pager()), session_(std::move(place)) {}
-
-Application& WaylandStory::install(const std::string& name, const ApplicationTraits& traits) {
-    return *applications_.emplace_back(std::make_unique<Application>(
-        placeIn(*session_, session_->lend(HFP_WAYLAND_WINDOW)), name, traits));
-}
-
-Application& WaylandStory::open(const std::string& name, const ApplicationTraits& traits) {
-    auto& application = install(name, traits);
-    application.start();
-    if (const auto inFront = isInFront(application); !inFront) {
-        throw std::runtime_error(inFront.message());
-    }
-    return application;
-}
-
-void WaylandStory::bind(const Combination& combination, const Application& application) {
-    shortcuts_.add(combination, application);
-}
-
-void WaylandStory::bind(const Combination& combination, const ShortcutTarget& target) {
-    shortcuts_.add(combination, target);
-}
-
-std::filesystem::path WaylandStory::shortcutsFile() const {
-    return ShortcutList::fileIn(session_->dataHome());
-}
-
-void WaylandStory::writeShortcuts() const {
-    shortcuts_.write(shortcutsFile());
-}
-
-void WaylandStory::startUtility(const Environment& changes) {
-    writeShortcuts();
-    launchUtility(changes);
-    if (const auto live = bindsAgain(0); !live) {
-        throw std::runtime_error(live.message());
-    }
-    session_->closeWelcome();
-}
 
 ChildProcess& WaylandStory::launchUtility(const Environment& changes) {
     Environment environment{{"QT_LOGGING_RULES", "hollowfernpike.keys.debug=true"}, leaksAllowed()};
@@ -121,127 +80,28 @@ testing::AssertionResult WaylandStory::bindsAgain(std::size_t before) {
            << utilityTells();
 }
 
-void WaylandStory::hold(const Combination& combination) {
-    for (const auto& key : combination.keys()) {
-        keyboard.press(key);
-    }
-}
-
-void WaylandStory::letGo(const Combination& combination) {
-    const auto keys = combination.keys();
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
-        keyboard.release(*key);
-    }
-}
-
-std::uint32_t WaylandStory::keycode(const Combination& combination) const {
-    return keyboard.keycode(combination.keyName());
-}
-
-testing::AssertionResult WaylandStory::isInFront(const Application& application) {
-    if (waitUntil([&] { return hasKeys(application); })) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << application.name() << " is not in front\n" << diary();
-}
-
-testing::AssertionResult WaylandStory::getsKeys(const Application& application,
-                                                std::chrono::milliseconds longest) {
-    const auto key = keyboard.keycode(fenceKey);
-    const auto before = application.ups(key);
-    keyboard.strike({fenceKey});
-    if (waitUntil([&] { return application.ups(key) > before; }, longest)) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << application.name() << " does not get the keys\n"
-                                       << diary();
-}
-
-testing::AssertionResult WaylandStory::switchTo(const Application& application) {
-    const auto getsKeysSoon = [&] {
-        for (const auto process : application.copies()) {
-            if (pager.windowOf(process)) {
-                pager.focus(process);
-            }
-        }
-        return waitUntil([&] { return hasKeys(application); }, 2s) && getsKeys(application, 5s);
-    };
-    return waitUntil(getsKeysSoon) ? testing::AssertionSuccess()
-                                   : testing::AssertionFailure()
-                                         << application.name() << " does not come to the front\n"
-                                         << diary();
-}
-
-testing::AssertionResult WaylandStory::nobodySaw(const Combination& combination) {
-    const auto key = keycode(combination);
-    for (const auto& application : applications_) {
-        if (timesSeen(key, *application) > 0) {
-            return testing::AssertionFailure()
-                   << application->name() << " saw " << combination.keyName() << '\n'
-                   << diary();
-        }
-    }
-    return testing::AssertionSuccess();
-}
-
-testing::AssertionResult WaylandStory::brings(const Application& target, const Application& from,
-                                              const std::vector<std::string>& keys) {
-    if (const auto ready = switchTo(from); !ready) {
-        return ready;
-    }
-    const auto key = keyboard.keycode(keys.back());
-    const auto before = timesSeen(key, from);
-    keyboard.strike(keys);
-    if (const auto inFront = isInFront(target); !inFront) {
-        return inFront;
-    }
-    if (const auto back = switchTo(from); !back) {
-        return back;
-    }
-    if (timesSeen(key, from) == before) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << from.name() << " saw " << keys.back() << '\n' << diary();
-}
-
-testing::AssertionResult WaylandStory::brings(const Application& target, const Application& from,
-                                              const Combination& combination) {
-    return brings(target, from, combination.keys());
-}
-
-testing::AssertionResult WaylandStory::passes(const Application& front,
-                                              const std::vector<std::string>& keys) {
-    if (const auto ready = switchTo(front); !ready) {
-        return ready;
-    }
-    const auto key = keyboard.keycode(keys.back());
-    const auto before = front.downs(key);
-    keyboard.strike(keys);
-    if (const auto arrived = getsKeys(front); !arrived || front.downs(key) == before + 1) {
-        return arrived;
-    }
-    return testing::AssertionFailure() << front.name() << " missed " << keys.back() << '\n'
-                                       << diary();
-}
-
-bool WaylandStory::hasKeys(const Application& application) const {
+bool WaylandStory::hasKeys(const Application& application) {
     const auto copies = application.copies();
     return std::ranges::find(copies, pager.focusedProcess()) != copies.end() &&
            saysThatItHasKeys(application.log());
 }
 
-std::size_t WaylandStory::timesSeen(std::uint32_t key, const Application& application) const {
-    return application.downs(key) + (session_->swallowsKeyUps() ? application.ups(key) : 0);
+void WaylandStory::activate(const Application& application) {
+    for (const auto process : application.copies()) {
+        if (pager.windowOf(process)) {
+            pager.focus(process);
+        }
+    }
 }
 
-std::string WaylandStory::diary() {
+std::string WaylandStory::windowsTold() {
     auto text = session_->name() + ":\n";
     for (const auto& window : pager.windows()) {
         text += "  " + window.title + " on workspace " + window.workspace +
                 (window.isFocused ? ", focused" : "") + (window.isVisible ? ", visible" : "") +
                 '\n';
     }
-    return text + utilityTells() + diaryOf(applications_);
+    return text;
 }
 
 } // namespace hollowfernpike::test
