@@ -31,7 +31,7 @@ std::unique_ptr<Backend> makeBackend() {
     auto story = std::make_unique<KWinStory>();
     const auto environment = story->desktop.environment();
     const auto socket = std::make_shared<LentSocket>(story->desktop.lendSocket());
-    return std::make_unique<StoryBackend<KWinStory>>(
+    return std::make_unique<StoryBackend>(
         std::move(story), environment, "wayland",
         [socket](const platform::DesktopHost& host) { return findDesktopBy(*socket)->open(host); });
 }

@@ -8,11 +8,11 @@ namespace hollowfernpike::test {
 std::unique_ptr<Backend> makeBackend() {
     auto story = std::make_unique<SwayStory>();
     const auto environment = story->desktop.environment();
-    return std::make_unique<StoryBackend<SwayStory>>(
-        std::move(story), environment, "offscreen", [](const platform::DesktopHost& host) {
-            auto connection = wayland::Connection::open();
-            return sway::findDesktop(connection)->open(host);
-        });
+    return std::make_unique<StoryBackend>(std::move(story), environment, "offscreen",
+                                          [](const platform::DesktopHost& host) {
+                                              auto connection = wayland::Connection::open();
+                                              return sway::findDesktop(connection)->open(host);
+                                          });
 }
 
 } // namespace hollowfernpike::test

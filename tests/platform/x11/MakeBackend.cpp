@@ -7,7 +7,7 @@ namespace hollowfernpike::test {
 std::unique_ptr<Backend> makeBackend() {
     auto story = std::make_unique<Story>();
     const auto environment = story->desktop.environment();
-    return std::make_unique<StoryBackend<Story>>(
+    return std::make_unique<StoryBackend>(
         std::move(story), environment, "xcb",
         [](const platform::DesktopHost& host) { return x11::findDesktop()->open(host); });
 }
