@@ -22,15 +22,15 @@ import tree
 PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx\b")
 INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 # What each program defines for itself.
-ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory|makeStackingStory)\(", re.MULTILINE)
+ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory|makeStackingStory|makeBackend)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
 # The batches. Names at namespace scope are unique in each.
 BATCHES = {
     "src": re.compile("src/(?!platform/)"),
     "src/platform": re.compile("src/platform/"),
-    "tests/desktop": re.compile("tests/(desktop|faults|package|show|ui)/"),
-    "tests": re.compile("tests/(?!(desktop|faults|package|show|ui)/)"),
+    "tests/desktop": re.compile("tests/(contracts|desktop|faults|package|show|ui)/"),
+    "tests": re.compile("tests/(?!(contracts|desktop|faults|package|show|ui)/)"),
     "benchmarks": re.compile("benchmarks/"),
 }
 

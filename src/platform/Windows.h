@@ -42,7 +42,7 @@ public:
 
     /// Every application window, minimised ones and other workspaces included, in the order in
     /// which the windows first appeared. Empty when the desktop cannot be asked, or tells nobody.
-    virtual std::vector<ClientWindow> clientWindows() { return {}; }
+    virtual std::vector<ClientWindow> clientWindows() = 0;
 
     /// Brings the visible windows of the process forward and activates the topmost, as a request of
     /// the user: with the time of the last key press that a tap delivered. If none is visible, does
@@ -55,9 +55,7 @@ public:
     /// Calls `onChange` after windows came or went, until the subscription is destroyed, which the
     /// handler may do itself. Costs a wake-up per change, so hold it only while waiting for a
     /// window. Null where the desktop tells of no changes.
-    [[nodiscard]] virtual std::unique_ptr<Subscription> watch(std::function<void()> /*onChange*/) {
-        return nullptr;
-    }
+    [[nodiscard]] virtual std::unique_ptr<Subscription> watch(std::function<void()> onChange) = 0;
 };
 
 } // namespace hollowfernpike::platform

@@ -14,7 +14,7 @@ namespace {
 using platform::KeyCombination;
 
 constexpr auto controlAndOption = platform::event_flags::control | platform::event_flags::option;
-constexpr auto fourModifiers =
+constexpr auto everyModifier =
     controlAndOption | platform::event_flags::shift | platform::event_flags::command;
 
 constexpr KeyCombination boundOne{.keyCode = 37, .modifierFlags = controlAndOption};
@@ -65,7 +65,7 @@ private:
             return event;
         }
         const KeyCombination pressed{.keyCode = platform::checkedKeyCode(*event),
-                                     .modifierFlags = event->flags & fourModifiers};
+                                     .modifierFlags = event->flags & everyModifier};
         if (std::ranges::find(self.interest_, pressed) == self.interest_.end()) {
             return event;
         }

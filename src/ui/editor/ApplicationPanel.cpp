@@ -68,7 +68,7 @@ QString fullestOf(const QStringList& directories, const QString& extension) {
 
 QFileDialog* panelFor(const platform::ApplicationFiles& applications,
                       const QStringList& directories, QWidget* parent) {
-    const auto kind = localized("アプリ", "Apps");
+    const auto* const kind = localized("アプリ", "Apps");
     const auto extension = QString::fromStdString(applications.extension);
     if (!applications.areFolders) {
         auto* files = new FilePanel(FilePanel::Purpose::open, kind, extension, parent);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace hollowfernpike::test {
@@ -38,6 +39,14 @@ public:
             }
         }
         return backend_.copyWindowInfo();
+    }
+
+    std::vector<platform::ClientWindow> clientWindows() override {
+        return backend_.clientWindows();
+    }
+
+    std::unique_ptr<platform::Subscription> watch(std::function<void()> onChange) override {
+        return backend_.watch(std::move(onChange));
     }
 
     bool bringToFront(std::int32_t processIdentifier) override {
