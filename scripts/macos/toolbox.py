@@ -72,7 +72,7 @@ def for_macos(tree):
     return [clang(), "-x", "objective-c++", "-target", f"{target}-apple-macosx12.0", "-std=c++20",
             "-fobjc-arc", *WARNINGS,
             # The C library has a macro of that name, and shows all of itself only to those who ask.
-            "-U__nonnull", "-D_GNU_SOURCE", "-nostdinc++",
+            "-U__nonnull", "-D_GNU_SOURCE", "-nostdinc++", *declarations(tree, "linux"),
             *[option for path in system for option in ("-isystem", str(path))],
             "-I", str(tree / "src"), *declarations(tree, "foundation", "frameworks")]
 
@@ -89,11 +89,12 @@ def for_gnustep(tree):
     """Options by which clang compiles sources for GNUstep's Foundation, on the runtime that Debian
     has built it with."""
     runtime = newest("/usr/lib/gcc/*/[0-9]*/include/objc/objc.h", "libobjc's headers").parents[1]
+    foundation = newest("/usr/include/**/GNUstep/Foundation/Foundation.h", "GNUstep's headers").parents[1]
     return [clang(), "-x", "objective-c++", "-std=c++20", "-fobjc-runtime=gcc", "-fblocks",
             # Not -fobjc-exceptions, with which exceptions of C++ would pass all who catch them.
             "-fconstant-string-class=NSConstantString", "-D_NATIVE_OBJC_EXCEPTIONS", "-DGNUSTEP=1", "-DGNUSTEP_BASE_LIBRARY=1",
             "-DGNU_RUNTIME=1", *WARNINGS, *declarations(tree, "gnustep"),
-            "-isystem", "/usr/include/GNUstep", "-isystem", str(runtime),
+            "-isystem", str(foundation), "-isystem", str(runtime),
             "-I", str(tree / "src"), *declarations(tree, "frameworks")]
 
 
