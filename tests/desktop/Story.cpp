@@ -22,7 +22,7 @@ bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
 } // namespace
 
 Story::Story(const std::string& windowManager, ScreenSize size, Home home)
-    : desktop(windowManager, size, std::move(home)) {}
+    : Stage(windowManager, size, std::move(home)) {}
 
 ChildProcess& Story::launchUtility(const Environment& changes) {
     return utility_.start(desktop, changes);

@@ -11,19 +11,27 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace hollowfernpike::test {
 
-/// A story on an X server.
-class Story : public DesktopStory {
+/// What a story on an X server has around it.
+class Stage {
 public:
-    explicit Story(const std::string& windowManager = "openbox", ScreenSize size = {},
-                   Home home = std::make_shared<TemporaryDirectory>());
+    Stage(const std::string& windowManager, ScreenSize size, Home home)
+        : desktop(windowManager, size, std::move(home)) {}
 
     PrivateDesktop desktop;
     Pager pager{desktop.display()};
     KeyInjector keyboard{desktop.display()};
+};
+
+/// A story on an X server. The stage is a base because it outlives what happens on it.
+class Story : public Stage, public DesktopStory {
+public:
+    explicit Story(const std::string& windowManager = "openbox", ScreenSize size = {},
+                   Home home = std::make_shared<TemporaryDirectory>());
 
     using DesktopStory::launchUtility;
     ChildProcess& launchUtility(const Environment& changes) override;

@@ -22,15 +22,15 @@ bool saysThatItHasKeys(const std::vector<std::string>& log) {
 } // namespace
 
 WaylandStory::WaylandStory(std::unique_ptr<WaylandSession> place)
-    : keyboard(place->keyboard()), pager(place->pager()), session_(std::move(place)) {}
+    : WaylandStage(std::move(place)), keyboard(session().keyboard()), pager(session().pager()) {}
 
 ChildProcess& WaylandStory::launchUtility(const Environment& changes) {
     Environment environment{{"QT_LOGGING_RULES", "hollowfernpike.keys.debug=true"}, leaksAllowed()};
-    return utility_.start(*session_, changed(environment, changes), program());
+    return utility_.start(session(), changed(environment, changes), program());
 }
 
 Environment WaylandStory::leaksReported() const {
-    return test::leaksReported(session_->lend(HFP_KNOWN_LEAKS));
+    return test::leaksReported(session().lend(HFP_KNOWN_LEAKS));
 }
 
 void WaylandStory::use(const KeyboardLayout& layout) {
@@ -42,7 +42,7 @@ void WaylandStory::lockGroup(std::uint32_t group) {
 }
 
 void WaylandStory::settleLayouts(const std::function<void()>& change) {
-    const bool isAwaited = session_->bindsSymbols() && utility_.isRunning();
+    const bool isAwaited = session().bindsSymbols() && utility_.isRunning();
     const auto before = isAwaited ? bindings() : 0;
     change();
     if (!isAwaited) {
@@ -95,7 +95,7 @@ void WaylandStory::activate(const Application& application) {
 }
 
 std::string WaylandStory::windowsTold() {
-    auto text = session_->name() + ":\n";
+    auto text = session().name() + ":\n";
     for (const auto& window : pager.windows()) {
         text += "  " + window.title + " on workspace " + window.workspace +
                 (window.isFocused ? ", focused" : "") + (window.isVisible ? ", visible" : "") +

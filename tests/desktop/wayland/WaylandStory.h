@@ -10,17 +10,28 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 namespace hollowfernpike::test {
 
-/// A story on a Wayland desktop.
-class WaylandStory : public DesktopStory {
+/// What a story on a Wayland desktop has around it.
+class WaylandStage {
+public:
+    explicit WaylandStage(std::unique_ptr<WaylandSession> session) : session_(std::move(session)) {}
+
+    WaylandSession& session() const { return *session_; }
+
+private:
+    std::unique_ptr<WaylandSession> session_;
+};
+
+/// A story on a Wayland desktop. The stage is a base because it outlives what happens on it.
+class WaylandStory : public WaylandStage, public DesktopStory {
 public:
     explicit WaylandStory(std::unique_ptr<WaylandSession> place);
 
-    WaylandSession& session() const { return *session_; }
     Keyboard& keyboard;
     const WaylandPager& pager;
 
@@ -29,7 +40,7 @@ public:
     ChildProcess& launchUtility(const Environment& changes) override;
 
     /// The utility's program, as it is run here.
-    std::string program() const { return session_->lend(HFP_PROGRAM); }
+    std::string program() const { return session().lend(HFP_PROGRAM); }
 
     /// What startUtility() needs to look for leaks, too.
     Environment leaksReported() const;
@@ -52,20 +63,18 @@ public:
 protected:
     Keys& keys() override { return keyboard; }
     ApplicationPlace applicationPlace() const override {
-        return placeIn(*session_, session_->lend(HFP_WAYLAND_WINDOW));
+        return placeIn(session(), session().lend(HFP_WAYLAND_WINDOW));
     }
-    std::filesystem::path dataHome() const override { return session_->dataHome(); }
+    std::filesystem::path dataHome() const override { return session().dataHome(); }
     testing::AssertionResult areLive() override { return bindsAgain(0); }
-    void closeWelcome() override { session_->closeWelcome(); }
+    void closeWelcome() override { session().closeWelcome(); }
     bool hasKeys(const Application& application) override;
     void activate(const Application& application) override;
-    bool swallowsKeyUps() const override { return session_->swallowsKeyUps(); }
+    bool swallowsKeyUps() const override { return session().swallowsKeyUps(); }
     std::string windowsTold() override;
 
 private:
     void settleLayouts(const std::function<void()>& change);
-
-    std::unique_ptr<WaylandSession> session_;
 };
 
 /// The story on the desktop that a test program is for.
