@@ -92,7 +92,8 @@ public:
     virtual std::vector<std::string> applicationDirectories() = 0;
 
     /// Calls `onChange` soon after applications or icons of theirs may have been installed, changed
-    /// or removed, until the subscription is destroyed. Not where the desktop does not tell.
+    /// or removed, until the subscription is destroyed. Not where the desktop does not tell; each
+    /// call asks it again.
     [[nodiscard]] virtual std::unique_ptr<Subscription> watch(std::function<void()> onChange) = 0;
 };
 

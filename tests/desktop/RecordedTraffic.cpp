@@ -2,6 +2,9 @@
 
 #include "desktop/XReplies.h"
 
+#include <cstring>
+#include <span>
+
 #include <xcb/res.h>
 #include <xcb/xcb_aux.h>
 #include <xcb/xcbext.h>
@@ -20,23 +23,56 @@ bool isOfKey(const xcb_generic_event_t& event) {
            kind == XCB_INPUT_RAW_KEY_PRESS || kind == XCB_INPUT_RAW_KEY_RELEASE;
 }
 
-// A report holds one request, or some events.
-std::size_t countIn(const xcb_record_enable_context_reply_t& report) {
-    constexpr std::uint8_t fromServer = 0;
-    constexpr std::uint8_t fromClient = 1;
-    constexpr std::size_t eventSize = 32;
-    if (report.category != fromServer) {
-        return report.category == fromClient ? 1 : 0;
+/// The length of the request that begins here; 0 if it does not fit.
+std::size_t requestLength(std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t unit = 4;
+    std::uint16_t units = 0;
+    std::uint32_t manyUnits = 0; // of a large request, behind a zero
+    if (bytes.size() < unit) {
+        return 0;
     }
-    const auto size = static_cast<std::size_t>(xcb_record_enable_context_data_length(&report));
-    const auto* const events = xcb_record_enable_context_data(&report);
+    std::memcpy(&units, bytes.data() + 2, sizeof units);
+    if (units == 0 && bytes.size() >= 2 * unit) {
+        std::memcpy(&manyUnits, bytes.data() + unit, sizeof manyUnits);
+    }
+    const auto length = unit * (units > 0 ? units : manyUnits);
+    return length <= bytes.size() ? length : bytes.size();
+}
+
+std::size_t requestsIn(std::span<const std::uint8_t> bytes) {
     std::size_t found = 0;
-    for (std::size_t offset = 0; offset + eventSize <= size; offset += eventSize) {
-        if (isOfKey(reinterpret_cast<const xcb_generic_event_t&>(events[offset]))) {
+    for (auto length = requestLength(bytes); length > 0; length = requestLength(bytes)) {
+        bytes = bytes.subspan(length);
+        ++found;
+    }
+    return found;
+}
+
+std::size_t keyEventsIn(std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t eventSize = 32;
+    std::size_t found = 0;
+    for (; bytes.size() >= eventSize; bytes = bytes.subspan(eventSize)) {
+        if (isOfKey(reinterpret_cast<const xcb_generic_event_t&>(bytes.front()))) {
             ++found;
         }
     }
     return found;
+}
+
+// A report holds some requests, or some events.
+std::size_t countIn(const xcb_record_enable_context_reply_t& report) {
+    constexpr std::uint8_t fromServer = 0;
+    constexpr std::uint8_t fromClient = 1;
+    const std::span bytes(xcb_record_enable_context_data(&report),
+                          static_cast<std::size_t>(xcb_record_enable_context_data_length(&report)));
+    switch (report.category) {
+    case fromServer:
+        return keyEventsIn(bytes);
+    case fromClient:
+        return requestsIn(bytes);
+    default:
+        return 0;
+    }
 }
 
 } // namespace
@@ -71,7 +107,12 @@ RecordedTraffic::~RecordedTraffic() {
 
 std::size_t RecordedTraffic::of(pid_t process) {
     readOn();
-    return counts_[process];
+    return amounts_[process].count;
+}
+
+std::size_t RecordedTraffic::bytesOf(pid_t process) {
+    readOn();
+    return amounts_[process].bytes;
 }
 
 void RecordedTraffic::readOn() {
@@ -79,7 +120,10 @@ void RecordedTraffic::readOn() {
     while (xcb_poll_for_reply(data_, reports_, &report, nullptr) == 1 && report != nullptr) {
         const auto traffic = held(static_cast<xcb_record_enable_context_reply_t*>(report));
         if (const auto found = countIn(*traffic); found > 0) {
-            counts_[processOf(traffic->xid_base)] += found;
+            auto& amount = amounts_[processOf(traffic->xid_base)];
+            amount.count += found;
+            amount.bytes +=
+                static_cast<std::size_t>(xcb_record_enable_context_data_length(traffic.get()));
         }
     }
 }

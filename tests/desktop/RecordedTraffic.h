@@ -29,8 +29,16 @@ public:
     /// the order in which it happened, across all processes.
     std::size_t of(pid_t process);
 
+    /// The same in bytes.
+    std::size_t bytesOf(pid_t process);
+
 private:
     RecordedTraffic(const std::string& display, const xcb_record_range_t& range);
+
+    struct Amount {
+        std::size_t count = 0;
+        std::size_t bytes = 0;
+    };
 
     void readOn();
     pid_t processOf(std::uint32_t client);
@@ -39,7 +47,7 @@ private:
     xcb_connection_t* data_;
     xcb_record_context_t context_;
     unsigned int reports_ = 0;
-    std::map<pid_t, std::size_t> counts_;
+    std::map<pid_t, Amount> amounts_;
 };
 
 } // namespace hollowfernpike::test

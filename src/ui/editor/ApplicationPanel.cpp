@@ -17,7 +17,6 @@
 #include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -29,19 +28,7 @@ namespace hollowfernpike {
 namespace {
 
 constexpr QSize initialSize(360, 420);
-constexpr QSize rowIcon(24, 24);
-
-/// Gives all icons the same room, so that the names beside them begin in one line.
-class RowDelegate final : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-private:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->decorationSize = rowIcon;
-    }
-};
+constexpr int rowIcon = 24;
 
 ApplicationSearch installedApplications() {
     const Language language = Language::current();
@@ -140,9 +127,8 @@ void ApplicationPanel::buildList() {
     list_->setObjectName("list");
     list_->setAccessibleName(localized("アプリ", "Apps"));
     list_->setModel(&model_);
-    list_->setIconSize(rowIcon);
+    list_->setIconSize(QSize(grown(rowIcon), grown(rowIcon)));
     list_->setUniformItemSizes(true);
-    list_->setItemDelegate(new RowDelegate(list_));
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(list_, &QListView::doubleClicked, this, &ApplicationPanel::openSelected);

@@ -135,7 +135,11 @@ private:
 
     void take(const QSize& size, const QString& key, const QImage& image) {
         const auto pixmap = QPixmap::fromImage(image);
-        images_[{size.width(), size.height()}].pixmap = pixmap;
+        auto& shown = images_[{size.width(), size.height()}].pixmap;
+        if (pixmap.toImage() == shown.toImage()) {
+            return; // as known from before
+        }
+        shown = pixmap;
         QPixmapCache::insert(key, pixmap);
         redrawAll();
     }

@@ -3,6 +3,7 @@
 #include "app/L10n.h"
 #include "app/Language.h"
 #include "ui/parts/Alert.h"
+#include "ui/parts/FontScale.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -10,6 +11,7 @@
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -24,6 +26,8 @@
 namespace hollowfernpike {
 
 namespace {
+
+constexpr QSize usualSize(680, 440);
 
 QString lastFolder; // where a panel was answered last; empty before that
 
@@ -106,6 +110,8 @@ FilePanel::FilePanel(Purpose purpose, const QString& kind, const QString& extens
     setNameFilter(QStringLiteral("%1 (*%2)").arg(kind, extension));
     setIconProvider(&localizedKinds());
     localizeNumbers();
+    fitColumns();
+    resize(grown(usualSize.width()), grown(usualSize.height()));
     setSidebarUrls(usualPlaces());
     setDirectory(lastFolder.isEmpty() ? firstFolder() : lastFolder);
     for (auto* button : findChildren<QToolButton*>()) {
@@ -124,6 +130,16 @@ void FilePanel::localizeNumbers() {
         auto* numbers = new LocalizedNumbers(this);
         files->setItemDelegateForColumn(LocalizedNumbers::size, numbers);
         files->setItemDelegateForColumn(LocalizedNumbers::date, numbers);
+    }
+}
+
+// The toolkit's widths show neither dates nor kinds whole.
+void FilePanel::fitColumns() {
+    if (auto* files = findChild<QTreeView*>("treeView")) {
+        auto* header = files->header();
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(QHeaderView::ResizeToContents);
+        header->setSectionResizeMode(0, QHeaderView::Stretch); // names
     }
 }
 

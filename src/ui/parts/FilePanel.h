@@ -27,6 +27,7 @@ private:
     void accept() override;
     void acceptNow();
     void localizeNumbers();
+    void fitColumns();
     bool isOfAnotherKind(const QString& path) const;
     void completeName();
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -50,6 +50,9 @@ public:
     /// Told when the desktop's font changes.
     std::function<void()> onFontChange;
 
+    /// Told when people come back to the window.
+    std::function<void()> onReturn;
+
 private:
     bool focusNextPrevChild(bool next) override;
     void changeEvent(QEvent* event) override;
@@ -76,6 +79,9 @@ bool ManagementWindow::focusNextPrevChild(bool next) {
 void ManagementWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         HotkeyManager::shared().tryAgain();
+        if (onReturn) {
+            onReturn();
+        }
     }
     if (event->type() == QEvent::FontChange && onFontChange) {
         onFontChange();
@@ -162,13 +168,13 @@ MainWindowController::MainWindowController() : window_(new ManagementWindow) {
     shown_ = identifiersInStore();
     reloadCards();
     window_->onFontChange = [this] { followFont(); };
+    window_->onReturn = [this] { watchApplications(); };
     auto& notifications = platform::services().notificationCenter;
     shortcutsObservation_ = notifications.observe(shortcutsDidChange, [this] { followStore(); });
     refusedObservation_ =
         notifications.observe(refusedCombinationsDidChange, [this] { followHolders(); });
     languageObservation_ = notifications.observe(languageDidChange, [this] { relabel(); });
-    applicationsWatch_ =
-        platform::services().applicationBundles.watch([this] { followApplications(); });
+    watchApplications();
 }
 
 MainWindowController::~MainWindowController() {
@@ -243,6 +249,12 @@ void MainWindowController::followStore() {
         scrollView_->ensureWidgetVisible(added);
         added->markForAMoment();
     }
+}
+
+// Anew when people come back, because the desktop may not have told so far.
+void MainWindowController::watchApplications() {
+    applicationsWatch_ =
+        platform::services().applicationBundles.watch([this] { followApplications(); });
 }
 
 void MainWindowController::followApplications() {

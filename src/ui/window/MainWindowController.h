@@ -68,6 +68,7 @@ private:
     void setupUI();
     void followFont();
     void followStore();
+    void watchApplications();
     void followApplications();
     void followHolders();
     const QScreen& screenForEditors() const;

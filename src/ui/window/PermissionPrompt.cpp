@@ -21,10 +21,10 @@ namespace hollowfernpike {
 
 namespace {
 
-/// Comes back in front of the management window when that is shown, activated or clicked, and leaves
-/// it the keys. A window asks for the front as soon as it is on the screen, so its first exposure
-/// comes after that. Window managers raise what is clicked even if it has the keys already. What the
-/// user opens from there, such as an editor, is left in front.
+/// Comes back in front of the management window when that is shown, activated or clicked, and
+/// leaves it the keys. A window asks for the front as soon as it is on the screen, so its first
+/// exposure comes after that. Window managers raise what is clicked even if it has the keys
+/// already. What the user opens from there, such as an editor, is left in front.
 ///
 /// On Wayland no program can raise its windows. There it belongs to the management window, and is
 /// shown anew for that, because a window says whose it is when it is shown.

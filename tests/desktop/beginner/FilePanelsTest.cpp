@@ -1,4 +1,7 @@
+#include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
+#include "show/Camera.h"
+#include "show/Typing.h"
 #include "support/Files.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
@@ -68,6 +71,53 @@ TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
     story.clickExport();
     EXPECT_TRUE(shows(story.titles.exporting, "フォルダー"));
     EXPECT_FALSE(namesIn(story.titles.exporting).contains("Folder"));
+}
+
+TEST_F(FilePanelsTest, ShowAllColumnsWholeInALargeFont) {
+    setFont(story.desktop, 16);
+    story.start(withFontSettings);
+    story.openManagement();
+    story.reader.press(story.reader.find("push button", "エクスポート"));
+    const auto files =
+        story.reader.find(story.reader.find("dialog", story.titles.exporting), "tree", "ファイル");
+    story.reader.find(files, "column header", "更新日");
+    const auto whole = story.reader.placeOf(files);
+    for (const auto& part : story.reader.partsOf(files)) {
+        const auto place = story.reader.placeOf(part);
+        EXPECT_LE(place.x + place.width, whole.x + whole.width) << part.name;
+    }
+}
+
+TEST_F(FilePanelsTest, WriteSizesAndDatesInThatLanguageInEverySession) {
+    writeFile(documents / "list.json", std::string(20'000, ' '));
+    const auto look = [this](const char* session) {
+        story.start({{"LANG", session}, {"LC_ALL", session}});
+        story.openManagement();
+        story.clickExport();
+        const auto panel = story.reader.find("dialog", story.titles.exporting);
+        story.reader.find(panel, "tree item", "list.json");
+        const auto rows = story.reader.placeOf(story.reader.find(panel, "tree", "ファイル"));
+        return show::picture(story.desktop.display()).copy(rows.x, rows.y, rows.width, rows.height);
+    };
+    EXPECT_EQ(look("ja_JP.UTF-8"), look("de_DE.UTF-8"));
+}
+
+TEST_F(FilePanelsTest, TakeJsonAlone) {
+    writeFile(documents / "notes.txt", "[]");
+    writeFile(documents / "list.json", "[]");
+    const auto panel = story.clickImport();
+    const auto field = story.part(story.titles.importing, "text", "ファイル名(N):");
+    show::type(story.keyboard, (documents / "notes.txt").string());
+    story.keyboard.strike({"RTRN"}); // perhaps taken by a list of completions
+    story.keyboard.strike({"RTRN"});
+    show::type(story.keyboard, "x");
+    EXPECT_TRUE(waitUntil([&] { return story.reader.text(field).ends_with('x'); }));
+    EXPECT_TRUE(story.isActive(panel));
+    story.enterPath(panel, documents / "list.json");
+    story.strikeAndLeave(story.comes(story.titles.alert), "ESC");
+    story.managementComes();
+    story.enterPath(story.clickExport(), documents / "plain");
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(documents / "plain.json"); }));
 }
 
 TEST_F(FilePanelsTest, AskOnceBeforeTheyReplaceAFile) {

@@ -1,8 +1,8 @@
+#include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
 #include "desktop/resident/StatusMenu.h"
 #include "show/Typing.h"
 #include "support/WaitUntil.h"
-#include "support/WriteFile.h"
 
 #include <algorithm>
 #include <chrono>
@@ -64,12 +64,24 @@ protected:
             story.keyboard.strike({"SPCE"});
             break;
         case Means::mouse:
-            story.clickOn(button);
+            click(button);
             break;
         case Means::accessibilityBus:
             story.reader.press(button);
             break;
         }
+    }
+
+    /// Clicks once the program knows where the window in front has been put.
+    void click(const Accessible& part) {
+        const auto isInPlace = [this] {
+            const auto place = story.screen.placeOf(story.pager.activeWindow());
+            return std::ranges::any_of(story.reader.windows(), [&](const Accessible& window) {
+                return story.reader.placeOf(window) == place;
+            });
+        };
+        story.require(isInPlace, "the window is not where the program has it");
+        story.clickOn(part);
     }
 
     void focus(const Accessible& part) {
@@ -91,7 +103,7 @@ protected:
             show::type(story.keyboard, name);
             break;
         case Means::mouse:
-            story.clickOn(row);
+            click(row);
             break;
         case Means::accessibilityBus:
             story.reader.act(row, "Toggle");
@@ -145,7 +157,8 @@ protected:
 
     void startWithoutPermission() {
         menu.startHost();
-        story.launchUtility({{"XAUTHORITY", authority.string()}});
+        setFont(story.desktop, 10);
+        story.launchUtility(changed(withFontSettings, {{"XAUTHORITY", authority.string()}}));
         const auto prompt = story.comes(story.titles.alert);
         press(story.reader.find("alert message", "ショートカットキーを検出できません"), "OK");
         story.goes(prompt);
@@ -196,15 +209,24 @@ protected:
         story.goes(panel);
     }
 
+    /// While the window is open.
     void changeTheFont() {
+        openWindow();
+        const auto name = story.reader.find(window(), "label", "Quartz");
+        const auto before = story.reader.placeOf(name).height;
+        setFont(story.desktop, 16);
+        EXPECT_TRUE(waitUntil([&] {
+            const auto grown = story.reader.find(window(), "label", "Quartz");
+            return story.reader.placeOf(grown).height > before;
+        }));
+    }
+
+    /// From now on as a client that the display has trusted from the beginning.
+    void startAnew() {
         story.utility().signal(SIGTERM);
         EXPECT_EQ(story.utility().wait(), 0);
-        const std::string font = "16,-1,5,50,0,0,0,0,0\n";
-        writeFile(story.desktop.home() / ".config/kdeglobals",
-                  "[General]\nfont=DejaVu Sans," + font + "fixed=DejaVu Sans Mono," + font +
-                      "\n[KDE]\nwidgetStyle=Fusion\nSingleClick=false\n");
         menu.startHost();
-        story.start({{"XDG_CURRENT_DESKTOP", "KDE"}, {"KDE_SESSION_VERSION", "5"}});
+        story.start(withFontSettings);
         ASSERT_TRUE(menu.showsItem());
     }
 
@@ -244,10 +266,14 @@ TEST_P(FirstTenMinutesTest, EndWithAListThatWorks) {
     ASSERT_NO_FATAL_FAILURE(startWithoutPermission());
     ASSERT_NO_FATAL_FAILURE(addThree());
     exportList();
-    ASSERT_NO_FATAL_FAILURE(changeTheFont());
+    changeTheFont();
+    ASSERT_NO_FATAL_FAILURE(startAnew());
     ASSERT_NO_FATAL_FAILURE(switchTheLanguage());
     deleteFirst();
     restore();
+    for (const auto& combination : {first, second, third}) {
+        ASSERT_TRUE(story.isLive(story.grabOf(combination)));
+    }
     EXPECT_TRUE(story.brings(quartz, story.front, first));
     EXPECT_TRUE(story.brings(feldspar, story.front, second));
     EXPECT_TRUE(story.brings(obsidian, story.front, third));

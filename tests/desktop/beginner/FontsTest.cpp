@@ -1,7 +1,10 @@
+#include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
+#include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
 #include <algorithm>
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -115,6 +118,74 @@ TEST_P(FontsTest, TheEditorShowsEverything) {
     const auto cancel =
         story.reader.find(window, "push button", GetParam().isEnglish ? "Cancel" : "キャンセル");
     EXPECT_EQ(story.reader.placeOf(save).height, story.reader.placeOf(cancel).height);
+}
+
+/// The desktop's font changes while the windows are open.
+class ChangingFontTest : public testing::Test {
+protected:
+    using Sizes = std::vector<std::string>;
+
+    EditorStory story;
+    Application& quartz = story.install("Quartz");
+
+    void SetUp() override {
+        story.bind(bound, quartz);
+        story.writeShortcuts();
+    }
+
+    void openWindows(int points) {
+        setFont(story.desktop, points);
+        story.start(withFontSettings);
+        story.openManagement();
+        story.reader.press(story.reader.find("push button", "編集"));
+        story.comes(story.titles.editing);
+    }
+
+    /// How large the editor is, and all that people read and press in both windows.
+    Sizes sizes() {
+        const auto editor = story.reader.find("dialog", story.titles.editing);
+        auto parts = story.reader.partsOf(story.reader.find("frame", story.titles.management));
+        std::ranges::move(story.reader.partsOf(editor), std::back_inserter(parts));
+        std::erase_if(parts, [](const Accessible& part) {
+            return part.role != "label" && part.role != "push button";
+        });
+        parts.push_back(editor);
+        Sizes all;
+        for (const auto& part : parts) {
+            const auto place = story.reader.placeOf(part);
+            all.push_back(part.role + ' ' + part.name + ' ' + std::to_string(place.width) + 'x' +
+                          std::to_string(place.height));
+        }
+        return all;
+    }
+
+    /// Those in windows that have known no other font.
+    Sizes sizesAt(int points) {
+        openWindows(points);
+        return sizes();
+    }
+
+    void expectSizes(const Sizes& expected) {
+        Sizes last;
+        EXPECT_TRUE(waitUntil([&] { return (last = sizes()) == expected; }))
+            << testing::PrintToString(last) << "\nare not\n"
+            << testing::PrintToString(expected);
+    }
+};
+
+TEST_F(ChangingFontTest, IsFollowedByOpenWindows) {
+    constexpr int small = 8;
+    constexpr int usual = 10;
+    constexpr int large = 24;
+    const auto inSmall = sizesAt(small);
+    const auto inLarge = sizesAt(large);
+    const auto inUsual = sizesAt(usual);
+    EXPECT_NE(inUsual, inLarge);
+    EXPECT_NE(inUsual, inSmall);
+    setFont(story.desktop, large);
+    expectSizes(inLarge);
+    setFont(story.desktop, small);
+    expectSizes(inSmall);
 }
 
 } // namespace

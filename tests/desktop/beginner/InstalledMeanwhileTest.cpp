@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace hollowfernpike {
@@ -51,6 +52,23 @@ protected:
         story.openManagement();
     }
 
+    /// The same for a utility that may not watch any folder: it is in a name space of users that
+    /// has its own limit.
+    void openUnwatched() {
+        unwatched_ = story.desktop.start(
+            {"unshare", "--user", "--map-current-user", "--keep-caps", "sh", "-c",
+             std::string("echo 0 > ") + limit + " && exec \"$0\"", HFP_PROGRAM});
+        story.require([this] { return story.pager.clients(unwatched_->pid()) > 2; },
+                      "the utility does not come");
+        story.openManagement();
+    }
+
+    void allowWatches() {
+        story.run({"nsenter", "--user", "--preserve-credentials", "--target",
+                   std::to_string(unwatched_->pid()), "sh", "-c",
+                   std::string("echo 10000 > ") + limit});
+    }
+
     static void writeIcon(const std::filesystem::path& theme, QRgb color) {
         constexpr int side = 48;
         QImage image(side, side, QImage::Format_RGB32);
@@ -77,8 +95,12 @@ protected:
                }) >= least;
     }
 
+    static constexpr auto limit = "/proc/sys/user/max_inotify_watches";
     static constexpr int onCard = 16 + 12 + 16;
     static constexpr int inPanel = 30;
+
+private:
+    std::unique_ptr<ChildProcess> unwatched_;
 };
 
 TEST_F(InstalledMeanwhileTest, AnIconInTheUsersOwnFolderShowsOnTheCard) {
@@ -113,6 +135,22 @@ TEST_F(InstalledMeanwhileTest, AnApplicationThatComesBackIsNoLongerDimmed) {
     EXPECT_TRUE(shows(window, onCard, magenta));
     std::filesystem::remove(probe.entry());
     EXPECT_TRUE(waitUntil([&] { return !isShown(window, onCard, magenta); })) << "gone again";
+}
+
+TEST_F(InstalledMeanwhileTest, ShowsToThoseWhoComeBackIfTheKernelWouldNotWatchBefore) {
+    openUnwatched();
+    const auto window = story.managementComes();
+    EXPECT_FALSE(isShown(window, onCard, magenta));
+    writeIcon(ownIcons, magenta);
+    allowWatches();
+    ASSERT_TRUE(story.switchTo(story.front));
+    const auto frame = story.reader.find("frame", story.titles.management);
+    ASSERT_TRUE(waitUntil([&] { return !story.reader.isActive(frame); })) << "noticed late";
+    EXPECT_FALSE(isShown(window, onCard, magenta));
+    story.openManagement();
+    EXPECT_TRUE(shows(window, onCard, magenta));
+    writeIcon(ownIcons, cyan);
+    EXPECT_TRUE(shows(window, onCard, cyan)) << "watched from now on";
 }
 
 TEST_F(InstalledMeanwhileTest, TheOpenPanelListsItWithItsIcon) {

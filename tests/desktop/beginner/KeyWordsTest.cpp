@@ -33,6 +33,12 @@ TEST_F(KeyWordsTest, AreToldOnCardsAndInTheRecorder) {
     EXPECT_EQ(wordsOf("⌃⌘Key(121)"), "Control + Super + Page Down");
 }
 
+TEST_F(KeyWordsTest, AreShownOnHover) {
+    const auto badge = story.reader.middleOf(story.reader.find("label", " ⌃⌘Key(121) "));
+    story.mouse.moveTo(badge.x, badge.y);
+    story.reader.find("tool tip", "Control + Super + Page Down");
+}
+
 TEST_F(KeyWordsTest, ExplainTheSymbolsWhereTheRecorderAsksForThem) {
     const auto editor = story.clickEdit(0);
     story.startRecording(editor);

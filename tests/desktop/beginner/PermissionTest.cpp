@@ -39,8 +39,8 @@ protected:
                      std::string(title) + " does not come");
     }
 
-    /// As a task bar does, from behind the question. At first, window managers differ in which window
-    /// gets the keys.
+    /// As a task bar does, from behind the question. At first, window managers differ in which
+    /// window gets the keys.
     xcb_window_t bringManagementForward() {
         for (const auto title : {user.titles.alert, user.titles.management}) {
             story.bringForward([&] { return std::vector{windowCalled(title)}; });

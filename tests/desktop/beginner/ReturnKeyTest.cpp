@@ -1,5 +1,6 @@
 #include "desktop/editor/EditorStory.h"
 
+#include "show/Camera.h"
 #include "show/Typing.h"
 #include "support/WaitUntil.h"
 
@@ -42,6 +43,19 @@ TEST_F(ReturnKeyTest, OnTheRecordersButtonRecords) {
     EXPECT_TRUE(story.recorderShows(story.titles.editing, shown(third)));
     story.strikeAndLeave(editor, "RTRN");
     EXPECT_TRUE(story.saves({{quartz, third}}));
+}
+
+TEST_F(ReturnKeyTest, ShowsWhichButtonItPresses) {
+    story.clickEdit(0);
+    const auto place =
+        story.reader.placeOf(story.part(story.titles.editing, "push button", "保存"));
+    const auto looks = [&] {
+        return show::picture(story.desktop.display())
+            .copy(place.x, place.y, place.width, place.height);
+    };
+    const auto asDefault = looks();
+    focus(story.part(story.titles.editing, "push button", "キャンセル"));
+    EXPECT_TRUE(waitUntil([&] { return looks() != asDefault; }));
 }
 
 TEST_F(ReturnKeyTest, InAnEditorThatWasJustOpenedSaves) {

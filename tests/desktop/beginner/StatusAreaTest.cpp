@@ -1,6 +1,8 @@
 #include "desktop/editor/EditorStory.h"
 #include "desktop/resident/StatusMenu.h"
 #include "show/Panel.h"
+#include "show/Typing.h"
+#include "support/WriteFile.h"
 
 #include <memory>
 #include <ostream>
@@ -98,6 +100,21 @@ TEST_P(StatusAreaTest, BringsADialogForwardThatWasCovered) {
     ASSERT_TRUE(story.switchTo(story.front));
     area->exportList();
     EXPECT_TRUE(story.isActive(dialog));
+}
+
+TEST(OlderTrayTest, TheMenusLettersChoose) {
+    EditorStory story;
+    writeFile(story.desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
+              "[General]\nAppLanguage=en\n");
+    story.titles = englishTitles;
+    show::Panel panel(story, story, 1);
+    story.start();
+    panel.openMenu();
+    show::type(story.keyboard, "e");
+    story.strikeAndLeave(story.comes(story.titles.exporting), "ESC");
+    panel.openMenu();
+    show::type(story.keyboard, "q");
+    EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
 }
 
 TEST_P(StatusAreaTest, QuitsWhileADialogWaits) {

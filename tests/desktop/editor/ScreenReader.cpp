@@ -3,6 +3,7 @@
 #include "support/WaitUntil.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 namespace hollowfernpike::test {
@@ -60,6 +61,15 @@ std::vector<Accessible> ScreenReader::partsOf(const Accessible& whole) {
     std::vector<Accessible> parts;
     collect(whole, parts);
     return parts;
+}
+
+std::vector<Accessible> ScreenReader::windows() {
+    std::vector<Accessible> windows;
+    for (const auto& program : childrenOf(root)) {
+        std::ranges::copy_if(childrenOf(program), std::back_inserter(windows),
+                             [this](const Accessible& window) { return isShown(window); });
+    }
+    return windows;
 }
 
 void ScreenReader::collect(const Accessible& whole, std::vector<Accessible>& parts) {

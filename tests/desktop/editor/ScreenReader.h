@@ -37,6 +37,9 @@ public:
     /// All parts within it that are on the screen, to any depth, in order.
     std::vector<Accessible> partsOf(const Accessible& whole);
 
+    /// The windows of all programs that are on the screen.
+    std::vector<Accessible> windows();
+
     /// Whether it is on the screen now.
     bool isShown(const Accessible& part);
     /// Whether the program takes this window of its for the one that has the keys.

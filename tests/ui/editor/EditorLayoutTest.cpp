@@ -1,4 +1,3 @@
-#include "ui/FontChange.h"
 #include "ui/editor/EditorSheetTest.h"
 #include "ui/icons/IconView.h"
 
@@ -226,29 +225,6 @@ INSTANTIATE_TEST_SUITE_P(, EditorLayoutTest, testing::Values(Language::japanese,
                          languageName);
 INSTANTIATE_TEST_SUITE_P(, RecorderLayoutTest,
                          testing::Values(Language::japanese, Language::english), languageName);
-
-TEST_F(EditorSheetTest, AFontThatChangesIsTakenOverAtOnce) {
-    const auto sizes = [](const AddEditShortcutSheet& sheet) {
-        std::vector<QRect> places{QRect(QPoint(), sheet.size())};
-        for (const auto* name : {"step1Heading", "step2Heading", "step1AppNameLabel", "keyRecorder",
-                                 "displayLabel", "recordButton", "saveButton", "cancelButton"}) {
-            places.push_back(sheet.findChild<QWidget*>(name)->geometry());
-        }
-        return places;
-    };
-    for (const int points : {24, 8}) {
-        auto& sheet = open(mailShortcut());
-        const FontChange change(points);
-        QCoreApplication::processEvents();
-        const auto known = sizes(sheet);
-        sheet.close();
-        turn();
-        auto& fresh = open(mailShortcut());
-        EXPECT_EQ(known, sizes(fresh)) << points;
-        fresh.close();
-        turn();
-    }
-}
 
 } // namespace
 } // namespace hollowfernpike

@@ -6,8 +6,6 @@
 #include <QDialog>
 #include <QScreen>
 
-#include <cstdlib>
-
 namespace hollowfernpike::test {
 
 namespace {
@@ -121,22 +119,6 @@ TEST_F(MainWindowActionsTest, EveryRequestOpensAFurtherEditor) {
     card(0).editButton().click();
     card(0).editButton().click();
     EXPECT_THAT(editors(), SizeIs(4));
-}
-
-TEST_F(MainWindowActionsTest, NoEditorHidesAnother) {
-    constexpr int heightOfATitle = 20;
-    for (int count = 0; count < 3; ++count) {
-        controller->addButton()->click();
-    }
-    const auto open = editors();
-    ASSERT_THAT(open, SizeIs(3));
-    for (const auto* one : open) {
-        for (const auto* other : open) {
-            const auto apart = one->pos() - other->pos();
-            EXPECT_TRUE(one == other ||
-                        (std::abs(apart.y()) >= heightOfATitle && apart.x() == apart.y()));
-        }
-    }
 }
 
 TEST_F(MainWindowActionsTest, DeletingAsksInASheetOnTheWindow) {

@@ -112,7 +112,9 @@ std::vector<std::string> ApplicationBundles::applicationDirectories() {
 }
 
 std::unique_ptr<platform::Subscription> ApplicationBundles::watch(std::function<void()> onChange) {
-    if (!watch_) {
+    if (watch_) {
+        watch_->tryAgain();
+    } else {
         watch_.emplace(entries_.directories(), [this] { observers_.post(change); });
     }
     return observers_.observe(change, std::move(onChange));

@@ -28,6 +28,16 @@ ApplicationsWatch::ApplicationsWatch(std::vector<fs::path> directories,
     begin();
 }
 
+void ApplicationsWatch::tryAgain() {
+    if (!watch_->isBlind()) {
+        return;
+    }
+    begin();
+    if (!watch_->isBlind()) {
+        pause_.start(pauseAfterChange);
+    }
+}
+
 // Anew after each change, because directories may have come.
 void ApplicationsWatch::begin() {
     readable_.reset();

@@ -14,13 +14,17 @@
 namespace hollowfernpike::freedesktop {
 
 /// Tells when entries of applications, or icons that came with them, may have changed: five times a
-/// second at most, because a package brings many files. Silent where the kernel would not watch.
+/// second at most, because a package brings many files. Silent while the kernel would not watch.
 /// Main thread only.
 class ApplicationsWatch {
 public:
     /// `directories` are those for entries; those for icons lie beside them.
     ApplicationsWatch(std::vector<std::filesystem::path> directories,
                       std::function<void()> onChange);
+
+    /// Asks the kernel once more if it would not watch. If it does now, tells soon that there may
+    /// have been changes.
+    void tryAgain();
 
 private:
     void begin();
