@@ -14,11 +14,13 @@ class QuietOnWaylandTest : public Quiet {};
 TEST_F(QuietOnWaylandTest, KeysThatNobodyBindsDoNotWakeIt) {
     const auto before = wakeUps();
     const auto key = story.keyboard.keycode("AC09");
-    for (int round = 0; round < 250; ++round) {
-        story.keyboard.strike({"AC09"});
-        story.keyboard.strike({"LCTL", "LFSH", "AC09"});
+    for (int round = 0; round < 10; ++round) {
+        for (int times = 0; times < 25; ++times) {
+            story.keyboard.strike({"AC09"});
+            story.keyboard.strike({"LCTL", "LFSH", "AC09"});
+        }
+        ASSERT_TRUE(story.getsKeys(front)); // compositors end clients that do not keep up
     }
-    ASSERT_TRUE(story.getsKeys(front));
     EXPECT_EQ(front.downs(key), 500);
     EXPECT_EQ(wakeUps(), before);
     story.strike(bound);
