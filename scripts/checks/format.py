@@ -6,7 +6,7 @@ import tree
 
 
 def check(root):
-    names = tree.files(root, "*.h", "*.cpp")
+    names = tree.files(root, "*.h", "*.cpp", "*.mm")
     done = subprocess.run(["clang-format", "--dry-run", "-Werror", *names], cwd=root,
                           capture_output=True, text=True, check=False)
     found = [line for line in done.stderr.splitlines() if ": error: " in line]

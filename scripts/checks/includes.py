@@ -13,13 +13,16 @@ DOORS = {
     "hotkeys": {"model"},
     "model": set(),
     "platform": set(),
-    "platform/qt": {"platform/freedesktop"},
-    "platform/x11": {"platform/freedesktop"},
-    "platform/wayland": {"platform/freedesktop"},
-    "platform/sway": {"platform/freedesktop", "platform/wayland"},
-    "platform/kde": {"platform/freedesktop", "platform/wayland"},
-    "platform/gnome": {"platform/freedesktop", "platform/wayland"},
-    "platform/portal": {"platform/freedesktop", "platform/wayland"},
+    "platform/posix": set(),
+    "platform/macos": {"platform/posix", "platform/qt"},
+    "platform/freedesktop": {"platform/posix"},
+    "platform/qt": {"platform/freedesktop", "platform/posix"},
+    "platform/x11": {"platform/freedesktop", "platform/posix"},
+    "platform/wayland": {"platform/freedesktop", "platform/posix"},
+    "platform/sway": {"platform/freedesktop", "platform/posix", "platform/wayland"},
+    "platform/kde": {"platform/freedesktop", "platform/posix", "platform/wayland"},
+    "platform/gnome": {"platform/freedesktop", "platform/posix", "platform/wayland"},
+    "platform/portal": {"platform/freedesktop", "platform/posix", "platform/wayland"},
 }
 
 # Single headers of another room: the texts of the windows depend on the language.
@@ -43,13 +46,15 @@ LIBRARIES = [
     ("the JSON library", re.compile(r"rapidjson/.*"), {"model", "platform/sway"}),
     ("Qt", re.compile(r"Q[A-Z].*|Qt.*/.*"),
      {"app", "main", "platform/freedesktop", "platform/gnome",
-      "platform/kde", "platform/portal", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
+      "platform/kde", "platform/macos", "platform/portal", "platform/qt", "platform/sway", "platform/wayland", "platform/x11", "ui"}),
     ("the toolkit's plug-ins", re.compile(r"(qpa|private)/.*"),
      {"platform/kde", "platform/wayland", "ui"}),
     ("zlib", re.compile(r"zlib\.h"), {"ui"}),
     ("X11", re.compile(r"(xcb|X11|libsn)/.*"), {"platform/x11"}),
     ("Wayland", re.compile(r"wayland-.*|.*-client-protocol\.h|xkbcommon/.*"),
      {"platform/kde", "platform/wayland"}),
+    ("macOS", re.compile(r"(AppKit|ApplicationServices|CoreFoundation|Foundation|ServiceManagement)/.*"),
+     {"platform/macos"}),
     ("GLib", re.compile(r"(glib|gio|gobject|gmodule)[-/.].*|glib\.h"), {"platform/freedesktop"}),
 ]
 STANDARD_ONLY = {"model", "hotkeys", "platform"}
@@ -91,8 +96,8 @@ def fault_of_library(root, name, header):
 
 
 def check(root):
-    for name, lines in tree.texts(root, "src/*.h", "src/*.cpp", "tests/*.h", "tests/*.cpp",
-                                  "benchmarks/*.h", "benchmarks/*.cpp"):
+    for name, lines in tree.texts(root, "src/*.h", "src/*.cpp", "src/*.mm", "tests/*.h",
+                                  "tests/*.cpp", "tests/*.mm", "benchmarks/*.h", "benchmarks/*.cpp"):
         for number, line in enumerate(lines, start=1):
             if include := INCLUDE.match(line):
                 quote, header = include.groups()

@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/Language.h"
 #include "main/BindingsReminder.h"
+#include "main/ServicesHandOver.h"
 #include "main/TrustPrompt.h"
 #include "model/ShortcutStore.h"
 #include "platform/Desktop.h"
@@ -40,17 +41,6 @@ inline constexpr auto defaultAction = "openMainWindow";
 
 /// The action of a command that stands for a press; its parameter is the combination.
 inline constexpr auto pressAction = "press";
-
-/// Makes platform::services() return these services for as long as it lives.
-class ServicesHandOver {
-public:
-    explicit ServicesHandOver(const platform::Services& services) {
-        platform::setServices(&services);
-    }
-    ServicesHandOver(const ServicesHandOver&) = delete;
-    ServicesHandOver& operator=(const ServicesHandOver&) = delete;
-    ~ServicesHandOver() { platform::setServices(nullptr); }
-};
 
 /// The running program: its services and its delegate. Needs a QApplication. Main thread only.
 class Program {

@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "main/Domains.h"
 #include "main/Messages.h"
 #include "main/Program.h"
 #include "main/Restart.h"
@@ -39,11 +40,8 @@
 namespace hollowfernpike {
 namespace {
 
-constexpr std::string_view domain = "app.hollowfernpike.Hollowfernpike";
-constexpr std::string_view previousDomains[] = {"com.local.Hollowfernpike"};
-
 const freedesktop::Instance::Names names{
-    .lock = "hollowfernpike", .bus = std::string{domain}, .plainAction = defaultAction};
+    .lock = "hollowfernpike", .bus = std::string{ownDomain}, .plainAction = defaultAction};
 
 /// A kind of session on Wayland. `find` takes the connection if the session is of that kind.
 struct WaylandKind {
@@ -167,7 +165,7 @@ struct ToolkitArguments {
 int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop,
                 const CommandLine& line, const std::string& command,
                 const std::string& openWindows) {
-    qt::UserDefaults userDefaults(domain);
+    qt::UserDefaults userDefaults(ownDomain);
     PreferencesMigration::run(userDefaults, previousDomains);
     using Publication = freedesktop::Instance::Publication;
     const auto request = requestFor(line);
@@ -178,7 +176,7 @@ int runInstance(freedesktop::Instance& instance, platform::FoundDesktop& desktop
         hideSessionBus();
     }
     QCoreApplication::setApplicationName("Hollowfernpike");
-    QGuiApplication::setDesktopFileName(QString::fromUtf8(domain));
+    QGuiApplication::setDesktopFileName(QString::fromUtf8(ownDomain));
     ToolkitArguments arguments{.program = command, .platform = desktop.toolkitPlatform()};
     QApplication application(arguments.count, arguments.words.data());
     const auto bus = busAddress.empty()

@@ -3,6 +3,7 @@
 #include "platform/Interface.h"
 #include "platform/RunLoop.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,13 +13,27 @@
 
 namespace hollowfernpike::platform {
 
-/// Where to find the icon of a file: a name in the user's icon theme or an image of its own. Both
-/// are empty if no icon is known.
+/// Where to find the icon of a file: a name in the user's icon theme, an image of its own, or the
+/// desktop, which draws it. All are empty if no icon is known.
 struct FileIcon {
     std::string themeName;
-    std::string imageFile; ///< absolute path
+    std::string imageFile;     ///< absolute path
+    std::string drawnFor = {}; ///< the file whose icon ApplicationBundles::drawIcon() draws
 
     bool operator==(const FileIcon&) const = default;
+};
+
+/// A square picture: the rows from top to bottom, each from left to right; for each pixel one byte
+/// of red, green, blue and alpha, the colours multiplied by alpha.
+struct IconPixels {
+    int side = 0;
+    std::vector<std::uint8_t> bytes; ///< 4 * side * side
+};
+
+/// What file panels have to know of applications.
+struct ApplicationFiles {
+    std::string extension;   ///< of their names, with its dot
+    bool areFolders = false; ///< which people see as one file
 };
 
 /// What an application says of itself.
@@ -59,11 +74,19 @@ public:
     /// The icon of the application at `path`; an empty one if there is none to be read.
     virtual FileIcon iconForFile(const std::string& path) = 0;
 
+    /// The icon that a `FileIcon::drawnFor` stands for, `side` pixels wide and high; absent if it
+    /// cannot be drawn.
+    virtual std::optional<IconPixels> drawIcon(const std::string& /*file*/, int /*side*/) {
+        return std::nullopt;
+    }
+
     /// Whether the application at `path` would be opened.
     virtual Standing standingOf(const std::string& path) = 0;
 
     /// Those that the desktop offers to this user, in no particular order.
     virtual std::vector<InstalledApplication> installedApplications(std::string_view language) = 0;
+
+    virtual ApplicationFiles applicationFiles() = 0;
 
     /// Where installed applications lie, for file panels: existing directories, best first.
     virtual std::vector<std::string> applicationDirectories() = 0;

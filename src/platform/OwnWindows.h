@@ -11,6 +11,10 @@ namespace hollowfernpike::platform {
 /// only.
 class OwnWindows : public Interface {
 public:
+    /// Has the desktop list the program as one that runs, or leave it out, where it lists programs
+    /// and not windows.
+    virtual void setShownAsApplication(bool /*shown*/) {}
+
     /// Has task bars and pagers list a window or leave it out, whether it is on the screen already
     /// or has yet to come.
     virtual void setShownInTaskBar(std::uintptr_t window, bool shown) = 0;

@@ -20,8 +20,9 @@ struct RunningApplication {
 /// The applications that run in this user's desktop session. Main thread only.
 class RunningApplications : public Interface {
 public:
-    /// All instances of the application, the longest running first; zombies come last. The order is
-    /// stable. Helper processes of an instance are not instances. Empty for an empty identifier.
+    /// All instances of the application in the desktop's own stable order. The first one counts:
+    /// if it has ended, the application is launched, even if another one is alive. Helper processes
+    /// of an instance are not instances. Empty for an empty identifier.
     virtual std::vector<RunningApplication>
     withBundleIdentifier(std::string_view bundleIdentifier) = 0;
 

@@ -41,19 +41,20 @@ public:
     virtual std::optional<std::vector<WindowInfo>> copyWindowInfo() = 0;
 
     /// Every application window, minimised ones and other workspaces included, in the order in
-    /// which the windows first appeared. Empty when the desktop cannot be asked.
+    /// which the windows first appeared. Empty when the desktop cannot be asked, or tells nobody.
     virtual std::vector<ClientWindow> clientWindows() = 0;
 
     /// Brings the visible windows of the process forward and activates the topmost, as a request of
-    /// the user: with the time of the last key press that a tap delivered. If none is visible,
-    /// switches to the workspace of the topmost or restores the minimised one. Returns false when
-    /// the process has no window or the desktop cannot be asked; true means only that the desktop
-    /// was asked, it acts later.
+    /// the user: with the time of the last key press that a tap delivered. If none is visible, does
+    /// what the desktop does when the user asks for such an application, such as to switch to the
+    /// workspace of the topmost or to restore the minimised one. Returns false when the process is
+    /// known to have no window that could come, or the desktop cannot be asked or refuses; true
+    /// means only that the desktop was asked, it acts later.
     virtual bool bringToFront(std::int32_t processIdentifier) = 0;
 
     /// Calls `onChange` after windows came or went, until the subscription is destroyed, which the
     /// handler may do itself. Costs a wake-up per change, so hold it only while waiting for a
-    /// window.
+    /// window. Null where the desktop tells of no changes.
     [[nodiscard]] virtual std::unique_ptr<Subscription> watch(std::function<void()> onChange) = 0;
 };
 

@@ -3,7 +3,7 @@
 #include "desktop/windows/WindowUser.h"
 #include "faults/Footprint.h"
 #include "faults/HostileHome.h"
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 #include "platform/x11/server/Atoms.h"
 #include "platform/x11/tray/Tray.h"
 #include "support/ContextSwitches.h"
@@ -83,8 +83,7 @@ protected:
 
     void nobodyReadsItsOutput() {
         const auto path = "/proc/" + std::to_string(story.utility().pid()) + "/fd/1";
-        const freedesktop::Descriptor output{
-            ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)};
+        const posix::Descriptor output{::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)};
         EXPECT_GE(::fcntl(output.get(), F_SETPIPE_SZ, 4096), 4096);
         while (::write(output.get(), "\n", 1) == 1) {
         }
@@ -179,9 +178,9 @@ protected:
     }
 
     /// The clients of the program that ask for nonsense, or for nothing.
-    std::vector<freedesktop::Descriptor> requestsAreNoise() {
+    std::vector<posix::Descriptor> requestsAreNoise() {
         const auto address = socketAddress(story.desktop.home() / "run/hollowfernpike.socket");
-        std::vector<freedesktop::Descriptor> sockets;
+        std::vector<posix::Descriptor> sockets;
         for (int number = 0; number < 40; ++number) {
             sockets.emplace_back(
                 ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));

@@ -9,7 +9,7 @@
 #include "platform/freedesktop/entries/EntryFile.h"
 #include "platform/freedesktop/entries/EntryIndex.h"
 #include "platform/freedesktop/entries/ExecLine.h"
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <algorithm>
 #include <optional>
@@ -40,7 +40,7 @@ public:
     std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_.get()); }
 
 private:
-    freedesktop::Descriptor descriptor_;
+    posix::Descriptor descriptor_;
 };
 
 bool isText(const std::string& text) {

@@ -136,7 +136,7 @@ fs::path KWinDesktop::lend(const fs::path& file) const {
     return lendToSessionUser(file, ground_.path());
 }
 
-LentConnection KWinDesktop::lendConnection() const {
+LentSocket KWinDesktop::lendSocket() const {
     return {[this](const auto& commandLine) { return start(commandLine); },
             lend(HFP_CONNECTION_LENDER), ground_.path() / "borrower"};
 }

@@ -67,7 +67,8 @@ public:
     std::filesystem::path lend(const std::filesystem::path& file) const;
 
     /// A connection to KWin that may use what is kept from most clients.
-    LentConnection lendConnection() const;
+    LentConnection lendConnection() const { return LentConnection(lendSocket()); }
+    LentSocket lendSocket() const;
 
     /// Installs a desktop entry for the program, as it is lent. KWin knows within two seconds.
     void grant(const KWinRight& right) const;

@@ -15,7 +15,7 @@ namespace hollowfernpike::test {
 
 namespace {
 
-using freedesktop::Descriptor;
+using posix::Descriptor;
 
 Descriptor listenAt(const std::filesystem::path& place) {
     const auto address = socketAddress(place);
@@ -57,12 +57,12 @@ Descriptor receive(const Descriptor& tie) {
 
 } // namespace
 
-LentConnection::LentConnection(const Start& start, const std::filesystem::path& lender,
-                               const std::filesystem::path& place) {
+LentSocket::LentSocket(const Start& start, const std::filesystem::path& lender,
+                       const std::filesystem::path& place) {
     const auto listening = listenAt(place);
     lender_ = start({lender, place});
     tie_ = accept(listening, *lender_);
-    connection_ = std::make_unique<WaylandConnection>(receive(tie_));
+    socket_ = receive(tie_);
     std::filesystem::remove(place);
 }
 

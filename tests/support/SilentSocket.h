@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 #include "support/SocketAddress.h"
 
 #include <filesystem>
@@ -24,7 +24,7 @@ public:
     }
 
 private:
-    freedesktop::Descriptor socket_;
+    posix::Descriptor socket_;
 };
 
 } // namespace hollowfernpike::test

@@ -12,7 +12,7 @@ WaylandConnection::WaylandConnection(const std::string& display)
     listen(display);
 }
 
-WaylandConnection::WaylandConnection(const freedesktop::Descriptor& socket)
+WaylandConnection::WaylandConnection(const posix::Descriptor& socket)
     : display_(wl_display_connect_to_fd(::fcntl(socket.get(), F_DUPFD_CLOEXEC, 0))) {
     listen("of a connected socket");
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <cstdint>
 #include <map>
@@ -23,7 +23,7 @@ public:
     explicit WaylandConnection(const std::string& display);
 
     /// Goes on with a socket that is connected already; the caller may close his.
-    explicit WaylandConnection(const freedesktop::Descriptor& socket);
+    explicit WaylandConnection(const posix::Descriptor& socket);
     WaylandConnection(const WaylandConnection&) = delete;
     WaylandConnection& operator=(const WaylandConnection&) = delete;
     ~WaylandConnection();

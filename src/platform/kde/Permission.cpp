@@ -1,10 +1,10 @@
 #include "platform/kde/Permission.h"
 
 #include "platform/freedesktop/entries/ExecLine.h"
-#include "platform/freedesktop/files/AtomicFile.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
 #include "platform/freedesktop/files/FileManager.h"
 #include "platform/freedesktop/launching/LaunchError.h"
+#include "platform/posix/AtomicFile.h"
 
 #include <filesystem>
 
@@ -32,8 +32,7 @@ void writeEntry(const std::string& program) {
     }
     const auto path = entryPath();
     freedesktop::FileManager().createDirectory(path.parent_path());
-    freedesktop::writeFileAtomically(path,
-                                     "[Desktop Entry]\n"
+    posix::writeFileAtomically(path, "[Desktop Entry]\n"
                                      "Type=Application\n"
                                      "Name=Hollowfernpike\n"
                                      "Icon=app.hollowfernpike.Hollowfernpike\n"

@@ -156,6 +156,7 @@ bool Application::showsInTaskBar() const {
 }
 
 void Application::updateTaskBar() {
+    ownWindows_.setShownAsApplication(showsInTaskBar());
     for (const QWindow* window : QGuiApplication::topLevelWindows()) {
         if (window->handle() != nullptr && isOrdinary(window->type())) {
             ownWindows_.setShownInTaskBar(window->winId(), showsInTaskBar());

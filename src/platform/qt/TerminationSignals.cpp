@@ -1,6 +1,6 @@
 #include "platform/qt/TerminationSignals.h"
 
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/SystemCall.h"
 
 #include <atomic>
 #include <cerrno>
@@ -40,7 +40,7 @@ void handleBy(void (*handler)(int)) {
 } // namespace
 
 TerminationSignals::TerminationSignals()
-    : arrivals_(freedesktop::checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))) {
+    : arrivals_(posix::checked(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))) {
     arrivalsOfSignals = arrivals_.get();
     handleBy(noteSignal);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/RunLoop.h"
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <functional>
 #include <memory>
@@ -23,7 +23,7 @@ public:
     void watch(platform::RunLoop& runLoop, std::function<void()> onSignal);
 
 private:
-    freedesktop::Descriptor arrivals_;
+    posix::Descriptor arrivals_;
     std::unique_ptr<platform::Subscription> watch_;
 };
 

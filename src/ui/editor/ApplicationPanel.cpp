@@ -29,7 +29,6 @@ namespace {
 
 constexpr QSize initialSize(360, 420);
 constexpr int rowIcon = 24;
-constexpr auto entryExtension = ".desktop";
 
 ApplicationSearch installedApplications() {
     const Language language = Language::current();
@@ -46,12 +45,28 @@ QStringList applicationDirectories() {
 }
 
 /// The one of these folders that holds the most applications; home if there is none.
-QString fullestOf(const QStringList& directories) {
-    const auto count = [](const QString& path) {
-        return QDir(path, QStringLiteral("*") + entryExtension).count();
+QString fullestOf(const QStringList& directories, const QString& extension) {
+    const auto count = [&extension](const QString& path) {
+        return QDir(path, "*" + extension).count();
     };
     const auto fullest = std::ranges::max_element(directories, {}, count);
     return fullest == directories.end() ? QDir::homePath() : *fullest;
+}
+
+QFileDialog* panelFor(const platform::ApplicationFiles& applications,
+                      const QStringList& directories, QWidget* parent) {
+    const auto* const kind = localized("アプリ", "Apps");
+    const auto extension = QString::fromStdString(applications.extension);
+    if (!applications.areFolders) {
+        auto* files = new FilePanel(FilePanel::Purpose::open, kind, extension, parent);
+        files->addPlaces(directories);
+        return files;
+    }
+    // The desktop's own panel: the toolkit's would lead into such a folder.
+    auto* folders = new QFileDialog(parent);
+    folders->setFileMode(QFileDialog::ExistingFile);
+    folders->setNameFilter(QStringLiteral("%1 (*%2)").arg(kind, extension));
+    return folders;
 }
 
 bool movesInList(int key) {
@@ -175,11 +190,10 @@ void ApplicationPanel::openSelected() {
 
 void ApplicationPanel::chooseOtherFile() {
     const auto directories = applicationDirectories();
-    auto* files =
-        new FilePanel(FilePanel::Purpose::open, localized("アプリ", "Apps"), entryExtension, this);
+    const auto applications = platform::services().applicationBundles.applicationFiles();
+    auto* files = panelFor(applications, directories, this);
     files->setAttribute(Qt::WA_DeleteOnClose);
-    files->addPlaces(directories);
-    files->setDirectory(fullestOf(directories));
+    files->setDirectory(fullestOf(directories, QString::fromStdString(applications.extension)));
     files->setWindowTitle(windowTitle());
     connect(files, &QFileDialog::fileSelected, this,
             [this](const QString& file) { choose(file.toStdString()); });

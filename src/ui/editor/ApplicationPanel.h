@@ -18,8 +18,8 @@ class QStackedWidget;
 
 namespace hollowfernpike {
 
-/// Lets the user choose an application: one of those that are installed, or any entry file. Main
-/// thread only.
+/// Lets the user choose an application: one of those that are installed, or any other file that is
+/// one. Main thread only.
 class ApplicationPanel final : public QDialog {
 public:
     /// Told of the path of the chosen application.

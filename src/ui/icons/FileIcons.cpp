@@ -13,6 +13,7 @@
 #include <QStyle>
 #include <QStyleOption>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -78,6 +79,18 @@ std::vector<std::string> filesOf(const platform::FileIcon& icon, const QSize& si
     return files;
 }
 
+/// The icon that the desktop draws for this file; null if it does not.
+QPixmap drawnByDesktop(const std::string& file, const QSize& size) {
+    const auto drawing = platform::services().applicationBundles.drawIcon(
+        file, std::min(size.width(), size.height()));
+    if (!drawing) {
+        return {};
+    }
+    const QImage image(drawing->bytes.data(), drawing->side, drawing->side,
+                       QImage::Format_RGBA8888_Premultiplied);
+    return QPixmap::fromImage(image.copy());
+}
+
 /// What copies of one icon share: where it comes from, and its image in each size that was drawn.
 class FileImages : public std::enable_shared_from_this<FileImages> {
 public:
@@ -104,6 +117,10 @@ private:
     void read(const QSize& size, QPixmap& pixmap) {
         if (std::exchange(edition_, edition()) != edition()) {
             icon_ = source_();
+        }
+        if (!icon_.drawnFor.empty()) {
+            pixmap = drawnByDesktop(icon_.drawnFor, size);
+            return;
         }
         auto files = filesOf(icon_, size);
         const QString key = keyFor(files, size);

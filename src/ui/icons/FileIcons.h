@@ -10,7 +10,9 @@ namespace hollowfernpike {
 
 /// From the user's icon theme, else from the icon's own image, else a generic one. Its files are
 /// read off the main thread once it is drawn; until then it is generic. All windows are drawn again
-/// when it is there, unless it looks as it did before. Main thread only, like all of these.
+/// when it is there, unless it looks as it did before. One that the desktop draws is asked for when
+/// it is drawn first, in each size; platform::services() must be set then. Main thread only, like
+/// all of these.
 QIcon iconFor(const platform::FileIcon& icon);
 
 /// Has all icons of files looked for and read again when they are next drawn, because there may be

@@ -1,6 +1,7 @@
 #include "ui/icons/IconReader.h"
 
 #include "ui/icons/IconImage.h"
+#include "ui/icons/ModestThread.h"
 
 #include <QCoreApplication>
 
@@ -10,10 +11,6 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-
-#include <malloc.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace hollowfernpike {
 
@@ -59,11 +56,9 @@ public:
     }
 
 private:
-    // A thread must not look for the application object while that is being destroyed. By default
-    // the allocator keeps megabytes for each thread once one block of that size has been freed.
+    // A thread must not look for the application object while that is being destroyed.
     IconThreads() {
-        constexpr int largeBlock = 1 << 20; // goes back to the system when freed
-        ::mallopt(M_MMAP_THRESHOLD, largeBlock);
+        giveLargeBlocksBack();
         qAddPostRoutine([] { shared().stop(std::chrono::milliseconds{0}); });
     }
 
@@ -87,8 +82,7 @@ private:
     }
 
     void work(const Request& request) {
-        constexpr int lowPriority = 10;
-        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), lowPriority);
+        lowerPriorityOfThisThread();
         const QImage image = firstImage(request.files, request.size);
         const std::scoped_lock lock(mutex_);
         --running_;

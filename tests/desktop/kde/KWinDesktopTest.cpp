@@ -222,7 +222,7 @@ protected:
     /// Whether KWin lets a copy of the program that lends connections see windows.
     bool strangerSeesWindows() const {
         const auto start = [this](const auto& commandLine) { return desktop.start(commandLine); };
-        return LentConnection(start, desktop.lend(stranger), stranger.parent_path() / "place")
+        return LentConnection({start, desktop.lend(stranger), stranger.parent_path() / "place"})
             .get()
             .offers("org_kde_plasma_window_management");
     }

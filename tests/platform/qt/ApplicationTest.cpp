@@ -203,6 +203,14 @@ TEST_F(ApplicationTest, MovesOpenWindowsWhenThePolicyChanges) {
     EXPECT_TRUE(isInTaskBar(window));
 }
 
+TEST_F(ApplicationTest, IsShownAsAnApplicationByItsPolicyWithoutAnyWindow) {
+    application.setStatusItemShown(true);
+    application.setActivationPolicy(ActivationPolicy::accessory);
+    EXPECT_EQ(ownWindows.shownAsApplication, false);
+    application.setActivationPolicy(ActivationPolicy::regular);
+    EXPECT_EQ(ownWindows.shownAsApplication, true);
+}
+
 TEST_F(ApplicationTest, LeavesTheTaskBarAloneWhenNothingChanges) {
     application.setActivationPolicy(ActivationPolicy::accessory);
     application.setStatusItemShown(true);

@@ -22,11 +22,11 @@ FakeSway::FakeSway() : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
 
 void FakeSway::accept() {
     formerClient_ = std::exchange(
-        client_, freedesktop::Descriptor{::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC)});
+        client_, posix::Descriptor{::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC)});
 }
 
 void FakeSway::vanish() {
-    socket_ = freedesktop::Descriptor{};
+    socket_ = posix::Descriptor{};
     std::filesystem::remove(path());
 }
 

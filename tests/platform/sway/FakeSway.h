@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 #include "support/TemporaryDirectory.h"
 
 #include <cstdint>
@@ -20,7 +20,7 @@ public:
     void accept();
 
     /// Ends the present connection.
-    void hangUp() { client_ = freedesktop::Descriptor{}; }
+    void hangUp() { client_ = posix::Descriptor{}; }
 
     /// Nobody can connect any more.
     void vanish();
@@ -33,9 +33,9 @@ public:
 
 private:
     TemporaryDirectory directory_;
-    freedesktop::Descriptor socket_;
-    freedesktop::Descriptor client_;
-    freedesktop::Descriptor formerClient_;
+    posix::Descriptor socket_;
+    posix::Descriptor client_;
+    posix::Descriptor formerClient_;
 };
 
 /// A message in the form of the protocol.

@@ -21,6 +21,8 @@ public:
     std::map<std::string, platform::Standing> standings; ///< of those that are not fine
     std::vector<platform::InstalledApplication> installed;
     std::vector<std::string> directories;
+    platform::ApplicationFiles files{.extension = ".desktop"};
+    std::map<std::string, platform::IconPixels> drawings;
     std::string askedLanguage;             ///< of the latest listing
     std::multiset<std::string> namesAsked; ///< the paths, each time they were asked for
     std::multiset<std::string> iconsAsked; ///< the paths, each time they were asked for
@@ -42,6 +44,12 @@ public:
         return found == icons.end() ? platform::FileIcon{} : found->second;
     }
 
+    std::optional<platform::IconPixels> drawIcon(const std::string& file, int side) override {
+        const auto found = drawings.find(file);
+        return found == drawings.end() || found->second.side != side ? std::nullopt
+                                                                     : std::optional(found->second);
+    }
+
     platform::Standing standingOf(const std::string& path) override {
         const auto found = standings.find(path);
         return found == standings.end() ? platform::Standing::fine : found->second;
@@ -52,6 +60,8 @@ public:
         askedLanguage = language;
         return installed;
     }
+
+    platform::ApplicationFiles applicationFiles() override { return files; }
 
     std::vector<std::string> applicationDirectories() override { return directories; }
 

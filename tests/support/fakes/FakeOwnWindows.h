@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace hollowfernpike::test {
@@ -12,8 +13,10 @@ namespace hollowfernpike::test {
 class FakeOwnWindows final : public platform::OwnWindows {
 public:
     std::map<std::uintptr_t, bool> inTaskBar;
+    std::optional<bool> shownAsApplication;
     std::vector<std::uintptr_t> broughtToFront;
 
+    void setShownAsApplication(bool shown) override { shownAsApplication = shown; }
     void setShownInTaskBar(std::uintptr_t window, bool shown) override {
         inTaskBar[window] = shown;
     }

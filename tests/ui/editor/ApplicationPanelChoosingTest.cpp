@@ -226,6 +226,18 @@ TEST_F(OtherApplicationTest, AFileWhoseNameIsNotUnicodeIsNotOfferedUnderAnotherN
     EXPECT_EQ(view->model()->rowCount(view->rootIndex()), 0);
 }
 
+TEST_F(OtherApplicationTest, ApplicationsThatAreFoldersAreAskedForInTheDesktopsOwnPanel) {
+    services_.applicationBundles.files = {.extension = ".app", .areFolders = true};
+    std::filesystem::create_directory(directory_.path() / "Mail.app");
+    QFileDialog& files = openFiles();
+    EXPECT_FALSE(files.testOption(QFileDialog::DontUseNativeDialog));
+    EXPECT_EQ(files.fileMode(), QFileDialog::ExistingFile);
+    EXPECT_THAT(files.nameFilters(), ElementsAre("アプリ (*.app)"));
+    EXPECT_EQ(files.directory().absolutePath().toStdString(), directory_.path().string());
+    Q_EMIT files.fileSelected(QString::fromStdString((directory_.path() / "Mail.app").string()));
+    EXPECT_THAT(chosen_, ElementsAre((directory_.path() / "Mail.app").string()));
+}
+
 TEST_F(OtherApplicationTest, CancellingReturnsToThePanel) {
     openFiles().reject();
     EXPECT_TRUE(isOpen());

@@ -117,6 +117,28 @@ TEST_F(FileIconsTest, IsSharpOnADisplayOfTwiceTheDensity) {
     }
 }
 
+TEST_F(FileIconsTest, TheDesktopDrawsAnIconInTheSizeThatIsAskedFor) {
+    constexpr int side = 32;
+    platform::IconPixels drawing{.side = side, .bytes = {}};
+    for (int pixel = 0; pixel < side * side; ++pixel) { // red above, half transparent blue below
+        const bool isAbove = pixel < side * side / 2;
+        drawing.bytes.insert(drawing.bytes.end(), {static_cast<std::uint8_t>(isAbove ? 255 : 0), 0,
+                                                   static_cast<std::uint8_t>(isAbove ? 0 : 128),
+                                                   static_cast<std::uint8_t>(isAbove ? 255 : 128)});
+    }
+    services_.applicationBundles.drawings["/Applications/Mail.app"] = drawing;
+    services_.applicationBundles.icons["/Applications/Mail.app"].drawnFor =
+        "/Applications/Mail.app";
+    const auto icon = iconForFile("/Applications/Mail.app");
+    const auto image = icon.pixmap(QSize(side, side), 1.0).toImage();
+    EXPECT_EQ(image.size(), QSize(side, side));
+    EXPECT_EQ(image.pixelColor(3, 3), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(3, side - 3), QColor(0, 0, 255, 128));
+    EXPECT_EQ(icon.pixmap(QSize(16, 16), 1.0).toImage(),
+              genericApplicationIcon().pixmap(QSize(16, 16), 1.0).toImage())
+        << "the desktop draws it in one size alone";
+}
+
 TEST_F(FileIconsTest, TheIconOfAPathIsTheOneOfItsApplication) {
     services_.applicationBundles.icons["/Applications/Mail.app"] = {.themeName = {},
                                                                     .imageFile = image(Qt::red)};

@@ -2,11 +2,11 @@
 
 #include "platform/freedesktop/entries/EntryFile.h"
 #include "platform/freedesktop/entries/ExecLine.h"
-#include "platform/freedesktop/files/AtomicFile.h"
 #include "platform/freedesktop/files/BaseDirectories.h"
-#include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/FileManager.h"
 #include "platform/freedesktop/launching/LaunchError.h"
+#include "platform/posix/AtomicFile.h"
+#include "platform/posix/FileErrors.h"
 
 #include <cerrno>
 #include <optional>
@@ -48,7 +48,7 @@ std::optional<fs::path> everybodysEntry() {
 
 void write(const fs::path& file, const std::string& entry) {
     FileManager().createDirectory(file.parent_path());
-    writeFileAtomically(file, entry);
+    posix::writeFileAtomically(file, entry);
 }
 
 // Set to false by the session settings of GNOME and MATE when the user switches the entry off.
@@ -143,7 +143,7 @@ void LoginItem::unregisterItem() {
     if (everybodysEntry()) {
         write(file, autostartEntry(program_, Autostart::off));
     } else if (::unlink(file.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) {
-        throw fileError(FileOperation::remove, file, errno);
+        throw posix::fileError(posix::FileOperation::remove, file, errno);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "platform/freedesktop/bus/BusProbe.h"
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <array>
 #include <cstddef>
@@ -41,14 +41,14 @@ std::string valueOf(std::string_view address, std::string_view key) {
 }
 
 /// Not connected if nobody listens there, or the address is of a form that we do not know.
-Descriptor connected(std::string_view address) {
+posix::Descriptor connected(std::string_view address) {
     auto name = valueOf(address, "path");
     if (const auto abstract = valueOf(address, "abstract"); name.empty() && !abstract.empty()) {
         name = std::string(1, '\0') + abstract;
     }
     sockaddr_un target{};
     target.sun_family = AF_UNIX;
-    Descriptor socket{::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
+    posix::Descriptor socket{::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
     if (name.empty() || name.size() >= sizeof target.sun_path) {
         return {};
     }
@@ -62,7 +62,8 @@ Descriptor connected(std::string_view address) {
 }
 
 /// The first bytes of the answer; empty if none comes in time.
-std::string answer(const Descriptor& socket, std::string_view text, Clock::time_point deadline) {
+std::string answer(const posix::Descriptor& socket, std::string_view text,
+                   Clock::time_point deadline) {
     if (::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL) < 0) {
         return {};
     }

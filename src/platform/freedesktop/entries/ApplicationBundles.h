@@ -20,6 +20,7 @@ public:
     std::optional<platform::ApplicationBundle> bundleAt(const std::string& path) override;
     std::string displayName(const std::string& path, std::string_view language) override;
     platform::FileIcon iconForFile(const std::string& path) override;
+    platform::ApplicationFiles applicationFiles() override { return {.extension = ".desktop"}; }
     platform::Standing standingOf(const std::string& path) override;
     std::vector<platform::InstalledApplication>
     installedApplications(std::string_view language) override;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <filesystem>
 #include <map>
@@ -39,7 +39,7 @@ private:
     Interest* watch(const std::filesystem::path& directory);
     bool concerns(int number, const char* name, unsigned mask) const;
 
-    Descriptor queue_;
+    posix::Descriptor queue_;
     bool isBlind_;
     bool hasChanged_ = isBlind_;
     std::map<int, Interest> interests_; ///< by watch

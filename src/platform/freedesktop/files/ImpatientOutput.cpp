@@ -1,6 +1,6 @@
 #include "platform/freedesktop/files/ImpatientOutput.h"
 
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/SystemCall.h"
 
 #include <climits>
 #include <cstddef>
@@ -20,7 +20,7 @@ void writeWithoutWaiting(int descriptor, std::string_view text) {
         }
         const auto part = text.substr(0, PIPE_BUF);
         const auto count =
-            uninterrupted([&] { return ::write(descriptor, part.data(), part.size()); });
+            posix::uninterrupted([&] { return ::write(descriptor, part.data(), part.size()); });
         if (count <= 0) {
             return;
         }

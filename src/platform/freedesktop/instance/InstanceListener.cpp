@@ -1,6 +1,6 @@
 #include "platform/freedesktop/instance/InstanceListener.h"
 
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/SystemCall.h"
 
 #include <array>
 #include <cerrno>
@@ -34,8 +34,9 @@ sockaddr_un addressOf(const PrivateDirectory& directory, const std::string& name
     return address;
 }
 
-Descriptor newSocket() {
-    return Descriptor{checked(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))};
+posix::Descriptor newSocket() {
+    return posix::Descriptor{
+        posix::checked(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))};
 }
 
 bool isOf(uid_t user, int socket) {
@@ -48,8 +49,8 @@ bool isOf(uid_t user, int socket) {
 /// has come yet.
 std::optional<std::string> received(int socket) {
     std::array<char, longestRequest> buffer{};
-    const auto size =
-        uninterrupted([&] { return ::recv(socket, buffer.data(), buffer.size(), MSG_TRUNC); });
+    const auto size = posix::uninterrupted(
+        [&] { return ::recv(socket, buffer.data(), buffer.size(), MSG_TRUNC); });
     if (size < 0) {
         return errno == EAGAIN ? std::nullopt : std::optional<std::string>{""};
     }
@@ -64,15 +65,17 @@ bool answer(int socket, std::string_view text) {
 
 } // namespace
 
-Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name) {
+posix::Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name) {
     const auto early = name + ".new";
     const auto address = addressOf(directory, early);
     auto socket = newSocket();
     ::unlinkat(directory.descriptor(), early.c_str(), 0);
-    checked(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    posix::checked(
+        ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
     // The sticky bit protects it from programs that clean up runtime directories.
-    checked(::fchmodat(directory.descriptor(), early.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0));
-    checked(::listen(socket.get(), longestQueue));
+    posix::checked(
+        ::fchmodat(directory.descriptor(), early.c_str(), S_ISVTX | S_IRUSR | S_IWUSR, 0));
+    posix::checked(::listen(socket.get(), longestQueue));
     if (::renameat(directory.descriptor(), early.c_str(), directory.descriptor(), name.c_str()) !=
         0) {
         const int failure = errno;
@@ -82,14 +85,15 @@ Descriptor listeningSocket(const PrivateDirectory& directory, const std::string&
     return socket;
 }
 
-Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name) {
+posix::Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name) {
     const auto address = addressOf(directory, name);
     auto socket = newSocket();
-    checked(::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    posix::checked(
+        ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
     return socket;
 }
 
-InstanceListener::InstanceListener(const Descriptor& socket, platform::RunLoop& runLoop,
+InstanceListener::InstanceListener(const posix::Descriptor& socket, platform::RunLoop& runLoop,
                                    InstanceRequestHandler onRequest, InstanceRequestJudge mayBeDone,
                                    uid_t user)
     : socket_(socket), runLoop_(runLoop), onRequest_(std::move(onRequest)),
@@ -110,7 +114,8 @@ void InstanceListener::rest() {
 }
 
 void InstanceListener::accept() {
-    Descriptor socket{::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)};
+    posix::Descriptor socket{
+        ::accept4(socket_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC)};
     if (!socket && (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM)) {
         rest();
     }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/RunLoop.h"
-#include "platform/freedesktop/files/Descriptor.h"
 #include "platform/freedesktop/instance/InstanceRequest.h"
 #include "platform/freedesktop/instance/PrivateDirectory.h"
+#include "platform/posix/Descriptor.h"
 
 #include <map>
 #include <memory>
@@ -23,10 +23,10 @@ constexpr std::string_view refusal = "refused\n";
 
 /// A socket that listens at this name, in place of one that an earlier process left. It gets the
 /// name only once it listens, so a process that finds it there can connect.
-Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name);
+posix::Descriptor listeningSocket(const PrivateDirectory& directory, const std::string& name);
 
 /// A socket that is connected to the one at this name; fails if nobody listens there.
-Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name);
+posix::Descriptor connectedSocket(const PrivateDirectory& directory, const std::string& name);
 
 /// Takes requests from other processes of the same user, over a socket that listens. Never waits
 /// for a client: when more than 16 are connected, the oldest connection is closed. While the
@@ -36,7 +36,7 @@ class InstanceListener {
 public:
     /// The socket and the loop outlive this. Requests of users other than `user` are dropped, and
     /// those that `mayBeDone` denies are refused.
-    InstanceListener(const Descriptor& socket, platform::RunLoop& runLoop,
+    InstanceListener(const posix::Descriptor& socket, platform::RunLoop& runLoop,
                      InstanceRequestHandler onRequest, InstanceRequestJudge mayBeDone = {},
                      uid_t user = ::geteuid());
     InstanceListener(const InstanceListener&) = delete;
@@ -45,7 +45,7 @@ public:
 
 private:
     struct Client {
-        Descriptor socket;
+        posix::Descriptor socket;
         std::unique_ptr<platform::Subscription> watch;
     };
 
@@ -54,14 +54,14 @@ private:
     void rest();
     void serve(int client);
 
-    const Descriptor& socket_;
+    const posix::Descriptor& socket_;
     platform::RunLoop& runLoop_;
     InstanceRequestHandler onRequest_;
     InstanceRequestJudge mayBeDone_;
     uid_t user_;
     std::map<int, Client> clients_; // the oldest first
     int lastClient_ = 0;
-    Descriptor alarm_; ///< made early: later there may be no descriptor left for it
+    posix::Descriptor alarm_; ///< made early: later there may be no descriptor left for it
     std::unique_ptr<platform::Subscription> watch_; ///< of the socket or the alarm
 };
 

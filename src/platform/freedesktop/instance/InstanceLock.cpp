@@ -1,7 +1,7 @@
 #include "platform/freedesktop/instance/InstanceLock.h"
 
-#include "platform/freedesktop/files/FileErrors.h"
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/FileErrors.h"
+#include "platform/posix/SystemCall.h"
 
 #include <algorithm>
 #include <array>
@@ -30,21 +30,22 @@ std::string socketName(const std::string& name) {
     return name + ".socket";
 }
 
-Descriptor openLockFile(const PrivateDirectory& directory, const std::string& name) {
+posix::Descriptor openLockFile(const PrivateDirectory& directory, const std::string& name) {
     constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     constexpr mode_t mode = S_IRUSR | S_IWUSR;
-    return Descriptor{checked(::openat(directory.descriptor(), name.c_str(), flags, mode))};
+    return posix::Descriptor{
+        posix::checked(::openat(directory.descriptor(), name.c_str(), flags, mode))};
 }
 
 /// Whether the file still has a name. A lock on a deleted file excludes nobody.
 bool isNamed(int descriptor) {
     struct stat status = {};
-    checked(::fstat(descriptor, &status));
+    posix::checked(::fstat(descriptor, &status));
     return status.st_nlink > 0;
 }
 
 bool lock(int descriptor) {
-    if (uninterrupted([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0) {
+    if (posix::uninterrupted([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0) {
         return true;
     }
     if (errno != EWOULDBLOCK) {
@@ -54,7 +55,7 @@ bool lock(int descriptor) {
 }
 
 /// None if another one holds the lock.
-Descriptor lockedFile(const PrivateDirectory& directory, const std::string& name) {
+posix::Descriptor lockedFile(const PrivateDirectory& directory, const std::string& name) {
     for (;;) {
         auto file = openLockFile(directory, name);
         if (!lock(file.get())) {
@@ -108,7 +109,7 @@ public:
     }
 
 private:
-    Descriptor queue_;
+    posix::Descriptor queue_;
 };
 
 /// The same for this request.
@@ -116,7 +117,7 @@ std::string answerTo(const std::string& text, const PrivateDirectory& directory,
                      const std::string& name, Clock::time_point deadline) {
     try {
         const auto socket = connectedSocket(directory, name);
-        checked(::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL));
+        posix::checked(::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL));
         return answerOn(socket.get(), deadline);
     } catch (const std::system_error&) {
         return {};
@@ -125,7 +126,8 @@ std::string answerTo(const std::string& text, const PrivateDirectory& directory,
 
 } // namespace
 
-InstanceLock::InstanceLock(PrivateDirectory directory, std::string socketName, Descriptor file)
+InstanceLock::InstanceLock(PrivateDirectory directory, std::string socketName,
+                           posix::Descriptor file)
     : directory_(std::move(directory)), socketName_(std::move(socketName)), file_(std::move(file)),
       socket_(listeningSocket(directory_, socketName_)) {}
 
@@ -146,7 +148,7 @@ std::unique_ptr<InstanceLock> InstanceLock::acquire(const std::string& name) {
         return std::unique_ptr<InstanceLock>(
             new InstanceLock(std::move(directory), failed, std::move(file)));
     } catch (const std::system_error& error) {
-        throw fileError(FileOperation::write, path / failed, error.code().value());
+        throw posix::fileError(posix::FileOperation::write, path / failed, error.code().value());
     }
 }
 

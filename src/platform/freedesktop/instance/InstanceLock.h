@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/RunLoop.h"
-#include "platform/freedesktop/files/Descriptor.h"
 #include "platform/freedesktop/instance/InstanceListener.h"
 #include "platform/freedesktop/instance/InstanceRequest.h"
 #include "platform/freedesktop/instance/PrivateDirectory.h"
+#include "platform/posix/Descriptor.h"
 
 #include <chrono>
 #include <memory>
@@ -32,12 +32,12 @@ public:
                 InstanceRequestJudge mayBeDone = {});
 
 private:
-    InstanceLock(PrivateDirectory directory, std::string socketName, Descriptor file);
+    InstanceLock(PrivateDirectory directory, std::string socketName, posix::Descriptor file);
 
     PrivateDirectory directory_;
     std::string socketName_;
-    Descriptor file_;
-    Descriptor socket_;
+    posix::Descriptor file_;
+    posix::Descriptor socket_;
     std::optional<InstanceListener> listener_;
 };
 

@@ -1,8 +1,8 @@
 #include "platform/freedesktop/instance/PrivateDirectory.h"
 
 #include "platform/freedesktop/files/BaseDirectories.h"
-#include "platform/freedesktop/files/FileErrors.h"
 #include "platform/freedesktop/files/FileManager.h"
+#include "platform/posix/FileErrors.h"
 
 #include <cerrno>
 #include <optional>
@@ -42,11 +42,11 @@ PrivateDirectory::PrivateDirectory(std::filesystem::path path, uid_t user)
       descriptor_(::open(path_.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {
     struct stat status = {};
     if (!descriptor_ || ::fstat(descriptor_.get(), &status) != 0) {
-        throw fileError(FileOperation::read, path_, errno);
+        throw posix::fileError(posix::FileOperation::read, path_, errno);
     }
     constexpr mode_t forOthers = S_IRWXG | S_IRWXO;
     if (status.st_uid != user || (status.st_mode & forOthers) != 0) {
-        throw notPrivate(path_);
+        throw posix::notPrivate(path_);
     }
 }
 
@@ -63,7 +63,7 @@ PrivateDirectory PrivateDirectory::forRuntime() {
     }
     auto path = ownDirectory();
     if (::mkdir(path.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
-        throw fileError(FileOperation::createDirectory, path, errno);
+        throw posix::fileError(posix::FileOperation::createDirectory, path, errno);
     }
     return PrivateDirectory(std::move(path));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <filesystem>
 #include <string>
@@ -28,7 +28,7 @@ public:
 
 private:
     std::filesystem::path path_;
-    Descriptor descriptor_;
+    posix::Descriptor descriptor_;
 };
 
 } // namespace hollowfernpike::freedesktop

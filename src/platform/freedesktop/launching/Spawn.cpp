@@ -87,7 +87,7 @@ StartedProcess spawn(ProgramStart start) {
                             arguments.data(), environment.data()));
     }
     // The number cannot be reused for another process before we wait for the child.
-    Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, number, 0)));
+    posix::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, number, 0)));
     if (!descriptor) {
         const int failure = errno;
         ::kill(number, SIGKILL);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/RunLoop.h"
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <functional>
 #include <map>
@@ -22,7 +22,7 @@ struct ProgramStart {
 
 struct StartedProcess {
     pid_t number = 0;
-    Descriptor descriptor; ///< a pidfd; readable once the process has ended
+    posix::Descriptor descriptor; ///< a pidfd; readable once the process has ended
 };
 
 /// Starts a program in a session of its own, with default signal dispositions, no signal blocked,

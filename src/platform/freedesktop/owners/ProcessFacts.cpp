@@ -1,6 +1,6 @@
 #include "platform/freedesktop/owners/ProcessFacts.h"
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <array>
 #include <charconv>
@@ -19,7 +19,7 @@ constexpr std::size_t longestFile = std::size_t{256} * 1024;
 constexpr std::size_t mostArguments = 64;
 
 std::string contents(int directory, const char* name) {
-    const Descriptor file(::openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const posix::Descriptor file(::openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     std::string text;
     std::array<char, 8192> buffer{};
     ssize_t count = 0;
@@ -30,9 +30,9 @@ std::string contents(int directory, const char* name) {
     return text;
 }
 
-Descriptor processDirectory(std::int32_t process) {
+posix::Descriptor processDirectory(std::int32_t process) {
     const auto path = "/proc/" + std::to_string(process);
-    return Descriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    return posix::Descriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 template <class Use>

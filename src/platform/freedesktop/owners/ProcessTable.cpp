@@ -52,7 +52,7 @@ std::vector<Listed> allProcesses() {
 }
 
 // The last field of /proc/loadavg. While it stays the same, no process has started.
-std::optional<std::int32_t> newestNumber(const Descriptor& counter) {
+std::optional<std::int32_t> newestNumber(const posix::Descriptor& counter) {
     std::array<char, 128> buffer{};
     const auto count = ::pread(counter.get(), buffer.data(), buffer.size(), 0);
     const std::string_view text(buffer.data(), count < 0 ? 0 : static_cast<std::size_t>(count));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/freedesktop/entries/DesktopEntries.h"
-#include "platform/freedesktop/files/Descriptor.h"
 #include "platform/freedesktop/owners/ProcessFacts.h"
+#include "platform/posix/Descriptor.h"
 
 #include <cstdint>
 #include <optional>
@@ -61,7 +61,7 @@ private:
 
     DesktopEntries& entries_;
     uid_t user_;
-    Descriptor counter_;
+    posix::Descriptor counter_;
     std::optional<std::int32_t> newest_; ///< the number that was given out last before the scan
     std::uint64_t generation_ = 0;
     std::uint64_t scans_ = 0;

@@ -17,6 +17,7 @@ public:
                         platform::Windows& windows, platform::Workspace& workspace)
         : entries_(entries), processes_(processes), windows_(windows), workspace_(workspace) {}
 
+    /// The longest running first; zombies come last.
     std::vector<platform::RunningApplication>
     withBundleIdentifier(std::string_view bundleIdentifier) override;
 

@@ -1,7 +1,7 @@
 #include "platform/sway/ipc/IpcSocket.h"
 
 #include "platform/freedesktop/Logging.h"
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/SystemCall.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,7 +15,7 @@ namespace hollowfernpike::sway {
 
 namespace {
 
-using freedesktop::uninterrupted;
+using posix::uninterrupted;
 
 constexpr std::string_view magic = "i3-ipc";
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <chrono>
 #include <cstdint>
@@ -57,7 +57,7 @@ private:
     std::optional<std::size_t> missing();
     bool readMissing();
 
-    freedesktop::Descriptor socket_;
+    posix::Descriptor socket_;
     bool isOpen_ = true;
     std::string buffer_; ///< the beginning of a message
 };

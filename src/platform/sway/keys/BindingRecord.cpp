@@ -2,8 +2,8 @@
 
 #include "platform/FileManager.h"
 #include "platform/freedesktop/Logging.h"
-#include "platform/freedesktop/files/AtomicFile.h"
 #include "platform/freedesktop/instance/PrivateDirectory.h"
+#include "platform/posix/AtomicFile.h"
 
 #include <fstream>
 
@@ -39,7 +39,7 @@ void BindingRecord::write(const std::set<std::string>& keys) const {
         text += key + '\n';
     }
     try {
-        freedesktop::writeFileAtomically(file(), text);
+        posix::writeFileAtomically(file(), text);
     } catch (const platform::FileError& error) {
         qCDebug(freedesktop::keysLog, "%s", error.what());
     }

@@ -1,7 +1,7 @@
 #include "platform/wayland/connection/Connection.h"
 
 #include "platform/freedesktop/files/BaseDirectories.h"
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/SystemCall.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -146,7 +146,7 @@ bool Connection::dispatchArrived(std::chrono::milliseconds longest) {
     }
     pollfd source{wl_display_get_fd(display_), POLLIN, 0};
     const auto most = static_cast<int>(longest.count());
-    if (freedesktop::uninterrupted([&] { return ::poll(&source, 1, most); }) > 0) {
+    if (posix::uninterrupted([&] { return ::poll(&source, 1, most); }) > 0) {
         wl_display_read_events(display_);
     } else {
         wl_display_cancel_read(display_);

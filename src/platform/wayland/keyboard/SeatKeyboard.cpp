@@ -1,6 +1,6 @@
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 
-#include "platform/freedesktop/files/Descriptor.h"
+#include "platform/posix/Descriptor.h"
 
 #include <utility>
 
@@ -80,7 +80,7 @@ void SeatKeyboard::setHasKeyboard(bool hasKeyboard) {
 }
 
 void SeatKeyboard::readKeymap(std::uint32_t format, int descriptor, std::uint32_t size) {
-    const freedesktop::Descriptor file(descriptor);
+    const posix::Descriptor file(descriptor);
     if (format != WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1) {
         return;
     }

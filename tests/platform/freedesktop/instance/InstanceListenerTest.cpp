@@ -1,6 +1,6 @@
 #include "platform/freedesktop/instance/InstanceListener.h"
 
-#include "platform/freedesktop/files/SystemCall.h"
+#include "platform/posix/SystemCall.h"
 #include "support/TemporaryDirectory.h"
 #include "support/fakes/PolledRunLoop.h"
 
@@ -17,10 +17,10 @@ namespace hollowfernpike::test {
 namespace {
 
 using freedesktop::connectedSocket;
-using freedesktop::Descriptor;
 using freedesktop::encoded;
 using freedesktop::InstanceListener;
 using freedesktop::InstanceRequest;
+using posix::Descriptor;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -50,7 +50,7 @@ protected:
     }
 
     static void send(const Descriptor& socket, const std::string& text) {
-        freedesktop::checked(::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL));
+        posix::checked(::send(socket.get(), text.data(), text.size(), MSG_NOSIGNAL));
     }
 
     /// What the listener answers, before it hangs up.

@@ -18,11 +18,11 @@
 namespace hollowfernpike::test {
 
 namespace fs = std::filesystem;
-using freedesktop::Descriptor;
 using freedesktop::HandOver;
 using freedesktop::handOver;
 using freedesktop::InstanceLock;
 using freedesktop::InstanceRequest;
+using posix::Descriptor;
 
 /// A pipe that tells another process something by being closed.
 struct Signal {
