@@ -14,11 +14,13 @@ QString shownAppName(const std::string& path, const std::string& storedName) {
     return QString::fromStdString(withoutDirections(name.empty() ? storedName : name));
 }
 
-void showAppName(FittingLabel& label, const std::string& path, const std::string& storedName) {
+QString showAppName(FittingLabel& label, const std::string& path, const std::string& storedName) {
     const auto stored = QString::fromStdString(withoutDirections(storedName));
-    const auto shown = shownAppName(path, storedName);
+    const auto known = shownAppName(path, storedName);
+    const auto other = known == stored ? QString() : known;
     label.setText(stored);
-    label.setToolTip(shown == stored ? QString() : shown.toHtmlEscaped());
+    label.setToolTip(other.toHtmlEscaped());
+    return other;
 }
 
 } // namespace hollowfernpike

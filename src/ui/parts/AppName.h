@@ -13,7 +13,7 @@ class FittingLabel;
 QString shownAppName(const std::string& path, const std::string& storedName);
 
 /// Shows the stored name, by which the application is matched, and as a tool tip what people call
-/// it if that is another name.
-void showAppName(FittingLabel& label, const std::string& path, const std::string& storedName);
+/// it if that is another name. Returns that name; empty if it is the same.
+QString showAppName(FittingLabel& label, const std::string& path, const std::string& storedName);
 
 } // namespace hollowfernpike

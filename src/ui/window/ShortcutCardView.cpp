@@ -82,7 +82,7 @@ void ShortcutCardView::configure(const AppShortcut& shortcut) {
 }
 
 void ShortcutCardView::renewApplication() {
-    showAppName(*appNameLabel_, appPath_, appName_);
+    knownName_ = showAppName(*appNameLabel_, appPath_, appName_);
     isStandingShown_ = appPath_.empty();
     describe();
     update();
@@ -161,9 +161,7 @@ void ShortcutCardView::showStanding() {
 }
 
 void ShortcutCardView::describe() {
-    const auto known = shownAppName(appPath_, appName_);
-    QStringList words{known == appNameLabel_->text() ? QString() : known, iconView_->toolTip(),
-                      notice_};
+    QStringList words{knownName_, iconView_->toolTip(), notice_};
     words.removeAll(QString());
     setAccessibleDescription(words.join(' '));
 }

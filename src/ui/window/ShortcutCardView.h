@@ -76,6 +76,7 @@ private:
     std::string appPath_;
     std::string appName_;
     bool isStandingShown_ = true;
+    QString knownName_; ///< what people call the application; empty if it is the stored name
     QString notice_;
     IconView* iconView_;
     FittingLabel* appNameLabel_;

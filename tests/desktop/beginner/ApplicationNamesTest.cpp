@@ -39,10 +39,18 @@ protected:
 
 TEST_F(ApplicationNamesTest, AreToldOnCardsAndInTheEditorBesideTheStoredOnes) {
     EXPECT_EQ(told(window()), "マウスパッド");
+    const auto card = story.reader.find("panel", storedName + (" " + shown(bound)));
+    EXPECT_EQ(story.reader.description(card), "マウスパッド");
     const auto editor = story.clickEdit(0);
     EXPECT_EQ(told(story.reader.find("dialog", story.titles.editing)), "マウスパッド");
     story.clickSave(editor);
     EXPECT_EQ(story.list()[0]["appName"], storedName);
+}
+
+TEST_F(ApplicationNamesTest, AreToldBeforeADeletion) {
+    story.clickDelete(0);
+    const auto explanation = story.reader.find("label", "ショートカットキー: " + shown(bound));
+    EXPECT_THAT(story.reader.description(explanation), testing::StartsWith("マウスパッド: "));
 }
 
 TEST_F(ApplicationNamesTest, FollowTheLanguageAtOnce) {

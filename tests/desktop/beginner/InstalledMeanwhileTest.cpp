@@ -140,11 +140,12 @@ TEST_F(InstalledMeanwhileTest, AnApplicationThatComesBackIsNoLongerDimmed) {
 TEST_F(InstalledMeanwhileTest, ShowsToThoseWhoComeBackIfTheKernelWouldNotWatchBefore) {
     openUnwatched();
     const auto window = story.managementComes();
+    const auto frame = story.reader.find("frame", story.titles.management);
+    ASSERT_TRUE(waitUntil([&] { return story.reader.isActive(frame); })) << "else it comes back";
     EXPECT_FALSE(isShown(window, onCard, magenta));
     writeIcon(ownIcons, magenta);
     allowWatches();
     ASSERT_TRUE(story.switchTo(story.front));
-    const auto frame = story.reader.find("frame", story.titles.management);
     ASSERT_TRUE(waitUntil([&] { return !story.reader.isActive(frame); })) << "noticed late";
     EXPECT_FALSE(isShown(window, onCard, magenta));
     story.openManagement();

@@ -118,10 +118,10 @@ TEST_F(LongListTest, TheMenuHasMnemonicsAndRadioItems) {
     EXPECT_FALSE(menu.entry("日本語").isOn);
     std::string mnemonics;
     for (const char* label : {"Manage Shortcuts", "Export Shortcuts...", "Import Shortcuts...",
-                              "Launch at Login", "Quit"}) {
+                              "Launch at Login", "言語 / Language", "Quit"}) {
         mnemonics += menu.entry(label).mnemonic;
     }
-    EXPECT_EQ(mnemonics, "MEILQ");
+    EXPECT_EQ(mnemonics, "MEIaLQ");
 }
 
 } // namespace
