@@ -135,13 +135,12 @@ private:
 
     void take(const QSize& size, const QString& key, const QImage& image) {
         const auto pixmap = QPixmap::fromImage(image);
-        auto& shown = images_[{size.width(), size.height()}].pixmap;
-        if (pixmap.toImage() == shown.toImage()) {
-            return; // as known from before
-        }
-        shown = pixmap;
         QPixmapCache::insert(key, pixmap);
-        redrawAll();
+        auto& shown = images_[{size.width(), size.height()}].pixmap;
+        if (pixmap.toImage() != shown.toImage()) { // of one format, which the file's may not be
+            shown = pixmap;
+            redrawAll();
+        }
     }
 
     static QString keyFor(const std::vector<std::string>& files, const QSize& size) {
