@@ -17,7 +17,7 @@ QString shownAppName(const std::string& path, const std::string& storedName) {
 QString showAppName(FittingLabel& label, const std::string& path, const std::string& storedName) {
     const auto stored = QString::fromStdString(withoutDirections(storedName));
     const auto known = shownAppName(path, storedName);
-    const auto other = known == stored ? QString() : known;
+    auto other = known == stored ? QString() : known;
     label.setText(stored);
     label.setToolTip(other.toHtmlEscaped());
     return other;

@@ -33,7 +33,7 @@ constexpr QSize usualSize(680, 440);
 QHash<QString, QString> lastFolders; // where panels were answered last, by the files' extension
 
 QString firstFolder(const QString& extension) {
-    if (const auto last = lastFolders.value(extension); QFileInfo(last).isDir()) {
+    if (auto last = lastFolders.value(extension); QFileInfo(last).isDir()) {
         return last;
     }
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
