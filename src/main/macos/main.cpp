@@ -26,6 +26,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 
 namespace hollowfernpike {
 
@@ -38,7 +39,6 @@ public:
     explicit Program(platform::UserDefaults& userDefaults) : userDefaults_(userDefaults) {
         toolkitTexts_.setLanguage(Language::current().rawValue());
         application_.setDelegate(&delegate_);
-        application_.setActivationPolicy(platform::ActivationPolicy::accessory);
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -50,7 +50,8 @@ private:
     platform::UserDefaults& userDefaults_;
     qt::MainQueue mainQueue_;
     macos::OwnWindows ownWindows_;
-    qt::Application application_{ownWindows_};
+    // From the first moment, or the Dock would show it until then.
+    qt::Application application_{ownWindows_, platform::ActivationPolicy::accessory};
     macos::StatusBar statusBar_{application_};
     macos::AccessibilityTrust accessibilityTrust_;
     macos::ApplicationBundles applicationBundles_;
@@ -90,7 +91,7 @@ private:
 
 } // namespace hollowfernpike
 
-// The system starts one instance of a bundle, and none from a command line.
+// There is no look for an earlier instance, because the system opens a bundle once.
 int main(int argc, char** argv) {
     using namespace hollowfernpike;
     macos::UserDefaults userDefaults;

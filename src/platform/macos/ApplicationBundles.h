@@ -25,7 +25,7 @@ public:
     /// /Applications comes first.
     std::vector<std::string> applicationDirectories() override;
 
-    /// The system does not tell.
+    /// We do not ask the system to tell.
     std::unique_ptr<platform::Subscription> watch(std::function<void()> /*onChange*/) override {
         return nullptr;
     }

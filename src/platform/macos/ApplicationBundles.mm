@@ -11,7 +11,7 @@ namespace hollowfernpike::macos {
 
 namespace {
 
-constexpr auto extension = ".app";
+constexpr std::string_view extension = ".app";
 
 NSBundle* bundleOrNil(const std::string& path) {
     NSString* place = text(path);
@@ -93,16 +93,15 @@ std::string ApplicationBundles::displayName(const std::string& path,
             return {};
         }
         auto name = utf8([[NSFileManager defaultManager] displayNameAtPath:text(path)]);
-        return name.ends_with(extension) ? std::filesystem::path(name).stem().string() : name;
+        if (name.ends_with(extension)) {
+            name.erase(name.size() - extension.size());
+        }
+        return name;
     }
 }
 
 platform::FileIcon ApplicationBundles::iconForFile(const std::string& path) {
-    @autoreleasepool {
-        return {.themeName = {},
-                .imageFile = {},
-                .drawnFor = bundleOrNil(path) == nil ? std::string() : path};
-    }
+    return {.themeName = {}, .imageFile = {}, .drawnFor = path};
 }
 
 std::optional<platform::IconPixels> ApplicationBundles::drawIcon(const std::string& file,

@@ -59,7 +59,8 @@ public:
     }
 
 private:
-    static CGEventRef receive(CGEventTapProxy proxy, CGEventType type, CGEventRef event, void* tap);
+    static CGEventRef receive(CGEventTapProxy proxy, CGEventType type, CGEventRef event,
+                              void* tap) noexcept;
     CGEventRef deliver(CGEventType type, CGEventRef event);
 
     platform::EventTapCallback callback_;
@@ -67,7 +68,8 @@ private:
     Ref<CFMachPortRef> port_;
 };
 
-// The system makes taps enabled. One that nobody attends to would hold up every key.
+// The system makes taps enabled, and holds up every key until an active one has answered. Nobody
+// answers before this one is on the run loop.
 Tap::Tap(platform::EventTapOptions options, platform::EventTapCallback callback, void* userInfo)
     : callback_(callback), userInfo_(userInfo),
       port_(Ref<CFMachPortRef>::owned(CGEventTapCreate(
@@ -78,7 +80,8 @@ Tap::Tap(platform::EventTapOptions options, platform::EventTapCallback callback,
     Tap::enable(false);
 }
 
-CGEventRef Tap::receive(CGEventTapProxy /*proxy*/, CGEventType type, CGEventRef event, void* tap) {
+CGEventRef Tap::receive(CGEventTapProxy /*proxy*/, CGEventType type, CGEventRef event,
+                        void* tap) noexcept {
     return static_cast<Tap*>(tap)->deliver(type, event);
 }
 

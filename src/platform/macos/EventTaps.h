@@ -4,9 +4,9 @@
 
 namespace hollowfernpike::macos {
 
-/// Taps at the point where key presses enter the window server, before all other taps. They see
-/// every key; what an active one swallows nobody else sees. The system has no combinations that it
-/// keeps from them or shares with others.
+/// Taps at the point where key presses enter the window server, before the taps that are there
+/// already. What an active one swallows nobody behind it sees. The system tells of no combinations
+/// that others hold.
 class EventTaps final : public platform::EventTaps {
 public:
     std::unique_ptr<platform::EventTap> create(platform::EventTapOptions options,

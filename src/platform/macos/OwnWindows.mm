@@ -5,9 +5,11 @@
 namespace hollowfernpike::macos {
 
 void OwnWindows::setShownAsApplication(bool shown) {
-    [[NSApplication sharedApplication]
-        setActivationPolicy:shown ? NSApplicationActivationPolicyRegular
-                                  : NSApplicationActivationPolicyAccessory];
+    @autoreleasepool {
+        [[NSApplication sharedApplication]
+            setActivationPolicy:shown ? NSApplicationActivationPolicyRegular
+                                      : NSApplicationActivationPolicyAccessory];
+    }
 }
 
 void OwnWindows::bringToFront(std::uintptr_t window) {

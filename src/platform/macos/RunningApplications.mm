@@ -58,9 +58,10 @@ void RunningApplications::activate(const platform::RunningApplication& applicati
         NSRunningApplication* running = [NSRunningApplication
             runningApplicationWithProcessIdentifier:application.processIdentifier];
         constexpr auto noOptions = static_cast<NSApplicationActivationOptions>(0);
-        if (running != nil && ![running activateWithOptions:noOptions]) {
-            openAgain(running);
+        if (running == nil || [running activateWithOptions:noOptions] || [running isTerminated]) {
+            return; // what has ended is not launched
         }
+        openAgain(running);
     }
 }
 

@@ -17,7 +17,9 @@ public:
     }
 
     void setImage(std::string_view symbolName, std::string_view accessibilityDescription) override {
-        icon_.setIcon(qt::statusSymbol(QString::fromUtf8(symbolName)));
+        QIcon symbol = qt::statusSymbol(QString::fromUtf8(symbolName));
+        symbol.setIsMask(true); // the system draws it in the menu bar's colour
+        icon_.setIcon(symbol);
         icon_.setToolTip(QString::fromUtf8(accessibilityDescription));
         icon_.show();
     }

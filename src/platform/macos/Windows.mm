@@ -12,7 +12,6 @@ namespace hollowfernpike::macos {
 namespace {
 
 // Brings a process forward although ours is not in front.
-constexpr OptionBits causedByUser = 2; // kSetFrontProcessCausedByUser
 
 constexpr float patience = 0.1F; // seconds: a program that hangs must not hold up the keyboard
 
@@ -35,13 +34,13 @@ std::optional<std::int32_t> integerUnder(CFStringRef key, NSDictionary* window) 
     return integer == number ? std::optional(integer) : std::nullopt;
 }
 
-// Deprecated without a successor that works from the background.
+// Deprecated. What has taken its place may be refused to a program in the background.
 bool bringForwardBySerialNumber(std::int32_t processIdentifier) {
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"
     ProcessSerialNumber number = {0, 0};
     return GetProcessForPID(processIdentifier, &number) == noErr &&
-           SetFrontProcessWithOptions(&number, causedByUser) == noErr;
+           SetFrontProcessWithOptions(&number, kSetFrontProcessCausedByUser) == noErr;
 #pragma clang diagnostic pop
 }
 

@@ -5,7 +5,7 @@
 
 namespace hollowfernpike::macos {
 
-/// The system opens applications. It starts none that runs already or is about to.
+/// The system opens applications, and is to see to it that none is started twice.
 class Workspace final : public platform::Workspace {
 public:
     /// The queue outlives this, and every request that has a completion.

@@ -106,6 +106,11 @@ void writeAll(int descriptor, std::string_view data) {
 }
 
 void synchronize(int descriptor) {
+#ifdef F_FULLFSYNC // where fsync() leaves the data in the drive's own memory
+    if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
+        return; // not every file system has it
+    }
+#endif
     checked(uninterrupted([&] { return ::fsync(descriptor); }));
 }
 

@@ -65,7 +65,8 @@ void useApplicationIcon() {
 
 } // namespace
 
-Application::Application(platform::OwnWindows& ownWindows) : ownWindows_(ownWindows) {
+Application::Application(platform::OwnWindows& ownWindows, platform::ActivationPolicy policy)
+    : ownWindows_(ownWindows), policy_(policy) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::instance()->installEventFilter(this);
 }

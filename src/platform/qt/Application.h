@@ -13,7 +13,9 @@ namespace hollowfernpike::qt {
 class Application final : public QObject, public platform::Application {
 public:
     /// `ownWindows` outlives this.
-    explicit Application(platform::OwnWindows& ownWindows);
+    /// `policy` is how the program begins.
+    explicit Application(platform::OwnWindows& ownWindows,
+                         platform::ActivationPolicy policy = platform::ActivationPolicy::regular);
 
     /// Tells whether the desktop shows our status item; it does not until this is called.
     void setStatusItemShown(bool shown);
@@ -37,7 +39,7 @@ private:
 
     platform::OwnWindows& ownWindows_;
     platform::ApplicationDelegate* delegate_ = nullptr;
-    platform::ActivationPolicy policy_ = platform::ActivationPolicy::regular;
+    platform::ActivationPolicy policy_;
     bool statusItemShown_ = false;
     QPointer<QWidget> keyWindow_; ///< the one that was raised or activated last
 };

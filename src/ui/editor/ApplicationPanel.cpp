@@ -193,7 +193,10 @@ void ApplicationPanel::chooseOtherFile() {
     const auto applications = platform::services().applicationBundles.applicationFiles();
     auto* files = panelFor(applications, directories, this);
     files->setAttribute(Qt::WA_DeleteOnClose);
-    files->setDirectory(fullestOf(directories, QString::fromStdString(applications.extension)));
+    files->setDirectory(
+        applications.areFolders
+            ? directories.value(0)
+            : fullestOf(directories, QString::fromStdString(applications.extension)));
     files->setWindowTitle(windowTitle());
     connect(files, &QFileDialog::fileSelected, this,
             [this](const QString& file) { choose(file.toStdString()); });

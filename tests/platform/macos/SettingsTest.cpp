@@ -37,6 +37,14 @@ TEST(LoginItemTest, HasTheFourStatesOfTheSystem) {
     EXPECT_EQ(LoginItem().status(), LoginItemStatus::notFound) << "one that came later";
 }
 
+TEST(LoginItemTest, ComesAndGoes) {
+    FakeMac::shared().loginItemError.clear();
+    LoginItem().registerItem();
+    EXPECT_EQ(LoginItem().status(), LoginItemStatus::enabled);
+    LoginItem().unregisterItem();
+    EXPECT_EQ(LoginItem().status(), LoginItemStatus::notRegistered);
+}
+
 TEST(LoginItemTest, TellsWhatTheSystemSaysOfAFailure) {
     FakeMac::shared().loginItemError = "not allowed";
     for (void (LoginItem::*const change)() :
@@ -160,7 +168,7 @@ TEST_F(ApplicationBundlesTest, IsFineAsLongAsItIsThere) {
 
 TEST_F(ApplicationBundlesTest, TheSystemDrawsItsIcon) {
     EXPECT_EQ(bundles_.iconForFile(mail()).drawnFor, mail());
-    EXPECT_EQ(bundles_.iconForFile("/nowhere.app"), platform::FileIcon{});
+    EXPECT_EQ(bundles_.iconForFile("/nowhere.app").drawnFor, "/nowhere.app") << "a generic one";
     const auto icon = bundles_.drawIcon(mail(), 3);
     ASSERT_TRUE(icon);
     EXPECT_EQ(icon->side, 3);

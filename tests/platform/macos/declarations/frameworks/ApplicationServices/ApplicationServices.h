@@ -82,6 +82,7 @@ struct ProcessSerialNumber {
 };
 OSStatus GetProcessForPID(pid_t pid, ProcessSerialNumber* _Nonnull psn)
     __attribute__((availability(macos, introduced = 10.0, deprecated = 10.9)));
+enum { kSetFrontProcessCausedByUser = (1 << 1) };
 OSStatus SetFrontProcessWithOptions(const ProcessSerialNumber* _Nonnull inProcess,
                                     OptionBits inOptions)
     __attribute__((availability(macos, introduced = 10.0, deprecated = 10.9)));
