@@ -23,7 +23,7 @@ void enter(const Environment& environment) {
 
 } // namespace
 
-StoryBackend::StoryBackend(std::unique_ptr<DesktopStory> story, const Environment& environment,
+StoryBackend::StoryBackend(std::shared_ptr<DesktopStory> story, const Environment& environment,
                            const std::string& toolkitPlatform, const Open& open)
     : story_(std::move(story)), words_{"test", "-platform", toolkitPlatform} {
     enter(environment);

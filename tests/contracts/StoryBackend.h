@@ -25,8 +25,9 @@ class StoryBackend final : public Backend {
 public:
     using Open = std::function<std::unique_ptr<platform::Desktop>(const platform::DesktopHost&)>;
 
-    /// `toolkitPlatform` is the toolkit's plug-in.
-    StoryBackend(std::unique_ptr<DesktopStory> story, const Environment& environment,
+    /// `toolkitPlatform` is the toolkit's plug-in. A story that others have, too, has no
+    /// applications open yet.
+    StoryBackend(std::shared_ptr<DesktopStory> story, const Environment& environment,
                  const std::string& toolkitPlatform, const Open& open);
 
     platform::EventTaps& eventTaps() override { return desktop_->eventTaps(); }
@@ -40,7 +41,7 @@ public:
 private:
     platform::DesktopHost host();
 
-    std::unique_ptr<DesktopStory> story_;
+    std::shared_ptr<DesktopStory> story_;
     std::array<std::string, 3> words_;
     std::array<char*, 4> arguments_{words_[0].data(), words_[1].data(), words_[2].data(), nullptr};
     int count_ = 3;

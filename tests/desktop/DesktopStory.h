@@ -35,6 +35,9 @@ public:
     /// Installs an application, starts it and waits until it is in front.
     Application& open(const std::string& name, const ApplicationTraits& traits = {});
 
+    /// Kills and forgets all applications. Their windows may stay for a moment.
+    void endApplications() { applications_.clear(); }
+
     /// Adds a shortcut to the list that the utility will read.
     void bind(const Combination& combination, const Application& application);
     void bind(const Combination& combination, const ShortcutTarget& target);
