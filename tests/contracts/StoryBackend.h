@@ -21,7 +21,7 @@ namespace hollowfernpike::test {
 
 /// A backend in the real session of a story, which this process is in as well: the utility itself
 /// does not run. What is changed of the process's environment is undone after the test.
-class StoryBackend final : public Backend {
+class StoryBackend : public Backend {
 public:
     using Open = std::function<std::unique_ptr<platform::Desktop>(const platform::DesktopHost&)>;
 

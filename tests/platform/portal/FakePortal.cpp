@@ -59,8 +59,24 @@ void FakePortal::refuse(const QString& method, unsigned count) {
     refusals_ = count;
 }
 
+bool FakePortal::press(const QString& trigger) {
+    const auto found = std::ranges::find(bound_, trigger, &Shortcut::trigger);
+    if (found == bound_.end()) {
+        return false;
+    }
+    for (const char* event : {"Activated", "Deactivated"}) {
+        auto signal =
+            QDBusMessage::createSignal(portalRoot, "org.freedesktop.portal.GlobalShortcuts", event);
+        signal << QVariant::fromValue(QDBusObjectPath(found->session)) << found->name
+               << qulonglong{} << QVariantMap{};
+        connection_.send(signal);
+    }
+    return true;
+}
+
 void FakePortal::restart() {
     held_.clear();
+    bound_.clear();
     waiting_.clear();
     for (const auto& session : std::as_const(sessions_)) {
         connection_.send(
@@ -101,25 +117,51 @@ void FakePortal::answer(const QDBusMessage& message) {
             takeRequest(message, {{"session_handle", session}});
         }
     } else if (message.member() == "BindShortcuts") {
-        takeRequest(message, {{"shortcuts", grantedOf(message)}});
+        bind(message);
     } else {
+        if (message.member() == "Close") {
+            std::erase_if(bound_,
+                          [&](const auto& shortcut) { return shortcut.session == message.path(); });
+        }
         connection_.send(message.createReply());
     }
 }
 
-QVariant FakePortal::grantedOf(const QDBusMessage& message) const {
-    const auto type = QMetaType::fromType<portal::PortalShortcut>();
-    QDBusArgument granted;
-    granted.beginArray(type);
-    for (const auto& shortcut :
-         qdbus_cast<QList<portal::PortalShortcut>>(message.arguments().value(1))) {
-        const auto keys = shortcut.name == keyless_ ? QString{} : "Press " + shortcut.name;
-        granted.beginStructure();
-        granted << shortcut.name << QVariantMap{{"trigger_description", keys}};
-        granted.endStructure();
+std::vector<FakePortal::Shortcut> FakePortal::grantedOf(const QDBusMessage& message) const {
+    const auto arguments = message.arguments();
+    const auto session = qdbus_cast<QDBusObjectPath>(arguments.value(0)).path();
+    const auto asked = arguments.value(1).value<QDBusArgument>();
+    std::vector<Shortcut> granted;
+    asked.beginArray();
+    while (!asked.atEnd()) {
+        QVariantMap details;
+        auto& shortcut =
+            granted.emplace_back(Shortcut{.session = session, .name = {}, .trigger = {}});
+        asked.beginStructure();
+        asked >> shortcut.name >> details;
+        asked.endStructure();
+        if (shortcut.name != keyless_) {
+            shortcut.trigger = details.value("preferred_trigger").toString();
+        }
     }
-    granted.endArray();
-    return QVariant::fromValue(granted);
+    asked.endArray();
+    return granted;
+}
+
+void FakePortal::bind(const QDBusMessage& message) {
+    const auto granted = grantedOf(message);
+    QDBusArgument answer;
+    answer.beginArray(QMetaType::fromType<portal::PortalShortcut>());
+    for (const auto& shortcut : granted) {
+        answer.beginStructure();
+        answer << shortcut.name << QVariantMap{{"trigger_description", shortcut.trigger}};
+        answer.endStructure();
+    }
+    answer.endArray();
+    takeRequest(message, {{"shortcuts", QVariant::fromValue(answer)}});
+    if (!opensDialogs_) {
+        std::ranges::copy(granted, std::back_inserter(bound_));
+    }
 }
 
 void FakePortal::takeRequest(const QDBusMessage& message, const QVariantMap& results) {

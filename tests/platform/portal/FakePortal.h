@@ -45,14 +45,25 @@ public:
     /// What was held is never answered.
     void restart();
 
+    /// The user presses a combination, which is written as its other side asks for it, and lets it
+    /// go. Whether a shortcut has it: its session is told then, and nobody else sees the keys.
+    bool press(const QString& trigger);
+
     QStringList methods() const;
     const std::vector<Call>& calls() const { return calls_; }
 
 private:
+    struct Shortcut {
+        QString session;
+        QString name;
+        QString trigger;
+    };
+
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
     void appear();
-    QVariant grantedOf(const QDBusMessage& message) const;
+    std::vector<Shortcut> grantedOf(const QDBusMessage& message) const;
+    void bind(const QDBusMessage& message);
     void answer(const QDBusMessage& message);
     void takeRequest(const QDBusMessage& message, const QVariantMap& results);
     void respond(const QString& request, const QVariantMap& results);
@@ -62,6 +73,7 @@ private:
     std::vector<QDBusMessage> waiting_;
     QStringList sessions_; ///< that its other side holds, which gives one up when it refuses
                            ///< another of that name
+    std::vector<Shortcut> bound_;
     QString held_;
     QString refused_;
     unsigned refusals_ = 0;
