@@ -135,6 +135,7 @@ TEST_F(EventTapsContractTest, IsMadeDisabledAndWithoutInterest) {
 TEST_F(EventTapsContractTest, DisabledItSwallowsNothingUntilItIsEnabledAgain) {
     tap_.watch({boundOne});
     tap_.tap().enable(true);
+    EXPECT_TRUE(swallows(tap_, boundOne));
     tap_.tap().enable(false);
     EXPECT_TRUE(passes(boundOne));
     tap_.tap().enable(true);
@@ -146,6 +147,7 @@ TEST_F(EventTapsContractTest, DisabledItSwallowsNothingUntilItIsEnabledAgain) {
 TEST_F(EventTapsContractTest, AnotherInterestTakesThePlaceOfTheFirst) {
     tap_.watch({boundOne});
     tap_.tap().enable(true);
+    EXPECT_TRUE(swallows(tap_, boundOne));
     tap_.watch({boundOther});
     EXPECT_TRUE(passes(boundOne));
     EXPECT_TRUE(swallows(tap_, boundOther));

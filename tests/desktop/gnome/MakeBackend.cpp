@@ -20,7 +20,7 @@ std::shared_ptr<GnomeStory> emptyStory() {
 }
 
 /// As the program, whom the extension of the shell serves by its name on the bus.
-std::unique_ptr<platform::Desktop> openDesktop(const platform::DesktopHost& host) {
+std::unique_ptr<platform::Desktop> openOnGnome(const platform::DesktopHost& host) {
     auto bus = host.bus->connection();
     bus.registerService("app.hollowfernpike.Hollowfernpike");
     auto connection = wayland::Connection::open();
@@ -32,7 +32,7 @@ std::unique_ptr<platform::Desktop> openDesktop(const platform::DesktopHost& host
 std::unique_ptr<Backend> makeBackend() {
     auto story = emptyStory();
     const auto environment = story->desktop.environment();
-    return std::make_unique<StoryBackend>(std::move(story), environment, "offscreen", openDesktop);
+    return std::make_unique<StoryBackend>(std::move(story), environment, "offscreen", openOnGnome);
 }
 
 } // namespace hollowfernpike::test

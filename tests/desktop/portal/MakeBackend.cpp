@@ -21,7 +21,7 @@ std::unique_ptr<SwayStory> storyWithPortal() {
     return story;
 }
 
-std::unique_ptr<platform::Desktop> openDesktop(const platform::DesktopHost& host) {
+std::unique_ptr<platform::Desktop> openWithPortal(const platform::DesktopHost& host) {
     auto connection = wayland::Connection::open();
     return portal::findDesktop(connection)->open(host);
 }
@@ -31,7 +31,7 @@ std::unique_ptr<platform::Desktop> openDesktop(const platform::DesktopHost& host
 class PortalBackend final : public StoryBackend {
 public:
     PortalBackend(std::unique_ptr<SwayStory> story, const Environment& environment)
-        : StoryBackend(std::move(story), environment, "offscreen", openDesktop),
+        : StoryBackend(std::move(story), environment, "offscreen", openWithPortal),
           portal_(QString::fromStdString(environment.at("DBUS_SESSION_BUS_ADDRESS").value())) {}
 
     bool reachesFront(const platform::KeyCombination& combination) override {
