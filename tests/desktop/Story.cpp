@@ -25,7 +25,14 @@ Story::Story(const std::string& windowManager, ScreenSize size, Home home)
     : Stage(windowManager, size, std::move(home)) {}
 
 ChildProcess& Story::launchUtility(const Environment& changes) {
-    return utility_.start(desktop, changes);
+    return launchUtility(changes, {});
+}
+
+ChildProcess& Story::launchUtility(const Environment& changes,
+                                   const std::vector<std::string>& arguments) {
+    auto command = arguments;
+    command.insert(command.begin(), HFP_PROGRAM);
+    return utility_.start(desktop, changes, command);
 }
 
 testing::AssertionResult Story::areLive() {

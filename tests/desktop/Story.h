@@ -35,6 +35,8 @@ public:
 
     using DesktopStory::launchUtility;
     ChildProcess& launchUtility(const Environment& changes) override;
+    ChildProcess& launchUtility(const Environment& changes,
+                                const std::vector<std::string>& arguments);
 
     /// Whether, after some waiting, the utility holds all combinations of the list for which the
     /// map has a key: other programs are refused them.

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace hollowfernpike::test {
 
@@ -18,9 +19,9 @@ public:
     /// Starts it in a private session of any kind, in the place of the copy before.
     template <class Session>
     ChildProcess& start(const Session& session, const Environment& changes = {},
-                        const std::string& program = HFP_PROGRAM) {
+                        const std::vector<std::string>& command = {HFP_PROGRAM}) {
         end();
-        process_ = session.start({program}, changes);
+        process_ = session.start(command, changes);
         return *process_;
     }
 

@@ -26,7 +26,7 @@ WaylandStory::WaylandStory(std::unique_ptr<WaylandSession> place)
 
 ChildProcess& WaylandStory::launchUtility(const Environment& changes) {
     Environment environment{{"QT_LOGGING_RULES", "hollowfernpike.keys.debug=true"}, leaksAllowed()};
-    return utility_.start(session(), changed(environment, changes), program());
+    return utility_.start(session(), changed(environment, changes), {program()});
 }
 
 Environment WaylandStory::leaksReported() const {
