@@ -23,7 +23,7 @@ bool isOfKey(const xcb_generic_event_t& event) {
            kind == XCB_INPUT_RAW_KEY_PRESS || kind == XCB_INPUT_RAW_KEY_RELEASE;
 }
 
-/// The length of the request that begins here; 0 if it does not fit.
+/// The length of the request that begins here, as far as it lies here; 0 if there is none.
 std::size_t requestLength(std::span<const std::uint8_t> bytes) {
     constexpr std::size_t unit = 4;
     std::uint16_t units = 0;

@@ -1,3 +1,4 @@
+#include "desktop/beginner/FirstLanguage.h"
 #include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
 #include "show/Camera.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
+#include <vector>
 
 namespace hollowfernpike {
 namespace {
@@ -74,32 +76,52 @@ TEST_F(FilePanelsTest, SpeakTheLanguageOfTheProgram) {
 }
 
 TEST_F(FilePanelsTest, ShowAllColumnsWholeInALargeFont) {
-    setFont(story.desktop, 16);
-    story.start(withFontSettings);
-    story.openManagement();
-    story.reader.press(story.reader.find("push button", "エクスポート"));
-    const auto files =
-        story.reader.find(story.reader.find("dialog", story.titles.exporting), "tree", "ファイル");
-    story.reader.find(files, "column header", "更新日");
-    const auto whole = story.reader.placeOf(files);
-    for (const auto& part : story.reader.partsOf(files)) {
-        const auto place = story.reader.placeOf(part);
-        EXPECT_LE(place.x + place.width, whole.x + whole.width) << part.name;
+    writeFile(documents / "list.json", std::string(20'000, ' '));
+    const auto widths = [this](int points) {
+        setFont(story.desktop, points);
+        story.start(withFontSettings);
+        story.openManagement();
+        story.reader.press(story.reader.find("push button", "エクスポート"));
+        const auto panel = story.reader.find("dialog", story.titles.exporting);
+        story.reader.find(panel, "tree item", "list.json");
+        const auto files = story.reader.find(panel, "tree", "ファイル");
+        const auto whole = story.reader.placeOf(files);
+        std::vector<int> all;
+        for (const char* column : {"サイズ", "種類", "更新日"}) {
+            const auto place =
+                story.reader.placeOf(story.reader.find(files, "column header", column));
+            EXPECT_LE(place.x + place.width, whole.x + whole.width) << column;
+            all.push_back(place.width);
+        }
+        return all;
+    };
+    const auto usual = widths(8);
+    const auto large = widths(16);
+    for (std::size_t column = 0; column < usual.size(); ++column) {
+        EXPECT_GE(2 * large[column], 3 * usual[column]) << "texts of twice the width";
     }
 }
 
 TEST_F(FilePanelsTest, WriteSizesAndDatesInThatLanguageInEverySession) {
     writeFile(documents / "list.json", std::string(20'000, ' '));
-    const auto look = [this](const char* session) {
+    const auto look = [this](const char* session, const char* column) {
         story.start({{"LANG", session}, {"LC_ALL", session}});
         story.openManagement();
         story.clickExport();
         const auto panel = story.reader.find("dialog", story.titles.exporting);
-        story.reader.find(panel, "tree item", "list.json");
-        const auto rows = story.reader.placeOf(story.reader.find(panel, "tree", "ファイル"));
-        return show::picture(story.desktop.display()).copy(rows.x, rows.y, rows.width, rows.height);
+        const auto row = story.reader.placeOf(story.reader.find(panel, "tree item", "list.json"));
+        const auto cell = story.reader.placeOf(story.reader.find(panel, "column header", column));
+        return show::picture(story.desktop.display()).copy(cell.x, row.y, cell.width, row.height);
     };
-    EXPECT_EQ(look("ja_JP.UTF-8"), look("de_DE.UTF-8"));
+    const char* japanese = "ja_JP.UTF-8";
+    const char* german = "de_DE.UTF-8";
+    EXPECT_EQ(look(japanese, "サイズ"), look(german, "サイズ"));
+    const auto inJapanese = look(japanese, "更新日");
+    EXPECT_EQ(inJapanese, look(german, "更新日"));
+    beginInEnglish(story);
+    const auto inEnglish = look(japanese, "Date Modified");
+    EXPECT_EQ(inEnglish, look(german, "Date Modified"));
+    EXPECT_NE(inEnglish, inJapanese);
 }
 
 TEST_F(FilePanelsTest, TakeJsonAlone) {
@@ -142,12 +164,25 @@ TEST_F(FilePanelsTest, OtherApplicationsAreLookedForWhereTheMostAre) {
     for (const char* name : {"One", "Two", "Three", "Four"}) {
         writeFile(shared / (std::string(name) + ".desktop"), "[Desktop Entry]\n");
     }
-    story.start({{"XDG_DATA_DIRS", shared.parent_path().string()}});
+    const auto emptier = story.desktop.home() / "zone/applications";
+    writeFile(emptier / "Five.desktop", "[Desktop Entry]\n");
+    story.start(
+        {{"XDG_DATA_DIRS", shared.parent_path().string() + ':' + emptier.parent_path().string()}});
     story.openManagement();
     const auto panel = story.openApplications(story.clickAdd());
     story.clickOn(story.part(story.titles.applications, "push button", "その他..."));
     story.comes(story.titles.applications, panel);
     story.reader.find("tree item", "Four.desktop");
+    std::ptrdiff_t places = 0;
+    const auto leadsToAll = [&] {
+        const auto parts =
+            story.reader.partsOf(story.reader.find("dialog", story.titles.applications));
+        places = std::ranges::count_if(parts, [](const Accessible& part) {
+            return part.role == "list item" && part.name == "applications";
+        });
+        return places == 3;
+    };
+    EXPECT_TRUE(waitUntil(leadsToAll)) << places << " folders of applications in the side bar";
 }
 
 } // namespace

@@ -88,24 +88,12 @@ protected:
             story.keyboard.strike({"SPCE"});
             break;
         case Means::mouse:
-            click(button);
+            story.clickOn(button);
             break;
         case Means::accessibilityBus:
             story.reader.press(button);
             break;
         }
-    }
-
-    /// Clicks once the program knows where the window in front has been put.
-    void click(const Accessible& part) {
-        const auto isInPlace = [this] {
-            const auto place = story.screen.placeOf(story.pager.activeWindow());
-            return std::ranges::any_of(story.reader.windows(), [&](const Accessible& window) {
-                return story.reader.placeOf(window) == place;
-            });
-        };
-        story.require(isInPlace, "the window is not where the program has it");
-        story.clickOn(part);
     }
 
     void focus(const Accessible& part) {
@@ -127,7 +115,7 @@ protected:
             show::type(story.keyboard, name);
             break;
         case Means::mouse:
-            click(row);
+            story.clickOn(row);
             break;
         case Means::accessibilityBus:
             story.reader.act(row, "Toggle");

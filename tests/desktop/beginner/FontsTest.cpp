@@ -1,7 +1,7 @@
+#include "desktop/beginner/FirstLanguage.h"
 #include "desktop/beginner/FontSettings.h"
 #include "desktop/editor/EditorStory.h"
 #include "support/WaitUntil.h"
-#include "support/WriteFile.h"
 
 #include <algorithm>
 #include <iterator>
@@ -44,18 +44,13 @@ protected:
 
     void SetUp() override {
         const auto [points, isEnglish, scale] = GetParam();
-        const auto font = std::to_string(points) + ",-1,5,50,0,0,0,0,0\n";
-        writeFile(story.desktop.home() / ".config/kdeglobals",
-                  "[General]\nfont=DejaVu Sans," + font + "fixed=DejaVu Sans Mono," + font +
-                      "\n[KDE]\nwidgetStyle=Fusion\n");
-        writeFile(story.desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
-                  std::string("[General]\nAppLanguage=") + (isEnglish ? "en" : "ja") + '\n');
-        story.titles = isEnglish ? englishTitles : japaneseTitles;
+        setFont(story.desktop, points);
+        if (isEnglish) {
+            beginInEnglish(story);
+        }
         story.bind(everyModifier, application);
         story.writeShortcuts();
-        story.start({{"XDG_CURRENT_DESKTOP", "KDE"},
-                     {"KDE_SESSION_VERSION", "5"},
-                     {"QT_SCALE_FACTOR", std::to_string(scale)}});
+        story.start(changed(withFontSettings, {{"QT_SCALE_FACTOR", std::to_string(scale)}}));
         story.openManagement();
     }
 

@@ -2,16 +2,14 @@
 #include "desktop/editor/EditorStory.h"
 #include "desktop/resident/StatusMenu.h"
 #include "show/Camera.h"
+#include "support/FolderLog.h"
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
-#include <map>
 #include <string>
 
-#include <sys/inotify.h>
 #include <unistd.h>
 
 namespace hollowfernpike {
@@ -19,43 +17,7 @@ namespace {
 
 using namespace test;
 
-/// Counts how often files of a folder have been opened, and moved there, by their names.
-class FolderLog {
-public:
-    explicit FolderLog(const std::filesystem::path& folder)
-        : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-        ::inotify_add_watch(queue_, folder.c_str(), IN_OPEN | IN_CLOSE | IN_MOVED_TO);
-    }
-    FolderLog(const FolderLog&) = delete;
-    FolderLog& operator=(const FolderLog&) = delete;
-    ~FolderLog() { ::close(queue_); }
-
-    int openings(const std::string& name) { return count(IN_OPEN, name); }
-    int arrivals(const std::string& name) { return count(IN_MOVED_TO, name); }
-
-private:
-    int count(std::uint32_t kind, const std::string& name) {
-        alignas(inotify_event) std::array<char, 16384> buffer{};
-        for (auto size = read(buffer); size > 0; size = read(buffer)) {
-            for (const char* at = buffer.data(); at < buffer.data() + size;) {
-                const auto* event = reinterpret_cast<const inotify_event*>(at);
-                ++counts_[{event->mask & (IN_OPEN | IN_MOVED_TO),
-                           event->len > 0 ? event->name : ""}];
-                at += sizeof(inotify_event) + event->len;
-            }
-        }
-        return counts_[{kind, name}];
-    }
-
-    ssize_t read(std::array<char, 16384>& buffer) const {
-        return ::read(queue_, buffer.data(), buffer.size());
-    }
-
-    int queue_;
-    std::map<std::pair<std::uint32_t, std::string>, int> counts_;
-};
-
-/// A change of the list makes no work that was done before.
+/// A change of the list, or of the language, makes no work that was done before.
 class NothingTwiceTest : public testing::Test {
 protected:
     static constexpr std::size_t many = 60;
@@ -78,6 +40,12 @@ protected:
             story.bind(combinationOf(number), {.path = entry, .name = name, .identifier = name});
         }
         story.writeShortcuts();
+    }
+
+    /// Whether nothing happens in that folder for a while.
+    static bool isQuiet(FolderLog& log) {
+        const auto before = log.events();
+        return !waitUntil([&] { return log.events() != before; }, 500ms);
     }
 
     void import(const nlohmann::json& list) {
@@ -115,6 +83,7 @@ TEST_F(NothingTwiceTest, AnImportSavesOnceAndLeavesAloneWhatStays) {
 
     import(fewer);
     ASSERT_TRUE(story.isFree(combinationOf(many - 1)));
+    ASSERT_TRUE(waitUntil([&] { return isQuiet(saves) && isQuiet(reads); }));
     EXPECT_EQ(saves.arrivals("shortcuts.json"), 2);
     int mostReads = 0;
     for (std::size_t number = 0; number < many; ++number) {

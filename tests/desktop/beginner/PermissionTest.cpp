@@ -1,6 +1,7 @@
 #include "desktop/Story.h"
 #include "desktop/WindowManagers.h"
 #include "desktop/windows/WindowUser.h"
+#include "support/FolderLog.h"
 #include "support/WaitUntil.h"
 
 #include <algorithm>
@@ -99,6 +100,19 @@ TEST_P(PermissionTest, IsAskedForAgainWithoutTakingTheKeys) {
     windowComes(user.titles.alert);
     EXPECT_TRUE(promptIsOnTop());
     EXPECT_EQ(story.pager.focusedWindow(), window);
+}
+
+TEST_P(PermissionTest, LeavesTheFrontAndTheKeysToOthersWhileItIsOpen) {
+    windowComes(user.titles.alert);
+    bringManagementForward();
+    const auto editor = user.clickAdd();
+    // Each time that the program tries again, it connects anew. The second one tells that the first
+    // has been answered.
+    FolderLog tries(story.desktop.home());
+    user.require([&] { return tries.openings("authority") >= 2; }, "it does not try again");
+    EXPECT_EQ(story.pager.stacking().back(), editor);
+    EXPECT_EQ(story.pager.activeWindow(), editor);
+    EXPECT_EQ(story.pager.focusedWindow(), editor);
 }
 
 } // namespace

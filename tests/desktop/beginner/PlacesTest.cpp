@@ -2,7 +2,7 @@
 #include "desktop/resident/StatusMenu.h"
 #include "support/WaitUntil.h"
 
-#include <algorithm>
+#include <cstdlib>
 
 namespace hollowfernpike {
 namespace {
@@ -20,20 +20,38 @@ protected:
         story.start();
     }
 
-    bool isOnTheRight(xcb_window_t window) { return story.screen.placeOf(window).x >= 640; }
+    /// Whether, after some waiting, the middle of the window is about there. Frames differ above
+    /// and below, and editors leave the titles of others in sight.
+    testing::AssertionResult hasItsMiddleAt(xcb_window_t window, int middle) {
+        constexpr int height = 800;
+        constexpr int tolerance = 40;
+        Place place;
+        const auto isThere = [&] {
+            place = story.screen.placeOf(window);
+            return std::abs(place.x + place.width / 2 - middle) <= tolerance &&
+                   std::abs(place.y + place.height / 2 - height / 2) <= tolerance;
+        };
+        return waitUntil(isThere) ? testing::AssertionSuccess()
+                                  : testing::AssertionFailure()
+                                        << place.width << 'x' << place.height << '+' << place.x
+                                        << '+' << place.y;
+    }
+
+    static constexpr int left = 320;
+    static constexpr int right = 640 + 320;
 };
 
 TEST_F(TwoMonitorsTest, TheWindowComesWhereTheUserIsAndEditorsComeThere) {
     story.mouse.moveTo(1000, 300);
-    EXPECT_TRUE(isOnTheRight(story.openManagement()));
+    EXPECT_TRUE(hasItsMiddleAt(story.openManagement(), right));
     story.mouse.moveTo(100, 300);
     story.keyboard.strike({"RTRN"}); // adds
-    EXPECT_TRUE(isOnTheRight(story.comes(story.titles.adding)));
+    EXPECT_TRUE(hasItsMiddleAt(story.comes(story.titles.adding), right));
 }
 
 TEST_F(TwoMonitorsTest, TheWindowComesToThePrimaryMonitorIfTheUserIsThere) {
     story.mouse.moveTo(100, 300);
-    EXPECT_FALSE(isOnTheRight(story.openManagement()));
+    EXPECT_TRUE(hasItsMiddleAt(story.openManagement(), left));
 }
 
 class PlacesTest : public EditorStoryTest {};
@@ -92,36 +110,40 @@ protected:
         return column.back() == ground ? border : 0;
     }
 
+    /// Returns the window, when the mark of the added card has gone.
+    xcb_window_t add() {
+        const auto window = story.openManagement();
+        const auto editor = story.clickAdd();
+        story.choose(editor, "Many");
+        story.record(editor, third);
+        story.keyboard.strike({"RTRN"});
+        EXPECT_TRUE(waitUntil([&] { return borderAtTheEnd(window) == 2; }));
+        EXPECT_TRUE(waitUntil([&] { return borderAtTheEnd(window) == 1; }));
+        return window;
+    }
+
+    static constexpr auto longerThanAMoment = 3s;
     static constexpr std::size_t listMargin = 8;
     static constexpr std::size_t heightOfACard = 52;
 };
 
 TEST_F(LongListTest, TheAddedCardIsScrolledIntoViewAndMarkedForAMoment) {
-    const auto window = story.openManagement();
-    const auto editor = story.clickAdd();
-    story.choose(editor, "Many");
-    story.record(editor, third);
-    story.keyboard.strike({"RTRN"});
-    EXPECT_TRUE(waitUntil([&] { return borderAtTheEnd(window) == 2; }));
-    EXPECT_TRUE(waitUntil([&] { return borderAtTheEnd(window) == 1; }));
+    const auto window = add();
     const auto card = story.reader.placeOf(story.reader.find("panel", "Many " + shown(third)));
     const auto whole = story.screen.placeOf(window);
     EXPECT_EQ(card.y + card.height, whole.y + whole.height - static_cast<int>(listMargin));
 }
 
-TEST_F(LongListTest, TheMenuHasMnemonicsAndRadioItems) {
-    EXPECT_TRUE(menu.entry("English").isRadio);
-    EXPECT_TRUE(menu.entry("日本語").isRadio);
-    EXPECT_FALSE(menu.entry("ログイン時に起動").isRadio);
+TEST_F(LongListTest, NoCardIsMarkedAfterAChangeOfTheLanguageOrADeletion) {
+    const auto window = add();
+    const auto isMarked = [&] { return borderAtTheEnd(window) == 2; };
     menu.choose("English");
-    ASSERT_TRUE(menu.becomes("English", true));
-    EXPECT_FALSE(menu.entry("日本語").isOn);
-    std::string mnemonics;
-    for (const char* label : {"Manage Shortcuts", "Export Shortcuts...", "Import Shortcuts...",
-                              "Launch at Login", "言語 / Language", "Quit"}) {
-        mnemonics += menu.entry(label).mnemonic;
-    }
-    EXPECT_EQ(mnemonics, "MEIaLQ");
+    EXPECT_FALSE(waitUntil(isMarked, longerThanAMoment));
+    story.reader.press(story.reader.find("push button", "Delete"));
+    story.comes(story.titles.alert);
+    story.keyboard.strike({"RTRN"});
+    EXPECT_FALSE(waitUntil(isMarked, longerThanAMoment));
+    EXPECT_TRUE(waitUntil([&] { return story.list().size() == 9; }));
 }
 
 } // namespace

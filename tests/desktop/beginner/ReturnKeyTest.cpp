@@ -2,6 +2,7 @@
 
 #include "show/Camera.h"
 #include "show/Typing.h"
+#include "support/FolderLog.h"
 #include "support/WaitUntil.h"
 
 #include <chrono>
@@ -24,6 +25,12 @@ protected:
         }
         ADD_FAILURE() << part.name << " does not get the focus";
     }
+
+    /// Until the program opens another window, for which it has to be done with what came before.
+    void settles() {
+        story.openManagement();
+        story.strikeAndLeave(story.clickAdd(), "ESC");
+    }
 };
 
 TEST_F(ReturnKeyTest, OnCancelOfTheEditorCancels) {
@@ -31,6 +38,7 @@ TEST_F(ReturnKeyTest, OnCancelOfTheEditorCancels) {
     story.record(editor, third);
     focus(story.part(story.titles.editing, "push button", "キャンセル"));
     story.strikeAndLeave(editor, "RTRN");
+    settles();
     EXPECT_EQ(story.list(), before);
 }
 
@@ -59,7 +67,9 @@ TEST_F(ReturnKeyTest, ShowsWhichButtonItPresses) {
 }
 
 TEST_F(ReturnKeyTest, InAnEditorThatWasJustOpenedSaves) {
+    FolderLog saves(story.shortcutsFile().parent_path());
     story.strikeAndLeave(story.clickEdit(0), "RTRN");
+    EXPECT_TRUE(waitUntil([&] { return saves.arrivals("shortcuts.json") == 1; }));
     EXPECT_EQ(story.list(), before);
 }
 
@@ -69,6 +79,7 @@ TEST_F(ReturnKeyTest, OnCancelOfTheApplicationsCancels) {
     show::type(story.keyboard, quartz.name());
     focus(story.part(story.titles.applications, "push button", "キャンセル"));
     story.strikeAndLeave(panel, "RTRN");
+    ASSERT_TRUE(story.isActive(editor));
     for (const auto& part :
          story.reader.partsOf(story.reader.find("dialog", story.titles.adding))) {
         EXPECT_NE(part.name, quartz.name());
@@ -79,6 +90,7 @@ TEST_F(ReturnKeyTest, OnCancelOfAQuestionCancels) {
     const auto question = story.clickDelete(0);
     focus(story.reader.find("push button", "キャンセル"));
     story.strikeAndLeave(question, "RTRN");
+    settles();
     EXPECT_EQ(story.list(), before);
 }
 
@@ -86,6 +98,7 @@ TEST_F(ReturnKeyTest, OnCancelOfAFilePanelCancels) {
     const auto panel = story.clickExport();
     focus(story.part(story.titles.exporting, "push button", "キャンセル"));
     story.strikeAndLeave(panel, "RTRN");
+    settles();
     EXPECT_FALSE(exists(story.desktop.home() / "Hollowfernpike.json"));
 }
 

@@ -1,8 +1,8 @@
+#include "desktop/beginner/FirstLanguage.h"
 #include "desktop/editor/EditorStory.h"
 #include "desktop/resident/StatusMenu.h"
 #include "show/Panel.h"
 #include "show/Typing.h"
-#include "support/WriteFile.h"
 
 #include <memory>
 #include <ostream>
@@ -104,9 +104,7 @@ TEST_P(StatusAreaTest, BringsADialogForwardThatWasCovered) {
 
 TEST(OlderTrayTest, TheMenusLettersChoose) {
     EditorStory story;
-    writeFile(story.desktop.home() / ".config/app.hollowfernpike.Hollowfernpike.conf",
-              "[General]\nAppLanguage=en\n");
-    story.titles = englishTitles;
+    beginInEnglish(story);
     show::Panel panel(story, story, 1);
     story.start();
     panel.openMenu();
@@ -115,6 +113,26 @@ TEST(OlderTrayTest, TheMenusLettersChoose) {
     panel.openMenu();
     show::type(story.keyboard, "q");
     EXPECT_EQ(story.utility().wait(), 0) << story.utility().errors();
+}
+
+TEST(NotifierHostTest, TheMenuHasMnemonicsAndRadioItems) {
+    EditorStory story;
+    StatusMenu menu(story.desktop);
+    menu.startHost();
+    story.start();
+    ASSERT_TRUE(menu.showsItem());
+    EXPECT_TRUE(menu.entry("English").isRadio);
+    EXPECT_TRUE(menu.entry("日本語").isRadio);
+    EXPECT_FALSE(menu.entry("ログイン時に起動").isRadio);
+    menu.choose("English");
+    ASSERT_TRUE(menu.becomes("English", true));
+    EXPECT_FALSE(menu.entry("日本語").isOn);
+    std::string mnemonics;
+    for (const char* label : {"Manage Shortcuts", "Export Shortcuts...", "Import Shortcuts...",
+                              "Launch at Login", "言語 / Language", "Quit"}) {
+        mnemonics += menu.entry(label).mnemonic;
+    }
+    EXPECT_EQ(mnemonics, "MEIaLQ");
 }
 
 TEST_P(StatusAreaTest, QuitsWhileADialogWaits) {

@@ -27,6 +27,13 @@ Accessible EditorStory::part(std::string_view title, std::string_view role, std:
 }
 
 void EditorStory::clickOn(const Accessible& part) {
+    const auto isInPlace = [this] {
+        const auto place = screen.placeOf(pager.activeWindow());
+        return std::ranges::any_of(reader.windows(), [&](const Accessible& window) {
+            return reader.placeOf(window) == place;
+        });
+    };
+    require(isInPlace, "the window is not where the program has it");
     const auto middle = reader.middleOf(part);
     mouse.click(middle.x, middle.y);
 }

@@ -32,6 +32,7 @@ public:
     /// The part of the dialog with this title.
     Accessible part(std::string_view title, std::string_view role, std::string_view name);
 
+    /// Clicks once the program knows where the window in front has been put.
     void clickOn(const Accessible& part);
 
     /// In an editor with both steps: clicks the recorder's button while it says Record, or Stop,
