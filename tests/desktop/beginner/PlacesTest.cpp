@@ -29,7 +29,7 @@ protected:
         const auto isThere = [&] {
             place = story.screen.placeOf(window);
             return std::abs(place.x + place.width / 2 - middle) <= tolerance &&
-                   std::abs(place.y + place.height / 2 - height / 2) <= tolerance;
+                   std::abs(place.y - (height - place.height) / 3) <= tolerance;
         };
         return waitUntil(isThere) ? testing::AssertionSuccess()
                                   : testing::AssertionFailure()
