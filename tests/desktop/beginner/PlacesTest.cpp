@@ -24,12 +24,12 @@ protected:
     /// and below, and editors leave the titles of others in sight.
     testing::AssertionResult hasItsMiddleAt(xcb_window_t window, int middle) {
         constexpr int height = 800;
-        constexpr int tolerance = 40;
+        constexpr int frame = 40;
         Place place;
         const auto isThere = [&] {
             place = story.screen.placeOf(window);
-            return std::abs(place.x + place.width / 2 - middle) <= tolerance &&
-                   std::abs(place.y - (height - place.height) / 3) <= tolerance;
+            return std::abs(place.x + place.width / 2 - middle) <= 5 &&
+                   std::abs(place.y - (height - place.height) / 3) <= frame;
         };
         return waitUntil(isThere) ? testing::AssertionSuccess()
                                   : testing::AssertionFailure()
