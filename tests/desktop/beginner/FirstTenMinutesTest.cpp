@@ -54,9 +54,9 @@ std::vector<std::string> argumentsInEntry() {
 }
 
 /// Somebody who has just installed the program and uses one means alone, besides striking the
-/// combinations. The panel here opens its menu for the mouse only, so that is clicked open for
-/// those who then use the keys; and as the accessibility bus brings no window forward, a task bar
-/// does.
+/// combinations, setting the font and logging out. The panel here opens its menu for the mouse
+/// only, so it is clicked open, and pointed at, for those who then use the keys; and as the
+/// accessibility bus brings no window forward, a task bar does.
 class FirstTenMinutesTest : public testing::TestWithParam<Means> {
 protected:
     EditorStory story;
