@@ -124,8 +124,9 @@ private:
         user_.comes(user_.titles.adding);
         const auto isClosed = [&] {
             story_.keyboard.strike({"ESC"});
-            return test::waitUntil([&] { return shownWindow(user_.titles.adding) == XCB_NONE; },
-                                   test::patience / 4);
+            return test::waitUntil(
+                [&] { return story_.pager.windowCalled(user_.titles.adding) == XCB_NONE; },
+                test::patience / 4);
         };
         user_.require(isClosed, "the editor does not close");
         user_.managementComes();
@@ -182,21 +183,12 @@ private:
     /// A column through the first letters of the names.
     Look look() {
         constexpr int names = 80;
-        return user_.screen.column(shownWindow(user_.titles.management), names);
+        return user_.screen.column(story_.pager.windowCalled(user_.titles.management), names);
     }
 
     Look panelLook() {
         constexpr int names = 52; // clear of the search field's caret
-        return user_.screen.column(shownWindow(user_.titles.applications), names);
-    }
-
-    xcb_window_t shownWindow(std::string_view title) {
-        const auto shown = story_.pager.stacking();
-        const auto isWanted = [&](xcb_window_t window) {
-            return story_.pager.titleOf(window) == title;
-        };
-        const auto found = std::ranges::find_if(shown, isWanted);
-        return found == shown.end() ? XCB_NONE : *found;
+        return user_.screen.column(story_.pager.windowCalled(user_.titles.applications), names);
     }
 
     double timeConfirmation(const Look& expected) {

@@ -80,6 +80,13 @@ std::string Pager::titleOf(xcb_window_t window) {
     return title;
 }
 
+xcb_window_t Pager::windowCalled(std::string_view title) {
+    const auto windows = stacking();
+    const auto found =
+        std::ranges::find_if(windows, [&](auto window) { return titleOf(window) == title; });
+    return found == windows.end() ? XCB_NONE : *found;
+}
+
 bool Pager::isInTaskBar(xcb_window_t window) {
     xcb_ewmh_get_atoms_reply_t reply{};
     if (xcb_ewmh_get_wm_state_reply(&ewmh_, xcb_ewmh_get_wm_state(&ewmh_, window), &reply,

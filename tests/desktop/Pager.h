@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -33,6 +34,9 @@ public:
 
     /// Its title (_NET_WM_NAME); empty if it has none.
     std::string titleOf(xcb_window_t window);
+
+    /// The lowest window of this title; XCB_NONE while there is none.
+    xcb_window_t windowCalled(std::string_view title);
 
     /// Whether task bars list it.
     bool isInTaskBar(xcb_window_t window);

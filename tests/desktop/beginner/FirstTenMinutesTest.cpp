@@ -1,19 +1,11 @@
 #include "desktop/beginner/FontSettings.h"
-#include "desktop/editor/EditorStory.h"
-#include "desktop/resident/StatusMenu.h"
-#include "show/Panel.h"
-#include "show/Typing.h"
+#include "desktop/beginner/Means.h"
+#include "desktop/beginner/OwnEntry.h"
 #include "support/WaitUntil.h"
 
-#include <algorithm>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <memory>
-#include <optional>
-#include <ostream>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,45 +15,12 @@ namespace {
 
 using namespace test;
 
-enum class Means { keyboard, mouse, accessibilityBus };
-
-std::ostream& operator<<(std::ostream& stream, Means means) {
-    switch (means) {
-    case Means::keyboard:
-        return stream << "keyboard";
-    case Means::mouse:
-        return stream << "mouse";
-    case Means::accessibilityBus:
-        return stream << "accessibilityBus";
-    }
-    return stream;
-}
-
-/// What the program's desktop entry gives it on its command line.
-std::vector<std::string> argumentsInEntry() {
-    const std::string key = "Exec=@program@ ";
-    std::ifstream entry(HFP_DESKTOP_ENTRY);
-    std::vector<std::string> arguments;
-    for (std::string line; arguments.empty() && std::getline(entry, line);) {
-        if (line.starts_with(key)) {
-            std::istringstream words(line.substr(key.size()));
-            for (std::string word; words >> word;) {
-                arguments.push_back(word);
-            }
-        }
-    }
-    return arguments;
-}
-
 /// Somebody who has just installed the program and uses one means alone, besides striking the
-/// combinations, setting the font and logging out. The panel here opens its menu for the mouse
-/// only, so it is clicked open, and pointed at, for those who then use the keys; and as the
-/// accessibility bus brings no window forward, a task bar does.
-class FirstTenMinutesTest : public testing::TestWithParam<Means> {
+/// combinations, setting the font and logging out.
+class FirstTenMinutesTest : public testing::TestWithParam<std::string> {
 protected:
     EditorStory story;
-    StatusMenu menu{story.desktop};
-    std::optional<show::Panel> tray;
+    const std::unique_ptr<Means> means = makeMeans(GetParam(), story);
     Application& quartz = story.install("Quartz");
     Application& feldspar = story.install("Feldspar");
     Application& obsidian = story.install("Obsidian");
@@ -69,10 +28,9 @@ protected:
     const Combination first{37, control | option};
     const Combination second{38, command};
     bool isTrusted = false;
-    bool isEnglish = false;
 
     const char* in(const char* japanese, const char* english) const {
-        return isEnglish ? english : japanese;
+        return story.titles.management == englishTitles.management ? english : japanese;
     }
 
     Accessible window() { return story.reader.find("frame", story.titles.management); }
@@ -82,97 +40,16 @@ protected:
         const auto button = story.reader.find(whole, "push button", name);
         story.require([&] { return story.reader.isEnabled(button); },
                       std::string(name) + " is disabled");
-        switch (GetParam()) {
-        case Means::keyboard:
-            focus(button);
-            story.keyboard.strike({"SPCE"});
-            break;
-        case Means::mouse:
-            story.clickOn(button);
-            break;
-        case Means::accessibilityBus:
-            story.reader.press(button);
-            break;
-        }
-    }
-
-    void focus(const Accessible& part) {
-        const auto isFocused = [&] { return story.reader.isFocused(part); };
-        const auto comesThere = [&] {
-            const bool isThere = waitUntil(isFocused, 200ms);
-            if (!isThere) {
-                story.keyboard.strike({"TAB"});
-            }
-            return isThere;
-        };
-        story.require(comesThere, "the Tab key does not lead to " + part.name);
+        means->press(button);
     }
 
     void chooseRow(const Accessible& panel, std::string_view role, const std::string& name) {
-        const auto row = story.reader.find(panel, role, name);
-        switch (GetParam()) {
-        case Means::keyboard:
-            show::type(story.keyboard, name);
-            break;
-        case Means::mouse:
-            story.clickOn(row);
-            break;
-        case Means::accessibilityBus:
-            story.reader.act(row, "Toggle");
-            break;
-        }
+        means->choose(story.reader.find(panel, role, name));
     }
 
-    bool isShown(std::string_view title) {
-        return std::ranges::any_of(story.pager.stacking(), [&](auto window) {
-            return story.pager.titleOf(window) == title;
-        });
-    }
-
-    xcb_window_t windowCalled(std::string_view title) {
-        for (const auto shownWindow : story.pager.stacking()) {
-            if (story.pager.titleOf(shownWindow) == title) {
-                return shownWindow;
-            }
-        }
-        throw std::runtime_error("there is no " + std::string(title));
-    }
-
-    /// Clicks the title where no window above covers it.
-    void clickTitle(xcb_window_t window) {
-        constexpr int frame = 30; // and more
-        constexpr int buttons = 100;
-        const auto place = story.screen.placeOf(window);
-        const auto stacked = story.pager.stacking();
-        const auto above = std::ranges::find(stacked, window);
-        const int y = place.y - frame / 3;
-        for (int x = place.x + buttons; x < place.x + place.width - buttons; x += frame) {
-            const auto covers = [&](xcb_window_t other) {
-                const auto [left, top, width, height] = story.screen.placeOf(other);
-                return other != window && x > left - frame && x < left + width + frame &&
-                       y > top - frame && y < top + height + frame;
-            };
-            if (std::none_of(above, stacked.end(), covers)) {
-                story.mouse.click(x, y);
-                return;
-            }
-        }
-    }
-
-    /// Starts the program by its entry once more, or sends away what is in front.
-    void comesByKeys() {
-        if (isTrusted) {
-            auto command = argumentsInEntry();
-            command.insert(command.begin(), HFP_PROGRAM);
-            story.run(command);
-        } else {
-            story.keyboard.strike({"LALT", "ESC"});
-        }
-    }
-
-    /// A program that was started without the permission cannot ask for that itself.
     void bringForward(std::string_view title) {
-        const auto window = windowCalled(title);
+        const auto window = story.pager.windowCalled(title);
+        story.require([&] { return window != XCB_NONE; }, std::string(title) + " is not there");
         const auto hasKeys = [&] {
             return story.pager.activeWindow() == window && story.pager.focusedWindow() == window;
         };
@@ -185,56 +62,10 @@ protected:
             if (keepsKeys()) {
                 return true;
             }
-            switch (GetParam()) {
-            case Means::keyboard:
-                comesByKeys();
-                break;
-            case Means::mouse:
-                clickTitle(window);
-                break;
-            case Means::accessibilityBus:
-                story.pager.activate(window);
-                break;
-            }
+            means->askForFront(window, isTrusted);
             return keepsKeys();
         };
         story.require(comes, std::string(title) + " does not get the keys");
-    }
-
-    /// An entry of the menu, as each means finds it.
-    struct Entry {
-        std::string label;
-        std::string letter;
-        int place;            ///< separators left out
-        int separatorsBefore; ///< this one
-    };
-
-    /// When the menu has become English.
-    void choose(const Entry& entry) {
-        switch (GetParam()) {
-        case Means::keyboard:
-            tray->openMenu();
-            show::type(story.keyboard, entry.letter);
-            break;
-        case Means::mouse:
-            tray->openMenu();
-            click(entry);
-            break;
-        case Means::accessibilityBus:
-            menu.choose(entry.label);
-            break;
-        }
-    }
-
-    /// In the open menu of the tray.
-    void click(const Entry& entry) {
-        constexpr int entries = 6;
-        constexpr int separators = 2;
-        constexpr int separator = 7; // about as high
-        const auto [x, y, width, height] = story.screen.popups().at(0);
-        const int step = (height - separators * separator) / entries;
-        story.mouse.click(x + width / 4,
-                          y + entry.separatorsBefore * separator + entry.place * step + step / 2);
     }
 
     Accessible beginToAdd(const Application& application) {
@@ -263,32 +94,17 @@ protected:
         EXPECT_TRUE(story.saves(list));
     }
 
-    void startPanel() {
-        if (GetParam() == Means::accessibilityBus) {
-            menu.startHost();
-        } else if (!tray) {
-            tray.emplace(story, story, 1);
-        }
-    }
-
-    void panelShowsItem() {
-        if (GetParam() == Means::accessibilityBus) {
-            ASSERT_TRUE(menu.showsItem());
-        } else {
-            tray->showsSymbol();
-        }
-    }
-
     void startWithoutPermission() {
-        startPanel();
+        means->startPanel();
         setFont(story.desktop, 10);
         story.launchUtility(changed(withFontSettings, {{"XAUTHORITY", authority.string()}}),
                             argumentsInEntry());
         for (const auto title : {story.titles.management, story.titles.alert}) {
-            story.require([&] { return isShown(title); }, std::string(title) + " does not come");
+            story.require([&] { return story.pager.windowCalled(title) != XCB_NONE; },
+                          std::string(title) + " does not come");
             bringForward(title); // both ask for the keys at first
         }
-        const auto prompt = windowCalled(story.titles.alert);
+        const auto prompt = story.pager.windowCalled(story.titles.alert);
         press(story.reader.find("alert message", "ショートカットキーを検出できません"), "OK");
         story.goes(prompt);
         std::filesystem::rename(story.authority("better", "trusted"), authority);
@@ -344,46 +160,24 @@ protected:
     void startAnew() {
         story.utility().signal(SIGTERM);
         EXPECT_EQ(story.utility().wait(), 0);
-        startPanel();
+        means->startPanel();
         story.start(withFontSettings);
         isTrusted = true;
-        ASSERT_NO_FATAL_FAILURE(panelShowsItem());
+        means->panelShowsSymbol();
     }
 
     void switchTheLanguage() {
-        switch (GetParam()) {
-        case Means::keyboard:
-            tray->openMenu();
-            tray->openLanguages();
-            tray->chooseEnglish();
-            break;
-        case Means::mouse:
-            tray->openMenu();
-            click({"言語 / Language", "L", 3, 1});
-            story.require([this] { return story.screen.popups().size() == 2; },
-                          "the languages do not show");
-            clickTheLastLanguage();
-            break;
-        case Means::accessibilityBus:
-            menu.choose("English");
-            break;
-        }
-        isEnglish = true;
+        means->chooseEnglish();
         story.titles = englishTitles;
     }
 
-    void clickTheLastLanguage() {
-        const auto [x, y, width, height] = story.screen.popups().back();
-        story.mouse.click(x + width / 2, y + 3 * height / 4);
-    }
-
     void openWindow() {
-        choose({"Manage Shortcuts", "m", 0, 0});
+        means->chooseManage();
         story.managementComes();
     }
 
     void quit() {
-        choose({"Quit", "q", 5, 2});
+        means->chooseQuit();
         EXPECT_EQ(story.utility().wait(), 0);
     }
 
@@ -409,15 +203,15 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(By, FirstTenMinutesTest,
-                         testing::Values(Means::keyboard, Means::mouse, Means::accessibilityBus),
-                         testing::PrintToStringParamName());
+                         testing::Values("keyboard", "mouse", "accessibilityBus"),
+                         [](const auto& means) { return means.param; });
 
 TEST_P(FirstTenMinutesTest, EndWithAListThatWorks) {
     ASSERT_NO_FATAL_FAILURE(startWithoutPermission());
     ASSERT_NO_FATAL_FAILURE(addThree());
     exportList();
     changeTheFont();
-    ASSERT_NO_FATAL_FAILURE(startAnew());
+    startAnew();
     switchTheLanguage();
     openWindow();
     deleteFirst();

@@ -26,17 +26,9 @@ protected:
         story.desktop.start({HFP_PROGRAM, "--action", "openMainWindow"},
                             {{"XAUTHORITY", story.authority("authority", "untrusted").string()}});
 
-    /// The window of this title; none while there is none.
-    xcb_window_t windowCalled(std::string_view title) {
-        const auto windows = story.pager.stacking();
-        const auto found = std::ranges::find_if(
-            windows, [&](auto window) { return story.pager.titleOf(window) == title; });
-        return found == windows.end() ? XCB_NONE : *found;
-    }
-
     /// With or without the keys.
     void windowComes(std::string_view title) {
-        user.require([&] { return windowCalled(title) != XCB_NONE; },
+        user.require([&] { return story.pager.windowCalled(title) != XCB_NONE; },
                      std::string(title) + " does not come");
     }
 
@@ -44,7 +36,7 @@ protected:
     /// window gets the keys.
     xcb_window_t bringManagementForward() {
         for (const auto title : {user.titles.alert, user.titles.management}) {
-            story.bringForward([&] { return std::vector{windowCalled(title)}; });
+            story.bringForward([&] { return std::vector{story.pager.windowCalled(title)}; });
         }
         return user.managementComes();
     }
@@ -54,7 +46,7 @@ protected:
         return waitUntil([this] {
             const auto windows = story.pager.stacking();
             const auto place = [&](std::string_view title) {
-                return std::ranges::find(windows, windowCalled(title));
+                return std::ranges::find(windows, story.pager.windowCalled(title));
             };
             return place(user.titles.management) < place(user.titles.alert) &&
                    place(user.titles.alert) != windows.end();
@@ -93,8 +85,8 @@ TEST_P(PermissionTest, DoesNotCoverADialogThatHasToBeAnsweredFirst) {
 TEST_P(PermissionTest, IsAskedForAgainWithoutTakingTheKeys) {
     windowComes(user.titles.alert);
     const auto window = bringManagementForward();
-    story.pager.close(windowCalled(user.titles.alert));
-    user.require([this] { return windowCalled(user.titles.alert) == XCB_NONE; },
+    story.pager.close(story.pager.windowCalled(user.titles.alert));
+    user.require([this] { return story.pager.windowCalled(user.titles.alert) == XCB_NONE; },
                  "the question does not go");
     ASSERT_TRUE(story.isActive(window));
     windowComes(user.titles.alert);
