@@ -1,18 +1,21 @@
 #include "platform/wayland/UnknownDesktop.h"
 
 #include "platform/EventTap.h"
+#include "platform/freedesktop/Logging.h"
+#include "platform/freedesktop/keyboard/Tap.h"
 #include "platform/wayland/ActivationTokens.h"
 #include "platform/wayland/FoundDesktop.h"
 #include "platform/wayland/OwnWindows.h"
 #include "platform/wayland/configuration/BindingLines.h"
-#include "platform/wayland/configuration/CommandedTap.h"
 #include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/keyboard/SeatKeyboard.h"
 #include "platform/wayland/recorder/EventTaps.h"
 #include "platform/wayland/windows/ToplevelMirror.h"
 #include "platform/wayland/windows/Windows.h"
 
+#include <cstddef>
 #include <cstdlib>
+#include <span>
 #include <utility>
 
 #include <QGuiApplication>
@@ -27,6 +30,31 @@ std::string sessionNames() {
     const char* const names = std::getenv("XDG_CURRENT_DESKTOP");
     return names == nullptr ? std::string{} : names;
 }
+
+/// An active tap where the compositor's own configuration binds the combinations, to commands of
+/// ours: the presses come with these, never by the tap.
+class CommandedTap final : public freedesktop::Tap {
+public:
+    CommandedTap() : Tap(nullptr, nullptr) {}
+    CommandedTap(const CommandedTap&) = delete;
+    CommandedTap& operator=(const CommandedTap&) = delete;
+    ~CommandedTap() override { invalidate(); }
+
+    void setInterest(std::span<const platform::KeyCombination> combinations) override {
+        count_ = combinations.size();
+        if (isLive()) {
+            start();
+        }
+    }
+
+private:
+    void start() override {
+        qCDebug(freedesktop::keysLog, "to be pressed by commands: bound %zu combinations", count_);
+    }
+    void stop() override {}
+
+    std::size_t count_ = 0; ///< of combinations of interest
+};
 
 class UnknownDesktop final : public platform::Desktop {
 public:

@@ -365,6 +365,13 @@ TEST_F(SheetTest, ThatIsHiddenGivesWayToItsWindow) {
     EXPECT_THAT(ownWindows.broughtToFront, ElementsAre(second.winId()));
 }
 
+TEST_F(ApplicationTest, ThatBeginsAsAnAccessoryIsNeverShownAsAnApplication) {
+    test::FakeOwnWindows windows;
+    qt::Application accessory(windows, ActivationPolicy::accessory);
+    accessory.setStatusItemShown(true);
+    EXPECT_THAT(windows.shownAsApplication, testing::Optional(false));
+}
+
 TEST_F(ApplicationTest, BringsNothingToTheFrontThatIsHiddenOrGone) {
     application.activateIgnoringOtherApps();
     auto window = std::make_unique<QMainWindow>();

@@ -27,7 +27,14 @@ public:
     }
 
     /// `window` is a number that no other window of the session has. Valid until the next call.
-    const platform::WindowOwner& ownerOf(std::int64_t window, const platform::WindowFacts& facts);
+    const platform::WindowOwner& ownerOf(std::int64_t window, const platform::WindowFacts& facts) {
+        const auto known = known_.find(window);
+        if (known != known_.end() && known->second.facts == facts) {
+            return known->second.owner;
+        }
+        const Known found{.facts = facts, .owner = owners_.ownerOf(facts)};
+        return known_.insert_or_assign(window, found).first->second.owner;
+    }
 
 private:
     struct Known {
