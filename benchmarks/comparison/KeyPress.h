@@ -21,6 +21,7 @@ public:
         for (const auto& key : keys_) {
             keyboard_.press(key);
         }
+        keyboard_.sync(); // the server may wait before it presses one
     }
     HeldKeys(const HeldKeys&) = delete;
     HeldKeys& operator=(const HeldKeys&) = delete;

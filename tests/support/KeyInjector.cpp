@@ -37,14 +37,18 @@ void KeyInjector::release(std::string_view keyName) {
     release(known(keyName));
 }
 
+// A press in the same millisecond as the release before it looks to toolkits like a key that is
+// held down, which they tell by equal times.
 void KeyInjector::press(xcb_keycode_t key) {
+    constexpr std::uint32_t untilAnotherTime = 2; // milliseconds
     down_.push_back(key);
-    fake(XCB_KEY_PRESS, key);
+    fake(XCB_KEY_PRESS, key, key == released_ ? untilAnotherTime : 0);
 }
 
 void KeyInjector::release(xcb_keycode_t key) {
     std::erase(down_, key);
     fake(XCB_KEY_RELEASE, key);
+    released_ = key;
 }
 
 void KeyInjector::sync() const {
@@ -81,8 +85,8 @@ xcb_keycode_t KeyInjector::known(std::string_view keyName) const {
     return key;
 }
 
-void KeyInjector::fake(std::uint8_t type, xcb_keycode_t keycode) {
-    xcb_test_fake_input(connection_, type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+void KeyInjector::fake(std::uint8_t type, xcb_keycode_t keycode, std::uint32_t delay) {
+    xcb_test_fake_input(connection_, type, keycode, delay, XCB_NONE, 0, 0, 0);
     xcb_flush(connection_);
 }
 

@@ -34,10 +34,11 @@ public:
 
 private:
     xcb_keycode_t known(std::string_view keyName) const;
-    void fake(std::uint8_t type, xcb_keycode_t keycode);
+    void fake(std::uint8_t type, xcb_keycode_t keycode, std::uint32_t delay = 0);
 
     xcb_connection_t* connection_;
     std::vector<xcb_keycode_t> down_;
+    xcb_keycode_t released_ = 0; ///< last
 };
 
 } // namespace hollowfernpike::test
