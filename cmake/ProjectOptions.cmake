@@ -66,13 +66,17 @@ function(hfp_optimize_for_speed name)
     $<$<BOOL:${HOLLOWFERNPIKE_COVERAGE}>:-O1>) # counting is slow: this makes it bearable
 endfunction()
 
-# A static library of ours: hfp_library(name SOURCES ... LINKS ... [READ_ONCE headers]). Reading the
-# headers of others takes most of the time in which a source is compiled.
+# A static library of ours: hfp_library(name SOURCES ... LINKS ... [READ_ONCE headers | HEADERS_OF library]).
+# Reading the headers of others takes most of the time in which a source is compiled, so READ_ONCE names
+# headers to compile once, besides those of the standard library, and HEADERS_OF a library whose compiled
+# headers fit this one, too. Neither makes an include unnecessary.
 function(hfp_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;READ_ONCE")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADERS_OF" "SOURCES;LINKS;READ_ONCE")
   add_library(${name} STATIC ${arg_SOURCES})
   list(LENGTH arg_SOURCES count)
-  if(count GREATER 8)
+  if(arg_HEADERS_OF)
+    target_precompile_headers(${name} REUSE_FROM ${arg_HEADERS_OF})
+  elseif(arg_READ_ONCE OR count GREATER 8)
     target_precompile_headers(${name} PRIVATE <algorithm> <chrono> <filesystem> <functional> <map>
       <memory> <optional> <string> <vector> ${arg_READ_ONCE})
   endif()
