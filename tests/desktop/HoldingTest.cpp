@@ -1,7 +1,7 @@
 #include "desktop/ActivationRequests.h"
 #include "desktop/Story.h"
-#include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
+#include "support/WindowManagers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "desktop/Story.h"
-#include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
+#include "support/WindowManagers.h"
 
 #include <filesystem>
 

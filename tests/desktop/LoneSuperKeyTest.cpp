@@ -1,6 +1,6 @@
 #include "desktop/NewWindowManager.h"
-#include "desktop/WindowManagers.h"
 #include "support/WaitUntil.h"
+#include "support/WindowManagers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 #include "desktop/NewWindowManager.h"
 #include "desktop/SignalName.h"
 #include "desktop/Story.h"
-#include "desktop/WindowManagers.h"
 #include "support/Files.h"
 #include "support/Leaks.h"
 #include "support/WaitUntil.h"
+#include "support/WindowManagers.h"
 
 #include <csignal>
 

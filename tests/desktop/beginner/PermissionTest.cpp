@@ -1,8 +1,8 @@
 #include "desktop/Story.h"
-#include "desktop/WindowManagers.h"
 #include "desktop/windows/WindowUser.h"
 #include "support/FolderLog.h"
 #include "support/WaitUntil.h"
+#include "support/WindowManagers.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,7 @@
 #include "platform/x11/OwnWindows.h"
 
 #include "platform/x11/windows/WindowsTest.h"
+#include "support/WindowManagers.h"
 
 #include <cstdlib>
 #include <memory>
@@ -71,8 +72,7 @@ protected:
     std::optional<x11::OwnWindows> own_;
 };
 
-INSTANTIATE_TEST_SUITE_P(WindowManagers, OwnWindowsTest, testing::Values("openbox", "metacity"),
-                         [](const auto& manager) { return std::string{manager.param}; });
+INSTANTIATE_TEST_SUITE_P(WindowManagers, OwnWindowsTest, windowManagers(), windowManagerName);
 
 TEST_P(OwnWindowsTest, KeepsAWindowOutOfTheTaskBarThatIsNotThereYet) {
     const auto window = create();

@@ -1,4 +1,5 @@
 #include "platform/x11/windows/WindowsTest.h"
+#include "support/WindowManagers.h"
 
 #include <gmock/gmock.h>
 
@@ -38,9 +39,8 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(WindowManagers, ProcessActivationTest,
-                         testing::Values("openbox", "metacity"),
-                         [](const auto& manager) { return std::string{manager.param}; });
+INSTANTIATE_TEST_SUITE_P(WindowManagers, ProcessActivationTest, windowManagers(),
+                         windowManagerName);
 
 TEST_P(ProcessActivationTest, BringsACoveredWindowToTheFront) {
     const auto covered = openActive("Covered");

@@ -7,7 +7,7 @@
 
 namespace hollowfernpike::test {
 
-/// The window managers for stories that differ from one window manager to another.
+/// The window managers for tests of what differs from one window manager to another.
 inline auto windowManagers() {
     return testing::Values("openbox", "metacity");
 }
