@@ -2,7 +2,9 @@
 #include "desktop/resident/StatusMenu.h"
 #include "support/WaitUntil.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <string_view>
 
 namespace hollowfernpike {
 namespace {
@@ -54,7 +56,17 @@ TEST_F(TwoMonitorsTest, TheWindowComesToThePrimaryMonitorIfTheUserIsThere) {
     EXPECT_TRUE(hasItsMiddleAt(story.openManagement(), left));
 }
 
-class PlacesTest : public EditorStoryTest {};
+class PlacesTest : public EditorStoryTest {
+protected:
+    /// Whether, after some waiting, the program, too, takes a window of this title for the one that
+    /// has the keys. Before, it may still ask for them.
+    bool knowsThatItHasKeys(std::string_view title) {
+        const auto isActive = [&](const Accessible& window) {
+            return window.name == title && story.reader.isActive(window);
+        };
+        return waitUntil([&] { return std::ranges::any_of(story.reader.windows(), isActive); });
+    }
+};
 
 TEST_F(PlacesTest, EditorsLeaveTheTitlesOfOthersInSight) {
     std::vector<Place> places;
@@ -63,6 +75,7 @@ TEST_F(PlacesTest, EditorsLeaveTheTitlesOfOthersInSight) {
         story.openManagement();
         story.keyboard.strike({"RTRN"}); // adds
         editor = story.comes(story.titles.adding, editor);
+        ASSERT_TRUE(knowsThatItHasKeys(story.titles.adding)) << "else it comes back";
         ASSERT_TRUE(waitUntil([&] { return story.screen.placeOf(editor).width > 0; }));
         places.push_back(story.screen.placeOf(editor));
     }

@@ -102,6 +102,13 @@ bool ScreenReader::isSelected(const Accessible& part) {
     return hasState(part, selectedState);
 }
 
+bool ScreenReader::hasSelected(const Accessible& whole, std::string_view role,
+                               std::string_view name) {
+    return std::ranges::any_of(partsOf(whole), [&](const Accessible& part) {
+        return part.role == role && part.name == name && isSelected(part);
+    });
+}
+
 std::string ScreenReader::description(const Accessible& part) {
     const auto value = bus_.property(part.program, part.path, accessibleInterface, "Description");
     return value ? g_variant_get_string(value.get(), nullptr) : std::string{};

@@ -49,6 +49,10 @@ public:
     bool isFocused(const Accessible& part);
     bool isSelected(const Accessible& part);
 
+    /// Whether a part within it with this role and name is selected. Rows of a list that changes
+    /// are not the same parts as before.
+    bool hasSelected(const Accessible& whole, std::string_view role, std::string_view name);
+
     std::string description(const Accessible& part);
 
     /// Where it is on the screen.

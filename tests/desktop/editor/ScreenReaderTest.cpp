@@ -54,17 +54,17 @@ protected:
         reader.find(editor, "label", shown(combination));
         const auto recorder = reader.find(editor, "panel", "ショートカットキー");
         EXPECT_EQ(reader.description(recorder), shown(combination));
-        EXPECT_TRUE(reader.isFocused(recorder));
+        EXPECT_TRUE(waitUntil([&] { return reader.isFocused(recorder); }));
     }
 
     /// Types its name into the search, which must select it.
     void search(const Accessible& panel, const Application& application) {
         const auto field = reader.find(panel, "text", "検索");
-        EXPECT_TRUE(reader.isFocused(field));
+        EXPECT_TRUE(waitUntil([&] { return reader.isFocused(field); }));
         reader.write(field, application.name());
         EXPECT_EQ(reader.text(field), application.name());
-        const auto row = reader.find(panel, "list item", application.name());
-        EXPECT_TRUE(waitUntil([&] { return reader.isSelected(row); }));
+        EXPECT_TRUE(
+            waitUntil([&] { return reader.hasSelected(panel, "list item", application.name()); }));
     }
 
     /// Opens the selected application, which must be this one, records and saves.

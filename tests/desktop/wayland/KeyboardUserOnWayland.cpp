@@ -90,8 +90,8 @@ void KeyboardUserOnWayland::choose(const Accessible& editor, const Application& 
     for (const auto& keys : strokesFor(application.name())) {
         story.keyboard.strike(keys);
     }
-    const auto row = reader.find(panel, "list item", application.name());
-    require([&] { return reader.isSelected(row); }, row.name + " is not selected");
+    require([&] { return reader.hasSelected(panel, "list item", application.name()); },
+            application.name() + " is not selected");
     strikeAndLeave(words.titles.applications, "RTRN");
     reader.find(editor, "label", application.name());
 }
