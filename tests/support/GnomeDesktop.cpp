@@ -1,11 +1,7 @@
 #include "support/GnomeDesktop.h"
 
-#include "support/SessionUser.h"
-#include "support/WaitUntil.h"
-#include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
-#include <csignal>
 #include <sstream>
 #include <stdexcept>
 
@@ -20,18 +16,6 @@ namespace fs = std::filesystem;
 constexpr const char* shellSocket = "wayland-0";
 constexpr const char* extensions =
     "['hollowfernpike@app.hollowfernpike', 'hollowfernpike-43@app.hollowfernpike']";
-
-Environment environmentOnGnome(const SessionFolders& folders) {
-    auto environment = folders.environment();
-    for (const char* foreign : {"DISPLAY", "XAUTHORITY", "SWAYSOCK"}) {
-        environment[foreign] = std::nullopt;
-    }
-    environment["WAYLAND_DISPLAY"] = shellSocket;
-    environment["XDG_CURRENT_DESKTOP"] = "GNOME";
-    environment["XDG_SESSION_TYPE"] = "wayland";
-    environment["GSETTINGS_BACKEND"] = "keyfile";
-    return environment;
-}
 
 /// Of a shell without a graphics card and without the services of the system.
 Environment changesForShell(const std::string& bus) {
@@ -66,10 +50,10 @@ std::string toText(bool value) {
 } // namespace
 
 GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
-    : folders_(settings.home), settings_(settings), environment_(environmentOnGnome(folders_)),
-      bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
-    environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
+    : WaylandDesktop(settings.home, BusOwner::sessionUser,
+                     {{"XDG_CURRENT_DESKTOP", "GNOME"}, {"GSETTINGS_BACKEND", "keyfile"}}),
+      settings_(settings), busConnection_(connectToBus(bus().address())) {
+    nameSocket(runtime() / shellSocket);
     writeSettings();
     for (const auto& part : settings.shown) {
         showOfMachine(part);
@@ -77,22 +61,15 @@ GnomeDesktop::GnomeDesktop(const GnomeSettings& settings)
     if (settings.hasExtension) {
         installExtension();
     }
-    startShell();
+    // On a busy machine the shell sometimes does not get there.
+    if (!tryToRunCompositor()) {
+        runCompositor();
+    }
 }
 
-std::string GnomeDesktop::waylandSocket() const {
-    return folders_.runtime() / shellSocket;
-}
-
-fs::path GnomeDesktop::lend(const fs::path& file) const {
-    return lendToSessionUser(file, ground_.path());
-}
-
-std::unique_ptr<ChildProcess> GnomeDesktop::start(const std::vector<std::string>& commandLine,
-                                                  const Environment& changes) const {
-    folders_.giveToSessionUser();
-    return std::make_unique<ChildProcess>(asSessionUser(commandLine),
-                                          changed(environment_, changes));
+// The shell writes its shaders to the end, and then they are kept.
+GnomeDesktop::~GnomeDesktop() {
+    endCompositor();
 }
 
 nlohmann::json GnomeDesktop::evaluate(const std::string& script) const {
@@ -132,7 +109,7 @@ void GnomeDesktop::installExtension() const {
     const auto target = dataHome() / "gnome-shell/extensions";
     fs::create_directories(target);
     fs::copy(HFP_SHELL_EXTENSIONS, target, fs::copy_options::recursive);
-    folders_.giveToSessionUser();
+    giveFolders();
 }
 
 bool GnomeDesktop::hasModules() const {
@@ -160,16 +137,10 @@ std::string GnomeDesktop::extension() const {
 
 void GnomeDesktop::takePicture(const fs::path& file) const {
     const auto own = home() / file.filename(); // where the shell may write
-    callOnBus(environment_, {"org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
-                             "org.gnome.Shell.Screenshot.Screenshot", "false", "false", own});
+    callOnBus(environment(), {"org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                              "org.gnome.Shell.Screenshot.Screenshot", "false", "false", own});
     fs::create_directories(file.parent_path());
     fs::copy_file(own, file, fs::copy_options::overwrite_existing);
-}
-
-void GnomeDesktop::restart() {
-    shell_->signal(SIGKILL);
-    shell_->wait();
-    startShell();
 }
 
 void GnomeDesktop::writeSettings() const {
@@ -194,33 +165,17 @@ void GnomeDesktop::writeSettings() const {
                   '\n');
 }
 
-// On a busy machine the shell sometimes does not get there.
-void GnomeDesktop::startShell() {
-    if (!tryToStartShell() && !tryToStartShell()) {
-        throw std::runtime_error("GNOME Shell did not start: " + shell_->errors());
-    }
-}
-
-bool GnomeDesktop::tryToStartShell() {
-    giveToSessionUser(ground_.path());
-    shell_.reset(); // ends what there is
-    shell_ = start({"gnome-shell", "--wayland", "--headless", "--virtual-monitor", "1280x720",
-                    "--no-x11", "--wayland-display", shellSocket, "--unsafe-mode"},
-                   changesForShell(bus_.address()));
-    bool hasEnded = false;
-    const auto isDecided = [&] { return (hasEnded = shell_->hasEnded()) || isReady(); };
-    return waitUntil(isDecided) && !hasEnded;
+std::unique_ptr<ChildProcess> GnomeDesktop::startCompositor() {
+    return start({"gnome-shell", "--wayland", "--headless", "--virtual-monitor", "1280x720",
+                  "--no-x11", "--wayland-display", shellSocket, "--unsafe-mode"},
+                 changesForShell(bus().address()));
 }
 
 // It opens the overview when it has started, and gives no window the keys as long as that is open.
-bool GnomeDesktop::isReady() const {
-    try {
-        return evaluate("if (!Main.layoutManager._startingUp) Main.overview.hide();"
-                        "!Main.layoutManager._startingUp && !Main.overview.visible")
-            .get<bool>();
-    } catch (const std::runtime_error&) {
-        return false;
-    }
+bool GnomeDesktop::isReady() {
+    return evaluate("if (!Main.layoutManager._startingUp) Main.overview.hide();"
+                    "!Main.layoutManager._startingUp && !Main.overview.visible")
+        .get<bool>();
 }
 
 } // namespace hollowfernpike::test

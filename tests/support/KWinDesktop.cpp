@@ -1,11 +1,8 @@
 #include "support/KWinDesktop.h"
 
-#include "support/SessionUser.h"
-#include "support/WaitUntil.h"
 #include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
@@ -27,18 +24,6 @@ constexpr const char* menu =
  "http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd">
 <Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>
 )";
-
-Environment environmentIn(const SessionFolders& folders) {
-    auto environment = folders.environment();
-    for (const char* foreign :
-         {"DISPLAY", "XAUTHORITY", "SWAYSOCK", "KWIN_WAYLAND_NO_PERMISSION_CHECKS"}) {
-        environment[foreign] = std::nullopt;
-    }
-    environment["WAYLAND_DISPLAY"] = socketName;
-    environment["XDG_CURRENT_DESKTOP"] = "KDE";
-    environment["XDG_SESSION_TYPE"] = "wayland";
-    return environment;
-}
 
 /// Of a compositor without a graphics card. KWin shows nothing of its own, so its looks do not
 /// matter, and the toolkit's stand-in for KDE's is not up to being used in a compositor.
@@ -99,10 +84,11 @@ fs::path findProgram(const std::string& name) {
 } // namespace
 
 KWinDesktop::KWinDesktop(const KWinSettings& settings, Home home)
-    : folders_(std::move(home)), settings_(settings), environment_(environmentIn(folders_)),
-      bus_(environment_, BusOwner::sessionUser), busConnection_(connectToBus(bus_.address())) {
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
-    environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
+    : WaylandDesktop(
+          std::move(home), BusOwner::sessionUser,
+          {{"XDG_CURRENT_DESKTOP", "KDE"}, {"KWIN_WAYLAND_NO_PERMISSION_CHECKS", std::nullopt}}),
+      settings_(settings), busConnection_(connectToBus(bus().address())) {
+    nameSocket(runtime() / socketName);
     writeFile(configurationFile("menus/applications.menu"), menu);
     writeFile(configurationFile("kxkbrc"), configurationOf(settings.layout));
     writeFile(configurationFile("kwinrc"), configurationOf(settings.desktops));
@@ -114,31 +100,23 @@ KWinDesktop::KWinDesktop(const KWinSettings& settings, Home home)
         grant(right);
     }
     // The program's own right to real-time priority is not to be had everywhere; a copy has none.
-    fs::copy_file(findProgram("kwin_wayland"), ground_.path() / "kwin_wayland");
-    startKWin();
-}
-
-std::string KWinDesktop::waylandSocket() const {
-    return folders_.runtime() / socketName;
+    fs::copy_file(findProgram("kwin_wayland"), ground() / "kwin_wayland");
+    runCompositor();
 }
 
 int KWinDesktop::version() const {
     const std::string beginning = "kwin ";
-    const auto line = start({ground_.path() / "kwin_wayland", "--version"}, changesForKWin())
-                          ->waitForLine(beginning);
+    const auto line =
+        start({ground() / "kwin_wayland", "--version"}, changesForKWin())->waitForLine(beginning);
     if (!line) {
         throw std::runtime_error("KWin does not tell its version");
     }
     return std::stoi(line->substr(beginning.size()));
 }
 
-fs::path KWinDesktop::lend(const fs::path& file) const {
-    return lendToSessionUser(file, ground_.path());
-}
-
 LentSocket KWinDesktop::lendSocket() const {
     return {[this](const auto& commandLine) { return start(commandLine); },
-            lend(HFP_CONNECTION_LENDER), ground_.path() / "borrower"};
+            lend(HFP_CONNECTION_LENDER), ground() / "borrower"};
 }
 
 void KWinDesktop::grant(const KWinRight& right) const {
@@ -148,17 +126,10 @@ void KWinDesktop::grant(const KWinRight& right) const {
                   "\nX-KDE-Wayland-Interfaces=" + right.interfaces + '\n');
 }
 
-std::unique_ptr<ChildProcess> KWinDesktop::start(const std::vector<std::string>& commandLine,
-                                                 const Environment& changes) const {
-    folders_.giveToSessionUser();
-    return std::make_unique<ChildProcess>(asSessionUser(commandLine),
-                                          changed(environment_, changes));
-}
-
 void KWinDesktop::use(const KeyboardLayout& layout) {
     settings_.layout = layout;
     writeFile(configurationFile("kxkbrc"), configurationOf(layout));
-    folders_.giveToSessionUser();
+    giveFolders();
     g_dbus_connection_emit_signal(busConnection_.get(), nullptr, layoutsPath, keyboardName,
                                   "reloadConfig", nullptr, nullptr);
     g_dbus_connection_flush_sync(busConnection_.get(), nullptr, nullptr);
@@ -171,39 +142,23 @@ void KWinDesktop::lockGroup(std::uint32_t group) const {
     }
 }
 
-void KWinDesktop::restart() {
-    kwin_->signal(SIGKILL);
-    kwin_->wait();
-    startKWin();
-}
-
 fs::path KWinDesktop::configurationFile(const std::string& name) const {
     return home() / ".config" / name;
 }
 
-void KWinDesktop::startKWin() {
-    giveToSessionUser(ground_.path());
-    kwin_ = start({ground_.path() / "kwin_wayland", "--virtual", "--no-lockscreen", "--width",
-                   "1280", "--height", "720", "--scale", std::to_string(settings_.scale),
-                   "--socket", socketName},
-                  changesForKWin());
-    bool hasEnded = false;
-    const auto isDecided = [&] { return (hasEnded = kwin_->hasEnded()) || isReady(); };
-    if (!waitUntil(isDecided) || hasEnded) {
-        throw std::runtime_error("KWin did not start: " + kwin_->errors());
-    }
+std::unique_ptr<ChildProcess> KWinDesktop::startCompositor() {
+    return start({ground() / "kwin_wayland", "--virtual", "--no-lockscreen", "--width", "1280",
+                  "--height", "720", "--scale", std::to_string(settings_.scale), "--socket",
+                  socketName},
+                 changesForKWin());
 }
 
 // It takes calls for key combinations only after it has begun to take clients.
-bool KWinDesktop::isReady() const {
-    try {
-        return WaylandConnection(waylandSocket()).offers("xdg_wm_base") &&
-               isConfirmed({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                            "NameHasOwner"},
-                           g_variant_new("(s)", "org.kde.kglobalaccel"));
-    } catch (const std::runtime_error&) {
-        return false;
-    }
+bool KWinDesktop::isReady() {
+    return WaylandConnection(waylandSocket()).offers("xdg_wm_base") &&
+           isConfirmed({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                        "NameHasOwner"},
+                       g_variant_new("(s)", "org.kde.kglobalaccel"));
 }
 
 bool KWinDesktop::isConfirmed(const Method& method, GVariant* arguments) const {

@@ -1,7 +1,6 @@
 #include "support/SwayDesktop.h"
 
 #include "support/SessionUser.h"
-#include "support/WaitUntil.h"
 #include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
@@ -22,16 +21,6 @@ constexpr const char* everyConfiguration = "xwayland disable\n"
                                            "swaybg_command -\n"
                                            "output * resolution 1280x720\n";
 
-Environment environmentIn(const SessionFolders& folders, const std::string& controlSocket) {
-    auto environment = folders.environment();
-    environment["DISPLAY"] = std::nullopt;
-    environment["XAUTHORITY"] = std::nullopt;
-    environment["SWAYSOCK"] = controlSocket;
-    environment["XDG_CURRENT_DESKTOP"] = "sway";
-    environment["XDG_SESSION_TYPE"] = "wayland";
-    return environment;
-}
-
 /// Of a compositor without devices, graphics card and seat service.
 Environment environmentOfSway(Environment session, const std::string& ground) {
     for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
@@ -45,52 +34,18 @@ Environment environmentOfSway(Environment session, const std::string& ground) {
     return session;
 }
 
-/// The socket for Wayland clients in this directory; empty until there is one.
-fs::path waylandSocketIn(const fs::path& directory) {
-    for (const auto& entry : fs::directory_iterator(directory)) {
-        if (entry.is_socket() && entry.path().filename().string().starts_with("wayland-")) {
-            return entry.path();
-        }
-    }
-    return {};
-}
-
-bool answersClients(const std::string& socket) {
-    try {
-        const WaylandConnection client(socket);
-        return client.offers("xdg_wm_base") && client.offers("zwp_virtual_keyboard_manager_v1");
-    } catch (const std::runtime_error&) {
-        return false;
-    }
-}
-
-bool answersQuestions(const SwayIpc& ipc) {
-    try {
-        return !ipc.version().empty() && !ipc.workspaces().empty();
-    } catch (const std::runtime_error&) {
-        return false;
-    }
-}
-
 } // namespace
 
 SwayDesktop::SwayDesktop(const std::string& configuration, Home home)
-    : folders_(std::move(home)), environment_(environmentIn(folders_, controlSocket())),
-      bus_(environment_), ipc_(controlSocket()) {
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
+    : WaylandDesktop(std::move(home), BusOwner::tests,
+                     {{"XDG_CURRENT_DESKTOP", "sway"}}) {
+    setVariable("SWAYSOCK", controlSocket());
     configure(configuration);
-    giveToSessionUser(commonGround());
-    sway_ = startSway();
-    bool hasEnded = false;
-    const auto isDecided = [&] { return (hasEnded = sway_->hasEnded()) || isReady(); };
-    if (!waitUntil(isDecided) || hasEnded) {
-        throw std::runtime_error("sway did not start: " + sway_->errors());
-    }
+    runCompositor();
     // The session's own runtime directory must be its user's, so it has only a way to the socket.
-    const auto name = fs::path(waylandSocket_).filename();
-    fs::remove(folders_.runtime() / name);
-    fs::create_symlink(waylandSocket_, folders_.runtime() / name);
-    environment_["WAYLAND_DISPLAY"] = name;
+    const auto name = fs::path(waylandSocket()).filename();
+    fs::remove(runtime() / name);
+    fs::create_symlink(waylandSocket(), runtime() / name);
 }
 
 void SwayDesktop::configure(const std::string& configuration) const {
@@ -98,19 +53,20 @@ void SwayDesktop::configure(const std::string& configuration) const {
     fs::permissions(configurationFile(), fs::perms::others_read, fs::perm_options::add);
 }
 
-std::unique_ptr<ChildProcess> SwayDesktop::start(const std::vector<std::string>& arguments,
-                                                 const Environment& changes) const {
-    return std::make_unique<ChildProcess>(arguments, changed(environment_, changes));
-}
-
-std::unique_ptr<ChildProcess> SwayDesktop::startSway() const {
+std::unique_ptr<ChildProcess> SwayDesktop::startCompositor() {
     return std::make_unique<ChildProcess>(asSessionUser({"sway", "--config", configurationFile()}),
-                                          environmentOfSway(environment_, commonGround()));
+                                          environmentOfSway(environment(), commonGround()));
 }
 
 bool SwayDesktop::isReady() {
-    waylandSocket_ = waylandSocketIn(commonGround());
-    return !waylandSocket_.empty() && answersClients(waylandSocket_) && answersQuestions(ipc_);
+    const auto socket = waylandSocketIn(commonGround());
+    if (socket.empty()) {
+        return false;
+    }
+    nameSocket(socket);
+    const WaylandConnection client(socket);
+    return client.offers("xdg_wm_base") && client.offers("zwp_virtual_keyboard_manager_v1") &&
+           !ipc_.version().empty() && !ipc_.workspaces().empty();
 }
 
 } // namespace hollowfernpike::test

@@ -37,7 +37,7 @@ void SwayArena::bringToFront(const test::Application& application) {
 }
 
 void SwayArena::settle(pid_t process) {
-    bench::settle({process, desktop.sway().pid()});
+    bench::settle({process, desktop.compositor().pid()});
 }
 
 // Sway's work on the modifiers is done before the press.

@@ -72,7 +72,7 @@ Racer oursOnSway(SwayArena& arena, const InstalledApplication& application) {
 Racer bindingOfSway(SwayArena& arena, const std::string& name, const std::string& command) {
     return {.name = name, .run = [&arena, command](const auto& race) {
                 const Binding binding(arena, command);
-                race(arena.desktop.sway().pid());
+                race(arena.desktop.compositor().pid());
             }};
 }
 

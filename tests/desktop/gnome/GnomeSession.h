@@ -14,28 +14,14 @@
 namespace hollowfernpike::test {
 
 /// A private session on GNOME Shell.
-class GnomeSession final : public WaylandSession {
+class GnomeSession final : public SessionOn<GnomeDesktop> {
 public:
-    explicit GnomeSession(const GnomeSettings& settings) : desktop(settings) {}
+    explicit GnomeSession(const GnomeSettings& settings) : SessionOn(settings) {}
 
-    GnomeDesktop desktop;
     GnomeKeyboard keys{desktop};
     GnomePager gnomePager{desktop};
 
     std::string name() const override { return "GNOME Shell"; }
-    std::filesystem::path home() const override { return desktop.home(); }
-    std::filesystem::path dataHome() const override { return desktop.dataHome(); }
-    std::filesystem::path applications() const override { return desktop.applications(); }
-    const Environment& environment() const override { return desktop.environment(); }
-    std::filesystem::path lend(const std::filesystem::path& file) const override {
-        return desktop.lend(file);
-    }
-    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& commandLine,
-                                        const Environment& changes) const override {
-        return desktop.start(commandLine, changes);
-    }
-    ChildProcess& compositor() override { return desktop.shell(); }
-    SessionBus& bus() override { return desktop.bus(); }
     Keyboard& keyboard() override { return keys; }
     const WaylandPager& pager() const override { return gnomePager; }
     bool swallowsKeyUps() const override { return false; }

@@ -196,7 +196,7 @@ TEST_F(KWinWindowsTest, AClosedOneEndsItsProgramWithSuccess) {
 TEST_F(KWinWindowsTest, EndWithSuccessWhenKWinIsKilled) {
     auto& asked = right.start();
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
-    story.desktop.kwin().signal(SIGKILL);
+    story.desktop.compositor().signal(SIGKILL);
     EXPECT_EQ(asked.wait(), 0) << asked.errors();
 }
 

@@ -38,28 +38,14 @@ private:
 };
 
 /// A private session on KWin.
-class KWinSession final : public WaylandSession {
+class KWinSession final : public SessionOn<KWinDesktop> {
 public:
-    explicit KWinSession(const KWinSettings& settings) : desktop(settings) {}
+    explicit KWinSession(const KWinSettings& settings) : SessionOn(settings) {}
 
-    KWinDesktop desktop;
     KWinKeyboard keys{desktop};
     KWinPager kwinPager{desktop};
 
     std::string name() const override { return "KWin"; }
-    std::filesystem::path home() const override { return desktop.home(); }
-    std::filesystem::path dataHome() const override { return desktop.dataHome(); }
-    std::filesystem::path applications() const override { return desktop.applications(); }
-    const Environment& environment() const override { return desktop.environment(); }
-    std::filesystem::path lend(const std::filesystem::path& file) const override {
-        return desktop.lend(file);
-    }
-    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& commandLine,
-                                        const Environment& changes) const override {
-        return desktop.start(commandLine, changes);
-    }
-    ChildProcess& compositor() override { return desktop.kwin(); }
-    SessionBus& bus() override { return desktop.bus(); }
     Keyboard& keyboard() override { return keys; }
     const WaylandPager& pager() const override { return pager_; }
     bool swallowsKeyUps() const override;

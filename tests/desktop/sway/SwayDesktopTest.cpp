@@ -193,7 +193,7 @@ TEST_F(SwayWindowsTest, EndWithSuccessWhenSwayEnds) {
     auto& asked = right.start();
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
     story.desktop.ipc().exit();
-    EXPECT_EQ(story.desktop.sway().wait(), 0);
+    EXPECT_EQ(story.desktop.compositor().wait(), 0);
     EXPECT_EQ(asked.wait(), 0) << asked.errors();
     EXPECT_TRUE(waitUntil([&] { return left.copies().empty() && right.copies().empty(); }));
 }
@@ -201,7 +201,7 @@ TEST_F(SwayWindowsTest, EndWithSuccessWhenSwayEnds) {
 TEST_F(SwayWindowsTest, EndWithSuccessWhenSwayIsKilled) {
     auto& asked = right.start();
     ASSERT_TRUE(waitUntil([&] { return right.windows().size() == 2; }));
-    story.desktop.sway().signal(SIGKILL);
+    story.desktop.compositor().signal(SIGKILL);
     EXPECT_EQ(asked.wait(), 0) << asked.errors();
 }
 

@@ -24,7 +24,8 @@ protected:
     /// Those of the keys, on the keypad or off it, that can be bound here.
     std::vector<Combination> bindable(std::span<const KeyPosition> keys, bool onKeypad) const;
 
-    /// Binds these combinations to two applications in turn, strikes each and sees who comes.
+    /// Binds these combinations alone, to two applications in turn, strikes each and sees who
+    /// comes.
     void eachBringsItsOwn(const std::vector<Combination>& combinations);
 
     Application& front = story.open("Front");
@@ -48,6 +49,7 @@ std::vector<Combination> KeysOnWaylandTest::bindable(std::span<const KeyPosition
 }
 
 void KeysOnWaylandTest::eachBringsItsOwn(const std::vector<Combination>& combinations) {
+    story.forgetShortcuts();
     for (std::size_t index = 0; index < combinations.size(); ++index) {
         story.bind(combinations[index], index % 2 == 0 ? even : odd);
     }
@@ -65,19 +67,23 @@ void KeysOnWaylandTest::eachBringsItsOwn(const std::vector<Combination>& combina
     }
 }
 
-TEST_P(KeysOnWaylandTest, EachNamedKeyIsSwallowedAndBringsItsApplication) {
-    const auto keys = bindable(namedKeys(), false);
+TEST_P(KeysOnWaylandTest, EachIsSwallowedAndBringsItsApplication) {
+    const bool bindsSymbols = story.session().bindsSymbols();
+    for (const auto& key : unnamedKeys()) {
+        ASSERT_NE(story.keyboard.keycode(key.name), 0) << key.name;
+    }
+    const auto named = bindable(namedKeys(), false);
+    const auto namedOfKeypad = bindable(namedKeys(), true);
+    const auto unnamed = bindable(unnamedKeys(), false);
+    const auto unnamedOfKeypad = bindable(unnamedKeys(), true);
     constexpr std::size_t deadKeys = 1; // of a German keyboard
-    ASSERT_EQ(keys.size(), story.session().bindsSymbols() && GetParam() == std::string{"de"}
-                               ? 69 - deadKeys
-                               : 69);
-    eachBringsItsOwn(keys);
-}
-
-TEST_P(KeysOnWaylandTest, EachNamedKeyOfTheKeypadIsSwallowedAndBringsItsApplication) {
-    const auto keys = bindable(namedKeys(), true);
-    ASSERT_EQ(keys.size(), 10);
-    eachBringsItsOwn(keys);
+    ASSERT_EQ(named.size(), bindsSymbols && GetParam() == std::string{"de"} ? 69 - deadKeys : 69);
+    ASSERT_EQ(namedOfKeypad.size(), 10);
+    ASSERT_GE(unnamed.size(), bindsSymbols ? 20 : 26);
+    ASSERT_EQ(unnamedOfKeypad.size(), 7);
+    for (const auto& keys : {named, namedOfKeypad, unnamed, unnamedOfKeypad}) {
+        ASSERT_NO_FATAL_FAILURE(eachBringsItsOwn(keys));
+    }
 }
 
 TEST_P(KeysOnWaylandTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
@@ -92,21 +98,6 @@ TEST_P(KeysOnWaylandTest, TheApostropheKeyIsSwallowedAndBringsItsApplication) {
     ASSERT_TRUE(story.isInFront(front));
     ASSERT_TRUE(story.getsKeys(front));
     EXPECT_EQ(front.downs(story.keycode(apostrophe)), before + 1) << "the fence alone";
-}
-
-TEST_P(KeysOnWaylandTest, EachKeyWithoutANameIsSwallowedAndBringsItsApplication) {
-    for (const auto& key : unnamedKeys()) {
-        ASSERT_NE(story.keyboard.keycode(key.name), 0) << key.name;
-    }
-    const auto keys = bindable(unnamedKeys(), false);
-    ASSERT_GE(keys.size(), story.session().bindsSymbols() ? 20 : 26);
-    eachBringsItsOwn(keys);
-}
-
-TEST_P(KeysOnWaylandTest, EachKeyOfTheKeypadWithoutANameIsSwallowedAndBringsItsApplication) {
-    const auto keys = bindable(unnamedKeys(), true);
-    ASSERT_EQ(keys.size(), 7);
-    eachBringsItsOwn(keys);
 }
 
 TEST_P(KeysOnWaylandTest, ABareKeyIsSwallowedButNotWithModifiers) {

@@ -99,7 +99,7 @@ TEST_F(UnknownCompositorTest, ItIsNoSessionOfAnXServerThatIsThereAsWell) {
 
 TEST_F(UnknownCompositorTest, WhenTheCompositorIsKilledItEnds) {
     start();
-    desktop.weston().signal(SIGKILL);
+    desktop.compositor().signal(SIGKILL);
     EXPECT_THAT(utility().wait(), Optional(Ge(0))) << errors();
 }
 

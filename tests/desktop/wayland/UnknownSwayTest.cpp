@@ -164,7 +164,7 @@ TEST_F(UnknownSwayTest, AClosedWindowComesBackWithTheNextStart) {
 class SwayThatIsFoundTest : public SwayWithoutItsSocket {};
 
 TEST_F(SwayThatIsFoundTest, ABoundPressWorks) {
-    linkSocket(onSway.desktop.sway().pid());
+    linkSocket(onSway.desktop.compositor().pid());
     launch(unnamed);
     ASSERT_TRUE(story.bindsAgain(0));
     EXPECT_TRUE(story.brings(target, front, bound));
@@ -172,7 +172,7 @@ TEST_F(SwayThatIsFoundTest, ABoundPressWorks) {
 }
 
 TEST_F(SwayThatIsFoundTest, ABoundPressWorksIfTheNameIsEmpty) {
-    linkSocket(onSway.desktop.sway().pid());
+    linkSocket(onSway.desktop.compositor().pid());
     launch({{"SWAYSOCK", ""}});
     ASSERT_TRUE(story.bindsAgain(0));
     EXPECT_TRUE(story.brings(target, front, bound));

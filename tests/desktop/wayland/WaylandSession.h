@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace hollowfernpike::test {
@@ -62,6 +63,30 @@ public:
     /// Whether it has carried that out since it was made undone.
     virtual bool hasDoneOwn() const = 0;
     virtual void undoOwn() = 0;
+};
+
+/// What a session has of the private desktop that it lives on.
+template <class Desktop>
+class SessionOn : public WaylandSession {
+public:
+    template <class... Arguments>
+    explicit SessionOn(Arguments&&... arguments) : desktop(std::forward<Arguments>(arguments)...) {}
+
+    Desktop desktop;
+
+    std::filesystem::path home() const override { return desktop.home(); }
+    std::filesystem::path dataHome() const override { return desktop.dataHome(); }
+    std::filesystem::path applications() const override { return desktop.applications(); }
+    const Environment& environment() const override { return desktop.environment(); }
+    std::filesystem::path lend(const std::filesystem::path& file) const override {
+        return desktop.lend(file);
+    }
+    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& commandLine,
+                                        const Environment& changes) const override {
+        return desktop.start(commandLine, changes);
+    }
+    ChildProcess& compositor() override { return desktop.compositor(); }
+    SessionBus& bus() override { return desktop.bus(); }
 };
 
 } // namespace hollowfernpike::test

@@ -25,7 +25,7 @@ std::vector<KeyCommand> keyCommands() {
 } // namespace
 
 WlrootsSession::WlrootsSession(WlrootsCompositor kind, const KeyboardLayout& layout)
-    : desktop(kind, HFP_PROGRAM, keyCommands()), keys(desktop.waylandSocket(), layout) {}
+    : SessionOn(kind, HFP_PROGRAM, keyCommands()), keys(desktop.waylandSocket(), layout) {}
 
 std::string WlrootsSession::name() const {
     return desktop.kind() == WlrootsCompositor::labwc ? "labwc" : "a sway that nobody is told of";

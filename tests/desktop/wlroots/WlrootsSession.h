@@ -13,28 +13,14 @@ namespace hollowfernpike::test {
 
 /// A private session on a compositor that tells programs of no keys. Its configuration has the
 /// combinations `bound`, `another` and `third` run the utility's program.
-class WlrootsSession final : public WaylandSession {
+class WlrootsSession final : public SessionOn<WlrootsDesktop> {
 public:
     WlrootsSession(WlrootsCompositor kind, const KeyboardLayout& layout);
 
-    WlrootsDesktop desktop;
     VirtualKeyboard keys;
     ToplevelPager toplevels{desktop.waylandSocket(), desktop.home()};
 
     std::string name() const override;
-    std::filesystem::path home() const override { return desktop.home(); }
-    std::filesystem::path dataHome() const override { return desktop.dataHome(); }
-    std::filesystem::path applications() const override { return desktop.applications(); }
-    const Environment& environment() const override { return desktop.environment(); }
-    std::filesystem::path lend(const std::filesystem::path& file) const override {
-        return desktop.lend(file);
-    }
-    std::unique_ptr<ChildProcess> start(const std::vector<std::string>& commandLine,
-                                        const Environment& changes) const override {
-        return desktop.start(commandLine, changes);
-    }
-    ChildProcess& compositor() override { return desktop.compositor(); }
-    SessionBus& bus() override { return desktop.bus(); }
     Keyboard& keyboard() override { return keys; }
     const WaylandPager& pager() const override { return toplevels; }
     void closeWelcome() override;

@@ -91,8 +91,8 @@ void GlobalShortcuts::deactivate(const QString& action, const QString& label) {
     call("setInactive", {identifierOf(action, label)});
 }
 
-void GlobalShortcuts::forget(const QString& action) {
-    call("unregister", {component, action});
+void GlobalShortcuts::forget(const QString& action, const std::function<void()>& done) {
+    call("unregister", {component, action}, [done](const QDBusMessage& /*reply*/) { done(); });
 }
 
 void GlobalShortcuts::list(const std::function<void(const QStringList& actions)>& answer) {

@@ -43,7 +43,8 @@ public:
     /// Frees the keys of the action; KWin goes on knowing them.
     void deactivate(const QString& action, const QString& label);
 
-    void forget(const QString& action);
+    /// `done` runs as an Answer does, whether or not KWin could be asked.
+    void forget(const QString& action, const std::function<void()>& done);
 
     /// Asks for the names of the actions that KWin knows, active or not. `answer` runs as an Answer
     /// does; without names if KWin could not be asked.

@@ -137,7 +137,8 @@ void ShortcutTap::forgetUnwanted(const Actions& wanted) {
     std::erase_if(actions_, [&](const auto& known) {
         const bool isWanted = wanted.contains(known.first);
         if (!isWanted) {
-            shortcuts_.forget(known.first);
+            ++unanswered_;
+            shortcuts_.forget(known.first, [this] { onAnswered(); });
         }
         return !isWanted;
     });
@@ -166,6 +167,10 @@ void ShortcutTap::onAnswer(const QString& name, const QList<int>& keys,
             std::ranges::any_of(keys, [&](int key) { return granted && granted->contains(key); });
         action->second.verdict = hasOne ? Verdict::granted : Verdict::refused;
     }
+    onAnswered();
+}
+
+void ShortcutTap::onAnswered() {
     if (--unanswered_ == 0) {
         onSettled();
     }

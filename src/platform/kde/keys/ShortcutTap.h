@@ -74,6 +74,7 @@ private:
     void assign(const QString& name, const Action& wanted);
     void onAnswer(const QString& name, const QList<int>& keys,
                   const std::optional<QList<int>>& granted);
+    void onAnswered();
     void onPressed(const QString& name);
     void onChangedByUser(const QString& name, const QList<int>& keys);
     void bindIfLive();
