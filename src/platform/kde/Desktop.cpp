@@ -100,7 +100,7 @@ private:
     wayland::ToolkitLoss toolkitLoss_{host_.restart};
     std::unique_ptr<wayland::Connection> connection_;
     wayland::SeatKeyboard keyboard_{*connection_};
-    wayland::ActivationTokens tokens_{*connection_};
+    wayland::ActivationTokens tokens_{*connection_, [this] { return mirror_.activations(); }};
     WindowMirror mirror_{*connection_};
     wayland::EventTaps eventTaps_{[this](platform::EventTapCallback callback,
                                          void* userInfo) -> std::unique_ptr<platform::EventTap> {

@@ -6,9 +6,10 @@
 
 namespace hollowfernpike::wayland {
 
-ActivationTokens::ActivationTokens(Connection& connection)
+ActivationTokens::ActivationTokens(Connection& connection, Activations activations)
     : connection_(connection),
-      activation_(connection.bind<xdg_activation_v1>(xdg_activation_v1_interface, 1)) {}
+      activation_(connection.bind<xdg_activation_v1>(xdg_activation_v1_interface, 1)),
+      activations_(std::move(activations)) {}
 
 ActivationTokens::~ActivationTokens() {
     if (activation_ != nullptr) {
@@ -34,6 +35,7 @@ std::string ActivationTokens::begin(const platform::StartingApplication& applica
     xdg_activation_token_v1_commit(token);
     connection_.dispatchUntil([&text] { return !text.empty(); });
     xdg_activation_token_v1_destroy(token);
+    atLaunch_ = activations_ ? activations_() : 0;
     return text;
 }
 

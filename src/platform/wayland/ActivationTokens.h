@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -17,8 +18,11 @@ namespace hollowfernpike::wayland {
 /// a new window belongs to. There are no start-up notices to take back. Main thread only.
 class ActivationTokens final : public platform::LaunchFeedback {
 public:
+    /// Counts how often a window has become active; empty where nobody tells.
+    using Activations = std::function<std::uint64_t()>;
+
     /// The connection outlives this object.
-    explicit ActivationTokens(Connection& connection);
+    explicit ActivationTokens(Connection& connection, Activations activations = {});
     ActivationTokens(const ActivationTokens&) = delete;
     ActivationTokens& operator=(const ActivationTokens&) = delete;
     ~ActivationTokens() override;
@@ -28,8 +32,9 @@ public:
     void end(const std::string& /*identifier*/) override {}
 
     /// sway does not show a new window before a fullscreen one. KWin remembers the latest token
-    /// alone, and any program may have asked for another one before the window comes.
-    bool mayOpenBehind() override { return true; }
+    /// alone, and any program may have asked for another one before the window comes. If windows
+    /// have become active since the launch, this one has been among them, or the user has moved on.
+    bool mayOpenBehind() override { return !activations_ || activations_() == atLaunch_; }
     std::uint64_t holdCount() override { return presses_; }
 
     /// To be called by taps when the user has pressed a combination. `token` is what the desktop
@@ -47,6 +52,8 @@ public:
 private:
     Connection& connection_;
     xdg_activation_v1* activation_;
+    Activations activations_;
+    std::uint64_t atLaunch_ = 0; ///< activations before the last one
     std::uint64_t presses_ = 0;
     platform::KeyCombination lastCombination_;
     std::chrono::steady_clock::time_point lastCommand_{};

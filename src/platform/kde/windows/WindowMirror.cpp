@@ -23,6 +23,7 @@ struct WindowMirror::Record {
     org_kde_plasma_window* proxy;
     platform::WindowFacts facts{};
     bool isKnown = false; ///< KWin has told all that there is to tell
+    bool isActive = false;
     bool isMinimised = false;
     std::set<std::string> desktops{}; ///< none: the window is on all of them
 };
@@ -123,7 +124,12 @@ void WindowMirror::listenTo(Record& record) {
         };
         events.state_changed = [](void* data, org_kde_plasma_window*, std::uint32_t state) {
             constexpr auto minimised = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED;
-            recordOf(data).isMinimised = (state & minimised) != 0;
+            constexpr auto active = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_ACTIVE;
+            auto& record = recordOf(data);
+            record.isMinimised = (state & minimised) != 0;
+            const bool isActive = (state & active) != 0;
+            record.mirror.activations_ += isActive && !record.isActive ? 1 : 0;
+            record.isActive = isActive;
         };
         events.virtual_desktop_changed = [](void*, org_kde_plasma_window*, std::int32_t) {};
         events.themed_icon_name_changed = [](void*, org_kde_plasma_window*, const char*) {};

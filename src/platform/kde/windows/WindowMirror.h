@@ -36,6 +36,9 @@ public:
 
     void activate(std::span<const std::int64_t> numbers) override;
 
+    /// How often a window has become the active one so far.
+    std::uint64_t activations() const { return activations_; }
+
 private:
     struct Record;
 
@@ -52,6 +55,7 @@ private:
     std::map<std::string, std::unique_ptr<Record>, std::less<>> records_; ///< by KWin's identifier
     std::vector<std::string> backToFront_;
     std::int64_t count_ = 0; ///< of windows so far
+    std::uint64_t activations_ = 0;
 };
 
 } // namespace hollowfernpike::kde
