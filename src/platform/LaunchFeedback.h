@@ -31,8 +31,8 @@ public:
     /// ignored.
     virtual void end(const std::string& identifier) = 0;
 
-    /// Whether the desktop may open the first window of a launch behind others, so that it has to
-    /// be brought forward when it is there.
+    /// Whether the desktop may have opened the first window of the latest launch behind others, so
+    /// that it has to be brought forward. To be asked when it is there.
     virtual bool mayOpenBehind() = 0;
 
     /// How many times the user has pressed a combination so far, as the taps tell it: a combination

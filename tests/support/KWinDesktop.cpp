@@ -4,6 +4,7 @@
 #include "support/WriteFile.h"
 
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -84,9 +85,10 @@ fs::path findProgram(const std::string& name) {
 } // namespace
 
 KWinDesktop::KWinDesktop(const KWinSettings& settings, Home home)
-    : WaylandDesktop(
-          std::move(home), BusOwner::sessionUser,
-          {{"XDG_CURRENT_DESKTOP", "KDE"}, {"KWIN_WAYLAND_NO_PERMISSION_CHECKS", std::nullopt}}),
+    : WaylandDesktop(std::move(home), BusOwner::sessionUser,
+                     {{"WAYLAND_DISPLAY", socketName},
+                      {"XDG_CURRENT_DESKTOP", "KDE"},
+                      {"KWIN_WAYLAND_NO_PERMISSION_CHECKS", std::nullopt}}),
       settings_(settings), busConnection_(connectToBus(bus().address())) {
     nameSocket(runtime() / socketName);
     writeFile(configurationFile("menus/applications.menu"), menu);

@@ -61,7 +61,7 @@ public:
     /// refuses.
     void lockGroup(std::uint32_t group) const;
 
-    /// Clients find the new one in the place of the old.
+    /// Clients find the new KWin in the place of the old one.
     using WaylandDesktop::restart;
 
 private:

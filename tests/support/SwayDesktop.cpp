@@ -4,7 +4,6 @@
 #include "support/WaylandConnection.h"
 #include "support/WriteFile.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -37,8 +36,7 @@ Environment environmentOfSway(Environment session, const std::string& ground) {
 } // namespace
 
 SwayDesktop::SwayDesktop(const std::string& configuration, Home home)
-    : WaylandDesktop(std::move(home), BusOwner::tests,
-                     {{"XDG_CURRENT_DESKTOP", "sway"}}) {
+    : WaylandDesktop(std::move(home), BusOwner::tests, {{"XDG_CURRENT_DESKTOP", "sway"}}) {
     setVariable("SWAYSOCK", controlSocket());
     configure(configuration);
     runCompositor();

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace hollowfernpike::test {
 
@@ -19,7 +18,7 @@ public:
     explicit SwayDesktop(const std::string& configuration = {},
                          Home home = std::make_shared<TemporaryDirectory>());
 
-    /// A folder in which sway, too, and what it starts may read and write: its home, for example.
+    /// A folder in which sway, too, and what it starts may read and write: sway's own home.
     const std::filesystem::path& commonGround() const { return ground(); }
 
     const SwayIpc& ipc() const { return ipc_; }

@@ -25,9 +25,9 @@ Environment environmentIn(const SessionFolders& folders, const Environment& sess
 
 } // namespace
 
-WaylandDesktop::WaylandDesktop(Home home, BusOwner user, const Environment& session)
-    : folders_(std::move(home)), user_(user), environment_(environmentIn(folders_, session)),
-      bus_(environment_, user) {
+WaylandDesktop::WaylandDesktop(Home home, BusOwner user, const Environment& session, int attempts)
+    : folders_(std::move(home)), user_(user), attempts_(attempts),
+      environment_(environmentIn(folders_, session)), bus_(environment_, user) {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_.address();
     environment_["FONTCONFIG_FILE"] = lend(HFP_TEST_FONTS);
 }
@@ -72,10 +72,14 @@ bool WaylandDesktop::tryToRunCompositor() {
 }
 
 void WaylandDesktop::runCompositor() {
-    if (!tryToRunCompositor()) {
-        throw std::runtime_error("the compositor did not start: " + compositor_->output() +
-                                 compositor_->errors());
+    for (int attempt = 0; attempt < attempts_; ++attempt) {
+        if (tryToRunCompositor()) {
+            return;
+        }
     }
+    const auto told = compositor_->output() + compositor_->errors();
+    endCompositor();
+    throw std::runtime_error("the compositor did not start: " + told);
 }
 
 void WaylandDesktop::restart() {

@@ -48,13 +48,15 @@ public:
                                         const Environment& changes = {}) const;
 
 protected:
-    /// `session` are the variables by which programs tell this session from others.
-    WaylandDesktop(Home home, BusOwner user, const Environment& session);
+    /// `user` runs the programs of the session. `session` are the variables by which programs tell
+    /// it from others. `attempts` is how often the compositor is started at most until it is ready.
+    WaylandDesktop(Home home, BusOwner user, const Environment& session, int attempts = 1);
     virtual ~WaylandDesktop() = default;
 
-    /// Folders that go with the session: of what is lent, and of what the programs of its user find
-    /// at run time.
+    /// A folder for what is lent, which goes with the session.
     const std::filesystem::path& ground() const { return ground_.path(); }
+
+    /// The session's XDG_RUNTIME_DIR.
     std::filesystem::path runtime() const { return folders_.runtime(); }
 
     /// Makes all that is in the session's folders by now its user's.
@@ -66,11 +68,9 @@ protected:
     }
     void nameSocket(const std::filesystem::path& socket);
 
-    /// Starts the compositor in the place of the one before. Whether it is ready for clients after
-    /// some waiting.
-    bool tryToRunCompositor();
-
-    /// The same, but throws std::runtime_error with what the compositor says if it is not.
+    /// Starts the compositor in the place of the one before and waits until it is ready for
+    /// clients. Throws std::runtime_error with what it says if it does not get
+    /// there.
     void runCompositor();
 
     /// Kills the compositor and starts it anew in the same session.
@@ -79,6 +79,7 @@ protected:
     void endCompositor() { compositor_.reset(); }
 
 private:
+    bool tryToRunCompositor();
     virtual std::unique_ptr<ChildProcess> startCompositor() = 0;
 
     /// Whether the compositor is ready for clients. May throw std::runtime_error until then.
@@ -87,6 +88,7 @@ private:
     SessionFolders folders_;
     TemporaryDirectory ground_;
     BusOwner user_;
+    int attempts_;
     Environment environment_;
     SessionBus bus_;
     std::string waylandSocket_;

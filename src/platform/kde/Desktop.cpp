@@ -42,11 +42,7 @@ class OwnWindows final : public wayland::OwnWindows {
 public:
     explicit OwnWindows(wayland::ActivationTokens& tokens)
         : wayland::OwnWindows(wayland::requestWith([&tokens](const QWindow& /*window*/) {
-              return tokens.begin({.name = "Hollowfernpike",
-                                   .bundleIdentifier = "app.hollowfernpike.Hollowfernpike",
-                                   .entryPath = {},
-                                   .program = {},
-                                   .windowClass = {}});
+              return tokens.request("app.hollowfernpike.Hollowfernpike");
           })) {}
 
     void setShownInTaskBar(std::uintptr_t native, bool shown) override {

@@ -18,24 +18,29 @@ ActivationTokens::~ActivationTokens() {
 }
 
 std::string ActivationTokens::begin(const platform::StartingApplication& application) {
+    auto token = std::exchange(givenToken_, {});
+    if (token.empty()) {
+        token = request(application.bundleIdentifier);
+    }
+    atLaunch_ = activations_ ? activations_() : 0;
+    return token;
+}
+
+std::string ActivationTokens::request(const std::string& applicationId) {
     static constexpr xdg_activation_token_v1_listener listener{
         .done = [](void* text, xdg_activation_token_v1*,
                    const char* token) { *static_cast<std::string*>(text) = token; },
     };
-    if (!givenToken_.empty()) {
-        return std::exchange(givenToken_, {});
-    }
     if (activation_ == nullptr) {
         return {};
     }
     std::string text;
     auto* const token = xdg_activation_v1_get_activation_token(activation_);
     xdg_activation_token_v1_add_listener(token, &listener, &text);
-    xdg_activation_token_v1_set_app_id(token, application.bundleIdentifier.c_str());
+    xdg_activation_token_v1_set_app_id(token, applicationId.c_str());
     xdg_activation_token_v1_commit(token);
     connection_.dispatchUntil([&text] { return !text.empty(); });
     xdg_activation_token_v1_destroy(token);
-    atLaunch_ = activations_ ? activations_() : 0;
     return text;
 }
 

@@ -27,13 +27,20 @@ public:
     ActivationTokens& operator=(const ActivationTokens&) = delete;
     ~ActivationTokens() override;
 
-    /// One round trip to the compositor. Empty if it gives no tokens.
+    /// One round trip to the compositor, unless the press came with a token. Empty if the
+    /// compositor gives none.
     std::string begin(const platform::StartingApplication& application) override;
     void end(const std::string& /*identifier*/) override {}
 
+    /// A fresh token for a window of this application, no launch: one round trip. Empty if the
+    /// compositor gives none.
+    std::string request(const std::string& applicationId);
+
     /// sway does not show a new window before a fullscreen one. KWin remembers the latest token
-    /// alone, and any program may have asked for another one before the window comes. If windows
-    /// have become active since the launch, this one has been among them, or the user has moved on.
+    /// alone, and any program may have asked for another one before the window comes. If a window
+    /// has become active since the latest launch began, it was the new one, or the user has moved
+    /// on: then nothing is brought forward, at the cost of launches that something else disturbs.
+    /// Where nobody tells of activations, a window that is noticed late comes forward all the same.
     bool mayOpenBehind() override { return !activations_ || activations_() == atLaunch_; }
     std::uint64_t holdCount() override { return presses_; }
 
@@ -53,7 +60,7 @@ private:
     Connection& connection_;
     xdg_activation_v1* activation_;
     Activations activations_;
-    std::uint64_t atLaunch_ = 0; ///< activations before the last one
+    std::uint64_t atLaunch_ = 0; ///< activations when the latest launch began
     std::uint64_t presses_ = 0;
     platform::KeyCombination lastCombination_;
     std::chrono::steady_clock::time_point lastCommand_{};

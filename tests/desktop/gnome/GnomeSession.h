@@ -6,10 +6,7 @@
 #include "support/GnomeKeyboard.h"
 
 #include <cstdint>
-#include <filesystem>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace hollowfernpike::test {
 

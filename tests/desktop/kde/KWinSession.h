@@ -6,8 +6,6 @@
 #include "support/KWinPager.h"
 
 #include <cstdint>
-#include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>

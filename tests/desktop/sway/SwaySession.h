@@ -7,9 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace hollowfernpike::test {
 

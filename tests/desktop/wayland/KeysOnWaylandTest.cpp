@@ -82,6 +82,7 @@ TEST_P(KeysOnWaylandTest, EachIsSwallowedAndBringsItsApplication) {
     ASSERT_GE(unnamed.size(), bindsSymbols ? 20 : 26);
     ASSERT_EQ(unnamedOfKeypad.size(), 7);
     for (const auto& keys : {named, namedOfKeypad, unnamed, unnamedOfKeypad}) {
+        SCOPED_TRACE("from " + keys.front().keyName() + " on");
         ASSERT_NO_FATAL_FAILURE(eachBringsItsOwn(keys));
     }
 }

@@ -93,7 +93,7 @@ protected:
                                           "KP5",  "KP6",  "KP7",  "KP8",  "KP9",
                                           "KPDL", "KPMU", "KPAD", "KPDV", "KPSU"};
 
-    /// Goes from the state that a session begins in to the other one, or back.
+    /// Goes to the state of the locks that the test is for, or back.
     void lock() {
         for (const auto& key : GetParam()) {
             story.keyboard.strike({key});

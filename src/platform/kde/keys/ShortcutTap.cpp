@@ -171,7 +171,7 @@ void ShortcutTap::onAnswer(const QString& name, const QList<int>& keys,
 }
 
 void ShortcutTap::onAnswered() {
-    if (--unanswered_ == 0) {
+    if (--unanswered_ == 0 && isLive()) {
         onSettled();
     }
 }

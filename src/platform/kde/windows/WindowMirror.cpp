@@ -4,6 +4,7 @@
 #include <limits>
 #include <set>
 #include <string_view>
+#include <utility>
 
 #include <plasma-window-management-client-protocol.h>
 
@@ -125,11 +126,10 @@ void WindowMirror::listenTo(Record& record) {
         events.state_changed = [](void* data, org_kde_plasma_window*, std::uint32_t state) {
             constexpr auto minimised = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_MINIMIZED;
             constexpr auto active = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_ACTIVE;
-            auto& record = recordOf(data);
-            record.isMinimised = (state & minimised) != 0;
-            const bool isActive = (state & active) != 0;
-            record.mirror.activations_ += isActive && !record.isActive ? 1 : 0;
-            record.isActive = isActive;
+            auto& window = recordOf(data);
+            window.isMinimised = (state & minimised) != 0;
+            const bool wasActive = std::exchange(window.isActive, (state & active) != 0);
+            window.mirror.activations_ += window.isActive && !wasActive ? 1 : 0;
         };
         events.virtual_desktop_changed = [](void*, org_kde_plasma_window*, std::int32_t) {};
         events.themed_icon_name_changed = [](void*, org_kde_plasma_window*, const char*) {};
