@@ -37,7 +37,9 @@ FakePortal::FakePortal(const QString& busAddress)
     appear();
 }
 
+// The connection ends in a thread of the toolkit's, which must not find this object any more.
 FakePortal::~FakePortal() {
+    connection_.unregisterObject(portalRoot);
     QDBusConnection::disconnectFromBus(connection_.name());
 }
 
