@@ -12,8 +12,7 @@ namespace hollowfernpike::qt {
 /// The application on Qt's event loop. Made when there is a QApplication, destroyed before it.
 class Application final : public QObject, public platform::Application {
 public:
-    /// `ownWindows` outlives this.
-    /// `policy` is how the program begins.
+    /// `ownWindows` outlives this. `policy` holds until setActivationPolicy() is called.
     explicit Application(platform::OwnWindows& ownWindows,
                          platform::ActivationPolicy policy = platform::ActivationPolicy::regular);
 
