@@ -29,12 +29,13 @@ class ActivationScene {
 public:
     explicit ActivationScene(const std::string& windowManager) : arena_(windowManager) {}
 
-    std::vector<Series> race(Rounds rounds) {
-        return bench::race(racersOn(arena_.desktop, contestants()), rounds, [this](pid_t process) {
-            arena_.bringToFront(other_);
-            arena_.settle(process);
-            return arena_.timePress([this] { return whenInFront(target_); });
-        });
+    std::vector<Series> race(const Builds& builds, Rounds rounds) {
+        return bench::race(racersOn(arena_.desktop, builds, application_, peers()), rounds,
+                           [this](pid_t process) {
+                               arena_.bringToFront(other_);
+                               arena_.settle(process);
+                               return arena_.timePress([this] { return whenInFront(target_); });
+                           });
     }
 
     void openFurtherWindows() {
@@ -44,11 +45,10 @@ public:
     }
 
 private:
-    std::vector<Contestant> contestants() const {
+    std::vector<Contestant> peers() const {
         const auto& desktop = arena_.desktop;
         const std::string windowControl = "wmctrl -x -a Target.Target";
         return {
-            ours(desktop, application_),
             sxhkd(desktop, "sxhkd + wmctrl", windowControl),
             xbindkeys(desktop, "xbindkeys + wmctrl", windowControl),
             sxhkd(desktop, "sxhkd + xdotool", "xdotool search --class Target windowactivate"),
@@ -68,15 +68,15 @@ private:
 
 } // namespace
 
-void measureActivation(Table& table, Rounds rounds) {
+void measureActivation(Table& table, const Builds& builds, Rounds rounds) {
     for (const auto& ground : grounds) {
         ActivationScene scene(ground.windowManager);
         const auto what = "Key press to other window active, " + ground.windowManager;
         table.section(what + ", 2 windows", fairness(rounds));
-        report(table, scene.race(rounds), ground.fewWindows);
+        report(table, scene.race(builds, rounds), ground.fewWindows);
         scene.openFurtherWindows();
         table.section(what + ", 52 windows", fairness(rounds));
-        report(table, scene.race(rounds), ground.manyWindows);
+        report(table, scene.race(builds, rounds), ground.manyWindows);
     }
 }
 

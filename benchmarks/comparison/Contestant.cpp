@@ -3,9 +3,7 @@
 #include "support/WaitUntil.h"
 #include "support/WriteFile.h"
 
-#include <algorithm>
 #include <csignal>
-#include <iterator>
 #include <stdexcept>
 
 namespace hollowfernpike::bench {
@@ -16,19 +14,31 @@ test::KeyGrab grabOf(const std::string& display) {
     return {test::KeyInjector{display}.keycode(combination.keyName()), combination.modifierState()};
 }
 
+Racer racerOn(const test::PrivateDesktop& desktop, const Contestant& contestant) {
+    return {.name = contestant.name,
+            .role = contestant.role,
+            .run = [&desktop, contestant](auto& race) {
+                const RunningContestant running(desktop, contestant);
+                race(running.pid());
+            }};
+}
+
 } // namespace
 
-Contestant ours(const test::PrivateDesktop& desktop, const InstalledApplication& application) {
-    return {.name = "hollowfernpike",
+Contestant ours(const Build& build, const test::PrivateDesktop& desktop,
+                const InstalledApplication& application) {
+    return {.name = build.name,
+            .role = Role::build,
             .file = shortcutsFile(desktop.dataHome()),
             .configuration = shortcutList(application),
-            .arguments = {HFP_PROGRAM}};
+            .arguments = {build.program}};
 }
 
 Contestant sxhkd(const test::PrivateDesktop& desktop, const std::string& name,
                  const std::string& command) {
     const auto file = desktop.home() / "sxhkdrc";
     return {.name = name,
+            .role = Role::peer,
             .file = file,
             .configuration = "ctrl + alt + x\n    " + command + '\n',
             .arguments = {"sxhkd", "-c", file}};
@@ -38,6 +48,7 @@ Contestant xbindkeys(const test::PrivateDesktop& desktop, const std::string& nam
                      const std::string& command) {
     const auto file = desktop.home() / "xbindkeysrc";
     return {.name = name,
+            .role = Role::peer,
             .file = file,
             .configuration = '"' + command + "\"\n    Control + Alt + x\n",
             .arguments = {"xbindkeys", "--nodaemon", "--file", file}};
@@ -64,16 +75,16 @@ bool RunningContestant::holdsCombination() {
     return prober_.areTaken({grab_});
 }
 
-std::vector<Racer> racersOn(const test::PrivateDesktop& desktop,
-                            const std::vector<Contestant>& contestants) {
+std::vector<Racer> racersOn(const test::PrivateDesktop& desktop, const Builds& builds,
+                            const InstalledApplication& application,
+                            const std::vector<Contestant>& peers) {
     std::vector<Racer> racers;
-    std::ranges::transform(
-        contestants, std::back_inserter(racers), [&desktop](const Contestant& contestant) {
-            return Racer{.name = contestant.name, .run = [&desktop, contestant](const auto& race) {
-                             const RunningContestant running(desktop, contestant);
-                             race(running.pid());
-                         }};
-        });
+    for (const auto& build : builds) {
+        racers.push_back(racerOn(desktop, ours(build, desktop, application)));
+    }
+    for (const auto& peer : peers) {
+        racers.push_back(racerOn(desktop, peer));
+    }
     return racers;
 }
 

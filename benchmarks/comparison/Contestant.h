@@ -1,5 +1,6 @@
 #pragma once
 
+#include "comparison/Builds.h"
 #include "comparison/Race.h"
 #include "comparison/Shortcuts.h"
 #include "support/KeyInjector.h"
@@ -16,12 +17,14 @@ namespace hollowfernpike::bench {
 /// A program that acts on the combination: how to configure and to start it.
 struct Contestant {
     std::string name;
+    Role role{};
     std::filesystem::path file; ///< for `configuration`, read at the start
     std::string configuration;
     std::vector<std::string> arguments;
 };
 
-Contestant ours(const test::PrivateDesktop& desktop, const InstalledApplication& application);
+Contestant ours(const Build& build, const test::PrivateDesktop& desktop,
+                const InstalledApplication& application);
 
 /// Peers that run `command` through their shell; `name` stands for peer and command in the table.
 Contestant sxhkd(const test::PrivateDesktop& desktop, const std::string& name,
@@ -50,8 +53,10 @@ private:
     std::unique_ptr<test::ChildProcess> process_;
 };
 
-/// The contestants as they race on that desktop, which must outlive them.
-std::vector<Racer> racersOn(const test::PrivateDesktop& desktop,
-                            const std::vector<Contestant>& contestants);
+/// The builds and their peers as they race for that application on that desktop, which must outlive
+/// them.
+std::vector<Racer> racersOn(const test::PrivateDesktop& desktop, const Builds& builds,
+                            const InstalledApplication& application,
+                            const std::vector<Contestant>& peers);
 
 } // namespace hollowfernpike::bench

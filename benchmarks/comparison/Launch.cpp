@@ -12,19 +12,19 @@ constexpr double launchBudget = 0.6;
 
 class LaunchScene {
 public:
-    std::vector<Series> race(Rounds rounds) {
-        return bench::race(racersOn(arena_.desktop, contestants()), rounds, [this](pid_t process) {
-            arena_.keyboard.strike(interlude.keys());
-            arena_.settle(process);
-            return arena_.timePress([this] { return reports_.whenStarted(); });
-        });
+    std::vector<Series> race(const Builds& builds, Rounds rounds) {
+        return bench::race(racersOn(arena_.desktop, builds, application_, peers()), rounds,
+                           [this](pid_t process) {
+                               arena_.keyboard.strike(interlude.keys());
+                               arena_.settle(process);
+                               return arena_.timePress([this] { return reports_.whenStarted(); });
+                           });
     }
 
 private:
-    std::vector<Contestant> contestants() const {
+    std::vector<Contestant> peers() const {
         const auto& desktop = arena_.desktop;
         return {
-            ours(desktop, application_),
             sxhkd(desktop, "sxhkd", reports_.command()),
             xbindkeys(desktop, "xbindkeys", reports_.command()),
         };
@@ -38,10 +38,10 @@ private:
 
 } // namespace
 
-void measureLaunch(Table& table, Rounds rounds) {
+void measureLaunch(Table& table, const Builds& builds, Rounds rounds) {
     LaunchScene scene;
     table.section("Key press to main() of a program", fairness(rounds));
-    report(table, scene.race(rounds), launchBudget);
+    report(table, scene.race(builds, rounds), launchBudget);
 }
 
 } // namespace hollowfernpike::bench

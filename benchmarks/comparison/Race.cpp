@@ -30,13 +30,22 @@ void runRounds(const std::string& contestant, int rounds, const std::function<do
     }
 }
 
+void addRatio(Table& table, const std::string& toWhat, const Series& ours, double theirs,
+              std::optional<double> budget) {
+    table.add({.what = "ratio to " + toWhat,
+               .value = median(ours.seconds) / theirs,
+               .unit = Unit::ratio,
+               .percentile95 = {},
+               .budget = budget});
+}
+
 } // namespace
 
 std::vector<Series> race(std::vector<Racer> racers, Rounds rounds,
                          const std::function<double(pid_t)>& measure) {
     std::vector<Series> results;
     for (const auto& racer : racers) {
-        results.push_back({racer.name, {}});
+        results.push_back({.contestant = racer.name, .role = racer.role, .seconds = {}});
     }
     for (int block = 0; block < rounds.blocks; ++block) {
         for (const auto& racer : racers) {
@@ -56,25 +65,24 @@ std::string fairness(Rounds rounds) {
            std::to_string(rounds.perBlock) + " with nobody else running; peers use a light shell";
 }
 
-void report(Table& table, const Series& series) {
-    table.add({.what = series.contestant,
-               .value = median(series.seconds),
-               .percentile95 = percentile95(series.seconds),
-               .budget = {}});
-}
-
 void report(Table& table, const std::vector<Series>& results, std::optional<double> budget) {
-    std::vector<double> medians;
+    std::optional<double> bestPeer;
     for (const auto& series : results) {
-        medians.push_back(median(series.seconds));
-        report(table, series);
+        const auto seconds = median(series.seconds);
+        table.add({.what = series.contestant,
+                   .value = seconds,
+                   .percentile95 = percentile95(series.seconds),
+                   .budget = {}});
+        if (series.role == Role::peer) {
+            bestPeer = std::min(seconds, bestPeer.value_or(seconds));
+        }
     }
-    const auto bestPeer = std::ranges::min(std::span(medians).subspan(1));
-    table.add({.what = "ratio to the best peer",
-               .value = medians.front() / bestPeer,
-               .unit = Unit::ratio,
-               .percentile95 = {},
-               .budget = budget});
+    addRatio(table, "the best peer", results.front(), bestPeer.value(), budget);
+    for (const auto& series : std::span(results).subspan(1)) {
+        if (series.role == Role::build) {
+            addRatio(table, series.contestant, results.front(), median(series.seconds), {});
+        }
+    }
 }
 
 } // namespace hollowfernpike::bench

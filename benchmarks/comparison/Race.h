@@ -17,9 +17,16 @@ struct Rounds {
     int perBlock = 0;
 };
 
+enum class Role {
+    build,     ///< of the program
+    peer,      ///< another hotkey tool
+    reference, ///< cannot do all that a peer can, and shows what part of the time is not ours
+};
+
 /// A contestant that is ready to be started.
 struct Racer {
     std::string name;
+    Role role{};
 
     /// Starts it, calls the argument with its process, and ends it. It holds the combination
     /// meanwhile, and not a moment longer.
@@ -29,6 +36,7 @@ struct Racer {
 /// What one contestant took, in seconds.
 struct Series {
     std::string contestant;
+    Role role{};
     std::vector<double> seconds;
 };
 
@@ -42,10 +50,8 @@ std::vector<Series> race(std::vector<Racer> racers, Rounds rounds,
 /// How the figures were measured, for their readers.
 std::string fairness(Rounds rounds);
 
-/// Adds median and 95th percentile of the series.
-void report(Table& table, const Series& series);
-
-/// Adds all series, and our median divided by the best peer's. The first series is ours.
+/// Adds median and 95th percentile of each series. The first is of the build that is measured; adds
+/// its median divided by the best peer's, which the budget is for, and by that of another build.
 void report(Table& table, const std::vector<Series>& results, std::optional<double> budget);
 
 } // namespace hollowfernpike::bench

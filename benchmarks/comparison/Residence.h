@@ -1,5 +1,6 @@
 #pragma once
 
+#include "comparison/Builds.h"
 #include "comparison/Table.h"
 
 #include <chrono>
@@ -45,7 +46,7 @@ public:
 void measureResidence(Table& table, ResidenceScene& scene, ResidenceEffort effort,
                       const ResidenceBudgets& budgets);
 
-/// The same on X11.
-void measureResidenceOnX11(Table& table, ResidenceEffort effort);
+/// The same on X11, for each build.
+void measureResidenceOnX11(Table& table, const Builds& builds, ResidenceEffort effort);
 
 } // namespace hollowfernpike::bench

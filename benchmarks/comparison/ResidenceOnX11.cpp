@@ -14,6 +14,10 @@ constexpr ResidenceBudgets budgetsOnX11{
 
 class SceneOnX11 final : public ResidenceScene {
 public:
+    explicit SceneOnX11(const Build& build)
+        : contestant_(ours(build, arena_.desktop,
+                           arena_.install("Target", arena_.programFile("Target")))) {}
+
     double timeStart() override {
         const auto start = Arena::Clock::now();
         const RunningContestant running(arena_.desktop, contestant_);
@@ -46,16 +50,17 @@ private:
     Arena arena_;
     test::StatusMenu panel_{arena_.desktop};
     xcb_window_t window_ = arena_.open("Target");
-    Contestant contestant_ =
-        ours(arena_.desktop, arena_.install("Target", arena_.programFile("Target")));
+    Contestant contestant_;
 };
 
 } // namespace
 
-void measureResidenceOnX11(Table& table, ResidenceEffort effort) {
-    SceneOnX11 scene;
-    table.section("Residence, item shown in a panel");
-    measureResidence(table, scene, effort, budgetsOnX11);
+void measureResidenceOnX11(Table& table, const Builds& builds, ResidenceEffort effort) {
+    for (const auto& build : builds) {
+        SceneOnX11 scene(build);
+        table.section("Residence of " + build.name + ", item shown in a panel");
+        measureResidence(table, scene, effort, budgetsOnX11);
+    }
 }
 
 } // namespace hollowfernpike::bench

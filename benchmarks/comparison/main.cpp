@@ -1,8 +1,9 @@
 // Measures what the program costs: single functions, then the whole program on private desktops,
-// its key presses side by side with other hotkey tools. Ends with 0 unless something could not be
-// measured; a missed budget does not count.
+// its key presses side by side with other hotkey tools and, if one is named, with another build.
+// Ends with 0 unless something could not be measured; a missed budget does not count.
 
 #include "comparison/Activation.h"
+#include "comparison/Builds.h"
 #include "comparison/Launch.h"
 #include "comparison/Parts.h"
 #include "comparison/Residence.h"
@@ -14,7 +15,9 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -24,7 +27,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Effort {
+struct Plan {
+    Builds builds{{.name = "hollowfernpike", .program = HFP_PROGRAM}};
     Rounds activation{.blocks = 20, .perBlock = 10};
     Rounds launch{.blocks = 10, .perBlock = 10};
     ResidenceEffort residence{.idle = 60s, .typedKeys = 500, .starts = 20};
@@ -33,37 +37,42 @@ struct Effort {
     std::chrono::milliseconds atLeast = 200ms;
 };
 
-/// Enough to see that everything can be measured; the figures say nothing.
-constexpr Effort quick{.activation = {.blocks = 1, .perBlock = 3},
-                       .launch = {.blocks = 1, .perBlock = 3},
-                       .residence = {.idle = 1s, .typedKeys = 20, .starts = 2},
-                       .windows = {.starts = 1, .changes = 1},
-                       .repetitions = 2,
-                       .atLeast = 1ms};
+/// Measures just enough to see that everything can be measured; the figures say nothing.
+Plan inAHurry() {
+    return {.activation = {.blocks = 1, .perBlock = 3},
+            .launch = {.blocks = 1, .perBlock = 3},
+            .residence = {.idle = 1s, .typedKeys = 20, .starts = 2},
+            .windows = {.starts = 1, .changes = 1},
+            .repetitions = 2,
+            .atLeast = 1ms};
+}
 
 /// Something to measure, and the argument that chooses it.
 struct Section {
     std::string_view name;
-    std::function<void(Table&, const Effort&)> measure;
+    std::function<void(Table&, const Plan&)> measure;
 };
 
 const std::array<Section, 6>& sections() {
     static const std::array<Section, 6> all{{
-        {"parts",
-         [](auto& table, const auto& effort) {
-             measureParts(table, effort.repetitions, effort.atLeast);
-         }},
+        {"parts", [](auto& table,
+                     const auto& plan) { measureParts(table, plan.repetitions, plan.atLeast); }},
         {"activation",
-         [](auto& table, const auto& effort) { measureActivation(table, effort.activation); }},
-        {"launch", [](auto& table, const auto& effort) { measureLaunch(table, effort.launch); }},
+         [](auto& table, const auto& plan) {
+             measureActivation(table, plan.builds, plan.activation);
+         }},
+        {"launch",
+         [](auto& table, const auto& plan) { measureLaunch(table, plan.builds, plan.launch); }},
         {"residence",
-         [](auto& table, const auto& effort) { measureResidenceOnX11(table, effort.residence); }},
-        {"windows", [](auto& table, const auto& effort) { measureWindows(table, effort.windows); }},
+         [](auto& table, const auto& plan) {
+             measureResidenceOnX11(table, plan.builds, plan.residence);
+         }},
+        {"windows", [](auto& table, const auto& plan) { measureWindows(table, plan.windows); }},
         {"sway",
-         [](auto& table, const auto& effort) {
-             measureActivationOnSway(table, effort.activation);
-             measureLaunchOnSway(table, effort.launch);
-             measureResidenceOnSway(table, effort.residence);
+         [](auto& table, const auto& plan) {
+             measureActivationOnSway(table, plan.builds, plan.activation);
+             measureLaunchOnSway(table, plan.builds, plan.launch);
+             measureResidenceOnSway(table, plan.builds, plan.residence);
          }},
     }};
     return all;
@@ -74,14 +83,14 @@ bool isKnown(std::string_view name) {
 }
 
 /// Measures the named sections, or all if none is named.
-int run(const Effort& effort, const std::vector<std::string_view>& names) {
+int run(const Plan& plan, const std::vector<std::string_view>& names) {
     Table table;
     for (const auto& section : sections()) {
         if (!names.empty() && std::ranges::find(names, section.name) == names.end()) {
             continue;
         }
         try {
-            section.measure(table, effort);
+            section.measure(table, plan);
         } catch (const std::exception& error) {
             table.addFailure(std::string{section.name}, error.what());
         }
@@ -98,11 +107,18 @@ int main(int count, char** arguments) {
     using namespace hollowfernpike::bench;
     hollowfernpike::test::enterBareEnvironment();
     std::vector<std::string_view> names(arguments + 1, arguments + count);
-    const bool isQuick = std::erase(names, "--quick") != 0;
+    Plan plan = std::erase(names, "--quick") != 0 ? inAHurry() : Plan{};
+    const auto beside = std::ranges::find(names, "--beside");
+    if (std::distance(beside, names.end()) > 1) {
+        plan.builds.push_back(
+            {.name = "the other build", .program = std::filesystem::absolute(beside[1])});
+        names.erase(beside, beside + 2);
+    }
     if (!std::ranges::all_of(names, isKnown)) {
-        std::fputs("usage: bench [--quick] [parts|activation|launch|residence|windows|sway]...\n",
+        std::fputs("usage: bench [--quick] [--beside PROGRAM] "
+                   "[parts|activation|launch|residence|windows|sway]...\n",
                    stderr);
         return 2;
     }
-    return run(isQuick ? quick : Effort{}, names);
+    return run(plan, names);
 }

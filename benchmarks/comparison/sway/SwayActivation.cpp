@@ -16,8 +16,8 @@ constexpr int windowsOfEachOnSway = 5;
 
 class ActivationOnSway {
 public:
-    std::vector<Series> race(Rounds rounds) {
-        return bench::race(racers(), rounds, [this](pid_t process) {
+    std::vector<Series> race(const Builds& builds, Rounds rounds) {
+        return bench::race(racers(builds), rounds, [this](pid_t process) {
             arena_.bringToFront(other_);
             arena_.settle(process);
             reports_.forget();
@@ -32,12 +32,14 @@ public:
     }
 
 private:
-    std::vector<Racer> racers() {
-        return {
-            oursOnSway(arena_, {target_.entry(), target_.name()}),
-            bindingOfSway(arena_, "sway + swaymsg", "exec swaymsg '[app_id=Target] focus'"),
-            bindingOfSway(arena_, "sway alone, for comparison", "[app_id=Target] focus"),
-        };
+    std::vector<Racer> racers(const Builds& builds) {
+        auto racers = oursOnSway(arena_, builds, {target_.entry(), target_.name()});
+        racers.push_back(bindingOfSway(arena_, "sway + swaymsg", Role::peer,
+                                       "exec swaymsg '[app_id=Target] focus'"));
+        // Cannot start what does not run.
+        racers.push_back(bindingOfSway(arena_, "sway alone, for comparison", Role::reference,
+                                       "[app_id=Target] focus"));
+        return racers;
     }
 
     SwayArena arena_;
@@ -46,25 +48,16 @@ private:
     test::Application& other_ = arena_.open("Other");
 };
 
-/// Sway alone is no peer, because it cannot start what does not run. It shows how much of the time
-/// is sway's in any case.
-void reportOnSway(Table& table, std::vector<Series> results) {
-    const auto swayAlone = results.back();
-    results.pop_back();
-    report(table, results, activationBudgetOnSway);
-    report(table, swayAlone);
-}
-
 } // namespace
 
-void measureActivationOnSway(Table& table, Rounds rounds) {
+void measureActivationOnSway(Table& table, const Builds& builds, Rounds rounds) {
     ActivationOnSway scene;
     const std::string what = "Key press to other window has the keys, sway";
     table.section(what + ", 2 windows", fairness(rounds));
-    reportOnSway(table, scene.race(rounds));
+    report(table, scene.race(builds, rounds), activationBudgetOnSway);
     scene.openFurtherWindows();
     table.section(what + ", 52 windows", fairness(rounds));
-    reportOnSway(table, scene.race(rounds));
+    report(table, scene.race(builds, rounds), activationBudgetOnSway);
 }
 
 } // namespace hollowfernpike::bench

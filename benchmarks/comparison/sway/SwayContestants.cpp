@@ -40,16 +40,17 @@ private:
 
 } // namespace
 
-RunningOnSway::RunningOnSway(const SwayArena& arena, const InstalledApplication& application) {
+RunningOnSway::RunningOnSway(const SwayArena& arena, const Build& build,
+                             const InstalledApplication& application) {
     test::writeFile(shortcutsFile(arena.desktop.dataHome()), shortcutList(application));
     auto environment = arena.desktop.environment();
     // Sway tells nobody what is bound, but the program's log does: one line for each time.
     environment["QT_LOGGING_RULES"] = "hollowfernpike.keys.debug=true";
     process_ =
-        std::make_unique<test::ChildProcess>(std::vector<std::string>{HFP_PROGRAM}, environment);
+        std::make_unique<test::ChildProcess>(std::vector<std::string>{build.program}, environment);
     if (!test::waitUntil([this] { return holdsCombinations(); })) {
-        throw std::runtime_error("hollowfernpike does not bind the combinations: " +
-                                 process_->errors());
+        throw std::runtime_error(build.name +
+                                 " does not bind the combinations: " + process_->errors());
     }
 }
 
@@ -62,15 +63,23 @@ bool RunningOnSway::holdsCombinations() {
     return process_->errors().find(" bound 2 combinations\n") != std::string::npos;
 }
 
-Racer oursOnSway(SwayArena& arena, const InstalledApplication& application) {
-    return {.name = "hollowfernpike", .run = [&arena, application](const auto& race) {
-                const RunningOnSway running(arena, application);
-                race(running.pid());
-            }};
+std::vector<Racer> oursOnSway(SwayArena& arena, const Builds& builds,
+                              const InstalledApplication& application) {
+    std::vector<Racer> racers;
+    for (const auto& build : builds) {
+        racers.push_back({.name = build.name,
+                          .role = Role::build,
+                          .run = [&arena, build, application](auto& race) {
+                              const RunningOnSway running(arena, build, application);
+                              race(running.pid());
+                          }});
+    }
+    return racers;
 }
 
-Racer bindingOfSway(SwayArena& arena, const std::string& name, const std::string& command) {
-    return {.name = name, .run = [&arena, command](const auto& race) {
+Racer bindingOfSway(SwayArena& arena, const std::string& name, Role role,
+                    const std::string& command) {
+    return {.name = name, .role = role, .run = [&arena, command](const auto& race) {
                 const Binding binding(arena, command);
                 race(arena.desktop.compositor().pid());
             }};

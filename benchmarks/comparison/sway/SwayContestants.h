@@ -1,11 +1,13 @@
 #pragma once
 
+#include "comparison/Builds.h"
 #include "comparison/Race.h"
 #include "comparison/Shortcuts.h"
 #include "comparison/sway/SwayArena.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace hollowfernpike::bench {
 
@@ -13,7 +15,8 @@ namespace hollowfernpike::bench {
 class RunningOnSway {
 public:
     /// Throws std::runtime_error if it does not bind them.
-    RunningOnSway(const SwayArena& arena, const InstalledApplication& application);
+    RunningOnSway(const SwayArena& arena, const Build& build,
+                  const InstalledApplication& application);
     RunningOnSway(const RunningOnSway&) = delete;
     RunningOnSway& operator=(const RunningOnSway&) = delete;
     ~RunningOnSway();
@@ -26,10 +29,12 @@ private:
     std::unique_ptr<test::ChildProcess> process_;
 };
 
-/// Both act on the combination as long as they run; the arena must outlive them.
-Racer oursOnSway(SwayArena& arena, const InstalledApplication& application);
+/// All of these act on the combination as long as they run; the arena must outlive them.
+std::vector<Racer> oursOnSway(SwayArena& arena, const Builds& builds,
+                              const InstalledApplication& application);
 
 /// Sway's own binding of one of its commands. `name` stands for both in the table.
-Racer bindingOfSway(SwayArena& arena, const std::string& name, const std::string& command);
+Racer bindingOfSway(SwayArena& arena, const std::string& name, Role role,
+                    const std::string& command);
 
 } // namespace hollowfernpike::bench

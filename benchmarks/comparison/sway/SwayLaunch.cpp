@@ -9,8 +9,8 @@ namespace {
 
 class LaunchOnSway {
 public:
-    std::vector<Series> race(Rounds rounds) {
-        return bench::race(racers(), rounds, [this](pid_t process) {
+    std::vector<Series> race(const Builds& builds, Rounds rounds) {
+        return bench::race(racers(builds), rounds, [this](pid_t process) {
             arena_.keyboard.strike(interlude.keys());
             arena_.settle(process);
             return arena_.timePress([this] { return reports_.whenStarted(); });
@@ -18,11 +18,10 @@ public:
     }
 
 private:
-    std::vector<Racer> racers() {
-        return {
-            oursOnSway(arena_, application_),
-            bindingOfSway(arena_, "sway", "exec " + reports_.command()),
-        };
+    std::vector<Racer> racers(const Builds& builds) {
+        auto racers = oursOnSway(arena_, builds, application_);
+        racers.push_back(bindingOfSway(arena_, "sway", Role::peer, "exec " + reports_.command()));
+        return racers;
     }
 
     SwayArena arena_;
@@ -35,10 +34,10 @@ private:
 } // namespace
 
 // No budget: these figures are for comparison only.
-void measureLaunchOnSway(Table& table, Rounds rounds) {
+void measureLaunchOnSway(Table& table, const Builds& builds, Rounds rounds) {
     LaunchOnSway scene;
     table.section("Key press to main() of a program, sway", fairness(rounds));
-    report(table, scene.race(rounds), {});
+    report(table, scene.race(builds, rounds), {});
 }
 
 } // namespace hollowfernpike::bench

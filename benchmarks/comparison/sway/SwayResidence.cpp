@@ -21,16 +21,18 @@ constexpr const char* unboundKey = "AC11";
 
 class SceneOnSway final : public ResidenceScene {
 public:
+    explicit SceneOnSway(const Build& build) : build_(build) {}
+
     double timeStart() override {
         const auto start = SwayArena::Clock::now();
-        const RunningOnSway running(arena_, application_);
+        const RunningOnSway running(arena_, build_, application_);
         const std::chrono::duration<double> taken = SwayArena::Clock::now() - start;
         arena_.settle(running.pid());
         return taken.count();
     }
 
     void settleAndRun(const std::function<void(pid_t)>& look) override {
-        const RunningOnSway running(arena_, application_);
+        const RunningOnSway running(arena_, build_, application_);
         std::this_thread::sleep_for(afterLastTimer);
         arena_.bringToFront(front_);
         arena_.settle(running.pid());
@@ -48,6 +50,7 @@ public:
     }
 
 private:
+    Build build_;
     SwayArena arena_;
     test::Application& front_ = arena_.open("Front");
     InstalledApplication application_{front_.entry(), front_.name()};
@@ -55,10 +58,12 @@ private:
 
 } // namespace
 
-void measureResidenceOnSway(Table& table, ResidenceEffort effort) {
-    SceneOnSway scene;
-    table.section("Residence on sway");
-    measureResidence(table, scene, effort, budgetsOnSway);
+void measureResidenceOnSway(Table& table, const Builds& builds, ResidenceEffort effort) {
+    for (const auto& build : builds) {
+        SceneOnSway scene(build);
+        table.section("Residence of " + build.name + " on sway");
+        measureResidence(table, scene, effort, budgetsOnSway);
+    }
 }
 
 } // namespace hollowfernpike::bench
