@@ -19,7 +19,7 @@ struct Ground {
 
 /// No budgets for Mutter: it takes so much of the time itself that the ratio says little about us.
 const std::array<Ground, 2> grounds{{
-    {.windowManager = "openbox", .fewWindows = 0.25, .manyWindows = 0.4},
+    {.windowManager = "openbox", .fewWindows = 0.22, .manyWindows = 0.36},
     {.windowManager = "mutter", .fewWindows = {}, .manyWindows = {}},
 }};
 constexpr int furtherPrograms = 10;

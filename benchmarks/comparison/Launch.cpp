@@ -8,7 +8,7 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-constexpr double launchBudget = 0.6;
+constexpr double launchBudget = 0.8;
 
 class LaunchScene {
 public:

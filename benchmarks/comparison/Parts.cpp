@@ -24,8 +24,8 @@ struct Budget {
 
 constexpr std::array budgets{
     Budget{"callbackMiss/10000", 100e-9},  Budget{"callbackHit/10000", 200e-9},
-    Budget{"mapBuild/10000", 5e-3},        Budget{"load/10000/real_time", 20e-3},
-    Budget{"save/10000/real_time", 20e-3},
+    Budget{"mapBuild/10000", 4e-3},        Budget{"load/10000/real_time", 15e-3},
+    Budget{"save/10000/real_time", 12e-3},
 };
 
 std::optional<double> budgetOf(std::string_view benchmark) {

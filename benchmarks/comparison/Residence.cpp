@@ -43,6 +43,7 @@ void addStart(Table& table, ResidenceScene& scene, int starts, double budget) {
 }
 
 void addWakeUps(Table& table, ResidenceScene& scene, ResidenceEffort effort, pid_t process) {
+    std::this_thread::sleep_for(effort.untilIdle);
     const auto before = contextSwitches(process);
     std::this_thread::sleep_for(effort.idle);
     const auto afterIdling = contextSwitches(process);

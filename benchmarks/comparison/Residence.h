@@ -11,6 +11,7 @@
 namespace hollowfernpike::bench {
 
 struct ResidenceEffort {
+    std::chrono::seconds untilIdle{}; ///< for the timers that run once after a start
     std::chrono::seconds idle{};
     int typedKeys = 0;
     int starts = 0;

@@ -10,7 +10,7 @@ namespace hollowfernpike::bench {
 namespace {
 
 constexpr ResidenceBudgets budgetsOnX11{
-    .start = 0.1, .resident = 26 * mebibyte, .privateDirty = 4 * mebibyte};
+    .start = 0.06, .resident = 30 * mebibyte, .privateDirty = 4 * mebibyte};
 
 class SceneOnX11 final : public ResidenceScene {
 public:

@@ -31,7 +31,7 @@ struct Plan {
     Builds builds{{.name = "hollowfernpike", .program = HFP_PROGRAM}};
     Rounds activation{.blocks = 20, .perBlock = 10};
     Rounds launch{.blocks = 10, .perBlock = 10};
-    ResidenceEffort residence{.idle = 60s, .typedKeys = 500, .starts = 20};
+    ResidenceEffort residence{.untilIdle = 21s, .idle = 60s, .typedKeys = 500, .starts = 20};
     WindowsEffort windows{.starts = 10, .changes = 10};
     int repetitions = 5;
     std::chrono::milliseconds atLeast = 200ms;
@@ -41,7 +41,7 @@ struct Plan {
 Plan inAHurry() {
     return {.activation = {.blocks = 1, .perBlock = 3},
             .launch = {.blocks = 1, .perBlock = 3},
-            .residence = {.idle = 1s, .typedKeys = 20, .starts = 2},
+            .residence = {.untilIdle = 0s, .idle = 1s, .typedKeys = 20, .starts = 2},
             .windows = {.starts = 1, .changes = 1},
             .repetitions = 2,
             .atLeast = 1ms};

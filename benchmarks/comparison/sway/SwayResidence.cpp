@@ -3,19 +3,13 @@
 #include "comparison/sway/SwayContestants.h"
 
 #include <stdexcept>
-#include <thread>
 
 namespace hollowfernpike::bench {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr ResidenceBudgets budgetsOnSway{
     .start = 0.12, .resident = 30 * mebibyte, .privateDirty = 4 * mebibyte};
-
-/// The program's last timer that runs only once ends 6 s after its start.
-constexpr auto afterLastTimer = 7s;
 
 constexpr const char* unboundKey = "AC11";
 
@@ -33,7 +27,6 @@ public:
 
     void settleAndRun(const std::function<void(pid_t)>& look) override {
         const RunningOnSway running(arena_, build_, application_);
-        std::this_thread::sleep_for(afterLastTimer);
         arena_.bringToFront(front_);
         arena_.settle(running.pid());
         look(running.pid());

@@ -147,8 +147,7 @@ void ProcessTable::look(std::int32_t process, Known& known) const {
     if (!status || status->hasEnded) {
         return;
     }
-    auto command = commandOf(process); // before the facts, so that a change in between is noticed
-    const auto facts = processFacts(process);
+    auto facts = processFacts(process);
     const bool isWhole = facts.hasEnvironment || (facts.executable.empty() && !known.hasTold);
     const bool mayTellMore = !isWhole && isMissingForAMoment(known);
     known.isUnsettled = mayTellMore || startedJustNow(*status);
@@ -156,7 +155,11 @@ void ProcessTable::look(std::int32_t process, Known& known) const {
     if (isWhole || (!mayTellMore && !facts.executable.empty())) {
         known.missingSince.reset();
         known.identifier = applicationOf(facts);
-        known.command = isInterpreter(fileName(facts.executable)) ? std::move(command) : "";
+        known.command.reset();
+        if (isInterpreter(fileName(facts.executable))) {
+            known.command = {.executable = std::move(facts.executable),
+                             .commandLine = std::move(facts.commandLine)};
+        }
     }
 }
 
@@ -168,11 +171,11 @@ bool ProcessTable::isMissingForAMoment(Known& known) {
 
 // For example, a script waits for something and then replaces itself by the program (exec).
 bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
-    if (known.command.empty()) {
+    if (!known.command) {
         return false;
     }
     const auto command = commandOf(process);
-    return !command.empty() && command != known.command;
+    return !command.executable.empty() && command != known.command;
 }
 
 std::string ProcessTable::applicationOf(const ProcessFacts& process) const {
