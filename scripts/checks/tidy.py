@@ -29,9 +29,8 @@ FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 BATCHES = {
     "src": re.compile("src/(?!platform/)"),
     "src/platform": re.compile("src/platform/"),
-    "tests/desktop": re.compile("tests/(contracts|desktop|faults|package|show|ui)/"),
+    "tests/desktop": re.compile("tests/(contracts|desktop|faults|package|show|ui)/|benchmarks/"),
     "tests": re.compile("tests/(?!(contracts|desktop|faults|package|show|ui)/)"),
-    "benchmarks": re.compile("benchmarks/"),
 }
 
 # For a system whose compiler is not here: scripts/macos looks at it in its own way.

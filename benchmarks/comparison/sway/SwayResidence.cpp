@@ -3,6 +3,7 @@
 #include "comparison/sway/SwayContestants.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace hollowfernpike::bench {
 
@@ -15,7 +16,7 @@ constexpr const char* unboundKey = "AC11";
 
 class SceneOnSway final : public ResidenceScene {
 public:
-    explicit SceneOnSway(const Build& build) : build_(build) {}
+    explicit SceneOnSway(Build build) : build_(std::move(build)) {}
 
     double timeStart() override {
         const auto start = SwayArena::Clock::now();
