@@ -64,8 +64,14 @@ def options(command):
 def compile_options(build):
     """The compiler's options for each source, by its path, without precompiled headers, because clang
     cannot read those of GCC."""
-    return {entry["file"]: options(PRECOMPILED.sub(" ", entry["command"]))
-            for entry in json.loads((build / "compile_commands.json").read_text())}
+    return {file: options(PRECOMPILED.sub(" ", entry["command"]))
+            for entry in json.loads((build / "compile_commands.json").read_text())
+            for file in sources_in(entry["file"])}
+
+
+def sources_in(file):
+    """The sources that the build compiles together as this file, or the file itself."""
+    return INCLUDED.findall(pathlib.Path(file).read_text()) if "/Unity/unity_" in file else [file]
 
 
 class Includes:
