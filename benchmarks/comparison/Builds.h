@@ -6,7 +6,8 @@
 
 namespace hollowfernpike::bench {
 
-/// A build of the program.
+/// A build of the program. It reads the same file of shortcuts as this one does and, on sway, logs
+/// as this one does what it has bound.
 struct Build {
     std::string name;
     std::filesystem::path program;

@@ -18,8 +18,8 @@ struct Rounds {
 };
 
 enum class Role {
-    build,     ///< of the program
     peer,      ///< another hotkey tool
+    build,     ///< of the program
     reference, ///< cannot do all that a peer can, and shows what part of the time is not ours
 };
 
@@ -52,6 +52,7 @@ std::string fairness(Rounds rounds);
 
 /// Adds median and 95th percentile of each series. The first is of the build that is measured; adds
 /// its median divided by the best peer's, which the budget is for, and by that of another build.
+/// There is at least one peer.
 void report(Table& table, const std::vector<Series>& results, std::optional<double> budget);
 
 } // namespace hollowfernpike::bench

@@ -4,6 +4,7 @@
 #include "comparison/Statistics.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -12,17 +13,15 @@ namespace hollowfernpike::bench {
 
 namespace {
 
-constexpr double noWakeUps = 0;
-
-Figure wakeUps(const std::string& when, std::int64_t count) {
+Figure wakeUps(const std::string& when, std::int64_t count, std::optional<double> budget) {
     return {.what = "wake-ups, " + when,
             .value = static_cast<double>(count),
             .unit = Unit::count,
             .percentile95 = {},
-            .budget = noWakeUps};
+            .budget = budget};
 }
 
-Figure memory(const std::string& what, std::int64_t bytes, double budget) {
+Figure memory(const std::string& what, std::int64_t bytes, std::optional<double> budget) {
     return {.what = what,
             .value = static_cast<double>(bytes),
             .unit = Unit::bytes,
@@ -30,7 +29,7 @@ Figure memory(const std::string& what, std::int64_t bytes, double budget) {
             .budget = budget};
 }
 
-void addStart(Table& table, ResidenceScene& scene, int starts, double budget) {
+void addStart(Table& table, ResidenceScene& scene, int starts, std::optional<double> budget) {
     std::vector<double> seconds;
     scene.timeStart();
     for (int start = 0; start < starts; ++start) {
@@ -42,17 +41,18 @@ void addStart(Table& table, ResidenceScene& scene, int starts, double budget) {
                .budget = budget});
 }
 
-void addWakeUps(Table& table, ResidenceScene& scene, ResidenceEffort effort, pid_t process) {
+void addWakeUps(Table& table, ResidenceScene& scene, ResidenceEffort effort, pid_t process,
+                std::optional<double> budget) {
     std::this_thread::sleep_for(effort.untilIdle);
     const auto before = contextSwitches(process);
     std::this_thread::sleep_for(effort.idle);
     const auto afterIdling = contextSwitches(process);
     scene.type(effort.typedKeys, process);
     const auto afterTyping = contextSwitches(process);
-    table.add(
-        wakeUps(std::to_string(effort.idle.count()) + " s without a key", afterIdling - before));
+    table.add(wakeUps(std::to_string(effort.idle.count()) + " s without a key",
+                      afterIdling - before, budget));
     table.add(wakeUps(std::to_string(effort.typedKeys) + " unbound keys typed elsewhere",
-                      afterTyping - afterIdling));
+                      afterTyping - afterIdling, budget));
 }
 
 } // namespace
@@ -61,7 +61,7 @@ void measureResidence(Table& table, ResidenceScene& scene, ResidenceEffort effor
                       const ResidenceBudgets& budgets) {
     addStart(table, scene, effort.starts, budgets.start);
     scene.settleAndRun([&](pid_t process) {
-        addWakeUps(table, scene, effort, process);
+        addWakeUps(table, scene, effort, process, budgets.wakeUps);
         const auto used = memoryOf(process);
         table.add(memory("resident memory", used.resident, budgets.resident));
         table.add(memory("private dirty memory", used.privateDirty, budgets.privateDirty));

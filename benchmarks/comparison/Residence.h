@@ -5,22 +5,25 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 #include <sys/types.h>
 
 namespace hollowfernpike::bench {
 
 struct ResidenceEffort {
-    std::chrono::seconds untilIdle{}; ///< for the timers that run once after a start
+    std::chrono::seconds untilIdle{}; ///< the last timer of a start ends after 20 s, on X11
     std::chrono::seconds idle{};
     int typedKeys = 0;
     int starts = 0;
 };
 
+/// None for another build than ours.
 struct ResidenceBudgets {
-    double start = 0;    ///< seconds
-    double resident = 0; ///< bytes
-    double privateDirty = 0;
+    std::optional<double> start; ///< seconds
+    std::optional<double> wakeUps;
+    std::optional<double> resident; ///< bytes
+    std::optional<double> privateDirty;
 };
 
 inline constexpr double mebibyte = 1024 * 1024; // what process lists mean by M
@@ -36,7 +39,7 @@ public:
     /// Starts it and ends it; returns the seconds until its combination is live.
     virtual double timeStart() = 0;
 
-    /// Runs it, and calls `look` with its process once it has nothing to do any more.
+    /// Runs it, and calls `look` with its process once it has started and sleeps.
     virtual void settleAndRun(const std::function<void(pid_t)>& look) = 0;
 
     /// Types that many keys which nobody binds, each when the one before has had its effect.

@@ -21,6 +21,8 @@
 #include <string_view>
 #include <vector>
 
+#include <unistd.h>
+
 namespace hollowfernpike::bench {
 
 namespace {
@@ -78,6 +80,10 @@ const std::array<Section, 6>& sections() {
     return all;
 }
 
+bool isProgram(const std::filesystem::path& file) {
+    return std::filesystem::is_regular_file(file) && ::access(file.c_str(), X_OK) == 0;
+}
+
 bool isKnown(std::string_view name) {
     return std::ranges::find(sections(), name, &Section::name) != sections().end();
 }
@@ -109,7 +115,7 @@ int main(int count, char** arguments) {
     std::vector<std::string_view> names(arguments + 1, arguments + count);
     Plan plan = std::erase(names, "--quick") != 0 ? inAHurry() : Plan{};
     const auto beside = std::ranges::find(names, "--beside");
-    if (std::distance(beside, names.end()) > 1) {
+    if (std::distance(beside, names.end()) > 1 && isProgram(beside[1])) {
         plan.builds.push_back(
             {.name = "the other build", .program = std::filesystem::absolute(beside[1])});
         names.erase(beside, beside + 2);

@@ -36,7 +36,7 @@ private:
         auto racers = oursOnSway(arena_, builds, {target_.entry(), target_.name()});
         racers.push_back(bindingOfSway(arena_, "sway + swaymsg", Role::peer,
                                        "exec swaymsg '[app_id=Target] focus'"));
-        // Cannot start what does not run.
+        // No peer, because sway alone cannot start a program that does not run.
         racers.push_back(bindingOfSway(arena_, "sway alone, for comparison", Role::reference,
                                        "[app_id=Target] focus"));
         return racers;
