@@ -25,7 +25,7 @@ INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory|makeStackingStory|makeBackend)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
-# The batches. Names at namespace scope are unique in each.
+# The batches. Names at namespace scope are unique in each. Benchmarks go by what tests go by.
 BATCHES = {
     "src": re.compile("src/(?!platform/)"),
     "src/platform": re.compile("src/platform/"),
@@ -36,7 +36,7 @@ BATCHES = {
 # For a system whose compiler is not here: scripts/macos looks at it in its own way.
 ELSEWHERE = re.compile(r"(src|tests)/(main|platform)/macos/")
 
-SETTINGS = [".clang-tidy", "src/.clang-tidy", "tests/.clang-tidy", "benchmarks/.clang-tidy"]
+SETTINGS = [".clang-tidy", "src/.clang-tidy", "tests/.clang-tidy"]
 
 # The static analyzer takes what a file of this name includes for sources, and looks at them, too.
 BATCH = "UnifiedSource.cpp"
