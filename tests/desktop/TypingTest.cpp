@@ -1,4 +1,6 @@
 #include "desktop/Story.h"
+#include "support/ContextSwitches.h"
+#include "support/WaitUntil.h"
 
 #include <array>
 
@@ -96,6 +98,28 @@ TEST_F(TypingTest, WhileApplicationsComeAndGoLosesNoKey) {
     EXPECT_EQ(front.ups(key) + other.ups(key), 200);
     EXPECT_TRUE(story.nobodySaw(toFront));
     EXPECT_TRUE(story.nobodySaw(toOther));
+}
+
+TEST_F(TypingTest, WakesNobodyNorDoModifiers) {
+    constexpr std::uint64_t lastTimersOfItsStart = 20;
+    constexpr int rounds = 100;
+    story.bind(toFront, front);
+    story.startUtility();
+    story.keyboard.strike({"AC09"}); // after the first key from another keyboard all learn its map
+    ASSERT_TRUE(story.getsKeys(front));
+    const auto sleepsForASecond = [this] {
+        const auto already = timesGoneToSleep(story.utility().pid());
+        return story.desktop.start({"sleep", "1"})->wait() == 0 &&
+               timesGoneToSleep(story.utility().pid()) == already;
+    };
+    ASSERT_TRUE(waitUntil(sleepsForASecond));
+    const auto before = timesGoneToSleep(story.utility().pid());
+    for (int round = 0; round < rounds; ++round) {
+        story.keyboard.strike({"AC09"});
+        story.keyboard.strike({"LCTL", "LFSH", "AC09"});
+    }
+    ASSERT_TRUE(story.getsKeys(front));
+    EXPECT_LT(timesGoneToSleep(story.utility().pid()), before + lastTimersOfItsStart);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/x11/LaunchFeedback.h"
 #include "platform/x11/OwnWindows.h"
 #include "platform/x11/TrustProblem.h"
+#include "platform/x11/keyboard/ToolkitModifiers.h"
 #include "platform/x11/taps/EventTaps.h"
 #include "platform/x11/tray/SystemTray.h"
 #include "platform/x11/windows/Windows.h"
@@ -59,6 +60,7 @@ private:
     LaunchFeedback launchFeedback_{windows_, userTime_};
     OwnWindows ownWindows_{toolkitConnection()};
     SystemTray systemTray_{toolkitConnection(), host_.runLoop};
+    ToolkitModifiers toolkitModifiers_{toolkitConnection()};
 };
 
 class FoundDesktop final : public platform::FoundDesktop {

@@ -18,26 +18,21 @@ namespace {
 constexpr std::size_t longestFile = std::size_t{256} * 1024;
 constexpr std::size_t mostArguments = 64;
 
-std::string contents(int directory, const std::string& name) {
-    const posix::Descriptor file(
-        ::openat(directory, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+std::string contents(int directory, const char* name) {
+    const posix::Descriptor file(::openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     std::string text;
     std::array<char, 8192> buffer{};
-    std::size_t count = file ? buffer.size() : 0;
-    while (count == buffer.size() && text.size() < longestFile) { // what comes short is the end
-        const auto got = ::read(file.get(), buffer.data(), buffer.size());
-        count = got < 0 ? 0 : static_cast<std::size_t>(got);
-        text.append(buffer.data(), count);
+    ssize_t count = 0;
+    while (file && text.size() < longestFile &&
+           (count = ::read(file.get(), buffer.data(), buffer.size())) > 0) {
+        text.append(buffer.data(), static_cast<std::size_t>(count));
     }
     return text;
 }
 
-std::string pathIn(std::int32_t process, const char* name) {
-    return "/proc/" + std::to_string(process) + name;
-}
-
 posix::Descriptor processDirectory(std::int32_t process) {
-    return posix::Descriptor(::open(pathIn(process, "").c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const auto path = "/proc/" + std::to_string(process);
+    return posix::Descriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 template <class Use>
@@ -78,9 +73,9 @@ std::string controlGroup(int directory) {
     return group;
 }
 
-std::string executable(int directory, const std::string& name = "exe") {
+std::string executable(int directory) {
     std::array<char, PATH_MAX> path{};
-    const auto count = ::readlinkat(directory, name.c_str(), path.data(), path.size());
+    const auto count = ::readlinkat(directory, "exe", path.data(), path.size());
     std::string_view file(path.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
     if (constexpr std::string_view replaced = " (deleted)"; file.ends_with(replaced)) {
         file.remove_suffix(replaced.size());
@@ -121,9 +116,9 @@ void readEnvironment(int directory, std::int32_t process, ProcessFacts& facts) {
     }
 }
 
-std::vector<std::string> commandLine(int directory, const std::string& name = "cmdline") {
+std::vector<std::string> commandLine(int directory) {
     std::vector<std::string> arguments;
-    forEachPart(contents(directory, name), '\0', [&](std::string_view argument) {
+    forEachPart(contents(directory, "cmdline"), '\0', [&](std::string_view argument) {
         if (arguments.size() < mostArguments) {
             arguments.emplace_back(argument);
         }
@@ -138,7 +133,8 @@ std::string waylandSocket(const std::string& name, const std::string& runtimeDir
 }
 
 std::optional<ProcessStatus> processStatus(std::int32_t process) {
-    const auto text = contents(AT_FDCWD, pathIn(process, "/stat"));
+    const auto directory = processDirectory(process);
+    const auto text = contents(directory.get(), "stat");
     const auto nameEnd = text.rfind(") ");
     if (nameEnd == std::string::npos) {
         return std::nullopt;
@@ -185,9 +181,10 @@ ProcessFacts processFacts(std::int32_t process) {
     return facts;
 }
 
-Command commandOf(std::int32_t process) {
-    return {.executable = executable(AT_FDCWD, pathIn(process, "/exe")),
-            .commandLine = commandLine(AT_FDCWD, pathIn(process, "/cmdline"))};
+std::string commandOf(std::int32_t process) {
+    const auto directory = processDirectory(process);
+    const auto file = executable(directory.get());
+    return file.empty() ? file : file + '\0' + contents(directory.get(), "cmdline");
 }
 
 std::uint64_t processClock() {

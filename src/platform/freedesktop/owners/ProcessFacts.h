@@ -50,16 +50,9 @@ bool descendsFrom(std::int32_t process, std::int32_t ancestor);
 
 ProcessFacts processFacts(std::int32_t process);
 
-/// What a process runs.
-struct Command {
-    std::string executable;               ///< path of the file; empty if it cannot be read
-    std::vector<std::string> commandLine; ///< the first 64 words
-
-    bool operator==(const Command&) const = default;
-};
-
-/// As in the facts of the process, at less expense.
-Command commandOf(std::int32_t process);
+/// The file that the process runs and its arguments, to be compared with a later reading; empty if
+/// the file cannot be read.
+std::string commandOf(std::int32_t process);
 
 /// The time since the system started, in clock ticks, comparable with `startTime`.
 std::uint64_t processClock();

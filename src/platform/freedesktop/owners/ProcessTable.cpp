@@ -147,7 +147,8 @@ void ProcessTable::look(std::int32_t process, Known& known) const {
     if (!status || status->hasEnded) {
         return;
     }
-    auto facts = processFacts(process);
+    auto command = commandOf(process); // before the facts, so that a change in between is noticed
+    const auto facts = processFacts(process);
     const bool isWhole = facts.hasEnvironment || (facts.executable.empty() && !known.hasTold);
     const bool mayTellMore = !isWhole && isMissingForAMoment(known);
     known.isUnsettled = mayTellMore || startedJustNow(*status);
@@ -155,11 +156,7 @@ void ProcessTable::look(std::int32_t process, Known& known) const {
     if (isWhole || (!mayTellMore && !facts.executable.empty())) {
         known.missingSince.reset();
         known.identifier = applicationOf(facts);
-        known.command.reset();
-        if (isInterpreter(fileName(facts.executable))) {
-            known.command = {.executable = std::move(facts.executable),
-                             .commandLine = std::move(facts.commandLine)};
-        }
+        known.command = isInterpreter(fileName(facts.executable)) ? std::move(command) : "";
     }
 }
 
@@ -171,11 +168,11 @@ bool ProcessTable::isMissingForAMoment(Known& known) {
 
 // For example, a script waits for something and then replaces itself by the program (exec).
 bool ProcessTable::hasBecomeAnother(std::int32_t process, const Known& known) {
-    if (!known.command) {
+    if (known.command.empty()) {
         return false;
     }
     const auto command = commandOf(process);
-    return !command.executable.empty() && command != known.command;
+    return !command.empty() && command != known.command;
 }
 
 std::string ProcessTable::applicationOf(const ProcessFacts& process) const {

@@ -46,8 +46,8 @@ private:
         bool isUnsettled = false; ///< it may yet become another program, or tell more
         bool hasTold = false;     ///< whether its executable could be read before
         std::optional<std::uint64_t> missingSince; ///< when its environment began to be missing
-        std::optional<Command> command;            ///< if it is a shell or another interpreter
-        std::uint64_t inode = 0;                   ///< of its directory in /proc; 0 for none yet
+        std::string command;     ///< of a shell or another interpreter; empty for other programs
+        std::uint64_t inode = 0; ///< of its directory in /proc; 0 for none yet
         std::uint64_t scan = 0;
     };
 
