@@ -19,7 +19,12 @@ constexpr std::uint16_t everything = 0x3FFF; // the parts of the state in the X 
 
 } // namespace
 
+// Clients that the server does not trust lack the extension, and asking for it would end the
+// connection.
 ToolkitModifiers::ToolkitModifiers(xcb_connection_t* toolkit) : toolkit_(toolkit) {
+    if (xcb_get_extension_data(toolkit, &xcb_xkb_id)->present == 0) {
+        return;
+    }
     const auto selectFor = [this](const QWindow* focused) {
         select(focused == nullptr ? locksAndLayouts : locksAndLayouts | heldModifiers);
     };
