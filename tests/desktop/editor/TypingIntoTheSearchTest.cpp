@@ -21,8 +21,7 @@ protected:
         auto& reader = story.reader;
         reader.press(reader.find(reader.find("dialog", story.titles.adding), "push button",
                                  "アプリを選択..."));
-        const auto field =
-            reader.find(reader.find("dialog", story.titles.applications), "text", "検索");
+        auto field = reader.find(reader.find("dialog", story.titles.applications), "text", "検索");
         EXPECT_TRUE(waitUntil([&] { return reader.isFocused(field); }));
         return field;
     }
