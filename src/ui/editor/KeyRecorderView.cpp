@@ -15,6 +15,7 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace hollowfernpike {
 
@@ -98,6 +99,15 @@ bool KeyRecorderView::installEventTap() {
     runLoopSource_->addToMainRunLoop();
     eventTap_->enable(true);
     return true;
+}
+
+void KeyRecorderView::inThisRecording(std::function<void()> handle) {
+    platform::services().mainQueue.async(
+        [view = shared_from_this(), recording = recordings_, handle = std::move(handle)] {
+            if (recording == view->recordings_) {
+                handle();
+            }
+        });
 }
 
 void KeyRecorderView::abandonRecording() {
@@ -191,15 +201,10 @@ const platform::KeyEvent* keyRecorderEventTapCallback(platform::EventTap* /*prox
             tap->enable(true);
         }
     } else if (type == platform::eventTapFocusLost) {
-        view->abandonRecording();
+        view->inThisRecording([view] { view->abandonRecording(); });
     } else if (type == platform::eventKeyDown) {
-        platform::services().mainQueue.async(
-            [view = view->shared_from_this(), recording = view->recordings_,
-             keyCode = platform::checkedKeyCode(*event), flags = event->flags] {
-                if (recording == view->recordings_) {
-                    view->handleCapturedKey(keyCode, flags);
-                }
-            });
+        view->inThisRecording([view, keyCode = platform::checkedKeyCode(*event),
+                               flags = event->flags] { view->handleCapturedKey(keyCode, flags); });
     }
     return event;
 }

@@ -71,6 +71,10 @@ private:
     void bringToFront();
     bool installEventTap();
     void removeEventTap();
+
+    /// Handles what the tap reports: later, in the order in which it came, and not if another
+    /// recording has begun or this one was abandoned by then.
+    void inThisRecording(std::function<void()> handle);
     void returnToAccessory();
     void showRecording(bool isRecording);
     void setLabel(const QString& text, const QString& inWords = QString());

@@ -208,16 +208,28 @@ TEST_F(KeyRecorderTapTest, EscapeThatWasAlreadyOnItsWayChangesNothing) {
 TEST_F(KeyRecorderTapTest, EndsWhenTheKeysGoToOthers) {
     view_->toggleRecording();
     tap().deliver(eventTapFocusLost, nullptr);
+    services_.mainQueue.runDue();
     EXPECT_FALSE(view_->isRecording());
     EXPECT_EQ(services_.eventTaps.tap(), nullptr);
     EXPECT_EQ(label(), "クリックして記録");
     EXPECT_EQ(button().text(), "記録");
 }
 
-TEST_F(KeyRecorderTapTest, APressUnderWayIsNotTakenOnceTheKeysGoToOthers) {
+// As a combination that is bound does: its application comes to the front.
+TEST_F(KeyRecorderTapTest, APressThatSendsTheKeysToOthersIsTaken) {
     view_->toggleRecording();
     tap().press(keyA, shift);
     tap().deliver(eventTapFocusLost, nullptr);
+    services_.mainQueue.runDue();
+    EXPECT_FALSE(view_->isRecording());
+    EXPECT_THAT(recorded_, ElementsAre(Pair(keyA, shift)));
+    EXPECT_EQ(label(), "⇧A");
+}
+
+TEST_F(KeyRecorderTapTest, APressAfterTheKeysHaveGoneToOthersIsNotTaken) {
+    view_->toggleRecording();
+    tap().deliver(eventTapFocusLost, nullptr);
+    tap().press(keyA, shift);
     services_.mainQueue.runDue();
     EXPECT_THAT(recorded_, IsEmpty());
     EXPECT_FALSE(view_->capturedKeyCode());
