@@ -66,11 +66,14 @@ TEST_F(ClickingTest, ClickToRecordRecords) {
     EXPECT_TRUE(story.saves({{quartz, bound}, {story.front, third}}));
 }
 
-TEST_F(ClickingTest, AClickOnTheCombinationRecordsAnotherOneAndASecondGoesOnRecording) {
+// A press reaches the recorder past the toolkit, so it may overtake a click that changes nothing.
+// The click on the button, which the toolkit hands out after the other two, tells them apart.
+TEST_F(ClickingTest, AClickOnTheCombinationRecordsAnotherOneAndASecondDoesNotStopThat) {
     const auto editor = story.clickEdit(0);
     story.clickOn(story.part(story.titles.editing, "label", shown(bound)));
-    const auto prompt = story.part(story.titles.editing, "label", text::pressAKey);
-    story.clickOn(prompt);
+    story.clickOn(story.part(story.titles.editing, "label", text::pressAKey));
+    story.clickStop(story.titles.editing);
+    story.clickRecord(story.titles.editing);
     EXPECT_TRUE(story.records(story.titles.editing, third));
     story.strikeAndLeave(editor, "RTRN");
     EXPECT_TRUE(story.saves({{quartz, third}}));
