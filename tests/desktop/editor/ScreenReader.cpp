@@ -3,8 +3,10 @@
 #include "support/WaitUntil.h"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace hollowfernpike::test {
 
@@ -40,21 +42,32 @@ Accessible ScreenReader::find(std::string_view role, std::string_view name) {
 Accessible ScreenReader::find(const Accessible& whole, std::string_view role,
                               std::string_view name) {
     const Accessible wanted{{}, {}, std::string(role), std::string(name)};
-    std::vector<Accessible> parts;
-    std::vector<Accessible>::const_iterator found;
-    const auto isThere = [&] {
-        parts = partsOf(whole);
-        found = std::ranges::find(parts, described(wanted), described);
-        return found != parts.end();
-    };
-    if (waitUntil(isThere)) {
+    std::optional<Accessible> found;
+    if (waitUntil([&] { return (found = nearest(whole, wanted)).has_value(); })) {
         return *found;
     }
     std::string all;
-    for (const auto& part : parts) {
+    for (const auto& part : partsOf(whole)) {
         all += "\n  " + described(part);
     }
     throw std::runtime_error("no " + described(wanted) + " in:" + all);
+}
+
+// Level by level, so that windows are found without a look into others.
+std::optional<Accessible> ScreenReader::nearest(const Accessible& whole, const Accessible& wanted) {
+    std::deque<Accessible> waiting{whole};
+    for (; !waiting.empty(); waiting.pop_front()) {
+        for (auto& child : childrenOf(waiting.front())) {
+            if (!isReached(child)) {
+                continue;
+            }
+            if (described(child) == described(wanted)) {
+                return child;
+            }
+            waiting.push_back(std::move(child));
+        }
+    }
+    return std::nullopt;
 }
 
 std::vector<Accessible> ScreenReader::partsOf(const Accessible& whole) {
@@ -74,12 +87,16 @@ std::vector<Accessible> ScreenReader::windows() {
 
 void ScreenReader::collect(const Accessible& whole, std::vector<Accessible>& parts) {
     for (const auto& child : childrenOf(whole)) {
-        const bool isProgram = child.role == "application";
-        if (isProgram || isShown(child)) {
+        if (isReached(child)) {
             parts.push_back(child);
             collect(child, parts);
         }
     }
+}
+
+// Programs have no place on the screen.
+bool ScreenReader::isReached(const Accessible& part) {
+    return part.role == "application" || isShown(part);
 }
 
 bool ScreenReader::isShown(const Accessible& part) {

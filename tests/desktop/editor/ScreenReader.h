@@ -4,6 +4,7 @@
 #include "desktop/windows/Screen.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,8 @@ public:
     explicit ScreenReader(const std::string& sessionBus);
 
     /// Waits for a part with this role and name that is on the screen, in a window of any program,
-    /// and returns the first. Throws std::runtime_error with a list of all parts if there is none.
+    /// and returns the outermost, the first of several. Throws std::runtime_error with a list of
+    /// all parts if there is none.
     Accessible find(std::string_view role, std::string_view name);
 
     /// The same within a part, such as a window.
@@ -81,6 +83,8 @@ private:
                                  GVariant* arguments = nullptr);
     bool hasState(const Accessible& part, std::uint32_t state);
     std::vector<Accessible> childrenOf(const Accessible& whole);
+    bool isReached(const Accessible& part);
+    std::optional<Accessible> nearest(const Accessible& whole, const Accessible& wanted);
     void collect(const Accessible& whole, std::vector<Accessible>& parts);
 
     AccessibilityBus bus_;
