@@ -12,9 +12,6 @@ namespace {
 constexpr std::uint16_t locksAndLayouts =
     XCB_XKB_STATE_PART_MODIFIER_LOCK | XCB_XKB_STATE_PART_GROUP_STATE |
     XCB_XKB_STATE_PART_GROUP_BASE | XCB_XKB_STATE_PART_GROUP_LATCH | XCB_XKB_STATE_PART_GROUP_LOCK;
-constexpr std::uint16_t heldModifiers = XCB_XKB_STATE_PART_MODIFIER_STATE |
-                                        XCB_XKB_STATE_PART_MODIFIER_BASE |
-                                        XCB_XKB_STATE_PART_MODIFIER_LATCH;
 constexpr std::uint16_t everything = 0x3FFF; // the parts of the state in the X keyboard extension
 
 } // namespace
@@ -26,7 +23,7 @@ ToolkitModifiers::ToolkitModifiers(xcb_connection_t* toolkit) : toolkit_(toolkit
         return;
     }
     const auto selectFor = [this](const QWindow* focused) {
-        select(focused == nullptr ? locksAndLayouts : locksAndLayouts | heldModifiers);
+        select(focused == nullptr ? locksAndLayouts : everything);
     };
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &context_, selectFor);
     selectFor(QGuiApplication::focusWindow());
