@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include <sys/types.h>
 
@@ -50,7 +51,19 @@ public:
 void measureResidence(Table& table, ResidenceScene& scene, ResidenceEffort effort,
                       const ResidenceBudgets& budgets);
 
-/// The same on X11, for each build.
+/// The same for each build, in a scene of its own.
+template <typename Scene>
+void measureResidences(Table& table, const Builds& builds, const std::string& where,
+                       ResidenceEffort effort, const ResidenceBudgets& budgetsOfOurs) {
+    for (const auto& build : builds) {
+        Scene scene(build);
+        table.section("Residence of " + build.name + ", " + where);
+        measureResidence(table, scene, effort,
+                         &build == &builds.front() ? budgetsOfOurs : ResidenceBudgets{});
+    }
+}
+
+/// The same on X11.
 void measureResidenceOnX11(Table& table, const Builds& builds, ResidenceEffort effort);
 
 } // namespace hollowfernpike::bench

@@ -54,12 +54,7 @@ private:
 } // namespace
 
 void measureResidenceOnX11(Table& table, const Builds& builds, ResidenceEffort effort) {
-    for (const auto& build : builds) {
-        SceneOnX11 scene(build);
-        table.section("Residence of " + build.name + ", item shown in a panel");
-        measureResidence(table, scene, effort,
-                         &build == &builds.front() ? budgetsOnX11 : ResidenceBudgets{});
-    }
+    measureResidences<SceneOnX11>(table, builds, "item shown in a panel", effort, budgetsOnX11);
 }
 
 } // namespace hollowfernpike::bench

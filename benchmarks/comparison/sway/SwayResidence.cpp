@@ -53,12 +53,7 @@ private:
 } // namespace
 
 void measureResidenceOnSway(Table& table, const Builds& builds, ResidenceEffort effort) {
-    for (const auto& build : builds) {
-        SceneOnSway scene(build);
-        table.section("Residence of " + build.name + " on sway");
-        measureResidence(table, scene, effort,
-                         &build == &builds.front() ? budgetsOnSway : ResidenceBudgets{});
-    }
+    measureResidences<SceneOnSway>(table, builds, "on sway", effort, budgetsOnSway);
 }
 
 } // namespace hollowfernpike::bench
