@@ -101,11 +101,14 @@ def write(tree, files):
 
 
 def compile_commands(tree, build):
-    build.mkdir()
+    alone, *together = (tree / name for name in GOOD if name.endswith(".cpp"))
+    unity = build / "Unity/unity_0_cxx.cxx"
+    unity.parent.mkdir(parents=True)
+    unity.write_text("".join(f'#include "{file}"\n' for file in together))
     (build / "compile_commands.json").write_text(json.dumps([{
-        "directory": str(tree), "file": str(tree / name),
-        "command": f"c++ -std=c++20 -I {tree}/src -c {tree / name} -o some.o"}
-        for name in GOOD if name.endswith(".cpp")]))
+        "directory": str(tree), "file": str(file),
+        "command": f"c++ -std=c++20 -I {tree}/src -c {file} -o some.o"}
+        for file in (alone, unity)]))
 
 
 def findings(name, tree, build):

@@ -25,7 +25,8 @@ INCLUDED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 ENTRY_POINT = re.compile(r"^\S+ (main|LLVMFuzzerTestOneInput|makeStory|makeStackingStory|makeBackend)\(", re.MULTILINE)
 FINDING = re.compile(r"^\S+:\d+:\d+: (error|warning): ")
 
-# The batches. Names at namespace scope are unique in each. Benchmarks go by what tests go by.
+# The batches. Names at namespace scope are unique in each. Benchmarks are looked at with the tests whose
+# headers they include.
 BATCHES = {
     "src": re.compile("src/(?!platform/)"),
     "src/platform": re.compile("src/platform/"),
