@@ -100,7 +100,7 @@ TEST_F(TypingTest, WhileApplicationsComeAndGoLosesNoKey) {
     EXPECT_TRUE(story.nobodySaw(toOther));
 }
 
-TEST_F(TypingTest, WakesNobodyNorDoModifiers) {
+TEST_F(TypingTest, WakesNobodyEvenWithModifiers) {
     constexpr std::uint64_t lastTimersOfItsStart = 20;
     constexpr int rounds = 100;
     story.bind(toFront, front);

@@ -69,8 +69,8 @@ protected:
     void nameSocket(const std::filesystem::path& socket);
 
     /// Starts the compositor in the place of the one before and waits until it is ready for
-    /// clients. Throws std::runtime_error with what it says if it does not get
-    /// there.
+    /// clients. Throws std::runtime_error with what it says if it does
+    /// not get there.
     void runCompositor();
 
     /// Kills the compositor and starts it anew in the same session.
