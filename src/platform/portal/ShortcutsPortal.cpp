@@ -6,12 +6,9 @@
 #include <utility>
 
 #include <QDBusArgument>
-#include <QDBusError>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
-#include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
-#include <QMetaObject>
 
 namespace hollowfernpike::portal {
 
@@ -321,18 +318,7 @@ void ShortcutsPortal::call(const QDBusMessage& message, const Answer& answer) {
             answer(reply);
         }
     };
-    const auto call = connection_->asyncCall(message);
-    if (call.isError()) { // on a dead connection there is nothing to watch
-        const auto reply = QDBusMessage::createError(call.error());
-        QMetaObject::invokeMethod(
-            this, [inTurn, reply] { inTurn(reply); }, Qt::QueuedConnection);
-        return;
-    }
-    auto* const watcher = new QDBusPendingCallWatcher(call, this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, inTurn] {
-        watcher->deleteLater();
-        inTurn(watcher->reply());
-    });
+    freedesktop::SessionBus::answerOnce(connection_->asyncCall(message), this, inTurn);
 }
 
 // The portal answers twice: it has taken the request, and later what became of it. The second

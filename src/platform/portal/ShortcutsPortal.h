@@ -81,7 +81,7 @@ private:
         deciding,    ///< the portal has taken it, and the user may be looking at a dialog
         bound
     };
-    using Answer = std::function<void(const QDBusMessage& reply)>;
+    using Answer = freedesktop::SessionBus::Answer;
     using Results = std::function<void(const QVariantMap& results)>;
 
     Q_SLOT void onResponse(const QDBusMessage& signal);

@@ -78,19 +78,26 @@ SessionBus::~SessionBus() {
 }
 
 void SessionBus::call(const QDBusMessage& message, const Answer& answer) {
-    const auto call = connection_.asyncCall(message, noTimeLimit);
+    answerOnce(connection_.asyncCall(message, noTimeLimit), this, answer);
+}
+
+void SessionBus::answerOnce(const QDBusPendingCall& call, QObject* receiver, const Answer& answer) {
     if (call.isError()) { // on a dead connection there is nothing to watch
         QMetaObject::invokeMethod(
-            this,
+            receiver,
             [answer, error = call.error()] { tell(answer, QDBusMessage::createError(error)); },
             Qt::QueuedConnection);
         return;
     }
-    auto* const watcher = new QDBusPendingCallWatcher(call, this);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
+    // If the call ends at this moment, both the watcher and the toolkit's thread say so.
+    constexpr auto once =
+        static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection);
+    auto* const watcher = new QDBusPendingCallWatcher(call, receiver);
+    const auto end = [watcher, answer] {
         watcher->deleteLater();
         tell(answer, watcher->reply());
-    });
+    };
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, receiver, end, once);
 }
 
 // The toolkit's own waits never end if the bus ends meanwhile.

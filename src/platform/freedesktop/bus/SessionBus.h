@@ -50,6 +50,9 @@ public:
     /// empty.
     void call(const QDBusMessage& message, const Answer& answer);
 
+    /// Passes on what becomes of a call on any connection; not if the receiver is destroyed before.
+    static void answerOnce(const QDBusPendingCall& call, QObject* receiver, const Answer& answer);
+
     /// Sends a method call, waits for the reply and returns its first value; an invalid one if the
     /// call fails, the bus ends or nobody answers within a second. Nothing else happens meanwhile.
     QVariant ask(const QDBusMessage& message) const;

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -77,6 +78,19 @@ TEST_F(SessionBusTest, ACallThatALostBusLeavesUnansweredFails) {
     ownBus_.end();
     EXPECT_TRUE(loop_.runUntil([&] { return unanswered->has_value(); }));
     EXPECT_EQ(*unanswered, false);
+}
+
+TEST_F(SessionBusTest, CallsWhileTheBusEndsAreAnsweredOnceEach) {
+    constexpr int calls = 1000;
+    std::thread end([this] { ownBus_.daemon().signal(SIGKILL); });
+    std::vector<std::shared_ptr<std::optional<bool>>> answers;
+    for (int index = 0; index < calls; ++index) {
+        answers.push_back(ping());
+    }
+    end.join();
+    for (const auto& answer : answers) {
+        EXPECT_TRUE(loop_.runUntil([&] { return answer->has_value(); }));
+    }
 }
 
 TEST_F(SessionBusTest, AnswersToCallsUnderWayAreDroppedWithIt) {
