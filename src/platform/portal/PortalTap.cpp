@@ -110,11 +110,11 @@ void PortalTap::onBound(const QStringList& names) {
     }
     granted_ = names;
     const auto refused = refusedCombinations();
-    qCDebug(freedesktop::keysLog, "bound %zu combinations", interest_.size() - refused.size());
     for (const auto& combination : refused) {
         qCWarning(freedesktop::keysLog, "not granted by the desktop: %s",
                   qPrintable(nameOf(combination)));
     }
+    qCDebug(freedesktop::keysLog, "bound %zu combinations", interest_.size() - refused.size());
     reportRefused();
 }
 

@@ -50,8 +50,8 @@ public:
     void use(const KeyboardLayout& layout);
     void lockGroup(std::uint32_t group);
 
-    /// How often the utility has told in its log that it has bound its combinations. No desktop
-    /// tells others what is bound.
+    /// How often the utility has told in its log that it has bound its combinations, which it does
+    /// after it has told what was refused. No desktop tells others what is bound.
     std::size_t bindings();
 
     /// Whether, after some waiting, it has done so more often than that.

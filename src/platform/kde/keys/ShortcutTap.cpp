@@ -210,14 +210,14 @@ void ShortcutTap::bindIfLive() {
 }
 
 void ShortcutTap::onSettled() {
-    qCDebug(freedesktop::keysLog, "bound %zu combinations",
-            actions_.size() - refusedCombinations().size());
     for (const auto& [name, action] : actions_) {
         if (action.verdict == Verdict::refused) {
             qCWarning(freedesktop::keysLog, "refused, because the desktop has it: %s, %s",
                       qPrintable(name), qPrintable(action.label));
         }
     }
+    qCDebug(freedesktop::keysLog, "bound %zu combinations",
+            actions_.size() - refusedCombinations().size());
     reportRefused();
 }
 

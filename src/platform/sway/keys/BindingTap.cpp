@@ -66,12 +66,12 @@ void BindingTap::bind() {
         tryAgain(retryInterval);
         return;
     }
-    qCDebug(freedesktop::keysLog, "bound %zu combinations",
-            interest_.size() - bindings_.refused().size());
     for (const auto& combination : bindings_.refused()) {
         qCWarning(freedesktop::keysLog, "refused, because sway or its configuration has it: %s",
                   keysOf(combination).front().c_str());
     }
+    qCDebug(freedesktop::keysLog, "bound %zu combinations",
+            interest_.size() - bindings_.refused().size());
 }
 
 // A connection that breaks as soon as it is made must not be made without a pause.
