@@ -80,8 +80,7 @@ function(hfp_library name)
     target_precompile_headers(${name} PRIVATE <algorithm> <chrono> <filesystem> <functional> <map>
       <memory> <optional> <string> <vector> ${arg_READ_ONCE})
   endif()
-  # With sanitizers, code that is not optimized takes four times the room, and a compositor that wants
-  # to know whose file a client is reads all of it, twice.
+  # With sanitizers, code that is not optimized takes four times the room, and each test some 8 % longer.
   target_compile_options(${name} PRIVATE $<$<BOOL:${HOLLOWFERNPIKE_SANITIZE}>:-O1>)
   target_link_libraries(${name} PUBLIC hfp_options ${arg_LINKS} PRIVATE hfp_guidance hfp_hardening)
 endfunction()

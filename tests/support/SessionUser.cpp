@@ -50,11 +50,16 @@ fs::path lendToSessionUser(const fs::path& file, const fs::path& folder) {
     if (!hasSessionUser()) {
         return file;
     }
-    auto copy = folder / "lent" / file.filename();
-    fs::create_directories(copy.parent_path());
-    fs::copy_file(file, copy, fs::copy_options::skip_existing);
+    const auto place = folder / "lent";
+    fs::create_directories(place);
+    const auto name = file.filename();
+    for (const auto& part : {name, fs::path("lib" + name.string() + ".so")}) {
+        if (const auto found = file.parent_path() / part; part == name || exists(found)) {
+            fs::copy_file(found, place / part, fs::copy_options::skip_existing);
+        }
+    }
     giveToSessionUser(folder);
-    return copy;
+    return place / name;
 }
 
 } // namespace hollowfernpike::test

@@ -17,7 +17,8 @@ std::vector<std::string> asSessionUser(std::vector<std::string> commandLine);
 void giveToSessionUser(const std::filesystem::path& folder);
 
 /// Where that user finds a file or program of the tests: a copy in the folder, which is made at the
-/// first call, or the file itself if the tests are that user's.
+/// first call, or the file itself if the tests are that user's. A library that lies beside the
+/// program and is named after it is copied, too.
 std::filesystem::path lendToSessionUser(const std::filesystem::path& file,
                                         const std::filesystem::path& folder);
 

@@ -41,24 +41,17 @@ TEST_F(WindowToFrontOnSwayTest, ItComesFromBehindAFullscreenWindow) {
     expectToCome();
 }
 
-/// The program as a user's configuration starts it: by sway. Its session bus is that of others. It
-/// is a copy, because sway's user may not be allowed to read the one that was built.
+/// The program as a user's configuration starts it: by sway. Its session bus is that of others.
 class StartedBySwayTest : public testing::Test {
 protected:
     SwayStory story;
-
-    void SetUp() override { std::filesystem::copy_file(HFP_PROGRAM, program()); }
-
-    std::filesystem::path program() const {
-        return story.desktop.commonGround() / "hollowfernpike";
-    }
 
     void start() const {
         const auto ground = story.desktop.commonGround();
         story.sway.run("exec env XDG_DATA_HOME=" + (ground / "data").string() +
                        " DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"
                        " QT_LOGGING_RULES=hollowfernpike.keys.debug=true " +
-                       program().string() + " 2>>" + log().string());
+                       story.program() + " 2>>" + log().string());
     }
     std::filesystem::path log() const { return story.desktop.commonGround() / "log"; }
 };
