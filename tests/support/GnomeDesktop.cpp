@@ -166,8 +166,9 @@ void GnomeDesktop::writeSettings() const {
                   '\n');
 }
 
+// The processor draws what is on the monitor, so that is small and slow.
 std::unique_ptr<ChildProcess> GnomeDesktop::startCompositor() {
-    return start({"gnome-shell", "--wayland", "--headless", "--virtual-monitor", "1280x720",
+    return start({"gnome-shell", "--wayland", "--headless", "--virtual-monitor", "800x600@30",
                   "--no-x11", "--wayland-display", shellSocket, "--unsafe-mode"},
                  changesForShell(bus().address()));
 }
