@@ -21,8 +21,10 @@ std::string valueIn(const Environment& environment, const std::string& name) {
     return own == nullptr ? "" : own;
 }
 
-/// That of the system's session bus, but without the machine's services.
-std::string busConfiguration(const Environment& environment) {
+/// That of the system's session bus, but without the machine's services, and with its socket in a
+/// directory that goes with it.
+std::string busConfiguration(const Environment& environment,
+                             const std::filesystem::path& directory) {
     std::string directories;
     for (const auto* data : {"XDG_DATA_HOME", "XDG_DATA_DIRS"}) {
         directories +=
@@ -30,8 +32,8 @@ std::string busConfiguration(const Environment& environment) {
     }
     return "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
            "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
-           "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>" +
-           directories +
+           "<busconfig><type>session</type><listen>unix:tmpdir=" +
+           directory.string() + "</listen><auth>EXTERNAL</auth>" + directories +
            "<policy context=\"default\"><allow user=\"root\"/><allow send_destination=\"*\" "
            "eavesdrop=\"true\"/>"
            "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
@@ -43,7 +45,7 @@ std::string busConfiguration(const Environment& environment) {
 // Without the identity of this daemon, which the address of the next one would not have.
 SessionBus::SessionBus(const Environment& environment, BusOwner owner) : environment_(environment) {
     const auto configuration = directory_.path() / "session.conf";
-    writeFile(configuration, busConfiguration(environment));
+    writeFile(configuration, busConfiguration(environment, directory_.path()));
     command_ = {"dbus-daemon", "--config-file=" + configuration.string(), "--nofork",
                 "--print-address=1"};
     if (owner == BusOwner::sessionUser) {
