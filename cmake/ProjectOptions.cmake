@@ -7,6 +7,9 @@ target_compile_options(hfp_options INTERFACE
 # Qt's keyword macros would take the names `signals`, `slots` and `emit` away from everybody.
 target_compile_definitions(hfp_options INTERFACE QT_NO_KEYWORDS)
 target_include_directories(hfp_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+# Some releases of GLib ask for this of all that link it, and targets that share precompiled headers need
+# the same options.
+target_compile_options(hfp_options INTERFACE -pthread)
 set(CMAKE_CXX_EXTENSIONS OFF)
 # For size, because the program waits in memory all day and works for moments. Rooms that need speed call
 # hfp_optimize_for_speed.
