@@ -46,6 +46,8 @@ void stayOnThisMachine() {
 
 void hideSessionBus() {
     freedesktop::setOwnVariable("DBUS_SESSION_BUS_ADDRESS", nobodysAddress);
+    // Where there is no bus, the toolkit keeps waiting for what it asks the portal.
+    freedesktop::setOwnVariable("QT_NO_XDG_DESKTOP_PORTAL", "1");
 }
 
 void openStandardDescriptors() {
