@@ -87,11 +87,9 @@ TEST_F(ExtensionOnGnomeTest, NoOtherProgramIsServed) {
                                                       {"EndLaunch", "x"},
                                                       {"AllowOwnWindow", "Front"}};
     for (const auto& line : calls) {
-        EXPECT_THAT(
-            [&] {
-                call(line[0], {line.begin() + 1, line.end()});
-            },
-            ThrowsMessage<std::runtime_error>(HasSubstr("AccessDenied")))
+        const std::vector<std::string> arguments(line.begin() + 1, line.end());
+        EXPECT_THAT([&] { call(line[0], arguments); },
+                    ThrowsMessage<std::runtime_error>(HasSubstr("AccessDenied")))
             << line[0];
     }
     EXPECT_TRUE(story.brings(target, front, bound)) << "the program's own still work";

@@ -126,9 +126,9 @@ TEST_F(PermissionOnGnomeTest, TheQuestionStaysInFrontOfTheManagementWindow) {
     story().desktop.start({story().program()})->wait();
     const std::string management{japaneseTitles.management};
     const std::string question{japaneseTitles.alert};
-    EXPECT_TRUE(waitUntil([&] {
-        return ownTitles() == std::vector{management, question};
-    })) << testing::PrintToString(ownTitles());
+    const std::vector both{management, question};
+    EXPECT_TRUE(waitUntil([&] { return ownTitles() == both; }))
+        << testing::PrintToString(ownTitles());
     story().pager.closeTitled(management);
     EXPECT_TRUE(waitUntil([&] { return ownTitles() == std::vector{question}; }))
         << testing::PrintToString(ownTitles());

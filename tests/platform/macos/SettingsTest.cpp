@@ -47,8 +47,8 @@ TEST(LoginItemTest, ComesAndGoes) {
 
 TEST(LoginItemTest, TellsWhatTheSystemSaysOfAFailure) {
     FakeMac::shared().loginItemError = "not allowed";
-    for (void (LoginItem::*const change)() :
-         {&LoginItem::registerItem, &LoginItem::unregisterItem}) {
+    using Change = void (LoginItem::*)();
+    for (const Change change : {&LoginItem::registerItem, &LoginItem::unregisterItem}) {
         try {
             (LoginItem().*change)();
             ADD_FAILURE() << "nothing was thrown";
