@@ -41,6 +41,7 @@ QDBusArgument& operator<<(QDBusArgument& argument, const PortalShortcut& shortcu
     return argument;
 }
 
+// NOLINTNEXTLINE(bugprone-return-const-ref-from-parameter): the toolkit's form of such an operator
 const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& shortcut) {
     QVariantMap details;
     argument.beginStructure();
@@ -147,7 +148,7 @@ void ShortcutsPortal::disconnect() {
 // another application or none.
 void ShortcutsPortal::connectAnew() {
     disconnect();
-    connection_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus,
+    connection_ = QDBusConnection::connectToBus(QString::fromStdString(bus_.address()),
                                                 QStringLiteral("portal %1").arg(++count_));
     isIntroduced_ = false;
     lostToken_.clear(); // sessions belong to connections

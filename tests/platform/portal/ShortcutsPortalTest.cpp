@@ -25,6 +25,21 @@ PortalShortcut shortcutOf(const QString& name) {
     return {.name = name, .label = "Label", .trigger = "CTRL+" + name};
 }
 
+TEST(HiddenBusTest, KeysAreBoundOnABusThatAnswersAfterTheStart) {
+    const test::SessionBus daemon;
+    const auto address = daemon.address();
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null", 1); // as a silent one is hidden
+    const test::FakePortal portal(QString::fromStdString(address));
+    test::EventLoop loop;
+    freedesktop::SessionBus bus(address, false);
+    ShortcutsPortal shortcuts(bus);
+    QStringList bound;
+    QObject::connect(&shortcuts, &ShortcutsPortal::bound, &shortcuts,
+                     [&bound](const QStringList& names) { bound = names; });
+    shortcuts.bind({shortcutOf("a")});
+    EXPECT_TRUE(loop.runUntil([&bound] { return bound == QStringList{"a"}; }));
+}
+
 /// Each test has a process of its own, and with it the toolkit's connection to this bus.
 class ShortcutsPortalTest : public testing::Test {
 protected:

@@ -43,6 +43,9 @@ public:
     /// Answers to calls under way are dropped.
     ~SessionBus() override;
 
+    /// Where the bus is; the environment may tell the toolkit of none.
+    const std::string& address() const { return address_; }
+
     /// The connection in use until the next `returned`. It may be dead.
     const QDBusConnection& connection() const { return connection_; }
 
