@@ -42,16 +42,20 @@ QDBusMessage callOf(const char* interface, const char* method, const QVariantLis
 
 constexpr const char* extensionsInterface = "org.gnome.Shell.Extensions";
 
+State stateOf(int number) {
+    constexpr int activating = 8;
+    if (number == activating) {
+        return State::enabled;
+    }
+    return number > static_cast<int>(State::outOfDate) ? State::disabled
+                                                       : static_cast<State>(number);
+}
+
 Extension extensionOf(const freedesktop::SessionBus& bus, const char* identifier) {
     const auto info = qdbus_cast<QVariantMap>(
         bus.ask(callOf(extensionsInterface, "GetExtensionInfo", {QString(identifier)})));
-    const auto state = info.value("state").toInt();
-    constexpr int activating = 8;
-    const bool isDisabled = state > static_cast<int>(State::outOfDate);
     return {.identifier = identifier,
-            .state = state == activating ? State::enabled
-                     : isDisabled        ? State::disabled
-                                         : static_cast<State>(state),
+            .state = stateOf(info.value("state").toInt()),
             .error = info.value("error").toString()};
 }
 

@@ -149,14 +149,16 @@ void ShortcutCardView::showStanding() {
     }
     const auto standing = platform::services().applicationBundles.standingOf(appPath_);
     iconView_->setDimmed(standing != Standing::fine);
-    iconView_->setToolTip(
-        standing == Standing::fine ? QString()
-        : standing == Standing::gone
-            ? localized("このアプリはもうありません。", "This application is gone.")
-            : localized(
-                  "アプリケーションフォルダの外にあり、信頼されていないため起動されません。",
-                  "It lies outside of the applications folders and is not trusted, so it will not "
-                  "be opened."));
+    iconView_->setToolTip({});
+    if (standing == Standing::gone) {
+        iconView_->setToolTip(
+            localized("このアプリはもうありません。", "This application is gone."));
+    } else if (standing != Standing::fine) {
+        iconView_->setToolTip(localized(
+            "アプリケーションフォルダの外にあり、信頼されていないため起動されません。",
+            "It lies outside of the applications folders and is not trusted, so it will not "
+            "be opened."));
+    }
     describe();
 }
 

@@ -49,7 +49,7 @@ posix::Descriptor connected(std::string_view address) {
     sockaddr_un target{};
     target.sun_family = AF_UNIX;
     posix::Descriptor socket{::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
-    if (name.empty() || name.size() >= sizeof target.sun_path) {
+    if (socket.get() < 0 || name.empty() || name.size() >= sizeof target.sun_path) {
         return {};
     }
     std::memcpy(&target.sun_path, name.data(), name.size());

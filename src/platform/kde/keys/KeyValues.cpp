@@ -78,7 +78,7 @@ bool isLetter(int key) {
 /// the same.
 bool isUsedUp(xkb_state* state, xkb_keycode_t keycode, int key, const ModifierPair& pair) {
     const auto index = static_cast<xkb_mod_index_t>(std::countr_zero(pair.real));
-    return !(pair.flag == shift && isLetter(key)) &&
+    return (pair.flag != shift || !isLetter(key)) &&
            xkb_state_mod_index_is_consumed2(state, keycode, index, XKB_CONSUMED_MODE_GTK) == 1;
 }
 
