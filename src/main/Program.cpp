@@ -129,7 +129,7 @@ void Program::press(const freedesktop::InstanceRequest& request) {
         return;
     }
     const auto combination = CombinationText::parse(request.parameter);
-    desktop_->notePress(combination, request.startupIdentifier);
+    desktop_->launchFeedback().notePress(combination, request.startupIdentifier);
     const platform::KeyEvent event{.keyCode = combination.keyCode,
                                    .flags = combination.modifierFlags};
     hotkeyEventTapCallback(HotkeyManager::shared().eventTap(), platform::eventKeyDown, &event,

@@ -72,13 +72,6 @@ public:
     /// Null if this kind of session has no tray that embeds windows of other programs.
     virtual SystemTray* systemTray() { return nullptr; }
 
-    /// To be called before a press of this combination is carried out that no tap has seen, because
-    /// a command stands for it: windows come forward and launches happen in the name of this press,
-    /// as of those that taps deliver. `startupIdentifier` is what the desktop gave that command;
-    /// may be empty.
-    virtual void notePress(const KeyCombination& /*combination*/,
-                           const std::string& /*startupIdentifier*/) {}
-
     /// Absent if the desktop binds combinations for us.
     virtual std::optional<ManualBindings>
     manualBindings(std::span<const BoundCommand> /*commands*/) {
@@ -113,7 +106,8 @@ struct DesktopHost {
     std::function<void()> onTrusted = {};
 
     /// Starts the program anew in the place of this process, with the windows that are open. For a
-    /// desktop that comes back after it has gone away. Returns only if that fails.
+    /// desktop that comes back after it has gone away, or that decides only once what we may see.
+    /// Returns only if that fails or the program is about to end.
     std::function<void()> restart = {};
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/EventTap.h"
 #include "platform/Interface.h"
 
 #include <cstdint>
@@ -39,6 +40,13 @@ public:
     /// that is held down counts once, however often it repeats. As long as the count stays the
     /// same, the user has asked for nothing new.
     virtual std::uint64_t holdCount() = 0;
+
+    /// To be called before a press of this combination is carried out that no tap has seen, because
+    /// a command stands for it: windows come forward and launches happen in the name of this press,
+    /// as of those that taps deliver. `startupIdentifier` is what the desktop gave that command;
+    /// may be empty.
+    virtual void notePress(const KeyCombination& /*combination*/,
+                           const std::string& /*startupIdentifier*/) {}
 };
 
 } // namespace hollowfernpike::platform

@@ -40,11 +40,6 @@ public:
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return launches_; }
-    void notePress(const platform::KeyCombination& /*combination*/,
-                   const std::string& /*startupIdentifier*/) override {
-        extension_.forgetPressTime();
-        launches_.countPress();
-    }
 
 private:
     bool mayBecomeTrusted_ = true;
@@ -70,10 +65,7 @@ findDesktop(std::unique_ptr<wayland::Connection>& connection) {
         freedesktop::SessionBus::addressOfSession().empty() || !isExtensionInstalled()) {
         return nullptr;
     }
-    return std::make_unique<wayland::FoundDesktop>(
-        std::move(connection), [](const auto& host, auto found) {
-            return std::make_unique<Desktop>(host, std::move(found));
-        });
+    return std::make_unique<wayland::FoundDesktop<Desktop>>(std::move(connection));
 }
 
 } // namespace hollowfernpike::gnome

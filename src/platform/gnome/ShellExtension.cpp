@@ -129,8 +129,8 @@ void ShellExtension::onPressed(const QDBusMessage& signal) {
 
 void ShellExtension::onWindowsChanged() {
     refresh();
-    if (isThere_ && onChange) {
-        onChange();
+    if (isThere_) {
+        tellChange();
     }
 }
 

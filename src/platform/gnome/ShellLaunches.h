@@ -25,6 +25,11 @@ public:
     /// The shell gives every new window the keys.
     bool mayOpenBehind() override { return false; }
     std::uint64_t holdCount() override { return presses_; }
+    void notePress(const platform::KeyCombination& /*combination*/,
+                   const std::string& /*startupIdentifier*/) override {
+        extension_.forgetPressTime();
+        countPress();
+    }
 
     /// To be called by taps when the user has pressed a combination.
     void countPress() { ++presses_; }

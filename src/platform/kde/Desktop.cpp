@@ -86,10 +86,6 @@ public:
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
-    void notePress(const platform::KeyCombination& combination,
-                   const std::string& startupIdentifier) override {
-        tokens_.countPress(combination, startupIdentifier);
-    }
 
 private:
     platform::DesktopHost host_;
@@ -122,10 +118,7 @@ findDesktop(std::unique_ptr<wayland::Connection>& connection) {
     if (connection->offeredVersion(org_kde_plasma_virtual_desktop_management_interface) == 0) {
         return nullptr;
     }
-    return std::make_unique<wayland::FoundDesktop>(
-        std::move(connection), [](const auto& host, auto found) {
-            return std::make_unique<Desktop>(host, std::move(found));
-        });
+    return std::make_unique<wayland::FoundDesktop<Desktop>>(std::move(connection));
 }
 
 } // namespace hollowfernpike::kde

@@ -55,10 +55,6 @@ public:
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
-    void notePress(const platform::KeyCombination& combination,
-                   const std::string& startupIdentifier) override {
-        tokens_.countPress(combination, startupIdentifier);
-    }
 
 private:
     platform::DesktopHost host_;
@@ -88,10 +84,7 @@ findDesktop(std::unique_ptr<wayland::Connection>& connection) {
         !bindsKeysHere(portalFor(shortcutsInterface, session), connection->compositorName())) {
         return nullptr;
     }
-    return std::make_unique<wayland::FoundDesktop>(
-        std::move(connection), [](const auto& host, auto found) {
-            return std::make_unique<Desktop>(host, std::move(found));
-        });
+    return std::make_unique<wayland::FoundDesktop<Desktop>>(std::move(connection));
 }
 
 } // namespace hollowfernpike::portal

@@ -53,9 +53,8 @@ bool isSway(IpcClient& ipc) {
 
 class Desktop final : public platform::Desktop {
 public:
-    Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection,
-            std::string socket)
-        : host_(std::move(host)), connection_(std::move(connection)), ipc_(std::move(socket)) {
+    Desktop(platform::DesktopHost host, std::unique_ptr<wayland::Connection> connection)
+        : host_(std::move(host)), connection_(std::move(connection)) {
         connection_->attach(host_.runLoop, host_.onLost);
     }
 
@@ -75,15 +74,11 @@ public:
     platform::Windows& windows() override { return windows_; }
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
-    void notePress(const platform::KeyCombination& combination,
-                   const std::string& startupIdentifier) override {
-        tokens_.countPress(combination, startupIdentifier);
-    }
 
 private:
     platform::DesktopHost host_;
     std::unique_ptr<wayland::Connection> connection_;
-    IpcClient ipc_;
+    IpcClient ipc_{socketPath(*connection_)};
     wayland::SeatKeyboard keyboard_{*connection_};
     wayland::ActivationTokens tokens_{*connection_};
     wayland::EventTaps eventTaps_{[this](platform::EventTapCallback callback, void* userInfo) {
@@ -108,10 +103,7 @@ findDesktop(std::unique_ptr<wayland::Connection>& connection) {
     if (!isSway(ipc)) {
         return nullptr;
     }
-    return std::make_unique<wayland::FoundDesktop>(
-        std::move(connection), [socket = ipc.path()](const auto& host, auto found) {
-            return std::make_unique<Desktop>(host, std::move(found), socket);
-        });
+    return std::make_unique<wayland::FoundDesktop<Desktop>>(std::move(connection));
 }
 
 } // namespace hollowfernpike::sway

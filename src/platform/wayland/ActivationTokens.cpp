@@ -44,8 +44,8 @@ std::string ActivationTokens::request(const std::string& applicationId) {
     return text;
 }
 
-void ActivationTokens::countPress(const platform::KeyCombination& combination,
-                                  const std::string& token) {
+void ActivationTokens::notePress(const platform::KeyCombination& combination,
+                                 const std::string& token) {
     constexpr std::chrono::seconds longestPause{1};
     const auto now = std::chrono::steady_clock::now();
     const bool repeats = combination == lastCombination_ && now - lastCommand_ <= longestPause;

@@ -51,10 +51,9 @@ public:
         givenToken_ = std::move(token);
     }
 
-    /// The same for a press that a command stands for. The desktop may repeat the command while the
-    /// keys are held: what follows within a second of the same press counts as a repeat. `token` is
-    /// what the command was given; the next launch gets it.
-    void countPress(const platform::KeyCombination& combination, const std::string& token);
+    /// The desktop may repeat the command while the keys are held: what follows within a second of
+    /// the same press counts as a repeat. The next launch gets the token.
+    void notePress(const platform::KeyCombination& combination, const std::string& token) override;
 
 private:
     Connection& connection_;

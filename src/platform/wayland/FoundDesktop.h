@@ -3,29 +3,25 @@
 #include "platform/Desktop.h"
 #include "platform/wayland/connection/Connection.h"
 
-#include <functional>
 #include <memory>
 #include <utility>
 
 namespace hollowfernpike::wayland {
 
 /// A session on a Wayland compositor, with the connection by which it was found.
+template <class Desktop>
 class FoundDesktop final : public platform::FoundDesktop {
 public:
-    using Open = std::function<std::unique_ptr<platform::Desktop>(
-        const platform::DesktopHost& host, std::unique_ptr<Connection> connection)>;
-
-    FoundDesktop(std::unique_ptr<Connection> connection, Open open)
-        : connection_(std::move(connection)), open_(std::move(open)) {}
+    explicit FoundDesktop(std::unique_ptr<Connection> connection)
+        : connection_(std::move(connection)) {}
 
     const char* toolkitPlatform() const override { return "wayland"; }
     std::unique_ptr<platform::Desktop> open(const platform::DesktopHost& host) override {
-        return open_(host, std::move(connection_));
+        return std::make_unique<Desktop>(host, std::move(connection_));
     }
 
 private:
     std::unique_ptr<Connection> connection_;
-    Open open_;
 };
 
 } // namespace hollowfernpike::wayland

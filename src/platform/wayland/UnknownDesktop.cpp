@@ -69,11 +69,6 @@ public:
     platform::OwnWindows& ownWindows() override { return ownWindows_; }
     platform::LaunchFeedback& launchFeedback() override { return tokens_; }
 
-    void notePress(const platform::KeyCombination& combination,
-                   const std::string& startupIdentifier) override {
-        tokens_.countPress(combination, startupIdentifier);
-    }
-
     std::optional<platform::ManualBindings>
     manualBindings(std::span<const platform::BoundCommand> commands) override {
         return bindingLines(connection_->compositorName(), sessionNames(), keyboard_.keymap(),
@@ -99,9 +94,7 @@ private:
 
 std::unique_ptr<platform::FoundDesktop>
 findUnknownDesktop(std::unique_ptr<Connection>& connection) {
-    return std::make_unique<FoundDesktop>(std::move(connection), [](const auto& host, auto found) {
-        return std::make_unique<UnknownDesktop>(host, std::move(found));
-    });
+    return std::make_unique<FoundDesktop<UnknownDesktop>>(std::move(connection));
 }
 
 } // namespace hollowfernpike::wayland

@@ -44,14 +44,6 @@ public:
     platform::LaunchFeedback& launchFeedback() override { return launchFeedback_; }
     platform::SystemTray* systemTray() override { return &systemTray_; }
 
-    // A command is not told the time of its press, so the present has to do.
-    void notePress(const platform::KeyCombination& combination,
-                   const std::string& /*startupIdentifier*/) override {
-        if (auto* const reader = windows_.reader()) {
-            userTime_.record(reader->events().serverTime(), combination);
-        }
-    }
-
 private:
     platform::DesktopHost host_;
     UserTime userTime_;

@@ -97,7 +97,7 @@ std::string processName() {
 
 } // namespace
 
-LaunchFeedback::LaunchFeedback(Windows& windows, const UserTime& userTime)
+LaunchFeedback::LaunchFeedback(Windows& windows, UserTime& userTime)
     : windows_(windows), userTime_(userTime),
       prefix_("hollowfernpike-" + processName() + '-' + machineName() + '-') {}
 
@@ -143,6 +143,14 @@ std::string LaunchFeedback::newIdentifier() {
         identifier += "_TIME" + std::to_string(userTime_.time());
     }
     return identifier;
+}
+
+// A command is not told the time of its press, so the present has to do.
+void LaunchFeedback::notePress(const platform::KeyCombination& combination,
+                               const std::string& /*startupIdentifier*/) {
+    if (auto* const reader = windows_.reader()) {
+        userTime_.record(reader->events().serverTime(), combination);
+    }
 }
 
 } // namespace hollowfernpike::x11

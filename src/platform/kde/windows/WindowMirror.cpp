@@ -191,11 +191,4 @@ bool WindowMirror::isOnShownDesktop(const Record& record) const {
            });
 }
 
-// The handler may replace itself.
-void WindowMirror::tellChange() const {
-    if (const auto handler = onChange) {
-        handler();
-    }
-}
-
 } // namespace hollowfernpike::kde

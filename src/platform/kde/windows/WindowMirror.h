@@ -47,7 +47,6 @@ private:
     void remove(const Record& record);
     void restack(const char* uuids);
     bool isOnShownDesktop(const Record& record) const;
-    void tellChange() const;
 
     wayland::Connection& connection_;
     VirtualDesktops desktops_;

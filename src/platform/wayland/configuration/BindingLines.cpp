@@ -3,6 +3,8 @@
 #include "platform/freedesktop/keyboard/KeyNames.h"
 #include "platform/wayland/configuration/KernelKeyNames.h"
 
+#include <QString>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -73,24 +75,8 @@ std::string modifierText(const Binding& binding, const std::array<std::string_vi
     return text;
 }
 
-std::string escapedForXml(std::string_view text) {
-    std::string result;
-    for (const char letter : text) {
-        switch (letter) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '"':
-            result += "&quot;";
-            break;
-        default:
-            result += letter;
-        }
-    }
-    return result;
+std::string escapedForXml(const std::string& text) {
+    return QString::fromStdString(text).toHtmlEscaped().toStdString();
 }
 
 std::string lineOfLabwc(const Binding& binding) {

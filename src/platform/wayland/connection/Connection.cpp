@@ -20,9 +20,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A compositor answers in a millisecond; one that needs longer than this hangs.
-constexpr std::chrono::milliseconds patience{1000};
-
 /// KWin 5 reads a client's whole program before it answers for the first time, twice, and the
 /// entries of all applications if one of them is new; on a busy machine that takes a while.
 constexpr std::chrono::milliseconds patienceAtFirst{10000};
@@ -99,10 +96,6 @@ void* Connection::bindGlobal(const wl_interface& interface, std::uint32_t versio
                                                       std::min(version, found->second.version));
 }
 
-bool Connection::dispatchUntil(const std::function<bool()>& isDone) {
-    return dispatchUntil(isDone, patience);
-}
-
 bool Connection::dispatchUntil(const std::function<bool()>& isDone,
                                std::chrono::milliseconds longest) {
     const auto deadline = Clock::now() + longest;
@@ -114,10 +107,6 @@ bool Connection::dispatchUntil(const std::function<bool()>& isDone,
         }
     }
     return true;
-}
-
-bool Connection::roundTrip() {
-    return roundTrip(patience);
 }
 
 bool Connection::roundTrip(std::chrono::milliseconds longest) {

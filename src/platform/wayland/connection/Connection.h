@@ -5,10 +5,10 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 #include <wayland-client-core.h>
 
@@ -49,43 +49,38 @@ public:
         return static_cast<Proxy*>(bindGlobal(interface, version));
     }
 
-    /// Handles events until `isDone`. False if that takes longer than a second or the compositor is
-    /// gone.
-    bool dispatchUntil(const std::function<bool()>& isDone);
+    /// Handles events until `isDone`. False if that takes longer or the compositor is gone.
+    bool dispatchUntil(const std::function<bool()>& isDone,
+                       std::chrono::milliseconds longest = patience);
 
     /// Handles what has arrived, without waiting; false as above.
     bool dispatchArrived() { return dispatchArrived({}); }
 
     /// Handles events until the compositor has done all that was asked of it; false as above.
-    bool roundTrip();
+    bool roundTrip(std::chrono::milliseconds longest = patience);
 
     /// From now on events are handled as they come. `onLost` is called once when the compositor has
     /// gone; it may destroy this object.
     void attach(platform::RunLoop& runLoop, std::function<void()> onLost);
 
 private:
+    /// A compositor answers in a millisecond; one that needs longer than this hangs.
+    static constexpr std::chrono::milliseconds patience{1000};
+
     struct Global {
         std::uint32_t name = 0;
         std::uint32_t version = 0;
     };
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
 
     explicit Connection(wl_display* display);
     bool readGlobals();
-    bool dispatchUntil(const std::function<bool()>& isDone, std::chrono::milliseconds longest);
-    bool roundTrip(std::chrono::milliseconds longest);
     void* bindGlobal(const wl_interface& interface, std::uint32_t version);
     bool dispatchArrived(std::chrono::milliseconds longest);
     void onReadable();
 
     wl_display* display_;
     wl_registry* registry_ = nullptr;
-    std::unordered_map<std::string, Global, Hash, std::equal_to<>> globals_;
+    std::map<std::string, Global, std::less<>> globals_;
     std::function<void()> onLost_;
     std::unique_ptr<platform::Subscription> watch_;
 };

@@ -171,11 +171,4 @@ void ToplevelMirror::activate(const Record& record) const {
     wl_display_flush(connection_.get());
 }
 
-// The handler may replace itself.
-void ToplevelMirror::tellChange() const {
-    if (const auto handler = onChange) {
-        handler();
-    }
-}
-
 } // namespace hollowfernpike::wayland

@@ -47,7 +47,6 @@ private:
     void settle(Record& record);
     void remove(const Record& record);
     void activate(const Record& record) const;
-    void tellChange() const;
 
     Connection& connection_;
     std::string ownApplication_;

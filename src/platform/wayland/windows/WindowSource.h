@@ -41,8 +41,15 @@ public:
     /// Whether `onChange` is to be called. It may be called even if not.
     virtual void watch(bool /*wanted*/) {}
 
-    /// Called when a window has come or gone; may be replaced by the handler.
+    /// Called when a window has come or gone.
     std::function<void()> onChange;
+
+protected:
+    void tellChange() const {
+        if (onChange) {
+            onChange();
+        }
+    }
 };
 
 /// No text that identifies an application is longer; a client may send any.
