@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace hollowfernpike::portal {
 
@@ -9,6 +8,6 @@ namespace hollowfernpike::portal {
 /// itself so ("GNOME", or several names with colons between them), as the files of
 /// xdg-desktop-portal say: portals.conf(5) first, else what each portal says of itself. Empty if
 /// there is none. Asks no service.
-std::string portalFor(std::string_view interface, std::string_view session);
+std::string portalFor(const char* interface, const std::string& session);
 
 } // namespace hollowfernpike::portal

@@ -67,6 +67,19 @@ TEST_F(PortalFilesTest, WhatWasChosenForTheDesktopComesFirst) {
     EXPECT_EQ(portal::portalFor(keys, "GNOME"), "");
 }
 
+TEST_F(PortalFilesTest, TheFirstOfThoseThatWereChosenIsTaken) {
+    installPortal("a", "other");
+    installPortal("b", "other");
+    choose("portals.conf", "default = missing;b;a;");
+    EXPECT_EQ(portal::portalFor(keys, "GNOME"), "b");
+    choose("portals.conf", "default=a;b");
+    EXPECT_EQ(portal::portalFor(keys, "GNOME"), "a");
+    choose("portals.conf", "default=b;*");
+    EXPECT_EQ(portal::portalFor(keys, "GNOME"), "b");
+    choose("portals.conf", "default=b;none");
+    EXPECT_EQ(portal::portalFor(keys, "GNOME"), "");
+}
+
 TEST_F(PortalFilesTest, AStarMeansAnyAndOneFileIsForAllDesktops) {
     installPortal("other", "other");
     choose("portals.conf", "default=*");

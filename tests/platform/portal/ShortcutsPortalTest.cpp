@@ -27,7 +27,7 @@ PortalShortcut shortcutOf(const QString& name) {
 
 TEST(HiddenBusTest, KeysAreBoundOnABusThatAnswersAfterTheStart) {
     const test::SessionBus daemon;
-    const auto address = daemon.address();
+    const auto& address = daemon.address();
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null", 1); // as a silent one is hidden
     const test::FakePortal portal(QString::fromStdString(address));
     test::EventLoop loop;
