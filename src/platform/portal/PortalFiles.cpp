@@ -132,7 +132,7 @@ std::string portalFor(const char* interface, const std::string& session) {
         return {};
     }
     for (const auto& name : *preferred) {
-        const auto found = nameOfFirst(
+        auto found = nameOfFirst(
             portals, [&](const Portal& portal) { return portal.name == name || name == "*"; });
         if (!found.empty()) {
             return found;
